@@ -1,0 +1,16 @@
+# What every target of the project is compiled with: all warnings as errors, Unicode Windows headers, and, for
+# the compilers that come with a runtime of their own, that runtime linked in.
+add_library(zotdam_compiler INTERFACE)
+target_compile_definitions(zotdam_compiler INTERFACE
+  UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
+target_include_directories(zotdam_compiler INTERFACE ${PROJECT_SOURCE_DIR}/include)
+
+if(MSVC)
+  target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8)
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+else()
+  target_compile_options(zotdam_compiler INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -ffunction-sections -fdata-sections)
+  target_link_options(zotdam_compiler INTERFACE
+    -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
+endif()

@@ -1,0 +1,160 @@
+// What a C++ program needs around ZOTDam.h to use the DLL: COM on its thread, the loaded library with its
+// exports, lambdas as callbacks, and the holder that SetParameter takes.
+//
+//     ZOTDam::Library library;
+//     auto print = ZOTDam::MakeCallback<ZOTDam::IGetParameterCallback>(
+//         [](std::int32_t id, const ZOTDam::ParamValue* value) { ... });
+//     library.GetParameter(&scheme, &print);
+#pragma once
+
+#include <objbase.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "ZOTDam.h"
+
+namespace ZOTDam {
+
+// Keeps COM initialised on the thread that makes it.
+class ComScope {
+public:
+    ComScope() noexcept : result{CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)} {}
+    ComScope(const ComScope&) = delete;
+    ComScope& operator=(const ComScope&) = delete;
+    ~ComScope() {
+        if (SUCCEEDED(result))
+            CoUninitialize();
+    }
+
+private:
+    HRESULT result;  // fails, harmlessly, on a thread that has COM in another mode already
+};
+
+class LibraryError : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// A loaded DLL, for a scope. Its destructor frees the DLL.
+class Module {
+public:
+    explicit Module(const std::filesystem::path& file)
+        : handle{LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)} {
+        if (handle == nullptr)
+            throw LibraryError{"The library " + file.string() + " was not found or cannot be loaded."};
+    }
+    Module(const Module&) = delete;
+    Module& operator=(const Module&) = delete;
+    ~Module() { FreeLibrary(handle); }
+
+    HMODULE Handle() const noexcept { return handle; }
+
+    template <class Function>
+    Function Export(const char* name) const {
+        const FARPROC address = GetProcAddress(handle, name);
+        if (address == nullptr)
+            throw LibraryError{std::string{"The library lacks the export "} + name + "."};
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+    }
+
+private:
+    HMODULE handle;
+};
+
+// ZOTDam.dll with its exports, for the use of one thread. Its destructor calls ZOTDamExit, frees the DLL and
+// leaves COM, in this order.
+class Library {
+    ComScope com;
+    Module module;
+
+public:
+    // Loads the DLL that lies beside the running program.
+    Library() : Library{ProgramFolder() / L"ZOTDam.dll"} {}
+
+    // Throws LibraryError.
+    explicit Library(const std::filesystem::path& file) : module{file} {}
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+    ~Library() { ZOTDamExit(); }
+
+    HMODULE Handle() const noexcept { return module.Handle(); }
+
+#define ZOTDAM_EXPORT(name) const decltype(&ZOTDam::name) name = module.Export<decltype(&ZOTDam::name)>(#name)
+    ZOTDAM_EXPORT(GetFuncCount);
+    ZOTDAM_EXPORT(GetFunctionBase);
+    ZOTDAM_EXPORT(GetFunctionBaseUnSupported);
+    ZOTDAM_EXPORT(GetFunctionInfo);
+    ZOTDAM_EXPORT(AddFunctionDefault);
+    ZOTDAM_EXPORT(GetParameter);
+    ZOTDAM_EXPORT(GetParameterDefault);
+    ZOTDAM_EXPORT(SetParameter);
+    ZOTDAM_EXPORT(ResetDefault);
+    ZOTDAM_EXPORT(TEVGetParam);
+    ZOTDAM_EXPORT(GetFuncCurValue);
+    ZOTDAM_EXPORT(GetCommandInfo);
+    ZOTDAM_EXPORT(GetDiffFuncList);
+    ZOTDAM_EXPORT(GetSpecScheme);
+    ZOTDAM_EXPORT(GetCommonSetting);
+    ZOTDAM_EXPORT(SetCommonSetting);
+    ZOTDAM_EXPORT(InitCommonSetting);
+    ZOTDAM_EXPORT(ZOTDamExit);
+#undef ZOTDAM_EXPORT
+
+    static std::filesystem::path ProgramFolder() {
+        std::wstring path(MAX_PATH, L'\0');
+        while (GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())) == path.size())
+            path.resize(path.size() * 2);
+        return std::filesystem::path{path.c_str()}.parent_path();
+    }
+};
+
+template <class Interface, class Function, class Method = decltype(&Interface::OnItem)>
+class Callback;
+
+// A callback object whose OnItem calls a function or lambda.
+template <class Interface, class Function, class... Arguments>
+class Callback<Interface, Function, void (Interface::*)(Arguments...)> final : public Interface {
+public:
+    explicit Callback(Function onItem) : function{std::move(onItem)} {}
+    void OnItem(Arguments... arguments) override { function(arguments...); }
+
+private:
+    Function function;
+};
+
+template <class Interface, class Function>
+Callback<Interface, Function> MakeCallback(Function onItem) {
+    return Callback<Interface, Function>{std::move(onItem)};
+}
+
+// A holder for SetParameter, filled from a map. The tree in it is a chain: each node has the next one as its
+// right child.
+class ParamHolder {
+public:
+    explicit ParamHolder(const std::map<std::int32_t, ParamValue>& params) : nodes(params.size() + 1) {
+        ParamTreeNode* const nil = nodes.data();
+        *nil = {nil, nil, nil, 1, 1, 0, {}};
+        for (ParamTreeNode* node = nil; const auto& [functionId, value] : params) {
+            ParamTreeNode* const parent = std::exchange(node, node + 1);
+            *node = {nil, parent, nil, 1, 0, functionId, value};
+            (parent == nil ? nil->parent : parent->right) = node;
+            nil->right = node;
+        }
+        nil->left = nil->parent;
+        holder = {nullptr, {nil, params.size()}};
+    }
+    ParamHolder(const ParamHolder&) = delete;
+    ParamHolder& operator=(const ParamHolder&) = delete;
+
+    const ParamMapHolder* get() const noexcept { return &holder; }
+
+private:
+    std::vector<ParamTreeNode> nodes;
+    ParamMapHolder holder;
+};
+
+}  // namespace ZOTDam

@@ -1,0 +1,84 @@
+#include "catalogue/FunctionReader.h"
+
+#include "platform/Failure.h"
+#include "xml/Dom.h"
+
+namespace ZOTDam {
+
+namespace {
+
+constexpr std::int32_t Unreadable = -1;
+
+bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
+    FunctionRecord record;
+    std::vector<CommandItem> commands;
+    for (const IXMLDOMElementPtr& function : SelectChildren(functions, L"Function")) {
+        record.acDisplayItems.clear();
+        record.dcDisplayItems.clear();
+        commands.clear();
+        const std::int32_t id = ReadFunctionElement(function, record);
+        if (id < 0 || !ReadCommandItems(SelectChild(function, L"Commands"), commands))
+            return false;
+        // The function that comes first keeps its id.
+        table.functions.try_emplace(id, record);
+        table.commands.try_emplace(id, commands);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcept {
+    table.Clear();
+    const bool loaded = FalseOnException([&] { return LoadFunctions(functions, table); });
+    if (!loaded)
+        table.Clear();
+    return loaded;
+}
+
+std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record) noexcept {
+    std::int32_t id = Unreadable;
+    const bool read = FalseOnException([&] {
+        ReadAttribute(function, L"ID", id);
+        ReadAttribute(function, L"Flag", record.flag);
+        ReadAttribute(function, L"Type", record.type);
+        ReadAttribute(function, L"Name", record.name);
+        ReadAttribute(function, L"Group", record.group);
+        const IXMLDOMElementPtr display = SelectChild(function, L"Display");
+        ReadDisplayItems(SelectChild(display, L"AC"), record.acDisplayItems);
+        ReadDisplayItems(SelectChild(display, L"DC"), record.dcDisplayItems);
+        return true;
+    });
+    return read ? id : Unreadable;
+}
+
+bool ReadDisplayItems(IXMLDOMElement* listElement, List<DisplayItem>& list) {
+    if (listElement == nullptr)
+        return false;
+    DisplayItem item;
+    for (const IXMLDOMElementPtr& displayItem : SelectChildren(listElement, L"DisplayItem")) {
+        ReadAttribute(displayItem, L"Label", item.label);
+        ReadAttribute(displayItem, L"Option", item.option);
+        list.push_back(item);
+    }
+    return true;
+}
+
+bool ReadCommandItems(IXMLDOMElement* commands, std::vector<CommandItem>& list) noexcept {
+    return FalseOnException([&] {
+        CommandItem item;
+        for (const IXMLDOMElementPtr& commandItem : SelectChildren(commands, L"CommandItem")) {
+            ReadAttribute(commandItem, L"Event", item.event);
+            ReadAttribute(commandItem, L"Flag", item.flag);
+            ReadAttribute(commandItem, L"ID", item.id);
+            ReadAttribute(commandItem, L"State", item.state);
+            ReadAttribute(commandItem, L"ParamIndex1", item.paramIndex1);
+            ReadAttribute(commandItem, L"ParamIndex2", item.paramIndex2);
+            ReadAttribute(commandItem, L"SpecInfo1", item.specInfo1);
+            list.push_back(item);
+        }
+        return true;
+    });
+}
+
+}  // namespace ZOTDam

@@ -1,0 +1,22 @@
+#include "catalogue/FunctionTable.h"
+
+#include "catalogue/FunctionReader.h"
+#include "platform/Failure.h"
+#include "xml/Documents.h"
+
+namespace ZOTDam {
+
+bool EnsureFunctionTable(CFunctionTable& table) noexcept {
+    if (table.IsLoaded())
+        return true;
+    table.Clear();
+    return FalseOnException([&] {
+        const CXmlZOTDefault* defaults = Defaults.Get();
+        if (defaults == nullptr)
+            return false;
+        const IXMLDOMElementPtr functions = defaults->FindFunctions();
+        return functions && LoadFunctionTable(functions, table);
+    });
+}
+
+}  // namespace ZOTDam

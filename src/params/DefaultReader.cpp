@@ -1,0 +1,39 @@
+#include "params/DefaultReader.h"
+
+#include "params/SchemeSection.h"
+#include "platform/Failure.h"
+#include "xml/Documents.h"
+
+namespace ZOTDam {
+
+namespace {
+
+bool ReadDefault(IXMLDOMElement* defaultElement, const CGuidText& guid, ParamValue& value) {
+    IXMLDOMElementPtr source = defaultElement;
+    return FindByGuid(defaultElement, L"DefaultItem", guid, source) && ReadParamValue(source, value);
+}
+
+}  // namespace
+
+bool ReadDefaultSchemeParameters(const GUID& scheme, ParamMap& out) noexcept {
+    return FalseOnException([&] {
+        const CXmlZOTDefault* defaults = Defaults.Get();
+        if (defaults == nullptr)
+            return false;
+        const IXMLDOMElementPtr functions = defaults->FindFunctions();
+        if (!functions)
+            return false;
+        const CGuidText guid{scheme};
+        for (const IXMLDOMElementPtr& function : SelectChildren(functions, L"Function")) {
+            std::int32_t id = 0;
+            ParamValue value;
+            if (!ReadAttribute(function, L"ID", id) ||
+                !ReadDefault(SelectChild(function, L"Default"), guid, value))
+                return false;
+            out.try_emplace(id, value);
+        }
+        return true;
+    });
+}
+
+}  // namespace ZOTDam

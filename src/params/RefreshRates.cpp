@@ -1,0 +1,45 @@
+#include "params/RefreshRates.h"
+
+#include <windows.h>
+
+namespace ZOTDam {
+
+namespace {
+
+bool IsRefreshRateFunction(std::int32_t functionId) noexcept {
+    return functionId == 7 || functionId == 8;
+}
+
+// Displays report 59 Hz for 59.94 Hz, so a rate that is off by one is the same. The difference wraps.
+bool IsSameRate(std::int32_t rate, DWORD frequency) noexcept {
+    const auto difference = static_cast<std::int32_t>(static_cast<std::uint32_t>(rate) - frequency);
+    return difference >= -1 && difference <= 1;
+}
+
+bool DisplayOffers(std::int32_t rateA, std::int32_t rateB) noexcept {
+    // Deliberate: the structure goes in with a size of zero, and is not reset between the modes.
+    DEVMODEW mode = {};
+    bool offersA = false;
+    bool offersB = false;
+    for (DWORD number = 0; EnumDisplaySettingsW(nullptr, number, &mode) != FALSE; ++number) {
+        offersA = offersA || IsSameRate(rateA, mode.dmDisplayFrequency);
+        offersB = offersB || IsSameRate(rateB, mode.dmDisplayFrequency);
+        if (offersA && offersB)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool LacksRefreshRate(std::int32_t functionId, const FunctionRecord& function) noexcept {
+    const List<DisplayItem>& rates = function.acDisplayItems;
+    if (!IsRefreshRateFunction(functionId) || rates.size() < 2)
+        return false;
+    auto rate = rates.begin();
+    const std::int32_t rateA = rate->option;
+    ++rate;
+    return !DisplayOffers(rateA, rate->option);
+}
+
+}  // namespace ZOTDam

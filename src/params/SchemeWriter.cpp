@@ -1,0 +1,96 @@
+#include "params/SchemeWriter.h"
+
+#include <set>
+
+#include "params/SchemeSection.h"
+#include "platform/Failure.h"
+#include "xml/Documents.h"
+
+namespace ZOTDam {
+
+namespace {
+
+void WriteParamValue(IXMLDOMElement* function, const ParamValue& value) {
+    WriteAttribute(function, L"ACParamIndex", value.ACParamIndex);
+    WriteAttribute(function, L"DCParamIndex", value.DCParamIndex);
+}
+
+bool UpdateFunctions(IXMLDOMElement* schemeElement, const ParamMap& params, std::set<std::int32_t>& handledIds) {
+    for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, L"Function")) {
+        std::int32_t id = 0;
+        if (!ReadAttribute(function, L"ID", id))
+            return false;
+        if (const auto entry = params.find(id); entry != params.end()) {
+            handledIds.insert(id);
+            WriteParamValue(function, entry->second);
+        }
+    }
+    return true;
+}
+
+void AppendFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
+                     const std::set<std::int32_t>& handledIds) {
+    for (const auto& [id, value] : params) {
+        if (handledIds.contains(id))
+            continue;
+        const IXMLDOMElementPtr function = CreateChild(schemeElement, L"Function");
+        WriteAttribute(function, L"ID", id);
+        WriteParamValue(function, value);
+    }
+}
+
+}  // namespace
+
+bool SaveSchemeParameters(const GUID& scheme, const ParamMap& params) noexcept {
+    return FalseOnException([&] {
+        CXmlZOTPowercfg* settings = OpenUserSettings();
+        if (settings == nullptr)
+            return false;
+        const IXMLDOMElementPtr powerSchemes = settings->PowerSchemes();
+        if (!powerSchemes || !WriteSchemeParameters(scheme, powerSchemes, params))
+            return false;
+        settings->Save();
+        return true;
+    });
+}
+
+bool SaveSchemeParameters(const GUID& scheme, const ParamTree& params) noexcept {
+    return FalseOnException([&] {
+        ParamMap copy;
+        for (const ParamTreeNode& node : params)
+            copy.emplace_hint(copy.end(), node.functionId, node.value);
+        return SaveSchemeParameters(scheme, copy);
+    });
+}
+
+bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, const ParamMap& params) {
+    const CGuidText guid{scheme};
+    IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, guid);
+    if (!schemeElement) {
+        schemeElement = CreateChild(powerSchemes, L"PowerScheme");
+        WriteAttribute(schemeElement, L"GUID", guid.c_str());
+    }
+    return WriteFunctionParameters(schemeElement, params);
+}
+
+bool WriteFunctionParameters(IXMLDOMElement* schemeElement, const ParamMap& params) {
+    std::set<std::int32_t> handledIds;
+    const bool updatedAll = UpdateFunctions(schemeElement, params, handledIds);
+    AppendFunctions(schemeElement, params, handledIds);
+    return updatedAll;
+}
+
+bool ResetUserSettings() noexcept {
+    return FalseOnException([] {
+        CXmlZOTPowercfg* settings = UserSettings.Get();
+        // Deliberate: without a document there is nothing to reset, which counts as success.
+        if (settings == nullptr)
+            return true;
+        if (!settings->ResetSkeleton())
+            return false;
+        settings->Save();
+        return true;
+    });
+}
+
+}  // namespace ZOTDam

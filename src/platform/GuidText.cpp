@@ -1,0 +1,24 @@
+#include "platform/GuidText.h"
+
+#include <windows.h>
+
+#include <rpc.h>
+
+#include <cwchar>
+#include <new>
+
+namespace ZOTDam {
+
+CGuidText::CGuidText(const GUID& guid) {
+    RPC_WSTR allocated = nullptr;
+    if (UuidToStringW(const_cast<UUID*>(&guid), &allocated) != RPC_S_OK)
+        throw std::bad_alloc{};
+    std::wmemcpy(text.data(), reinterpret_cast<const wchar_t*>(allocated), text.size());
+    RpcStringFreeW(&allocated);
+}
+
+bool CGuidText::Matches(const wchar_t* other) const noexcept {
+    return _wcsicmp(text.data(), other) == 0;
+}
+
+}  // namespace ZOTDam

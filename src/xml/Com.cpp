@@ -1,0 +1,27 @@
+#include "xml/Com.h"
+
+namespace ZOTDam {
+
+namespace {
+
+_COM_SMARTPTR_TYPEDEF(ISupportErrorInfo, __uuidof(ISupportErrorInfo));
+
+bool LeavesErrorInfo(IUnknown* source, REFIID calledInterface) {
+    ISupportErrorInfo* support = nullptr;
+    if (source == nullptr || FAILED(source->QueryInterface(__uuidof(ISupportErrorInfo), reinterpret_cast<void**>(&support))))
+        return false;
+    const HRESULT supported = support->InterfaceSupportsErrorInfo(calledInterface);
+    support->Release();
+    return supported == S_OK;
+}
+
+}  // namespace
+
+void ThrowComError(HRESULT failure, IUnknown* source, REFIID calledInterface) {
+    IErrorInfo* information = nullptr;
+    if (LeavesErrorInfo(source, calledInterface))
+        GetErrorInfo(0, &information);
+    throw _com_error{failure, information};
+}
+
+}  // namespace ZOTDam

@@ -1,0 +1,44 @@
+// The COM types of the DOM, and how their failures travel.
+#pragma once
+
+#include <comdef.h>
+#if __has_include(<msxml6.h>)
+#include <msxml6.h>
+#else
+#include <msxml2.h>
+#endif
+
+#ifdef __MINGW32__
+// This toolchain's header declares the interfaces without their identifiers, which differ in the first number.
+#define ZOTDAM_DOM_INTERFACE(Interface, number) \
+    __CRT_UUID_DECL(Interface, number, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
+ZOTDAM_DOM_INTERFACE(IXMLDOMNode, 0x2933bf80)
+ZOTDAM_DOM_INTERFACE(IXMLDOMDocument, 0x2933bf81)
+ZOTDAM_DOM_INTERFACE(IXMLDOMNamedNodeMap, 0x2933bf83)
+ZOTDAM_DOM_INTERFACE(IXMLDOMElement, 0x2933bf86)
+ZOTDAM_DOM_INTERFACE(IXMLDOMProcessingInstruction, 0x2933bf89)
+ZOTDAM_DOM_INTERFACE(IXMLDOMDocument2, 0x2933bf95)
+#undef ZOTDAM_DOM_INTERFACE
+#endif
+
+namespace ZOTDam {
+
+_COM_SMARTPTR_TYPEDEF(IXMLDOMNode, __uuidof(IXMLDOMNode));
+_COM_SMARTPTR_TYPEDEF(IXMLDOMDocument, __uuidof(IXMLDOMDocument));
+_COM_SMARTPTR_TYPEDEF(IXMLDOMNamedNodeMap, __uuidof(IXMLDOMNamedNodeMap));
+_COM_SMARTPTR_TYPEDEF(IXMLDOMElement, __uuidof(IXMLDOMElement));
+_COM_SMARTPTR_TYPEDEF(IXMLDOMProcessingInstruction, __uuidof(IXMLDOMProcessingInstruction));
+_COM_SMARTPTR_TYPEDEF(IXMLDOMDocument2, __uuidof(IXMLDOMDocument2));
+
+// Throws the failure of a call to `source` as a _com_error, with the error information that the callee left.
+[[noreturn]] void ThrowComError(HRESULT failure, IUnknown* source, REFIID calledInterface);
+
+// Lets a successful result pass and throws a failed one.
+template <class Interface>
+HRESULT Check(HRESULT result, Interface* source) {
+    if (FAILED(result))
+        ThrowComError(result, source, __uuidof(Interface));
+    return result;
+}
+
+}  // namespace ZOTDam

@@ -1,0 +1,74 @@
+// Reading and writing elements and attributes. Every function throws the DOM's failures as _com_error, and
+// E_POINTER for an element that is null.
+#pragma once
+
+#include <cstdint>
+#include <iterator>
+#include <string>
+
+#include "xml/Com.h"
+#include "xml/Name.h"
+#include "ZOTDam.h"
+
+namespace ZOTDam {
+
+// The child elements of `parent` that have the given name and no namespace, in document order, for a
+// range-for. (Siblings are walked: a DOM compiles an XPath anew for each selection, which costs more than
+// looking at the few children that an element of our files has.)
+class CSelection {
+public:
+    CSelection(IXMLDOMNode* parent, const CName& childName);
+
+    class Iterator {
+    public:
+        Iterator(IXMLDOMNodePtr first, const CName& name);
+        const IXMLDOMElementPtr& operator*() const noexcept { return element; }
+        Iterator& operator++();
+        bool operator==(std::default_sentinel_t) const noexcept { return element.GetInterfacePtr() == nullptr; }
+
+    private:
+        IXMLDOMElementPtr element;
+        const CName& name;
+    };
+
+    Iterator begin() const { return {firstChild, name}; }
+    static std::default_sentinel_t end() noexcept { return {}; }
+
+private:
+    IXMLDOMNodePtr firstChild;
+    CName name;
+};
+
+inline CSelection SelectChildren(IXMLDOMNode* parent, const CName& name) {
+    return {parent, name};
+}
+
+// The first of the children that SelectChildren would give, or null.
+IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CName& name);
+
+// Reads an attribute. False, and `field` untouched, when the element lacks it. A number is read up to its
+// first character that is no digit; a text that does not fit a fixed field is refused with E_INVALIDARG,
+// since a part of it would be a different text.
+bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::int32_t& field);
+bool ReadAttribute(IXMLDOMElement* element, const CName& name, Text& field);
+bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& field);
+
+// Reads the text of an element for display: what does not fit is cut off.
+void ReadElementText(IXMLDOMElement* element, Text& field);
+
+// Sets an attribute, creating it when it is missing.
+void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t value);
+void WriteAttribute(IXMLDOMElement* element, const CName& name, const wchar_t* value);
+
+// Appends an empty element; `parent` may be the document itself.
+IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name);
+
+// Appends an element with a value, or with none.
+IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
+
+// Removes all children, of whatever kind. True when there was one.
+bool RemoveChildren(IXMLDOMNode* parent);
+
+void RemoveAttributes(IXMLDOMNode* element);
+
+}  // namespace ZOTDam

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "xml/Profile.h"
+
+namespace ZOTDam {
+
+// A data file that this and other processes read and write, each under the file's busy marker.
+class CGuardedProfile : public CZOTProfile {
+public:
+    // Reads the file again, unless it is busy: then the document stays as it is.
+    void Open() noexcept;
+
+    // Writes the file, unless it is busy: then the changes stay in memory, which counts as success.
+    bool Save() noexcept;
+
+protected:
+    CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName, const CName& newRootName);
+
+    // The document element; a document without one gets it. Null without a DOM.
+    IXMLDOMElementPtr Root();
+
+    // A child of the root, created when missing.
+    IXMLDOMElementPtr Section(const CName& name) { return GetChildNode(Root(), name); }
+
+private:
+    // What becomes of the document when there is no file to read.
+    virtual void OpenWithoutFile() = 0;
+
+    bool ReplaceFile();
+    bool KeepUnreadFile() const;
+
+    const wchar_t* markerName;
+    CName rootName;
+    bool holdsFile = false;  // whether the document began as what the file holds
+};
+
+}  // namespace ZOTDam

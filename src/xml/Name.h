@@ -1,0 +1,34 @@
+#pragma once
+
+#include <wtypes.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace ZOTDam {
+
+// An element or attribute name that COM can take as a BSTR. The text stands in place behind its length, as in
+// every BSTR, so passing a name allocates nothing.
+class CName {
+public:
+    template <std::size_t Size>
+    constexpr CName(const wchar_t (&literal)[Size]) noexcept  // implicit: names are written where they are used
+        : byteLength{(Size - 1) * sizeof(wchar_t)} {
+        static_assert(Size <= Capacity);
+        std::copy_n(literal, Size, text);
+    }
+
+    // DOM calls take their BSTR arguments without const, and leave them as they are.
+    BSTR AsBstr() const noexcept { return const_cast<BSTR>(text); }
+    std::wstring_view View() const noexcept { return {text, byteLength / sizeof(wchar_t)}; }
+
+private:
+    static constexpr std::size_t Capacity = 20;
+
+    std::uint32_t byteLength;
+    wchar_t text[Capacity] = {};
+};
+
+}  // namespace ZOTDam

@@ -1,0 +1,81 @@
+#include "xml/Profile.h"
+
+#include <shlwapi.h>
+
+#include <utility>
+
+#include "platform/Failure.h"
+
+namespace ZOTDam {
+
+namespace {
+
+constexpr CLSID DomDocument60 = {0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+
+IXMLDOMDocument2Ptr CreateDocument() noexcept {
+    IXMLDOMDocument2Ptr document;
+    // A document that cannot be set to load synchronously would answer before it has read anything.
+    if (FAILED(document.CreateInstance(DomDocument60, nullptr, CLSCTX_ALL)) ||
+        FAILED(document->put_async(VARIANT_FALSE)))
+        return nullptr;
+    return document;
+}
+
+}  // namespace
+
+CZOTProfile::CZOTProfile(std::wstring filePath) : document{CreateDocument()}, path{std::move(filePath)} {}
+
+IXMLDOMElementPtr CZOTProfile::GetChildNode(IXMLDOMNode* parent, const CName& name) {
+    if (parent == nullptr)
+        return nullptr;
+    if (const IXMLDOMElementPtr found = SelectChild(parent, name))
+        return found;
+    return document ? AppendElement(document, parent, name) : nullptr;
+}
+
+IXMLDOMElementPtr CZOTProfile::FindRoot() const {
+    IXMLDOMElementPtr root;
+    if (document)
+        Check(document->get_documentElement(&root), document.GetInterfacePtr());
+    return root;
+}
+
+bool CZOTProfile::FileExists() const noexcept {
+    return PathFileExistsW(path.c_str()) != FALSE;
+}
+
+bool CZOTProfile::Load() noexcept {
+    return FalseOnException([&] {
+        VARIANT_BOOL loaded = VARIANT_FALSE;
+        Check(document->load(_variant_t{path.c_str()}, &loaded), document.GetInterfacePtr());
+        return loaded == VARIANT_TRUE;
+    });
+}
+
+bool CZOTProfile::SaveAs(const std::wstring& file) noexcept {
+    return FalseOnException([&] { return document->save(_variant_t{file.c_str()}) == S_OK; });
+}
+
+IXMLDOMElementPtr CZOTProfile::FindSection(const CName& name) const {
+    const IXMLDOMElementPtr root = FindRoot();
+    return root ? SelectChild(root, name) : nullptr;
+}
+
+IXMLDOMElementPtr CZOTProfile::CreateRoot(const CName& name) {
+    if (!document)
+        return nullptr;
+    IXMLDOMProcessingInstructionPtr declaration;
+    Check(document->createProcessingInstruction(CName{L"xml"}.AsBstr(),
+                                                _bstr_t{L"version='1.0' encoding='UTF-8'"}, &declaration),
+          document.GetInterfacePtr());
+    IXMLDOMNodePtr inserted;
+    Check(document->appendChild(declaration, &inserted), document.GetInterfacePtr());
+    return AppendElement(document, document, name);
+}
+
+bool CZOTProfile::ClearSection(const CName& name) {
+    const IXMLDOMElementPtr root = FindRoot();
+    return root && RemoveChildren(GetChildNode(root, name));
+}
+
+}  // namespace ZOTDam

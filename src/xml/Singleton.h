@@ -1,0 +1,48 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+#include "platform/AtUnload.h"
+#include "platform/CriticalSection.h"
+
+namespace ZOTDam {
+
+// The one object of a document class, made on first use and again after a release.
+template <class Document>
+class CSingleton {
+public:
+    // Null when the object could not be made.
+    Document* Get() noexcept {
+        static const CAtUnload releaseAtUnload{[this]() noexcept { Release(); }};
+        if (document == nullptr) {
+            const std::lock_guard guard{section};
+            if (document == nullptr)
+                document = Create();
+        }
+        return document;
+    }
+
+    void Release() noexcept {
+        if (document == nullptr)
+            return;
+        const std::lock_guard guard{section};
+        // The pointer is null before the object goes: nobody finds half a document.
+        const std::unique_ptr<Document> released{document.exchange(nullptr)};
+    }
+
+private:
+    static Document* Create() noexcept {
+        try {
+            return new Document;
+        } catch (...) {
+            return nullptr;
+        }
+    }
+
+    CCriticalSection section;
+    std::atomic<Document*> document = nullptr;
+};
+
+}  // namespace ZOTDam

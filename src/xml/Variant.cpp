@@ -1,0 +1,39 @@
+#include "xml/Variant.h"
+
+#include <cstdlib>
+
+namespace ZOTDam {
+
+namespace {
+
+// The conversions of the C runtime must not see the null pointer that is a BSTR's way to be empty.
+const wchar_t* TextOf(BSTR text) noexcept {
+    return text != nullptr ? text : L"";
+}
+
+}  // namespace
+
+void FillFromText(_variant_t& value, BSTR text) {
+    switch (V_VT(&value)) {
+        case VT_I2:
+        case VT_BOOL:
+            V_I2(&value) = static_cast<SHORT>(_wtoi(TextOf(text)));
+            break;
+        case VT_I4:
+            V_I4(&value) = _wtol(TextOf(text));
+            break;
+        case VT_R4:
+            V_R4(&value) = static_cast<float>(_wtof(TextOf(text)));
+            break;
+        case VT_R8:
+            V_R8(&value) = _wtof(TextOf(text));
+            break;
+        case VT_BSTR:
+            value = _variant_t{_bstr_t{text, true}};
+            break;
+        default:
+            value.Clear();
+    }
+}
+
+}  // namespace ZOTDam

@@ -1,0 +1,17 @@
+#include "xml/ZOTBase.h"
+
+#include "platform/Folder.h"
+#include "xml/DataFolders.h"
+
+namespace ZOTDam {
+
+CXmlZOTBase::CXmlZOTBase()
+    : CZOTProfile{FileInFolder(BaseCatalogueFolder, L"ZOTBase.xml", DataFolderCapacity)} {
+    Load();
+}
+
+IXMLDOMElementPtr CXmlZOTBase::GetChildNode(IXMLDOMNode* parent, const CName& name) {
+    return parent != nullptr ? SelectChild(parent, name) : nullptr;
+}
+
+}  // namespace ZOTDam

@@ -1,0 +1,14 @@
+#include "xml/ZOTDefault.h"
+
+#include "platform/Folder.h"
+#include "xml/DataFolders.h"
+
+namespace ZOTDam {
+
+CXmlZOTDefault::CXmlZOTDefault()
+    : CGuardedProfile{FileInFolder(InstallationFolder, L"ZOTDefault.xml", DataFolderCapacity),
+                      L"XmlZOTDefaultMutex", L"ZOTDefault"} {
+    Open();
+}
+
+}  // namespace ZOTDam

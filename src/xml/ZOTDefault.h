@@ -1,0 +1,23 @@
+#pragma once
+
+#include "xml/GuardedProfile.h"
+
+namespace ZOTDam {
+
+// The defaults: the functions in use on this machine with their default parameters. The file is read when the
+// object is made and not again, so this process sees other processes' changes only after ZOTDamExit.
+class CXmlZOTDefault : public CGuardedProfile {
+public:
+    CXmlZOTDefault();
+
+    IXMLDOMElementPtr CommonSettings() { return Section(L"CommonSettings"); }
+    IXMLDOMElementPtr Functions() { return Section(L"Functions"); }
+
+    // For readers: without a catalogue they must fail, not find one that they have just created.
+    IXMLDOMElementPtr FindFunctions() const { return FindSection(L"Functions"); }
+
+private:
+    void OpenWithoutFile() override { Root(); }
+};
+
+}  // namespace ZOTDam

@@ -1,0 +1,21 @@
+#include "xml/ZOTPowercfg.h"
+
+#include "platform/Folder.h"
+#include "xml/DataFolders.h"
+
+namespace ZOTDam {
+
+CXmlZOTPowercfg::CXmlZOTPowercfg()
+    : CGuardedProfile{FileInFolder(UserSettingsFolder, L"ZOTPowercfg.xml", DataFolderCapacity),
+                      L"XmlZOTPowercfgMutex", L"OrloPowerCfg"} {}
+
+bool CXmlZOTPowercfg::ResetSkeleton() {
+    if (!ClearSection(L"PowerSchemes"))
+        return false;
+    ClearSection(L"CommonSettings");
+    // The settings themselves are attributes.
+    RemoveAttributes(CommonSettings());
+    return true;
+}
+
+}  // namespace ZOTDam
