@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <map>
 #include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -35,6 +36,11 @@ private:
     HRESULT result;  // fails, harmlessly, on a thread that has COM in another mode already
 };
 
+inline std::string Utf8(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
 class LibraryError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -45,7 +51,7 @@ public:
     explicit Module(const std::filesystem::path& file)
         : handle{LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)} {
         if (handle == nullptr)
-            throw LibraryError{"The library " + file.string() + " was not found or cannot be loaded."};
+            throw LibraryError{"The library " + Utf8(file) + " was not found or cannot be loaded."};
     }
     Module(const Module&) = delete;
     Module& operator=(const Module&) = delete;

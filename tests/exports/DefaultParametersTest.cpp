@@ -1,0 +1,1 @@
+#include "support/ExportTest.h"

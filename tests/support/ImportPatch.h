@@ -1,0 +1,56 @@
+// Puts a function of the test in the place of one that a loaded module imports, for a scope.
+#pragma once
+
+#include <windows.h>
+
+#include <cstring>
+#include <stdexcept>
+
+namespace ZOTDam::Test {
+
+class ImportPatch {
+public:
+    template <class Function>
+    ImportPatch(HMODULE module, const char* importedName, Function* replacement)
+        : slot{Find(module, importedName)}, original{*slot} {
+        Set(reinterpret_cast<void*>(replacement));
+    }
+    ImportPatch(const ImportPatch&) = delete;
+    ImportPatch& operator=(const ImportPatch&) = delete;
+    ~ImportPatch() { Set(original); }
+
+    template <class Function>
+    Function* Original() const noexcept {
+        return reinterpret_cast<Function*>(original);
+    }
+
+private:
+    static void** Find(HMODULE module, const char* importedName) {
+        auto* const base = reinterpret_cast<BYTE*>(module);
+        const auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
+        const auto* nt = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+        const DWORD imports = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+        for (auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); library->Name != 0; ++library) {
+            auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
+            auto* address = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
+            for (; name->u1.AddressOfData != 0; ++name, ++address) {
+                const auto* byName = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
+                if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) && std::strcmp(byName->Name, importedName) == 0)
+                    return reinterpret_cast<void**>(&address->u1.Function);
+            }
+        }
+        throw std::invalid_argument{importedName};
+    }
+
+    void Set(void* function) noexcept {
+        DWORD protection = 0;
+        VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
+        *slot = function;
+        VirtualProtect(slot, sizeof *slot, protection, &protection);
+    }
+
+    void** slot;
+    void* original;
+};
+
+}  // namespace ZOTDam::Test
