@@ -237,7 +237,8 @@ struct FunctionBaseRecord {
 static_assert(sizeof(FunctionBaseRecord) == 1088 && sizeof(CountedPointer<IXMLDOMNode>) == 8);
 static_assert(offsetof(FunctionBaseRecord, id) == 0 && offsetof(FunctionBaseRecord, type) == 4);
 static_assert(offsetof(FunctionBaseRecord, flag) == 8 && offsetof(FunctionBaseRecord, name) == 12);
-static_assert(offsetof(FunctionBaseRecord, group) == 532 && offsetof(FunctionBaseRecord, displayNode) == 1056);
+static_assert(offsetof(FunctionBaseRecord, group) == 532 &&
+              offsetof(FunctionBaseRecord, displayNode) == 1056);
 static_assert(offsetof(FunctionBaseRecord, defaultNode) == 1064);
 static_assert(offsetof(FunctionBaseRecord, commandFamilies) == 1072);
 
@@ -287,20 +288,21 @@ struct ParamTree {
         explicit Iterator(const ParamTreeNode* start) noexcept : node{start} {}
         const ParamTreeNode& operator*() const noexcept { return *node; }
         Iterator& operator++() noexcept {
-            node = node->right->isNil ? FirstAncestorToTheRight(node) : Leftmost(node->right);
+            node = IsNil(node->right) ? FirstAncestorToTheRight(node) : Leftmost(node->right);
             return *this;
         }
         bool operator==(const Iterator& other) const noexcept = default;
 
     private:
+        static bool IsNil(const ParamTreeNode* node) noexcept { return node->isNil != 0; }
         static const ParamTreeNode* Leftmost(const ParamTreeNode* subtree) noexcept {
-            while (!subtree->left->isNil)
+            while (!IsNil(subtree->left))
                 subtree = subtree->left;
             return subtree;
         }
         static const ParamTreeNode* FirstAncestorToTheRight(const ParamTreeNode* descendant) noexcept {
             const ParamTreeNode* ancestor = descendant->parent;
-            while (!ancestor->isNil && descendant == ancestor->right)
+            while (!IsNil(ancestor) && descendant == ancestor->right)
                 descendant = std::exchange(ancestor, ancestor->parent);
             return ancestor;
         }

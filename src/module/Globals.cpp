@@ -1,5 +1,6 @@
 #include "module/Globals.h"
 
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <utility>
@@ -10,15 +11,8 @@ namespace ZOTDam {
 
 namespace {
 
-// A map that no static destructor takes apart: when the process ends, nothing may be touched.
-union CCacheStorage {
-    CCacheStorage() noexcept : cache{} {}
-    ~CCacheStorage() {}
-
-    ParamMap cache;
-};
-
-CCacheStorage cacheStorage;
+// No static destructor takes the cache apart: when the process ends, nothing may be touched.
+alignas(ParamMap) std::byte cacheStorage[sizeof(ParamMap)];
 
 template <class Object>
 void Delete(Object*& global) noexcept {
@@ -30,7 +24,7 @@ void Delete(Object*& global) noexcept {
 CSpecSchemeReader* SpecSchemeReader = new (std::nothrow) CSpecSchemeReader;
 CCommonSettingStore* CommonSettingStore = new (std::nothrow) CCommonSettingStore;
 CFunctionTable* FunctionTable = new (std::nothrow) CFunctionTable;
-ParamMap& CurrentParamCache = cacheStorage.cache;
+ParamMap& CurrentParamCache = *new (cacheStorage) ParamMap;
 
 void ReleaseGlobals() noexcept {
     Delete(FunctionTable);

@@ -1,5 +1,5 @@
-// The module's own objects: built in this order when the library is loaded, gone when it is unloaded. Nothing is
-// read from disk before an export needs it.
+// The module's own objects: built in this order when the library is loaded, gone when it is unloaded. Nothing
+// is read from disk before an export needs it.
 #pragma once
 
 #include "catalogue/FunctionTable.h"

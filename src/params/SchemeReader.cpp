@@ -12,7 +12,8 @@ namespace ZOTDam {
 namespace {
 
 // A scheme that is read for the first time enters the user settings with its defaults.
-bool AdoptDefaults(CXmlZOTPowercfg& settings, const GUID& scheme, IXMLDOMElement* powerSchemes, ParamMap& out) {
+bool AdoptDefaults(CXmlZOTPowercfg& settings, const GUID& scheme, IXMLDOMElement* powerSchemes,
+                   ParamMap& out) {
     out.clear();
     if (!ReadDefaultSchemeParameters(scheme, out))
         return false;

@@ -15,7 +15,8 @@ void WriteParamValue(IXMLDOMElement* function, const ParamValue& value) {
     WriteAttribute(function, L"DCParamIndex", value.DCParamIndex);
 }
 
-bool UpdateFunctions(IXMLDOMElement* schemeElement, const ParamMap& params, std::set<std::int32_t>& handledIds) {
+bool UpdateFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
+                     std::set<std::int32_t>& handledIds) {
     for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, L"Function")) {
         std::int32_t id = 0;
         if (!ReadAttribute(function, L"ID", id))

@@ -8,7 +8,8 @@ _COM_SMARTPTR_TYPEDEF(ISupportErrorInfo, __uuidof(ISupportErrorInfo));
 
 bool LeavesErrorInfo(IUnknown* source, REFIID calledInterface) {
     ISupportErrorInfo* support = nullptr;
-    if (source == nullptr || FAILED(source->QueryInterface(__uuidof(ISupportErrorInfo), reinterpret_cast<void**>(&support))))
+    if (source == nullptr ||
+        FAILED(source->QueryInterface(__uuidof(ISupportErrorInfo), reinterpret_cast<void**>(&support))))
         return false;
     const HRESULT supported = support->InterfaceSupportsErrorInfo(calledInterface);
     support->Release();

@@ -9,7 +9,8 @@
 #endif
 
 #ifdef __MINGW32__
-// This toolchain's header declares the interfaces without their identifiers, which differ in the first number.
+// This toolchain's header declares the interfaces without their identifiers, which differ in the first
+// number.
 #define ZOTDAM_DOM_INTERFACE(Interface, number) \
     __CRT_UUID_DECL(Interface, number, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
 ZOTDAM_DOM_INTERFACE(IXMLDOMNode, 0x2933bf80)

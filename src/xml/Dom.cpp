@@ -64,7 +64,7 @@ IXMLDOMElementPtr FirstNamed(IXMLDOMNodePtr node, const CName& name) {
             return element;
         node = NextSibling(node);
     }
-    return nullptr;
+    return {};
 }
 
 bool ReadAttributeText(IXMLDOMElement* element, const CName& name, _variant_t& text) {
@@ -92,7 +92,7 @@ bool EndsInsideSurrogatePair(std::wstring_view text) noexcept {
 CSelection::CSelection(IXMLDOMNode* parent, const CName& childName)
     : firstChild{FirstChild(parent)}, name{childName} {}
 
-CSelection::Iterator::Iterator(IXMLDOMNodePtr first, const CName& childName)
+CSelection::Iterator::Iterator(const IXMLDOMNodePtr& first, const CName& childName)
     : element{FirstNamed(first, childName)}, name{childName} {}
 
 CSelection::Iterator& CSelection::Iterator::operator++() {

@@ -21,10 +21,12 @@ public:
 
     class Iterator {
     public:
-        Iterator(IXMLDOMNodePtr first, const CName& name);
+        Iterator(const IXMLDOMNodePtr& first, const CName& name);
         const IXMLDOMElementPtr& operator*() const noexcept { return element; }
         Iterator& operator++();
-        bool operator==(std::default_sentinel_t) const noexcept { return element.GetInterfacePtr() == nullptr; }
+        bool operator==(std::default_sentinel_t) const noexcept {
+            return element.GetInterfacePtr() == nullptr;
+        }
 
     private:
         IXMLDOMElementPtr element;

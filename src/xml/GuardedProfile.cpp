@@ -39,7 +39,8 @@ bool MoveOver(const std::wstring& source, const std::wstring& target) noexcept {
 
 }  // namespace
 
-CGuardedProfile::CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName, const CName& newRootName)
+CGuardedProfile::CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName,
+                                 const CName& newRootName)
     : CZOTProfile{std::move(filePath)}, markerName{busyMarkerName}, rootName{newRootName} {}
 
 void CGuardedProfile::Open() noexcept {
@@ -67,8 +68,8 @@ IXMLDOMElementPtr CGuardedProfile::Root() {
     return root ? root : CreateRoot(rootName);
 }
 
-// The battery may die at any moment of a save. So the document goes into a sibling file first, which takes the
-// old file's place in one step, and only when all of it is on the disk.
+// The battery may die at any moment of a save. So the document goes into a sibling file first, which takes
+// the old file's place in one step, and only when all of it is on the disk.
 bool CGuardedProfile::ReplaceFile() {
     if (Path().empty() || IsReadOnly(Path()) || !KeepUnreadFile())
         return false;

@@ -14,7 +14,8 @@ namespace ZOTDam {
 class CName {
 public:
     template <std::size_t Size>
-    constexpr CName(const wchar_t (&literal)[Size]) noexcept  // implicit: names are written where they are used
+    constexpr CName(
+        const wchar_t (&literal)[Size]) noexcept  // implicit: names are written where they are used
         : byteLength{(Size - 1) * sizeof(wchar_t)} {
         static_assert(Size <= Capacity);
         std::copy_n(literal, Size, text);

@@ -10,14 +10,15 @@ namespace ZOTDam {
 
 namespace {
 
-constexpr CLSID DomDocument60 = {0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+constexpr CLSID DomDocument60 = {
+    0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
 
 IXMLDOMDocument2Ptr CreateDocument() noexcept {
     IXMLDOMDocument2Ptr document;
     // A document that cannot be set to load synchronously would answer before it has read anything.
     if (FAILED(document.CreateInstance(DomDocument60, nullptr, CLSCTX_ALL)) ||
         FAILED(document->put_async(VARIANT_FALSE)))
-        return nullptr;
+        return {};
     return document;
 }
 
@@ -27,10 +28,10 @@ CZOTProfile::CZOTProfile(std::wstring filePath) : document{CreateDocument()}, pa
 
 IXMLDOMElementPtr CZOTProfile::GetChildNode(IXMLDOMNode* parent, const CName& name) {
     if (parent == nullptr)
-        return nullptr;
+        return {};
     if (const IXMLDOMElementPtr found = SelectChild(parent, name))
         return found;
-    return document ? AppendElement(document, parent, name) : nullptr;
+    return document ? AppendElement(document, parent, name) : IXMLDOMElementPtr{};
 }
 
 IXMLDOMElementPtr CZOTProfile::FindRoot() const {
@@ -58,12 +59,12 @@ bool CZOTProfile::SaveAs(const std::wstring& file) noexcept {
 
 IXMLDOMElementPtr CZOTProfile::FindSection(const CName& name) const {
     const IXMLDOMElementPtr root = FindRoot();
-    return root ? SelectChild(root, name) : nullptr;
+    return root ? SelectChild(root, name) : IXMLDOMElementPtr{};
 }
 
 IXMLDOMElementPtr CZOTProfile::CreateRoot(const CName& name) {
     if (!document)
-        return nullptr;
+        return {};
     IXMLDOMProcessingInstructionPtr declaration;
     Check(document->createProcessingInstruction(CName{L"xml"}.AsBstr(),
                                                 _bstr_t{L"version='1.0' encoding='UTF-8'"}, &declaration),

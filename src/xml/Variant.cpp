@@ -7,7 +7,7 @@ namespace ZOTDam {
 namespace {
 
 // The conversions of the C runtime must not see the null pointer that is a BSTR's way to be empty.
-const wchar_t* TextOf(BSTR text) noexcept {
+const wchar_t* TextOf(const wchar_t* text) noexcept {
     return text != nullptr ? text : L"";
 }
 

@@ -11,7 +11,7 @@ CXmlZOTBase::CXmlZOTBase()
 }
 
 IXMLDOMElementPtr CXmlZOTBase::GetChildNode(IXMLDOMNode* parent, const CName& name) {
-    return parent != nullptr ? SelectChild(parent, name) : nullptr;
+    return parent != nullptr ? SelectChild(parent, name) : IXMLDOMElementPtr{};
 }
 
 }  // namespace ZOTDam

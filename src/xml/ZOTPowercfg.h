@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// The user settings. The file is opened anew before each use, so that every operation works on what is on disk
-// now; only the reset works on what this process read last.
+// The user settings. The file is opened anew before each use, so that every operation works on what is on
+// disk now; only the reset works on what this process read last.
 class CXmlZOTPowercfg : public CGuardedProfile {
 public:
     CXmlZOTPowercfg();

@@ -30,7 +30,8 @@ private:
         const auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
         const auto* nt = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
         const DWORD imports = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-        for (auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); library->Name != 0; ++library) {
+        for (auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); library->Name != 0;
+             ++library) {
             auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
             auto* address = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
             for (; name->u1.AddressOfData != 0; ++name, ++address) {

@@ -1,4 +1,5 @@
-// A suite installation in folders of its own, to which %ProgramFiles% and %ProgramData% of this process point.
+// A suite installation in folders of its own, to which %ProgramFiles% and %ProgramData% of this process
+// point.
 #pragma once
 
 #include <windows.h>
@@ -45,8 +46,8 @@ private:
 };
 
 inline void WriteFile(const std::filesystem::path& file, std::string_view content) {
-    std::ofstream{file, std::ios::binary | std::ios::trunc}.write(content.data(),
-                                                                  static_cast<std::streamsize>(content.size()));
+    std::ofstream{file, std::ios::binary | std::ios::trunc}.write(
+        content.data(), static_cast<std::streamsize>(content.size()));
 }
 
 inline std::string ReadFile(const std::filesystem::path& file) {

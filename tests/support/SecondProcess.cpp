@@ -37,8 +37,8 @@ SecondProcess::SecondProcess(const std::wstring& role, const std::vector<std::ws
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                        nullptr, &startup, &started))
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED,
+                        nullptr, nullptr, &startup, &started))
         throw std::runtime_error{"the second process does not start"};
     process = started.hProcess;
     const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, ReadyEventName(started.dwProcessId).c_str());
