@@ -7,13 +7,8 @@ namespace {
 _COM_SMARTPTR_TYPEDEF(ISupportErrorInfo, __uuidof(ISupportErrorInfo));
 
 bool LeavesErrorInfo(IUnknown* source, REFIID calledInterface) {
-    ISupportErrorInfo* support = nullptr;
-    if (source == nullptr ||
-        FAILED(source->QueryInterface(__uuidof(ISupportErrorInfo), reinterpret_cast<void**>(&support))))
-        return false;
-    const HRESULT supported = support->InterfaceSupportsErrorInfo(calledInterface);
-    support->Release();
-    return supported == S_OK;
+    const ISupportErrorInfoPtr support{source};
+    return support && support->InterfaceSupportsErrorInfo(calledInterface) == S_OK;
 }
 
 }  // namespace

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Builds everything and runs all tests. The last line counts them; the exit status is 0 when all have passed.
+source "$(dirname "$0")/common.sh"
+
+install_toolchain
+build_targets
+make_prefix
+
+passed=0
+failed=0
+
+# A program that dies before its summary counts as one failure.
+run_tests() {
+    local log=$build/$1.log
+    say "Running $1"
+    local status=0
+    wine "$build/bin/$1.exe" --gtest_brief=1 >"$log" 2>&1 || status=$?
+    local ok bad
+    ok=$(tr -d '\r' <"$log" | sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\?\.$/\1/p')
+    bad=$(tr -d '\r' <"$log" | sed -n 's/^ *\([0-9]*\) FAILED TESTS\?$/\1/p')
+    if [ "$status" -ne 0 ]; then
+        cat "$log"
+        bad=${bad:-1}
+    fi
+    passed=$((passed + ${ok:-0}))
+    failed=$((failed + ${bad:-0}))
+}
+
+for program in dom_tests export_tests client_tests; do
+    run_tests "$program"
+done
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]
