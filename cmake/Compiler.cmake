@@ -9,6 +9,7 @@ if(MSVC)
   target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
+  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
   target_compile_options(zotdam_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Werror -ffunction-sections -fdata-sections)
   target_link_options(zotdam_compiler INTERFACE
