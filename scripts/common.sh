@@ -28,7 +28,8 @@ install_packages() {
 }
 
 install_toolchain() {
-    install_packages cmake ninja-build g++-mingw-w64-x86-64-posix googletest libcli11-dev nlohmann-json3-dev \
+    install_packages cmake ninja-build g++-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-win32 \
+        googletest libcli11-dev nlohmann-json3-dev \
         wine wine64
 }
 

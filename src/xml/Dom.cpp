@@ -4,26 +4,12 @@
 #include <cstdlib>
 #include <cwchar>
 
+#include "xml/Bstr.h"
 #include "xml/Variant.h"
 
 namespace ZOTDam {
 
 namespace {
-
-// A BSTR that a call hands out. (_bstr_t would allocate a block of its own beside each.)
-class CBstr {
-public:
-    CBstr() noexcept = default;
-    CBstr(const CBstr&) = delete;
-    CBstr& operator=(const CBstr&) = delete;
-    ~CBstr() { SysFreeString(text); }
-
-    BSTR* Receive() noexcept { return &text; }
-    std::wstring_view View() const noexcept { return {text, SysStringLen(text)}; }
-
-private:
-    BSTR text = nullptr;
-};
 
 template <class Interface>
 Interface* Required(Interface* node) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/Failure.h"
+#include "xml/Declaration.h"
 
 namespace ZOTDam {
 
@@ -54,7 +55,12 @@ bool CZOTProfile::Load() noexcept {
 }
 
 bool CZOTProfile::SaveAs(const std::wstring& file) noexcept {
-    return FalseOnException([&] { return document->save(_variant_t{file.c_str()}) == S_OK; });
+    return FalseOnException([&] {
+        if (!document)
+            return false;
+        DeclareUtf8(document);
+        return document->save(_variant_t{file.c_str()}) == S_OK;
+    });
 }
 
 IXMLDOMElementPtr CZOTProfile::FindSection(const CName& name) const {
@@ -65,12 +71,7 @@ IXMLDOMElementPtr CZOTProfile::FindSection(const CName& name) const {
 IXMLDOMElementPtr CZOTProfile::CreateRoot(const CName& name) {
     if (!document)
         return {};
-    IXMLDOMProcessingInstructionPtr declaration;
-    Check(document->createProcessingInstruction(CName{L"xml"}.AsBstr(),
-                                                _bstr_t{L"version='1.0' encoding='UTF-8'"}, &declaration),
-          document.GetInterfacePtr());
-    IXMLDOMNodePtr inserted;
-    Check(document->appendChild(declaration, &inserted), document.GetInterfacePtr());
+    AppendDeclaration(document);
     return AppendElement(document, document, name);
 }
 

@@ -1,1 +1,147 @@
-#include "xml/Dom.h"
+// The busy marker, with the answers of the platform that no other process can give at will.
+#include "xml/BusyMarker.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "support/ImportPatch.h"
+#include "support/SecondProcess.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+constexpr wchar_t Name[] = L"zotdam-dom-test-marker";
+
+// What the stand-ins of the platform's functions answer, and what they were asked.
+struct Platform {
+    DWORD openError = ERROR_FILE_NOT_FOUND;
+    DWORD createError = ERROR_SUCCESS;
+    HANDLE created = nullptr;
+    DWORD openAccess = 0;
+    BOOL openInheritable = TRUE;
+    BOOL initialOwner = FALSE;
+    std::vector<HANDLE> closed;
+} platform;
+
+HANDLE WINAPI OpenMutexStandIn(DWORD access, BOOL inheritable, LPCWSTR) {
+    platform.openAccess = access;
+    platform.openInheritable = inheritable;
+    SetLastError(platform.openError);
+    return nullptr;
+}
+
+HANDLE WINAPI CreateMutexStandIn(LPSECURITY_ATTRIBUTES, BOOL initialOwner, LPCWSTR) {
+    platform.initialOwner = initialOwner;
+    SetLastError(platform.createError);
+    return platform.created;
+}
+
+BOOL WINAPI CloseHandleStandIn(HANDLE handle) {
+    platform.closed.push_back(handle);
+    return TRUE;
+}
+
+bool Exists() {
+    const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, Name);
+    if (mutex != nullptr)
+        CloseHandle(mutex);
+    return mutex != nullptr;
+}
+
+}  // namespace
+
+TEST(BusyMarkerTest, IsOursWhenNobodyHasIt) {
+    const CBusyMarker marker{Name};
+    EXPECT_TRUE(marker.IsOurs());
+    EXPECT_TRUE(Exists());
+}
+
+TEST(BusyMarkerTest, VanishesWithItsScope) {
+    { const CBusyMarker marker{Name}; }
+    EXPECT_FALSE(Exists());
+}
+
+TEST(BusyMarkerTest, IsNotOursWhileThisProcessHasIt) {
+    const CBusyMarker first{Name};
+    EXPECT_FALSE(CBusyMarker{Name}.IsOurs());
+    EXPECT_TRUE(first.IsOurs());
+}
+
+TEST(BusyMarkerTest, IsNotOursWhileAnotherProcessHasIt) {
+    SecondProcess other{HoldMutex, {Name}};
+    EXPECT_FALSE(CBusyMarker{Name}.IsOurs());
+    other.Kill();
+    EXPECT_TRUE(CBusyMarker{Name}.IsOurs());
+}
+
+TEST(BusyMarkerTest, AProbeDoesNotKeepTheMarkerOfTheOtherAlive) {
+    {
+        const CBusyMarker holder{Name};
+        const CBusyMarker probe{Name};
+    }
+    EXPECT_FALSE(Exists());
+}
+
+TEST(BusyMarkerTest, MarkersOfOtherNamesDoNotMatter) {
+    const CBusyMarker other{L"zotdam-dom-test-other-marker"};
+    EXPECT_TRUE(CBusyMarker{Name}.IsOurs());
+}
+
+TEST(BusyMarkerTest, ANameThatIsNoMutexIsNoReasonToStop) {
+    const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, Name);
+    EXPECT_TRUE(CBusyMarker{Name}.IsOurs());
+    CloseHandle(event);
+}
+
+class MarkerAnswerTest : public testing::Test {
+protected:
+    MarkerAnswerTest() { platform = {}; }
+
+    static bool IsOurs() {
+        const HMODULE program = GetModuleHandleW(nullptr);
+        const ImportPatch open{program, "OpenMutexW", OpenMutexStandIn};
+        const ImportPatch create{program, "CreateMutexW", CreateMutexStandIn};
+        const ImportPatch close{program, "CloseHandle", CloseHandleStandIn};
+        return CBusyMarker{Name}.IsOurs();
+    }
+
+    static inline const HANDLE someHandle = reinterpret_cast<HANDLE>(0x1234);
+};
+
+TEST_F(MarkerAnswerTest, AsksWithTheRightsThatEveryHolderGrants) {
+    platform.created = someHandle;
+    EXPECT_TRUE(IsOurs());
+    EXPECT_EQ(platform.openAccess, 0x00100001u);
+    EXPECT_FALSE(platform.openInheritable);
+    EXPECT_TRUE(platform.initialOwner);
+    EXPECT_EQ(platform.closed, std::vector{someHandle});
+}
+
+TEST_F(MarkerAnswerTest, ADeniedOpeningTellsOfAnotherUsersProcess) {
+    platform.openError = ERROR_ACCESS_DENIED;
+    platform.created = someHandle;
+    EXPECT_FALSE(IsOurs());
+}
+
+TEST_F(MarkerAnswerTest, ADeniedCreationTellsOfAnotherUsersProcess) {
+    platform.createError = ERROR_ACCESS_DENIED;
+    EXPECT_FALSE(IsOurs());
+    EXPECT_TRUE(platform.closed.empty());
+}
+
+TEST_F(MarkerAnswerTest, WhoeverCreatesItFirstHasIt) {
+    platform.created = someHandle;
+    platform.createError = ERROR_ALREADY_EXISTS;
+    EXPECT_FALSE(IsOurs());
+    EXPECT_EQ(platform.closed, std::vector{someHandle});
+}
+
+TEST_F(MarkerAnswerTest, WithoutMemoryForAMarkerTheFileIsUsedWithoutOne) {
+    platform.createError = ERROR_NOT_ENOUGH_MEMORY;
+    EXPECT_TRUE(IsOurs());
+    EXPECT_TRUE(platform.closed.empty());
+}
+
+}  // namespace ZOTDam::Test

@@ -1,1 +1,543 @@
+// Reading and writing elements and attributes.
 #include "xml/Dom.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <string>
+
+#include "support/Markup.h"
+#include "xml/Variant.h"
+#include "ZOTDamClient.h"
+
+namespace ZOTDam::Test {
+
+class DomTest : public testing::Test {
+    ComScope com;
+};
+
+// ---- Selecting children ---------------------------------------------------------------------------------
+
+class SelectionTest : public DomTest {
+protected:
+    // The "ID" attributes of the selected children, one after the other.
+    static std::wstring SelectedFrom(const std::wstring& xml) {
+        std::wstring ids;
+        for (const IXMLDOMElementPtr& element : SelectChildren(Markup{xml}.Root(), L"Function")) {
+            std::wstring id;
+            ReadAttribute(element, L"ID", id);
+            ids += id;
+        }
+        return ids;
+    }
+};
+
+TEST_F(SelectionTest, GivesTheChildrenOfThatNameInDocumentOrder) {
+    EXPECT_EQ(
+        SelectedFrom(LR"(<R><Function ID="c"/><Other ID="x"/><Function ID="a"/><Function ID="b"/></R>)"),
+        L"cab");
+}
+
+TEST_F(SelectionTest, IsEmptyWithoutChildrenOfThatName) {
+    EXPECT_EQ(SelectedFrom(L"<R/>"), L"");
+    EXPECT_EQ(SelectedFrom(LR"(<R><Other ID="x"/></R>)"), L"");
+}
+
+TEST_F(SelectionTest, LooksAtDirectChildrenOnly) {
+    EXPECT_EQ(
+        SelectedFrom(
+            LR"(<R><Group><Function ID="x"/></Group><Function ID="a"><Function ID="x"/></Function></R>)"),
+        L"a");
+}
+
+TEST_F(SelectionTest, TellsUpperFromLowerCase) {
+    EXPECT_EQ(SelectedFrom(LR"(<R><function ID="x"/><FUNCTION ID="x"/><Function ID="a"/></R>)"), L"a");
+}
+
+TEST_F(SelectionTest, LeavesOutNamesThatOnlyBeginAlike) {
+    EXPECT_EQ(SelectedFrom(LR"(<R><Functions ID="x"/><Func ID="x"/><Function ID="a"/></R>)"), L"a");
+}
+
+TEST_F(SelectionTest, LeavesOutElementsWithANamespace) {
+    EXPECT_EQ(
+        SelectedFrom(
+            LR"(<R xmlns:p="urn:p"><p:Function ID="x"/><Function xmlns="urn:p" ID="x"/><Function ID="a"/></R>)"),
+        L"a");
+}
+
+TEST_F(SelectionTest, FindsNothingUnderADefaultNamespace) {
+    EXPECT_EQ(SelectedFrom(LR"(<R xmlns="urn:p"><Function ID="x"/></R>)"), L"");
+}
+
+TEST_F(SelectionTest, LeavesOutNodesThatAreNoElements) {
+    EXPECT_EQ(
+        SelectedFrom(
+            LR"(<R><?Function ID="x"?><!--Function-->Function<![CDATA[Function]]><Function ID="a"/></R>)"),
+        L"a");
+}
+
+TEST_F(SelectionTest, RefusesANullParent) {
+    EXPECT_EQ(ThrownBy([] { SelectChildren(nullptr, L"Function"); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([] { SelectChild(nullptr, L"Function"); }), E_POINTER);
+}
+
+TEST_F(SelectionTest, TheSingleChildIsTheFirstOfThatName) {
+    const Markup markup{LR"(<R><?Function?><Function ID="a"/><Function ID="b"/></R>)"};
+    EXPECT_EQ(XmlOf(SelectChild(markup.Root(), L"Function")), LR"(<Function ID="a"/>)");
+}
+
+TEST_F(SelectionTest, TheSingleChildIsNullWhenThereIsNone) {
+    const Markup markup{L"<R><Other/></R>"};
+    EXPECT_EQ(SelectChild(markup.Root(), L"Function"), nullptr);
+    EXPECT_EQ(XmlOf(markup.Root()), L"<R><Other/></R>");
+}
+
+// ---- Reading attributes ---------------------------------------------------------------------------------
+
+class ReadAttributeTest : public DomTest {
+protected:
+    static constexpr std::int32_t Untouched = 77;
+
+    static std::int32_t NumberIn(const std::wstring& text) {
+        std::int32_t number = Untouched;
+        EXPECT_TRUE(ReadAttribute(ElementWith(text).Root(), L"A", number));
+        return number;
+    }
+
+    static Markup ElementWith(const std::wstring& text) { return Markup{L"<E A=\"" + text + L"\"/>"}; }
+};
+
+TEST_F(ReadAttributeTest, ReadsDecimalNumbers) {
+    EXPECT_EQ(NumberIn(L"12"), 12);
+    EXPECT_EQ(NumberIn(L"-1"), -1);
+    EXPECT_EQ(NumberIn(L"+3"), 3);
+    EXPECT_EQ(NumberIn(L"007"), 7);
+}
+
+TEST_F(ReadAttributeTest, SkipsWhiteSpaceBeforeANumber) {
+    EXPECT_EQ(NumberIn(L"  12"), 12);
+    EXPECT_EQ(NumberIn(L"&#9;&#10;12"), 12);
+}
+
+TEST_F(ReadAttributeTest, ANumberEndsAtTheFirstCharacterThatIsNoDigit) {
+    EXPECT_EQ(NumberIn(L"12abc"), 12);
+    EXPECT_EQ(NumberIn(L"1.9"), 1);
+    EXPECT_EQ(NumberIn(L"0x10"), 0);
+    EXPECT_EQ(NumberIn(L"- 5"), 0);
+}
+
+TEST_F(ReadAttributeTest, TextWithoutDigitsIsZero) {
+    EXPECT_EQ(NumberIn(L"abc"), 0);
+    EXPECT_EQ(NumberIn(L""), 0);
+    EXPECT_EQ(NumberIn(L"-"), 0);
+}
+
+TEST_F(ReadAttributeTest, NumbersBeyond32BitsStopAtTheLimits) {
+    EXPECT_EQ(NumberIn(L"2147483647"), INT_MAX);
+    EXPECT_EQ(NumberIn(L"2147483648"), INT_MAX);
+    EXPECT_EQ(NumberIn(L"-2147483648"), INT_MIN);
+    EXPECT_EQ(NumberIn(L"-99999999999999999999"), INT_MIN);
+}
+
+TEST_F(ReadAttributeTest, AMissingAttributeLeavesEveryFieldUntouched) {
+    const Markup markup{LR"(<E a="1" B="2" xmlns:p="urn:p" p:A="3"/>)"};
+    std::int32_t number = Untouched;
+    Text text = L"kept";
+    std::wstring growable = L"kept";
+    EXPECT_FALSE(ReadAttribute(markup.Root(), L"A", number));
+    EXPECT_FALSE(ReadAttribute(markup.Root(), L"A", text));
+    EXPECT_FALSE(ReadAttribute(markup.Root(), L"A", growable));
+    EXPECT_EQ(number, Untouched);
+    EXPECT_STREQ(text, L"kept");
+    EXPECT_EQ(growable, L"kept");
+}
+
+TEST_F(ReadAttributeTest, AnEmptyAttributeIsNotAMissingOne) {
+    const Markup markup = ElementWith(L"");
+    Text text = L"old";
+    std::wstring growable = L"old";
+    EXPECT_TRUE(ReadAttribute(markup.Root(), L"A", text));
+    EXPECT_TRUE(ReadAttribute(markup.Root(), L"A", growable));
+    EXPECT_STREQ(text, L"");
+    EXPECT_EQ(growable, L"");
+}
+
+TEST_F(ReadAttributeTest, TextIsCopiedAsItStands) {
+    Text text = L"something longer";
+    EXPECT_TRUE(ReadAttribute(ElementWith(L" &lt;\x4e2d\xd83d\xde00 ").Root(), L"A", text));
+    EXPECT_STREQ(text, L" <\x4e2d\xd83d\xde00 ");
+}
+
+TEST_F(ReadAttributeTest, TextOf259UnitsFillsAFixedField) {
+    const std::wstring longest(259, L'x');
+    Text text = {};
+    EXPECT_TRUE(ReadAttribute(ElementWith(longest).Root(), L"A", text));
+    EXPECT_EQ(text, longest);
+}
+
+TEST_F(ReadAttributeTest, TextOf260UnitsIsRefusedNotCut) {
+    const Markup markup = ElementWith(std::wstring(260, L'x'));
+    Text text = L"kept";
+    EXPECT_EQ(ThrownBy([&] { ReadAttribute(markup.Root(), L"A", text); }), E_INVALIDARG);
+    EXPECT_STREQ(text, L"kept");
+}
+
+TEST_F(ReadAttributeTest, ASurrogatePairCountsAsTwoUnits) {
+    const Markup markup = ElementWith(std::wstring(258, L'x') + L"\xd83d\xde00");
+    Text text = {};
+    EXPECT_EQ(ThrownBy([&] { ReadAttribute(markup.Root(), L"A", text); }), E_INVALIDARG);
+}
+
+TEST_F(ReadAttributeTest, AGrowableTextTakesAnyLength) {
+    const std::wstring long_(100000, L'x');
+    std::wstring text;
+    EXPECT_TRUE(ReadAttribute(ElementWith(long_).Root(), L"A", text));
+    EXPECT_EQ(text, long_);
+}
+
+TEST_F(ReadAttributeTest, RefusesANullElement) {
+    std::int32_t number = 0;
+    Text text = {};
+    std::wstring growable;
+    EXPECT_EQ(ThrownBy([&] { ReadAttribute(nullptr, L"A", number); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([&] { ReadAttribute(nullptr, L"A", text); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([&] { ReadAttribute(nullptr, L"A", growable); }), E_POINTER);
+}
+
+// ---- Reading the text of an element ---------------------------------------------------------------------
+
+class ElementTextTest : public DomTest {
+protected:
+    static std::wstring TextOf(const std::wstring& content) {
+        Text text = L"old";
+        ReadElementText(Markup{L"<E>" + content + L"</E>"}.Root(), text);
+        return text;
+    }
+};
+
+TEST_F(ElementTextTest, IsTheContentOfTheElement) {
+    EXPECT_EQ(TextOf(L"Sleep"), L"Sleep");
+    EXPECT_EQ(TextOf(L"a &amp; b"), L"a & b");
+    EXPECT_EQ(TextOf(L"<![CDATA[<b>]]>"), L"<b>");
+}
+
+TEST_F(ElementTextTest, IsEmptyForAnEmptyElement) {
+    EXPECT_EQ(TextOf(L""), L"");
+}
+
+TEST_F(ElementTextTest, OfUpTo259UnitsIsWhole) {
+    EXPECT_EQ(TextOf(std::wstring(259, L'x')), std::wstring(259, L'x'));
+}
+
+TEST_F(ElementTextTest, IsCutAt259Units) {
+    EXPECT_EQ(TextOf(std::wstring(260, L'x')), std::wstring(259, L'x'));
+    EXPECT_EQ(TextOf(std::wstring(5000, L'x')), std::wstring(259, L'x'));
+}
+
+TEST_F(ElementTextTest, IsNeverCutInsideASurrogatePair) {
+    EXPECT_EQ(TextOf(std::wstring(258, L'x') + L"\xd83d\xde00"), std::wstring(258, L'x'));
+}
+
+TEST_F(ElementTextTest, KeepsAPairThatEndsAtTheCut) {
+    const std::wstring kept = std::wstring(257, L'x') + L"\xd83d\xde00";
+    EXPECT_EQ(TextOf(kept + L"tail"), kept);
+}
+
+TEST_F(ElementTextTest, RefusesANullElement) {
+    Text text = {};
+    EXPECT_EQ(ThrownBy([&] { ReadElementText(nullptr, text); }), E_POINTER);
+}
+
+// ---- Writing --------------------------------------------------------------------------------------------
+
+class WritingTest : public DomTest {
+protected:
+    // The text node that an element begins with, white space included.
+    static std::wstring TextIn(IXMLDOMElement* element) {
+        IXMLDOMNodePtr text;
+        element->get_firstChild(&text);
+        _variant_t value{L""};
+        if (text)
+            text->get_nodeValue(&value);
+        return V_BSTR(&value);
+    }
+};
+
+TEST_F(WritingTest, CreatesAMissingAttributeBehindTheOthers) {
+    const Markup markup{LR"(<E A="1"/>)"};
+    WriteAttribute(markup.Root(), L"B", 2);
+    EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1" B="2"/>)");
+}
+
+TEST_F(WritingTest, ReplacesAnAttributeInItsPlace) {
+    const Markup markup{LR"(<E A="1" B="2" C="3"><F/></E>)"};
+    WriteAttribute(markup.Root(), L"B", L"new");
+    EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1" B="new" C="3"><F/></E>)");
+}
+
+TEST_F(WritingTest, WritesNumbersInDecimal) {
+    const Markup markup{L"<E/>"};
+    WriteAttribute(markup.Root(), L"A", INT_MAX);
+    WriteAttribute(markup.Root(), L"B", INT_MIN);
+    WriteAttribute(markup.Root(), L"C", -1);
+    WriteAttribute(markup.Root(), L"D", 0);
+    EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="2147483647" B="-2147483648" C="-1" D="0"/>)");
+}
+
+TEST_F(WritingTest, AnAttributeKeepsCharactersOfTheMarkup) {
+    const Markup markup{L"<E/>"};
+    WriteAttribute(markup.Root(), L"A", L"<&\">'");
+    std::wstring text;
+    EXPECT_TRUE(ReadAttribute(Markup{XmlOf(markup.Root())}.Root(), L"A", text));
+    EXPECT_EQ(text, L"<&\">'");
+}
+
+TEST_F(WritingTest, RefusesANullElement) {
+    EXPECT_EQ(ThrownBy([] { WriteAttribute(nullptr, L"A", 1); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([] { WriteAttribute(nullptr, L"A", L"1"); }), E_POINTER);
+}
+
+TEST_F(WritingTest, AppendsAnEmptyElementAsTheLastChild) {
+    const Markup markup{L"<R><A/></R>"};
+    const IXMLDOMElementPtr appended = AppendElement(markup.Document(), markup.Root(), L"B");
+    EXPECT_EQ(XmlOf(appended), L"<B/>");
+    EXPECT_EQ(XmlOf(markup.Root()), L"<R><A/><B/></R>");
+}
+
+TEST_F(WritingTest, AnElementNeedsADocumentAndAParent) {
+    const Markup markup{L"<R/>"};
+    EXPECT_EQ(ThrownBy([&] { AppendElement(nullptr, markup.Root(), L"B"); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), nullptr, L"B"); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([] { CreateChild(nullptr, L"B"); }), E_POINTER);
+    EXPECT_EQ(XmlOf(markup.Root()), L"<R/>");
+}
+
+TEST_F(WritingTest, AChildWithoutAValueHoldsALineFeedAndATab) {
+    const Markup markup{L"<R/>"};
+    EXPECT_EQ(TextIn(CreateChild(markup.Root(), L"C")), L"\n\t");
+    EXPECT_EQ(XmlOf(markup.Root()), L"<R><C></C></R>");
+}
+
+TEST_F(WritingTest, AChildWithAValueHoldsIt) {
+    const Markup markup{L"<R/>"};
+    CreateChild(markup.Root(), L"A", _variant_t{L"a < b"});
+    CreateChild(markup.Root(), L"B", _variant_t{42L});
+    EXPECT_EQ(XmlOf(markup.Root()), L"<R><A>a &lt; b</A><B>42</B></R>");
+}
+
+TEST_F(WritingTest, AnEmptyTextIsAValueToo) {
+    const Markup markup{L"<R/>"};
+    EXPECT_EQ(TextIn(CreateChild(markup.Root(), L"C", _variant_t{L""})), L"");
+}
+
+// ---- Removing -------------------------------------------------------------------------------------------
+
+class RemovingTest : public DomTest {};
+
+TEST_F(RemovingTest, RemovesChildrenOfEveryKind) {
+    const Markup markup{LR"(<E A="1">text<F><G/></F><!--c--><?p i?><![CDATA[d]]></E>)"};
+    EXPECT_TRUE(RemoveChildren(markup.Root()));
+    EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1"/>)");
+}
+
+TEST_F(RemovingTest, ALoneCommentCountsAsAChild) {
+    EXPECT_TRUE(RemoveChildren(Markup{L"<E><!--c--></E>"}.Root()));
+}
+
+TEST_F(RemovingTest, TellsThatThereWasNoChild) {
+    EXPECT_FALSE(RemoveChildren(Markup{LR"(<E A="1"/>)"}.Root()));
+}
+
+TEST_F(RemovingTest, RemovesAllAttributesAndNoChild) {
+    const Markup markup{LR"(<E A="1" B="2" C=""><F D="4"/></E>)"};
+    RemoveAttributes(markup.Root());
+    EXPECT_EQ(XmlOf(markup.Root()), LR"(<E><F D="4"/></E>)");
+}
+
+TEST_F(RemovingTest, RemovesAttributesWithAPrefix) {
+    const Markup markup{LR"(<R xmlns:p="urn:p"><E A="1" p:A="2" B="3"/></R>)"};
+    const IXMLDOMElementPtr element = SelectChild(markup.Root(), L"E");
+    RemoveAttributes(element);
+    EXPECT_EQ(XmlOf(element).find(L"=\"3\""), std::wstring::npos);
+    EXPECT_EQ(XmlOf(element).find(L"=\"2\""), std::wstring::npos);
+    EXPECT_EQ(XmlOf(element).find(L"=\"1\""), std::wstring::npos);
+}
+
+TEST_F(RemovingTest, AnElementWithoutAttributesStaysAsItIs) {
+    const Markup markup{L"<E><F/></E>"};
+    RemoveAttributes(markup.Root());
+    EXPECT_EQ(XmlOf(markup.Root()), L"<E><F/></E>");
+}
+
+TEST_F(RemovingTest, RefusesANullElement) {
+    EXPECT_EQ(ThrownBy([] { RemoveChildren(nullptr); }), E_POINTER);
+    EXPECT_EQ(ThrownBy([] { RemoveAttributes(nullptr); }), E_POINTER);
+}
+
+// ---- Failures -------------------------------------------------------------------------------------------
+
+class FailureTest : public DomTest {};
+
+TEST_F(FailureTest, AFailureOfTheDomKeepsItsCode) {
+    const Markup markup{L"<R/>"};
+    IXMLDOMElementPtr element;
+    const HRESULT refusal = markup.Document()->createElement(CName{L""}.AsBstr(), &element);
+    ASSERT_TRUE(FAILED(refusal));
+    EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), markup.Root(), L""); }), refusal);
+}
+
+TEST_F(FailureTest, SuccessesPass) {
+    IUnknown* const nobody = nullptr;
+    EXPECT_EQ(Check(S_OK, nobody), S_OK);
+    EXPECT_EQ(Check(S_FALSE, nobody), S_FALSE);
+}
+
+TEST_F(FailureTest, AFailureWithoutASourceIsThrownAllTheSame) {
+    IUnknown* const nobody = nullptr;
+    EXPECT_EQ(ThrownBy([&] { Check(E_OUTOFMEMORY, nobody); }), E_OUTOFMEMORY);
+}
+
+// An object whose calls leave error information, for one of its interfaces or for none.
+class Source final : public ISupportErrorInfo {
+public:
+    explicit Source(HRESULT answer) noexcept : supports{answer} {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!IsEqualIID(iid, __uuidof(ISupportErrorInfo)))
+            return E_NOINTERFACE;
+        *object = this;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID) override { return supports; }
+
+    // What the failure of a call says, once the callee has left a description.
+    std::wstring DescriptionOfAFailure() {
+        ICreateErrorInfo* creation = nullptr;
+        IErrorInfo* information = nullptr;
+        CreateErrorInfo(&creation);
+        creation->SetDescription(_bstr_t{L"the reason"});
+        creation->QueryInterface(__uuidof(IErrorInfo), reinterpret_cast<void**>(&information));
+        SetErrorInfo(0, information);
+        information->Release();
+        creation->Release();
+        try {
+            ThrowComError(E_FAIL, this, __uuidof(IUnknown));
+        } catch (const _com_error& error) {
+            const wchar_t* const description = error.Description();
+            return description != nullptr ? description : L"";
+        }
+    }
+
+    ULONG references = 1;
+
+private:
+    HRESULT supports;
+};
+
+TEST_F(FailureTest, CarriesTheErrorInformationThatTheSourceLeaves) {
+    Source source{S_OK};
+    EXPECT_EQ(source.DescriptionOfAFailure(), L"the reason");
+    EXPECT_EQ(source.references, 1u);
+}
+
+TEST_F(FailureTest, TakesNoErrorInformationThatAnotherCallLeft) {
+    Source source{S_FALSE};
+    EXPECT_EQ(source.DescriptionOfAFailure(), L"");
+    EXPECT_EQ(source.references, 1u);
+    SetErrorInfo(0, nullptr);
+}
+
+// ---- Typed values from text -----------------------------------------------------------------------------
+
+template <class Value>
+_variant_t Filled(Value typed, const wchar_t* text) {
+    _variant_t value{typed};
+    FillFromText(value, _bstr_t{text});
+    return value;
+}
+
+TEST(VariantTest, A16BitIntegerTakesTheLowBitsOfTheNumber) {
+    EXPECT_EQ(Filled<short>(1, L"-5").iVal, -5);
+    EXPECT_EQ(Filled<short>(1, L"65537").iVal, 1);
+    EXPECT_EQ(Filled<short>(1, L"abc").iVal, 0);
+}
+
+TEST(VariantTest, ATruthValueIsFilledAsA16BitInteger) {
+    EXPECT_EQ(Filled(true, L"0").boolVal, 0);
+    EXPECT_EQ(Filled(false, L"-1").boolVal, VARIANT_TRUE);
+    EXPECT_EQ(Filled(true, L"7").boolVal, 7);
+    EXPECT_EQ(Filled(true, L"true").boolVal, 0);
+    EXPECT_EQ(Filled(true, L"1").vt, VT_BOOL);
+}
+
+TEST(VariantTest, A32BitIntegerIsReadUpToTheFirstCharacterThatIsNoDigit) {
+    EXPECT_EQ(Filled(7L, L"12abc").lVal, 12);
+    EXPECT_EQ(Filled(7L, L"abc").lVal, 0);
+    EXPECT_EQ(Filled(7L, L"4294967296").lVal, INT_MAX);
+}
+
+TEST(VariantTest, AFloatIsNarrowed) {
+    EXPECT_EQ(Filled(1.0f, L"0.1").fltVal, 0.1f);
+    EXPECT_EQ(Filled(1.0f, L"abc").fltVal, 0.0f);
+}
+
+TEST(VariantTest, ADoubleKeepsItsPrecision) {
+    EXPECT_EQ(Filled(1.0, L" -2.5e3x").dblVal, -2500.0);
+    EXPECT_EQ(Filled(1.0, L"0.1").dblVal, 0.1);
+    EXPECT_EQ(Filled(1.0, L"").dblVal, 0.0);
+}
+
+TEST(VariantTest, ATextIsACopyOfItsWholeLength) {
+    const _bstr_t withZero{SysAllocStringLen(L"a\0b", 3), false};
+    _variant_t value{L"old"};
+    FillFromText(value, withZero);
+    EXPECT_EQ((std::wstring{V_BSTR(&value), SysStringLen(V_BSTR(&value))}), (std::wstring{L"a\0b", 3}));
+    EXPECT_NE(V_BSTR(&value), static_cast<BSTR>(withZero));
+}
+
+TEST(VariantTest, ATypeWithoutAConversionIsCleared) {
+    EXPECT_EQ(Filled(CY{}, L"12").vt, VT_EMPTY);
+    EXPECT_EQ(Filled(static_cast<unsigned char>(1), L"12").vt, VT_EMPTY);
+    _variant_t empty;
+    FillFromText(empty, _bstr_t{L"12"});
+    EXPECT_EQ(V_VT(&empty), VT_EMPTY);
+}
+
+TEST(VariantTest, ANullTextIsAnEmptyOne) {
+    _variant_t number{7L};
+    FillFromText(number, nullptr);
+    EXPECT_EQ(V_I4(&number), 0);
+    _variant_t text{L"old"};
+    FillFromText(text, nullptr);
+    EXPECT_EQ(V_VT(&text), VT_BSTR);
+    EXPECT_EQ(SysStringLen(V_BSTR(&text)), 0u);
+}
+
+// ---- Names ----------------------------------------------------------------------------------------------
+
+TEST(NameTest, IsATextThatComTakes) {
+    const CName name{L"PowerSchemes"};
+    EXPECT_EQ(SysStringLen(name.AsBstr()), 12u);
+    EXPECT_STREQ(name.AsBstr(), L"PowerSchemes");
+    EXPECT_EQ(name.View(), L"PowerSchemes");
+}
+
+TEST(NameTest, ACopyStandsOnItsOwn) {
+    CName copy{L"A"};
+    {
+        const CName name{L"Function"};
+        copy = name;
+    }
+    EXPECT_EQ(SysStringLen(copy.AsBstr()), 8u);
+    EXPECT_STREQ(copy.AsBstr(), L"Function");
+}
+
+TEST(NameTest, MayBeEmpty) {
+    EXPECT_EQ(SysStringLen(CName{L""}.AsBstr()), 0u);
+    EXPECT_TRUE(CName{L""}.View().empty());
+}
+
+}  // namespace ZOTDam::Test

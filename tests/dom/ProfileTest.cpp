@@ -1,28 +1,320 @@
-// The DOM layer, linked into the test: what the exports cannot show by themselves.
+// One data file as a DOM document: what the exports cannot show by themselves.
+#include "xml/Profile.h"
+
 #include <gtest/gtest.h>
 
+#include <thread>
+
+#include "platform/Folder.h"
 #include "support/Installation.h"
+#include "support/Markup.h"
 #include "xml/Documents.h"
-#include "xml/Variant.h"
 #include "ZOTDamClient.h"
 
 namespace ZOTDam::Test {
 
+namespace {
+
+class Profile : public CZOTProfile {
+public:
+    using CZOTProfile::ClearSection;
+    using CZOTProfile::CreateRoot;
+    using CZOTProfile::CZOTProfile;
+    using CZOTProfile::FileExists;
+    using CZOTProfile::FindSection;
+    using CZOTProfile::Load;
+    using CZOTProfile::Path;
+    using CZOTProfile::SaveAs;
+};
+
+}  // namespace
+
 class ProfileTest : public testing::Test {
 protected:
+    // Loads a document with this content.
+    void Load(std::string_view xml) {
+        WriteFile(file, xml);
+        ASSERT_TRUE(profile.Load());
+    }
+
+    // The document as its file would be.
+    std::string Saved() {
+        EXPECT_TRUE(profile.SaveAs(file));
+        return ReadFile(file);
+    }
+
     Installation installation;
     ComScope com;
+    const std::filesystem::path file = installation.UserFile();
+    Profile profile{file.wstring()};
 };
+
+// ---- Loading and saving ---------------------------------------------------------------------------------
+
+TEST_F(ProfileTest, ANewDocumentHasNoRoot) {
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+    EXPECT_EQ(profile.Path(), file.wstring());
+}
+
+TEST_F(ProfileTest, LoadsItsFile) {
+    EXPECT_FALSE(profile.FileExists());
+    Load("<R><A/></R>");
+    EXPECT_TRUE(profile.FileExists());
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A/></R>");
+}
+
+TEST_F(ProfileTest, TheRootMayHaveAnyName) {
+    Load("<!--first--><x:Any xmlns:x='urn:x'/>");
+    EXPECT_NE(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, AMissingFileIsNotLoaded) {
+    EXPECT_FALSE(profile.Load());
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, AFailedLoadLeavesAnEmptyDocument) {
+    Load("<R/>");
+    WriteFile(file, "<R>");
+    EXPECT_FALSE(profile.Load());
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, LoadsAgainAfterAFailedLoad) {
+    WriteFile(file, "no XML");
+    EXPECT_FALSE(profile.Load());
+    Load("<R/>");
+    EXPECT_NE(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, ALoadReplacesTheDocument) {
+    Load("<Old/>");
+    Load("<New/>");
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<New/>");
+}
+
+TEST_F(ProfileTest, SavesToTheFileThatIsNamed) {
+    Load("<R><A/></R>");
+    const std::filesystem::path other = file.parent_path() / L"other.xml";
+    EXPECT_TRUE(profile.SaveAs(other));
+    EXPECT_EQ(Profile{other.wstring()}.FileExists(), true);
+}
+
+TEST_F(ProfileTest, ASaveIntoAMissingFolderFails) {
+    Load("<R/>");
+    EXPECT_FALSE(profile.SaveAs(file.parent_path() / L"missing" / L"file.xml"));
+}
+
+TEST_F(ProfileTest, AnEmptyPathNamesNoFile) {
+    Profile nowhere{L""};
+    EXPECT_FALSE(nowhere.FileExists());
+    EXPECT_FALSE(nowhere.Load());
+    EXPECT_FALSE(nowhere.SaveAs(L""));
+}
+
+TEST_F(ProfileTest, ACreatedRootStandsBehindADeclaration) {
+    profile.CreateRoot(L"Root");
+    EXPECT_EQ(Saved(), "<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n");
+}
+
+// ---- Children and sections ------------------------------------------------------------------------------
+
+TEST_F(ProfileTest, GetsTheFirstChildOfThatName) {
+    Load("<R><A n='1'/><A n='2'/></R>");
+    EXPECT_EQ(XmlOf(profile.GetChildNode(profile.FindRoot(), L"A")), L"<A n=\"1\"/>");
+}
+
+TEST_F(ProfileTest, CreatesAMissingChildOnce) {
+    Load("<R><B/></R>");
+    EXPECT_EQ(XmlOf(profile.GetChildNode(profile.FindRoot(), L"A")), L"<A/>");
+    profile.GetChildNode(profile.FindRoot(), L"A");
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><B/><A/></R>");
+}
+
+TEST_F(ProfileTest, CreatesAChildBesideOneWithANamespace) {
+    Load("<R><A xmlns='urn:x'/></R>");
+    profile.GetChildNode(profile.FindRoot(), L"A");
+    EXPECT_NE(profile.FindSection(L"A"), nullptr);
+}
+
+TEST_F(ProfileTest, ANullParentHasNoChildAndGetsNone) {
+    Load("<R/>");
+    EXPECT_EQ(profile.GetChildNode(nullptr, L"A"), nullptr);
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R/>");
+}
+
+TEST_F(ProfileTest, FindingASectionCreatesNothing) {
+    EXPECT_EQ(profile.FindSection(L"A"), nullptr);
+    Load("<R><B><A/></B></R>");
+    EXPECT_EQ(profile.FindSection(L"A"), nullptr);
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><B><A/></B></R>");
+}
+
+TEST_F(ProfileTest, ClearsASectionOfItsChildren) {
+    Load("<R><A n='1'><B/>text<!--c--></A><C><D/></C></R>");
+    EXPECT_TRUE(profile.ClearSection(L"A"));
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A n=\"1\"/><C><D/></C></R>");
+}
+
+TEST_F(ProfileTest, ClearsTheFirstSectionOfThatName) {
+    Load("<R><A><B/></A><A><B/></A></R>");
+    EXPECT_TRUE(profile.ClearSection(L"A"));
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A/><A><B/></A></R>");
+}
+
+TEST_F(ProfileTest, ClearingAnEmptySectionGivesFalse) {
+    Load("<R><A n='1'/></R>");
+    EXPECT_FALSE(profile.ClearSection(L"A"));
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A n=\"1\"/></R>");
+}
+
+TEST_F(ProfileTest, ClearingAMissingSectionCreatesIt) {
+    Load("<R/>");
+    EXPECT_FALSE(profile.ClearSection(L"A"));
+    EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A/></R>");
+}
+
+TEST_F(ProfileTest, ClearingWithoutARootCreatesNothing) {
+    EXPECT_FALSE(profile.ClearSection(L"A"));
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+}
+
+// ---- Without COM on the thread --------------------------------------------------------------------------
+
+TEST_F(ProfileTest, WithoutComADocumentFindsNothingAndFails) {
+    WriteFile(file, "<R><A/></R>");
+    const Markup elsewhere{L"<R/>"};
+    const std::jthread thread{[&] {
+        Profile without{file.wstring()};
+        EXPECT_TRUE(without.FileExists());
+        EXPECT_FALSE(without.Load());
+        EXPECT_EQ(without.FindRoot(), nullptr);
+        EXPECT_EQ(without.CreateRoot(L"R"), nullptr);
+        EXPECT_EQ(without.FindSection(L"A"), nullptr);
+        EXPECT_EQ(without.GetChildNode(nullptr, L"A"), nullptr);
+        EXPECT_EQ(without.GetChildNode(elsewhere.Root(), L"A"), nullptr);
+        EXPECT_FALSE(without.ClearSection(L"A"));
+        EXPECT_FALSE(without.SaveAs(file));
+    }};
+    EXPECT_EQ(ReadFile(file), "<R><A/></R>");
+}
+
+TEST_F(ProfileTest, WithoutComTheDataFilesHaveNoSections) {
+    WriteFile(file, "<R><PowerSchemes><PowerScheme/></PowerSchemes></R>");
+    const std::jthread thread{[&] {
+        CXmlZOTPowercfg settings;
+        settings.Open();
+        EXPECT_EQ(settings.PowerSchemes(), nullptr);
+        EXPECT_EQ(settings.CommonSettings(), nullptr);
+        EXPECT_FALSE(settings.ResetSkeleton());
+        EXPECT_FALSE(settings.Save());
+        EXPECT_EQ(CXmlZOTDefault{}.FindFunctions(), nullptr);
+        EXPECT_EQ(CXmlZOTDefault{}.Functions(), nullptr);
+        EXPECT_EQ(CXmlZOTBase{}.Functions(), nullptr);
+    }};
+    EXPECT_EQ(ReadFile(file), "<R><PowerSchemes><PowerScheme/></PowerSchemes></R>");
+}
+
+// ---- The base catalogue ---------------------------------------------------------------------------------
 
 TEST_F(ProfileTest, TheBaseCatalogueFindsNothingUnderANullParent) {
     CXmlZOTBase base;
-    EXPECT_FALSE(base.GetChildNode(nullptr, L"Functions"));
+    EXPECT_EQ(base.GetChildNode(nullptr, L"Functions"), nullptr);
 }
 
-TEST(VariantTest, TextWithoutDigitsBecomesZero) {
-    _variant_t number{7L};
-    FillFromText(number, _bstr_t{L"abc"});
-    EXPECT_EQ(V_I4(&number), 0);
+TEST_F(ProfileTest, TheBaseCatalogueFindsItsSections) {
+    WriteFile(installation.BaseFile(),
+              "<B><Functions n='1'/><SpecSchemes n='2'/><CommonSettings n='3'/></B>");
+    CXmlZOTBase base;
+    EXPECT_EQ(XmlOf(base.Functions()), L"<Functions n=\"1\"/>");
+    EXPECT_EQ(XmlOf(base.SpecSchemes()), L"<SpecSchemes n=\"2\"/>");
+    EXPECT_EQ(XmlOf(base.CommonSettings()), L"<CommonSettings n=\"3\"/>");
+}
+
+TEST_F(ProfileTest, TheBaseCatalogueCreatesNothing) {
+    WriteFile(installation.BaseFile(), "<B/>");
+    CXmlZOTBase base;
+    EXPECT_EQ(base.Functions(), nullptr);
+    EXPECT_EQ(base.GetChildNode(base.FindRoot(), L"Functions"), nullptr);
+    EXPECT_EQ(XmlOf(base.FindRoot()), L"<B/>");
+}
+
+TEST_F(ProfileTest, ABaseCatalogueWithoutAFileIsEmpty) {
+    CXmlZOTBase base;
+    EXPECT_EQ(base.FindRoot(), nullptr);
+    EXPECT_EQ(base.Functions(), nullptr);
+}
+
+// ---- The writable files ---------------------------------------------------------------------------------
+
+TEST_F(ProfileTest, TheDefaultsWithoutAFileHaveARoot) {
+    EXPECT_EQ(XmlOf(CXmlZOTDefault{}.FindRoot()), L"<ZOTDefault/>");
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+}
+
+TEST_F(ProfileTest, TheDefaultsFindFunctionsWithoutCreatingThem) {
+    WriteFile(installation.DefaultsFile(), "<D/>");
+    CXmlZOTDefault defaults;
+    EXPECT_EQ(defaults.FindFunctions(), nullptr);
+    EXPECT_EQ(XmlOf(defaults.FindRoot()), L"<D/>");
+    EXPECT_NE(defaults.Functions(), nullptr);
+    EXPECT_NE(defaults.FindFunctions(), nullptr);
+}
+
+TEST_F(ProfileTest, TheUserSettingsWithoutAFileStayEmptyUntilASectionIsAskedFor) {
+    CXmlZOTPowercfg settings;
+    settings.Open();
+    EXPECT_EQ(settings.FindRoot(), nullptr);
+    EXPECT_NE(settings.CommonSettings(), nullptr);
+    EXPECT_EQ(XmlOf(settings.FindRoot()), L"<OrloPowerCfg><CommonSettings/></OrloPowerCfg>");
+}
+
+TEST_F(ProfileTest, TheFirstSaveWritesTheRootAndTheDeclaration) {
+    CXmlZOTPowercfg settings;
+    settings.PowerSchemes();
+    EXPECT_TRUE(settings.Save());
+    EXPECT_EQ(ReadFile(file),
+              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes/></OrloPowerCfg>\n");
+}
+
+TEST_F(ProfileTest, TheResetEmptiesBothSectionsAndTheSettingsThatAreAttributes) {
+    WriteFile(file,
+              "<R><PowerSchemes n='1'><PowerScheme/></PowerSchemes><CommonSettings a='1' "
+              "b='2'><C/></CommonSettings></R>");
+    CXmlZOTPowercfg settings;
+    settings.Open();
+    EXPECT_TRUE(settings.ResetSkeleton());
+    EXPECT_EQ(XmlOf(settings.FindRoot()), L"<R><PowerSchemes n=\"1\"/><CommonSettings/></R>");
+}
+
+TEST_F(ProfileTest, TheResetStopsWhereThereIsNoScheme) {
+    WriteFile(file, "<R><PowerSchemes/><CommonSettings a='1'/></R>");
+    CXmlZOTPowercfg settings;
+    settings.Open();
+    EXPECT_FALSE(settings.ResetSkeleton());
+    EXPECT_EQ(XmlOf(settings.CommonSettings()), L"<CommonSettings a=\"1\"/>");
+}
+
+TEST_F(ProfileTest, TheSettingsOfAFileThatIsGoneAreForgotten) {
+    WriteFile(file, "<R><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings a='1'/></R>");
+    CXmlZOTPowercfg settings;
+    settings.Open();
+    std::filesystem::remove(file);
+    settings.Open();
+    EXPECT_EQ(XmlOf(settings.FindRoot()), L"<R><PowerSchemes/><CommonSettings/></R>");
+}
+
+// ---- Paths ----------------------------------------------------------------------------------------------
+
+TEST_F(ProfileTest, AFolderIsExpandedAndTheFileNameAppended) {
+    SetEnvironmentVariableW(L"ZOTDamTest", L"C:\\Folder");
+    EXPECT_EQ(FileInFolder(L"%ZOTDamTest%\\", L"file.xml", 256), L"C:\\Folder\\file.xml");
+}
+
+TEST_F(ProfileTest, AFolderThatDoesNotFitGivesNoPath) {
+    SetEnvironmentVariableW(L"ZOTDamTest", std::wstring(254, L'f').c_str());
+    EXPECT_EQ(FileInFolder(L"%ZOTDamTest%\\", L"file.xml", 256), std::wstring(254, L'f') + L"\\file.xml");
+    EXPECT_EQ(FileInFolder(L"%ZOTDamTest%f\\", L"file.xml", 256), L"");
 }
 
 }  // namespace ZOTDam::Test

@@ -1,1 +1,338 @@
+// What each export answers to arguments that it does not take, to the all-zero scheme, and when it has
+// nothing to work on.
+#include <windows.h>
+
+#include <msxml2.h>
+
+#include "support/ClientMap.h"
+#include "support/DataFiles.h"
+#include "support/DomDocuments.h"
 #include "support/ExportTest.h"
+
+namespace ZOTDam::Test {
+
+constexpr GUID AllZero = {};
+constexpr char AllZeroText[] = "00000000-0000-0000-0000-000000000000";
+
+class ArgumentChecksTest : public ExportTest {
+protected:
+    bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
+
+    Text buffer = L"untouched";
+};
+
+// ---- Null callbacks
+// ----------------------------------------------------------------------------------------
+
+// No document is made for a call that is refused.
+class NullCallbackTest : public ArgumentChecksTest {
+protected:
+    void SetUp() override {
+        WriteDefaults(TwoFunctions);
+        documents.emplace(Dll().Handle());
+    }
+    void TearDown() override {
+        EXPECT_EQ(documents->Made(), 0u);
+        EXPECT_FALSE(HasUserFile());
+        documents.reset();
+    }
+
+private:
+    std::optional<DomDocuments> documents;
+};
+
+TEST_F(NullCallbackTest, GetFunctionBaseGivesFalse) {
+    EXPECT_FALSE(Dll().GetFunctionBase(nullptr));
+}
+
+TEST_F(NullCallbackTest, GetFunctionBaseUnSupportedGivesFalse) {
+    EXPECT_FALSE(Dll().GetFunctionBaseUnSupported(nullptr));
+}
+
+TEST_F(NullCallbackTest, GetFunctionInfoGivesFalse) {
+    EXPECT_FALSE(Dll().GetFunctionInfo(nullptr));
+}
+
+TEST_F(NullCallbackTest, GetParameterGivesFalse) {
+    EXPECT_FALSE(Dll().GetParameter(&Balanced, nullptr));
+}
+
+TEST_F(NullCallbackTest, GetParameterGivesFalseForTheAllZeroSchemeToo) {
+    EXPECT_FALSE(Dll().GetParameter(&AllZero, nullptr));
+}
+
+TEST_F(NullCallbackTest, GetParameterDefaultGivesFalse) {
+    EXPECT_FALSE(Dll().GetParameterDefault(&Balanced, nullptr));
+}
+
+TEST_F(NullCallbackTest, GetParameterDefaultGivesFalseForTheAllZeroSchemeToo) {
+    EXPECT_FALSE(Dll().GetParameterDefault(&AllZero, nullptr));
+}
+
+TEST_F(NullCallbackTest, GetCommandInfoGivesFalse) {
+    EXPECT_FALSE(Dll().GetCommandInfo(&Balanced, nullptr));
+}
+
+TEST_F(NullCallbackTest, GetCommandInfoGivesFalseForTheAllZeroSchemeToo) {
+    EXPECT_FALSE(Dll().GetCommandInfo(&AllZero, nullptr));
+}
+
+TEST_F(NullCallbackTest, GetSpecSchemeGivesFalse) {
+    EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
+}
+
+// ---- Null texts
+// --------------------------------------------------------------------------------------------
+
+TEST_F(ArgumentChecksTest, GetCommonSettingWithoutANameGivesFalseAndLeavesTheBuffer) {
+    EXPECT_FALSE(Dll().GetCommonSetting(nullptr, buffer));
+    EXPECT_STREQ(buffer, L"untouched");
+    EXPECT_FALSE(Dll().GetCommonSetting(nullptr, nullptr));
+}
+
+TEST_F(ArgumentChecksTest, GetCommonSettingThatFindsNothingGivesFalseAndLeavesTheBuffer) {
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Name", buffer));
+    EXPECT_STREQ(buffer, L"untouched");
+}
+
+TEST_F(ArgumentChecksTest, GetCommonSettingThatFindsNothingNeedsNoBuffer) {
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Name", nullptr));
+}
+
+TEST_F(ArgumentChecksTest, SetCommonSettingWithoutANameOrAValueGivesFalseAndStoresNothing) {
+    EXPECT_FALSE(Dll().SetCommonSetting(nullptr, L"value"));
+    EXPECT_FALSE(Dll().SetCommonSetting(L"Name", nullptr));
+    EXPECT_FALSE(Dll().SetCommonSetting(nullptr, nullptr));
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(ArgumentChecksTest, InitCommonSettingWithoutABaseCatalogueGivesFalse) {
+    EXPECT_FALSE(Dll().InitCommonSetting());
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+}
+
+TEST_F(ArgumentChecksTest, GetDiffFuncListWithoutABufferGivesFalse) {
+    WriteDefaults(TwoFunctions);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {0, 0}}, {2, {0, 0}}}));
+    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {1, 1}}, {2, {1, 1}}}));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 1, nullptr, buffer));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 1, buffer, nullptr));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 2, nullptr, nullptr));
+}
+
+TEST_F(ArgumentChecksTest, GetDiffFuncListInAnotherModeThanOneOrTwoGivesFalse) {
+    WriteDefaults(TwoFunctions);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {0, 0}}, {2, {0, 0}}}));
+    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {1, 1}}, {2, {1, 1}}}));
+    Text values = {};
+    for (const std::uint32_t mode : {0u, 3u, 0xFFFFFFFFu})
+        EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, mode, buffer, values)) << mode;
+}
+
+TEST_F(ArgumentChecksTest, GetDiffFuncListOfASchemeAndItselfGivesFalse) {
+    WriteDefaults(TwoFunctions);
+    Text values = {};
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &Balanced, 1, buffer, values));
+}
+
+// ---- Holders
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(ArgumentChecksTest, SetParameterWithoutAHolderGivesFalse) {
+    EXPECT_FALSE(Dll().SetParameter(&Balanced, nullptr));
+    EXPECT_FALSE(Dll().SetParameter(&AllZero, nullptr));
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(ArgumentChecksTest, SetParameterWithAnEmptyMapGivesFalse) {
+    EXPECT_FALSE(SetParameter(Balanced, {}));
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(ArgumentChecksTest, SetParameterWithAnEmptyMapGivesFalseForTheAllZeroSchemeToo) {
+    EXPECT_FALSE(SetParameter(AllZero, {}));
+}
+
+TEST_F(ArgumentChecksTest, SetParameterTakesTheCountAloneForEmptiness) {
+    ClientMap map{{{1, {5, 6}}}};
+    EXPECT_FALSE(Dll().SetParameter(&Balanced, map.WithCount(0)));
+    EXPECT_TRUE(Dll().SetParameter(&AllZero, map.WithCount(1)));
+    ClientMap withoutNodes{{}};
+    EXPECT_TRUE(Dll().SetParameter(&AllZero, withoutNodes.WithCount(1)));
+    EXPECT_FALSE(HasUserFile());
+}
+
+// A holder for AddFunctionDefault whose list a test links itself.
+struct RawFunctionBaseHolder {
+    void* clientWord;
+    ListLinks* head;
+    std::uint64_t count;
+
+    const FunctionBaseHolder* get() const noexcept {
+        return reinterpret_cast<const FunctionBaseHolder*>(this);
+    }
+};
+
+static_assert(sizeof(RawFunctionBaseHolder) == sizeof(FunctionBaseHolder));
+
+TEST_F(ArgumentChecksTest, AddFunctionDefaultWithoutAHolderGivesFalse) {
+    EXPECT_FALSE(Dll().AddFunctionDefault(nullptr));
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+}
+
+TEST_F(ArgumentChecksTest, AddFunctionDefaultWithAnEmptyListGivesFalse) {
+    WriteDefaults(TwoFunctions);
+    const FunctionBaseHolder holder;
+    EXPECT_FALSE(Dll().AddFunctionDefault(&holder));
+    EXPECT_EQ(Defaults(), TwoFunctions);
+}
+
+TEST_F(ArgumentChecksTest, AddFunctionDefaultWithARecordGivesTrue) {
+    FunctionBaseHolder holder;
+    holder.records.push_back({});
+    EXPECT_TRUE(Dll().AddFunctionDefault(&holder));
+}
+
+TEST_F(ArgumentChecksTest, AddFunctionDefaultTakesTheCountAloneForEmptiness) {
+    ListLinks sentinel;
+    ListLinks node = {&sentinel, &sentinel};
+    sentinel = {&node, &node};
+    EXPECT_FALSE(Dll().AddFunctionDefault(RawFunctionBaseHolder{nullptr, &sentinel, 0}.get()));
+    sentinel = {&sentinel, &sentinel};
+    EXPECT_TRUE(Dll().AddFunctionDefault(RawFunctionBaseHolder{nullptr, &sentinel, 1}.get()));
+}
+
+// ---- The all-zero scheme
+// -----------------------------------------------------------------------------------
+
+class AllZeroSchemeTest : public ArgumentChecksTest {
+protected:
+    void SetUp() override { WriteDefaults(TwoFunctions); }
+};
+
+TEST_F(AllZeroSchemeTest, HasNoParametersAndIsNotStored) {
+    EXPECT_EQ(GetParameter(AllZero), Params{});
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(AllZeroSchemeTest, HasNoParametersEvenWhereTheFileHoldsSome) {
+    WriteUserSettings(OldUserFile(OldScheme(AllZeroText, OldFunction(1, 5, 6))));
+    EXPECT_EQ(GetParameter(AllZero), Params{});
+}
+
+TEST_F(AllZeroSchemeTest, HasNoDefaultParameters) {
+    EXPECT_EQ(GetParameterDefault(AllZero), Params{});
+}
+
+TEST_F(AllZeroSchemeTest, HasNoCommands) {
+    int items = 0;
+    auto count = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord*) { ++items; });
+    EXPECT_TRUE(Dll().GetCommandInfo(&AllZero, &count));
+    EXPECT_EQ(items, 0);
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(AllZeroSchemeTest, IsNeverWrittenThoughSetParameterGivesTrue) {
+    EXPECT_TRUE(SetParameter(AllZero, {{1, {5, 6}}}));
+    EXPECT_FALSE(HasUserFile());
+    const std::string file = OldUserFile(OldScheme(AllZeroText, OldFunction(1, 2, 3)));
+    WriteUserSettings(file);
+    EXPECT_TRUE(SetParameter(AllZero, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(AllZeroSchemeTest, LeadsToNoDocument) {
+    DomDocuments documents{Dll().Handle()};
+    GetParameter(AllZero);
+    GetParameterDefault(AllZero);
+    SetParameter(AllZero, {{1, {5, 6}}});
+    EXPECT_EQ(documents.Made(), 0u);
+}
+
+TEST_F(AllZeroSchemeTest, IsASchemeLikeAnyOtherForTevGetParam) {
+    EXPECT_TRUE(Dll().TEVGetParam(&AllZero));
+    EXPECT_EQ(UserSettings(),
+              NewUserFile(NewScheme(AllZeroText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5))));
+}
+
+TEST_F(AllZeroSchemeTest, IsOnlyTheOneWithBothHalvesZero) {
+    constexpr GUID lowHalfOnly = {1, 0, 0, {}};
+    constexpr GUID highHalfOnly = {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
+    for (const GUID& scheme : {lowHalfOnly, highHalfOnly}) {
+        EXPECT_EQ(GetParameterDefault(scheme), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+        EXPECT_TRUE(SetParameter(scheme, {{1, {5, 6}}}));
+        EXPECT_EQ(GetParameter(scheme), (Params{{1, {5, 6}}, {2, {4, 5}}}));
+    }
+    EXPECT_NE(UserSettings().find("\"00000001-0000-0000-0000-000000000000\""), std::string::npos);
+    EXPECT_NE(UserSettings().find("\"00000000-0000-0000-0000-000000000001\""), std::string::npos);
+}
+
+// ---- Nothing to enumerate
+// ----------------------------------------------------------------------------------
+
+TEST_F(ArgumentChecksTest, WithoutAnyFileEveryEnumerationGivesTrueWithoutItems) {
+    int items = 0;
+    auto bases = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord*) { ++items; });
+    auto functions =
+        MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t, const FunctionRecord*) { ++items; });
+    auto commands = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord*) { ++items; });
+    auto schemes = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord*) { ++items; });
+    EXPECT_TRUE(Dll().GetFunctionBase(&bases));
+    EXPECT_TRUE(Dll().GetFunctionBaseUnSupported(&bases));
+    EXPECT_TRUE(Dll().GetFunctionInfo(&functions));
+    EXPECT_TRUE(Dll().GetCommandInfo(&Balanced, &commands));
+    EXPECT_TRUE(Dll().GetSpecScheme(&schemes));
+    EXPECT_EQ(GetParameter(Balanced), Params{});
+    EXPECT_EQ(GetParameterDefault(Balanced), Params{});
+    EXPECT_EQ(items, 0);
+}
+
+// ---- Current values
+// ----------------------------------------------------------------------------------------
+
+TEST_F(ArgumentChecksTest, GetFuncCurValueBeforeAnyTevGetParamGivesFalseAndLeavesTheValue) {
+    WriteDefaults(TwoFunctions);
+    FuncCurValue value = {11, 12, 13};
+    EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
+    EXPECT_EQ(value.FunctionId, 11u);
+    EXPECT_EQ(value.ACValue, 12u);
+    EXPECT_EQ(value.DCValue, 13u);
+}
+
+TEST_F(ArgumentChecksTest, GetFuncCurValueOfAPositionBehindTheCatalogueGivesFalse) {
+    WriteDefaults(TwoFunctions);
+    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+    FuncCurValue value = {};
+    for (const std::uint32_t position : {2u, 0x80000000u, 0xFFFFFFFFu})
+        EXPECT_FALSE(Dll().GetFuncCurValue(position, &value)) << position;
+}
+
+TEST_F(ArgumentChecksTest, GetFuncCurValueAfterAFailedTevGetParamGivesFalse) {
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    FuncCurValue value = {};
+    EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
+}
+
+TEST_F(ArgumentChecksTest, TevGetParamLoadsASchemeAsGetParameterDoes) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51))));
+    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + NewFunction(2, 4, 5))));
+}
+
+// The catalogue needs "Commands", the default parameters do not.
+TEST_F(ArgumentChecksTest, TevGetParamTakesTheDefaultsWhereNoCatalogueCanBeLoaded) {
+    WriteDefaults(R"(<ZOTDefault><Functions><Function ID="1"><Display/>
+        <Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions></ZOTDefault>)");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(ArgumentChecksTest, TevGetParamGivesFalseWhereBothCannotBeRead) {
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51))));
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+}
+
+}  // namespace ZOTDam::Test

@@ -1,1 +1,621 @@
-#include "support/ExportTest.h"
+// Data files that are missing, broken, hostile, or other than the library would write them.
+#include <algorithm>
+#include <climits>
+#include <random>
+
+#include "support/DataFiles.h"
+#include "support/EveryExport.h"
+#include "support/SettingsTest.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+const Params DefaultsOfTwoFunctions = {{1, {2, 3}}, {2, {4, 5}}};
+const Params StoredForTwoFunctions = {{1, {7, 8}}, {2, {9, 10}}};
+
+std::string StoredTwoFunctions() {
+    return OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)));
+}
+
+std::string Repeated(std::string_view text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+std::string EntityBomb() {
+    std::string bomb = "<!DOCTYPE R [<!ENTITY a0 \"boom\">";
+    for (int level = 1; level <= 30; ++level) {
+        const std::string inner = "&a" + std::to_string(level - 1) + ";";
+        bomb += "<!ENTITY a" + std::to_string(level) + " \"" + Repeated(inner, 10) + "\">";
+    }
+    return bomb + "]><R>&a30;</R>";
+}
+
+std::string Utf16(std::string_view ascii) {
+    std::string text;
+    for (const char character : ascii)
+        text += {character, '\0'};
+    return text;
+}
+
+// What no XML parser takes.
+std::vector<XmlCase> UnreadableContents() {
+    return {
+        {"Nothing", ""},
+        {"WhiteSpace", " \r\n\t "},
+        {"PlainText", "ACParamIndex=1"},
+        {"BinaryGarbage", std::string{"\x7f\x45\x4c\x46\x00\x01\xff\xfe\x80\x00<R/>", 15}},
+        {"ZerosOnly", std::string(4096, '\0')},
+        {"ADeclarationAlone", "<?xml version=\"1.0\"?>"},
+        {"ACommentAlone", "<!--nothing-->"},
+        {"AnOpenRoot", "<R><Functions>"},
+        {"TwoRoots", "<R/><R/>"},
+        {"TextBehindTheRoot", "<R/>text"},
+        {"CrossedElements", "<R><A><B></A></B></R>"},
+        {"AnAttributeTwice", "<R A=\"1\" A=\"2\"/>"},
+        {"AnAttributeWithoutQuotes", "<R A=1/>"},
+        {"AnUndeclaredEntity", "<R A=\"&nobody;\"/>"},
+        {"AForbiddenCharacter", "<R A=\"\x01\"/>"},
+        {"AForbiddenCharacterReference", "<R A=\"&#1;\"/>"},
+        {"AZeroInTheMiddle", std::string{"<R>\0</R>", 8}},
+        {"Latin1InAUtf8File",
+         "<?xml version=\"1.0\" encoding=\"UTF-8\"?><R A=\"gr\xfc\xdf"
+         "e\"/>"},
+        {"CutUtf8Sequence", "<R A=\"\xe4\xb8\"/>"},
+        {"AnUnknownEncoding", "<?xml version=\"1.0\" encoding=\"no-such-encoding\"?><R/>"},
+        {"HalfAUtf16File", Utf16("<R><A/>")},
+        {"AnEntityBomb", EntityBomb()},
+        {"DeepNesting", Repeated("<A>", 100000) + Repeated("</A>", 100000)},
+        {"DeepNestingThatNeverEnds", Repeated("<A>", 100000)},
+        {"AnHtmlPage", "<!DOCTYPE html><html><head><meta charset=utf-8><br></head></html>"},
+    };
+}
+
+// What says the same as the plain file, in another form.
+std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
+    return {
+        {"Utf8WithMark", "\xef\xbb\xbf" + xml},
+        {"Utf8Declared", "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>" + xml},
+        {"Utf16WithMark", "\xff\xfe" + Utf16(xml)},
+        {"Utf16WithMarkAndDeclaration",
+         "\xff\xfe" + Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + xml)},
+        {"Latin1Declared", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><!--\xfc-->" + xml},
+        {"WindowsLineBreaks", "\r\n" + xml + "\r\n\r\n"},
+        {"CommentsAndInstructionsAround", "<!--a--><?a b?>" + xml + "<!--c--><?d e?>"},
+    };
+}
+
+}  // namespace
+
+// ---- Unreadable files -----------------------------------------------------------------------------------
+
+class BadInputTest : public SettingsTest {
+protected:
+    std::filesystem::path KeptFile() const { return installation.UserFile().replace_extension(L".bak"); }
+    std::filesystem::path NewFile() const { return installation.UserFile().replace_extension(L".new"); }
+
+    // What each export gives where there is no catalogue.
+    void ExpectNoCatalogue() {
+        EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+        EXPECT_EQ(GetParameter(Balanced), Params{});
+        EXPECT_EQ(GetParameterDefault(Balanced), Params{});
+        EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    }
+
+    void ExpectACatalogueOfTwoFunctions() {
+        EXPECT_EQ(Dll().GetFuncCount(), 2u);
+        EXPECT_EQ(GetParameterDefault(Balanced), DefaultsOfTwoFunctions);
+    }
+};
+
+class UnreadableFileTest : public BadInputTest, public testing::WithParamInterface<XmlCase> {};
+
+INSTANTIATE_TEST_SUITE_P(, UnreadableFileTest, testing::ValuesIn(UnreadableContents()), CaseName<XmlCase>);
+
+TEST_P(UnreadableFileTest, AsDefaultsGivesNoCatalogue) {
+    WriteDefaults(GetParam().xml);
+    WriteUserSettings(StoredTwoFunctions());
+    ExpectNoCatalogue();
+    EXPECT_EQ(Defaults(), GetParam().xml);
+    EXPECT_EQ(UserSettings(), StoredTwoFunctions());
+}
+
+TEST_P(UnreadableFileTest, AsDefaultsDoesNotKeepParametersFromBeingStored) {
+    WriteDefaults(GetParam().xml);
+    WriteUserSettings(StoredTwoFunctions());
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    Unload();
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {11, 12}}, {2, {9, 10}}}));
+}
+
+TEST_P(UnreadableFileTest, AsUserSettingsGivesTheDefaultsAndIsKept) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(GetParam().xml);
+    EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+    EXPECT_EQ(ReadFile(KeptFile()), GetParam().xml);
+    EXPECT_EQ(UserSettings(),
+              NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5))));
+}
+
+TEST_P(UnreadableFileTest, AsUserSettingsIsKeptWhenParametersAreStored) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(GetParam().xml);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_EQ(ReadFile(KeptFile()), GetParam().xml);
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {11, 12}}, {2, {4, 5}}}));
+}
+
+TEST_P(UnreadableFileTest, AsUserSettingsStaysUntilSomethingIsStored) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(GetParam().xml);
+    ExpectACatalogueOfTwoFunctions();
+    EXPECT_FALSE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), GetParam().xml);
+    EXPECT_FALSE(std::filesystem::exists(KeptFile()));
+}
+
+TEST_P(UnreadableFileTest, AsBaseCatalogueOrStringTableDisturbsNothingElse) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(StoredTwoFunctions());
+    WriteBase(GetParam().xml);
+    WriteFile(installation.StringTableFile(), GetParam().xml);
+    ExpectACatalogueOfTwoFunctions();
+    EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
+    EXPECT_EQ(ReadFile(installation.StringTableFile()), GetParam().xml);
+}
+
+TEST_P(UnreadableFileTest, EverywhereIsSurvivedByEveryExport) {
+    for (const auto& file : {installation.DefaultsFile(), installation.UserFile(), installation.BaseFile(),
+                             installation.StringTableFile()})
+        WriteFile(file, GetParam().xml);
+    CallEveryExport(Dll(), Balanced);
+}
+
+TEST_F(BadInputTest, TruncatedDefaultsGiveNoCatalogue) {
+    const std::string_view whole = TwoFunctions;
+    for (std::size_t length = 0; length < whole.size(); length += 5) {
+        SCOPED_TRACE(length);
+        WriteDefaults(whole.substr(0, length));
+        EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+        Unload();
+    }
+}
+
+TEST_F(BadInputTest, TruncatedUserSettingsAreKeptAndReplaced) {
+    WriteDefaults(TwoFunctions);
+    const std::string whole = StoredTwoFunctions();
+    for (std::size_t length = 0; length + 1 < whole.size(); length += 5) {
+        SCOPED_TRACE(length);
+        WriteUserSettings(whole.substr(0, length));
+        EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+        EXPECT_EQ(ReadFile(KeptFile()), whole.substr(0, length));
+    }
+}
+
+TEST_F(BadInputTest, UserSettingsThatBecomeUnreadableAreNotMixedWithWhatWasRead) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(StoredTwoFunctions());
+    EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
+    WriteUserSettings("<broken");
+    EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+    EXPECT_EQ(ReadFile(KeptFile()), "<broken");
+}
+
+TEST_F(BadInputTest, ReadableUserSettingsAreReplacedWithoutACopy) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(StoredTwoFunctions());
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_FALSE(std::filesystem::exists(KeptFile()));
+}
+
+TEST_F(BadInputTest, ALaterUnreadableFileReplacesTheOneThatWasKept) {
+    WriteFile(KeptFile(), "<earlier");
+    WriteUserSettings("<later");
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_EQ(ReadFile(KeptFile()), "<later");
+}
+
+TEST_F(BadInputTest, AnUnreadableFileThatCannotBeKeptIsNotReplaced) {
+    std::filesystem::create_directory(KeptFile());
+    WriteUserSettings("<broken");
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_EQ(UserSettings(), "<broken");
+    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+}
+
+// ---- Readable files in another form ---------------------------------------------------------------------
+
+class OtherFormTest : public BadInputTest, public testing::WithParamInterface<std::size_t> {};
+
+INSTANTIATE_TEST_SUITE_P(, OtherFormTest, testing::Range(std::size_t{0}, OtherFormsOf("").size()),
+                         [](const auto& info) { return OtherFormsOf("")[info.param].name; });
+
+TEST_P(OtherFormTest, DefaultsAreRead) {
+    WriteDefaults(OtherFormsOf(TwoFunctions)[GetParam()].xml);
+    ExpectACatalogueOfTwoFunctions();
+}
+
+TEST_P(OtherFormTest, UserSettingsAreReadAndKeepTheirOtherSchemes) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(OtherFormsOf(StoredTwoFunctions())[GetParam()].xml);
+    EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
+    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {11, 12}}, {2, {13, 14}}}));
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+    Unload();
+    EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
+    EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {11, 12}}, {2, {13, 14}}}));
+    EXPECT_FALSE(std::filesystem::exists(KeptFile()));
+}
+
+TEST_F(BadInputTest, ATextInAnotherEncodingSurvivesEverySave) {
+    WriteUserSettings(
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><R><PowerSchemes/><Mine A=\"gr\xfcn\"/></R>");
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {13, 14}}}));
+    const std::string settings = UserSettings();
+    const bool isUtf8 = settings.find("ISO-8859-1") == std::string::npos;
+    EXPECT_NE(settings.find(isUtf8 ? "gr\xc3\xbcn" : "gr\xfcn"), std::string::npos) << settings;
+}
+
+TEST_F(BadInputTest, ADocumentTypeWithEntitiesIsSurvived) {
+    const std::string type =
+        R"(<!DOCTYPE R [<!ENTITY id "1"><!ENTITY file SYSTEM "file:///c:/windows/win.ini">]>)";
+    WriteDefaults(type + R"(<R><Functions>
+        <Function ID="&id;"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="&id;"/></Function>
+    </Functions></R>)");
+    WriteUserSettings(type + "<R>&file;" + Scheme(BalancedText, OldFunction(1, 7, 8) + "&id;") + "</R>");
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+}
+
+TEST_F(BadInputTest, ADeclarationOfAnotherEncodingIsSurvived) {
+    WriteDefaults("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + std::string{TwoFunctions});
+    WriteUserSettings(Utf16("<?xml version=\"1.0\" encoding=\"UTF-8\"?>" + StoredTwoFunctions()));
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+}
+
+TEST_F(BadInputTest, Utf16WithoutAMarkIsSurvived) {
+    WriteDefaults(Utf16(TwoFunctions));
+    WriteUserSettings(Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + StoredTwoFunctions()));
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+}
+
+// ---- Another structure ----------------------------------------------------------------------------------
+
+TEST_F(BadInputTest, AnotherRootIsTakenAsItIs) {
+    WriteDefaults(R"(<Any><Functions>
+        <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
+    </Functions></Any>)");
+    WriteUserSettings("<Other><PowerSchemes>" + Scheme(BalancedText, OldFunction(1, 7, 8)) +
+                      "</PowerSchemes></Other>");
+    EXPECT_EQ(Dll().GetFuncCount(), 1u);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_EQ(UserSettings(), "<Other><PowerSchemes>" + Scheme(BalancedText, OldFunction(1, 11, 12)) +
+                                  "</PowerSchemes></Other>\n");
+}
+
+TEST_F(BadInputTest, ARootThatIsTheSectionHasNoSection) {
+    WriteDefaults(R"(<Functions><Function ID="1"><Display/><Commands/></Function></Functions>)");
+    ExpectNoCatalogue();
+}
+
+TEST_F(BadInputTest, ADefaultNamespaceHidesEverything) {
+    WriteDefaults(R"(<R xmlns="urn:any"><Functions/></R>)");
+    ExpectNoCatalogue();
+}
+
+TEST_F(BadInputTest, WhatTheLibraryDoesNotKnowSurvivesInTheUserSettings) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
+                      Scheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
+                      "</PowerSchemes><CommonSettings S=\"t\"/></R>");
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_EQ(UserSettings(), R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
+                                  Scheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
+                                  NewScheme(BalancedText, NewFunction(1, 11, 12)) +
+                                  "</PowerSchemes><CommonSettings S=\"t\"/></R>\n");
+}
+
+TEST_F(BadInputTest, SectionsOfTheWrongKindAreIgnored) {
+    WriteDefaults(R"(<R Functions="1"><?Functions ?><!--Functions--><functions/>Functions</R>)");
+    ExpectNoCatalogue();
+}
+
+// ---- Values ---------------------------------------------------------------------------------------------
+
+TEST_F(BadInputTest, AnIdBeyond32BitsStopsAtTheLimit) {
+    WriteFunctions(Function(1) + R"(<Function ID="99999999999999999999"><Display/><Commands/></Function>)");
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+}
+
+TEST_F(BadInputTest, ANegativeIdInTheDefaultsGivesNoCatalogue) {
+    WriteFunctions(Function(1) + Function(-1));
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(BadInputTest, AnIdBelow32BitsGivesNoCatalogue) {
+    WriteFunctions(R"(<Function ID="-99999999999999999999"><Display/><Commands/></Function>)");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(BadInputTest, StoredIdsMayBeAnyNumbers) {
+    WriteFunctions(Function(1));
+    WriteBalanced(R"(<Function ID="99999999999" ACParamIndex="1" DCParamIndex="1"/>
+                     <Function ID="1" ACParamIndex="-99999999999" DCParamIndex="x"/>
+                     <Function ID="-7" ACParamIndex="" DCParamIndex="-1"/>
+                     <Function ID="zero" ACParamIndex="2147483648" DCParamIndex="-2147483648"/>)");
+    EXPECT_EQ(GetParameter(Balanced),
+              (Params{{-7, {0, -1}}, {0, {INT_MAX, INT_MIN}}, {1, {INT_MIN, 0}}, {INT_MAX, {1, 1}}}));
+}
+
+TEST_F(BadInputTest, AGuidOfAnyLengthIsOnlyAGuidThatDoesNotMatch) {
+    WriteDefaults(TwoFunctions);
+    WriteSchemes(Scheme(std::string(100000, '3'), "") + Scheme("", "") +
+                 Scheme("{" + std::string{BalancedText} + "}", "") +
+                 Scheme(BalancedText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)));
+    EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
+}
+
+// ---- Size -----------------------------------------------------------------------------------------------
+
+class HugeFileTest : public BadInputTest {
+protected:
+    static constexpr int Count = 10000;
+
+    HugeFileTest() {
+        std::string functions;
+        for (int id = 0; id < Count; ++id)
+            functions += Function(id, R"(<Default ACParamIndex="2" DCParamIndex="3"/>)");
+        WriteFunctions(functions);
+    }
+};
+
+TEST_F(HugeFileTest, EveryFunctionIsCounted) {
+    EXPECT_EQ(Dll().GetFuncCount(), std::uint32_t{Count});
+}
+
+TEST_F(HugeFileTest, EveryFunctionIsAdoptedStoredAndReadBack) {
+    EXPECT_EQ(GetParameter(Balanced).size(), std::size_t{Count});
+    EXPECT_TRUE(SetParameter(Balanced, {{0, {7, 8}}, {Count - 1, {9, 10}}}));
+    Unload();
+    const Params params = GetParameter(Balanced);
+    ASSERT_EQ(params.size(), std::size_t{Count});
+    EXPECT_EQ(params.front(), (Params::value_type{0, {7, 8}}));
+    EXPECT_EQ(params[1], (Params::value_type{1, {2, 3}}));
+    EXPECT_EQ(params.back(), (Params::value_type{Count - 1, {9, 10}}));
+}
+
+TEST_F(HugeFileTest, EverySchemeOfManyIsFound) {
+    std::string schemes;
+    for (int i = 0; i < Count; ++i)
+        schemes += Scheme("00000000-0000-0000-0000-" + std::to_string(100000000000 + i), "");
+    WriteSchemes(schemes + Scheme(BalancedText, OldFunction(-1, 7, 8)));
+    EXPECT_EQ(GetParameter(Balanced).front(), (Params::value_type{-1, {7, 8}}));
+}
+
+// ---- Missing files and folders, and folders in their place ----------------------------------------------
+
+TEST_F(BadInputTest, MissingFilesGiveNoCatalogueAndAreNotCreated) {
+    ExpectNoCatalogue();
+    EXPECT_FALSE(Dll().ResetDefault());
+    for (const auto& file : {installation.DefaultsFile(), installation.UserFile(), installation.BaseFile(),
+                             installation.StringTableFile()})
+        EXPECT_FALSE(std::filesystem::exists(file)) << file;
+}
+
+TEST_F(BadInputTest, MissingFoldersAreSurvivedByEveryExport) {
+    std::filesystem::remove_all(installation.ProgramFiles());
+    std::filesystem::remove_all(installation.ProgramData());
+    ExpectNoCatalogue();
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));
+    EXPECT_FALSE(std::filesystem::exists(installation.ProgramData()));
+}
+
+TEST_F(BadInputTest, WithoutAFolderForTheUserSettingsTheDefaultsCount) {
+    WriteDefaults(TwoFunctions);
+    std::filesystem::remove_all(installation.ProgramData());
+    EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+}
+
+TEST_F(BadInputTest, FoldersInThePlaceOfTheFilesAreSurvivedByEveryExport) {
+    for (const auto& file : {installation.DefaultsFile(), installation.UserFile(), installation.BaseFile(),
+                             installation.StringTableFile()})
+        std::filesystem::create_directory(file);
+    ExpectNoCatalogue();
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_TRUE(std::filesystem::is_directory(installation.DefaultsFile()));
+    EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
+}
+
+TEST_F(BadInputTest, AFolderInThePlaceOfTheUserSettingsLeavesTheDefaultsAndStays) {
+    WriteDefaults(TwoFunctions);
+    std::filesystem::create_directory(installation.UserFile());
+    EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
+    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+}
+
+TEST_F(BadInputTest, AFileInThePlaceOfTheFolderIsLeftAlone) {
+    WriteDefaults(TwoFunctions);
+    const std::filesystem::path folder = installation.UserFile().parent_path();
+    std::filesystem::remove_all(folder);
+    WriteFile(folder, "a file");
+    EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+    EXPECT_EQ(ReadFile(folder), "a file");
+}
+
+TEST_F(BadInputTest, AFileThatAnotherProgramKeepsClosedIsNotReplaced) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(StoredTwoFunctions());
+    const HANDLE locked = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, 0, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
+    CloseHandle(locked);
+    EXPECT_EQ(UserSettings(), StoredTwoFunctions());
+    EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
+}
+
+// ---- Chance ---------------------------------------------------------------------------------------------
+
+// Damages a file, differently for every seed and always the same for one.
+class Mutator {
+public:
+    explicit Mutator(unsigned seed) : random{seed} {}
+
+    std::string Mutated(std::string xml) {
+        for (int changes = 1 + Below(4); changes > 0; --changes)
+            Below(3) == 0 ? ChangeBytes(xml) : ChangeStructure(xml);
+        return xml;
+    }
+
+private:
+    int Below(std::size_t limit) { return static_cast<int>(random() % limit); }
+
+    void ChangeBytes(std::string& xml) {
+        if (xml.empty())
+            return;
+        const std::size_t position = Below(xml.size());
+        switch (Below(4)) {
+            case 0:
+                xml[position] = static_cast<char>(xml[position] ^ (1 << Below(8)));
+                break;
+            case 1:
+                xml.insert(position, 1, static_cast<char>(Below(256)));
+                break;
+            case 2:
+                xml.erase(position, Below(40));
+                break;
+            default:
+                xml.resize(position);
+        }
+    }
+
+    // Works on the tags, so that most results are still XML.
+    void ChangeStructure(std::string& xml) {
+        std::vector<std::string> tags = Split(xml);
+        const std::size_t tag = Below(tags.size());
+        switch (Below(5)) {
+            case 0:
+                tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(tag));
+                break;
+            case 1:
+                tags.insert(tags.begin() + Below(tags.size()), tags[tag]);
+                break;
+            case 2:
+                std::swap(tags[tag], tags[Below(tags.size())]);
+                break;
+            case 3:
+                RemoveAttribute(tags[tag]);
+                break;
+            default:
+                ReplaceValue(tags[tag]);
+        }
+        xml.clear();
+        for (const std::string& kept : tags)
+            xml += kept;
+    }
+
+    // Each piece begins with the "<" of a tag, but for what stands before the first.
+    static std::vector<std::string> Split(const std::string& xml) {
+        std::vector<std::string> tags(1);
+        for (const char character : xml) {
+            if (character == '<')
+                tags.emplace_back();
+            tags.back() += character;
+        }
+        return tags;
+    }
+
+    static void RemoveAttribute(std::string& tag) {
+        const std::size_t begin = tag.find(' ');
+        const std::size_t end = tag.find("\" ", begin);
+        if (begin != std::string::npos && end != std::string::npos)
+            tag.erase(begin, end + 1 - begin);
+    }
+
+    void ReplaceValue(std::string& tag) {
+        static const std::vector<std::string> values = {"",
+                                                        "-1",
+                                                        "0",
+                                                        "7",
+                                                        "8",
+                                                        "2147483648",
+                                                        "-2147483649",
+                                                        "99999999999999999999",
+                                                        "abc",
+                                                        " 1",
+                                                        "1 ",
+                                                        "&lt;",
+                                                        "&#x10FFFF;",
+                                                        std::string(259, 'x'),
+                                                        std::string(260, 'x'),
+                                                        std::string(70000, '9'),
+                                                        "{}",
+                                                        "\xc3\xa9",
+                                                        "381B4222-F694-41F0-9685-FF5BB260DF2E",
+                                                        "00000000-0000-0000-0000-000000000000"};
+        const std::size_t begin = tag.find("=\"");
+        const std::size_t end = tag.find('"', begin + 2);
+        if (begin != std::string::npos && end != std::string::npos)
+            tag.replace(begin + 2, end - begin - 2, values[Below(values.size())]);
+    }
+
+    std::mt19937 random;
+};
+
+class ChanceTest : public BadInputTest {
+protected:
+    static constexpr char FullDefaults[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<ZOTDefault><Functions>
+<Function ID="1" Type="1" Flag="3" Name="Dim" Group="Display"><Display><AC><DisplayItem Label="a" Option="1"/>
+<DisplayItem Label="b" Option="2"/></AC><DC><DisplayItem Label="c" Option="3"/></DC></Display>
+<Commands><CommandItem Event="1" Flag="2" ID="3" State="4" ParamIndex1="0" ParamIndex2="0" SpecInfo1="s"/></Commands>
+<Default ACParamIndex="1" DCParamIndex="0"><DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="0" DCParamIndex="0"/>
+<DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="1" DCParamIndex="0"/></Default></Function>
+<Function ID="7" Name="Rate"><Display><AC><DisplayItem Label="60" Option="60"/><DisplayItem Label="48" Option="48"/></AC>
+<DC/></Display><Commands/><Default ACParamIndex="0" DCParamIndex="1"/></Function>
+</Functions><CommonSettings Setting="default" Other="x"/></ZOTDefault>)";
+    static constexpr char FullUserSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<OrloPowerCfg><PowerSchemes><PowerScheme GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c">
+<Function ID="1" ACParamIndex="0" DCParamIndex="0"></Function><Function ID="7" ACParamIndex="1" DCParamIndex="1"/>
+</PowerScheme><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e"><Function ID="7" ACParamIndex="0" DCParamIndex="1"/>
+</PowerScheme></PowerSchemes><CommonSettings Setting="user"/></OrloPowerCfg>)";
+    static constexpr char FullBase[] = R"(<ZOTBase><CommonSettings Setting="base"/><Functions>
+<Function ID="1" Type="1" Flag="1" Name="Dim" Group="Display"><Display><AC><DisplayItem Label="a" Option="1"/></AC></Display>
+<CommandFamilies><CommandFamily><Commands><CommandItem ID="1" Event="2" State="3"/></Commands><CheckExists>
+<CheckExistItem CheckFlag="1" Param1="p"/></CheckExists></CommandFamily></CommandFamilies><Default ACParamIndex="0" DCParamIndex="0"/>
+</Function></Functions><SpecSchemes><SpecScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+<SubGroup GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c"><PowerSetting GUID="a1841308-3541-4fab-bc81-f71556f20b4a" AC="1" DC="2"/>
+</SubGroup></SpecScheme></SpecSchemes></ZOTBase>)";
+    static constexpr char FullStringTable[] =
+        R"(<StringTable><String ID="Dim"><value>Dim the display</value></String><String ID="Rate"><value/></String></StringTable>)";
+};
+
+TEST_F(ChanceTest, NoDamageCrashesAnExportOrSpoilsTheUserSettings) {
+    for (unsigned seed = 0; seed < 400; ++seed) {
+        SCOPED_TRACE(seed);
+        Mutator mutator{seed};
+        WriteDefaults(mutator.Mutated(FullDefaults));
+        WriteUserSettings(mutator.Mutated(FullUserSettings));
+        WriteBase(mutator.Mutated(FullBase));
+        WriteFile(installation.StringTableFile(), mutator.Mutated(FullStringTable));
+        CallEveryExport(Dll(), Balanced);
+        EXPECT_TRUE(IsXml(installation.UserFile()));
+        Unload();
+    }
+}
+
+}  // namespace ZOTDam::Test

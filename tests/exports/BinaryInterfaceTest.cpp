@@ -1,1 +1,250 @@
-#include "support/ExportTest.h"
+// The DLL as programs see it that share nothing with it but the description of its interface.
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <span>
+#include <string_view>
+
+#include "exports/CClient.h"
+#include "support/DataFiles.h"
+#include "support/EveryExport.h"
+#include "support/LoadedImage.h"
+#include "support/SettingsTest.h"
+
+inline bool operator==(const CClientParam& a, const CClientParam& b) {
+    return a.id == b.id && a.ac == b.ac && a.dc == b.dc;
+}
+
+inline void PrintTo(const CClientParam& param, std::ostream* out) {
+    *out << '{' << param.id << ", " << param.ac << ", " << param.dc << '}';
+}
+
+namespace ZOTDam::Test {
+
+class BinaryInterfaceTest : public SettingsTest {
+protected:
+    LoadedImage Image() { return LoadedImage{Dll().Handle()}; }
+};
+
+// ---- The file -------------------------------------------------------------------------------------------
+
+TEST_F(BinaryInterfaceTest, TheEighteenNamesAreExportedAndNothingElse) {
+    EXPECT_EQ(
+        Image().ExportedNames(),
+        (std::vector<std::string>{"AddFunctionDefault", "GetCommandInfo", "GetCommonSetting",
+                                  "GetDiffFuncList", "GetFuncCount", "GetFuncCurValue", "GetFunctionBase",
+                                  "GetFunctionBaseUnSupported", "GetFunctionInfo", "GetParameter",
+                                  "GetParameterDefault", "GetSpecScheme", "InitCommonSetting", "ResetDefault",
+                                  "SetCommonSetting", "SetParameter", "TEVGetParam", "ZOTDamExit"}));
+    EXPECT_EQ(Image().ExportCount(), 18u);
+}
+
+TEST_F(BinaryInterfaceTest, OnlyModulesOfTheSystemAreImported) {
+    const auto isOfTheSystem = [](std::string name) {
+        std::ranges::transform(name, name.begin(),
+                               [](unsigned char character) { return std::tolower(character); });
+        constexpr std::array<std::string_view, 7> modules = {"kernel32.dll", "msvcrt.dll", "ole32.dll",
+                                                             "oleaut32.dll", "rpcrt4.dll", "shlwapi.dll",
+                                                             "user32.dll"};
+        return std::ranges::find(modules, name) != modules.end() || name.starts_with("api-ms-win-crt-");
+    };
+    for (const std::string& name : Image().ImportedModules())
+        EXPECT_TRUE(isOfTheSystem(name)) << name;
+}
+
+TEST_F(BinaryInterfaceTest, TheFileIsALibraryFor64BitWindows) {
+    const IMAGE_NT_HEADERS& headers = Image().Headers();
+    EXPECT_EQ(headers.FileHeader.Machine, IMAGE_FILE_MACHINE_AMD64);
+    EXPECT_TRUE(headers.FileHeader.Characteristics & IMAGE_FILE_DLL);
+    EXPECT_TRUE(headers.OptionalHeader.DllCharacteristics & IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE);
+    EXPECT_TRUE(headers.OptionalHeader.DllCharacteristics & IMAGE_DLLCHARACTERISTICS_NX_COMPAT);
+}
+
+class VersionTest : public BinaryInterfaceTest {
+protected:
+    VersionTest() {
+        const std::wstring file = Library::ProgramFolder() / L"ZOTDam.dll";
+        resource.resize(GetFileVersionInfoSizeW(file.c_str(), nullptr));
+        GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(resource.size()), resource.data());
+    }
+
+    template <class Value>
+    const Value* Query(const wchar_t* path) const {
+        void* value = nullptr;
+        UINT size = 0;
+        VerQueryValueW(resource.data(), path, &value, &size);
+        return size != 0 ? static_cast<const Value*>(value) : nullptr;
+    }
+
+private:
+    std::vector<BYTE> resource;
+};
+
+TEST_F(VersionTest, TheFileTellsItsVersion) {
+    const auto* const version = Query<VS_FIXEDFILEINFO>(L"\\");
+    ASSERT_NE(version, nullptr);
+    EXPECT_EQ(version->dwSignature, VS_FFI_SIGNATURE);
+    EXPECT_NE(version->dwFileVersionMS, 0u);
+    EXPECT_EQ(version->dwFileVersionMS, version->dwProductVersionMS);
+    EXPECT_EQ(version->dwFileVersionLS, version->dwProductVersionLS);
+    EXPECT_EQ(version->dwFileType, DWORD{VFT_DLL});
+}
+
+TEST_F(VersionTest, TheFileTellsItsName) {
+    const auto* const name = Query<wchar_t>(L"\\StringFileInfo\\040904B0\\OriginalFilename");
+    ASSERT_NE(name, nullptr);
+    EXPECT_STREQ(name, L"ZOTDam.dll");
+}
+
+// ---- Results --------------------------------------------------------------------------------------------
+
+TEST_F(BinaryInterfaceTest, EveryBoolIsOneCleanByte) {
+    WriteDefaults(TwoFunctions);
+    CallEveryExport(Dll(), Balanced);
+    CallEveryExport(Dll(), Balanced);  // after ZOTDamExit, which the first round has called
+}
+
+TEST_F(BinaryInterfaceTest, TrueIsOneAndFalseIsZero) {
+    const ParamHolder params{{{1, {5, 6}}}};
+    EXPECT_EQ(RawResult(Dll().SetParameter, &Balanced, params.get()), 1);
+    EXPECT_EQ(RawResult(Dll().SetParameter, &Balanced, nullptr), 0);
+    EXPECT_EQ(RawResult(Dll().GetParameter, &Balanced, nullptr), 0);
+    EXPECT_EQ(RawResult(Dll().TEVGetParam, &Balanced), 0);
+    EXPECT_EQ(RawResult(Dll().ZOTDamExit), 1);
+}
+
+// ---- A client in C --------------------------------------------------------------------------------------
+
+class CClientTest : public BinaryInterfaceTest {
+protected:
+    CClientTest() { WriteDefaults(TwoFunctions); }
+
+    std::vector<CClientParam> ReadInC(const char* exportName) {
+        std::vector<CClientParam> params(100);
+        const int count = CClientRead(Dll().Handle(), exportName, &Balanced, params.data(), params.size());
+        EXPECT_GE(count, 0);
+        params.resize(static_cast<std::size_t>(std::max(count, 0)));
+        return params;
+    }
+};
+
+TEST_F(CClientTest, ItsRecordsHaveTheSizesOfTheHeader) {
+    const std::vector<std::size_t> sizes = {
+        sizeof(DisplayItem),        sizeof(FunctionRecord),     sizeof(FunctionBaseRecord),
+        sizeof(CommandFamily),      sizeof(BaseCommandItem),    sizeof(CheckExistItem),
+        sizeof(ParamValue),         sizeof(FuncCurValue),       sizeof(SpecPowerSettingRecord),
+        sizeof(SpecSubGroupRecord), sizeof(SpecSchemeRecord),   sizeof(ParamTreeNode),
+        sizeof(ParamMapHolder),     sizeof(FunctionBaseHolder), 0};
+    EXPECT_TRUE(std::ranges::equal(sizes, std::span{CClientRecordSizes, sizes.size()}));
+}
+
+TEST_F(CClientTest, ReadsThroughACallbackThatIsAStruct) {
+    EXPECT_EQ(ReadInC("GetParameterDefault"), (std::vector<CClientParam>{{1, 2, 3}, {2, 4, 5}}));
+    EXPECT_EQ(ReadInC("GetParameter"), (std::vector<CClientParam>{{1, 2, 3}, {2, 4, 5}}));
+}
+
+TEST_F(CClientTest, StoresATreeThatItBuiltItself) {
+    EXPECT_EQ(CClientStoreSevenFunctions(Dll().Handle(), &Balanced), 1);
+    EXPECT_EQ(ReadInC("GetParameter"),
+              (std::vector<CClientParam>{
+                  {0, 0, 0}, {1, 1, -1}, {2, 2, -2}, {3, 3, -3}, {4, 4, -4}, {5, 5, -5}, {6, 6, -6}}));
+}
+
+TEST_F(CClientTest, CannotStoreAnEmptyTree) {
+    EXPECT_EQ(CClientStoreNothing(Dll().Handle(), &Balanced), 0);
+    EXPECT_FALSE(HasUserSettings());
+}
+
+// ---- Callbacks of other shapes --------------------------------------------------------------------------
+
+class CallbackShapeTest : public BinaryInterfaceTest {
+protected:
+    CallbackShapeTest() { WriteDefaults(TwoFunctions); }
+
+    bool EnumerateInto(void* callback) {
+        return Dll().GetParameterDefault(&Balanced, static_cast<IGetParameterCallback*>(callback));
+    }
+};
+
+TEST_F(CallbackShapeTest, WhatOnItemReturnsDoesNotMatter) {
+    struct Stubborn {
+        virtual bool OnItem(std::int32_t, const ParamValue*) {
+            ++calls;
+            return false;
+        }
+        int calls = 0;
+    } stubborn;
+    EXPECT_TRUE(EnumerateInto(&stubborn));
+    EXPECT_EQ(stubborn.calls, 2);
+}
+
+TEST_F(CallbackShapeTest, OnlyTheFirstEntryOfTheTableIsUsed) {
+    struct Rich {
+        virtual void OnItem(std::int32_t, const ParamValue*) { ++calls; }
+        virtual void OnOther() { ++otherCalls; }
+        virtual ~Rich() = default;
+        int calls = 0;
+        int otherCalls = 0;
+    } rich;
+    EXPECT_TRUE(EnumerateInto(&rich));
+    EXPECT_EQ(rich.calls, 2);
+    EXPECT_EQ(rich.otherCalls, 0);
+}
+
+// An OnItem in machine code, which leaves none of the registers and none of the stack that it may change as
+// they were.
+class GarblingCallback {
+public:
+    GarblingCallback() : code{VirtualAlloc(nullptr, sizeof Garble, MEM_COMMIT, PAGE_EXECUTE_READWRITE)} {
+        std::copy(std::begin(Garble), std::end(Garble), static_cast<BYTE*>(code));
+        table = {code};
+        object.table = table.data();
+    }
+    GarblingCallback(const GarblingCallback&) = delete;
+    GarblingCallback& operator=(const GarblingCallback&) = delete;
+    ~GarblingCallback() { VirtualFree(code, 0, MEM_RELEASE); }
+
+    void* get() noexcept { return &object; }
+    int Calls() const noexcept { return object.calls; }
+
+private:
+    static constexpr BYTE Garble[] = {
+        0xff, 0x41, 0x08,              // inc dword ptr [rcx+8], the count of the calls
+        0x48, 0x83, 0xc8, 0xff,        // or rax, -1
+        0x48, 0x83, 0xc9, 0xff,        // or rcx, -1
+        0x48, 0x83, 0xca, 0xff,        // or rdx, -1
+        0x49, 0x83, 0xc8, 0xff,        // or r8, -1
+        0x49, 0x83, 0xc9, 0xff,        // or r9, -1
+        0x49, 0x83, 0xca, 0xff,        // or r10, -1
+        0x49, 0x83, 0xcb, 0xff,        // or r11, -1
+        0x48, 0x89, 0x44, 0x24, 0x08,  // mov [rsp+8], rax, and so for all four places of the arguments
+        0x48, 0x89, 0x44, 0x24, 0x10,  //
+        0x48, 0x89, 0x44, 0x24, 0x18,  //
+        0x48, 0x89, 0x44, 0x24, 0x20,  //
+        0x66, 0x0f, 0x76, 0xc0,        // pcmpeqd xmm0, xmm0, and so up to xmm5
+        0x66, 0x0f, 0x76, 0xc9,        //
+        0x66, 0x0f, 0x76, 0xd2,        //
+        0x66, 0x0f, 0x76, 0xdb,        //
+        0x66, 0x0f, 0x76, 0xe4,        //
+        0x66, 0x0f, 0x76, 0xed,        //
+        0xc3,                          // ret
+    };
+
+    struct Object {
+        void** table = nullptr;
+        std::int32_t calls = 0;
+    };
+
+    void* code;
+    std::array<void*, 1> table{};
+    Object object;
+};
+
+TEST_F(CallbackShapeTest, AnOnItemMayChangeEveryRegisterThatIsNotPreserved) {
+    GarblingCallback garbling;
+    EXPECT_TRUE(EnumerateInto(garbling.get()));
+    EXPECT_EQ(garbling.Calls(), 2);
+    EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+}
+
+}  // namespace ZOTDam::Test

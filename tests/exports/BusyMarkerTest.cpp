@@ -1,1 +1,482 @@
+// The named mutexes that mark a data file as busy: who finds one leaves the file alone and does not wait.
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <set>
+
+#include "support/DataFiles.h"
 #include "support/ExportTest.h"
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+using Names = std::vector<std::wstring>;
+
+bool MarkerExists(const wchar_t* name) {
+    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, name);
+    if (marker == nullptr)
+        return false;
+    CloseHandle(marker);
+    return true;
+}
+
+HANDLE Fail(DWORD error) {
+    SetLastError(error);
+    return nullptr;
+}
+
+HANDLE AnyMutex(DWORD error) {
+    const HANDLE mutex = CreateMutexW(nullptr, FALSE, nullptr);
+    SetLastError(error);
+    return mutex;
+}
+
+// Records how the DLL looks for markers, makes and closes them. A test can answer the first two calls in the
+// system's place.
+class MarkerCalls {
+public:
+    explicit MarkerCalls(HMODULE dll)
+        : open{dll, "OpenMutexW", &Open},
+          create{dll, "CreateMutexW", &Create},
+          close{dll, "CloseHandle", &Close} {
+        current = this;
+    }
+
+    Names looked;               // for these names it has looked,
+    Names made;                 // these it has tried to make,
+    std::set<HANDLE> unclosed;  // and these handles it still has.
+
+    std::function<std::optional<HANDLE>()> onOpen = [] { return std::nullopt; };
+    std::function<std::optional<HANDLE>()> onCreate = [] { return std::nullopt; };
+    std::function<void()> beforeClose = [] {};
+
+    // Lets the DLL find a marker when it looks for the n-th time, and only then.
+    void BeBusyAtLook(std::size_t number) {
+        onOpen = [this, number]() -> std::optional<HANDLE> {
+            if (looked.size() == number)
+                return AnyMutex(ERROR_SUCCESS);
+            return std::nullopt;
+        };
+    }
+
+private:
+    static HANDLE WINAPI Open(DWORD access, BOOL inherit, const wchar_t* name) {
+        EXPECT_EQ(access, 0x00100001u);
+        EXPECT_FALSE(inherit);
+        current->looked.emplace_back(name);
+        const std::optional<HANDLE> answer = current->onOpen();
+        return Keep(answer ? *answer : OpenMutexW(access, inherit, name));
+    }
+
+    static HANDLE WINAPI Create(SECURITY_ATTRIBUTES* attributes, BOOL owned, const wchar_t* name) {
+        EXPECT_EQ(attributes, nullptr);
+        EXPECT_TRUE(owned);
+        current->made.emplace_back(name);
+        const std::optional<HANDLE> answer = current->onCreate();
+        return Keep(answer ? *answer : CreateMutexW(attributes, owned, name));
+    }
+
+    static BOOL WINAPI Close(HANDLE handle) {
+        if (current->unclosed.erase(handle) != 0)
+            current->beforeClose();
+        return CloseHandle(handle);
+    }
+
+    // The error code goes on to the caller as it is.
+    static HANDLE Keep(HANDLE handle) {
+        const DWORD error = GetLastError();
+        if (handle != nullptr)
+            current->unclosed.insert(handle);
+        SetLastError(error);
+        return handle;
+    }
+
+    inline static MarkerCalls* current = nullptr;
+    ImportPatch open;
+    ImportPatch create;
+    ImportPatch close;
+};
+
+}  // namespace
+
+class BusyMarkerTest : public ExportTest {
+protected:
+    // A user file with the values {50, 51} for function 1, beside the defaults {2, 3}.
+    void WriteFiles() const {
+        WriteDefaults(TwoFunctions);
+        WriteUserSettings(StoredSettings());
+    }
+    static std::string StoredSettings() {
+        return OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + OldFunction(2, 52, 53)));
+    }
+    bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
+
+    const Params stored = {{1, {50, 51}}, {2, {52, 53}}};
+    const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
+};
+
+// ---- Which markers are looked for, and when ---------------------------------------------------------------
+
+TEST_F(BusyMarkerTest, AWriteLooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
+    WriteFiles();
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker}));
+    EXPECT_EQ(calls.made, (Names{UserMarker, UserMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyMarkerTest, AWriteWithoutAFileLooksForTheMarkerBeforeItsSaveOnly) {
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(calls.looked, (Names{UserMarker}));
+    EXPECT_EQ(calls.made, (Names{UserMarker}));
+}
+
+TEST_F(BusyMarkerTest, AReadThatStoresNothingLooksForTheMarkerOnce) {
+    WriteFiles();
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_EQ(GetParameter(Balanced), stored);
+    EXPECT_EQ(calls.looked, (Names{UserMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyMarkerTest, AResetLooksForTheMarkerOnceSinceItDoesNotReadTheFile) {
+    WriteFiles();
+    EXPECT_EQ(GetParameter(Balanced), stored);
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(calls.looked, (Names{UserMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyMarkerTest, TheDefaultsAreReadUnderTheirOwnMarkerOnce) {
+    WriteDefaults(TwoFunctions);
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    GetParameterDefault(Balanced);
+    EXPECT_EQ(calls.looked, (Names{DefaultsMarker}));
+    EXPECT_EQ(calls.made, (Names{DefaultsMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyMarkerTest, WithoutADefaultsFileNoMarkerIsLookedFor) {
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_EQ(calls.looked, Names{});
+}
+
+TEST_F(BusyMarkerTest, AFoundMarkerIsNotMadeAndItsHandleIsClosed) {
+    WriteFiles();
+    MarkerCalls calls{Dll().Handle()};
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker}));
+    EXPECT_EQ(calls.made, Names{});
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheSaveFails) {
+    WriteFiles();
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
+                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(calls.made, (Names{UserMarker, UserMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_FALSE(MarkerExists(UserMarker));
+}
+
+TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheLoadFails) {
+    WriteDefaults("<ZOTDefault>");
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_EQ(calls.made, (Names{DefaultsMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyMarkerTest, TheFileIsReadBetweenTheMakingAndTheClosingOfTheMarker) {
+    WriteDefaults("<ZOTDefault/>");
+    MarkerCalls calls{Dll().Handle()};
+    calls.onCreate = [&] {
+        WriteDefaults(TwoFunctions);
+        return std::nullopt;
+    };
+    calls.beforeClose = [&] {
+        EXPECT_TRUE(MarkerExists(DefaultsMarker));
+        WriteDefaults("<ZOTDefault/>");
+    };
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    EXPECT_FALSE(MarkerExists(DefaultsMarker));
+}
+
+TEST_F(BusyMarkerTest, TheFileIsWrittenBetweenTheMakingAndTheClosingOfTheMarker) {
+    MarkerCalls calls{Dll().Handle()};
+    calls.onCreate = [&] {
+        EXPECT_FALSE(HasUserFile());
+        return std::nullopt;
+    };
+    calls.beforeClose = [&] {
+        EXPECT_TRUE(MarkerExists(UserMarker));
+        EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6))));
+    };
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(calls.made, (Names{UserMarker}));
+    EXPECT_FALSE(MarkerExists(UserMarker));
+}
+
+TEST_F(BusyMarkerTest, TheOwnershipIsNeverReleasedByACallOfItsOwn) {
+    EXPECT_THROW((ImportPatch{Dll().Handle(), "ReleaseMutex", &ReleaseMutex}), std::invalid_argument);
+}
+
+// ---- Markers that others hold -----------------------------------------------------------------------------
+
+TEST_F(BusyMarkerTest, AReadSkipsABusyFile) {
+    WriteFiles();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+    EXPECT_EQ(UserSettings(), StoredSettings());
+}
+
+TEST_F(BusyMarkerTest, AReadOfABusyFileKeepsWhatWasReadBefore) {
+    WriteFiles();
+    EXPECT_EQ(GetParameter(Balanced), stored);
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 7) + OldFunction(2, 8, 8))));
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_EQ(GetParameter(Balanced), stored);
+    }
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {7, 7}}, {2, {8, 8}}}));
+}
+
+TEST_F(BusyMarkerTest, AWriteLeavesABusyFileUnchangedAndGivesTrue) {
+    WriteFiles();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), StoredSettings());
+}
+
+TEST_F(BusyMarkerTest, OnceTheHolderHasEndedTheNextWriteIsSaved) {
+    WriteFiles();
+    {
+        SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+        other.Kill();
+    }
+    EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + OldFunction(2, 7, 8))));
+}
+
+TEST_F(BusyMarkerTest, AMarkerOfTheSameProcessCountsTooAndNeedsNoOwner) {
+    WriteFiles();
+    const HANDLE marker = CreateMutexW(nullptr, FALSE, UserMarker);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), StoredSettings());
+    CloseHandle(marker);
+}
+
+TEST_F(BusyMarkerTest, ASkippedReadAndSaveChangeNoResult) {
+    WriteFiles();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+    EXPECT_TRUE(Dll().ResetDefault());
+}
+
+TEST_F(BusyMarkerTest, TheUserMarkerDoesNotKeepTheDefaultsFromBeingRead) {
+    WriteDefaults(TwoFunctions);
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+}
+
+TEST_F(BusyMarkerTest, TheDefaultsMarkerDoesNotKeepTheUserSettingsFromBeingSaved) {
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6))));
+}
+
+TEST_F(BusyMarkerTest, DefaultsThatAreBusyAtTheirOnlyLoadStayUnread) {
+    WriteFiles();
+    {
+        const SecondProcess other{HoldMutex, {DefaultsMarker}};
+        EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    }
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_EQ(GetParameterDefault(Balanced), Params{});
+    EXPECT_EQ(GetParameter(Balanced), Params{});
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    Unload();
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    EXPECT_EQ(Defaults(), TwoFunctions);
+}
+
+TEST_F(BusyMarkerTest, DefaultsThatAreBusyAfterTheirLoadAreStillKnown) {
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    EXPECT_EQ(GetParameterDefault(Balanced), defaults);
+}
+
+// ---- Load and save, each with a marker of its own
+// -----------------------------------------------------------
+
+TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
+    WriteFiles();
+    EXPECT_EQ(GetParameter(Balanced), stored);
+    WriteUserSettings("<OrloPowerCfg><Newer/></OrloPowerCfg>");
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(calls.looked.size(), 2u);
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 52, 53))));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+// Makes a change in memory whose save finds the file busy.
+class UnsavedEditTest : public BusyMarkerTest {
+protected:
+    void EditWithoutSaving() {
+        MarkerCalls calls{Dll().Handle()};
+        const std::size_t save = HasUserFile() ? 2 : 1;
+        calls.BeBusyAtLook(save);
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+        EXPECT_EQ(calls.looked.size(), save);
+        EXPECT_TRUE(calls.unclosed.empty());
+    }
+    const Params edited = {{1, {5, 6}}, {2, {52, 53}}};
+};
+
+TEST_F(UnsavedEditTest, LivesWhileTheFileIsBusy) {
+    WriteFiles();
+    EditWithoutSaving();
+    EXPECT_EQ(UserSettings(), StoredSettings());
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(GetParameter(Balanced), edited);
+    EXPECT_EQ(GetParameter(Balanced), edited);
+}
+
+TEST_F(UnsavedEditTest, IsLostWithTheNextLoad) {
+    WriteFiles();
+    EditWithoutSaving();
+    EXPECT_EQ(GetParameter(Balanced), stored);
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(GetParameter(Balanced), stored);
+}
+
+TEST_F(UnsavedEditTest, IsSavedWithTheNextSaveWhenNoLoadCameBefore) {
+    WriteFiles();
+    EditWithoutSaving();
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 7, 8))));
+}
+
+TEST_F(UnsavedEditTest, IsLostWithTheNextUseWhenThereIsNoFile) {
+    EditWithoutSaving();
+    EXPECT_FALSE(HasUserFile());
+    EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
+    EXPECT_EQ(UserSettings().find("<Function ID=\"1\""), std::string::npos);
+    EXPECT_NE(UserSettings().find("<Function ID=\"2\""), std::string::npos);
+}
+
+// A function without ID keeps a write from being saved. What it did in memory shows with the next save.
+TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest) {
+    WriteUserSettings(
+        OldUserFile(OldScheme(BalancedText, OldFunction(5, 1, 1) + "<Function/>" + OldFunction(6, 1, 1))));
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}, {6, {60, 61}}}));
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {2, 3}}}));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(5, 50, 51) + "<Function/>" +
+                                                      OldFunction(6, 1, 1) + NewFunction(6, 60, 61)) +
+                          NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
+}
+
+// ---- What the two mutex calls can answer ------------------------------------------------------------------
+
+struct MarkerAnswer {
+    const char* name;
+    std::optional<HANDLE> (*onOpen)();
+    std::optional<HANDLE> (*onCreate)();
+    bool busy;
+};
+
+void PrintTo(const MarkerAnswer& answer, std::ostream* out) {
+    *out << answer.name;
+}
+
+std::optional<HANDLE> AsTheSystemDoes() {
+    return std::nullopt;
+}
+
+template <DWORD Error>
+std::optional<HANDLE> FailWith() {
+    return Fail(Error);
+}
+
+template <DWORD Error>
+std::optional<HANDLE> GiveMutexWith() {
+    return AnyMutex(Error);
+}
+
+class MarkerAnswerTest : public BusyMarkerTest, public testing::WithParamInterface<MarkerAnswer> {
+protected:
+    void Apply(MarkerCalls& calls) const {
+        calls.onOpen = MarkerAnswerTest::GetParam().onOpen;
+        calls.onCreate = MarkerAnswerTest::GetParam().onCreate;
+    }
+    bool Busy() const { return MarkerAnswerTest::GetParam().busy; }
+};
+
+TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsSaved) {
+    MarkerCalls calls{Dll().Handle()};
+    Apply(calls);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(HasUserFile(), !Busy());
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsRead) {
+    WriteDefaults(TwoFunctions);
+    MarkerCalls calls{Dll().Handle()};
+    Apply(calls);
+    EXPECT_EQ(Dll().GetFuncCount(), Busy() ? CatalogueUnavailable : 2);
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+constexpr MarkerAnswer MarkerAnswers[] = {
+    {"NobodyHasIt", AsTheSystemDoes, AsTheSystemDoes, false},
+    {"ItOpens", GiveMutexWith<ERROR_SUCCESS>, AsTheSystemDoes, true},
+    {"ItOpensBesideAnOldErrorCode", GiveMutexWith<ERROR_FILE_NOT_FOUND>, AsTheSystemDoes, true},
+    {"OpeningIsDenied", FailWith<ERROR_ACCESS_DENIED>, AsTheSystemDoes, true},
+    {"OpeningFailsSinceItExists", FailWith<ERROR_ALREADY_EXISTS>, AsTheSystemDoes, true},
+    {"OpeningFailsOtherwise", FailWith<ERROR_NOT_ENOUGH_MEMORY>, AsTheSystemDoes, false},
+    {"MakingIsDenied", AsTheSystemDoes, FailWith<ERROR_ACCESS_DENIED>, true},
+    {"MakingFailsSinceItExists", AsTheSystemDoes, FailWith<ERROR_ALREADY_EXISTS>, true},
+    {"MakingFindsOneThatIsNew", AsTheSystemDoes, GiveMutexWith<ERROR_ALREADY_EXISTS>, true},
+    {"MakingFailsForLackOfMemory", AsTheSystemDoes, FailWith<ERROR_NOT_ENOUGH_MEMORY>, false},
+    {"MakingFailsSinceTheNameIsTaken", AsTheSystemDoes, FailWith<ERROR_INVALID_HANDLE>, false},
+    {"BothFail", FailWith<ERROR_INVALID_HANDLE>, FailWith<ERROR_NO_SYSTEM_RESOURCES>, false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, MarkerAnswerTest, testing::ValuesIn(MarkerAnswers),
+                         [](const testing::TestParamInfo<MarkerAnswer>& info) {
+                             return std::string{info.param.name};
+                         });
+
+TEST_F(BusyMarkerTest, AnObjectOfAnotherKindUnderTheNameDoesNotStopASave) {
+    const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, UserMarker);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_TRUE(HasUserFile());
+    CloseHandle(event);
+}
+
+}  // namespace ZOTDam::Test

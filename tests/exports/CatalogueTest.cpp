@@ -1,9 +1,53 @@
-// The catalogue that the defaults file describes, seen through GetFuncCount.
-#include "support/ExportTest.h"
+// The catalogue that the defaults file describes, seen through GetFuncCount and through the functions that
+// GetParameter completes.
+#include "support/NumberTexts.h"
+#include "support/SettingsTest.h"
 
 namespace ZOTDam::Test {
 
-using CatalogueTest = ExportTest;
+namespace {
+
+constexpr std::size_t LongestText = TextCapacity - 1;
+
+std::string Units(std::size_t count) {
+    return std::string(count, 'n');
+}
+
+// Characters that take two UTF-16 units each.
+std::string SurrogatePairs(std::size_t count) {
+    std::string text;
+    while (count-- > 0)
+        text += "\U0001F50B";
+    return text;
+}
+
+std::string FunctionWithName(const std::string& name) {
+    return "<Function ID=\"2\" Name=\"" + name + "\"><Display/><Commands/></Function>";
+}
+
+std::string FunctionWithGroup(const std::string& group) {
+    return "<Function ID=\"2\" Group=\"" + group + "\"><Display/><Commands/></Function>";
+}
+
+std::string FunctionWithLabel(const std::string& source, const std::string& label) {
+    return "<Function ID=\"2\"><Display><" + source + "><DisplayItem Label=\"" + label + "\"/></" + source +
+           "></Display><Commands/></Function>";
+}
+
+}  // namespace
+
+class CatalogueTest : public SettingsTest {
+protected:
+    std::uint32_t CountOf(const std::string& functions) {
+        WriteFunctions(functions);
+        return Dll().GetFuncCount();
+    }
+
+    std::uint32_t CountInFile(std::string_view defaults) {
+        WriteDefaults(defaults);
+        return Dll().GetFuncCount();
+    }
+};
 
 TEST_F(CatalogueTest, CountsTheFunctionsOfTheDefaultsFile) {
     WriteDefaults(R"(<ZOTDefault><Functions>
@@ -12,5 +56,331 @@ TEST_F(CatalogueTest, CountsTheFunctionsOfTheDefaultsFile) {
     </Functions></ZOTDefault>)");
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
+
+TEST_F(CatalogueTest, CountsManyFunctions) {
+    std::string functions;
+    for (std::int32_t id = 0; id < 1000; ++id)
+        functions += Function(id);
+    EXPECT_EQ(CountOf(functions), 1000u);
+}
+
+// ---- The section ----
+
+TEST_F(CatalogueTest, IsUnavailableWithoutADefaultsFile) {
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, MakesNoDefaultsFile) {
+    Dll().GetFuncCount();
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+}
+
+TEST_F(CatalogueTest, IsUnavailableWhenTheFolderOfTheDefaultsFileIsMissing) {
+    std::filesystem::remove_all(installation.ProgramFiles());
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, IsUnavailableWhenAFolderHasTheNameOfTheDefaultsFile) {
+    std::filesystem::create_directory(installation.DefaultsFile());
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, IsUnavailableWhenTheFileIsEmpty) {
+    EXPECT_EQ(CountInFile(""), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, IsUnavailableWhenTheFileDoesNotParse) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><Functions>" + Function(1) + "</Functions>"), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, IsUnavailableWithoutAFunctionsSection) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><CommonSettings/></ZOTDefault>"), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, StaysUnavailableWithoutAFunctionsSection) {
+    CountInFile("<ZOTDefault/>");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, HasNoFunctionsWhenTheSectionIsEmpty) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><Functions/></ZOTDefault>"), 0u);
+}
+
+TEST_F(CatalogueTest, TakesARootOfAnyName) {
+    EXPECT_EQ(CountInFile("<Settings><Functions>" + Function(1) + "</Functions></Settings>"), 1u);
+}
+
+TEST_F(CatalogueTest, TakesARootWithANamespacePrefix) {
+    EXPECT_EQ(
+        CountInFile("<o:Root xmlns:o=\"urn:other\"><Functions>" + Function(1) + "</Functions></o:Root>"), 1u);
+}
+
+TEST_F(CatalogueTest, DoesNotTakeTheRootItselfAsTheSection) {
+    EXPECT_EQ(CountInFile("<Functions>" + Function(1) + "</Functions>"), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, DoesNotTakeASectionBelowAnotherElement) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><All><Functions>" + Function(1) + "</Functions></All></ZOTDefault>"),
+              CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, TakesTheFirstOfTwoSections) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><Functions>" + Function(1) + "</Functions><Functions>" +
+                          Functions({2, 3}) + "</Functions></ZOTDefault>"),
+              1u);
+}
+
+TEST_F(CatalogueTest, TakesTheFirstOfTwoSectionsEvenWhenItIsEmpty) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><Functions/><Functions>" + Function(1) + "</Functions></ZOTDefault>"),
+              0u);
+}
+
+TEST_F(CatalogueTest, NeverReadsALaterSection) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><Functions>" + Function(1) +
+                          "</Functions><Functions><Function/></Functions></ZOTDefault>"),
+              1u);
+}
+
+TEST_F(CatalogueTest, DoesNotTakeASectionWithAnotherCaseOfLetters) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><functions>" + Function(1) + "</functions></ZOTDefault>"),
+              CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, DoesNotTakeASectionInADefaultNamespace) {
+    EXPECT_EQ(CountInFile("<ZOTDefault xmlns=\"urn:other\"><Functions>" + Function(1) +
+                          "</Functions></ZOTDefault>"),
+              CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, DoesNotTakeASectionWithANamespacePrefix) {
+    EXPECT_EQ(CountInFile("<ZOTDefault xmlns:o=\"urn:other\"><o:Functions>" + Function(1) +
+                          "</o:Functions></ZOTDefault>"),
+              CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, TakesTheSectionBehindOneInANamespace) {
+    EXPECT_EQ(CountInFile("<ZOTDefault><Functions xmlns=\"urn:other\"/><Functions>" + Function(1) +
+                          "</Functions></ZOTDefault>"),
+              1u);
+}
+
+TEST_F(CatalogueTest, TakesASectionThatLeavesTheNamespaceOfTheRoot) {
+    EXPECT_EQ(CountInFile("<ZOTDefault xmlns=\"urn:other\"><Functions xmlns=\"\">" + Function(1) +
+                          "</Functions></ZOTDefault>"),
+              1u);
+}
+
+TEST_F(CatalogueTest, DoesNotDependOnTheBaseCatalogue) {
+    WriteBase("<ZOTBase><Functions>");
+    EXPECT_EQ(CountOf(Function(1)), 1u);
+}
+
+TEST_F(CatalogueTest, DoesNotFallBackToTheBaseCatalogue) {
+    WriteBase("<ZOTBase><Functions>" + Function(1) + "</Functions></ZOTBase>");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+// ---- When it is read ----
+
+TEST_F(CatalogueTest, StaysWhenTheFileChanges) {
+    CountOf(Function(1));
+    EXPECT_EQ(CountOf(Functions({1, 2})), 1u);
+}
+
+TEST_F(CatalogueTest, StaysWhenTheFileIsDeleted) {
+    CountOf(Function(1));
+    std::filesystem::remove(installation.DefaultsFile());
+    EXPECT_EQ(Dll().GetFuncCount(), 1u);
+}
+
+TEST_F(CatalogueTest, IsReadAnewByTheNextUseOfTheLibrary) {
+    CountOf(Function(1));
+    Unload();
+    EXPECT_EQ(CountOf(Functions({1, 2})), 2u);
+}
+
+TEST_F(CatalogueTest, AnEmptyOneIsNotReadAnewFromTheFile) {
+    CountOf("");
+    EXPECT_EQ(CountOf(Function(1)), 0u);
+}
+
+TEST_F(CatalogueTest, AFileThatCouldNotBeReadIsNotTriedAgain) {
+    CountInFile("<ZOTDefault>");
+    EXPECT_EQ(CountOf(Function(1)), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, AFileThatAppearsLaterIsNotRead) {
+    Dll().GetFuncCount();
+    EXPECT_EQ(CountOf(Function(1)), CatalogueUnavailable);
+}
+
+TEST_F(CatalogueTest, AFailedLoadFailsAgainAtTheNextCall) {
+    CountOf(Function(1) + Function(-3));
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+// ---- Functions ----
+
+TEST_F(CatalogueTest, CountsFunctionsOfTheSameIdOnce) {
+    EXPECT_EQ(CountOf(Functions({1, 1, 2, 1})), 2u);
+}
+
+TEST_F(CatalogueTest, AnIdWithoutDigitsIsTheIdZero) {
+    EXPECT_EQ(CountOf(R"(<Function ID="abc"><Display/><Commands/></Function>)" + Function(0)), 1u);
+}
+
+TEST_F(CatalogueTest, IsEnumeratedByAscendingId) {
+    WriteFunctions(Functions({300, 0, 20, 1}));
+    WriteBalanced(R"(<Function ID="-1" ACParamIndex="0" DCParamIndex="0"/>)");
+    EXPECT_EQ(GetParameter(Balanced), (Params{{-1, {}}, {0, {}}, {1, {}}, {20, {}}, {300, {}}}));
+}
+
+class CatalogueIdTest : public CatalogueTest, public testing::WithParamInterface<NumberText> {};
+
+TEST_P(CatalogueIdTest, IsReadAsANumberThatMustNotBeNegative) {
+    WriteFunctions("<Function ID=\"" + GetParam().text + "\"><Display/><Commands/></Function>");
+    WriteBalanced(R"(<Function ID="-1" ACParamIndex="0" DCParamIndex="0"/>)");
+    const std::int32_t id = GetParam().value;
+    EXPECT_EQ(Dll().GetFuncCount(), id < 0 ? CatalogueUnavailable : 1u);
+    EXPECT_EQ(GetParameter(Balanced), (id < 0 ? Params{} : Params{{-1, {}}, {id, {}}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Numbers, CatalogueIdTest, testing::ValuesIn(NumberTexts()), CaseName<NumberText>);
+
+// Each is the second of three functions.
+class BrokenFunctionTest : public CatalogueTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(BrokenFunctionTest, MakesTheWholeCatalogueUnavailable) {
+    EXPECT_EQ(CountOf(Function(1) + GetParam().xml + Function(3)), CatalogueUnavailable);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Structure, BrokenFunctionTest,
+    testing::Values(
+        XmlCase{"WithoutId", "<Function><Display/><Commands/></Function>"},
+        XmlCase{"WithAnIdOfAnotherCaseOfLetters", R"(<Function Id="2"><Display/><Commands/></Function>)"},
+        XmlCase{"WithAnIdInANamespace",
+                R"(<Function xmlns:o="urn:other" o:ID="2"><Display/><Commands/></Function>)"},
+        XmlCase{"WithANegativeId", Function(-3)}, XmlCase{"WithTheIdThatMeansFailure", Function(-1)},
+        XmlCase{"WithoutDisplay", R"(<Function ID="2"><Commands/></Function>)"},
+        XmlCase{"WithoutCommands", R"(<Function ID="2"><Display/></Function>)"},
+        XmlCase{"WithoutCommandsButWithTheIdOfTheFirst", R"(<Function ID="1"><Display/></Function>)"},
+        XmlCase{"WithoutChildren", R"(<Function ID="2"/>)"},
+        XmlCase{"WithDisplayInADefaultNamespace",
+                R"(<Function ID="2"><Display xmlns="urn:other"/><Commands/></Function>)"},
+        XmlCase{"WithCommandsOfANamespacePrefix",
+                R"(<Function ID="2" xmlns:o="urn:other"><Display/><o:Commands/></Function>)"},
+        XmlCase{"WithDisplayBelowAnotherElement",
+                R"(<Function ID="2"><All><Display/></All><Commands/></Function>)"},
+        XmlCase{"WithCommandsBelowDisplay", R"(<Function ID="2"><Display><Commands/></Display></Function>)"},
+        XmlCase{"WithAProcessingInstructionInThePlaceOfDisplay",
+                R"(<Function ID="2"><?Display?><Commands/></Function>)"},
+        XmlCase{"WithACommentInThePlaceOfCommands",
+                R"(<Function ID="2"><Display/><!--<Commands/>--></Function>)"},
+        XmlCase{"WithTextInThePlaceOfCommands",
+                R"(<Function ID="2"><Display/><![CDATA[<Commands/>]]></Function>)"}),
+    CaseName<XmlCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    OverLongTexts, BrokenFunctionTest,
+    testing::Values(XmlCase{"NameOf260Units", FunctionWithName(Units(LongestText + 1))},
+                    XmlCase{"NameOf10000Units", FunctionWithName(Units(10000))},
+                    XmlCase{"NameOf130SurrogatePairs", FunctionWithName(SurrogatePairs(130))},
+                    XmlCase{"NameThatEndsInsideASurrogatePair",
+                            FunctionWithName(Units(LongestText - 1) + SurrogatePairs(1))},
+                    XmlCase{"GroupOf260Units", FunctionWithGroup(Units(LongestText + 1))},
+                    XmlCase{"GroupOf10000Units", FunctionWithGroup(Units(10000))},
+                    XmlCase{"GroupOf130SurrogatePairs", FunctionWithGroup(SurrogatePairs(130))},
+                    XmlCase{"AcLabelOf260Units", FunctionWithLabel("AC", Units(LongestText + 1))},
+                    XmlCase{"AcLabelOf10000Units", FunctionWithLabel("AC", Units(10000))},
+                    XmlCase{"DcLabelOf260Units", FunctionWithLabel("DC", Units(LongestText + 1))},
+                    XmlCase{"DcLabelOf130SurrogatePairs", FunctionWithLabel("DC", SurrogatePairs(130))}),
+    CaseName<XmlCase>);
+
+// Each stands between two functions, and none hides the one behind it.
+class SoundFunctionTest : public CatalogueTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(SoundFunctionTest, Counts) {
+    EXPECT_EQ(CountOf(Function(1) + GetParam().xml + Function(3)), 3u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Structure, SoundFunctionTest,
+    testing::Values(
+        XmlCase{"WithDisplayBehindCommands", R"(<Function ID="2"><Commands/><Display/></Function>)"},
+        XmlCase{"WithoutAcItems",
+                R"(<Function ID="2"><Display><DC><DisplayItem/></DC></Display><Commands/></Function>)"},
+        XmlCase{"WithoutDcItems",
+                R"(<Function ID="2"><Display><AC><DisplayItem/></AC></Display><Commands/></Function>)"},
+        XmlCase{"WithEmptyLists", R"(<Function ID="2"><Display><AC/><DC/></Display><Commands/></Function>)"},
+        XmlCase{"WithACommand",
+                R"(<Function ID="2"><Display/><Commands><CommandItem ID="1"/></Commands></Function>)"},
+        XmlCase{"WithNumbersThatAreNone", R"(
+            <Function ID="2" Type="x" Flag=""><Display/><Commands>
+                <CommandItem Event="x" Flag="" ID="-" State="." ParamIndex1="one" ParamIndex2="99999999999"/>
+            </Commands></Function>)"},
+        XmlCase{"WithUnknownAttributesAndChildren", R"(
+            <Function Colour="red" ID="2"><Icon/><Display><UPS/></Display><Commands><Command/></Commands>
+            </Function>)"},
+        XmlCase{"WithOtherKindsOfNodes", R"(
+            <Function ID="2"><!--first-->text<?Display?><Display><![CDATA[AC]]></Display>
+            <?Commands?><Commands>text<!--last--></Commands></Function>)"},
+        XmlCase{"WithElementsInNamespacesBeforeItsOwn", R"(
+            <Function ID="2" xmlns:o="urn:other"><o:Display/><Display/><Commands xmlns="urn:other"/>
+            <Commands/></Function>)"}),
+    CaseName<XmlCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    LongTexts, SoundFunctionTest,
+    testing::Values(
+        XmlCase{"NameOf259Units", FunctionWithName(Units(LongestText))},
+        XmlCase{"NameOf129SurrogatePairsAndOneUnit", FunctionWithName(SurrogatePairs(129) + Units(1))},
+        XmlCase{"GroupOf259Units", FunctionWithGroup(Units(LongestText))},
+        XmlCase{"GroupOf129SurrogatePairsAndOneUnit", FunctionWithGroup(SurrogatePairs(129) + Units(1))},
+        XmlCase{"AcLabelOf259Units", FunctionWithLabel("AC", Units(LongestText))},
+        XmlCase{"DcLabelOf259Units", FunctionWithLabel("DC", Units(LongestText))},
+        XmlCase{"DcLabelOf129SurrogatePairsAndOneUnit",
+                FunctionWithLabel("DC", SurrogatePairs(129) + Units(1))},
+        XmlCase{"LabelInAListOfAnotherName", FunctionWithLabel("UPS", Units(10000))},
+        XmlCase{"TextThatNoFieldHolds",
+                "<Function ID=\"2\" Description=\"" + Units(10000) + "\"><Display/><Commands/></Function>"},
+        XmlCase{"SpecInfoOf10000Units", "<Function ID=\"2\"><Display/><Commands><CommandItem SpecInfo1=\"" +
+                                            Units(10000) + "\"/></Commands></Function>"}),
+    CaseName<XmlCase>);
+
+// What cannot be read there fails the load only when it is read.
+INSTANTIATE_TEST_SUITE_P(
+    LaterDuplicates, SoundFunctionTest,
+    testing::Values(XmlCase{"OfDisplay", "<Function ID=\"2\"><Display/><Display><AC><DisplayItem Label=\"" +
+                                             Units(10000) + "\"/></AC></Display><Commands/></Function>"},
+                    XmlCase{"OfAc", "<Function ID=\"2\"><Display><AC/><AC><DisplayItem Label=\"" +
+                                        Units(10000) + "\"/></AC></Display><Commands/></Function>"},
+                    XmlCase{"OfDc", "<Function ID=\"2\"><Display><DC/><DC><DisplayItem Label=\"" +
+                                        Units(10000) + "\"/></DC></Display><Commands/></Function>"},
+                    XmlCase{"OfCommands", R"(<Function ID="2"><Display/><Commands/><Commands/></Function>)"}),
+    CaseName<XmlCase>);
+
+// Each stands between two functions.
+class NoFunctionTest : public CatalogueTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(NoFunctionTest, IsPassedOver) {
+    EXPECT_EQ(CountOf(Function(1) + GetParam().xml + Function(3)), 2u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Nodes, NoFunctionTest,
+    testing::Values(
+        XmlCase{"Comment", "<!--" + Function(2) + "-->"},
+        XmlCase{"ProcessingInstruction", R"(<?Function ID="2"?>)"},
+        XmlCase{"CharacterData", "<![CDATA[" + Function(2) + "]]>"}, XmlCase{"Text", "Function ID=2"},
+        XmlCase{"FunctionWithANamespacePrefix",
+                R"(<o:Function xmlns:o="urn:other" ID="2"><Display/><Commands/></o:Function>)"},
+        XmlCase{"FunctionInADefaultNamespace",
+                R"(<Function xmlns="urn:other" ID="2"><Display/><Commands/></Function>)"},
+        XmlCase{"ElementOfAnotherCaseOfLetters", R"(<function ID="2"><Display/><Commands/></function>)"},
+        XmlCase{"ElementWithALongerName", R"(<Function2 ID="2"><Display/><Commands/></Function2>)"},
+        XmlCase{"FunctionBelowAnotherElement", "<Group>" + Function(2) + "</Group>"},
+        XmlCase{"FunctionBelowAFunction", Function(3, Function(2))}),
+    CaseName<XmlCase>);
 
 }  // namespace ZOTDam::Test

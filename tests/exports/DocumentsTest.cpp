@@ -1,1 +1,519 @@
+// The data files as documents: where they lie, when they are read, what is created in them, and how they are
+// saved.
+#include <windows.h>
+
+#include "support/DataFiles.h"
+#include "support/DomDocuments.h"
 #include "support/ExportTest.h"
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+class DocumentsTest : public ExportTest {
+protected:
+    bool SetFunctionOne() { return SetParameter(Balanced, {{1, {5, 6}}}); }
+    bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
+
+    std::filesystem::path UserFileWith(const wchar_t* extension) const {
+        return installation.UserFile().replace_extension(extension);
+    }
+    std::filesystem::path Sibling() const { return UserFileWith(L".new"); }
+    std::filesystem::path Backup() const { return UserFileWith(L".bak"); }
+
+    // A user file that a test finds unchanged, or knows how it changes.
+    void WriteStored() const { WriteUserSettings(Stored); }
+    inline static const std::string Stored = OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)));
+    inline static const std::string Updated = OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)));
+    inline static const std::string Created = NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6)));
+};
+
+// ---- The defaults
+// ------------------------------------------------------------------------------------------
+
+TEST_F(DocumentsTest, WithoutADefaultsFileThereIsNoCatalogue) {
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(DocumentsTest, WithAnUnreadableDefaultsFileThereIsNoCatalogue) {
+    WriteDefaults("<ZOTDefault><Functions>");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>");
+}
+
+TEST_F(DocumentsTest, WithoutAFunctionsSectionThereIsNoCatalogue) {
+    WriteDefaults("<ZOTDefault><CommonSettings/></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(DocumentsTest, AnEmptyFunctionsSectionIsAnEmptyCatalogue) {
+    WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), 0u);
+}
+
+TEST_F(DocumentsTest, ReadersNeverCreateADefaultsFile) {
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    EXPECT_EQ(GetParameterDefault(Balanced), Params{});
+    EXPECT_EQ(GetParameter(Balanced), Params{});
+    Unload();
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+}
+
+TEST_F(DocumentsTest, TheDefaultsAreReadOnceUntilTheLibraryIsLoadedAnew) {
+    WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), 0u);
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), 0u);
+    Unload();
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+}
+
+TEST_F(DocumentsTest, DefaultsThatAppearAfterTheirOnlyLoadAreNotSeen) {
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(DocumentsTest, DefaultsThatAreDeletedAfterTheirLoadAreStillKnown) {
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    std::filesystem::remove(installation.DefaultsFile());
+    EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+}
+
+TEST_F(DocumentsTest, TheRootOfTheDefaultsMayHaveAnyName) {
+    WriteDefaults("<Anything><Functions/></Anything>");
+    EXPECT_EQ(Dll().GetFuncCount(), 0u);
+}
+
+TEST_F(DocumentsTest, OnlyTheFirstFunctionsSectionIsRead) {
+    WriteDefaults(
+        "<ZOTDefault><Functions/><Functions><Function ID=\"1\"><Display/><Commands/></Function>"
+        "</Functions></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), 0u);
+}
+
+TEST_F(DocumentsTest, AFunctionsSectionInANamespaceIsNone) {
+    WriteDefaults("<ZOTDefault xmlns:x=\"urn:x\"><x:Functions/><Functions xmlns=\"urn:x\"/></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(DocumentsTest, AFunctionsSectionFurtherDownIsNone) {
+    WriteDefaults("<ZOTDefault><Other><Functions/></Other></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+// ---- The user settings
+// -------------------------------------------------------------------------------------
+
+TEST_F(DocumentsTest, TheFirstSaveCreatesTheFileWithDeclarationAndRoot) {
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings().find("<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg>"), 0u);
+}
+
+TEST_F(DocumentsTest, AReadOfASettingThatNobodyHasCreatesNoFile) {
+    wchar_t value[TextCapacity] = L"untouched";
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Name", value));
+    EXPECT_STREQ(value, L"untouched");
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(DocumentsTest, AReadThatFindsNothingCreatesNoFile) {
+    EXPECT_EQ(GetParameter(Balanced), Params{});
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(DocumentsTest, TheUserSettingsAreReadAnewForEachUse) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 7) + OldFunction(2, 7, 7))));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {7, 7}}, {2, {7, 7}}}));
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 8, 8) + OldFunction(2, 9, 9))));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {8, 8}}, {2, {9, 9}}}));
+}
+
+TEST_F(DocumentsTest, AnExistingRootIsKeptWhateverItsNameWithAllItHolds) {
+    WriteUserSettings("<Anything A=\"a\"><Other/></Anything>");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<Anything A=\"a\"><Other/><PowerSchemes>" +
+                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes></Anything>\n");
+}
+
+TEST_F(DocumentsTest, AMissingSectionIsAppendedToTheRoot) {
+    WriteUserSettings("<OrloPowerCfg><CommonSettings A=\"a\"/></OrloPowerCfg>");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
+                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes></OrloPowerCfg>\n");
+}
+
+TEST_F(DocumentsTest, OnlyTheFirstSchemesSectionIsUsed) {
+    const std::string second =
+        "<PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes>";
+    WriteUserSettings("<OrloPowerCfg><PowerSchemes/>" + second + "</OrloPowerCfg>");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes>" + NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes>" + second + "</OrloPowerCfg>\n");
+}
+
+TEST_F(DocumentsTest, ElementsInANamespaceMatchAtNoLevel) {
+    const std::string functions = "<x:Function ID=\"1\" ACParamIndex=\"2\" DCParamIndex=\"3\"/>";
+    const std::string schemes =
+        "<x:PowerScheme GUID=\"" + std::string{BalancedText} + "\">" + functions + "</x:PowerScheme>";
+    WriteUserSettings("<OrloPowerCfg xmlns:x=\"urn:x\"><x:PowerSchemes/><PowerSchemes>" + schemes +
+                      OldScheme(BalancedText, functions) + "</PowerSchemes></OrloPowerCfg>");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg xmlns:x=\"urn:x\"><x:PowerSchemes/><PowerSchemes>" + schemes +
+                                  OldScheme(BalancedText, functions + NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes></OrloPowerCfg>\n");
+}
+
+TEST_F(DocumentsTest, ASectionInADefaultNamespaceDoesNotMatchEither) {
+    const std::string foreign =
+        "<PowerSchemes xmlns=\"urn:x\">" + OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes>";
+    WriteUserSettings("<OrloPowerCfg>" + foreign + "</OrloPowerCfg>");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg>" + foreign + "<PowerSchemes>" +
+                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes></OrloPowerCfg>\n");
+}
+
+TEST_F(DocumentsTest, ForeignContentSurvivesAWrite) {
+    const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- head -->\n<?tool x=\"1\"?>\n";
+    const std::string before =
+        "<OrloPowerCfg Root=\"&lt;kept&gt; &amp; \xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80\">"
+        "<Other A=\"a\"><Deep>text</Deep></Other><!-- note --><PowerSchemes B=\"b\">"
+        "<Unknown/><PowerScheme GUID=\"" +
+        std::string{BalancedText} + "\" Name=\"mine\">";
+    const std::string behind =
+        "<![CDATA[a < b]]><!-- in --><Extra/></PowerScheme></PowerSchemes>"
+        "<![CDATA[ ]]><CommonSettings C=\"c\"/></OrloPowerCfg>\n<!-- tail -->\n";
+    WriteUserSettings(head + before + OldFunction(1, 2, 3) + behind);
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), head + before + OldFunction(1, 5, 6) + behind);
+}
+
+TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesFromMemory) {
+    WriteDefaults(TwoFunctions);
+    WriteStored();
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {8, 9}}}));
+    std::filesystem::remove(installation.UserFile());
+    EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+    EXPECT_EQ(UserSettings().find(BalancedText), std::string::npos);
+}
+
+TEST_F(DocumentsTest, DeletingTheFileDropsTheCommonSettingsFromMemory) {
+    WriteUserSettings(
+        "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes><PowerScheme/></PowerSchemes>"
+        "<Other/></OrloPowerCfg>");
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    std::filesystem::remove(installation.UserFile());
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
+                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes><Other/></OrloPowerCfg>\n");
+}
+
+TEST_F(DocumentsTest, DeletingAFileWithoutSchemesLeavesTheCommonSettingsInMemory) {
+    WriteUserSettings("<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes/></OrloPowerCfg>");
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    std::filesystem::remove(installation.UserFile());
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
+                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                  "</PowerSchemes></OrloPowerCfg>\n");
+}
+
+TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesAlsoWhileTheMarkerIsHeld) {
+    WriteStored();
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    std::filesystem::remove(installation.UserFile());
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    EXPECT_FALSE(Dll().ResetDefault());
+}
+
+// ---- Places
+// ------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentsTest, AMissingFolderIsNotCreatedAndTheSaveFails) {
+    std::filesystem::remove_all(installation.ProgramData());
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_FALSE(std::filesystem::exists(installation.ProgramData()));
+}
+
+TEST_F(DocumentsTest, AFolderThatAppearsLaterIsUsed) {
+    const std::filesystem::path folder = installation.UserFile().parent_path();
+    std::filesystem::remove_all(folder);
+    EXPECT_TRUE(SetFunctionOne());
+    std::filesystem::create_directories(folder);
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_TRUE(HasUserFile());
+}
+
+TEST_F(DocumentsTest, ThePlaceIsFixedWhenTheDocumentIsMade) {
+    EXPECT_TRUE(SetFunctionOne());
+    const Installation other;
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
+    EXPECT_FALSE(std::filesystem::exists(other.UserFile()));
+    EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8))));
+}
+
+// Lets a variable name the same folder in so many more units that `expanded`, which begins with it, has the
+// given number.
+void Stretch(const wchar_t* variable, const std::filesystem::path& folder, const std::wstring& rest,
+             std::size_t units) {
+    std::wstring stretched = folder.wstring();
+    if ((units - stretched.size() - rest.size()) % 2 != 0)
+        stretched += L"\\";
+    while (stretched.size() + rest.size() < units)
+        stretched += L"\\.";
+    SetEnvironmentVariableW(variable, stretched.c_str());
+}
+
+class LongFolderTest : public DocumentsTest {
+protected:
+    void StretchUserFolder(std::size_t units) const {
+        Stretch(L"ProgramData", installation.ProgramData(), L"\\Orlo Corporation\\QUEN Power Management\\",
+                units);
+    }
+    void StretchInstallationFolder(std::size_t units) const {
+        Stretch(L"ProgramFiles", installation.ProgramFiles(), L"\\Orlo\\QUEN Power Management\\", units);
+    }
+};
+
+TEST_F(LongFolderTest, AUserFolderOf255UnitsIsUsed) {
+    StretchUserFolder(255);
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Created);
+}
+
+TEST_F(LongFolderTest, InAUserFolderOf256UnitsNothingIsSaved) {
+    StretchUserFolder(256);
+    EXPECT_TRUE(SetFunctionOne());
+    for (const std::filesystem::directory_entry& entry :
+         std::filesystem::recursive_directory_iterator{installation.ProgramData()})
+        EXPECT_TRUE(entry.is_directory()) << entry.path();
+}
+
+TEST_F(LongFolderTest, WithoutAUserFolderNothingIsSavedInTheCurrentFolderEither) {
+    StretchUserFolder(1000);
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(installation.ProgramFiles());
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_TRUE(SetFunctionOne());
+    std::filesystem::current_path(before);
+    for (const std::filesystem::directory_entry& entry :
+         std::filesystem::directory_iterator{installation.ProgramFiles()})
+        EXPECT_EQ(entry.path().filename(), L"Orlo");
+}
+
+TEST_F(LongFolderTest, AnInstallationFolderOf255UnitsIsUsed) {
+    StretchInstallationFolder(255);
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+}
+
+TEST_F(LongFolderTest, InAnInstallationFolderOf256UnitsNothingIsFound) {
+    StretchInstallationFolder(256);
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+// ---- One document for each file
+// ----------------------------------------------------------------------------
+
+TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
+    WriteDefaults(TwoFunctions);
+    DomDocuments documents{Dll().Handle()};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(Dll().GetFuncCount(), 2u);
+        EXPECT_TRUE(SetFunctionOne());
+        GetParameter(Balanced);
+    }
+    EXPECT_EQ(documents.Made(), 2u);
+}
+
+TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
+    WriteDefaults(TwoFunctions);
+    DomDocuments documents{Dll().Handle()};
+    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(documents.Made(), 2u);
+}
+
+// ---- Saving
+// ------------------------------------------------------------------------------------------------
+
+class SavingTest : public DocumentsTest {
+protected:
+    // What the call that is to replace the file finds; then it fails.
+    struct Replacement {
+        std::filesystem::path source;
+        std::filesystem::path target;
+        std::string newContent;
+        std::string oldContent;
+    };
+    inline static Replacement seen;
+
+    static BOOL WINAPI LookAndFail(const wchar_t* source, const wchar_t* target, DWORD flags) {
+        EXPECT_TRUE(flags & MOVEFILE_REPLACE_EXISTING);
+        EXPECT_TRUE(flags & MOVEFILE_WRITE_THROUGH);
+        seen = {source, target, ReadFile(source), ReadFile(target)};
+        return FALSE;
+    }
+};
+
+TEST_F(SavingTest, TheNewContentIsWholeBesideTheOldFileBeforeItReplacesIt) {
+    WriteStored();
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &LookAndFail};
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(seen.source, Sibling());
+    EXPECT_EQ(seen.target, installation.UserFile());
+    EXPECT_EQ(seen.newContent, Updated);
+    EXPECT_EQ(seen.oldContent, Stored);
+}
+
+TEST_F(SavingTest, AFailedReplacementLeavesTheOldFileAndNoSibling) {
+    WriteStored();
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &LookAndFail};
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Stored);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, ASiblingThatDoesNotReachTheDiskReplacesNothing) {
+    WriteStored();
+    const ImportPatch patch{Dll().Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return FALSE; }};
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Stored);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, ASavedFileHasNeitherSiblingNorBackup) {
+    WriteStored();
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Updated);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(Backup()));
+}
+
+TEST_F(SavingTest, ANewFileHasNeitherSiblingNorBackup) {
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(Backup()));
+}
+
+TEST_F(SavingTest, ASiblingThatWasLeftBehindIsReplaced) {
+    WriteStored();
+    WriteFile(Sibling(), std::string(10000, 'x'));
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Updated);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, WhereTheSiblingCannotBeWrittenTheFileStays) {
+    WriteStored();
+    std::filesystem::create_directory(Sibling());
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Stored);
+}
+
+TEST_F(SavingTest, AReadOnlyFileStaysUnchanged) {
+    WriteStored();
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Stored);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(Backup()));
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(SavingTest, AFileThatIsOpenWithoutSharingStaysUnchanged) {
+    WriteStored();
+    const HANDLE lock = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(SetFunctionOne());
+    CloseHandle(lock);
+    EXPECT_EQ(UserSettings(), Stored);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Updated);
+}
+
+TEST_F(SavingTest, AFileThatIsOpenForReadingStaysUnchanged) {
+    WriteStored();
+    const HANDLE lock = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(SetFunctionOne());
+    CloseHandle(lock);
+    EXPECT_EQ(UserSettings(), Stored);
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, AFolderInThePlaceOfTheFileStays) {
+    std::filesystem::create_directory(installation.UserFile());
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, ACopyOfAFileThatDoesNotParseIsKept) {
+    WriteUserSettings("<OrloPowerCfg><PowerSchemes>");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_EQ(ReadFile(Backup()), "<OrloPowerCfg><PowerSchemes>");
+    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, ACopyOfAnEmptyFileIsKept) {
+    WriteUserSettings("");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_TRUE(std::filesystem::exists(Backup()));
+}
+
+TEST_F(SavingTest, TheCopyReplacesAnOlderCopy) {
+    WriteFile(Backup(), "older and longer than the next");
+    WriteUserSettings("broken");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(ReadFile(Backup()), "broken");
+}
+
+TEST_F(SavingTest, TheCopyStaysWhenLaterSavesFollow) {
+    WriteUserSettings("broken");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
+    EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8))));
+    EXPECT_EQ(ReadFile(Backup()), "broken");
+}
+
+TEST_F(SavingTest, AFileOfWhichNoCopyCanBeKeptIsNotReplaced) {
+    std::filesystem::create_directory(Backup());
+    WriteUserSettings("broken");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), "broken");
+}
+
+TEST_F(SavingTest, ACopyIsKeptOfAFileThatBecameUnreadableLater) {
+    WriteStored();
+    EXPECT_TRUE(SetFunctionOne());
+    WriteUserSettings("broken");
+    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_EQ(ReadFile(Backup()), "broken");
+}
+
+TEST_F(SavingTest, AReadThatAdoptsDefaultsKeepsACopyOfAnUnreadableFileToo) {
+    WriteDefaults(TwoFunctions);
+    WriteUserSettings("broken");
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+    EXPECT_EQ(ReadFile(Backup()), "broken");
+}
+
+}  // namespace ZOTDam::Test

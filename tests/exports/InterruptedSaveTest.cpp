@@ -1,1 +1,379 @@
-#include "support/ExportTest.h"
+// A save that ends before its time: the process dies, or the disk refuses. The user settings are then what
+// they were before or what they were to become, and nothing in between.
+#include <algorithm>
+#include <array>
+
+#include "support/DataFiles.h"
+#include "support/ImportPatch.h"
+#include "support/SettingsTest.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+constexpr wchar_t SaveInALoop[] = L"save-in-a-loop";
+constexpr wchar_t SaveAndDie[] = L"save-and-die";
+constexpr UINT DiedAsPlanned = 77;
+
+constexpr int FunctionCount = 40;
+
+std::map<std::int32_t, ParamValue> AllFunctionsSetTo(std::int32_t value) {
+    std::map<std::int32_t, ParamValue> params;
+    for (int id = 0; id < FunctionCount; ++id)
+        params[id] = {value, value};
+    return params;
+}
+
+void Store(const Library& dll, const GUID& scheme, std::int32_t value) {
+    dll.SetParameter(&scheme, ParamHolder{AllFunctionsSetTo(value)}.get());
+}
+
+// Two schemes follow each other: the second gets each value when the first has it.
+const RegisterRole saveInALoop{SaveInALoop, [](const std::vector<std::wstring>&) {
+                                   const Library dll;
+                                   for (std::int32_t value = 1;; ++value) {
+                                       Store(dll, Balanced, value);
+                                       Store(dll, HighPerformance, value);
+                                       if (value == 1)
+                                           SignalReady();
+                                   }
+                                   return 0;
+                               }};
+
+// ---- Functions of the platform that end the process, or refuse -------------------------------------------
+
+enum class Fate { Passes, DiesBefore, DiesAfter, Refuses };
+
+void Die() {
+    TerminateProcess(GetCurrentProcess(), DiedAsPlanned);
+}
+
+// One function of the platform, with what is to become of its next call.
+template <auto& Function, class Signature>
+struct FatefulCall;
+
+template <auto& Function, class Result, class... Arguments>
+struct FatefulCall<Function, Result WINAPI(Arguments...)> {
+    static inline Fate fate = Fate::Passes;
+    static inline Result refusal{};
+
+    static Result WINAPI Call(Arguments... arguments) {
+        if (fate == Fate::DiesBefore)
+            Die();
+        if (fate == Fate::Refuses) {
+            SetLastError(ERROR_DISK_FULL);
+            return refusal;
+        }
+        const Result result = Function(arguments...);
+        if (fate == Fate::DiesAfter)
+            Die();
+        return result;
+    }
+};
+
+template <auto& Function>
+using Fateful = FatefulCall<Function, std::remove_reference_t<decltype(Function)>>;
+
+using OpeningFile = Fateful<CreateFileW>;
+using FlushingFile = Fateful<FlushFileBuffers>;
+using MovingFile = Fateful<MoveFileExW>;
+using CopyingFile = Fateful<CopyFileW>;
+using DeletingFile = Fateful<DeleteFileW>;
+
+// Puts the calls between the loaded DLL and the platform.
+struct FatefulPlatform {
+    explicit FatefulPlatform(HMODULE dll)
+        : patches{ImportPatch{dll, "CreateFileW", OpeningFile::Call},
+                  ImportPatch{dll, "FlushFileBuffers", FlushingFile::Call},
+                  ImportPatch{dll, "MoveFileExW", MovingFile::Call},
+                  ImportPatch{dll, "CopyFileW", CopyingFile::Call},
+                  ImportPatch{dll, "DeleteFileW", DeletingFile::Call}} {
+        OpeningFile::refusal = INVALID_HANDLE_VALUE;
+    }
+    FatefulPlatform(const FatefulPlatform&) = delete;
+    FatefulPlatform& operator=(const FatefulPlatform&) = delete;
+    ~FatefulPlatform() {
+        for (Fate* const fate : Fates())
+            *fate = Fate::Passes;
+    }
+
+    // In the order of the fates in a SavePlan.
+    static std::array<Fate*, 5> Fates() {
+        return {&OpeningFile::fate, &FlushingFile::fate, &MovingFile::fate, &CopyingFile::fate,
+                &DeletingFile::fate};
+    }
+
+    std::array<ImportPatch, 5> patches;
+};
+
+// What becomes of each call in a save, and of the save.
+struct SavePlan {
+    std::string name;
+    std::array<Fate, 5> fates;
+    bool isStored;
+};
+
+void PrintTo(const SavePlan& plan, std::ostream* out) {
+    *out << plan.name;
+}
+
+// The argument names the fate of each call by a digit.
+const RegisterRole saveAndDie{SaveAndDie, [](const std::vector<std::wstring>& arguments) {
+                                  const Library dll;
+                                  const FatefulPlatform platform{dll.Handle()};
+                                  for (std::size_t call = 0; Fate* const fate : FatefulPlatform::Fates())
+                                      *fate = static_cast<Fate>(arguments.at(0).at(call++) - L'0');
+                                  Store(dll, Balanced, 2);
+                                  return 0;
+                              }};
+
+std::wstring AsArgument(const SavePlan& plan) {
+    std::wstring argument;
+    for (const Fate fate : plan.fates)
+        argument += static_cast<wchar_t>(L'0' + static_cast<int>(fate));
+    return argument;
+}
+
+constexpr Fate Passes = Fate::Passes;
+constexpr Fate DiesBefore = Fate::DiesBefore;
+constexpr Fate DiesAfter = Fate::DiesAfter;
+constexpr Fate Refuses = Fate::Refuses;
+
+}  // namespace
+
+class InterruptedSaveTest : public SettingsTest {
+protected:
+    InterruptedSaveTest() {
+        std::string functions;
+        for (int id = 0; id < FunctionCount; ++id)
+            functions += Function(id, R"(<Default ACParamIndex="0" DCParamIndex="0"/>)");
+        WriteFunctions(functions);
+    }
+
+    std::filesystem::path NewFile() const { return installation.UserFile().replace_extension(L".new"); }
+    std::filesystem::path KeptFile() const { return installation.UserFile().replace_extension(L".bak"); }
+
+    // The value that all functions of a scheme have; a scheme of which only a part was stored has none.
+    std::int32_t StoredValue(const GUID& scheme) {
+        const Params params = GetParameter(scheme);
+        if (params.size() != FunctionCount)
+            return -1;
+        const ParamValue value = params.front().second;
+        const bool isWhole =
+            value.ACParamIndex == value.DCParamIndex &&
+            std::ranges::all_of(params, [&](const auto& param) { return param.second == value; });
+        return isWhole ? value.ACParamIndex : -1;
+    }
+
+    // As if nothing had happened, this process reads and writes.
+    void ExpectThatTheNextSaveWorks() {
+        EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(9)));
+        EXPECT_EQ(StoredValue(Balanced), 9);
+        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    }
+};
+
+TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesEverySchemeOldOrNew) {
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    for (int kill = 0; kill < 25; ++kill) {
+        SCOPED_TRACE(kill);
+        {
+            SecondProcess saver{SaveInALoop};
+            // Each time a little later: a step is small against the duration of a save.
+            LARGE_INTEGER start;
+            LARGE_INTEGER now;
+            QueryPerformanceCounter(&start);
+            do
+                QueryPerformanceCounter(&now);
+            while ((now.QuadPart - start.QuadPart) * 10000 < frequency.QuadPart * 3 * kill);
+            saver.Kill();
+        }
+        ASSERT_TRUE(IsXml(installation.UserFile()));
+        const std::int32_t first = StoredValue(Balanced);
+        const std::int32_t second = StoredValue(HighPerformance);
+        EXPECT_GE(first, 1);
+        EXPECT_TRUE(second == first || second == first - 1) << first << ", " << second;
+        ExpectThatTheNextSaveWorks();
+        Unload();
+    }
+}
+
+// ---- Death at a certain call ----------------------------------------------------------------------------
+
+class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
+protected:
+    void SaveInAProcessThatDies() {
+        SecondProcess saver{SaveAndDie, {AsArgument(GetParam())}};
+        ASSERT_EQ(saver.WaitForExit(), DiedAsPlanned);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    , DeathInASaveTest,
+    testing::Values(
+        SavePlan{"BeforeTheNewFileIsOpened", {DiesBefore, Passes, Passes, Passes, Passes}, false},
+        SavePlan{"OnceTheNewFileIsOpen", {DiesAfter, Passes, Passes, Passes, Passes}, false},
+        SavePlan{"BeforeTheFlush", {Passes, DiesBefore, Passes, Passes, Passes}, false},
+        SavePlan{"BehindTheFlush", {Passes, DiesAfter, Passes, Passes, Passes}, false},
+        SavePlan{"BeforeTheMove", {Passes, Passes, DiesBefore, Passes, Passes}, false},
+        SavePlan{"BehindTheMove", {Passes, Passes, DiesAfter, Passes, Passes}, true},
+        SavePlan{
+            "BeforeTheClearingBehindARefusedFlush", {Passes, Refuses, Passes, Passes, DiesBefore}, false},
+        SavePlan{"BehindTheClearingBehindARefusedMove", {Passes, Passes, Refuses, Passes, DiesAfter}, false}),
+    CaseName<SavePlan>);
+
+TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
+    EXPECT_TRUE(SetParameter(HighPerformance, AllFunctionsSetTo(5)));
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+    const std::string before = UserSettings();
+    SaveInAProcessThatDies();
+    EXPECT_EQ(UserSettings() == before, !GetParam().isStored);
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 1);
+    EXPECT_EQ(StoredValue(HighPerformance), 5);
+    ExpectThatTheNextSaveWorks();
+    EXPECT_EQ(StoredValue(HighPerformance), 5);
+}
+
+TEST_P(DeathInASaveTest, OfTheFirstFileLeavesNoFileOrAWholeOne) {
+    SaveInAProcessThatDies();
+    EXPECT_EQ(HasUserSettings(), GetParam().isStored);
+    EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 0);
+    ExpectThatTheNextSaveWorks();
+}
+
+class DeathInACopyTest : public DeathInASaveTest {};
+
+INSTANTIATE_TEST_SUITE_P(
+    , DeathInACopyTest,
+    testing::Values(SavePlan{"Before", {Passes, Passes, Passes, DiesBefore, Passes}, false},
+                    SavePlan{"Behind", {Passes, Passes, Passes, DiesAfter, Passes}, false}),
+    CaseName<SavePlan>);
+
+TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
+    WriteUserSettings("<unreadable");
+    SaveInAProcessThatDies();
+    EXPECT_EQ(UserSettings(), "<unreadable");
+    ExpectThatTheNextSaveWorks();
+    EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
+}
+
+// ---- Left-overs -----------------------------------------------------------------------------------------
+
+TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+    WriteFile(NewFile(), UserSettings().substr(0, 300));
+    EXPECT_EQ(StoredValue(Balanced), 1);
+    ExpectThatTheNextSaveWorks();
+}
+
+TEST_F(InterruptedSaveTest, AWholeNewFileIsNotReadEither) {
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+    std::string newer = UserSettings();
+    WriteFile(NewFile(), newer.replace(newer.find("=\"1\""), 4, "=\"6\""));
+    EXPECT_EQ(StoredValue(Balanced), 1);
+}
+
+TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
+    WriteFile(NewFile(), std::string(100000, 'x'));
+    ExpectThatTheNextSaveWorks();
+}
+
+// ---- The disk refuses -----------------------------------------------------------------------------------
+
+class RefusedSaveTest : public InterruptedSaveTest {
+protected:
+    // Stores something while one function refuses its service.
+    template <class Call>
+    void SaveWithRefused() {
+        const FatefulPlatform platform{Dll().Handle()};
+        Call::fate = Fate::Refuses;
+        EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
+    }
+
+    template <class Call>
+    void ExpectThatARefusalChangesNothing() {
+        EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+        const std::string before = UserSettings();
+        SaveWithRefused<Call>();
+        EXPECT_EQ(UserSettings(), before);
+        EXPECT_FALSE(std::filesystem::exists(NewFile()));
+        EXPECT_EQ(StoredValue(Balanced), 1);
+        ExpectThatTheNextSaveWorks();
+    }
+};
+
+TEST_F(RefusedSaveTest, ARefusedOpeningChangesNothing) {
+    ExpectThatARefusalChangesNothing<OpeningFile>();
+}
+
+TEST_F(RefusedSaveTest, ARefusedFlushChangesNothing) {
+    ExpectThatARefusalChangesNothing<FlushingFile>();
+}
+
+TEST_F(RefusedSaveTest, ARefusedMoveChangesNothing) {
+    ExpectThatARefusalChangesNothing<MovingFile>();
+}
+
+TEST_F(RefusedSaveTest, ARefusedFirstSaveLeavesNoFile) {
+    SaveWithRefused<MovingFile>();
+    EXPECT_FALSE(HasUserSettings());
+    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    ExpectThatTheNextSaveWorks();
+}
+
+TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
+    WriteUserSettings("<unreadable");
+    SaveWithRefused<CopyingFile>();
+    EXPECT_EQ(UserSettings(), "<unreadable");
+    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    ExpectThatTheNextSaveWorks();
+    EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
+}
+
+TEST_F(RefusedSaveTest, AnUnreadableFileWhoseReplacementIsRefusedStaysBesideItsCopy) {
+    WriteUserSettings("<unreadable");
+    SaveWithRefused<MovingFile>();
+    EXPECT_EQ(UserSettings(), "<unreadable");
+    EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
+    ExpectThatTheNextSaveWorks();
+}
+
+TEST_F(RefusedSaveTest, AReadGivesItsResultAllTheSame) {
+    const FatefulPlatform platform{Dll().Handle()};
+    MovingFile::fate = Fate::Refuses;
+    EXPECT_EQ(StoredValue(Balanced), 0);
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(RefusedSaveTest, AFolderInThePlaceOfTheNewFileStopsTheSave) {
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+    std::filesystem::create_directory(NewFile());
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
+    EXPECT_EQ(StoredValue(Balanced), 1);
+    EXPECT_TRUE(std::filesystem::is_directory(NewFile()));
+}
+
+TEST_F(RefusedSaveTest, AReadOnlyFileIsNotReplaced) {
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
+    EXPECT_EQ(StoredValue(Balanced), 1);
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+    ExpectThatTheNextSaveWorks();
+}
+
+TEST_F(RefusedSaveTest, AFileThatAnotherProgramReadsIsReplacedOnceItIsFree) {
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
+    const HANDLE reader = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
+    CloseHandle(reader);
+    EXPECT_EQ(StoredValue(Balanced), 1);
+    ExpectThatTheNextSaveWorks();
+}
+
+}  // namespace ZOTDam::Test

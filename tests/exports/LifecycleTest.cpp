@@ -1,1 +1,695 @@
+// From the loading of the library to its end, whichever end that is.
+#include <windows.h>
+
+#include <msxml2.h>
+
+#include <cstdlib>
+#include <set>
+#include <thread>
+#include <utility>
+
+#include "support/DataFiles.h"
+#include "support/DomDocuments.h"
 #include "support/ExportTest.h"
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+template <class Action>
+void OnThreadWithoutCom(Action&& action) {
+    const std::jthread thread{std::forward<Action>(action)};
+}
+
+// The patch ends with the module.
+template <class Function>
+void PatchForGood(HMODULE module, const char* importedName, Function* replacement) {
+    static_cast<void>(new ImportPatch{module, importedName, replacement});
+}
+
+// The blocks that the DLL has from the C runtime's heap, counted until the DLL is freed.
+class Blocks {
+public:
+    static void Watch(HMODULE dll) {
+        live.clear();
+        freedFromBefore = 0;
+        PatchForGood(
+            dll, "malloc", +[](std::size_t size) { return Know(std::malloc(size)); });
+        PatchForGood(
+            dll, "calloc", +[](std::size_t n, std::size_t size) { return Know(std::calloc(n, size)); });
+        PatchForGood(
+            dll, "realloc", +[](void* block, std::size_t size) {
+                live.erase(block);
+                return Know(std::realloc(block, size));
+            });
+        PatchForGood(
+            dll, "free", +[](void* block) {
+                if (block != nullptr && live.erase(block) == 0)
+                    ++freedFromBefore;
+                std::free(block);
+            });
+    }
+
+    // Of those that it took while it was watched.
+    static std::size_t Live() { return live.size(); }
+
+    // The freed ones that it took before, when it was loaded.
+    static int FreedFromBefore() { return freedFromBefore; }
+
+private:
+    static void* Know(void* block) {
+        live.insert(block);
+        return block;
+    }
+
+    inline static std::set<void*> live;
+    inline static int freedFromBefore = 0;
+};
+
+// The DLL as a client has it that frees it without a ZOTDamExit.
+class BareDll {
+public:
+    HMODULE Handle() const noexcept { return module.Handle(); }
+
+    template <class Function>
+    Function* Get(const char* name) const {
+        return module.Export<Function*>(name);
+    }
+
+    // Makes the library hold all that it can hold: two documents, the catalogue and the current values.
+    void Fill() const {
+        EXPECT_EQ(Get<decltype(ZOTDam::GetFuncCount)>("GetFuncCount")(), 2u);
+        EXPECT_TRUE(
+            Get<decltype(ZOTDam::SetParameter)>("SetParameter")(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()));
+        EXPECT_TRUE(Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced));
+    }
+
+    void Exit() const { EXPECT_TRUE(Get<decltype(ZOTDam::ZOTDamExit)>("ZOTDamExit")()); }
+
+private:
+    Module module{Library::ProgramFolder() / L"ZOTDam.dll"};
+};
+
+}  // namespace
+
+class LifecycleTest : public ExportTest {
+protected:
+    void SetUp() override { WriteDefaults(TwoFunctions); }
+
+    bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
+
+    // What is left of a DLL that was loaded, used and freed.
+    template <class Use>
+    static std::size_t BlocksLeftBy(Use&& use) {
+        {
+            const BareDll dll;
+            Blocks::Watch(dll.Handle());
+            use(dll);
+        }
+        return Blocks::Live();
+    }
+
+    const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
+    ComScope com;
+};
+
+// ---- Loading
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(LifecycleTest, LoadingReadsNoFile) {
+    WriteDefaults("broken");
+    Dll();
+    WriteDefaults(TwoFunctions);
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+}
+
+TEST_F(LifecycleTest, LoadingAndFreeingWritesNoFile) {
+    Dll();
+    Unload();
+    EXPECT_EQ(Defaults(), TwoFunctions);
+    EXPECT_TRUE(std::filesystem::is_empty(installation.UserFile().parent_path()));
+}
+
+TEST_F(LifecycleTest, LoadingNeedsNoCom) {
+    OnThreadWithoutCom([] { EXPECT_NO_THROW(BareDll{}); });
+}
+
+TEST_F(LifecycleTest, ALibraryThatIsLoadedAgainWorksAndReadsAnew) {
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+    Unload();
+    EXPECT_EQ(GetModuleHandleW(L"ZOTDam.dll"), nullptr);
+    WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
+    EXPECT_EQ(Dll().GetFuncCount(), 0u);
+    EXPECT_EQ(GetParameterDefault(Balanced), Params{});
+}
+
+// ---- ZOTDamExit and FreeLibrary
+// ----------------------------------------------------------------------------
+
+TEST_F(LifecycleTest, ExitWithoutAnyUseGivesTrue) {
+    EXPECT_TRUE(Dll().ZOTDamExit());
+}
+
+TEST_F(LifecycleTest, ASecondExitGivesTrueToo) {
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_TRUE(Dll().ZOTDamExit());
+}
+
+TEST_F(LifecycleTest, ExitReleasesTheDocuments) {
+    DomDocuments documents{Dll().Handle()};
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+    EXPECT_EQ(documents.StillHeld(), 2u);
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_EQ(documents.StillHeld(), 0u);
+}
+
+TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
+    std::optional<BareDll> dll{std::in_place};
+    DomDocuments documents{dll->Handle()};
+    dll->Fill();
+    documents.StopCounting();
+    EXPECT_EQ(documents.StillHeld(), 2u);
+    dll.reset();
+    EXPECT_EQ(documents.StillHeld(), 0u);
+}
+
+TEST_F(LifecycleTest, FreeingWithoutAnExitFreesEveryBlock) {
+    EXPECT_EQ(BlocksLeftBy([](const BareDll& dll) { dll.Fill(); }), 0u);
+}
+
+TEST_F(LifecycleTest, FreeingAfterAnExitFreesEveryBlock) {
+    EXPECT_EQ(BlocksLeftBy([](const BareDll& dll) {
+                  dll.Fill();
+                  dll.Exit();
+              }),
+              0u);
+}
+
+TEST_F(LifecycleTest, FreeingFreesADocumentWithoutADomToo) {
+    EXPECT_EQ(BlocksLeftBy([](const BareDll& dll) {
+                  DomDocuments documents{dll.Handle()};
+                  documents.Fail(E_OUTOFMEMORY);
+                  EXPECT_EQ(dll.Get<decltype(ZOTDam::GetFuncCount)>("GetFuncCount")(), CatalogueUnavailable);
+              }),
+              0u);
+}
+
+TEST_F(LifecycleTest, FreeingWithoutAnExitFreesTheObjectsOfTheLoadAsAnExitDoes) {
+    BlocksLeftBy([](const BareDll& dll) { dll.Exit(); });
+    const int withExit = Blocks::FreedFromBefore();
+    BlocksLeftBy([](const BareDll&) {});
+    EXPECT_EQ(Blocks::FreedFromBefore(), withExit);
+}
+
+TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
+    const auto use = [this] {
+        EXPECT_EQ(GetParameter(Balanced), defaults);
+        EXPECT_EQ(GetParameterDefault(Balanced), defaults);
+        EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 3}}}));
+    };
+    Blocks::Watch(Dll().Handle());
+    use();
+    const std::size_t before = Blocks::Live();
+    for (int i = 0; i < 5; ++i)
+        use();
+    EXPECT_EQ(Blocks::Live(), before);
+}
+
+// ---- After ZOTDamExit
+// --------------------------------------------------------------------------------------
+
+// Every export has its arguments right and something to work on; no document is made and no file written.
+class AfterExitTest : public LifecycleTest {
+protected:
+    void SetUp() override {
+        LifecycleTest::SetUp();
+        EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+        std::filesystem::remove(installation.UserFile());
+        EXPECT_TRUE(Dll().ZOTDamExit());
+        documents.emplace(Dll().Handle());
+    }
+    void TearDown() override {
+        EXPECT_EQ(documents->Made(), 0u);
+        documents.reset();
+        EXPECT_EQ(items, 0);
+        EXPECT_FALSE(HasUserFile());
+        EXPECT_EQ(Defaults(), TwoFunctions);
+    }
+
+    int items = 0;
+    const GUID allZero = {};
+    Text buffer = L"untouched";
+
+private:
+    std::optional<DomDocuments> documents;
+};
+
+TEST_F(AfterExitTest, GetFuncCountGivesNoCatalogue) {
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(AfterExitTest, TheFunctionBasesGiveFalse) {
+    auto count = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord*) { ++items; });
+    EXPECT_FALSE(Dll().GetFunctionBase(&count));
+    EXPECT_FALSE(Dll().GetFunctionBaseUnSupported(&count));
+}
+
+TEST_F(AfterExitTest, GetFunctionInfoGivesFalse) {
+    auto count =
+        MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t, const FunctionRecord*) { ++items; });
+    EXPECT_FALSE(Dll().GetFunctionInfo(&count));
+}
+
+TEST_F(AfterExitTest, AddFunctionDefaultGivesFalse) {
+    FunctionBaseHolder holder;
+    holder.records.push_back({});
+    EXPECT_FALSE(Dll().AddFunctionDefault(&holder));
+}
+
+TEST_F(AfterExitTest, TheParametersGiveFalseForEveryScheme) {
+    auto count = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue*) { ++items; });
+    for (const GUID& scheme : {Balanced, allZero}) {
+        EXPECT_FALSE(Dll().GetParameter(&scheme, &count));
+        EXPECT_FALSE(Dll().GetParameterDefault(&scheme, &count));
+    }
+}
+
+TEST_F(AfterExitTest, SetParameterGivesFalseForEveryScheme) {
+    EXPECT_FALSE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_FALSE(SetParameter(allZero, {{1, {5, 6}}}));
+}
+
+TEST_F(AfterExitTest, ResetDefaultGivesFalse) {
+    EXPECT_FALSE(Dll().ResetDefault());
+}
+
+TEST_F(AfterExitTest, TheCurrentValuesGiveFalse) {
+    FuncCurValue value = {11, 12, 13};
+    EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
+    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+    EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
+    EXPECT_EQ(value.FunctionId, 11u);
+}
+
+TEST_F(AfterExitTest, GetCommandInfoGivesFalseForEveryScheme) {
+    auto count = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord*) { ++items; });
+    EXPECT_FALSE(Dll().GetCommandInfo(&Balanced, &count));
+    EXPECT_FALSE(Dll().GetCommandInfo(&allZero, &count));
+}
+
+TEST_F(AfterExitTest, GetDiffFuncListGivesFalseAndLeavesTheBuffers) {
+    Text values = L"untouched";
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 1, buffer, values));
+    EXPECT_STREQ(buffer, L"untouched");
+    EXPECT_STREQ(values, L"untouched");
+}
+
+TEST_F(AfterExitTest, GetSpecSchemeGivesFalse) {
+    auto count = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord*) { ++items; });
+    EXPECT_FALSE(Dll().GetSpecScheme(&count));
+}
+
+TEST_F(AfterExitTest, TheCommonSettingsGiveFalseAndLeaveTheBuffer) {
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Name", buffer));
+    EXPECT_STREQ(buffer, L"untouched");
+    EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"value"));
+    EXPECT_FALSE(Dll().InitCommonSetting());
+}
+
+TEST_F(AfterExitTest, ArgumentsThatAreRefusedBeforeAreRefusedAsWell) {
+    EXPECT_FALSE(Dll().GetFunctionBase(nullptr));
+    EXPECT_FALSE(Dll().GetParameter(&allZero, nullptr));
+    EXPECT_FALSE(Dll().SetParameter(&allZero, nullptr));
+    EXPECT_FALSE(Dll().AddFunctionDefault(nullptr));
+    EXPECT_FALSE(Dll().GetCommonSetting(nullptr, nullptr));
+}
+
+TEST_F(AfterExitTest, AnotherExitGivesTrue) {
+    EXPECT_TRUE(Dll().ZOTDamExit());
+}
+
+// ---- Documents without a DOM
+// -------------------------------------------------------------------------------
+
+class WithoutDomTest : public LifecycleTest {
+protected:
+    // What every export answers that reaches a document.
+    void ExpectNothingFound() {
+        EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+        EXPECT_EQ(GetParameter(Balanced), Params{});
+        EXPECT_EQ(GetParameterDefault(Balanced), Params{});
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+        EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
+        EXPECT_FALSE(Dll().ResetDefault());
+        EXPECT_FALSE(HasUserFile());
+    }
+};
+
+TEST_F(WithoutDomTest, OnAThreadWithoutComNothingIsFound) {
+    Dll();
+    OnThreadWithoutCom([this] { ExpectNothingFound(); });
+}
+
+TEST_F(WithoutDomTest, TheResetHasNothingToReset) {
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_FALSE(Dll().ResetDefault());
+}
+
+TEST_F(WithoutDomTest, ADocumentStaysWithoutDomOnThreadsThatHaveCom) {
+    Dll();
+    OnThreadWithoutCom([this] { ExpectNothingFound(); });
+    ExpectNothingFound();
+}
+
+TEST_F(WithoutDomTest, ADocumentStaysWithoutDomWhenItsMakingFailed) {
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(REGDB_E_CLASSNOTREG);
+    ExpectNothingFound();
+    documents.Fail(S_OK);
+    ExpectNothingFound();
+    EXPECT_EQ(documents.Made(), 0u);
+}
+
+TEST_F(WithoutDomTest, OneDocumentWithoutDomDoesNotHinderTheOther) {
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    documents.Fail(S_OK);
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
+    EXPECT_EQ(GetParameterDefault(Balanced), defaults);
+    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
+    EXPECT_EQ(GetParameter(Balanced), Params{});
+}
+
+TEST_F(WithoutDomTest, AnExistingFileStaysUnchanged) {
+    const std::string file = OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)));
+    WriteUserSettings(file);
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_FALSE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(WithoutDomTest, ALibraryThatIsLoadedAgainFindsEverything) {
+    Dll();
+    OnThreadWithoutCom([this] { ExpectNothingFound(); });
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    Unload();
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+}
+
+TEST_F(WithoutDomTest, TheLibraryNeverInitialisesCom) {
+    Dll();
+    OnThreadWithoutCom([this] {
+        ExpectNothingFound();
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
+        CoUninitialize();
+    });
+}
+
+TEST_F(LifecycleTest, WorksOnAnyThreadThatHasCom) {
+    OnThreadWithoutCom([this] {
+        EXPECT_EQ(GetParameter(Balanced), defaults);
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+        Unload();
+    });
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
+}
+
+// ---- OnItem
+// ------------------------------------------------------------------------------------------------
+
+// Calls GetParameter with an OnItem that does something at the first item; gives the items.
+class OnItemTest : public LifecycleTest {
+protected:
+    template <class Action>
+    Params ItemsWhile(Action&& atFirstItem) {
+        Params items;
+        auto callback = MakeCallback<IGetParameterCallback>([&](std::int32_t id, const ParamValue* value) {
+            if (items.empty())
+                atFirstItem();
+            items.emplace_back(id, *value);
+        });
+        EXPECT_TRUE(Dll().GetParameter(&Balanced, &callback));
+        return items;
+    }
+};
+
+TEST_F(OnItemTest, MayStoreParameters) {
+    EXPECT_EQ(ItemsWhile([this] {
+                  EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}, {2, {7, 8}}}));
+              }),
+              defaults);
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {7, 8}}}));
+}
+
+TEST_F(OnItemTest, MayReadTheSameScheme) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_EQ(GetParameter(Balanced), defaults); }), defaults);
+}
+
+TEST_F(OnItemTest, MayReadAnotherScheme) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_EQ(GetParameter(HighPerformance), defaults); }), defaults);
+    EXPECT_NE(UserSettings().find(HighPerformanceText), std::string::npos);
+}
+
+TEST_F(OnItemTest, MayReset) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_TRUE(Dll().ResetDefault()); }), defaults);
+    EXPECT_EQ(UserSettings().find("<PowerScheme "), std::string::npos);
+}
+
+TEST_F(OnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), defaults);
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(OnItemTest, OfTheDefaultsMayCallExitToo) {
+    Params items;
+    auto callback = MakeCallback<IGetParameterDefaultCallback>([&](std::int32_t id, const ParamValue* value) {
+        EXPECT_TRUE(Dll().ZOTDamExit());
+        items.emplace_back(id, *value);
+    });
+    EXPECT_TRUE(Dll().GetParameterDefault(&Balanced, &callback));
+    EXPECT_EQ(items, defaults);
+}
+
+// What a client may throw from its OnItem.
+struct ClientFailure {
+    int item;
+};
+
+class ThrowingOnItemTest : public OnItemTest {
+protected:
+    // Enumerates up to the given item, whose OnItem throws; gives the item that the failure carries.
+    int CaughtAt(decltype(&ZOTDam::GetParameter) enumerate, int failingItem) {
+        int item = 0;
+        auto callback = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue*) {
+            if (++item == failingItem)
+                throw ClientFailure{item};
+        });
+        try {
+            enumerate(&Balanced, &callback);
+        } catch (const ClientFailure& failure) {
+            EXPECT_EQ(item, failure.item);
+            return failure.item;
+        }
+        return 0;
+    }
+};
+
+TEST_F(ThrowingOnItemTest, ReachesTheClientAndEndsTheEnumeration) {
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 2), 2);
+    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 1), 1);
+    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
+}
+
+TEST_F(ThrowingOnItemTest, LeavesTheLibraryUsable) {
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
+}
+
+TEST_F(ThrowingOnItemTest, KeepsNoFurtherBlock) {
+    GetParameter(Balanced);
+    Blocks::Watch(Dll().Handle());
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
+    EXPECT_EQ(Blocks::Live(), 0u);
+}
+
+// ---- The end of the process
+// --------------------------------------------------------------------------------
+
+namespace {
+
+using Folders = std::vector<std::wstring>;
+
+// A starting process gets %ProgramFiles% from the system and not from its parent.
+void EnterInstallation(const Folders& folders) {
+    SetEnvironmentVariableW(L"ProgramFiles", folders.at(0).c_str());
+    SetEnvironmentVariableW(L"ProgramData", folders.at(1).c_str());
+}
+
+// Loads the DLL, and the defaults in it, in a process that will neither free it nor call its ZOTDamExit.
+Library& LoadForGood(const Folders& folders) {
+    EnterInstallation(folders);
+    Library& dll = *new Library;
+    dll.GetFuncCount();
+    return dll;
+}
+
+HANDLE OtherThreadIsInside() {
+    static const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    return event;
+}
+
+[[noreturn]] void StayInside() {
+    SetEvent(OtherThreadIsInside());
+    for (;;)
+        Sleep(INFINITE);
+}
+
+// Starts a thread with COM, and waits until the action on it has called StayInside.
+template <class Action>
+void LeaveAThreadInside(Action action) {
+    std::thread{[action] {
+        const ComScope com;
+        action();
+    }}.detach();
+    WaitForSingleObject(OtherThreadIsInside(), INFINITE);
+}
+
+// What only an unload may do: taking or deleting a lock of the library, and releasing a document.
+[[noreturn]] void EndWithFailure() {
+    TerminateProcess(GetCurrentProcess(), 1);
+    std::abort();
+}
+
+// The locks that the library has taken so far. (The C runtime in the DLL has some of its own.)
+std::set<CRITICAL_SECTION*>& LocksOfTheLibrary() {
+    static auto& locks = *new std::set<CRITICAL_SECTION*>;
+    return locks;
+}
+
+void WINAPI EnterAndRemember(CRITICAL_SECTION* lock) {
+    LocksOfTheLibrary().insert(lock);
+    EnterCriticalSection(lock);
+}
+
+template <auto Original>
+void WINAPI UnlessOfTheLibrary(CRITICAL_SECTION* lock) {
+    if (LocksOfTheLibrary().contains(lock))
+        EndWithFailure();
+    Original(lock);
+}
+
+ULONG WINAPI ForbiddenRelease(IUnknown*) {
+    EndWithFailure();
+}
+
+// All documents share the table of functions in which this puts another Release.
+void ForbidRelease(IUnknown* document) {
+    void** const release = *reinterpret_cast<void***>(document) + 2;
+    DWORD protection = 0;
+    VirtualProtect(release, sizeof *release, PAGE_READWRITE, &protection);
+    *release = reinterpret_cast<void*>(&ForbiddenRelease);
+}
+
+const RegisterRole justEnds{
+    L"just-ends", [](const Folders& folders) { return LoadForGood(folders).TEVGetParam(&Balanced) ? 0 : 1; }};
+
+const RegisterRole endsWatched{
+    L"ends-watched", [](const Folders& folders) {
+        EnterInstallation(folders);
+        Library& dll = *new Library;
+        auto& documents = *new DomDocuments{dll.Handle()};
+        PatchForGood(dll.Handle(), "EnterCriticalSection", &EnterAndRemember);
+        if (!dll.TEVGetParam(&Balanced) || documents.Made() != 2 || LocksOfTheLibrary().size() != 2)
+            return 1;
+        PatchForGood(dll.Handle(), "EnterCriticalSection", &UnlessOfTheLibrary<&EnterCriticalSection>);
+        PatchForGood(dll.Handle(), "DeleteCriticalSection", &UnlessOfTheLibrary<&DeleteCriticalSection>);
+        ForbidRelease(documents.Last());
+        return 0;
+    }};
+
+const RegisterRole endsAfterExit{L"ends-after-exit", [](const Folders& folders) {
+                                     Library& dll = LoadForGood(folders);
+                                     return dll.TEVGetParam(&Balanced) && dll.ZOTDamExit() ? 0 : 1;
+                                 }};
+
+const RegisterRole endsInOnItem{L"ends-in-on-item", [](const Folders& folders) {
+                                    auto end = MakeCallback<IGetParameterCallback>(
+                                        [](std::int32_t, const ParamValue*) { ExitProcess(0); });
+                                    LoadForGood(folders).GetParameter(&Balanced, &end);
+                                    return 1;
+                                }};
+
+const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& folders) {
+                                        LeaveAThreadInside([&dll = LoadForGood(folders)] {
+                                            auto stay = MakeCallback<IGetParameterCallback>(
+                                                [](std::int32_t, const ParamValue*) { StayInside(); });
+                                            dll.GetParameter(&Balanced, &stay);
+                                        });
+                                        return 0;
+                                    }};
+
+// The other thread holds the critical section of the document that it makes.
+const RegisterRole endsDuringCreation{
+    L"ends-during-creation", [](const Folders& folders) {
+        Library& dll = LoadForGood(folders);
+        PatchForGood(
+            dll.Handle(), "CoCreateInstance",
+            +[](REFCLSID, IUnknown*, DWORD, REFIID, void**) WINAPI -> HRESULT { StayInside(); });
+        LeaveAThreadInside([&dll] { dll.TEVGetParam(&Balanced); });
+        return 0;
+    }};
+
+// The other thread holds the busy marker of the file that it writes.
+const RegisterRole endsDuringASave{
+    L"ends-during-a-save", [](const Folders& folders) {
+        Library& dll = LoadForGood(folders);
+        PatchForGood(
+            dll.Handle(), "MoveFileExW",
+            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { StayInside(); });
+        LeaveAThreadInside([&dll] { dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()); });
+        return 0;
+    }};
+
+}  // namespace
+
+class ProcessEndTest : public LifecycleTest {
+protected:
+    DWORD ExitCodeOf(const wchar_t* role) const {
+        return SecondProcess{role, {installation.ProgramFiles(), installation.ProgramData()}}.WaitForExit();
+    }
+};
+
+class WayToEndTest : public ProcessEndTest, public testing::WithParamInterface<const wchar_t*> {};
+
+TEST_P(WayToEndTest, IsAnOrderlyOne) {
+    EXPECT_EQ(ExitCodeOf(WayToEndTest::GetParam()), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutExitAndFreeing, WayToEndTest, testing::Values(L"just-ends"));
+INSTANTIATE_TEST_SUITE_P(WithoutReleasingOrLockingAnything, WayToEndTest, testing::Values(L"ends-watched"));
+INSTANTIATE_TEST_SUITE_P(WithoutFreeing, WayToEndTest, testing::Values(L"ends-after-exit"));
+INSTANTIATE_TEST_SUITE_P(InsideOnItem, WayToEndTest, testing::Values(L"ends-in-on-item"));
+INSTANTIATE_TEST_SUITE_P(WithAThreadInOnItem, WayToEndTest, testing::Values(L"ends-during-on-item"));
+INSTANTIATE_TEST_SUITE_P(WithAThreadInACriticalSection, WayToEndTest,
+                         testing::Values(L"ends-during-creation"));
+INSTANTIATE_TEST_SUITE_P(WithAThreadThatSaves, WayToEndTest, testing::Values(L"ends-during-a-save"));
+
+TEST_F(ProcessEndTest, DuringASaveLeavesNoMarkerBehind) {
+    EXPECT_EQ(ExitCodeOf(L"ends-during-a-save"), 0u);
+    EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, UserMarker), nullptr);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}, {2, {9, 9}}}));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {7, 8}}, {2, {9, 9}}}));
+}
+
+}  // namespace ZOTDam::Test

@@ -1,1 +1,476 @@
-#include "support/ExportTest.h"
+// The functions 7 and 8 switch between two refresh rates and are hidden when the display lacks one of them.
+// What a function's AC items offer is visible here too, since the first two of them are the rates.
+#include <climits>
+#include <cstring>
+
+#include "support/ImportPatch.h"
+#include "support/NumberTexts.h"
+#include "support/SettingsTest.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+// The display that the module sees while this object lives; there is one at a time. It is also a record of
+// what the module asks it.
+class FakeDisplay {
+public:
+    struct Call {
+        std::wstring device;
+        DWORD number;
+        DEVMODEW received;
+        const DEVMODEW* structure;
+    };
+
+    FakeDisplay(HMODULE module, std::vector<DWORD> modeRates)
+        : rates{std::move(modeRates)}, patch{module, "EnumDisplaySettingsW", &Enumerate} {
+        current = this;
+    }
+    FakeDisplay(const FakeDisplay&) = delete;
+    FakeDisplay& operator=(const FakeDisplay&) = delete;
+    ~FakeDisplay() { current = nullptr; }
+
+    const std::vector<Call>& Calls() const noexcept { return calls; }
+
+    std::vector<DWORD> AskedNumbers() const {
+        std::vector<DWORD> numbers;
+        for (const Call& call : calls)
+            numbers.push_back(call.number);
+        return numbers;
+    }
+
+    // As a display driver may do: answers for a mode without setting its rate.
+    static constexpr DWORD RateLeftAsItIs = 0xABCD;
+
+private:
+    static BOOL WINAPI Enumerate(const wchar_t* device, DWORD number, DEVMODEW* mode) {
+        return current->Answer(device != nullptr ? device : L"", number, *mode) ? TRUE : FALSE;
+    }
+
+    bool Answer(const wchar_t* device, DWORD number, DEVMODEW& mode) {
+        calls.push_back({device, number, mode, &mode});
+        if (number >= rates.size())
+            return false;
+        mode.dmPelsWidth = 1000 + number;
+        if (rates[number] != RateLeftAsItIs)
+            mode.dmDisplayFrequency = rates[number];
+        return true;
+    }
+
+    static inline FakeDisplay* current = nullptr;
+
+    std::vector<DWORD> rates;
+    std::vector<Call> calls;
+    ImportPatch patch;
+};
+
+std::string Options(std::initializer_list<std::string> options) {
+    std::string items;
+    for (const std::string& option : options)
+        items += "<DisplayItem Option=\"" + option + "\"/>";
+    return items;
+}
+
+// A function of the defaults with the given display items and the default {1, 2}.
+std::string RateFunction(std::int32_t id, const std::string& acItems, const std::string& dcItems = {}) {
+    return "<Function ID=\"" + std::to_string(id) + "\"><Display><AC>" + acItems + "</AC><DC>" + dcItems +
+           "</DC></Display><Commands/><Default ACParamIndex=\"1\" DCParamIndex=\"2\"/></Function>";
+}
+
+std::string PlainFunction(std::int32_t id) {
+    return RateFunction(id, "");
+}
+
+}  // namespace
+
+class RefreshRateTest : public SettingsTest {
+protected:
+    FakeDisplay& Display(const std::vector<DWORD>& rates) { return display.emplace(Dll().Handle(), rates); }
+
+    // Whether the function 7 is shown, which the scheme holds.
+    bool IsShown(const std::string& acItems, const std::vector<DWORD>& rates) {
+        return AreShown(RateFunction(7, acItems), rates);
+    }
+
+    bool AreShown(const std::string& functions, const std::vector<DWORD>& rates) {
+        Display(rates);
+        WriteFunctions(functions);
+        WriteBalanced(OldFunction(7, 1, 2));
+        return GetParameter(Balanced) == Params{{7, {1, 2}}};
+    }
+
+    // What remains of a stored scheme, which may be completed, on a display with 60 Hz only.
+    Params OnA60HzDisplay(const std::string& functions, const std::string& stored) {
+        Display({60});
+        WriteFunctions(functions);
+        WriteBalanced(stored);
+        return GetParameter(Balanced);
+    }
+
+    void TearDown() override { display.reset(); }
+
+    std::optional<FakeDisplay> display;
+};
+
+// ---- Which functions are hidden ----
+
+TEST_F(RefreshRateTest, ShowsAFunctionWhoseRatesTheDisplayOffers) {
+    EXPECT_TRUE(IsShown(Options({"60", "48"}), {60, 48}));
+}
+
+TEST_F(RefreshRateTest, HidesAFunctionWhoseSecondRateTheDisplayLacks) {
+    EXPECT_FALSE(IsShown(Options({"60", "48"}), {60, 59}));
+}
+
+TEST_F(RefreshRateTest, HidesAFunctionWhoseFirstRateTheDisplayLacks) {
+    EXPECT_FALSE(IsShown(Options({"60", "48"}), {48, 75}));
+}
+
+TEST_F(RefreshRateTest, HidesAFunctionWhenTheDisplayHasNoModes) {
+    EXPECT_FALSE(IsShown(Options({"60", "60"}), {}));
+}
+
+TEST_F(RefreshRateTest, HidesBothFunctions) {
+    const std::string rates = Options({"60", "48"});
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates),
+                             OldFunction(1, 3, 4) + OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
+              (Params{{1, {3, 4}}}));
+}
+
+TEST_F(RefreshRateTest, JudgesEachFunctionByItsOwnRates) {
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + RateFunction(8, Options({"60", "60"})),
+                             OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
+              (Params{{8, {3, 4}}}));
+}
+
+TEST_F(RefreshRateTest, FindsTheRatesInAnyOrder) {
+    EXPECT_TRUE(IsShown(Options({"60", "48"}), {75, 48, 100, 60}));
+}
+
+TEST_F(RefreshRateTest, RemembersARateThatALaterModeDoesNotHave) {
+    EXPECT_TRUE(IsShown(Options({"60", "48"}), {60, 75, 75, 48}));
+}
+
+TEST_F(RefreshRateTest, FindsBothRatesInOneMode) {
+    EXPECT_TRUE(IsShown(Options({"60", "58"}), {59}));
+}
+
+TEST_F(RefreshRateTest, TakesOnlyTheFirstTwoItems) {
+    EXPECT_TRUE(IsShown(Options({"60", "48", "144"}), {60, 48}));
+}
+
+TEST_F(RefreshRateTest, JudgesAFunctionWithMoreThanTwoItems) {
+    EXPECT_FALSE(IsShown(Options({"60", "48", "144"}), {60, 144}));
+}
+
+TEST_F(RefreshRateTest, DoesNotHideDefaults) {
+    Display({60});
+    WriteFunctions(RateFunction(7, Options({"60", "48"})));
+    EXPECT_EQ(GetParameterDefault(Balanced), (Params{{7, {1, 2}}}));
+    EXPECT_TRUE(display->Calls().empty());
+}
+
+struct DifferenceCase {
+    std::string name;
+    std::int32_t option;
+    DWORD rate;
+    bool matches;
+};
+
+void PrintTo(const DifferenceCase& difference, std::ostream* out) {
+    *out << difference.option << " and a mode of " << difference.rate << " Hz";
+}
+
+class RateDifferenceTest : public RefreshRateTest, public testing::WithParamInterface<DifferenceCase> {};
+
+TEST_P(RateDifferenceTest, MayBeOne) {
+    const std::string option = std::to_string(GetParam().option);
+    EXPECT_EQ(IsShown(Options({option, option}), {GetParam().rate}), GetParam().matches);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rates, RateDifferenceTest,
+    testing::Values(DifferenceCase{"Same", 60, 60, true}, DifferenceCase{"OneLess", 60, 59, true},
+                    DifferenceCase{"OneMore", 60, 61, true}, DifferenceCase{"TwoLess", 60, 58, false},
+                    DifferenceCase{"TwoMore", 60, 62, false}, DifferenceCase{"ZeroAndOne", 0, 1, true},
+                    DifferenceCase{"ZeroAndTwo", 0, 2, false}, DifferenceCase{"OneAndZero", 1, 0, true},
+                    DifferenceCase{"OppositeSigns", -60, 60, false}),
+    CaseName<DifferenceCase>);
+
+// Numbers of 32 bits wrap, in the options as in the modes.
+INSTANTIATE_TEST_SUITE_P(
+    Wrapping, RateDifferenceTest,
+    testing::Values(DifferenceCase{"MinusOneAndZero", -1, 0, true},
+                    DifferenceCase{"MinusOneAndTheLastRate", -1, 0xFFFFFFFF, true},
+                    DifferenceCase{"ZeroAndTheLastRate", 0, 0xFFFFFFFF, true},
+                    DifferenceCase{"OneAndTheLastRate", 1, 0xFFFFFFFF, false},
+                    DifferenceCase{"LargestAndItself", INT_MAX, 0x7FFFFFFF, true},
+                    DifferenceCase{"LargestAndTheNext", INT_MAX, 0x80000000, true},
+                    DifferenceCase{"LargestAndTheNextButOne", INT_MAX, 0x80000001, false},
+                    DifferenceCase{"SmallestAndItself", INT_MIN, 0x80000000, true},
+                    DifferenceCase{"SmallestAndTheOneBefore", INT_MIN, 0x7FFFFFFF, true},
+                    DifferenceCase{"SmallestAndTheOneBeforeThat", INT_MIN, 0x7FFFFFFE, false},
+                    DifferenceCase{"SmallestAndOne", INT_MIN, 1, false}),
+    CaseName<DifferenceCase>);
+
+// ---- What the display is asked ----
+
+TEST_F(RefreshRateTest, AsksThePrimaryDisplay) {
+    IsShown(Options({"60", "48"}), {60, 48});
+    for (const FakeDisplay::Call& call : display->Calls())
+        EXPECT_EQ(call.device, L"");
+}
+
+TEST_F(RefreshRateTest, AsksForEveryModeWhenARateIsMissing) {
+    IsShown(Options({"60", "48"}), {60, 75, 100});
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 2, 3}));
+}
+
+TEST_F(RefreshRateTest, StopsAskingWhenBothRatesAreFound) {
+    IsShown(Options({"60", "48"}), {60, 48, 75});
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+}
+
+TEST_F(RefreshRateTest, StopsAskingAtTheFirstModeThatHasBothRates) {
+    IsShown(Options({"60", "60"}), {60, 48, 75});
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0}));
+}
+
+TEST_F(RefreshRateTest, AsksAnewForEachFunctionByAscendingId) {
+    OnA60HzDisplay(RateFunction(8, Options({"60", "60"})) + RateFunction(7, Options({"60", "48"})),
+                   OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 0}));
+}
+
+TEST_F(RefreshRateTest, AsksAnewForEachCall) {
+    EXPECT_TRUE(IsShown(Options({"60", "48"}), {60, 48}));
+    display.reset();
+    Display({60});
+    EXPECT_EQ(GetParameter(Balanced), Params{});
+}
+
+// Display drivers tell from the size which fields they may fill, and some show other modes for another size.
+TEST_F(RefreshRateTest, AsksWithAStructureOfZeros) {
+    OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + RateFunction(8, Options({"60", "48"})),
+                   OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
+    ASSERT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
+    const DEVMODEW zeros = {};
+    for (const std::size_t first : {0, 2}) {
+        const DEVMODEW& received = display->Calls()[first].received;
+        EXPECT_EQ(received.dmSize, 0);
+        EXPECT_EQ(std::memcmp(&received, &zeros, sizeof zeros), 0);
+    }
+}
+
+TEST_F(RefreshRateTest, DoesNotResetTheStructureBetweenModes) {
+    IsShown(Options({"60", "48"}), {60, 75, 100});
+    const auto& calls = display->Calls();
+    ASSERT_EQ(calls.size(), 4u);
+    for (std::size_t i = 1; i < calls.size(); ++i) {
+        EXPECT_EQ(calls[i].structure, calls[0].structure);
+        EXPECT_EQ(calls[i].received.dmSize, 0);
+        EXPECT_EQ(calls[i].received.dmPelsWidth, 999 + i);
+    }
+    EXPECT_EQ(calls[3].received.dmDisplayFrequency, 100u);
+}
+
+TEST_F(RefreshRateTest, AModeThatSetsNoRateHasTheOneOfTheModeBefore) {
+    EXPECT_FALSE(IsShown(Options({"60", "0"}), {60, FakeDisplay::RateLeftAsItIs}));
+}
+
+// ---- Which functions are judged ----
+
+struct UnjudgedCase {
+    std::string name;
+    std::int32_t id;
+    std::string acItems;
+    std::string dcItems;
+};
+
+void PrintTo(const UnjudgedCase& unjudged, std::ostream* out) {
+    *out << RateFunction(unjudged.id, unjudged.acItems, unjudged.dcItems);
+}
+
+class UnjudgedFunctionTest : public RefreshRateTest, public testing::WithParamInterface<UnjudgedCase> {};
+
+TEST_P(UnjudgedFunctionTest, IsShownWithoutAskingTheDisplay) {
+    const auto& [name, id, acItems, dcItems] = GetParam();
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(id, acItems, dcItems), OldFunction(id, 3, 4)),
+              (Params{{id, {3, 4}}}));
+    EXPECT_TRUE(display->Calls().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Functions, UnjudgedFunctionTest,
+                         testing::Values(UnjudgedCase{"OfTheId6", 6, Options({"60", "48"}), ""},
+                                         UnjudgedCase{"OfTheId9", 9, Options({"60", "48"}), ""},
+                                         UnjudgedCase{"OfTheId0", 0, Options({"60", "48"}), ""},
+                                         UnjudgedCase{"OfTheId78", 78, Options({"60", "48"}), ""},
+                                         UnjudgedCase{"WithoutItems", 7, "", ""},
+                                         UnjudgedCase{"WithOneAcItem", 7, Options({"48"}), ""},
+                                         UnjudgedCase{"WithOneAcItemAndTwoDcItems", 8, Options({"48"}),
+                                                      Options({"60", "48"})},
+                                         UnjudgedCase{"WithDcItemsOnly", 8, "", Options({"60", "48"})}),
+                         CaseName<UnjudgedCase>);
+
+TEST_F(RefreshRateTest, JudgesByTheAcItemsAlone) {
+    EXPECT_TRUE(AreShown(RateFunction(7, Options({"60", "60"}), Options({"60", "48"})), {60}));
+}
+
+// ---- What the AC items offer ----
+
+TEST_F(RefreshRateTest, AnItemWithoutOptionHasTheOneOfTheItemBefore) {
+    EXPECT_TRUE(IsShown(R"(<DisplayItem Option="48"/><DisplayItem Label="x"/>)", {48}));
+}
+
+TEST_F(RefreshRateTest, AFirstItemWithoutOptionHasTheOptionZero) {
+    EXPECT_TRUE(IsShown(R"(<DisplayItem/><DisplayItem Option="48"/>)", {0, 48}));
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+}
+
+TEST_F(RefreshRateTest, ItemsWithoutAnyOptionHaveTheOptionZero) {
+    EXPECT_FALSE(IsShown("<DisplayItem/><DisplayItem/>", {60}));
+}
+
+TEST_F(RefreshRateTest, AnOptionDoesNotPassToTheNextFunction) {
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "60"}), Options({"60"})) +
+                                 RateFunction(8, R"(<DisplayItem/><DisplayItem Option="60"/>)"),
+                             OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
+              (Params{{7, {3, 4}}}));
+}
+
+TEST_F(RefreshRateTest, ItemsDoNotPassToTheNextFunction) {
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "60"})) + RateFunction(8, Options({"48"})),
+                             OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
+              (Params{{7, {3, 4}}, {8, {3, 4}}}));
+}
+
+TEST_F(RefreshRateTest, ItemsPassNeitherToAFunctionWithoutAc) {
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + Function(8),
+                             OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
+              (Params{{8, {3, 4}}}));
+}
+
+TEST_F(RefreshRateTest, TakesTheItemsOfTheFirstOfTwoFunctionsOfTheSameId) {
+    EXPECT_TRUE(
+        AreShown(RateFunction(7, Options({"60", "60"})) + RateFunction(7, Options({"60", "48"})), {60}));
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0}));
+}
+
+TEST_F(RefreshRateTest, TakesTheFirstOfTwoAcLists) {
+    EXPECT_TRUE(AreShown("<Function ID=\"7\"><Display><AC>" + Options({"60", "60"}) + "</AC><AC>" +
+                             Options({"48", "48"}) + "</AC></Display><Commands/></Function>",
+                         {60}));
+}
+
+TEST_F(RefreshRateTest, TakesTheFirstOfTwoDisplays) {
+    EXPECT_TRUE(AreShown("<Function ID=\"7\"><Display><AC>" + Options({"60", "60"}) +
+                             "</AC></Display><Display><AC>" + Options({"48", "48"}) +
+                             "</AC></Display><Commands/></Function>",
+                         {60}));
+}
+
+TEST_F(RefreshRateTest, PassesOverAllThatIsNoDisplayItem) {
+    EXPECT_TRUE(IsShown(R"(text<!--<DisplayItem Option="48"/>--><DisplayItem Option="60"/>
+        <?DisplayItem Option="48"?><![CDATA[<DisplayItem Option="48"/>]]>
+        <DisplayItem xmlns="urn:other" Option="48"/><o:DisplayItem xmlns:o="urn:other" Option="48"/>
+        <displayitem Option="48"/><Group><DisplayItem Option="48"/></Group>
+        <DisplayItem option="48" Option="60"><DisplayItem Option="48"/></DisplayItem>)",
+                        {60}));
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0}));
+}
+
+class OptionNumberTest : public RefreshRateTest, public testing::WithParamInterface<NumberText> {};
+
+TEST_P(OptionNumberTest, IsARate) {
+    const auto& [name, text, value] = GetParam();
+    const auto rate = static_cast<DWORD>(value);
+    EXPECT_TRUE(IsShown(Options({text, "1000"}), {rate, 1000}));
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+}
+
+TEST_P(OptionNumberTest, IsNoRateTwoAside) {
+    const auto& [name, text, value] = GetParam();
+    const auto rate = static_cast<DWORD>(value);
+    EXPECT_FALSE(IsShown(Options({text, text}), {rate - 2, rate + 2}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Numbers, OptionNumberTest, testing::ValuesIn(NumberTexts()), CaseName<NumberText>);
+
+// ---- Hidden functions and the user settings ----
+
+TEST_F(RefreshRateTest, AdoptsTheDefaultsOfAHiddenFunction) {
+    Display({60});
+    WriteFunctions(PlainFunction(1) + RateFunction(7, Options({"60", "48"})));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {1, 2}}}));
+    EXPECT_EQ(UserSettings(),
+              NewUserFile(NewScheme(BalancedText, NewFunction(1, 1, 2) + NewFunction(7, 1, 2))));
+}
+
+TEST_F(RefreshRateTest, LeavesAStoredHiddenFunctionInTheFile) {
+    OnA60HzDisplay(PlainFunction(1) + RateFunction(7, Options({"60", "48"})),
+                   OldFunction(1, 3, 4) + OldFunction(7, 3, 4));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + OldFunction(7, 3, 4))));
+}
+
+TEST_F(RefreshRateTest, DoesNotStoreAHiddenFunctionThatItCompleted) {
+    EXPECT_EQ(OnA60HzDisplay(PlainFunction(2) + RateFunction(7, Options({"60", "48"})) +
+                                 RateFunction(8, Options({"60", "60"})) + PlainFunction(9),
+                             OldFunction(1, 3, 4)),
+              (Params{{1, {3, 4}}, {2, {1, 2}}, {8, {1, 2}}, {9, {1, 2}}}));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + NewFunction(2, 1, 2) +
+                                                      NewFunction(8, 1, 2) + NewFunction(9, 1, 2))));
+}
+
+TEST_F(RefreshRateTest, WritesTheFileEvenWhenAllThatItCompletedIsHidden) {
+    Display({60});
+    WriteFunctions(RateFunction(7, Options({"60", "48"})));
+    WriteUserSettings(R"(<OrloPowerCfg>
+        <PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+            <Function ID="1" ACParamIndex="+3" DCParamIndex="04"></Function>
+        </PowerScheme></PowerSchemes></OrloPowerCfg>)");
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {3, 4}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4))));
+}
+
+TEST_F(RefreshRateTest, CompletesNothingMoreOnceAllIsHidden) {
+    const std::string stored = OldFunction(7, 3, 4);
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + PlainFunction(9), stored), Params{});
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, stored)));
+}
+
+TEST_F(RefreshRateTest, CompletesOnWhenSomethingIsLeft) {
+    EXPECT_EQ(OnA60HzDisplay(PlainFunction(1) + RateFunction(7, Options({"60", "48"})) + PlainFunction(9),
+                             OldFunction(7, 3, 4)),
+              (Params{{1, {1, 2}}, {9, {1, 2}}}));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText,
+                                    OldFunction(7, 3, 4) + NewFunction(1, 1, 2) + NewFunction(9, 1, 2))));
+}
+
+TEST_F(RefreshRateTest, JudgesOnWhenAllIsHidden) {
+    const std::string rates = Options({"60", "48"});
+    OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates), OldFunction(7, 3, 4));
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
+}
+
+TEST_F(RefreshRateTest, JudgesForAnEmptySchemeToo) {
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})), ""), Params{});
+    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+}
+
+TEST_F(RefreshRateTest, StoresAnUnchangedSchemeWhenItHidesAllThatItHeldAndCompleted) {
+    const std::string rates = Options({"60", "48"});
+    EXPECT_EQ(OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates), OldFunction(8, 3, 4)),
+              Params{});
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(8, 3, 4))));
+}
+
+TEST_F(RefreshRateTest, DoesNotHideAFunctionThatTheCatalogueLacks) {
+    EXPECT_EQ(OnA60HzDisplay(PlainFunction(1), OldFunction(1, 3, 4) + OldFunction(7, 3, 4)),
+              (Params{{1, {3, 4}}, {7, {3, 4}}}));
+    EXPECT_TRUE(display->Calls().empty());
+}
+
+}  // namespace ZOTDam::Test

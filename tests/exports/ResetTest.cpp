@@ -1,1 +1,189 @@
+// ResetDefault: empties the user settings as this process last read them, and saves.
+#include "support/DataFiles.h"
 #include "support/ExportTest.h"
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+class ResetTest : public ExportTest {
+protected:
+    void WriteScheme() const {
+        WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6))));
+    }
+    // The reset works on what was read last, so something has to be read first.
+    void ReadUserSettings() { Dll().TEVGetParam(&HighPerformance); }
+    bool Reset() {
+        ReadUserSettings();
+        return Dll().ResetDefault();
+    }
+};
+
+TEST_F(ResetTest, RemovesAllSchemesAddsTheOtherSectionAndSaves) {
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) +
+                                  OldScheme(HighPerformanceText, OldFunction(1, 7, 8))));
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, RemovesTheCommonSettingsWithTheSchemes) {
+    WriteUserSettings(R"(<OrloPowerCfg><CommonSettings A="a" B="b"><C/>text<!-- note --></CommonSettings>)"
+                      R"(<PowerSchemes><PowerScheme GUID="x"/></PowerSchemes></OrloPowerCfg>)");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, RemovesChildrenOfEveryKind) {
+    WriteUserSettings(
+        "<OrloPowerCfg><PowerSchemes>text<!-- note --><![CDATA[data]]><?pi x?><Other/>"
+        "</PowerSchemes><CommonSettings/></OrloPowerCfg>");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, CountsAChildOfAnyKindAsSomethingToReset) {
+    WriteUserSettings(
+        "<OrloPowerCfg><PowerSchemes><!-- note --></PowerSchemes>"
+        "<CommonSettings A=\"a\"/></OrloPowerCfg>");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, KeepsTheAttributesOfTheSchemesSection) {
+    WriteUserSettings(
+        "<OrloPowerCfg><PowerSchemes Version=\"2\"><PowerScheme/></PowerSchemes>"
+        "<CommonSettings/></OrloPowerCfg>");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(),
+              "<OrloPowerCfg><PowerSchemes Version=\"2\"/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, KeepsEverythingOutsideTheTwoSections) {
+    WriteUserSettings(
+        "<!-- head --><OrloPowerCfg Root=\"kept\"><Other>kept</Other><PowerSchemes><PowerScheme/>"
+        "</PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(),
+              "<!-- head -->\n<OrloPowerCfg Root=\"kept\"><Other>kept</Other><PowerSchemes/>"
+              "<CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, ClearsTheFirstSectionsOnly) {
+    WriteUserSettings(
+        "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/>"
+        "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(),
+              "<OrloPowerCfg><PowerSchemes/><CommonSettings/>"
+              "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, WithoutASchemeGivesFalseAndKeepsTheCommonSettings) {
+    const std::string file = "<OrloPowerCfg><PowerSchemes/><CommonSettings A=\"a\"/></OrloPowerCfg>";
+    WriteUserSettings(file);
+    EXPECT_FALSE(Reset());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(ResetTest, WithoutASchemesSectionGivesFalseAndSavesNothing) {
+    const std::string file = "<OrloPowerCfg><CommonSettings A=\"a\"/></OrloPowerCfg>";
+    WriteUserSettings(file);
+    EXPECT_FALSE(Reset());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(ResetTest, WithoutAFileGivesFalseAndCreatesNone) {
+    EXPECT_FALSE(Reset());
+    EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
+}
+
+TEST_F(ResetTest, GivesFalseInAProcessThatHasNotReadTheSettings) {
+    WriteScheme();
+    const std::string file = UserSettings();
+    EXPECT_FALSE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(ResetTest, TheSecondResetGivesFalse) {
+    WriteScheme();
+    EXPECT_TRUE(Reset());
+    EXPECT_FALSE(Dll().ResetDefault());
+    EXPECT_FALSE(Reset());
+}
+
+TEST_F(ResetTest, DoesNotReadTheFileAgain) {
+    WriteScheme();
+    ReadUserSettings();
+    WriteUserSettings("<OrloPowerCfg><Newer/></OrloPowerCfg>");
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, WritesAFileThatWasDeletedSinceItWasRead) {
+    WriteScheme();
+    ReadUserSettings();
+    std::filesystem::remove(installation.UserFile());
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, LetsTheNextReadAdoptTheDefaultsAnew) {
+    WriteDefaults(TwoFunctions);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {50, 60}}}));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {50, 60}}, {2, {4, 5}}}));
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+    EXPECT_EQ(UserSettings(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<OrloPowerCfg><PowerSchemes>" +
+                                  NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)) +
+                                  "</PowerSchemes><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, LeavesTheDefaultsFileAlone) {
+    WriteDefaults(TwoFunctions);
+    WriteScheme();
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(Defaults(), TwoFunctions);
+}
+
+TEST_F(ResetTest, WhileTheFileIsBusyGivesTrueAndEmptiesTheMemoryOnly) {
+    WriteDefaults(TwoFunctions);
+    WriteScheme();
+    ReadUserSettings();
+    const std::string file = UserSettings();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), file);
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+}
+
+TEST_F(ResetTest, IsLostWithTheNextReadWhenItsSaveWasSkipped) {
+    WriteScheme();
+    ReadUserSettings();
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(Dll().ResetDefault());
+    }
+    EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + NewFunction(2, 7, 8))));
+}
+
+TEST_F(ResetTest, IgnoresASaveThatFails) {
+    WriteScheme();
+    ReadUserSettings();
+    const std::string file = UserSettings();
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
+                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(ResetTest, AfterExitGivesFalse) {
+    WriteScheme();
+    ReadUserSettings();
+    const std::string file = UserSettings();
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_FALSE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+}  // namespace ZOTDam::Test

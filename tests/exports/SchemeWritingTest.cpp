@@ -1,1 +1,305 @@
+// SetParameter: what it writes into the user settings file, and which maps it takes.
+#include <windows.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+
+#include "support/ClientMap.h"
+#include "support/DataFiles.h"
 #include "support/ExportTest.h"
+
+namespace ZOTDam::Test {
+
+class SchemeWritingTest : public ExportTest {
+protected:
+    // A user file of one scheme with these functions.
+    void WriteScheme(const std::string& functions) const {
+        WriteUserSettings(OldUserFile(OldScheme(BalancedText, functions)));
+    }
+    static std::string SchemeFile(const std::string& functions) {
+        return OldUserFile(OldScheme(BalancedText, functions));
+    }
+    static std::string NewSchemeFile(const std::string& functions) {
+        return NewUserFile(NewScheme(BalancedText, functions));
+    }
+    bool SetParameter(const ParamMapHolder* holder) { return Dll().SetParameter(&Balanced, holder); }
+    using ExportTest::SetParameter;
+};
+
+TEST_F(SchemeWritingTest, CreatesTheFileWithDeclarationRootSchemeAndFunction) {
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(),
+              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes>"
+              "<PowerScheme GUID=\"381b4222-f694-41f0-9685-ff5bb260df2e\">\n\t"
+              "<Function ID=\"1\" ACParamIndex=\"5\" DCParamIndex=\"6\">\n\t</Function></PowerScheme>"
+              "</PowerSchemes></OrloPowerCfg>\n");
+}
+
+TEST_F(SchemeWritingTest, AppendsANewSchemeBehindTheOthers) {
+    const std::string other = OldScheme(HighPerformanceText, OldFunction(1, 2, 3));
+    WriteUserSettings(OldUserFile(other));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(other + NewScheme(BalancedText, NewFunction(1, 5, 6))));
+}
+
+TEST_F(SchemeWritingTest, WritesTheFunctionsOfANewSchemeByAscendingSignedId) {
+    EXPECT_TRUE(
+        SetParameter(Balanced, {{10, {1, 1}}, {-1, {2, 2}}, {0, {3, 3}}, {9, {4, 4}}, {-20, {5, 5}}}));
+    EXPECT_EQ(UserSettings(),
+              NewSchemeFile(NewFunction(-20, 5, 5) + NewFunction(-1, 2, 2) + NewFunction(0, 3, 3) +
+                            NewFunction(9, 4, 4) + NewFunction(10, 1, 1)));
+}
+
+TEST_F(SchemeWritingTest, UpdatesInPlaceAppendsWhatIsNewAndKeepsTheRest) {
+    WriteScheme(OldFunction(5, 1, 1) + OldFunction(9, 2, 2));
+    EXPECT_TRUE(SetParameter(Balanced, {{3, {30, 31}}, {5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(),
+              SchemeFile(OldFunction(5, 50, 51) + OldFunction(9, 2, 2) + NewFunction(3, 30, 31)));
+}
+
+TEST_F(SchemeWritingTest, AppendsSeveralNewFunctionsByAscendingId) {
+    WriteScheme(OldFunction(5, 1, 1));
+    EXPECT_TRUE(SetParameter(Balanced, {{8, {8, 8}}, {-2, {2, 2}}, {7, {7, 7}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(5, 1, 1) + NewFunction(-2, 2, 2) + NewFunction(7, 7, 7) +
+                                         NewFunction(8, 8, 8)));
+}
+
+TEST_F(SchemeWritingTest, WritesNegativeAndExtremeNumbersInDecimal) {
+    constexpr auto min = std::numeric_limits<std::int32_t>::min();
+    constexpr auto max = std::numeric_limits<std::int32_t>::max();
+    EXPECT_TRUE(SetParameter(Balanced, {{min, {-1, max}}, {max, {min, 0}}}));
+    EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(min, -1, max) + NewFunction(max, min, 0)));
+    EXPECT_NE(UserSettings().find("ID=\"-2147483648\" ACParamIndex=\"-1\" DCParamIndex=\"2147483647\""),
+              std::string::npos);
+}
+
+TEST_F(SchemeWritingTest, UpdatesEveryDuplicateOfAFunction) {
+    WriteScheme(OldFunction(5, 1, 1) + OldFunction(6, 1, 1) + OldFunction(5, 2, 2));
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(),
+              SchemeFile(OldFunction(5, 50, 51) + OldFunction(6, 1, 1) + OldFunction(5, 50, 51)));
+}
+
+TEST_F(SchemeWritingTest, KeepsOtherAttributesAndTheirPlaces) {
+    WriteScheme(R"(<Function A="a" DCParamIndex="1" ID="5" B="b" ACParamIndex="1" C="c"/>)");
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(),
+              SchemeFile(R"(<Function A="a" DCParamIndex="51" ID="5" B="b" ACParamIndex="50" C="c"/>)"));
+}
+
+TEST_F(SchemeWritingTest, AddsAMissingValueToAStoredFunctionAcBeforeDc) {
+    WriteScheme(R"(<Function ID="5"/>)");
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(5, 50, 51)));
+}
+
+TEST_F(SchemeWritingTest, KeepsTheChildrenOfAnUpdatedFunction) {
+    WriteScheme(R"(<Function ID="5" ACParamIndex="1" DCParamIndex="1"><Note>kept</Note></Function>)");
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(
+        UserSettings(),
+        SchemeFile(R"(<Function ID="5" ACParamIndex="50" DCParamIndex="51"><Note>kept</Note></Function>)"));
+}
+
+TEST_F(SchemeWritingTest, ReadsAStoredIdUpToItsFirstNonDigitAndLeavesItsTextAlone) {
+    WriteScheme(R"(<Function ID=" +5x" ACParamIndex="1" DCParamIndex="1"/>)");
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(R"(<Function ID=" +5x" ACParamIndex="50" DCParamIndex="51"/>)"));
+}
+
+TEST_F(SchemeWritingTest, TakesAnIdWithoutDigitsForZero) {
+    WriteScheme(R"(<Function ID="abc" ACParamIndex="1" DCParamIndex="1"/>)");
+    EXPECT_TRUE(SetParameter(Balanced, {{0, {50, 51}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(R"(<Function ID="abc" ACParamIndex="50" DCParamIndex="51"/>)"));
+}
+
+TEST_F(SchemeWritingTest, FindsTheSchemeWhateverTheCaseOfItsGuid) {
+    const std::string upper = "381B4222-F694-41F0-9685-FF5BB260DF2E";
+    WriteUserSettings(OldUserFile(OldScheme(upper, OldFunction(1, 2, 3))));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(upper, OldFunction(1, 5, 6))));
+}
+
+TEST_F(SchemeWritingTest, DoesNotFindASchemeWhoseGuidHasBraces) {
+    const std::string braced = OldScheme("{" + std::string{BalancedText} + "}", OldFunction(1, 2, 3));
+    WriteUserSettings(OldUserFile(braced));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(braced + NewScheme(BalancedText, NewFunction(1, 5, 6))));
+}
+
+TEST_F(SchemeWritingTest, WritesIntoTheFirstOfTwoSchemesWithTheSameGuid) {
+    const std::string second = OldScheme(BalancedText, OldFunction(1, 8, 9));
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)) + second));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + second));
+}
+
+TEST_F(SchemeWritingTest, ASchemeWithoutGuidHidesTheSchemesBehindIt) {
+    const std::string hidden = "<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3));
+    WriteUserSettings(OldUserFile(hidden));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(hidden + NewScheme(BalancedText, NewFunction(1, 5, 6))));
+}
+
+TEST_F(SchemeWritingTest, ASchemeWithoutGuidDoesNotHideTheSchemesBeforeIt) {
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)) + "<PowerScheme/>"));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + "<PowerScheme/>"));
+}
+
+TEST_F(SchemeWritingTest, ConsidersDirectChildrenOnly) {
+    const std::string nested = "<Group>" + OldFunction(1, 2, 3) + "</Group>";
+    WriteScheme(nested);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(nested + NewFunction(1, 5, 6)));
+}
+
+TEST_F(SchemeWritingTest, DoesNotSaveASchemeWhoseFirstFunctionLacksItsId) {
+    const std::string file =
+        SchemeFile(R"(<Function ACParamIndex="1" DCParamIndex="1"/>)" + OldFunction(5, 1, 1));
+    WriteUserSettings(file);
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(SchemeWritingTest, DoesNotSaveASchemeInWhichALaterFunctionLacksItsId) {
+    const std::string file = SchemeFile(OldFunction(5, 1, 1) + "<Function/>");
+    WriteUserSettings(file);
+    EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(SchemeWritingTest, WritesOnTopOfWhatAnotherProgramHasChanged) {
+    WriteScheme(OldFunction(1, 2, 3));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    WriteScheme(OldFunction(4, 2, 3));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(4, 2, 3) + NewFunction(1, 7, 8)));
+}
+
+TEST_F(SchemeWritingTest, WritingTheSameAgainLeavesOneSchemeAndOneFunction) {
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    const std::string file = UserSettings();
+    EXPECT_EQ(file.find("<PowerScheme "), file.rfind("<PowerScheme "));
+    EXPECT_EQ(file.find("<Function "), file.rfind("<Function "));
+}
+
+TEST_F(SchemeWritingTest, NeedsNoDefaultsFile) {
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+    EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
+}
+
+TEST_F(SchemeWritingTest, KeepsFunctionsThatTheCatalogueDoesNotKnow) {
+    WriteDefaults(TwoFunctions);
+    WriteScheme(OldFunction(77, 7, 7));
+    EXPECT_TRUE(SetParameter(Balanced, {{78, {8, 8}}}));
+    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(77, 7, 7) + NewFunction(78, 8, 8)));
+}
+
+// ---- Maps as clients build them -------------------------------------------------------------------------
+
+// Each order of filling gives the tree another shape; the entries are always the ids 1 to 7.
+class TreeShapeTest : public SchemeWritingTest,
+                      public testing::WithParamInterface<std::vector<std::int32_t>> {};
+
+TEST_P(TreeShapeTest, IsWalkedByAscendingId) {
+    std::vector<ClientEntry> entries;
+    for (const std::int32_t id : GetParam())
+        entries.push_back({id, {id * 10, -id}});
+    EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
+    std::string functions;
+    for (const std::int32_t id : {1, 2, 3, 4, 5, 6, 7})
+        functions += NewFunction(id, id * 10, -id);
+    EXPECT_EQ(UserSettings(), NewSchemeFile(functions));
+}
+
+INSTANTIATE_TEST_SUITE_P(RightChain, TreeShapeTest, testing::Values(std::vector{1, 2, 3, 4, 5, 6, 7}));
+INSTANTIATE_TEST_SUITE_P(LeftChain, TreeShapeTest, testing::Values(std::vector{7, 6, 5, 4, 3, 2, 1}));
+INSTANTIATE_TEST_SUITE_P(Balanced, TreeShapeTest, testing::Values(std::vector{4, 2, 6, 1, 3, 5, 7}));
+INSTANTIATE_TEST_SUITE_P(ZigzagFromTheLeft, TreeShapeTest, testing::Values(std::vector{1, 7, 2, 6, 3, 5, 4}));
+INSTANTIATE_TEST_SUITE_P(ZigzagFromTheRight, TreeShapeTest,
+                         testing::Values(std::vector{7, 1, 6, 2, 5, 3, 4}));
+INSTANTIATE_TEST_SUITE_P(RootWithoutLeftChild, TreeShapeTest,
+                         testing::Values(std::vector{1, 5, 3, 2, 4, 7, 6}));
+INSTANTIATE_TEST_SUITE_P(RootWithoutRightChild, TreeShapeTest,
+                         testing::Values(std::vector{7, 3, 5, 4, 6, 1, 2}));
+
+TEST_F(SchemeWritingTest, TakesAMapWithOneEntry) {
+    EXPECT_TRUE(SetParameter(ClientMap{{{1, {5, 6}}}}.get()));
+    EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
+}
+
+// Linked as a red-black tree is: the colours, which belong to the client, alternate by level.
+TEST_F(SchemeWritingTest, TakesARedBlackTreeWhateverItsColours) {
+    ParamTreeNode nil{}, two{}, one{}, four{}, three{}, five{};
+    nil = {&one, &two, &five, 1, 1, 0, {}};
+    two = {&one, &nil, &four, 1, 0, 2, {2, 20}};
+    one = {&nil, &two, &nil, 1, 0, 1, {1, 10}};
+    four = {&three, &two, &five, 0, 0, 4, {4, 40}};
+    three = {&nil, &four, &nil, 'r', 0, 3, {3, 30}};
+    five = {&nil, &four, &nil, -1, 0, 5, {5, 50}};
+    const ParamMapHolder holder{nullptr, {&nil, 5}};
+    EXPECT_TRUE(SetParameter(&holder));
+    EXPECT_EQ(UserSettings(),
+              NewSchemeFile(NewFunction(1, 1, 10) + NewFunction(2, 2, 20) + NewFunction(3, 3, 30) +
+                            NewFunction(4, 4, 40) + NewFunction(5, 5, 50)));
+}
+
+TEST_F(SchemeWritingTest, TakesAMapWithTenThousandEntriesInAnyShape) {
+    std::vector<ClientEntry> entries;
+    std::string stored;
+    std::string updated;
+    for (std::int32_t id = -5000; id < 5000; ++id) {
+        entries.push_back({id, {id + 1, id - 1}});
+        stored += NewFunction(id, id + 1, id - 1);
+        updated += OldFunction(id, id + 1, id - 1);
+    }
+    std::shuffle(entries.begin(), entries.end(), std::mt19937{1});
+    EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
+    EXPECT_EQ(UserSettings(), NewSchemeFile(stored));
+    EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
+    EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, updated)));
+}
+
+TEST_F(SchemeWritingTest, TakesALeftChainOfTenThousandEntries) {
+    std::vector<ClientEntry> entries;
+    std::string stored;
+    for (std::int32_t id = 0; id < 10000; ++id) {
+        entries.push_back({-id, {id, id}});
+        stored.insert(0, NewFunction(-id, id, id));
+    }
+    EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
+    EXPECT_EQ(UserSettings(), NewSchemeFile(stored));
+}
+
+// Either access would end the test program: the pages do not grant it.
+TEST_F(SchemeWritingTest, NeitherWritesTheClientsMapNorTouchesTheClientsWord) {
+    const ReadOnlyClientMap map{{{2, {3, 4}}, {1, {5, 6}}, {3, {7, 8}}}};
+    EXPECT_TRUE(SetParameter(map.get()));
+    EXPECT_EQ(UserSettings(),
+              NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 3, 4) + NewFunction(3, 7, 8)));
+}
+
+TEST_F(SchemeWritingTest, TheLinksOfTheMapAreWalkedWhateverItsCount) {
+    ClientMap map{{{1, {5, 6}}, {2, {7, 8}}, {3, {9, 9}}}};
+    EXPECT_TRUE(SetParameter(map.WithCount(1)));
+    EXPECT_EQ(UserSettings(),
+              NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 7, 8) + NewFunction(3, 9, 9)));
+}
+
+TEST_F(SchemeWritingTest, ACountWithoutNodesStoresASchemeWithoutFunctions) {
+    ClientMap map{{}};
+    EXPECT_TRUE(SetParameter(map.WithCount(5)));
+    EXPECT_EQ(UserSettings(), NewSchemeFile(""));
+}
+
+TEST_F(SchemeWritingTest, AMapWithCountZeroIsEmptyWhateverItsLinks) {
+    ClientMap map{{{1, {5, 6}}}};
+    EXPECT_FALSE(SetParameter(map.WithCount(0)));
+    EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
+}
+
+}  // namespace ZOTDam::Test

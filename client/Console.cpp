@@ -1,0 +1,57 @@
+#include "Console.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+
+#include <cstdio>
+#include <memory>
+#include <new>
+#include <string_view>
+
+namespace ZOTDam::Client {
+
+namespace {
+
+std::string ToUtf8(std::wstring_view text) {
+    const int units = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), units, utf8.data(), size, nullptr, nullptr);
+    return utf8;
+}
+
+bool IsConsole(DWORD stream) noexcept {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(stream), &mode) != FALSE;
+}
+
+}  // namespace
+
+std::vector<std::string> Arguments() {
+    int count = 0;
+    const std::unique_ptr<wchar_t*, decltype(&LocalFree)> wide{CommandLineToArgvW(GetCommandLineW(), &count),
+                                                               LocalFree};
+    if (!wide)
+        throw std::bad_alloc{};
+    std::vector<std::string> arguments;
+    for (int i = 1; i < count; ++i)
+        arguments.push_back(ToUtf8(wide.get()[i]));
+    return arguments;
+}
+
+Utf8Output::Utf8Output() noexcept
+    : consoleCodePage{IsConsole(STD_OUTPUT_HANDLE) || IsConsole(STD_ERROR_HANDLE) ? GetConsoleOutputCP()
+                                                                                  : 0} {
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    if (consoleCodePage != 0)
+        SetConsoleOutputCP(CP_UTF8);
+}
+
+Utf8Output::~Utf8Output() {
+    if (consoleCodePage != 0)
+        SetConsoleOutputCP(consoleCodePage);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,46 @@
+#include "xml/Declaration.h"
+
+#include <shlwapi.h>
+
+#include "xml/Bstr.h"
+#include "xml/Name.h"
+
+namespace ZOTDam {
+
+namespace {
+
+IXMLDOMProcessingInstructionPtr CreateDeclaration(IXMLDOMDocument* document) {
+    IXMLDOMProcessingInstructionPtr declaration;
+    Check(document->createProcessingInstruction(CName{L"xml"}.AsBstr(),
+                                                _bstr_t{L"version='1.0' encoding='UTF-8'"}, &declaration),
+          document);
+    return declaration;
+}
+
+bool IsForOtherEncoding(IXMLDOMProcessingInstruction* declaration) {
+    CBstr target;
+    CBstr data;
+    Check(declaration->get_target(target.Receive()), declaration);
+    Check(declaration->get_data(data.Receive()), declaration);
+    return target.View() == L"xml" && StrStrIW(data.Text(), L"encoding") != nullptr &&
+           StrStrIW(data.Text(), L"UTF-8") == nullptr;
+}
+
+}  // namespace
+
+void AppendDeclaration(IXMLDOMDocument* document) {
+    IXMLDOMNodePtr appended;
+    Check(document->appendChild(CreateDeclaration(document), &appended), document);
+}
+
+void DeclareUtf8(IXMLDOMDocument* document) {
+    IXMLDOMNodePtr first;
+    Check(document->get_firstChild(&first), document);
+    const IXMLDOMProcessingInstructionPtr declaration = first;
+    if (!declaration || !IsForOtherEncoding(declaration))
+        return;
+    IXMLDOMNodePtr replaced;
+    Check(document->replaceChild(CreateDeclaration(document), declaration, &replaced), document);
+}
+
+}  // namespace ZOTDam

@@ -1,0 +1,87 @@
+// The fixture of the tests that run zotdamctl on an installation of their own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "client/ClientProcess.h"
+#include "support/ExportTest.h"
+
+namespace ZOTDam::Test {
+
+using Json = nlohmann::json;
+using Arguments = std::vector<std::wstring>;
+
+// The exit statuses of zotdamctl.
+enum : DWORD { Success = 0, Failure = 1, WrongUsage = 2 };
+
+// A display has never both rates of function 8.
+inline constexpr char ThreeFunctions[] = R"(<ZOTDefault><Functions>
+    <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
+    <Function ID="2"><Display/><Commands/><Default ACParamIndex="0" DCParamIndex="0">
+        <DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="4" DCParamIndex="5"/>
+    </Default></Function>
+    <Function ID="8">
+        <Display><AC><DisplayItem Option="60"/><DisplayItem Option="100000"/></AC></Display>
+        <Commands/><Default ACParamIndex="1" DCParamIndex="1"/>
+    </Function>
+</Functions></ZOTDefault>)";
+
+class ClientTest : public ExportTest {
+protected:
+    static std::filesystem::path Client() { return Library::ProgramFolder() / L"zotdamctl.exe"; }
+
+    // On this installation, which options have to name: the system sets %ProgramFiles% anew in each process.
+    Outcome Run(const Arguments& arguments) const {
+        Arguments all = {L"--program-files", installation.ProgramFiles(), L"--program-data",
+                         installation.ProgramData()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return RunProgram(Client(), all, Library::ProgramFolder());
+    }
+
+    std::string Output(const Arguments& arguments) const {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitStatus, Success);
+        EXPECT_EQ(outcome.errors, "");
+        return outcome.output;
+    }
+
+    Json JsonOutput(Arguments arguments) const {
+        arguments.push_back(L"--json");
+        return Json::parse(Output(arguments));
+    }
+
+    void ExpectError(const Arguments& arguments, DWORD exitStatus, const std::string& sentence) const {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitStatus, exitStatus);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "zotdamctl: " + sentence + "\n");
+    }
+
+    static Json Param(int id, int ac, int dc) { return {{"id", id}, {"ac", ac}, {"dc", dc}}; }
+
+    static std::filesystem::path DefaultsFile(const std::filesystem::path& programFiles) {
+        return programFiles / L"Orlo" / L"QUEN Power Management" / L"ZOTDefault.xml";
+    }
+
+    // For the sentences.
+    std::string UserFile() const { return "The user settings file " + Utf8(installation.UserFile()); }
+    std::string MissingCatalogue() const { return MissingCatalogue(installation.ProgramFiles()); }
+    std::string BrokenCatalogue() const {
+        return CatalogueNotLoaded(installation.ProgramFiles()) +
+               " holds no valid one or is in use by another program.";
+    }
+    static std::string MissingCatalogue(const std::filesystem::path& programFiles) {
+        return CatalogueNotLoaded(programFiles) + " does not exist.";
+    }
+
+private:
+    static std::string CatalogueNotLoaded(const std::filesystem::path& programFiles) {
+        return "The catalogue cannot be loaded: the file " + Utf8(DefaultsFile(programFiles));
+    }
+};
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,121 @@
+// The command line of zotdamctl: its options, and what it refuses.
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+class CommandLineTest : public ClientTest {
+protected:
+    // A second installation, with one function.
+    std::filesystem::path MakeProgramFiles(const std::wstring& name) const {
+        const std::filesystem::path folder = installation.ProgramData() / name;
+        std::filesystem::create_directories(DefaultsFile(folder).parent_path());
+        WriteFile(DefaultsFile(folder), R"(<ZOTDefault><Functions><Function ID="1"><Display/><Commands/>
+            <Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions></ZOTDefault>)");
+        return folder;
+    }
+};
+
+TEST_F(CommandLineTest, WorksOnTheFilesOfAnotherFolder) {
+    WriteDefaults(ThreeFunctions);
+    const std::filesystem::path folder = MakeProgramFiles(L"Other Programs");
+    EXPECT_EQ(JsonOutput({L"count", L"--program-files", folder}), Json({{"count", 1}}));
+}
+
+TEST_F(CommandLineTest, WorksOnTheUserSettingsOfAnotherFolder) {
+    WriteDefaults(ThreeFunctions);
+    const std::filesystem::path folder = installation.ProgramFiles() / L"Other Data";
+    const std::filesystem::path file =
+        folder / L"Orlo Corporation" / L"QUEN Power Management" / L"ZOTPowercfg.xml";
+    std::filesystem::create_directories(file.parent_path());
+    Output({L"--program-data", folder, L"set", L"balanced", L"1", L"8", L"9"});
+    EXPECT_NE(ReadFile(file).find(R"(ACParamIndex="8" DCParamIndex="9")"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
+}
+
+TEST_F(CommandLineTest, ResolvesRelativeFolders) {
+    const std::filesystem::path folder = MakeProgramFiles(L"Other");
+    const Outcome outcome =
+        RunProgram(Client(), {L"--program-files", L"Other\\..\\Other", L"count"}, folder.parent_path());
+    EXPECT_EQ(outcome.output, "1 function\n");
+}
+
+TEST_F(CommandLineTest, TakesForwardSlashesInFolders) {
+    const std::filesystem::path folder = MakeProgramFiles(L"Other");
+    EXPECT_EQ(Output({L"--program-files", folder.generic_wstring(), L"count"}), "1 function\n");
+}
+
+TEST_F(CommandLineTest, TakesAFolderThatBeginsWithASlash) {
+    ExpectError({L"--program-files", L"/nowhere", L"count"}, Failure,
+                MissingCatalogue(std::filesystem::absolute(L"/nowhere")));
+}
+
+TEST_F(CommandLineTest, TakesFoldersInAnyScript) {
+    const std::filesystem::path folder = MakeProgramFiles(L"Grüße 日本 \U0001F50B");
+    EXPECT_EQ(Output({L"--program-files", folder, L"count"}), "1 function\n");
+}
+
+TEST_F(CommandLineTest, WritesFoldersInAnyScriptAsUtf8) {
+    const std::filesystem::path folder = installation.ProgramData() / L"Grüße 日本 \U0001F50B";
+    ExpectError({L"--program-files", folder, L"count"}, Failure, MissingCatalogue(folder));
+}
+
+TEST_F(CommandLineTest, RefusesAFolderWithoutName) {
+    ExpectError({L"--program-files", L"", L"count"}, WrongUsage,
+                "--program-files: the name of the folder is empty.");
+    ExpectError({L"--program-data", L"", L"count"}, WrongUsage,
+                "--program-data: the name of the folder is empty.");
+}
+
+TEST_F(CommandLineTest, OptionsStandBeforeOrBehindTheCommand) {
+    WriteDefaults(ThreeFunctions);
+    EXPECT_EQ(Json::parse(Output({L"--json", L"count"})), Json({{"count", 3}}));
+    EXPECT_EQ(Json::parse(Output({L"count", L"--json"})), Json({{"count", 3}}));
+}
+
+TEST_F(CommandLineTest, HelpNamesTheCommandsAndTheOptions) {
+    const std::string help = Output({L"--help"});
+    for (const char* const word :
+         {"count", "params", "set", "reset", "--program-files", "--program-data", "--json", "--help",
+          "--version", "balanced, high-performance or power-saver"})
+        EXPECT_NE(help.find(word), std::string::npos) << word;
+}
+
+TEST_F(CommandLineTest, EachCommandHasHelpOfItsOwn) {
+    const std::string help = Output({L"set", L"--help"});
+    EXPECT_NE(help.find("Usage: zotdamctl set [OPTIONS] SCHEME ID AC DC"), std::string::npos) << help;
+}
+
+TEST_F(CommandLineTest, TellsTheVersion) {
+    EXPECT_EQ(Output({L"--version"}), "zotdamctl " ZOTDAM_VERSION "\n");
+}
+
+TEST_F(CommandLineTest, NeedsACommand) {
+    const Outcome outcome = Run({});
+    EXPECT_EQ(outcome.exitStatus, WrongUsage);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, "zotdamctl: No command is given.\n\n" + Output({L"--help"}) + "\n");
+}
+
+TEST_F(CommandLineTest, RefusesAnUnknownCommand) {
+    ExpectError({L"list"}, WrongUsage, "The following argument was not expected: list.");
+}
+
+TEST_F(CommandLineTest, RefusesAnUnknownOption) {
+    ExpectError({L"count", L"--xml"}, WrongUsage, "The following argument was not expected: --xml.");
+}
+
+TEST_F(CommandLineTest, RefusesASecondCommand) {
+    ExpectError({L"count", L"reset"}, WrongUsage, "The following argument was not expected: reset.");
+}
+
+TEST_F(CommandLineTest, NeedsAllArguments) {
+    ExpectError({L"params"}, WrongUsage, "SCHEME is required.");
+    ExpectError({L"set", L"balanced", L"1", L"2"}, WrongUsage, "DC is required.");
+}
+
+TEST_F(CommandLineTest, RefusesMoreArguments) {
+    ExpectError({L"set", L"balanced", L"1", L"2", L"3", L"4"}, WrongUsage,
+                "The following argument was not expected: 4.");
+}
+
+}  // namespace ZOTDam::Test

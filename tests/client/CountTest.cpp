@@ -1,0 +1,59 @@
+// zotdamctl count.
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+using CountTest = ClientTest;
+
+TEST_F(CountTest, TellsTheNumberOfFunctions) {
+    WriteDefaults(ThreeFunctions);
+    EXPECT_EQ(Output({L"count"}), "3 functions\n");
+}
+
+TEST_F(CountTest, KnowsTheSingular) {
+    WriteDefaults(R"(<ZOTDefault><Functions><Function ID="1"><Display/><Commands/></Function></Functions>
+        </ZOTDefault>)");
+    EXPECT_EQ(Output({L"count"}), "1 function\n");
+}
+
+TEST_F(CountTest, GivesTheNumberAsJson) {
+    WriteDefaults(ThreeFunctions);
+    EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 3}}));
+}
+
+TEST_F(CountTest, AnEmptyCatalogueHasNoFunctions) {
+    WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
+    EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 0}}));
+}
+
+TEST_F(CountTest, FailsWithoutACatalogue) {
+    ExpectError({L"count"}, Failure, MissingCatalogue());
+}
+
+TEST_F(CountTest, FailsWithABrokenCatalogue) {
+    WriteDefaults("<ZOTDefault>");
+    ExpectError({L"count"}, Failure, BrokenCatalogue());
+}
+
+TEST_F(CountTest, FailsWhileAnotherProgramUsesTheCatalogue) {
+    WriteDefaults(ThreeFunctions);
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    ExpectError({L"count"}, Failure, BrokenCatalogue());
+}
+
+TEST_F(CountTest, FailsAsWellWhenJsonIsAskedFor) {
+    ExpectError({L"--json", L"count"}, Failure, MissingCatalogue());
+}
+
+TEST_F(CountTest, FailsWithoutTheLibrary) {
+    const std::filesystem::path folder = installation.ProgramData() / L"alone";
+    std::filesystem::create_directory(folder);
+    std::filesystem::copy_file(Client(), folder / L"zotdamctl.exe");
+    const Outcome outcome = RunProgram(folder / L"zotdamctl.exe", {L"count"}, folder);
+    EXPECT_EQ(outcome.exitStatus, Failure);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, "zotdamctl: The library " + Utf8(folder / L"ZOTDam.dll") +
+                                  " was not found or cannot be loaded.\n");
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,61 @@
+// zotdamctl reset.
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+class ResetCommandTest : public ClientTest {
+protected:
+    ResetCommandTest() { WriteDefaults(ThreeFunctions); }
+};
+
+TEST_F(ResetCommandTest, BringsBackTheDefaults) {
+    Output({L"set", L"balanced", L"1", L"7", L"7"});
+    Output({L"set", L"power-saver", L"1", L"7", L"7"});
+    EXPECT_EQ(Output({L"reset"}), "The user settings are reset to the defaults.\n");
+    EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 2, 3));
+    EXPECT_EQ(JsonOutput({L"params", L"power-saver"})["parameters"][0], Param(1, 2, 3));
+}
+
+TEST_F(ResetCommandTest, LeavesNothingInTheUserSettings) {
+    WriteUserSettings(R"(<OrloPowerCfg><CommonSettings LowBatteryWarning="15"/><PowerSchemes>
+        <PowerScheme GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c"/></PowerSchemes></OrloPowerCfg>)");
+    EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
+    const std::string settings = UserSettings();
+    EXPECT_NE(settings.find("<PowerSchemes/>"), std::string::npos) << settings;
+    EXPECT_NE(settings.find("<CommonSettings/>"), std::string::npos) << settings;
+}
+
+TEST_F(ResetCommandTest, WorksWithoutACatalogue) {
+    Output({L"set", L"balanced", L"1", L"7", L"7"});
+    std::filesystem::remove(installation.DefaultsFile());
+    EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
+    EXPECT_EQ(UserSettings().find("<PowerScheme "), std::string::npos);
+}
+
+TEST_F(ResetCommandTest, TellsThatThereIsNothingToReset) {
+    std::filesystem::remove(installation.DefaultsFile());
+    EXPECT_EQ(Output({L"reset"}), "There is nothing to reset.\n");
+    EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", false}}));
+}
+
+TEST_F(ResetCommandTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+    Output({L"set", L"balanced", L"1", L"7", L"7"});
+    const std::string before = UserSettings();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    ExpectError({L"reset"}, Failure, UserFile() + " is in use by another program.");
+    EXPECT_EQ(UserSettings(), before);
+}
+
+TEST_F(ResetCommandTest, FailsWhileTheUserSettingsInUseCannotBeRead) {
+    Output({L"set", L"balanced", L"1", L"7", L"7"});
+    std::filesystem::remove(installation.DefaultsFile());
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    ExpectError({L"reset"}, Failure, UserFile() + " is in use by another program.");
+}
+
+TEST_F(ResetCommandTest, FailsWithoutTheFolderOfTheUserSettings) {
+    std::filesystem::remove(installation.UserFile().parent_path());
+    ExpectError({L"reset"}, Failure, UserFile() + " cannot be written.");
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,38 @@
+/* A client of the DLL that is written in C and knows the interface from its description alone. */
+#ifndef ZOTDAM_TESTS_CCLIENT_H
+#define ZOTDAM_TESTS_CCLIENT_H
+
+#include <guiddef.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <windows.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+struct CClientParam {
+    int32_t id;
+    int32_t ac;
+    int32_t dc;
+};
+
+/* Lets an enumerating export (GetParameter, GetParameterDefault) fill `params`. Gives the number of items,
+   which may be more than fit, or -1 when the export gives false. */
+int CClientRead(HMODULE dll, const char* exportName, const GUID* scheme, struct CClientParam* params,
+                size_t capacity);
+
+/* Stores the values 0..6 for the functions 0..6, from a balanced tree. */
+int CClientStoreSevenFunctions(HMODULE dll, const GUID* scheme);
+
+/* Stores nothing, from the empty tree. */
+int CClientStoreNothing(HMODULE dll, const GUID* scheme);
+
+/* Sizes of the records, in the order of the interface's description, ended by 0. */
+extern const size_t CClientRecordSizes[];
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,67 @@
+// The DOM documents that the DLL makes while this object lives: they are counted, and stay known until the
+// test ends, which can so find out who still holds them.
+#pragma once
+
+#include <objbase.h>
+#include <windows.h>
+
+#include <optional>
+#include <vector>
+
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+class DomDocuments {
+public:
+    explicit DomDocuments(HMODULE dll) : patch{std::in_place, dll, "CoCreateInstance", &Create} {
+        current = this;
+    }
+    DomDocuments(const DomDocuments&) = delete;
+    DomDocuments& operator=(const DomDocuments&) = delete;
+    ~DomDocuments() {
+        for (IUnknown* document : made)
+            document->Release();
+    }
+
+    // To be called before the DLL is freed.
+    void StopCounting() { patch.reset(); }
+
+    std::size_t Made() const noexcept { return made.size(); }
+
+    IUnknown* Last() const { return made.back(); }
+
+    // Those that somebody holds beside this object.
+    std::size_t StillHeld() const noexcept {
+        std::size_t held = 0;
+        for (IUnknown* document : made) {
+            document->AddRef();
+            held += document->Release() > 1;
+        }
+        return held;
+    }
+
+    // Lets every further attempt fail.
+    void Fail(HRESULT error) noexcept { failure = error; }
+
+private:
+    static HRESULT WINAPI Create(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID iid, void** object) {
+        if (FAILED(current->failure)) {
+            *object = nullptr;
+            return current->failure;
+        }
+        const HRESULT result = CoCreateInstance(clsid, outer, context, iid, object);
+        if (SUCCEEDED(result)) {
+            current->made.push_back(static_cast<IUnknown*>(*object));
+            current->made.back()->AddRef();
+        }
+        return result;
+    }
+
+    inline static DomDocuments* current = nullptr;
+    std::vector<IUnknown*> made;
+    HRESULT failure = S_OK;
+    std::optional<ImportPatch> patch;
+};
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,69 @@
+// Calls of all exports, for tests that ask no more of them than to survive and to answer.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <msxml2.h>
+
+#include <algorithm>
+#include <type_traits>
+#include <vector>
+
+#include "support/ExportTest.h"
+
+namespace ZOTDam::Test {
+
+// The byte that an export gives as its bool, as a client in another language sees it.
+template <class... Arguments>
+int RawResult(bool (*exported)(Arguments...), std::type_identity_t<Arguments>... arguments) {
+    return reinterpret_cast<unsigned char (*)(Arguments...)>(reinterpret_cast<void*>(exported))(arguments...);
+}
+
+inline std::vector<int> RawResultsOfTheReadingExports(const Library& dll, const GUID& scheme) {
+    auto base = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) {});
+    auto functions = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
+    auto params = MakeCallback<IGetParameterCallback>([](std::int32_t, const ParamValue*) {});
+    auto commands = MakeCallback<IGetCommandInfoCallback>([](const CommandInfoRecord*) {});
+    auto specSchemes = MakeCallback<IGetSpecSchemeCallback>([](const SpecSchemeRecord*) {});
+    FuncCurValue value = {};
+    Text names = {};
+    Text values = {};
+    Text setting = {};
+    dll.GetFuncCount();
+    return {
+        RawResult(dll.GetFunctionBase, &base),
+        RawResult(dll.GetFunctionBaseUnSupported, &base),
+        RawResult(dll.GetFunctionInfo, &functions),
+        RawResult(dll.GetParameter, &scheme, &params),
+        RawResult(dll.GetParameterDefault, &scheme, &params),
+        RawResult(dll.TEVGetParam, &scheme),
+        RawResult(dll.GetFuncCurValue, 0, &value),
+        RawResult(dll.GetCommandInfo, &scheme, &commands),
+        RawResult(dll.GetDiffFuncList, &scheme, &PowerSaver, 1, names, values),
+        RawResult(dll.GetSpecScheme, &specSchemes),
+        RawResult(dll.GetCommonSetting, L"Setting", setting),
+    };
+}
+
+inline std::vector<int> RawResultsOfTheWritingExports(const Library& dll, const GUID& scheme) {
+    const ParamHolder params{{{1, {5, 6}}, {900, {7, 8}}}};
+    FunctionBaseHolder defaults;
+    defaults.records.push_back(FunctionBaseRecord{});
+    return {
+        RawResult(dll.SetParameter, &scheme, params.get()),
+        RawResult(dll.SetCommonSetting, L"Setting", L"value"),
+        RawResult(dll.InitCommonSetting),
+        RawResult(dll.AddFunctionDefault, &defaults),
+    };
+}
+
+// Calls every export, the two that throw things away last.
+inline void CallEveryExport(const Library& dll, const GUID& scheme) {
+    const auto isBool = [](int result) { return result == 0 || result == 1; };
+    EXPECT_TRUE(std::ranges::all_of(RawResultsOfTheReadingExports(dll, scheme), isBool));
+    EXPECT_TRUE(std::ranges::all_of(RawResultsOfTheWritingExports(dll, scheme), isBool));
+    EXPECT_PRED1(isBool, RawResult(dll.ResetDefault));
+    EXPECT_EQ(RawResult(dll.ZOTDamExit), 1);
+}
+
+}  // namespace ZOTDam::Test
