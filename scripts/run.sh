@@ -31,7 +31,7 @@ rm -rf "$user_settings"
 cp -r samples/. "$drive"
 show count
 show params balanced
-show set balanced 1 0 3
+show set balanced 2 0 2
 show params balanced
 show params balanced --default
 show reset
