@@ -13,10 +13,9 @@ set(CMAKE_C_COMPILER_TARGET ${triple})
 set(CMAKE_CXX_COMPILER_TARGET ${triple})
 set(CMAKE_RC_COMPILER ${triple}-windres)
 set(CMAKE_CXX_FLAGS_INIT "-isystem ${gcc_folder}/include/c++ -isystem ${gcc_folder}/include/c++/${triple}")
-foreach(kind EXE SHARED)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-L${gcc_folder}")
-endforeach()
-set(CMAKE_CXX_STANDARD_LIBRARIES "-lstdc++ -lgcc_eh -lpthread")
+# Behind everything else, so that a target can name folders that are searched first.
+set(CMAKE_C_STANDARD_LIBRARIES "-L${gcc_folder}")
+set(CMAKE_CXX_STANDARD_LIBRARIES "-L${gcc_folder} -lstdc++ -lgcc_eh -lpthread")
 
 set(CMAKE_FIND_ROOT_PATH /usr/${triple})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
