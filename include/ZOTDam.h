@@ -494,7 +494,7 @@ bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mode, wchar_t* names,
                      wchar_t* values);
 
-// Enumerates the spec schemes of the base catalogue, in the order of the file; results as GetFunctionBase.
+// Enumerates spec schemes, which the base catalogue holds, in file order; results as GetFunctionBase.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
 // Copies the named common setting of the user, else of the defaults, else of the base catalogue into `value`,

@@ -4,7 +4,7 @@
 
 namespace ZOTDam {
 
-// Reads the spec schemes of the base catalogue. It holds no state, and reads nothing yet.
+// Reads spec schemes from the base catalogue. It holds no state, and reads nothing yet.
 class CSpecSchemeReader {
 public:
     bool ReadSchemes(List<SpecSchemeRecord>&) const noexcept { return false; }
