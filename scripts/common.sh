@@ -9,6 +9,8 @@ build=build/$preset
 export WINEPREFIX="$PWD/build/wine"
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
+# Without a UTF-8 locale, wine cannot name files in every script.
+export LC_ALL=C.UTF-8
 
 say() { printf '== %s\n' "$*" >&2; }
 
@@ -29,8 +31,7 @@ install_packages() {
 
 install_toolchain() {
     install_packages cmake ninja-build g++-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-win32 \
-        googletest libcli11-dev nlohmann-json3-dev \
-        wine wine64
+        googletest libcli11-dev nlohmann-json3-dev wine wine64
 }
 
 # Builds the given targets, or all; silent unless something fails.

@@ -582,26 +582,36 @@ protected:
 <ZOTDefault><Functions>
 <Function ID="1" Type="1" Flag="3" Name="Dim" Group="Display"><Display><AC><DisplayItem Label="a" Option="1"/>
 <DisplayItem Label="b" Option="2"/></AC><DC><DisplayItem Label="c" Option="3"/></DC></Display>
-<Commands><CommandItem Event="1" Flag="2" ID="3" State="4" ParamIndex1="0" ParamIndex2="0" SpecInfo1="s"/></Commands>
-<Default ACParamIndex="1" DCParamIndex="0"><DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="0" DCParamIndex="0"/>
-<DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="1" DCParamIndex="0"/></Default></Function>
-<Function ID="7" Name="Rate"><Display><AC><DisplayItem Label="60" Option="60"/><DisplayItem Label="48" Option="48"/></AC>
+<Commands><CommandItem Event="1" Flag="2" ID="3" State="4" ParamIndex1="0" ParamIndex2="0" SpecInfo1="s"/>
+</Commands>
+<Default ACParamIndex="1" DCParamIndex="0">
+<DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="0" DCParamIndex="0"/>
+<DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="1" DCParamIndex="0"/></Default>
+</Function>
+<Function ID="7" Name="Rate"><Display><AC><DisplayItem Label="60" Option="60"/>
+<DisplayItem Label="48" Option="48"/></AC>
 <DC/></Display><Commands/><Default ACParamIndex="0" DCParamIndex="1"/></Function>
 </Functions><CommonSettings Setting="default" Other="x"/></ZOTDefault>)";
     static constexpr char FullUserSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 <OrloPowerCfg><PowerSchemes><PowerScheme GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c">
-<Function ID="1" ACParamIndex="0" DCParamIndex="0"></Function><Function ID="7" ACParamIndex="1" DCParamIndex="1"/>
-</PowerScheme><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e"><Function ID="7" ACParamIndex="0" DCParamIndex="1"/>
+<Function ID="1" ACParamIndex="0" DCParamIndex="0"></Function>
+<Function ID="7" ACParamIndex="1" DCParamIndex="1"/>
+</PowerScheme><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+<Function ID="7" ACParamIndex="0" DCParamIndex="1"/>
 </PowerScheme></PowerSchemes><CommonSettings Setting="user"/></OrloPowerCfg>)";
     static constexpr char FullBase[] = R"(<ZOTBase><CommonSettings Setting="base"/><Functions>
-<Function ID="1" Type="1" Flag="1" Name="Dim" Group="Display"><Display><AC><DisplayItem Label="a" Option="1"/></AC></Display>
+<Function ID="1" Type="1" Flag="1" Name="Dim" Group="Display"><Display><AC>
+<DisplayItem Label="a" Option="1"/></AC></Display>
 <CommandFamilies><CommandFamily><Commands><CommandItem ID="1" Event="2" State="3"/></Commands><CheckExists>
-<CheckExistItem CheckFlag="1" Param1="p"/></CheckExists></CommandFamily></CommandFamilies><Default ACParamIndex="0" DCParamIndex="0"/>
+<CheckExistItem CheckFlag="1" Param1="p"/></CheckExists></CommandFamily></CommandFamilies>
+<Default ACParamIndex="0" DCParamIndex="0"/>
 </Function></Functions><SpecSchemes><SpecScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
-<SubGroup GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c"><PowerSetting GUID="a1841308-3541-4fab-bc81-f71556f20b4a" AC="1" DC="2"/>
+<SubGroup GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c">
+<PowerSetting GUID="a1841308-3541-4fab-bc81-f71556f20b4a" AC="1" DC="2"/>
 </SubGroup></SpecScheme></SpecSchemes></ZOTBase>)";
     static constexpr char FullStringTable[] =
-        R"(<StringTable><String ID="Dim"><value>Dim the display</value></String><String ID="Rate"><value/></String></StringTable>)";
+        R"(<StringTable><String ID="Dim"><value>Dim the display</value></String><String ID="Rate"><value/>
+</String></StringTable>)";
 };
 
 TEST_F(ChanceTest, NoDamageCrashesAnExportOrSpoilsTheUserSettings) {
