@@ -27,6 +27,7 @@ std::wstring WithExtension(const std::wstring& path, std::wstring_view extension
     return path.substr(0, path.size() - extension.size()).append(extension);
 }
 
+// Some systems would move another file over a read-only one.
 bool IsReadOnly(const std::wstring& path) noexcept {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
@@ -44,16 +45,15 @@ CGuardedProfile::CGuardedProfile(std::wstring filePath, const wchar_t* busyMarke
     : CZOTProfile{std::move(filePath)}, markerName{busyMarkerName}, rootName{newRootName} {}
 
 void CGuardedProfile::Open() noexcept {
-    FalseOnException([this] {
-        if (!FileExists()) {
-            holdsFile = false;
+    if (!FileExists()) {
+        holdsFile = false;
+        FalseOnException([this] {
             OpenWithoutFile();
-            return false;
-        }
-        if (const CBusyMarker marker{markerName}; marker.IsOurs())
-            holdsFile = Load();
-        return holdsFile;
-    });
+            return true;
+        });
+    } else if (const CBusyMarker marker{markerName}; marker.IsOurs()) {
+        holdsFile = Load();
+    }
 }
 
 bool CGuardedProfile::Save() noexcept {

@@ -394,6 +394,16 @@ TEST_F(SavingTest, ASiblingThatDoesNotReachTheDiskReplacesNothing) {
     EXPECT_FALSE(std::filesystem::exists(Sibling()));
 }
 
+TEST_F(SavingTest, TheNewFileIsUtf8AndSaysSoWhateverTheOldOneDeclared) {
+    WriteUserSettings(
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"
+        "<OrloPowerCfg><!--\xfc--><PowerSchemes/></OrloPowerCfg>");
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(),
+              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><!--\xc3\xbc--><PowerSchemes>" +
+                  NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n");
+}
+
 TEST_F(SavingTest, ASavedFileHasNeitherSiblingNorBackup) {
     WriteStored();
     EXPECT_TRUE(SetFunctionOne());
