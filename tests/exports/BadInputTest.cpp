@@ -270,7 +270,7 @@ TEST_F(BadInputTest, ADocumentTypeWithEntitiesIsSurvived) {
     WriteDefaults(type + R"(<R><Functions>
         <Function ID="&id;"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="&id;"/></Function>
     </Functions></R>)");
-    WriteUserSettings(type + "<R>&file;" + Scheme(BalancedText, OldFunction(1, 7, 8) + "&id;") + "</R>");
+    WriteUserSettings(type + "<R>&file;" + OldScheme(BalancedText, OldFunction(1, 7, 8) + "&id;") + "</R>");
     CallEveryExport(Dll(), Balanced);
     EXPECT_TRUE(IsXml(installation.UserFile()));
 }
@@ -295,11 +295,11 @@ TEST_F(BadInputTest, AnotherRootIsTakenAsItIs) {
     WriteDefaults(R"(<Any><Functions>
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
     </Functions></Any>)");
-    WriteUserSettings("<Other><PowerSchemes>" + Scheme(BalancedText, OldFunction(1, 7, 8)) +
+    WriteUserSettings("<Other><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 7, 8)) +
                       "</PowerSchemes></Other>");
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
-    EXPECT_EQ(UserSettings(), "<Other><PowerSchemes>" + Scheme(BalancedText, OldFunction(1, 11, 12)) +
+    EXPECT_EQ(UserSettings(), "<Other><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 11, 12)) +
                                   "</PowerSchemes></Other>\n");
 }
 
@@ -316,11 +316,11 @@ TEST_F(BadInputTest, ADefaultNamespaceHidesEverything) {
 TEST_F(BadInputTest, WhatTheLibraryDoesNotKnowSurvivesInTheUserSettings) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
-                      Scheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
+                      OldScheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
                       "</PowerSchemes><CommonSettings S=\"t\"/></R>");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
     EXPECT_EQ(UserSettings(), R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
-                                  Scheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
+                                  OldScheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
                                   NewScheme(BalancedText, NewFunction(1, 11, 12)) +
                                   "</PowerSchemes><CommonSettings S=\"t\"/></R>\n");
 }
@@ -359,9 +359,9 @@ TEST_F(BadInputTest, StoredIdsMayBeAnyNumbers) {
 
 TEST_F(BadInputTest, AGuidOfAnyLengthIsOnlyAGuidThatDoesNotMatch) {
     WriteDefaults(TwoFunctions);
-    WriteSchemes(Scheme(std::string(100000, '3'), "") + Scheme("", "") +
-                 Scheme("{" + std::string{BalancedText} + "}", "") +
-                 Scheme(BalancedText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)));
+    WriteSchemes(OldScheme(std::string(100000, '3'), "") + OldScheme("", "") +
+                 OldScheme("{" + std::string{BalancedText} + "}", "") +
+                 OldScheme(BalancedText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)));
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
 }
 
@@ -397,8 +397,8 @@ TEST_F(HugeFileTest, EveryFunctionIsAdoptedStoredAndReadBack) {
 TEST_F(HugeFileTest, EverySchemeOfManyIsFound) {
     std::string schemes;
     for (int i = 0; i < Count; ++i)
-        schemes += Scheme("00000000-0000-0000-0000-" + std::to_string(100000000000 + i), "");
-    WriteSchemes(schemes + Scheme(BalancedText, OldFunction(-1, 7, 8)));
+        schemes += OldScheme("00000000-0000-0000-0000-" + std::to_string(100000000000 + i), "");
+    WriteSchemes(schemes + OldScheme(BalancedText, OldFunction(-1, 7, 8)));
     EXPECT_EQ(GetParameter(Balanced).front(), (Params::value_type{-1, {7, 8}}));
 }
 

@@ -21,11 +21,6 @@ inline std::string Functions(std::initializer_list<std::int32_t> ids) {
     return functions;
 }
 
-// A stored scheme.
-inline std::string Scheme(const std::string& guid, const std::string& functions) {
-    return OldScheme(guid, functions);
-}
-
 // One way to write something, with the name that its test gets.
 struct XmlCase {
     std::string name;
