@@ -9,7 +9,7 @@ make_prefix
 passed=0
 failed=0
 
-# A program that dies before its summary counts as one failure.
+# A program that dies before its summary counts as one failure, whatever status wine gives for it.
 run_tests() {
     local log=$build/$1.log
     say "Running $1"
@@ -18,7 +18,7 @@ run_tests() {
     local ok bad
     ok=$(tr -d '\r' <"$log" | sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\?\.$/\1/p')
     bad=$(tr -d '\r' <"$log" | sed -n 's/^ *\([0-9]*\) FAILED TESTS\?$/\1/p')
-    if [ "$status" -ne 0 ]; then
+    if [ "$status" -ne 0 ] || [ -z "$ok" ]; then
         cat "$log"
         bad=${bad:-1}
     fi
