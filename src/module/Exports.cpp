@@ -150,7 +150,10 @@ bool GetSpecScheme(IGetSpecSchemeCallback* callback) {
 }
 
 bool GetCommonSetting(const wchar_t* name, wchar_t* value) {
-    return name != nullptr && CommonSettingStore != nullptr && CommonSettingStore->Read(name, value);
+    if (name == nullptr || CommonSettingStore == nullptr)
+        return false;
+    return CommonSettingStore->ReadFromUserSettings(name, value) ||
+           CommonSettingStore->ReadFromDefaults(name, value) || CommonSettingStore->ReadFromBase(name, value);
 }
 
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value) {

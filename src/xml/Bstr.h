@@ -2,19 +2,25 @@
 
 #include <oleauto.h>
 
+#include <new>
 #include <string_view>
 
 namespace ZOTDam {
 
-// A BSTR that a call hands out. (_bstr_t would allocate a block of its own beside each.)
+// A BSTR that a call hands out or takes. (_bstr_t would allocate a block of its own beside each.)
 class CBstr {
 public:
     CBstr() noexcept = default;
+    explicit CBstr(const wchar_t* copied) : text{SysAllocString(copied)} {
+        if (text == nullptr)
+            throw std::bad_alloc{};
+    }
     CBstr(const CBstr&) = delete;
     CBstr& operator=(const CBstr&) = delete;
     ~CBstr() { SysFreeString(text); }
 
     BSTR* Receive() noexcept { return &text; }
+    BSTR AsBstr() const noexcept { return text; }
     const wchar_t* Text() const noexcept { return text != nullptr ? text : L""; }
     std::wstring_view View() const noexcept { return {text, SysStringLen(text)}; }
 

@@ -19,6 +19,13 @@ ZOTDAM_DOM_INTERFACE(IXMLDOMNamedNodeMap, 0x2933bf83)
 ZOTDAM_DOM_INTERFACE(IXMLDOMElement, 0x2933bf86)
 ZOTDAM_DOM_INTERFACE(IXMLDOMProcessingInstruction, 0x2933bf89)
 ZOTDAM_DOM_INTERFACE(IXMLDOMDocument2, 0x2933bf95)
+
+// The header lacks this one altogether.
+struct IXMLDOMDocument3 : IXMLDOMDocument2 {
+    virtual HRESULT WINAPI validateNode(IXMLDOMNode* node, IXMLDOMParseError** error) = 0;
+    virtual HRESULT WINAPI importNode(IXMLDOMNode* node, VARIANT_BOOL deep, IXMLDOMNode** copy) = 0;
+};
+ZOTDAM_DOM_INTERFACE(IXMLDOMDocument3, 0x2933bf96)
 #undef ZOTDAM_DOM_INTERFACE
 #endif
 
@@ -30,6 +37,7 @@ _COM_SMARTPTR_TYPEDEF(IXMLDOMNamedNodeMap, __uuidof(IXMLDOMNamedNodeMap));
 _COM_SMARTPTR_TYPEDEF(IXMLDOMElement, __uuidof(IXMLDOMElement));
 _COM_SMARTPTR_TYPEDEF(IXMLDOMProcessingInstruction, __uuidof(IXMLDOMProcessingInstruction));
 _COM_SMARTPTR_TYPEDEF(IXMLDOMDocument2, __uuidof(IXMLDOMDocument2));
+_COM_SMARTPTR_TYPEDEF(IXMLDOMDocument3, __uuidof(IXMLDOMDocument3));
 
 // Throws the failure of a call to `source` as a _com_error, with the error information that the callee left.
 [[noreturn]] void ThrowComError(HRESULT failure, IUnknown* source, REFIID calledInterface);

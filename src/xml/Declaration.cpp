@@ -3,6 +3,7 @@
 #include <shlwapi.h>
 
 #include "xml/Bstr.h"
+#include "xml/Dom.h"
 #include "xml/Name.h"
 
 namespace ZOTDam {
@@ -29,8 +30,7 @@ bool IsForOtherEncoding(IXMLDOMProcessingInstruction* declaration) {
 }  // namespace
 
 void AppendDeclaration(IXMLDOMDocument* document) {
-    IXMLDOMNodePtr appended;
-    Check(document->appendChild(CreateDeclaration(document), &appended), document);
+    AppendChild(document, CreateDeclaration(document));
 }
 
 void DeclareUtf8(IXMLDOMDocument* document) {

@@ -1,10 +1,11 @@
 #include "xml/Dom.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cwchar>
 
+#include "platform/FixedText.h"
 #include "xml/Bstr.h"
+#include "xml/Characters.h"
 #include "xml/Variant.h"
 
 namespace ZOTDam {
@@ -60,17 +61,27 @@ bool ReadAttributeText(IXMLDOMElement* element, const CName& name, _variant_t& t
     return true;
 }
 
+_variant_t ReadTypedValue(IXMLDOMNode* node) {
+    _variant_t value;
+    Check(node->get_nodeTypedValue(&value), node);
+    value.ChangeType(VT_BSTR);
+    return value;
+}
+
 std::wstring_view View(const _variant_t& text) noexcept {
     return {V_BSTR(&text), SysStringLen(V_BSTR(&text))};
 }
 
-void CopyText(std::wstring_view text, Text& field) noexcept {
-    std::copy(text.begin(), text.end(), field);
-    field[text.size()] = L'\0';
+void SetAttribute(IXMLDOMElement* element, BSTR name, const wchar_t* value) {
+    if (!IsXmlText(value))
+        _com_issue_error(E_INVALIDARG);
+    Check(Required(element)->setAttribute(name, _variant_t{value}), element);
 }
 
-bool EndsInsideSurrogatePair(std::wstring_view text) noexcept {
-    return !text.empty() && IS_HIGH_SURROGATE(text.back());
+IXMLDOMDocumentPtr OwnerDocument(IXMLDOMNode* node) {
+    IXMLDOMDocumentPtr document;
+    Check(Required(node)->get_ownerDocument(&document), node);
+    return document;
 }
 
 }  // namespace
@@ -106,7 +117,7 @@ bool ReadAttribute(IXMLDOMElement* element, const CName& name, Text& field) {
         return false;
     if (View(text).size() >= TextCapacity)
         _com_issue_error(E_INVALIDARG);
-    CopyText(View(text), field);
+    CopyTruncated(View(text), field);
     return true;
 }
 
@@ -119,16 +130,7 @@ bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& fie
 }
 
 void ReadElementText(IXMLDOMElement* element, Text& field) {
-    _variant_t text;
-    Check(Required(element)->get_nodeTypedValue(&text), element);
-    text.ChangeType(VT_BSTR);
-    std::wstring_view shown = View(text);
-    if (shown.size() >= TextCapacity) {
-        shown = shown.substr(0, TextCapacity - 1);
-        if (EndsInsideSurrogatePair(shown))
-            shown.remove_suffix(1);
-    }
-    CopyText(shown, field);
+    CopyTruncated(View(ReadTypedValue(Required(element))), field);
 }
 
 void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t value) {
@@ -138,21 +140,35 @@ void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t val
 }
 
 void WriteAttribute(IXMLDOMElement* element, const CName& name, const wchar_t* value) {
-    Check(Required(element)->setAttribute(name.AsBstr(), _variant_t{value}), element);
+    SetAttribute(element, name.AsBstr(), value);
+}
+
+bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstring& value) {
+    IXMLDOMNamedNodeMapPtr attributes;
+    Check(Required(element)->get_attributes(&attributes), element);
+    IXMLDOMNodePtr attribute;
+    Check(attributes->getNamedItem(CBstr{name}.AsBstr(), &attribute), attributes.GetInterfacePtr());
+    if (!attribute)
+        return false;
+    value = View(ReadTypedValue(attribute));
+    return true;
+}
+
+void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wchar_t* value) {
+    if (!IsNcName(name) || name == std::wstring_view{L"xmlns"})
+        _com_issue_error(E_INVALIDARG);
+    SetAttribute(element, CBstr{name}.AsBstr(), value);
 }
 
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name) {
     IXMLDOMElementPtr element;
     Check(Required(document)->createElement(name.AsBstr(), &element), document);
-    IXMLDOMNodePtr appended;
-    Check(Required(parent)->appendChild(element, &appended), parent);
+    AppendChild(parent, element);
     return element;
 }
 
 IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
-    IXMLDOMDocumentPtr document;
-    Check(Required(parent)->get_ownerDocument(&document), parent);
-    IXMLDOMElementPtr element = AppendElement(document, parent, name);
+    IXMLDOMElementPtr element = AppendElement(OwnerDocument(parent), parent, name);
     // Deliberate: the line feed and the tab put a later child on a line of its own, indented.
     if (V_VT(&value) == VT_EMPTY)
         Check(element->put_text(CName{L"\n\t"}.AsBstr()), element.GetInterfacePtr());
@@ -161,11 +177,32 @@ IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _var
     return element;
 }
 
+IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
+    IXMLDOMNodePtr copy;
+    const IXMLDOMDocument3Ptr document = OwnerDocument(parent);
+    const HRESULT imported = document->importNode(Required(node), VARIANT_TRUE, &copy);
+    // Some DOMs cannot import, but take the nodes of other documents as they are.
+    if (imported == E_NOTIMPL)
+        Check(node->cloneNode(VARIANT_TRUE, &copy), node);
+    else
+        Check(imported, document.GetInterfacePtr());
+    return copy;
+}
+
+void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
+    IXMLDOMNodePtr appended;
+    Check(Required(parent)->appendChild(child, &appended), parent);
+}
+
+void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
+    IXMLDOMNodePtr removed;
+    Check(Required(parent)->removeChild(child, &removed), parent);
+}
+
 bool RemoveChildren(IXMLDOMNode* parent) {
     bool removed = false;
     while (const IXMLDOMNodePtr child = FirstChild(parent)) {
-        IXMLDOMNodePtr detached;
-        Check(parent->removeChild(child, &detached), parent);
+        RemoveChild(parent, child);
         removed = true;
     }
     return removed;

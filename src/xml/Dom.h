@@ -58,15 +58,27 @@ bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& fie
 // Reads the text of an element for display: what does not fit is cut off.
 void ReadElementText(IXMLDOMElement* element, Text& field);
 
-// Sets an attribute, creating it when it is missing.
+// Sets an attribute, creating it when it is missing. A text that XML cannot carry is refused with
+// E_INVALIDARG.
 void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t value);
 void WriteAttribute(IXMLDOMElement* element, const CName& name, const wchar_t* value);
+
+// The same for an attribute whose name comes from outside. To set one, the name has to be one without a
+// prefix and must not stand for a namespace; others are refused with E_INVALIDARG.
+bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstring& value);
+void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wchar_t* value);
 
 // Appends an empty element; `parent` may be the document itself.
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name);
 
 // Appends an element with a value, or with none.
 IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
+
+// Makes a deep copy of a node of another document, for the document of `parent`, without appending it.
+IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node);
+
+void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);
+void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child);
 
 // Removes all children, of whatever kind. True when there was one.
 bool RemoveChildren(IXMLDOMNode* parent);

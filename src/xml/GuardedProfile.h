@@ -13,11 +13,11 @@ public:
     // Writes the file, unless it is busy: then the changes stay in memory, which counts as success.
     bool Save() noexcept;
 
-protected:
-    CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName, const CName& newRootName);
-
     // The document element; a document without one gets it. Null without a DOM.
     IXMLDOMElementPtr Root();
+
+protected:
+    CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName, const CName& newRootName);
 
     // A child of the root, created when missing.
     IXMLDOMElementPtr Section(const CName& name) { return GetChildNode(Root(), name); }

@@ -1,0 +1,68 @@
+#include "xml/Characters.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace ZOTDam {
+
+namespace {
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+constexpr Range TextCharacters[] = {
+    {0x9, 0xA}, {0xD, 0xD}, {0x20, 0xD7FF}, {0xE000, 0xFFFD}, {0x10000, 0x10FFFF},
+};
+
+constexpr Range NameStartCharacters[] = {
+    {U'A', U'Z'},     {U'_', U'_'},     {U'a', U'z'},     {0xC0, 0xD6},     {0xD8, 0xF6},
+    {0xF8, 0x2FF},    {0x370, 0x37D},   {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F},
+    {0x2C00, 0x2FEF}, {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
+};
+
+constexpr Range FurtherNameCharacters[] = {
+    {U'-', U'.'}, {U'0', U'9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
+};
+
+template <std::size_t Size>
+bool IsIn(const Range (&ranges)[Size], char32_t character) noexcept {
+    return std::ranges::any_of(ranges, [character](const Range& range) {
+        return range.first <= character && character <= range.last;
+    });
+}
+
+// Removes the first character from a text. A surrogate without its partner stands for itself.
+char32_t TakeCharacter(std::wstring_view& text) noexcept {
+    const wchar_t first = text.front();
+    text.remove_prefix(1);
+    if (text.empty() || !IS_SURROGATE_PAIR(first, text.front()))
+        return first;
+    const wchar_t second = text.front();
+    text.remove_prefix(1);
+    return 0x10000 + ((first - HIGH_SURROGATE_START) << 10) + (second - LOW_SURROGATE_START);
+}
+
+}  // namespace
+
+bool IsNcName(std::wstring_view text) noexcept {
+    if (text.empty() || !IsIn(NameStartCharacters, TakeCharacter(text)))
+        return false;
+    while (!text.empty()) {
+        const char32_t character = TakeCharacter(text);
+        if (!IsIn(NameStartCharacters, character) && !IsIn(FurtherNameCharacters, character))
+            return false;
+    }
+    return true;
+}
+
+bool IsXmlText(std::wstring_view text) noexcept {
+    while (!text.empty())
+        if (!IsIn(TextCharacters, TakeCharacter(text)))
+            return false;
+    return true;
+}
+
+}  // namespace ZOTDam
