@@ -1,14 +1,55 @@
 #include "xml/StringTableControler.h"
 
+#include <algorithm>
+#include <cwchar>
+#include <string_view>
+#include <utility>
+
+#include "platform/Failure.h"
 #include "platform/Folder.h"
+#include "platform/LocalisedFile.h"
 #include "xml/DataFolders.h"
 
 namespace ZOTDam {
 
+namespace {
+
+bool IsSameKey(const std::wstring& name, std::wstring_view key) noexcept {
+    return name.size() == key.size() && _wcsicmp(name.c_str(), key.data()) == 0;
+}
+
+}  // namespace
+
 CStringTableControler::CStringTableControler()
-    : CZOTProfile{FileInFolder(InstallationFolder, L"StringTable.xml", StringTableFolderCapacity)} {
-    if (FileExists())
-        Load();
+    : CZOTProfile{
+          LocalisedFile(FileInFolder(InstallationFolder, L"StringTable.xml", StringTableFolderCapacity))} {
+    if (FileExists() && Load())
+        ReadEntries();
+}
+
+bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexcept {
+    return FalseOnException([&] {
+        const auto isSought = [sought = std::wstring_view{key}](const Entry& entry) {
+            return IsSameKey(entry.name, sought);
+        };
+        const auto entry = std::ranges::find_if(entries, isSought);
+        if (entry == entries.end())
+            return false;
+        // Deliberate: an entry without a text hides the later ones of its name.
+        const IXMLDOMElementPtr value = SelectChild(entry->element, L"value");
+        if (!value)
+            return false;
+        ReadElementText(value, output);
+        return true;
+    });
+}
+
+void CStringTableControler::ReadEntries() {
+    for (const IXMLDOMElementPtr& element : SelectChildren(FindRoot(), L"data")) {
+        Entry entry{{}, element};
+        if (ReadAttribute(element, L"name", entry.name))
+            entries.push_back(std::move(entry));
+    }
 }
 
 }  // namespace ZOTDam

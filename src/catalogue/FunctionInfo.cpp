@@ -1,0 +1,38 @@
+#include "catalogue/FunctionInfo.h"
+
+#include "platform/Failure.h"
+#include "xml/Documents.h"
+
+namespace ZOTDam {
+
+namespace {
+
+void TranslateLabels(const CStringTableControler& stringTable, List<DisplayItem>& items) noexcept {
+    for (DisplayItem& item : items)
+        stringTable.Lookup(item.label, item.label);
+}
+
+}  // namespace
+
+bool CollectFunctionInfo(CFunctionTable& table, std::map<std::int32_t, FunctionRecord>& output) noexcept {
+    return FalseOnException([&] {
+        if (!EnsureFunctionTable(table))
+            return false;
+        for (const auto& [id, function] : table.functions)
+            output.try_emplace(id, LocaliseFunctionRecord(function));
+        return true;
+    });
+}
+
+FunctionRecord LocaliseFunctionRecord(FunctionRecord record) noexcept {
+    // Each key is replaced by its text in place, so one without a text shows itself.
+    if (const CStringTableControler* stringTable = StringTable.Get()) {
+        stringTable->Lookup(record.group, record.group);
+        stringTable->Lookup(record.name, record.name);
+        TranslateLabels(*stringTable, record.acDisplayItems);
+        TranslateLabels(*stringTable, record.dcDisplayItems);
+    }
+    return record;
+}
+
+}  // namespace ZOTDam
