@@ -117,7 +117,7 @@ bool TEVGetParam(const GUID* scheme) {
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value) {
     if (CurrentParamCache.empty() || FunctionTable == nullptr)
         return false;
-    return ReadCurrentValue(*FunctionTable, CurrentParamCache, position, value);
+    return ReadCurrentValue(*FunctionTable, CurrentParamCache, position, *value);
 }
 
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback) {

@@ -1,13 +1,55 @@
 #include "params/CurrentValues.h"
 
+#include <iterator>
+
 #include "params/DefaultReader.h"
+#include "params/PowerSource.h"
 #include "params/SchemeReader.h"
+#include "platform/Failure.h"
 
 namespace ZOTDam {
+
+namespace {
+
+using Functions = decltype(CFunctionTable::functions);
+
+Functions::const_iterator FindAtPosition(const Functions& functions, std::uint32_t position) noexcept {
+    // Deliberate: a position is a signed number, and a negative one means the first of several functions.
+    if (static_cast<std::int32_t>(position) < 0)
+        return functions.size() > 1 ? functions.begin() : functions.end();
+    return position < functions.size() ? std::next(functions.begin(), position) : functions.end();
+}
+
+// The two refresh-rate functions report under one id.
+std::uint32_t ReportedId(std::int32_t functionId) noexcept {
+    return static_cast<std::uint32_t>(functionId == 8 ? 7 : functionId);
+}
+
+void ReadOption(const DisplayItem* selected, std::uint32_t& field) noexcept {
+    if (selected != nullptr)
+        field = static_cast<std::uint32_t>(selected->option);
+}
+
+}  // namespace
 
 bool ReloadCurrentValues(CFunctionTable& table, const GUID& scheme, ParamMap& cache) noexcept {
     cache.clear();
     return LoadSchemeParameters(table, scheme, cache) || ReadDefaultSchemeParameters(scheme, cache);
+}
+
+bool ReadCurrentValue(const CFunctionTable& table, ParamMap& cache, std::uint32_t position,
+                      FuncCurValue& value) noexcept {
+    return FalseOnException([&] {
+        const auto found = FindAtPosition(table.functions, position);
+        if (found == table.functions.end())
+            return false;
+        const auto& [functionId, function] = *found;
+        const ParamValue& param = cache[functionId];
+        value.FunctionId = ReportedId(functionId);
+        ReadOption(SelectDisplayItem(function, param, Mains), value.ACValue);
+        ReadOption(SelectDisplayItem(function, param, Battery), value.DCValue);
+        return true;
+    });
 }
 
 }  // namespace ZOTDam

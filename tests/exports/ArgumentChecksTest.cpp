@@ -303,7 +303,7 @@ TEST_F(ArgumentChecksTest, GetFuncCurValueOfAPositionBehindTheCatalogueGivesFals
     WriteDefaults(TwoFunctions);
     EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
     FuncCurValue value = {};
-    for (const std::uint32_t position : {2u, 0x80000000u, 0xFFFFFFFFu})
+    for (const std::uint32_t position : {2u, 3u, 0x7FFFFFFFu})
         EXPECT_FALSE(Dll().GetFuncCurValue(position, &value)) << position;
 }
 

@@ -1,0 +1,53 @@
+#include "params/CommandInfo.h"
+
+#include "params/PowerSource.h"
+#include "params/SchemeReader.h"
+#include "platform/Failure.h"
+#include "platform/FixedText.h"
+
+namespace ZOTDam {
+
+namespace {
+
+std::int32_t ResolveOption(const FunctionRecord& function, const ParamValue& param,
+                           std::int32_t paramIndex) noexcept {
+    const DisplayItem* item = SelectDisplayItem(function, param, paramIndex == 0 ? Mains : Battery);
+    return item != nullptr ? item->option : 0;
+}
+
+CommandInfoRecord ResolveCommand(const CommandItem& command, const FunctionRecord& function,
+                                 const ParamValue& param) noexcept {
+    CommandInfoRecord record;
+    record.id = command.id;
+    record.event = command.event;
+    record.state = command.state;
+    record.option1 = ResolveOption(function, param, command.paramIndex1);
+    record.option2 = ResolveOption(function, param, command.paramIndex2);
+    record.flag = command.flag;
+    CopyTruncated(command.specInfo1, record.specInfo1);
+    return record;
+}
+
+}  // namespace
+
+bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandInfoRecord>& output) noexcept {
+    return FalseOnException([&] {
+        ParamMap params;
+        if (!EnsureFunctionTable(table) || !LoadSchemeParameters(table, scheme, params))
+            return false;
+        ResolveCommands(table, params, output);
+        return true;
+    });
+}
+
+void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output) {
+    for (const auto& [functionId, commands] : table.commands) {
+        // Deliberate: asked anew for each function, since the first command adds an entry to an empty map.
+        if (!params.empty() && !params.contains(functionId))
+            continue;
+        for (const CommandItem& command : commands)
+            output.push_back(ResolveCommand(command, table.functions[functionId], params[functionId]));
+    }
+}
+
+}  // namespace ZOTDam
