@@ -7,19 +7,12 @@
 #include <cstdio>
 #include <memory>
 #include <new>
-#include <string_view>
+
+#include "Text.h"
 
 namespace ZOTDam::Client {
 
 namespace {
-
-std::string ToUtf8(std::wstring_view text) {
-    const int units = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), units, utf8.data(), size, nullptr, nullptr);
-    return utf8;
-}
 
 bool IsConsole(DWORD stream) noexcept {
     DWORD mode = 0;

@@ -3,9 +3,9 @@
 #include <windows.h>
 
 #include <fstream>
-#include <string>
 
 #include "Error.h"
+#include "Text.h"
 #include "ZOTDamClient.h"
 
 namespace ZOTDam::Client {
@@ -22,17 +22,19 @@ void Redirect(const wchar_t* variable, const std::filesystem::path& folder) {
     SetEnvironmentVariableW(variable, std::filesystem::absolute(folder).c_str());
 }
 
-// A program that loads or saves the user settings file holds this mutex meanwhile.
-bool AreUserSettingsBusy() noexcept {
-    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, L"XmlZOTPowercfgMutex");
+bool IsBusy(const DataFile& file) noexcept {
+    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, file.busyMarker);
     if (marker == nullptr)
         return GetLastError() == ERROR_ACCESS_DENIED;
     CloseHandle(marker);
     return true;
 }
 
+// Some systems let an administrator open a read-only file for writing, but the library leaves it alone.
 bool IsWritable(const std::filesystem::path& file) {
-    return std::fstream{file, std::ios::in | std::ios::out | std::ios::binary}.is_open();
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    return (attributes & FILE_ATTRIBUTE_READONLY) == 0 &&
+           std::fstream{file, std::ios::in | std::ios::out | std::ios::binary}.is_open();
 }
 
 }  // namespace
@@ -45,23 +47,27 @@ void RedirectProgramData(const std::filesystem::path& folder) {
     Redirect(L"ProgramData", folder);
 }
 
-std::filesystem::path CatalogueFile() {
-    return Expand(LR"(%ProgramFiles%\Orlo\QUEN Power Management\ZOTDefault.xml)");
+std::filesystem::path PathOf(const DataFile& file) {
+    return Expand(file.location);
 }
 
-std::filesystem::path UserSettingsFile() {
-    return Expand(LR"(%ProgramData%\Orlo Corporation\QUEN Power Management\ZOTPowercfg.xml)");
+std::string TitleOf(const DataFile& file) {
+    return file.title + (" " + Utf8(PathOf(file)));
 }
 
-void RequireUserSettingsIdle() {
-    if (AreUserSettingsBusy())
-        throw Error{"The user settings file " + Utf8(UserSettingsFile()) + " is in use by another program."};
+std::filesystem::path StringTableFor(const std::string& language) {
+    return PathOf(Defaults).parent_path() / ToUtf16(language) / L"StringTable.xml.mui";
 }
 
-void RequireUserSettingsSaved() {
-    RequireUserSettingsIdle();
-    if (!IsWritable(UserSettingsFile()))
-        throw Error{"The user settings file " + Utf8(UserSettingsFile()) + " cannot be written."};
+void RequireIdle(const DataFile& file) {
+    if (IsBusy(file))
+        throw Error{"The " + TitleOf(file) + " is in use by another program."};
+}
+
+void RequireSaved(const DataFile& file) {
+    RequireIdle(file);
+    if (!IsWritable(PathOf(file)))
+        throw Error{"The " + TitleOf(file) + " cannot be written."};
 }
 
 }  // namespace ZOTDam::Client

@@ -2,12 +2,10 @@
 #include <exception>
 #include <iostream>
 
-#include "Commands.h"
+#include "CommandLine.h"
 #include "Console.h"
 #include "DataFiles.h"
 #include "Error.h"
-#include "Options.h"
-#include "Output.h"
 
 namespace ZOTDam::Client {
 
@@ -20,12 +18,12 @@ void CarryOut(const Options& options) {
         RedirectProgramFiles(*options.programFiles);
     if (options.programData)
         RedirectProgramData(*options.programData);
-    const Library library;
-    (options.json ? WriteJson : WriteText)(std::cout, Execute(library, options.command));
+    const Report report = options.action();
+    std::cout << (options.json ? report.json.dump(2) + '\n' : report.text);
 }
 
 ExitStatus Run() {
-    const auto parsed = ParseOptions(Arguments());
+    const auto parsed = ParseCommandLine(Arguments());
     if (const auto* const information = std::get_if<Information>(&parsed))
         std::cout << *information;
     else

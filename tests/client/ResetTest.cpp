@@ -33,7 +33,6 @@ TEST_F(ResetCommandTest, WorksWithoutACatalogue) {
 }
 
 TEST_F(ResetCommandTest, TellsThatThereIsNothingToReset) {
-    std::filesystem::remove(installation.DefaultsFile());
     EXPECT_EQ(Output({L"reset"}), "There is nothing to reset.\n");
     EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", false}}));
 }
@@ -53,9 +52,13 @@ TEST_F(ResetCommandTest, FailsWhileTheUserSettingsInUseCannotBeRead) {
     ExpectError({L"reset"}, Failure, UserFile() + " is in use by another program.");
 }
 
-TEST_F(ResetCommandTest, FailsWithoutTheFolderOfTheUserSettings) {
-    std::filesystem::remove(installation.UserFile().parent_path());
+TEST_F(ResetCommandTest, FailsWhenTheUserSettingsAreReadOnly) {
+    Output({L"set", L"balanced", L"1", L"7", L"7"});
+    const std::string before = UserSettings();
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectError({L"reset"}, Failure, UserFile() + " cannot be written.");
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(UserSettings(), before);
 }
 
 }  // namespace ZOTDam::Test

@@ -2,17 +2,21 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
-#include "Commands.h"
+#include "Report.h"
 
 namespace ZOTDam::Client {
 
+// A command with its arguments. It throws Error.
+using Action = std::function<Report()>;
+
 struct Options {
-    Command command;
+    Action action;
     bool json = false;
     std::optional<std::filesystem::path> programFiles;
     std::optional<std::filesystem::path> programData;
@@ -22,6 +26,6 @@ struct Options {
 using Information = std::string;
 
 // Throws UsageError.
-std::variant<Options, Information> ParseOptions(std::vector<std::string> arguments);
+std::variant<Options, Information> ParseCommandLine(std::vector<std::string> arguments);
 
 }  // namespace ZOTDam::Client

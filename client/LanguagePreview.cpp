@@ -1,0 +1,56 @@
+#include "LanguagePreview.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "DataFiles.h"
+#include "Error.h"
+#include "ZOTDamClient.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+bool IsLanguageName(const std::string& text) {
+    return !text.empty() && std::ranges::all_of(text, [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
+    });
+}
+
+std::filesystem::path RequireStringTable(const std::string& language) {
+    if (!IsLanguageName(language))
+        throw UsageError{"\"" + language + "\" is no language: give its name, such as de-DE."};
+    std::filesystem::path table = StringTableFor(language);
+    if (!exists(table))
+        throw Error{"There is no string table for " + language + ": the file " + Utf8(table) +
+                    " does not exist."};
+    return table;
+}
+
+}  // namespace
+
+LanguagePreview::TemporaryFolder::TemporaryFolder()
+    : path{std::filesystem::temp_directory_path() /
+           (L"zotdamctl-" + std::to_wstring(GetCurrentProcessId()))} {
+    remove_all(path);  // a killed process of this number may have left one
+    create_directory(path);
+}
+
+LanguagePreview::TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    remove_all(path, ignored);
+}
+
+LanguagePreview::LanguagePreview(const std::string& language) {
+    const std::filesystem::path table = RequireStringTable(language);
+    const std::filesystem::path defaults = PathOf(Defaults);
+    RedirectProgramFiles(programFiles.Path());
+    const std::filesystem::path copy = PathOf(Defaults);
+    create_directories(copy.parent_path());
+    if (exists(defaults))
+        copy_file(defaults, copy);
+    copy_file(table, copy.parent_path() / L"StringTable.xml");
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,88 @@
+// count, functions.
+#include "Catalogue.h"
+#include "commands/Commands.h"
+#include "LanguagePreview.h"
+#include "Text.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+struct FunctionsArguments {
+    std::string language;
+};
+
+Report CountFunctions() {
+    const Library library;
+    const std::uint32_t functions = RequireCatalogue(library);
+    return {std::to_string(functions) + (functions == 1 ? " function\n" : " functions\n"),
+            {{"count", functions}}};
+}
+
+// "0: Fast (10)  1: Slow (20)": the positions, by which parameters name the options, and what they stand for.
+std::string OptionsText(const List<DisplayItem>& items) {
+    std::string text;
+    for (std::size_t position = 0; const DisplayItem& item : items) {
+        text += (position == 0 ? "" : "  ") + std::to_string(position) + ": " + ToUtf8(item.label) + " (" +
+                std::to_string(item.option) + ")";
+        ++position;
+    }
+    return text.empty() ? "none" : text;
+}
+
+Json OptionsJson(const List<DisplayItem>& items) {
+    Json options = Json::array();
+    for (const DisplayItem& item : items)
+        options.push_back({{"option", item.option}, {"label", ToUtf8(item.label)}});
+    return options;
+}
+
+std::string FunctionText(std::uint32_t id, const FunctionRecord& function) {
+    return std::to_string(id) + "  " + ToUtf8(function.name) + "\n" +          //
+           "    Group       " + ToUtf8(function.group) + "\n" +                //
+           "    On mains    " + OptionsText(function.acDisplayItems) + "\n" +  //
+           "    On battery  " + OptionsText(function.dcDisplayItems) + "\n";
+}
+
+Json FunctionJson(std::uint32_t id, const FunctionRecord& function) {
+    return {{"id", id},
+            {"name", ToUtf8(function.name)},
+            {"group", ToUtf8(function.group)},
+            {"type", function.type},
+            {"flag", function.flag},
+            {"ac", OptionsJson(function.acDisplayItems)},
+            {"dc", OptionsJson(function.dcDisplayItems)}};
+}
+
+Report ListFunctions(const FunctionsArguments& arguments) {
+    const std::filesystem::path catalogue = PathOf(Defaults);
+    std::optional<LanguagePreview> preview;
+    if (!arguments.language.empty())
+        preview.emplace(arguments.language);
+    const Library library;
+    RequireCatalogue(library, catalogue);
+    Report report{{}, {{"functions", Json::array()}}};
+    auto add = MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t id, const FunctionRecord* function) {
+        report.text += (report.text.empty() ? "" : "\n") + FunctionText(id, *function);
+        report.json["functions"].push_back(FunctionJson(id, *function));
+    });
+    library.GetFunctionInfo(&add);
+    return report;
+}
+
+}  // namespace
+
+void AddCatalogueCommands(CommandSet& commands) {
+    commands.Add("count", "Count the functions of the catalogue", CountFunctions);
+    commands.Add<FunctionsArguments>(
+        "functions", "List the functions of the catalogue with their options",
+        [](CLI::App& command, FunctionsArguments& arguments) {
+            command
+                .add_option("--language", arguments.language,
+                            "Show the texts of a language, such as de-DE, instead of the user's")
+                ->type_name("TAG");
+        },
+        ListFunctions);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,38 @@
+#include "commands/CommandSet.h"
+
+#include <charconv>
+
+#include "Error.h"
+#include "Scheme.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+std::int32_t ParseNumber(const std::string& name, const std::string& text) {
+    std::int32_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc{} || stop != end)
+        throw UsageError{name + " must be a whole number from -2147483648 to 2147483647, not \"" + text +
+                         "\"."};
+    return number;
+}
+
+}  // namespace
+
+void AddArgument(CLI::App& command, const char* name, std::string& text, const char* description) {
+    command.add_option(name, text, description)->required()->type_name("");
+}
+
+void AddArgument(CLI::App& command, const char* name, std::int32_t& number, const char* description) {
+    const auto parse = [&number, name](const std::string& text) { number = ParseNumber(name, text); };
+    command.add_option_function<std::string>(name, parse, description)->required()->type_name("");
+}
+
+void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description) {
+    const auto parse = [&scheme](const std::string& text) { scheme = ParseScheme(text); };
+    command.add_option_function<std::string>(name, parse, description)->required()->type_name("");
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,53 @@
+// How commands enter the command line.
+#pragma once
+
+#include <guiddef.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "CommandLine.h"
+
+namespace ZOTDam::Client {
+
+// The commands of the program, or those that stand behind one of its commands.
+class CommandSet {
+public:
+    // The command that the user gives becomes `chosenAction`.
+    CommandSet(CLI::App& parentApp, Action& chosenAction) : parent{parentApp}, chosen{chosenAction} {}
+
+    // Adds a command: `declare` tells the parser where the arguments go, `run` carries the command out.
+    template <class Arguments>
+    void Add(const char* name, const char* description, void (*declare)(CLI::App&, Arguments&),
+             Report (*run)(const Arguments&)) {
+        CLI::App& command = *parent.add_subcommand(name, description);
+        const auto arguments = std::make_shared<Arguments>();
+        declare(command, *arguments);
+        command.callback(
+            [&action = chosen, arguments, run] { action = [arguments, run] { return run(*arguments); }; });
+    }
+
+    void Add(const char* name, const char* description, Report (*run)()) {
+        parent.add_subcommand(name, description)->callback([&action = chosen, run] { action = run; });
+    }
+
+    // Adds a command that only leads to others.
+    CommandSet AddSet(const char* name, const char* description) {
+        CLI::App& command = *parent.add_subcommand(name, description);
+        command.require_subcommand(1);
+        return {command, chosen};
+    }
+
+private:
+    CLI::App& parent;
+    Action& chosen;
+};
+
+// Arguments that commands declare. Each is required.
+void AddArgument(CLI::App& command, const char* name, std::string& text, const char* description);
+void AddArgument(CLI::App& command, const char* name, std::int32_t& number, const char* description);
+void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description);
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,13 @@
+// The commands of zotdamctl, by what they are about.
+#pragma once
+
+#include "commands/CommandSet.h"
+
+namespace ZOTDam::Client {
+
+void AddCatalogueCommands(CommandSet& commands);
+void AddParameterCommands(CommandSet& commands);
+void AddSchemeCommands(CommandSet& commands);
+void AddSettingCommands(CommandSet& commands);
+
+}  // namespace ZOTDam::Client

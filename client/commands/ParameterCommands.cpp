@@ -1,0 +1,195 @@
+// params, current, set, reset.
+#include <map>
+
+#include "Catalogue.h"
+#include "commands/Commands.h"
+#include "Error.h"
+#include "Scheme.h"
+#include "Table.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+using Params = std::map<std::int32_t, ParamValue>;
+
+struct ParamsArguments {
+    GUID scheme;
+    bool defaults;
+};
+
+struct CurrentArguments {
+    GUID scheme;
+};
+
+struct SetArguments {
+    GUID scheme;
+    std::int32_t functionId;
+    ParamValue value;
+};
+
+Params Collect(decltype(&GetParameter) enumerate, const GUID& scheme) {
+    Params params;
+    auto collect = MakeCallback<IGetParameterCallback>(
+        [&](std::int32_t functionId, const ParamValue* value) { params.emplace(functionId, *value); });
+    enumerate(&scheme, &collect);
+    return params;
+}
+
+std::string ParamsText(const Params& params) {
+    Table table{{{"ID"}, {"AC"}, {"DC"}}};
+    for (const auto& [functionId, value] : params)
+        table.Add({std::to_string(functionId), std::to_string(value.ACParamIndex),
+                   std::to_string(value.DCParamIndex)});
+    return table.Text();
+}
+
+Json ParamJson(std::int32_t functionId, const ParamValue& value) {
+    return {{"id", functionId}, {"ac", value.ACParamIndex}, {"dc", value.DCParamIndex}};
+}
+
+Report ListParams(const ParamsArguments& arguments) {
+    const Library library;
+    RequireCatalogue(library);
+    const Params params =
+        Collect(arguments.defaults ? library.GetParameterDefault : library.GetParameter, arguments.scheme);
+    if (!arguments.defaults)
+        RequireIdle(UserSettings);  // the library would have given the defaults for the user's values
+    Json list = Json::array();
+    for (const auto& [functionId, value] : params)
+        list.push_back(ParamJson(functionId, value));
+    return {"Scheme: " + SchemeTitle(arguments.scheme) + "\n" + "Source: " +
+                (arguments.defaults ? "defaults" : "user settings") + "\n\n" + ParamsText(params),
+            {{"scheme", SchemeGuid(arguments.scheme)},
+             {"source", arguments.defaults ? "default" : "user"},
+             {"parameters", list}}};
+}
+
+// An option, or nothing when the parameter selects none: then the library leaves the field as it finds it.
+std::optional<std::int32_t> Option(std::uint32_t overZeros, std::uint32_t overOnes) {
+    if (overZeros != overOnes)
+        return {};
+    return static_cast<std::int32_t>(overZeros);
+}
+
+std::string OptionText(const std::optional<std::int32_t>& option) {
+    return option ? std::to_string(*option) : "-";
+}
+
+Json OptionJson(const std::optional<std::int32_t>& option) {
+    return option ? Json(*option) : Json();
+}
+
+Report ListCurrentOptions(const CurrentArguments& arguments) {
+    const Library library;
+    const std::uint32_t functions = RequireCatalogue(library);
+    const bool loaded = library.TEVGetParam(&arguments.scheme);
+    RequireIdle(UserSettings);
+    if (!loaded)
+        throw Error{"The scheme " + SchemeTitle(arguments.scheme) + " cannot be loaded."};
+    Table table{{{"ID"}, {"AC"}, {"DC"}}};
+    Json list = Json::array();
+    for (std::uint32_t position = 0; position < functions; ++position) {
+        FuncCurValue overZeros = {};
+        FuncCurValue overOnes = {~0U, ~0U, ~0U};
+        library.GetFuncCurValue(position, &overZeros);
+        library.GetFuncCurValue(position, &overOnes);
+        const auto ac = Option(overZeros.ACValue, overOnes.ACValue);
+        const auto dc = Option(overZeros.DCValue, overOnes.DCValue);
+        table.Add({std::to_string(overZeros.FunctionId), OptionText(ac), OptionText(dc)});
+        list.push_back({{"id", overZeros.FunctionId}, {"ac", OptionJson(ac)}, {"dc", OptionJson(dc)}});
+    }
+    return {"Scheme: " + SchemeTitle(arguments.scheme) + "\n\n" + table.Text(),
+            {{"scheme", SchemeGuid(arguments.scheme)}, {"options", list}}};
+}
+
+// A function that the library knows neither from the catalogue nor from the user's settings is a typing
+// error.
+void RequireFunction(const Library& library, const SetArguments& arguments) {
+    if (Collect(library.GetParameterDefault, arguments.scheme).contains(arguments.functionId) ||
+        Collect(library.GetParameter, arguments.scheme).contains(arguments.functionId))
+        return;
+    throw Error{"The catalogue " + Utf8(PathOf(Defaults)) + " has no function " +
+                std::to_string(arguments.functionId) + "."};
+}
+
+// The library leaves these two out when the display lacks one of their refresh rates.
+bool MayBeHidden(std::int32_t functionId) noexcept {
+    return functionId == 7 || functionId == 8;
+}
+
+// Whether the value arrived but is hidden. Throws when it did not arrive, of which the library tells nothing.
+bool VerifyStored(const Library& library, const SetArguments& arguments) {
+    const Params params = Collect(library.GetParameter, arguments.scheme);
+    RequireSaved(UserSettings);
+    const auto found = params.find(arguments.functionId);
+    if (found == params.end() && MayBeHidden(arguments.functionId))
+        return true;
+    if (found == params.end() || found->second != arguments.value)
+        throw Error{"The value could not be stored in the " + TitleOf(UserSettings) + "."};
+    return false;
+}
+
+Report SetParams(const SetArguments& arguments) {
+    const auto& [scheme, functionId, value] = arguments;
+    const Library library;
+    RequireCatalogue(library);
+    RequireFunction(library, arguments);
+    library.SetParameter(&scheme, ParamHolder{{{functionId, value}}}.get());
+    const bool hidden = VerifyStored(library, arguments);
+    Json json = {{"scheme", SchemeGuid(scheme)}};
+    json.update(ParamJson(functionId, value));
+    json["hidden"] = hidden;
+    std::string text = "Stored in " + SchemeTitle(scheme) + ":\n\n" + ParamsText({{functionId, value}});
+    if (hidden)
+        text += "\nFunction " + std::to_string(functionId) +
+                " is hidden on this display, so \"params\" does not list it.\n";
+    return {text, json};
+}
+
+Report Reset() {
+    const Library library;
+    // The library resets the settings as this process last read them, so it has to read them first.
+    Text any = {};
+    library.GetCommonSetting(L"any", any);
+    const bool reset = library.ResetDefault();
+    if (reset)
+        RequireSaved(UserSettings);
+    else
+        RequireIdle(UserSettings);
+    return {reset ? "The user settings are reset to the defaults.\n" : "There is nothing to reset.\n",
+            {{"reset", reset}}};
+}
+
+}  // namespace
+
+void AddParameterCommands(CommandSet& commands) {
+    commands.Add<ParamsArguments>(
+        "params", "List what the functions are set to in a power scheme",
+        [](CLI::App& command, ParamsArguments& arguments) {
+            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
+            command.add_flag("--default", arguments.defaults,
+                             "List the defaults instead of the user's values");
+        },
+        ListParams);
+    commands.Add<CurrentArguments>(
+        "current", "List the options that a power scheme selects; \"-\" where there is none",
+        [](CLI::App& command, CurrentArguments& arguments) {
+            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
+        },
+        ListCurrentOptions);
+    commands.Add<SetArguments>(
+        "set", "Set a function in a power scheme",
+        [](CLI::App& command, SetArguments& arguments) {
+            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to change");
+            AddArgument(command, "ID", arguments.functionId, "The id of the function");
+            AddArgument(command, "AC", arguments.value.ACParamIndex,
+                        "The position of its option on mains power, from 0");
+            AddArgument(command, "DC", arguments.value.DCParamIndex,
+                        "The position of its option on battery, from 0");
+        },
+        SetParams);
+    commands.Add("reset", "Reset all user settings to the defaults", Reset);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,147 @@
+// commands, diff.
+#include <string_view>
+#include <vector>
+
+#include "Catalogue.h"
+#include "commands/Commands.h"
+#include "Error.h"
+#include "Scheme.h"
+#include "Table.h"
+#include "Text.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+struct CommandsArguments {
+    GUID scheme;
+};
+
+struct DiffArguments {
+    GUID schemeA;
+    GUID schemeB;
+    bool ac;
+    bool dc;
+};
+
+Report ListCommands(const CommandsArguments& arguments) {
+    const Library library;
+    RequireCatalogue(library);
+    Table table{
+        {{"ID"}, {"Event"}, {"State"}, {"Option1"}, {"Option2"}, {"Flag"}, {"SpecInfo1", Align::Left}}};
+    Json list = Json::array();
+    auto add = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* command) {
+        table.Add({std::to_string(command->id), std::to_string(command->event),
+                   std::to_string(command->state), std::to_string(command->option1),
+                   std::to_string(command->option2), std::to_string(command->flag),
+                   ToUtf8(command->specInfo1)});
+        list.push_back({{"id", command->id},
+                        {"event", command->event},
+                        {"state", command->state},
+                        {"option1", command->option1},
+                        {"option2", command->option2},
+                        {"flag", command->flag},
+                        {"specInfo1", ToUtf8(command->specInfo1)}});
+    });
+    library.GetCommandInfo(&arguments.scheme, &add);
+    RequireIdle(UserSettings);
+    return {"Scheme: " + SchemeTitle(arguments.scheme) + "\n\n" + table.Text(),
+            {{"scheme", SchemeGuid(arguments.scheme)}, {"commands", list}}};
+}
+
+struct Difference {
+    std::string function;
+    std::string setting;
+};
+
+struct Differences {
+    std::vector<Difference> list;
+    bool complete = true;  // the library's texts are cut where they do not fit its buffers
+};
+
+// The lines of one of the library's texts. Each ends in this pair; what follows the last one is cut off.
+std::vector<std::string> Lines(std::wstring_view text) {
+    constexpr std::wstring_view LineEnd = L"\n\r";
+    std::vector<std::string> lines;
+    for (auto end = text.find(LineEnd); end != text.npos; end = text.find(LineEnd)) {
+        lines.push_back(ToUtf8(text.substr(0, end)));
+        text.remove_prefix(end + LineEnd.size());
+    }
+    return lines;
+}
+
+// A text that is cut has one unit less where it would have ended inside a surrogate pair.
+bool MayBeCut(std::wstring_view text) {
+    return text.size() + 2 >= TextCapacity;
+}
+
+Differences Compare(const Library& library, const DiffArguments& arguments, std::uint32_t mode) {
+    Text names = {};
+    Text values = {};
+    library.GetDiffFuncList(&arguments.schemeA, &arguments.schemeB, mode, names, values);
+    const std::vector<std::string> functions = Lines(names);
+    const std::vector<std::string> settings = Lines(values);
+    Differences differences{{}, !MayBeCut(names) && !MayBeCut(values)};
+    for (std::size_t i = 0; i < functions.size() && i < settings.size(); ++i)
+        differences.list.push_back({functions[i].substr(2), settings[i]});  // behind the "- "
+    return differences;
+}
+
+std::string DifferencesText(const char* source, const Differences& differences) {
+    std::string text = std::string{"\n"} + source + ":";
+    if (differences.list.empty())
+        return text + " no differences\n";
+    Table table{{{"Function", Align::Left}, {"Setting", Align::Left}}};
+    for (const auto& [function, setting] : differences.list)
+        table.Add({function, setting});
+    return text + "\n\n" + table.Text() + (differences.complete ? "" : "There may be more.\n");
+}
+
+Json DifferencesJson(const Differences& differences) {
+    Json list = Json::array();
+    for (const auto& [function, setting] : differences.list)
+        list.push_back({{"function", function}, {"setting", setting}});
+    return {{"differences", list}, {"complete", differences.complete}};
+}
+
+Report ListDifferences(const DiffArguments& arguments) {
+    const bool both = !arguments.ac && !arguments.dc;
+    const Library library;
+    RequireCatalogue(library);
+    Report report{"What " + SchemeTitle(arguments.schemeB) + "\nsets differently from " +
+                      SchemeTitle(arguments.schemeA) + "\n",
+                  {{"from", SchemeGuid(arguments.schemeA)}, {"to", SchemeGuid(arguments.schemeB)}}};
+    const auto add = [&](std::uint32_t mode, const char* source, const char* key) {
+        const Differences differences = Compare(library, arguments, mode);
+        report.text += DifferencesText(source, differences);
+        report.json[key] = DifferencesJson(differences);
+    };
+    if (arguments.ac || both)
+        add(1, "On mains", "ac");
+    if (arguments.dc || both)
+        add(2, "On battery", "dc");
+    RequireIdle(UserSettings);
+    return report;
+}
+
+}  // namespace
+
+void AddSchemeCommands(CommandSet& commands) {
+    commands.Add<CommandsArguments>(
+        "commands", "List the commands that carry out a power scheme, with their options",
+        [](CLI::App& command, CommandsArguments& arguments) {
+            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to carry out");
+        },
+        ListCommands);
+    commands.Add<DiffArguments>(
+        "diff", "List what a power scheme sets differently from another one",
+        [](CLI::App& command, DiffArguments& arguments) {
+            AddArgument(command, "SCHEME", arguments.schemeA, "The power scheme to compare with");
+            AddArgument(command, "OTHER", arguments.schemeB, "The power scheme whose settings to list");
+            command.add_flag("--ac", arguments.ac, "Compare on mains power only");
+            command.add_flag("--dc", arguments.dc, "Compare on battery only");
+        },
+        ListDifferences);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,77 @@
+// setting get, setting set, setting init.
+#include "commands/Commands.h"
+#include "DataFiles.h"
+#include "Error.h"
+#include "Text.h"
+#include "ZOTDamClient.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+struct GetArguments {
+    std::string name;
+};
+
+struct SetArguments {
+    std::string name;
+    std::string value;
+};
+
+Report GetSetting(const GetArguments& arguments) {
+    const Library library;
+    ZOTDam::Text value = {};
+    const bool found = library.GetCommonSetting(ToUtf16(arguments.name).c_str(), value);
+    // The library would have passed over a file in use, and answered from the next one.
+    RequireIdle(UserSettings);
+    RequireIdle(Defaults);
+    if (!found)
+        throw Error{"There is no common setting \"" + arguments.name + "\"."};
+    return {ToUtf8(value) + "\n", {{"name", arguments.name}, {"value", ToUtf8(value)}}};
+}
+
+Report SetSetting(const SetArguments& arguments) {
+    const std::wstring value = ToUtf16(arguments.value);
+    if (value.size() >= TextCapacity)
+        throw UsageError{"The value is too long: a setting has " + std::to_string(TextCapacity - 1) +
+                         " characters at most."};
+    const Library library;
+    if (!library.SetCommonSetting(ToUtf16(arguments.name).c_str(), value.c_str()))
+        throw Error{"The setting could not be stored: \"" + arguments.name +
+                    "\" is no name for one, or the value has characters that XML cannot hold, or the " +
+                    TitleOf(UserSettings) + " cannot be written."};
+    RequireSaved(UserSettings);
+    return {arguments.name + " is now \"" + arguments.value + "\".\n",
+            {{"name", arguments.name}, {"value", arguments.value}}};
+}
+
+Report InitSettings() {
+    const Library library;
+    if (!library.InitCommonSetting())
+        throw Error{"The common settings could not be initialised: the " + TitleOf(BaseCatalogue) +
+                    " has none, or the " + TitleOf(Defaults) + " cannot be written."};
+    RequireSaved(Defaults);
+    return {"The defaults have the common settings of the base catalogue.\n", {{"initialised", true}}};
+}
+
+}  // namespace
+
+void AddSettingCommands(CommandSet& commands) {
+    CommandSet setting = commands.AddSet("setting", "Read, change or initialise common settings");
+    setting.Add<GetArguments>(
+        "get", "Read a setting: the user's, else the default, else that of the base catalogue",
+        [](CLI::App& command, GetArguments& arguments) {
+            AddArgument(command, "NAME", arguments.name, "The name of the setting");
+        },
+        GetSetting);
+    setting.Add<SetArguments>(
+        "set", "Change a setting of the user",
+        [](CLI::App& command, SetArguments& arguments) {
+            AddArgument(command, "NAME", arguments.name, "The name of the setting");
+            AddArgument(command, "VALUE", arguments.value, "Its value");
+        },
+        SetSetting);
+    setting.Add("init", "Make the settings of the base catalogue the defaults", InitSettings);
+}
+
+}  // namespace ZOTDam::Client
