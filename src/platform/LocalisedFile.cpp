@@ -27,7 +27,7 @@ std::wstring CopyInSubfolder(const std::wstring& neutralFile, const wchar_t* lan
 
 std::wstring LocalisedFile(const std::wstring& neutralFile) {
     LanguageName language;
-    if (!GetUserLanguage(language))
+    if (neutralFile.empty() || !GetUserLanguage(language))
         return neutralFile;
     wchar_t copy[MAX_PATH] = {};
     ULONG languageSize = LOCALE_NAME_MAX_LENGTH;

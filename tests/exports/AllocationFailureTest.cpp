@@ -171,6 +171,14 @@ void LogMemory(PatchedImports& imports) {
 
 // ---- What fails and what is done ------------------------------------------------------------------------
 
+constexpr char TwoFunctionsWithLabels[] = R"(<ZOTDefault><Functions>
+    <Function ID="1">
+        <Display><AC><DisplayItem Label="Key"/><DisplayItem/></AC></Display><Commands/>
+        <Default ACParamIndex="2" DCParamIndex="3"/>
+    </Function>
+    <Function ID="2"><Display/><Commands/><Default ACParamIndex="4" DCParamIndex="5"/></Function>
+</Functions></ZOTDefault>)";
+
 struct Shortage {
     std::string name;
     void (*install)(PatchedImports& imports);
@@ -212,6 +220,16 @@ bool Enumerates(decltype(&ZOTDam::GetParameter) enumerate, const GUID& scheme) {
     return enumerate(&scheme, &ignore);
 }
 
+// Whether every label is a key or its translation; functions may be missing.
+bool Translates(const Library& dll) {
+    bool translated = true;
+    auto look = MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t, const FunctionRecord* function) {
+        for (const DisplayItem& item : function->acDisplayItems)
+            translated &= item.label == std::wstring_view{L"Key"} || item.label == std::wstring_view{L"Text"};
+    });
+    return dll.GetFunctionInfo(&look) && translated;
+}
+
 bool Stores(const Library& dll, const GUID& scheme) {
     return dll.SetParameter(&scheme, ParamHolder{{{1, {11, 12}}, {3, {13, 14}}}}.get());
 }
@@ -232,6 +250,7 @@ const std::vector<Use> uses = {
      [](const Library& dll) { return Enumerates(dll.GetParameter, PowerSaver); }},
     {"CompletingAScheme", [](const Library& dll) { return Enumerates(dll.GetParameter, Balanced); }},
     {"ReadingTheDefaults", [](const Library& dll) { return Enumerates(dll.GetParameterDefault, Balanced); }},
+    {"TranslatingTheFunctions", [](const Library& dll) { return Translates(dll); }},
     {"StoringAScheme", [](const Library& dll) { return Stores(dll, PowerSaver); }},
     {"StoringIntoAScheme", [](const Library& dll) { return Stores(dll, Balanced); }},
     {"LoadingCurrentValues", [](const Library& dll) { return dll.TEVGetParam(&Balanced); }, true},
@@ -277,7 +296,10 @@ bool GivesAnAllowedResult(const Library& dll, const Use& use, int failingCall, b
 
 class AllocationFailureTest : public SettingsTest, public testing::WithParamInterface<Trial> {
 protected:
-    AllocationFailureTest() { WriteDefaults(TwoFunctions); }
+    AllocationFailureTest() {
+        WriteDefaults(TwoFunctionsWithLabels);
+        WriteStringTable("<root><data name=\"Key\"><value>Text</value></data></root>");
+    }
 
     static std::string Stored() {
         return OldUserFile(OldScheme(HighPerformanceText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)) +

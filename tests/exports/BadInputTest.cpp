@@ -601,17 +601,16 @@ protected:
 </PowerScheme></PowerSchemes><CommonSettings Setting="user"/></OrloPowerCfg>)";
     static constexpr char FullBase[] = R"(<ZOTBase><CommonSettings Setting="base"/><Functions>
 <Function ID="1" Type="1" Flag="1" Name="Dim" Group="Display"><Display><AC>
-<DisplayItem Label="a" Option="1"/></AC></Display>
-<CommandFamilies><CommandFamily><Commands><CommandItem ID="1" Event="2" State="3"/></Commands><CheckExists>
-<CheckExistItem CheckFlag="1" Param1="p"/></CheckExists></CommandFamily></CommandFamilies>
-<Default ACParamIndex="0" DCParamIndex="0"/>
-</Function></Functions><SpecSchemes><SpecScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
-<SubGroup GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c">
-<PowerSetting GUID="a1841308-3541-4fab-bc81-f71556f20b4a" AC="1" DC="2"/>
-</SubGroup></SpecScheme></SpecSchemes></ZOTBase>)";
+<DisplayItem Label="a" Option="1"/></AC></Display><Default ACParamIndex="0" DCParamIndex="0"/>
+<Commands><CommandFamily><CommandItem ID="1" Event="2" State="3" SpecInfo1="s"/>
+<CheckExistItem CheckFlag="1" Param1="p" Param4="q"/></CommandFamily><CommandFamily/></Commands>
+</Function></Functions><SpecSchemes><SchemeItem SchemeGUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+<SubGroup SubGroupGUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c">
+<PowerSetting PowerSettingGUID="a1841308-3541-4fab-bc81-f71556f20b4a" ACValue="1" DCValue="2"/>
+</SubGroup></SchemeItem></SpecSchemes></ZOTBase>)";
     static constexpr char FullStringTable[] =
-        R"(<StringTable><String ID="Dim"><value>Dim the display</value></String><String ID="Rate"><value/>
-</String></StringTable>)";
+        R"(<StringTable><data name="Dim"><value>Dim the display</value></data><data name="Rate"><value/>
+</data><data name="a"><value><![CDATA[ bright ]]></value></data></StringTable>)";
 };
 
 TEST_F(ChanceTest, NoDamageCrashesAnExportOrSpoilsTheUserSettings) {

@@ -6,6 +6,7 @@
 #include "support/DomDocuments.h"
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
+#include "support/StretchedFolder.h"
 
 namespace ZOTDam::Test {
 
@@ -261,26 +262,11 @@ TEST_F(DocumentsTest, ThePlaceIsFixedWhenTheDocumentIsMade) {
     EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8))));
 }
 
-// Lets a variable name the same folder in so many more units that `expanded`, which begins with it, has the
-// given number.
-void Stretch(const wchar_t* variable, const std::filesystem::path& folder, const std::wstring& rest,
-             std::size_t units) {
-    std::wstring stretched = folder.wstring();
-    if ((units - stretched.size() - rest.size()) % 2 != 0)
-        stretched += L"\\";
-    while (stretched.size() + rest.size() < units)
-        stretched += L"\\.";
-    SetEnvironmentVariableW(variable, stretched.c_str());
-}
-
 class LongFolderTest : public DocumentsTest {
 protected:
     void StretchUserFolder(std::size_t units) const {
         Stretch(L"ProgramData", installation.ProgramData(), L"\\Orlo Corporation\\QUEN Power Management\\",
                 units);
-    }
-    void StretchInstallationFolder(std::size_t units) const {
-        Stretch(L"ProgramFiles", installation.ProgramFiles(), L"\\Orlo\\QUEN Power Management\\", units);
     }
 };
 
@@ -311,13 +297,13 @@ TEST_F(LongFolderTest, WithoutAUserFolderNothingIsSavedInTheCurrentFolderEither)
 }
 
 TEST_F(LongFolderTest, AnInstallationFolderOf255UnitsIsUsed) {
-    StretchInstallationFolder(255);
+    StretchInstallationFolder(installation.ProgramFiles(), 255);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
 TEST_F(LongFolderTest, InAnInstallationFolderOf256UnitsNothingIsFound) {
-    StretchInstallationFolder(256);
+    StretchInstallationFolder(installation.ProgramFiles(), 256);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "support/Blocks.h"
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
 #include "support/ExportTest.h"
@@ -22,51 +23,6 @@ void OnThreadWithoutCom(Action&& action) {
     const std::jthread thread{std::forward<Action>(action)};
 }
 
-// The patch ends with the module.
-template <class Function>
-void PatchForGood(HMODULE module, const char* importedName, Function* replacement) {
-    static_cast<void>(new ImportPatch{module, importedName, replacement});
-}
-
-// The blocks that the DLL has from the C runtime's heap, counted until the DLL is freed.
-class Blocks {
-public:
-    static void Watch(HMODULE dll) {
-        live.clear();
-        freedFromBefore = 0;
-        PatchForGood(
-            dll, "malloc", +[](std::size_t size) { return Know(std::malloc(size)); });
-        PatchForGood(
-            dll, "calloc", +[](std::size_t n, std::size_t size) { return Know(std::calloc(n, size)); });
-        PatchForGood(
-            dll, "realloc", +[](void* block, std::size_t size) {
-                live.erase(block);
-                return Know(std::realloc(block, size));
-            });
-        PatchForGood(
-            dll, "free", +[](void* block) {
-                if (block != nullptr && live.erase(block) == 0)
-                    ++freedFromBefore;
-                std::free(block);
-            });
-    }
-
-    // Of those that it took while it was watched.
-    static std::size_t Live() { return live.size(); }
-
-    // The freed ones that it took before, when it was loaded.
-    static int FreedFromBefore() { return freedFromBefore; }
-
-private:
-    static void* Know(void* block) {
-        live.insert(block);
-        return block;
-    }
-
-    inline static std::set<void*> live;
-    inline static int freedFromBefore = 0;
-};
-
 // The DLL as a client has it that frees it without a ZOTDamExit.
 class BareDll {
 public:
@@ -77,9 +33,10 @@ public:
         return module.Export<Function*>(name);
     }
 
-    // Makes the library hold all that it can hold: two documents, the catalogue and the current values.
+    // Makes the library hold three documents, the catalogue and the current values.
     void Fill() const {
-        EXPECT_EQ(Get<decltype(ZOTDam::GetFuncCount)>("GetFuncCount")(), 2u);
+        auto ignore = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
+        EXPECT_TRUE(Get<decltype(ZOTDam::GetFunctionInfo)>("GetFunctionInfo")(&ignore));
         EXPECT_TRUE(
             Get<decltype(ZOTDam::SetParameter)>("SetParameter")(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()));
         EXPECT_TRUE(Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced));
@@ -95,7 +52,10 @@ private:
 
 class LifecycleTest : public ExportTest {
 protected:
-    void SetUp() override { WriteDefaults(TwoFunctions); }
+    void SetUp() override {
+        WriteDefaults(TwoFunctions);
+        WriteStringTable("<root><data name=\"\"><value>Text</value></data></root>");
+    }
 
     bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
 
@@ -170,7 +130,7 @@ TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
     DomDocuments documents{dll->Handle()};
     dll->Fill();
     documents.StopCounting();
-    EXPECT_EQ(documents.StillHeld(), 2u);
+    EXPECT_EQ(documents.StillHeld(), 3u);
     dll.reset();
     EXPECT_EQ(documents.StillHeld(), 0u);
 }

@@ -53,6 +53,7 @@ protected:
     void WriteDefaults(std::string_view xml) const { WriteFile(installation.DefaultsFile(), xml); }
     void WriteUserSettings(std::string_view xml) const { WriteFile(installation.UserFile(), xml); }
     void WriteBase(std::string_view xml) const { WriteFile(installation.BaseFile(), xml); }
+    void WriteStringTable(std::string_view xml) const { WriteFile(installation.StringTableFile(), xml); }
     std::string UserSettings() const { return ReadFile(installation.UserFile()); }
     std::string Defaults() const { return ReadFile(installation.DefaultsFile()); }
 

@@ -54,4 +54,10 @@ private:
     void* original;
 };
 
+// The patch ends with the module.
+template <class Function>
+void PatchForGood(HMODULE module, const char* importedName, Function* replacement) {
+    static_cast<void>(new ImportPatch{module, importedName, replacement});
+}
+
 }  // namespace ZOTDam::Test

@@ -1,0 +1,351 @@
+// The file of the string table: which one it is, and when it is read.
+#include <windows.h>
+
+#include <msxml2.h>
+
+#include <cwchar>
+#include <thread>
+
+#include "support/DomDocuments.h"
+#include "support/StretchedFolder.h"
+#include "support/TranslationTest.h"
+#include "support/UserLanguage.h"
+
+namespace ZOTDam::Test {
+
+// ---- The language --------------------------------------------------------------------------------------
+
+class LanguageTest : public StringTableTest {
+protected:
+    std::wstring TextFor(LANGID id) {
+        const UserLanguage language{Dll().Handle(), id};
+        return FirstName();
+    }
+
+    void WriteGermanCopy() const { WriteCopy(L"de-DE", Entry("Key", "deutsch")); }
+};
+
+TEST_F(LanguageTest, WithoutCopiesTheNeutralTableIsUsed) {
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+TEST_F(LanguageTest, TheCopyForTheLanguageOfThisUserIsUsed) {
+    wchar_t name[LOCALE_NAME_MAX_LENGTH];
+    ASSERT_NE(LCIDToLocaleName(GetUserDefaultUILanguage(), name, LOCALE_NAME_MAX_LENGTH, 0), 0);
+    WriteCopy(name, Entry("Key", "localised"));
+    EXPECT_EQ(FirstName(), L"localised");
+}
+
+TEST_F(LanguageTest, TheNameOfTheLanguageIsAskedForInABufferForEveryName) {
+    static LCID locale;
+    static int capacity;
+    static DWORD flags;
+    const UserLanguage language{Dll().Handle(), German};
+    const ImportPatch patch{Dll().Handle(), "LCIDToLocaleName",
+                            +[](LCID id, wchar_t*, int size, DWORD options) WINAPI {
+                                locale = id;
+                                capacity = size;
+                                flags = options;
+                                return 0;
+                            }};
+    EXPECT_EQ(FirstName(), L"neutral");
+    EXPECT_EQ(locale, German);
+    EXPECT_EQ(capacity, LOCALE_NAME_MAX_LENGTH);
+    EXPECT_EQ(flags, 0u);
+}
+
+TEST_F(LanguageTest, TheSystemIsAskedForTheCopyInThatLanguage) {
+    const UserLanguage language{Dll().Handle(), German};
+    FirstName();
+    ASSERT_EQ(language.Questions().size(), 1u);
+    const UserLanguage::Question& question = language.Questions().front();
+    EXPECT_EQ(question.flags, DWORD{MUI_LANGUAGE_NAME});
+    EXPECT_EQ(question.language, L"de-DE");
+    EXPECT_EQ(question.file, installation.StringTableFile().wstring());
+}
+
+TEST_F(LanguageTest, TheSystemIsAskedForTheFirstCopyWithABufferForItsPath) {
+    const UserLanguage language{Dll().Handle(), German};
+    FirstName();
+    ASSERT_EQ(language.Questions().size(), 1u);
+    EXPECT_EQ(language.Questions().front().enumerator, 0u);
+    EXPECT_EQ(language.Questions().front().copyCapacity, 260u);
+    EXPECT_GT(language.Questions().front().languageCapacity, std::wcslen(L"de-DE"));
+}
+
+TEST_F(LanguageTest, TheCopyThatTheSystemFindsIsUsedWhereverItLies) {
+    UserLanguage language{Dll().Handle(), German};
+    const std::filesystem::path copy = installation.ProgramData() / L"anywhere.xml";
+    WriteFile(copy, StringTable(Entry("Key", "found")));
+    WriteGermanCopy();
+    language.LetLookupFind(copy);
+    EXPECT_EQ(FirstName(), L"found");
+}
+
+TEST_F(LanguageTest, ACopyThatTheSystemFindsButIsMissingLeavesTheTableEmpty) {
+    UserLanguage language{Dll().Handle(), German};
+    WriteGermanCopy();
+    language.LetLookupFind(installation.ProgramData() / L"missing.xml");
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+class LookupErrorTest : public LanguageTest, public testing::WithParamInterface<DWORD> {};
+
+TEST_P(LookupErrorTest, KeepsTheNeutralTable) {
+    UserLanguage language{Dll().Handle(), German};
+    WriteGermanCopy();
+    language.LetLookupFail(GetParam());
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+INSTANTIATE_TEST_SUITE_P(OtherThanNotImplemented, LookupErrorTest,
+                         testing::Values(ERROR_SUCCESS, ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,
+                                         ERROR_NOT_SUPPORTED, ERROR_INVALID_PARAMETER,
+                                         ERROR_INSUFFICIENT_BUFFER, ERROR_MUI_FILE_NOT_FOUND));
+
+TEST_F(LanguageTest, WhereTheSystemHasNoLookupTheCopyLiesInAFolderOfTheLanguage) {
+    WriteGermanCopy();
+    EXPECT_EQ(TextFor(German), L"deutsch");
+}
+
+TEST_F(LanguageTest, WhereTheSystemHasNoLookupAMissingCopyIsReplacedByTheNeutralTable) {
+    EXPECT_EQ(TextFor(German), L"neutral");
+}
+
+TEST_F(LanguageTest, ACopyNeedsNoNeutralTable) {
+    std::filesystem::remove(installation.StringTableFile());
+    WriteGermanCopy();
+    EXPECT_EQ(TextFor(German), L"deutsch");
+}
+
+TEST_F(LanguageTest, ACopyForAnotherLanguageIsNotUsed) {
+    WriteGermanCopy();
+    EXPECT_EQ(TextFor(French), L"neutral");
+}
+
+TEST_F(LanguageTest, ACopyForTheParentLanguageOrARelatedOneIsNotUsed) {
+    WriteGermanCopy();
+    WriteCopy(L"de", Entry("Key", "parent"));
+    EXPECT_EQ(TextFor(AustrianGerman), L"neutral");
+}
+
+TEST_F(LanguageTest, ACopyWithoutTheExtensionIsNone) {
+    std::filesystem::create_directories(CopyFor(L"de-DE").parent_path());
+    WriteFile(CopyFor(L"de-DE").replace_extension(), StringTable(Entry("Key", "deutsch")));
+    EXPECT_EQ(TextFor(German), L"neutral");
+}
+
+TEST_F(LanguageTest, TheNeutralTableDoesNotFillTheGapsOfACopy) {
+    WriteCopy(L"de-DE", Entry("Other", "deutsch"));
+    EXPECT_EQ(TextFor(German), L"Key");
+}
+
+TEST_F(LanguageTest, ACopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
+    WriteGermanCopy();
+    WriteFile(CopyFor(L"de-DE"), "<root>" + Entry("Key", "deutsch"));
+    EXPECT_EQ(TextFor(German), L"Key");
+}
+
+TEST_F(LanguageTest, AFoundCopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
+    UserLanguage language{Dll().Handle(), German};
+    const std::filesystem::path copy = installation.ProgramData() / L"broken.xml";
+    WriteFile(copy, "<root>" + Entry("Key", "found"));
+    language.LetLookupFind(copy);
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+// Languages for which the system has no name, or an empty one.
+class NamelessLanguageTest : public LanguageTest, public testing::WithParamInterface<LANGID> {
+protected:
+    void WriteCopyBesideTheTable() const { WriteCopy(L"", Entry("Key", "beside")); }
+};
+
+TEST_P(NamelessLanguageTest, HasTheNeutralTable) {
+    WriteCopyBesideTheTable();
+    EXPECT_EQ(TextFor(GetParam()), L"neutral");
+}
+
+TEST_P(NamelessLanguageTest, IsNotLookedUp) {
+    UserLanguage language{Dll().Handle(), GetParam()};
+    language.LetLookupFind(installation.ProgramData() / L"missing.xml");
+    EXPECT_EQ(FirstName(), L"neutral");
+    EXPECT_TRUE(language.Questions().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Invariant, NamelessLanguageTest, testing::Values(LANG_INVARIANT));
+INSTANTIATE_TEST_SUITE_P(Unknown, NamelessLanguageTest, testing::Values(LANGID{0x03ff}));
+
+TEST_F(LanguageTest, ANameThatTheSystemGivesWithAFailureIsNone) {
+    const UserLanguage language{Dll().Handle(), German};
+    const ImportPatch patch{Dll().Handle(), "LCIDToLocaleName", +[](LCID, wchar_t* name, int, DWORD) WINAPI {
+                                std::wcscpy(name, L"de-DE");
+                                return 0;
+                            }};
+    WriteGermanCopy();
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+// ---- The folder ----------------------------------------------------------------------------------------
+
+TEST_F(LanguageTest, AFolderOf259UnitsIsUsed) {
+    LoadCatalogue();
+    StretchInstallationFolder(installation.ProgramFiles(), 259);
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+TEST_F(LanguageTest, InAFolderOf260UnitsNoTableIsFound) {
+    LoadCatalogue();
+    StretchInstallationFolder(installation.ProgramFiles(), 260);
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+TEST_F(LanguageTest, WithoutAFolderNoTableIsFoundInTheCurrentFolderEither) {
+    LoadCatalogue();
+    const UserLanguage language{Dll().Handle(), German};
+    WriteGermanCopy();
+    std::filesystem::copy_file(CopyFor(L"de-DE"), CopyFor(L"de-DE").replace_filename(L".mui"));
+    StretchInstallationFolder(installation.ProgramFiles(), 1000);
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(installation.StringTableFile().parent_path());
+    EXPECT_EQ(FirstName(), L"Key");
+    std::filesystem::current_path(before);
+}
+
+TEST_F(StringTableTest, AMissingFolderIsAnEmptyTable) {
+    LoadCatalogue();
+    std::filesystem::remove_all(installation.ProgramFiles());
+    EXPECT_EQ(FirstName(), L"Key");
+    EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));
+}
+
+// ---- When it is read -----------------------------------------------------------------------------------
+
+TEST_F(StringTableTest, IsNotReadWhenTheLibraryIsLoaded) {
+    Dll();
+    WriteEntries(Entry("Key", "new"));
+    EXPECT_EQ(FirstName(), L"new");
+}
+
+TEST_F(StringTableTest, IsNotReadWhenTheCatalogueIsLoaded) {
+    LoadCatalogue();
+    WriteEntries(Entry("Key", "new"));
+    EXPECT_EQ(FirstName(), L"new");
+}
+
+TEST_F(StringTableTest, IsReadOnceUntilTheLibraryIsLoadedAnew) {
+    EXPECT_EQ(FirstName(), L"neutral");
+    WriteEntries(Entry("Key", "new"));
+    EXPECT_EQ(FirstName(), L"neutral");
+    Unload();
+    EXPECT_EQ(FirstName(), L"new");
+}
+
+TEST_F(StringTableTest, IsStillKnownWhenItsFileIsDeleted) {
+    EXPECT_EQ(FirstName(), L"neutral");
+    std::filesystem::remove(installation.StringTableFile());
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+TEST_F(StringTableTest, StaysEmptyWhenItsFileAppearsLater) {
+    std::filesystem::remove(installation.StringTableFile());
+    EXPECT_EQ(FirstName(), L"Key");
+    WriteEntries(Entry("Key", "new"));
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+TEST_F(StringTableTest, StaysEmptyWhenItsFileIsRepairedLater) {
+    EXPECT_EQ(TextInTable("broken"), L"Key");
+    WriteEntries(Entry("Key", "new"));
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+TEST_F(LanguageTest, AChangeOfTheLanguageIsNotSeen) {
+    WriteGermanCopy();
+    WriteCopy(L"fr-FR", Entry("Key", "fran\u00e7ais"));
+    EXPECT_EQ(TextFor(German), L"deutsch");
+    EXPECT_EQ(TextFor(French), L"deutsch");
+    Unload();
+    EXPECT_EQ(TextFor(French), L"fran\u00e7ais");
+}
+
+TEST_F(LanguageTest, TheCopyIsChosenOnce) {
+    const UserLanguage language{Dll().Handle(), German};
+    FirstName();
+    FirstName();
+    EXPECT_EQ(language.Questions().size(), 1u);
+}
+
+TEST_F(StringTableTest, IsOneDocumentThatExitReleases) {
+    DomDocuments documents{Dll().Handle()};
+    LoadCatalogue();
+    EXPECT_EQ(documents.Made(), 1u);
+    FirstName();
+    FirstName();
+    EXPECT_EQ(documents.Made(), 2u);
+    EXPECT_EQ(documents.StillHeld(), 2u);
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_EQ(documents.StillHeld(), 0u);
+}
+
+TEST_F(StringTableTest, NeedsNoMarker) {
+    LoadCatalogue();
+    const SecondProcess defaults{HoldMutex, {DefaultsMarker}};
+    const SecondProcess userSettings{HoldMutex, {UserMarker}};
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+// ---- A table that cannot be read -----------------------------------------------------------------------
+
+TEST_F(StringTableTest, WithoutAFileHasNoTexts) {
+    std::filesystem::remove(installation.StringTableFile());
+    EXPECT_EQ(FirstName(), L"Key");
+    EXPECT_FALSE(std::filesystem::exists(installation.StringTableFile()));
+}
+
+TEST_F(StringTableTest, WhoseFileIsAFolderHasNoTexts) {
+    std::filesystem::remove(installation.StringTableFile());
+    std::filesystem::create_directory(installation.StringTableFile());
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+TEST_F(StringTableTest, WhoseFileIsInUseHasNoTextsThenAndLater) {
+    const HANDLE lock = CreateFileW(installation.StringTableFile().c_str(), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_EQ(FirstName(), L"Key");
+    CloseHandle(lock);
+    EXPECT_EQ(FirstName(), L"Key");
+}
+
+class UnreadableStringTableTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(UnreadableStringTableTest, HasNoTexts) {
+    EXPECT_EQ(TextInTable(GetParam().xml), L"Key");
+    EXPECT_EQ(ReadFile(installation.StringTableFile()), GetParam().xml);
+}
+
+INSTANTIATE_TEST_SUITE_P(, UnreadableStringTableTest,
+                         testing::Values(XmlCase{"Empty", ""}, XmlCase{"NoXml", "Key=Text"},
+                                         XmlCase{"CutOff", "<root>" + Entry("Key", "Text")},
+                                         XmlCase{"TwoRoots", StringTable(Entry("Key", "Text")) + "<root/>"},
+                                         XmlCase{"WrongEncoding", StringTable(Entry("Key", "\xfc"))}),
+                         CaseName<XmlCase>);
+
+TEST_F(StringTableTest, WithoutADomHasNoTextsThenAndLater) {
+    LoadCatalogue();
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_EQ(FirstName(), L"Key");
+    documents.Fail(S_OK);
+    EXPECT_EQ(FirstName(), L"Key");
+    EXPECT_EQ(documents.Made(), 0u);
+}
+
+TEST_F(StringTableTest, OnAThreadWithoutComHasNoTextsThenAndLater) {
+    LoadCatalogue();
+    std::jthread{[this] { EXPECT_EQ(FirstName(), L"Key"); }}.join();
+    EXPECT_EQ(FirstName(), L"Key");
+    Unload();
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,27 @@
+// Folders with names of a given length.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+
+namespace ZOTDam::Test {
+
+// Lets a variable name the same folder in so many more units that what begins with it and goes on with `rest`
+// has the given number.
+inline void Stretch(const wchar_t* variable, const std::filesystem::path& folder, const std::wstring& rest,
+                    std::size_t units) {
+    std::wstring stretched = folder.wstring();
+    if ((units - stretched.size() - rest.size()) % 2 != 0)
+        stretched += L"\\";
+    while (stretched.size() + rest.size() < units)
+        stretched += L"\\.";
+    SetEnvironmentVariableW(variable, stretched.c_str());
+}
+
+inline void StretchInstallationFolder(const std::filesystem::path& programFiles, std::size_t units) {
+    Stretch(L"ProgramFiles", programFiles, L"\\Orlo\\QUEN Power Management\\", units);
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,70 @@
+// The language of the user and the system's lookup of localised files, as the DLL finds them while this
+// object lives. To be destroyed before the DLL is freed.
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+inline constexpr LANGID German = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
+inline constexpr LANGID AustrianGerman = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN_AUSTRIAN);
+inline constexpr LANGID French = MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH);
+
+class UserLanguage {
+public:
+    // What the lookup was asked for.
+    struct Question {
+        DWORD flags;
+        std::wstring file;
+        std::wstring language;
+        ULONG languageCapacity;
+        ULONG copyCapacity;
+        ULONGLONG enumerator;
+    };
+
+    // The lookup is one that the system lacks, until the test says otherwise.
+    UserLanguage(HMODULE dll, LANGID id)
+        : language{id},
+          languagePatch{dll, "GetUserDefaultUILanguage", &Language},
+          lookupPatch{dll, "GetFileMUIPath", &LookUp} {
+        current = this;
+    }
+    UserLanguage(const UserLanguage&) = delete;
+    UserLanguage& operator=(const UserLanguage&) = delete;
+
+    void LetLookupFail(DWORD failure) noexcept { error = failure; }
+    void LetLookupFind(const std::filesystem::path& file) { found = file; }
+
+    const std::vector<Question>& Questions() const noexcept { return questions; }
+
+private:
+    static LANGID WINAPI Language() { return current->language; }
+
+    static BOOL WINAPI LookUp(DWORD flags, const wchar_t* file, wchar_t* name, ULONG* nameCapacity,
+                              wchar_t* copy, ULONG* copyCapacity, ULONGLONG* enumerator) {
+        current->questions.push_back({flags, file, name, *nameCapacity, *copyCapacity, *enumerator});
+        if (current->found.empty()) {
+            SetLastError(current->error);
+            return FALSE;
+        }
+        *std::ranges::copy(current->found, copy).out = L'\0';
+        return TRUE;
+    }
+
+    inline static UserLanguage* current = nullptr;
+    LANGID language;
+    DWORD error = ERROR_CALL_NOT_IMPLEMENTED;
+    std::wstring found;
+    std::vector<Question> questions;
+    ImportPatch languagePatch;
+    ImportPatch lookupPatch;
+};
+
+}  // namespace ZOTDam::Test
