@@ -29,15 +29,16 @@ public:
         app.set_version_flag("--version", "zotdamctl " ZOTDAM_VERSION, "Print the version and exit");
         app.footer("SCHEME or OTHER is the GUID of a power scheme, or " + SchemeNames() + ".\n" +
                    "The options of zotdamctl may also stand behind the command.");
-        AddOptions();
-        CommandSet commands{app, options.action};
+        AddGeneralOptions();
+        CommandSet commands{app, invocation.action};
         AddCatalogueCommands(commands);
+        AddBaseCommands(commands);
         AddParameterCommands(commands);
         AddSchemeCommands(commands);
         AddSettingCommands(commands);
     }
 
-    std::variant<Options, Information> Parse(std::vector<std::string> arguments) {
+    std::variant<Invocation, Information> Parse(std::vector<std::string> arguments) {
         std::ranges::reverse(arguments);  // the order that CLI11 takes
         try {
             app.parse(std::move(arguments));
@@ -48,16 +49,16 @@ public:
         } catch (const CLI::ParseError& error) {
             throw UsageError{std::string{error.what()} + "."};
         }
-        if (!options.action)
+        if (!invocation.action)
             throw UsageError{"No command is given.\n\n" + app.help()};
-        options.programFiles = FolderOf(programFiles);
-        options.programData = FolderOf(programData);
-        return options;
+        invocation.programFiles = FolderOf(programFiles);
+        invocation.programData = FolderOf(programData);
+        return invocation;
     }
 
 private:
-    void AddOptions() {
-        app.add_flag("--json", options.json, "Write JSON instead of tables");
+    void AddGeneralOptions() {
+        app.add_flag("--json", invocation.json, "Write JSON instead of tables");
         AddFolder("--program-files", programFiles, "The folder to use in place of %ProgramFiles%");
         AddFolder("--program-data", programData, "The folder to use in place of %ProgramData%");
     }
@@ -72,14 +73,14 @@ private:
     }
 
     CLI::App app{"Reads and changes the settings of QUEN Power Management.", "zotdamctl"};
-    Options options;
+    Invocation invocation;
     std::string programFiles;
     std::string programData;
 };
 
 }  // namespace
 
-std::variant<Options, Information> ParseCommandLine(std::vector<std::string> arguments) {
+std::variant<Invocation, Information> ParseCommandLine(std::vector<std::string> arguments) {
     return Parser{}.Parse(std::move(arguments));
 }
 

@@ -15,7 +15,7 @@ namespace ZOTDam::Client {
 // A command with its arguments. It throws Error.
 using Action = std::function<Report()>;
 
-struct Options {
+struct Invocation {
     Action action;
     bool json = false;
     std::optional<std::filesystem::path> programFiles;
@@ -26,6 +26,6 @@ struct Options {
 using Information = std::string;
 
 // Throws UsageError.
-std::variant<Options, Information> ParseCommandLine(std::vector<std::string> arguments);
+std::variant<Invocation, Information> ParseCommandLine(std::vector<std::string> arguments);
 
 }  // namespace ZOTDam::Client

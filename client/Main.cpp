@@ -13,13 +13,13 @@ namespace {
 
 enum ExitStatus : int { Success = 0, Failure = 1, WrongUsage = 2 };
 
-void CarryOut(const Options& options) {
-    if (options.programFiles)
-        RedirectProgramFiles(*options.programFiles);
-    if (options.programData)
-        RedirectProgramData(*options.programData);
-    const Report report = options.action();
-    std::cout << (options.json ? report.json.dump(2) + '\n' : report.text);
+void CarryOut(const Invocation& invocation) {
+    if (invocation.programFiles)
+        RedirectProgramFiles(*invocation.programFiles);
+    if (invocation.programData)
+        RedirectProgramData(*invocation.programData);
+    const Report report = invocation.action();
+    std::cout << (invocation.json ? report.json.dump(2) + '\n' : report.text);
 }
 
 ExitStatus Run() {
@@ -27,7 +27,7 @@ ExitStatus Run() {
     if (const auto* const information = std::get_if<Information>(&parsed))
         std::cout << *information;
     else
-        CarryOut(std::get<Options>(parsed));
+        CarryOut(std::get<Invocation>(parsed));
     if (!std::cout.flush())
         throw Error{"The output cannot be written."};
     return Success;

@@ -8,7 +8,7 @@
 //  - Exports are not called concurrently. An OnItem may call exports itself.
 //  - No error code is given, and no exception of the library gets out. What a client's own OnItem throws
 //    passes through to that client.
-//  - GUID pointers are not null, unless said otherwise. Texts are UTF-16.
+//  - Pointers are not null, unless said otherwise. Texts are UTF-16.
 //  - What a client passes in is read and never changed or freed; what OnItem receives, the client neither
 //    changes nor frees. A record is valid only while its OnItem runs.
 #pragma once
@@ -70,9 +70,11 @@ public:
     using const_iterator = BasicIterator<const Record>;
 
     List() noexcept = default;
+    // A list that a client has built may say that it is empty by its count alone.
     List(const List& other) : List{} {
-        for (const Record& record : other)
-            push_back(record);
+        if (!other.empty())
+            for (const Record& record : other)
+                push_back(record);
     }
     List(List&& other) noexcept { Swap(other); }
     List& operator=(List other) noexcept {
@@ -88,10 +90,16 @@ public:
     std::size_t size() const noexcept { return static_cast<std::size_t>(count); }
     bool empty() const noexcept { return count == 0; }
 
-    void push_back(const Record& record) {
-        static_assert(offsetof(Node, record) == 16);
-        EnsureSentinel();
-        Append(*new Node{{}, record});
+    void push_back(const Record& record) { Append(record); }
+    void push_back(Record&& record) { Append(std::move(record)); }
+
+    template <class Predicate>
+    void remove_if(Predicate isUnwanted) {
+        for (ListLinks* links = head->next; links != head;) {
+            Node* const node = reinterpret_cast<Node*>(std::exchange(links, links->next));
+            if (isUnwanted(std::as_const(node->record)))
+                Remove(node);
+        }
     }
 
     void clear() noexcept {
@@ -111,11 +119,21 @@ private:
         }
     }
 
-    void Append(Node& node) noexcept {
-        node.links = {head, head->prev};
-        head->prev->next = &node.links;
-        head->prev = &node.links;
+    template <class Source>
+    void Append(Source&& record) {
+        static_assert(offsetof(Node, record) == 16);
+        EnsureSentinel();
+        Node* const node = new Node{{head, head->prev}, std::forward<Source>(record)};
+        head->prev->next = &node->links;
+        head->prev = &node->links;
         ++count;
+    }
+
+    void Remove(Node* node) noexcept {
+        node->links.prev->next = node->links.next;
+        node->links.next->prev = node->links.prev;
+        delete node;
+        --count;
     }
 
     void Swap(List& other) noexcept {
@@ -443,18 +461,22 @@ extern "C" {
 std::uint32_t GetFuncCount();
 
 // Enumerates every function of the base catalogue, in the order of the file. False for a null callback, or
-// after ZOTDamExit; otherwise true.
+// after ZOTDamExit; otherwise true. A function that cannot be read ends the enumeration; those before it are
+// given.
 bool GetFunctionBase(IGetFunctionBaseCallback* callback);
 
-// Enumerates the functions of the base catalogue that the catalogue lacks; results as GetFunctionBase.
+// Enumerates the functions of the base catalogue that the catalogue lacks; results as GetFunctionBase. None
+// is given when the catalogue cannot be loaded or a function cannot be read.
 bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
 
-// Enumerates the catalogue with names, groups and labels in the user's language, by ascending id; results as
-// GetFunctionBase.
+// Enumerates the catalogue by ascending id, with names, groups and labels in the user's language; a key for
+// which the string table has no text stands for itself. Results as GetFunctionBase.
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
-// Replaces the functions of the defaults file with the holder's records and saves it. False for a null holder
-// or an empty list, or after ZOTDamExit; otherwise true, whatever became of the writing.
+// Makes the holder's records the functions of the defaults file, in place of all that it had, and saves it. A
+// record without command items is left out; one that cannot be written ends the writing. A catalogue that is
+// loaded already stays as it is until ZOTDamExit. False for a null holder or an empty list, or after
+// ZOTDamExit; otherwise true, whatever became of the writing.
 bool AddFunctionDefault(const FunctionBaseHolder* holder);
 
 // Enumerates what the functions are set to in a power scheme, by ascending id: the user's values, completed
@@ -475,36 +497,51 @@ bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 // the file. False when there was no scheme to remove (then nothing is saved), or after ZOTDamExit.
 bool ResetDefault();
 
-// Loads a power scheme's parameters for GetFuncCurValue. False when neither the user settings nor the
-// defaults could be read, or after ZOTDamExit.
+// Loads a power scheme's parameters for GetFuncCurValue, in place of those loaded before. False when neither
+// the user settings nor the defaults could be read, or after ZOTDamExit.
 bool TEVGetParam(const GUID* scheme);
 
 // Gives the options of the function at a zero-based position of the catalogue, in the scheme that TEVGetParam
-// loaded. `value` is not null; a field whose parameter selects no display item is left as it is. False when
-// no scheme is loaded or the catalogue has no such position.
+// loaded. `value` is not null; a field whose parameter selects no display item is left as it is. A function
+// that the scheme lacks gives its first options. False, and `value` untouched, when no scheme is loaded, the
+// catalogue has no such position, or after ZOTDamExit. A position of 2^31 or more means the first function,
+// if there are several.
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 
-// Enumerates the commands of every function, each with the options that a scheme's parameters select; results
-// as GetParameter.
+// Enumerates the commands of every function that the scheme sets, by ascending function id and then in the
+// order of the file, each with the options that the scheme's parameters select (0 where they select none);
+// results as GetParameter.
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 
 // Lists the functions that two schemes set differently, for one power source (mode 1: mains, 2: battery).
-// `names` and `values` are buffers of TextCapacity units. True when there was a difference and both texts
-// were written; false also when either buffer is null.
+// `names` and `values` are buffers of TextCapacity units. `names` gets a line "- name" for each function,
+// those of the group "Group1Name" first, and `values` in the same order the text of what scheme B sets it to,
+// which may be empty; each line ends in a line feed and a carriage return, in this order. What does not fit
+// is cut off. True when there was a difference and both texts were written. A null buffer is left out, and
+// gives false after all else has been done.
 bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mode, wchar_t* names,
                      wchar_t* values);
 
-// Enumerates spec schemes, which the base catalogue holds, in file order; results as GetFunctionBase.
+// Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order;
+// results as GetFunctionBase. A scheme with a malformed GUID, or in which an attribute is missing, is left
+// out.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
 // Copies the named common setting of the user, else of the defaults, else of the base catalogue into `value`,
-// a buffer of TextCapacity units. False, and the buffer untouched, for a null name or when none has it.
+// a buffer of TextCapacity units. The case of the name counts. An empty value is one; one that does not fit
+// the buffer is none. False, and the buffer untouched, for a null name, when none has it, or after
+// ZOTDamExit.
 bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
-// Stores a common setting in the user settings file. False for null arguments or when it cannot be stored.
+// Stores a common setting in the user settings file. The name is an XML name without a colon and not "xmlns",
+// the value has only characters that XML 1.0 can hold. False for null or other arguments, when the file
+// cannot be written, or after ZOTDamExit. While another process uses the file, the setting stays in memory,
+// which counts as success.
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value);
 
-// Replaces the common settings of the defaults file with those of the base catalogue. False on failure.
+// Replaces the common settings of the defaults file with those of the base catalogue, and saves it. False
+// when the base catalogue has none, when the file cannot be written, or after ZOTDamExit; true, with the
+// change in memory only, while another process uses the file.
 bool InitCommonSetting();
 
 // Releases everything that the library holds, all COM objects included. The last call before unloading the

@@ -1,6 +1,7 @@
 // count, functions.
 #include "Catalogue.h"
 #include "commands/Commands.h"
+#include "DisplayOptions.h"
 #include "LanguagePreview.h"
 #include "Text.h"
 
@@ -19,29 +20,11 @@ Report CountFunctions() {
             {{"count", functions}}};
 }
 
-// "0: Fast (10)  1: Slow (20)": the positions, by which parameters name the options, and what they stand for.
-std::string OptionsText(const List<DisplayItem>& items) {
-    std::string text;
-    for (std::size_t position = 0; const DisplayItem& item : items) {
-        text += (position == 0 ? "" : "  ") + std::to_string(position) + ": " + ToUtf8(item.label) + " (" +
-                std::to_string(item.option) + ")";
-        ++position;
-    }
-    return text.empty() ? "none" : text;
-}
-
-Json OptionsJson(const List<DisplayItem>& items) {
-    Json options = Json::array();
-    for (const DisplayItem& item : items)
-        options.push_back({{"option", item.option}, {"label", ToUtf8(item.label)}});
-    return options;
-}
-
 std::string FunctionText(std::uint32_t id, const FunctionRecord& function) {
-    return std::to_string(id) + "  " + ToUtf8(function.name) + "\n" +          //
-           "    Group       " + ToUtf8(function.group) + "\n" +                //
-           "    On mains    " + OptionsText(function.acDisplayItems) + "\n" +  //
-           "    On battery  " + OptionsText(function.dcDisplayItems) + "\n";
+    return std::to_string(id) + "  " + ToUtf8(function.name) + "\n" +                     //
+           "    Group       " + ToUtf8(function.group) + "\n" +                           //
+           "    On mains    " + OptionsText(OptionsOf(function.acDisplayItems)) + "\n" +  //
+           "    On battery  " + OptionsText(OptionsOf(function.dcDisplayItems)) + "\n";
 }
 
 Json FunctionJson(std::uint32_t id, const FunctionRecord& function) {
@@ -50,8 +33,8 @@ Json FunctionJson(std::uint32_t id, const FunctionRecord& function) {
             {"group", ToUtf8(function.group)},
             {"type", function.type},
             {"flag", function.flag},
-            {"ac", OptionsJson(function.acDisplayItems)},
-            {"dc", OptionsJson(function.dcDisplayItems)}};
+            {"ac", OptionsJson(OptionsOf(function.acDisplayItems))},
+            {"dc", OptionsJson(OptionsOf(function.dcDisplayItems))}};
 }
 
 Report ListFunctions(const FunctionsArguments& arguments) {

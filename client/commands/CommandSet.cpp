@@ -1,6 +1,7 @@
 #include "commands/CommandSet.h"
 
 #include <charconv>
+#include <vector>
 
 #include "Error.h"
 #include "Scheme.h"
@@ -33,6 +34,15 @@ void AddArgument(CLI::App& command, const char* name, std::int32_t& number, cons
 void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description) {
     const auto parse = [&scheme](const std::string& text) { scheme = ParseScheme(text); };
     command.add_option_function<std::string>(name, parse, description)->required()->type_name("");
+}
+
+void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& numbers,
+                 const char* description) {
+    const auto parse = [&numbers, name](const std::vector<std::string>& texts) {
+        for (const std::string& text : texts)
+            numbers.insert(ParseNumber(name, text));
+    };
+    command.add_option_function<std::vector<std::string>>(name, parse, description)->type_name("");
 }
 
 }  // namespace ZOTDam::Client

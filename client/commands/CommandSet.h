@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "CommandLine.h"
@@ -45,9 +46,11 @@ private:
     Action& chosen;
 };
 
-// Arguments that commands declare. Each is required.
+// Arguments that commands declare. Each is required, but for the one that takes any number of numbers.
 void AddArgument(CLI::App& command, const char* name, std::string& text, const char* description);
 void AddArgument(CLI::App& command, const char* name, std::int32_t& number, const char* description);
 void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description);
+void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& numbers,
+                 const char* description);
 
 }  // namespace ZOTDam::Client

@@ -6,6 +6,7 @@
 namespace ZOTDam::Client {
 
 void AddCatalogueCommands(CommandSet& commands);
+void AddBaseCommands(CommandSet& commands);
 void AddParameterCommands(CommandSet& commands);
 void AddSchemeCommands(CommandSet& commands);
 void AddSettingCommands(CommandSet& commands);

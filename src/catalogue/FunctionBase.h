@@ -1,17 +1,17 @@
+// The base catalogue: every function that the suite knows, with the checks by which the client finds out
+// whether this machine supports it.
 #pragma once
 
 #include "catalogue/FunctionTable.h"
 
 namespace ZOTDam {
 
-// Appends a record of every function of the base catalogue. Nothing reads the base catalogue yet.
-inline bool ReadFunctionBase(List<FunctionBaseRecord>&) noexcept {
-    return false;
-}
+// Appends a record of every function of the base catalogue. An attribute that an element lacks keeps the
+// value of the element before it, across functions and families. False when a function cannot be read; those
+// before it stay in `output`.
+bool ReadFunctionBase(List<FunctionBaseRecord>& output) noexcept;
 
-// The same for the functions alone that the table lacks.
-inline bool SelectUnsupportedFunctions(CFunctionTable&, List<FunctionBaseRecord>&) noexcept {
-    return false;
-}
+// Makes `output` the records of the functions that the table lacks. On failure it is empty.
+bool SelectUnsupportedFunctions(CFunctionTable& table, List<FunctionBaseRecord>& output) noexcept;
 
 }  // namespace ZOTDam

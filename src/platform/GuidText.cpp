@@ -21,4 +21,8 @@ bool CGuidText::Matches(const wchar_t* other) const noexcept {
     return _wcsicmp(text.data(), other) == 0;
 }
 
+bool ParseGuid(const wchar_t* text, GUID& guid) noexcept {
+    return UuidFromStringW(reinterpret_cast<RPC_WSTR>(const_cast<wchar_t*>(text)), &guid) == RPC_S_OK;
+}
+
 }  // namespace ZOTDam

@@ -20,4 +20,7 @@ private:
     std::array<wchar_t, 37> text{};
 };
 
+// Only that form is taken, in any case.
+bool ParseGuid(const wchar_t* text, GUID& guid) noexcept;
+
 }  // namespace ZOTDam

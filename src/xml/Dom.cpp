@@ -84,6 +84,12 @@ IXMLDOMDocumentPtr OwnerDocument(IXMLDOMNode* node) {
     return document;
 }
 
+IXMLDOMElementPtr EmptyElement(IXMLDOMDocument* document, const CName& name) {
+    IXMLDOMElementPtr element;
+    Check(Required(document)->createElement(name.AsBstr(), &element), document);
+    return element;
+}
+
 }  // namespace
 
 CSelection::CSelection(IXMLDOMNode* parent, const CName& childName)
@@ -161,19 +167,24 @@ void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wch
 }
 
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name) {
-    IXMLDOMElementPtr element;
-    Check(Required(document)->createElement(name.AsBstr(), &element), document);
+    IXMLDOMElementPtr element = EmptyElement(document, name);
     AppendChild(parent, element);
     return element;
 }
 
-IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
-    IXMLDOMElementPtr element = AppendElement(OwnerDocument(parent), parent, name);
+IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
+    IXMLDOMElementPtr element = EmptyElement(OwnerDocument(parent), name);
     // Deliberate: the line feed and the tab put a later child on a line of its own, indented.
     if (V_VT(&value) == VT_EMPTY)
         Check(element->put_text(CName{L"\n\t"}.AsBstr()), element.GetInterfacePtr());
     else
         Check(element->put_nodeTypedValue(value), element.GetInterfacePtr());
+    return element;
+}
+
+IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
+    IXMLDOMElementPtr element = CreateElement(parent, name, value);
+    AppendChild(parent, element);
     return element;
 }
 

@@ -71,7 +71,9 @@ void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wch
 // Appends an empty element; `parent` may be the document itself.
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name);
 
-// Appends an element with a value, or with none.
+// Makes an element with a value, or with none, for the document of `parent`. CreateElement leaves the
+// appending to the caller.
+IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
 IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
 
 // Makes a deep copy of a node of another document, for the document of `parent`, without appending it.

@@ -1,0 +1,162 @@
+// base, adopt, spec-schemes.
+#include <set>
+
+#include "BaseFunction.h"
+#include "Catalogue.h"
+#include "commands/Commands.h"
+#include "Error.h"
+#include "Scheme.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+using Ids = std::set<std::int32_t>;
+
+struct BaseArguments {
+    bool unsupported;
+};
+
+struct AdoptArguments {
+    Ids ids;
+    bool all;
+};
+
+// A base catalogue that cannot be read gives no functions, and nothing more.
+void RequireBaseCatalogue() {
+    if (!exists(PathOf(BaseCatalogue)))
+        throw Error{"The " + TitleOf(BaseCatalogue) + " does not exist."};
+}
+
+Report ListBaseFunctions(const BaseArguments& arguments) {
+    RequireBaseCatalogue();
+    const Library library;
+    if (arguments.unsupported)
+        RequireCatalogue(library);
+    Report report{{}, {{"functions", Json::array()}}};
+    auto add = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
+        const BaseFunction function{*record};
+        report.text += (report.text.empty() ? "" : "\n") + function.Text();
+        report.json["functions"].push_back(function.ToJson());
+    });
+    (arguments.unsupported ? library.GetFunctionBaseUnSupported : library.GetFunctionBase)(&add);
+    return report;
+}
+
+// The records of the chosen functions, which outlive the enumeration.
+List<FunctionBaseRecord> CollectBaseFunctions(const Library& library, const AdoptArguments& arguments) {
+    List<FunctionBaseRecord> records;
+    Ids missing = arguments.ids;
+    auto collect = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
+        missing.erase(record->id);
+        if (arguments.all || arguments.ids.contains(record->id))
+            records.push_back(*record);
+    });
+    library.GetFunctionBase(&collect);
+    if (!missing.empty())
+        throw Error{"The " + TitleOf(BaseCatalogue) + " has no function " + std::to_string(*missing.begin()) +
+                    "."};
+    if (records.empty())
+        throw Error{"The " + TitleOf(BaseCatalogue) + " has no functions."};
+    return records;
+}
+
+Ids CatalogueIds(const Library& library) {
+    Ids ids;
+    auto collect = MakeCallback<IGetFunctionInfoCallback>(
+        [&](std::uint32_t id, const FunctionRecord*) { ids.insert(static_cast<std::int32_t>(id)); });
+    library.GetFunctionInfo(&collect);
+    return ids;
+}
+
+std::string IdsText(const Ids& ids) {
+    std::string text;
+    for (const std::int32_t id : ids)
+        text += (text.empty() ? "" : ", ") + std::to_string(id);
+    return text;
+}
+
+Report Adopt(const AdoptArguments& arguments) {
+    if (arguments.all != arguments.ids.empty())
+        throw UsageError{"Give the ids of the functions to adopt, or --all."};
+    RequireBaseCatalogue();
+    const Library library;
+    const FunctionBaseHolder holder{nullptr, CollectBaseFunctions(library, arguments)};
+    library.AddFunctionDefault(&holder);
+    RequireSaved(Defaults);
+    RequireCatalogue(library);
+    const Ids adopted = CatalogueIds(library);
+    Ids leftOut;
+    for (const FunctionBaseRecord& record : holder.records)
+        if (!adopted.contains(record.id))
+            leftOut.insert(record.id);
+    std::string text = "The catalogue now consists of these functions: " + IdsText(adopted) + "\n";
+    if (!leftOut.empty())
+        text += "Left out, since they have no commands: " + IdsText(leftOut) + "\n";
+    return {text, {{"functions", adopted}, {"leftOut", leftOut}}};
+}
+
+Json PowerSettingJson(const SpecPowerSettingRecord& setting) {
+    return {
+        {"powerSetting", SchemeGuid(setting.powerSetting)}, {"ac", setting.acValue}, {"dc", setting.dcValue}};
+}
+
+Json SubGroupJson(const SpecSubGroupRecord& subGroup) {
+    Json settings = Json::array();
+    for (const SpecPowerSettingRecord& setting : subGroup.powerSettings)
+        settings.push_back(PowerSettingJson(setting));
+    return {{"subGroup", SchemeGuid(subGroup.subGroup)}, {"powerSettings", settings}};
+}
+
+Json SpecSchemeJson(const SpecSchemeRecord& scheme) {
+    Json subGroups = Json::array();
+    for (const SpecSubGroupRecord& subGroup : scheme.subGroups)
+        subGroups.push_back(SubGroupJson(subGroup));
+    return {{"scheme", SchemeGuid(scheme.scheme)}, {"subGroups", subGroups}};
+}
+
+std::string SpecSchemeText(const SpecSchemeRecord& scheme) {
+    std::string text = SchemeTitle(scheme.scheme) + "\n";
+    for (const SpecSubGroupRecord& subGroup : scheme.subGroups) {
+        text += "    Subgroup " + SchemeGuid(subGroup.subGroup) + "\n";
+        for (const auto& [ac, dc, powerSetting] : subGroup.powerSettings)
+            text += "        " + SchemeGuid(powerSetting) + "  " + std::to_string(ac) + " on mains, " +
+                    std::to_string(dc) + " on battery\n";
+    }
+    return text;
+}
+
+Report ListSpecSchemes() {
+    RequireBaseCatalogue();
+    const Library library;
+    Report report{{}, {{"schemes", Json::array()}}};
+    auto add = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord* scheme) {
+        report.text += (report.text.empty() ? "" : "\n") + SpecSchemeText(*scheme);
+        report.json["schemes"].push_back(SpecSchemeJson(*scheme));
+    });
+    library.GetSpecScheme(&add);
+    return report;
+}
+
+}  // namespace
+
+void AddBaseCommands(CommandSet& commands) {
+    commands.Add<BaseArguments>(
+        "base", "List the functions of the base catalogue, with what it prescribes for them",
+        [](CLI::App& command, BaseArguments& arguments) {
+            command.add_flag("--unsupported", arguments.unsupported,
+                             "List only those that the catalogue of this machine lacks");
+        },
+        ListBaseFunctions);
+    commands.Add<AdoptArguments>(
+        "adopt", "Make functions of the base catalogue the catalogue of this machine",
+        [](CLI::App& command, AdoptArguments& arguments) {
+            AddArgument(command, "ID", arguments.ids, "The ids of the functions");
+            command.add_flag("--all", arguments.all, "Adopt all of them");
+        },
+        Adopt);
+    commands.Add("spec-schemes", "List the Windows power settings that the base catalogue prescribes",
+                 ListSpecSchemes);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,69 @@
+#include "schemes/SpecSchemeReader.h"
+
+#include <utility>
+
+#include "platform/Failure.h"
+#include "platform/GuidText.h"
+#include "xml/Documents.h"
+
+namespace ZOTDam {
+
+namespace {
+
+// Reads one level: of each element its GUID, and by `readContent` what else belongs to the record.
+template <class Record, class ReadContent>
+bool ReadLevel(IXMLDOMElement* parent, const CName& elementName, const CName& guidName, GUID Record::*guid,
+               List<Record>& records, ReadContent readContent) {
+    bool complete = true;
+    for (const IXMLDOMElementPtr& element : SelectChildren(parent, elementName)) {
+        Record record;
+        std::wstring guidText;
+        if (!ReadAttribute(element, guidName, guidText) || !readContent(element, record))
+            complete = false;
+        else if (ParseGuid(guidText.c_str(), record.*guid))
+            records.push_back(std::move(record));
+    }
+    return complete;
+}
+
+}  // namespace
+
+bool CSpecSchemeReader::ReadSchemes(List<SpecSchemeRecord>& schemes) const noexcept {
+    schemes.clear();
+    return FalseOnException([&] {
+        CXmlZOTBase* base = BaseCatalogue.Get();
+        if (base == nullptr)
+            return false;
+        List<SpecSchemeRecord> read;
+        const bool complete =
+            ReadLevel(base->SpecSchemes(), L"SchemeItem", L"SchemeGUID", &SpecSchemeRecord::scheme, read,
+                      [](IXMLDOMElement* element, SpecSchemeRecord& record) {
+                          return ReadSubGroups(element, record.subGroups);
+                      });
+        schemes = std::move(read);
+        return complete;
+    });
+}
+
+bool CSpecSchemeReader::ReadSubGroups(IXMLDOMElement* scheme, List<SpecSubGroupRecord>& subGroups) noexcept {
+    return FalseOnException([&] {
+        return ReadLevel(scheme, L"SubGroup", L"SubGroupGUID", &SpecSubGroupRecord::subGroup, subGroups,
+                         [](IXMLDOMElement* element, SpecSubGroupRecord& record) {
+                             return ReadPowerSettings(element, record.powerSettings);
+                         });
+    });
+}
+
+bool CSpecSchemeReader::ReadPowerSettings(IXMLDOMElement* subGroup,
+                                          List<SpecPowerSettingRecord>& powerSettings) noexcept {
+    return FalseOnException([&] {
+        return ReadLevel(subGroup, L"PowerSetting", L"PowerSettingGUID",
+                         &SpecPowerSettingRecord::powerSetting, powerSettings,
+                         [](IXMLDOMElement* element, SpecPowerSettingRecord& record) {
+                             return ReadAttribute(element, L"ACValue", record.acValue) &&
+                                    ReadAttribute(element, L"DCValue", record.dcValue);
+                         });
+    });
+}
+
+}  // namespace ZOTDam
