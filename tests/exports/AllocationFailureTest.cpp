@@ -23,7 +23,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// ---- The calls that fail --------------------------------------------------------------------------------
+// ---- The calls that fail ----
 
 // Which of the counted calls fails: the one that brings this down to zero, and those behind it when the
 // shortage lasts.
@@ -169,7 +169,7 @@ void LogMemory(PatchedImports& imports) {
     imports.Patch("free", FreeStandIn);
 }
 
-// ---- What fails and what is done ------------------------------------------------------------------------
+// ---- What fails and what is done ----
 
 constexpr char TwoFunctionsWithLabels[] = R"(<ZOTDefault><Functions>
     <Function ID="1">
@@ -234,6 +234,12 @@ bool Stores(const Library& dll, const GUID& scheme) {
     return dll.SetParameter(&scheme, ParamHolder{{{1, {11, 12}}, {3, {13, 14}}}}.get());
 }
 
+// Each common setting has the name of its source, and that name as its value.
+bool Finds(const Library& dll, const wchar_t* source) {
+    Text value = {};
+    return dll.GetCommonSetting(source, value) && std::wstring{source} == value;
+}
+
 // The first use of a freshly loaded DLL.
 struct Use {
     std::string name;
@@ -257,6 +263,11 @@ const std::vector<Use> uses = {
     {"ResettingWhatWasRead",
      [](const Library& dll) { return Enumerates(dll.GetParameter, HighPerformance) && dll.ResetDefault(); },
      true, true},
+    {"ReadingACommonSetting", [](const Library& dll) { return Finds(dll, L"user"); }, true},
+    {"ReadingADefaultSetting", [](const Library& dll) { return Finds(dll, L"default"); }, true},
+    {"ReadingASettingOfTheBase", [](const Library& dll) { return Finds(dll, L"base"); }, true},
+    {"StoringACommonSetting", [](const Library& dll) { return dll.SetCommonSetting(L"user", L"new"); }, true},
+    {"InitialisingTheCommonSettings", [](const Library& dll) { return dll.InitCommonSetting(); }, true},
 };
 
 struct Trial {
@@ -297,18 +308,27 @@ bool GivesAnAllowedResult(const Library& dll, const Use& use, int failingCall, b
 class AllocationFailureTest : public SettingsTest, public testing::WithParamInterface<Trial> {
 protected:
     AllocationFailureTest() {
-        WriteDefaults(TwoFunctionsWithLabels);
+        WriteBase(R"(<ZOTBase><CommonSettings base="base"/></ZOTBase>)");
         WriteStringTable("<root><data name=\"Key\"><value>Text</value></data></root>");
     }
 
     static std::string Stored() {
-        return OldUserFile(OldScheme(HighPerformanceText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)) +
-                           OldScheme(BalancedText, OldFunction(1, 1, 1)));
+        return "<OrloPowerCfg><PowerSchemes>" +
+               OldScheme(HighPerformanceText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)) +
+               OldScheme(BalancedText, OldFunction(1, 1, 1)) +
+               "</PowerSchemes><CommonSettings user=\"user\"/></OrloPowerCfg>\n";
+    }
+
+    static std::string StoredDefaults() {
+        std::string defaults = TwoFunctionsWithLabels;
+        return defaults.insert(defaults.find("</ZOTDefault>"), "<CommonSettings default=\"default\"/>");
     }
 
     void RestoreFiles() const {
         WriteUserSettings(Stored());
+        WriteDefaults(StoredDefaults());
         std::filesystem::remove(KeptFile());
+        std::filesystem::remove(KeptDefaults());
     }
 
     void ExpectThatNothingStoredIsLost() const {
@@ -316,9 +336,13 @@ protected:
         const bool hasStoredScheme = UserSettings().find(HighPerformanceText) != std::string::npos;
         const bool isKept = ReadFile(KeptFile()) == Stored();
         EXPECT_TRUE(hasStoredScheme || isKept || GetParam().use.removes) << UserSettings();
+        EXPECT_TRUE(IsXml(installation.DefaultsFile()));
+        const bool hasFunctions = Defaults().find("<Function ID=\"2\"") != std::string::npos;
+        EXPECT_TRUE(hasFunctions || ReadFile(KeptDefaults()) == StoredDefaults()) << Defaults();
     }
 
     void ExpectThatEverythingWorksAgain() {
+        RestoreFiles();
         EXPECT_EQ(Dll().GetFuncCount(), 2u);
         EXPECT_TRUE(SetParameter(HighPerformance, {{1, {21, 22}}, {2, {23, 24}}}));
         EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {21, 22}}, {2, {23, 24}}}));
@@ -337,6 +361,9 @@ protected:
 
 private:
     std::filesystem::path KeptFile() const { return installation.UserFile().replace_extension(L".bak"); }
+    std::filesystem::path KeptDefaults() const {
+        return installation.DefaultsFile().replace_extension(L".bak");
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Trials()), CaseName<Trial>);

@@ -21,8 +21,7 @@ protected:
     Text buffer = L"untouched";
 };
 
-// ---- Null callbacks
-// ----------------------------------------------------------------------------------------
+// ---- Null callbacks ----
 
 // No document is made for a call that is refused.
 class NullCallbackTest : public ArgumentChecksTest {
@@ -81,16 +80,17 @@ TEST_F(NullCallbackTest, GetSpecSchemeGivesFalse) {
     EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
 }
 
-// ---- Null texts
-// --------------------------------------------------------------------------------------------
+// ---- Null texts ----
 
 TEST_F(ArgumentChecksTest, GetCommonSettingWithoutANameGivesFalseAndLeavesTheBuffer) {
+    WriteUserSettings(R"(<R><CommonSettings Name="value"/></R>)");
     EXPECT_FALSE(Dll().GetCommonSetting(nullptr, buffer));
     EXPECT_STREQ(buffer, L"untouched");
     EXPECT_FALSE(Dll().GetCommonSetting(nullptr, nullptr));
 }
 
 TEST_F(ArgumentChecksTest, GetCommonSettingThatFindsNothingGivesFalseAndLeavesTheBuffer) {
+    WriteUserSettings(R"(<R><CommonSettings Other="value"/></R>)");
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", buffer));
     EXPECT_STREQ(buffer, L"untouched");
 }
@@ -109,6 +109,9 @@ TEST_F(ArgumentChecksTest, SetCommonSettingWithoutANameOrAValueGivesFalseAndStor
 TEST_F(ArgumentChecksTest, InitCommonSettingWithoutABaseCatalogueGivesFalse) {
     EXPECT_FALSE(Dll().InitCommonSetting());
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+    Unload();
+    WriteBase("<ZOTBase><CommonSettings/></ZOTBase>");
+    EXPECT_TRUE(Dll().InitCommonSetting());
 }
 
 TEST_F(ArgumentChecksTest, GetDiffFuncListWithoutABufferGivesFalse) {
@@ -135,8 +138,7 @@ TEST_F(ArgumentChecksTest, GetDiffFuncListOfASchemeAndItselfGivesFalse) {
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &Balanced, 1, buffer, values));
 }
 
-// ---- Holders
-// -----------------------------------------------------------------------------------------------
+// ---- Holders ----
 
 TEST_F(ArgumentChecksTest, SetParameterWithoutAHolderGivesFalse) {
     EXPECT_FALSE(Dll().SetParameter(&Balanced, nullptr));
@@ -202,8 +204,7 @@ TEST_F(ArgumentChecksTest, AddFunctionDefaultTakesTheCountAloneForEmptiness) {
     EXPECT_TRUE(Dll().AddFunctionDefault(RawFunctionBaseHolder{nullptr, &sentinel, 1}.get()));
 }
 
-// ---- The all-zero scheme
-// -----------------------------------------------------------------------------------
+// ---- The all-zero scheme ----
 
 class AllZeroSchemeTest : public ArgumentChecksTest {
 protected:
@@ -267,8 +268,7 @@ TEST_F(AllZeroSchemeTest, IsOnlyTheOneWithBothHalvesZero) {
     EXPECT_NE(UserSettings().find("\"00000000-0000-0000-0000-000000000001\""), std::string::npos);
 }
 
-// ---- Nothing to enumerate
-// ----------------------------------------------------------------------------------
+// ---- Nothing to enumerate ----
 
 TEST_F(ArgumentChecksTest, WithoutAnyFileEveryEnumerationGivesTrueWithoutItems) {
     int items = 0;
@@ -287,8 +287,7 @@ TEST_F(ArgumentChecksTest, WithoutAnyFileEveryEnumerationGivesTrueWithoutItems) 
     EXPECT_EQ(items, 0);
 }
 
-// ---- Current values
-// ----------------------------------------------------------------------------------------
+// ---- Current values ----
 
 TEST_F(ArgumentChecksTest, GetFuncCurValueBeforeAnyTevGetParamGivesFalseAndLeavesTheValue) {
     WriteDefaults(TwoFunctions);

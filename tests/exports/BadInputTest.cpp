@@ -91,7 +91,7 @@ std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
 
 }  // namespace
 
-// ---- Unreadable files -----------------------------------------------------------------------------------
+// ---- Unreadable files ----
 
 class BadInputTest : public SettingsTest {
 protected:
@@ -230,7 +230,7 @@ TEST_F(BadInputTest, AnUnreadableFileThatCannotBeKeptIsNotReplaced) {
     EXPECT_FALSE(std::filesystem::exists(NewFile()));
 }
 
-// ---- Readable files in another form ---------------------------------------------------------------------
+// ---- Readable files in another form ----
 
 class OtherFormTest : public BadInputTest, public testing::WithParamInterface<std::size_t> {};
 
@@ -289,7 +289,7 @@ TEST_F(BadInputTest, Utf16WithoutAMarkIsSurvived) {
     EXPECT_TRUE(IsXml(installation.UserFile()));
 }
 
-// ---- Another structure ----------------------------------------------------------------------------------
+// ---- Another structure ----
 
 TEST_F(BadInputTest, AnotherRootIsTakenAsItIs) {
     WriteDefaults(R"(<Any><Functions>
@@ -330,7 +330,7 @@ TEST_F(BadInputTest, SectionsOfTheWrongKindAreIgnored) {
     ExpectNoCatalogue();
 }
 
-// ---- Values ---------------------------------------------------------------------------------------------
+// ---- Values ----
 
 TEST_F(BadInputTest, AnIdBeyond32BitsStopsAtTheLimit) {
     WriteFunctions(Function(1) + R"(<Function ID="99999999999999999999"><Display/><Commands/></Function>)");
@@ -365,7 +365,7 @@ TEST_F(BadInputTest, AGuidOfAnyLengthIsOnlyAGuidThatDoesNotMatch) {
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
 }
 
-// ---- Size -----------------------------------------------------------------------------------------------
+// ---- Size ----
 
 class HugeFileTest : public BadInputTest {
 protected:
@@ -402,7 +402,7 @@ TEST_F(HugeFileTest, EverySchemeOfManyIsFound) {
     EXPECT_EQ(GetParameter(Balanced).front(), (Params::value_type{-1, {7, 8}}));
 }
 
-// ---- Missing files and folders, and folders in their place ----------------------------------------------
+// ---- Missing files and folders, and folders in their place ----
 
 TEST_F(BadInputTest, MissingFilesGiveNoCatalogueAndAreNotCreated) {
     ExpectNoCatalogue();
@@ -468,7 +468,7 @@ TEST_F(BadInputTest, AFileThatAnotherProgramKeepsClosedIsNotReplaced) {
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
 }
 
-// ---- Chance ---------------------------------------------------------------------------------------------
+// ---- Chance ----
 
 // Damages a file, differently for every seed and always the same for one.
 class Mutator {

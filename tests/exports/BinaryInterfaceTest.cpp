@@ -26,7 +26,7 @@ protected:
     LoadedImage Image() { return LoadedImage{Dll().Handle()}; }
 };
 
-// ---- The file -------------------------------------------------------------------------------------------
+// ---- The file ----
 
 TEST_F(BinaryInterfaceTest, TheEighteenNamesAreExportedAndNothingElse) {
     EXPECT_EQ(
@@ -96,7 +96,7 @@ TEST_F(VersionTest, TheFileTellsItsName) {
     EXPECT_STREQ(name, L"ZOTDam.dll");
 }
 
-// ---- Results --------------------------------------------------------------------------------------------
+// ---- Results ----
 
 TEST_F(BinaryInterfaceTest, EveryBoolIsOneCleanByte) {
     WriteDefaults(TwoFunctions);
@@ -113,7 +113,7 @@ TEST_F(BinaryInterfaceTest, TrueIsOneAndFalseIsZero) {
     EXPECT_EQ(RawResult(Dll().ZOTDamExit), 1);
 }
 
-// ---- A client in C --------------------------------------------------------------------------------------
+// ---- A client in C ----
 
 class CClientTest : public BinaryInterfaceTest {
 protected:
@@ -155,7 +155,7 @@ TEST_F(CClientTest, CannotStoreAnEmptyTree) {
     EXPECT_FALSE(HasUserSettings());
 }
 
-// ---- Callbacks of other shapes --------------------------------------------------------------------------
+// ---- Callbacks of other shapes ----
 
 class CallbackShapeTest : public BinaryInterfaceTest {
 protected:

@@ -1,19 +1,16 @@
 // The named mutexes that mark a data file as busy: who finds one leaves the file alone and does not wait.
 #include <windows.h>
 
-#include <functional>
 #include <optional>
-#include <set>
 
 #include "support/DataFiles.h"
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
+#include "support/MarkerCalls.h"
 
 namespace ZOTDam::Test {
 
 namespace {
-
-using Names = std::vector<std::wstring>;
 
 bool MarkerExists(const wchar_t* name) {
     const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, name);
@@ -27,78 +24,6 @@ HANDLE Fail(DWORD error) {
     SetLastError(error);
     return nullptr;
 }
-
-HANDLE AnyMutex(DWORD error) {
-    const HANDLE mutex = CreateMutexW(nullptr, FALSE, nullptr);
-    SetLastError(error);
-    return mutex;
-}
-
-// Records how the DLL looks for markers, makes and closes them. A test can answer the first two calls in the
-// system's place.
-class MarkerCalls {
-public:
-    explicit MarkerCalls(HMODULE dll)
-        : open{dll, "OpenMutexW", &Open},
-          create{dll, "CreateMutexW", &Create},
-          close{dll, "CloseHandle", &Close} {
-        current = this;
-    }
-
-    Names looked;               // for these names it has looked,
-    Names made;                 // these it has tried to make,
-    std::set<HANDLE> unclosed;  // and these handles it still has.
-
-    std::function<std::optional<HANDLE>()> onOpen = [] { return std::nullopt; };
-    std::function<std::optional<HANDLE>()> onCreate = [] { return std::nullopt; };
-    std::function<void()> beforeClose = [] {};
-
-    // Lets the DLL find a marker when it looks for the n-th time, and only then.
-    void BeBusyAtLook(std::size_t number) {
-        onOpen = [this, number]() -> std::optional<HANDLE> {
-            if (looked.size() == number)
-                return AnyMutex(ERROR_SUCCESS);
-            return std::nullopt;
-        };
-    }
-
-private:
-    static HANDLE WINAPI Open(DWORD access, BOOL inherit, const wchar_t* name) {
-        EXPECT_EQ(access, 0x00100001u);
-        EXPECT_FALSE(inherit);
-        current->looked.emplace_back(name);
-        const std::optional<HANDLE> answer = current->onOpen();
-        return Keep(answer ? *answer : OpenMutexW(access, inherit, name));
-    }
-
-    static HANDLE WINAPI Create(SECURITY_ATTRIBUTES* attributes, BOOL owned, const wchar_t* name) {
-        EXPECT_EQ(attributes, nullptr);
-        EXPECT_TRUE(owned);
-        current->made.emplace_back(name);
-        const std::optional<HANDLE> answer = current->onCreate();
-        return Keep(answer ? *answer : CreateMutexW(attributes, owned, name));
-    }
-
-    static BOOL WINAPI Close(HANDLE handle) {
-        if (current->unclosed.erase(handle) != 0)
-            current->beforeClose();
-        return CloseHandle(handle);
-    }
-
-    // The error code goes on to the caller as it is.
-    static HANDLE Keep(HANDLE handle) {
-        const DWORD error = GetLastError();
-        if (handle != nullptr)
-            current->unclosed.insert(handle);
-        SetLastError(error);
-        return handle;
-    }
-
-    inline static MarkerCalls* current = nullptr;
-    ImportPatch open;
-    ImportPatch create;
-    ImportPatch close;
-};
 
 }  // namespace
 
@@ -118,7 +43,7 @@ protected:
     const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
 };
 
-// ---- Which markers are looked for, and when ---------------------------------------------------------------
+// ---- Which markers are looked for, and when ----
 
 TEST_F(BusyMarkerTest, AWriteLooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
     WriteFiles();
@@ -233,7 +158,7 @@ TEST_F(BusyMarkerTest, TheOwnershipIsNeverReleasedByACallOfItsOwn) {
     EXPECT_THROW((ImportPatch{Dll().Handle(), "ReleaseMutex", &ReleaseMutex}), std::invalid_argument);
 }
 
-// ---- Markers that others hold -----------------------------------------------------------------------------
+// ---- Markers that others hold ----
 
 TEST_F(BusyMarkerTest, AReadSkipsABusyFile) {
     WriteFiles();
@@ -285,6 +210,8 @@ TEST_F(BusyMarkerTest, ASkippedReadAndSaveChangeNoResult) {
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
     EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), StoredSettings());
 }
 
 TEST_F(BusyMarkerTest, TheUserMarkerDoesNotKeepTheDefaultsFromBeingRead) {
@@ -321,8 +248,7 @@ TEST_F(BusyMarkerTest, DefaultsThatAreBusyAfterTheirLoadAreStillKnown) {
     EXPECT_EQ(GetParameterDefault(Balanced), defaults);
 }
 
-// ---- Load and save, each with a marker of its own
-// -----------------------------------------------------------
+// ---- Load and save, each with a marker of its own ----
 
 TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
     WriteFiles();
@@ -400,7 +326,7 @@ TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest
                           NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
 }
 
-// ---- What the two mutex calls can answer ------------------------------------------------------------------
+// ---- What the two mutex calls can answer ----
 
 struct MarkerAnswer {
     const char* name;

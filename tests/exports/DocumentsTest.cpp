@@ -28,8 +28,7 @@ protected:
     inline static const std::string Created = NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6)));
 };
 
-// ---- The defaults
-// ------------------------------------------------------------------------------------------
+// ---- The defaults ----
 
 TEST_F(DocumentsTest, WithoutADefaultsFileThereIsNoCatalogue) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
@@ -104,8 +103,7 @@ TEST_F(DocumentsTest, AFunctionsSectionFurtherDownIsNone) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-// ---- The user settings
-// -------------------------------------------------------------------------------------
+// ---- The user settings ----
 
 TEST_F(DocumentsTest, TheFirstSaveCreatesTheFileWithDeclarationAndRoot) {
     EXPECT_TRUE(SetFunctionOne());
@@ -117,6 +115,8 @@ TEST_F(DocumentsTest, AReadOfASettingThatNobodyHasCreatesNoFile) {
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", value));
     EXPECT_STREQ(value, L"untouched");
     EXPECT_FALSE(HasUserFile());
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+    EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
 }
 
 TEST_F(DocumentsTest, AReadThatFindsNothingCreatesNoFile) {
@@ -211,6 +211,8 @@ TEST_F(DocumentsTest, DeletingTheFileDropsTheCommonSettingsFromMemory) {
         "<Other/></OrloPowerCfg>");
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     std::filesystem::remove(installation.UserFile());
+    Text value = {};
+    EXPECT_FALSE(Dll().GetCommonSetting(L"A", value));
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
                                   NewScheme(BalancedText, NewFunction(1, 5, 6)) +
@@ -221,6 +223,9 @@ TEST_F(DocumentsTest, DeletingAFileWithoutSchemesLeavesTheCommonSettingsInMemory
     WriteUserSettings("<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes/></OrloPowerCfg>");
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     std::filesystem::remove(installation.UserFile());
+    Text value = {};
+    EXPECT_TRUE(Dll().GetCommonSetting(L"A", value));
+    EXPECT_STREQ(value, L"a");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
                                   NewScheme(BalancedText, NewFunction(1, 5, 6)) +
@@ -236,8 +241,7 @@ TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesAlsoWhileTheMarkerIsHeld) {
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
-// ---- Places
-// ------------------------------------------------------------------------------------------------
+// ---- Places ----
 
 TEST_F(DocumentsTest, AMissingFolderIsNotCreatedAndTheSaveFails) {
     std::filesystem::remove_all(installation.ProgramData());
@@ -308,8 +312,7 @@ TEST_F(LongFolderTest, InAnInstallationFolderOf256UnitsNothingIsFound) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-// ---- One document for each file
-// ----------------------------------------------------------------------------
+// ---- One document for each file ----
 
 TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
     WriteDefaults(TwoFunctions);
@@ -318,8 +321,9 @@ TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
         EXPECT_EQ(Dll().GetFuncCount(), 2u);
         EXPECT_TRUE(SetFunctionOne());
         GetParameter(Balanced);
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
     }
-    EXPECT_EQ(documents.Made(), 2u);
+    EXPECT_EQ(documents.Made(), 3u);
 }
 
 TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
@@ -330,10 +334,11 @@ TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
     EXPECT_EQ(documents.Made(), 1u);
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(documents.Made(), 2u);
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+    EXPECT_EQ(documents.Made(), 3u);
 }
 
-// ---- Saving
-// ------------------------------------------------------------------------------------------------
+// ---- Saving ----
 
 class SavingTest : public DocumentsTest {
 protected:

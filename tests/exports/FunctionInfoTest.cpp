@@ -83,7 +83,7 @@ protected:
     }
 };
 
-// ---- Functions -----------------------------------------------------------------------------------------
+// ---- Functions ----
 
 TEST_F(FunctionInfoTest, HasAllOfEveryFunction) {
     EXPECT_EQ(InfoOf(DimAndRate), dimAndRateAsKeys);
@@ -132,7 +132,7 @@ TEST_F(FunctionInfoTest, HasEmptyTextsAndListsWhereTheFileHasNone) {
     EXPECT_EQ(InfoOfOnly(Function(5)), (FunctionInfo{5, 0, 0, L"", L"", {}, {}}));
 }
 
-// ---- Items ---------------------------------------------------------------------------------------------
+// ---- Items ----
 
 TEST_F(FunctionInfoTest, HasTheItemsInTheOrderOfTheFile) {
     WriteEntries(Entry("a", "1") + Entry("c", "3") + Entry("d", "4"));
@@ -195,7 +195,7 @@ TEST_F(FunctionInfoTest, HasListsThatARawClientCanWalkBothWays) {
     EXPECT_TRUE(Dll().GetFunctionInfo(&walk));
 }
 
-// ---- Translation ---------------------------------------------------------------------------------------
+// ---- Translation ----
 
 TEST_F(FunctionInfoTest, TranslatesTheNameAlone) {
     EXPECT_EQ(InfoOfFull(Entry("Name", "Text")),
@@ -283,7 +283,7 @@ TEST_F(FunctionInfoTest, TakesANameThatADifferenceListHasTranslatedAsTheKey) {
     EXPECT_EQ(infos.at(1).name, L"Bildrate");
 }
 
-// ---- Without a catalogue -------------------------------------------------------------------------------
+// ---- Without a catalogue ----
 
 class InfoWithoutCatalogueTest : public FunctionInfoTest, public testing::WithParamInterface<XmlCase> {
 protected:
@@ -341,7 +341,7 @@ TEST_F(FunctionInfoTest, WritesNoFile) {
     EXPECT_FALSE(HasUserSettings());
 }
 
-// ---- OnItem --------------------------------------------------------------------------------------------
+// ---- OnItem ----
 
 class InfoOnItemTest : public FunctionInfoTest {
 protected:

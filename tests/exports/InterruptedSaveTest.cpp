@@ -41,7 +41,7 @@ const RegisterRole saveInALoop{SaveInALoop, [](const std::vector<std::wstring>&)
                                    return 0;
                                }};
 
-// ---- Functions of the platform that end the process, or refuse -------------------------------------------
+// ---- Functions of the platform that end the process, or refuse ----
 
 enum class Fate { Passes, DiesBefore, DiesAfter, Refuses };
 
@@ -201,7 +201,7 @@ TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesEverySchemeOldOrNew) {
     }
 }
 
-// ---- Death at a certain call ----------------------------------------------------------------------------
+// ---- Death at a certain call ----
 
 class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
 protected:
@@ -261,7 +261,7 @@ TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
 }
 
-// ---- Left-overs -----------------------------------------------------------------------------------------
+// ---- Left-overs ----
 
 TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
@@ -282,7 +282,7 @@ TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
     ExpectThatTheNextSaveWorks();
 }
 
-// ---- The disk refuses -----------------------------------------------------------------------------------
+// ---- The disk refuses ----
 
 class RefusedSaveTest : public InterruptedSaveTest {
 protected:
@@ -292,6 +292,7 @@ protected:
         const FatefulPlatform platform{Dll().Handle()};
         Call::fate = Fate::Refuses;
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
+        EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"value"));
     }
 
     template <class Call>

@@ -33,10 +33,12 @@ public:
         return module.Export<Function*>(name);
     }
 
-    // Makes the library hold three documents, the catalogue and the current values.
+    // Makes the library hold all that it can hold: four documents, the catalogue and the current values.
     void Fill() const {
         auto ignore = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
         EXPECT_TRUE(Get<decltype(ZOTDam::GetFunctionInfo)>("GetFunctionInfo")(&ignore));
+        Text setting;
+        EXPECT_FALSE(Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Nobody", setting));
         EXPECT_TRUE(
             Get<decltype(ZOTDam::SetParameter)>("SetParameter")(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()));
         EXPECT_TRUE(Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced));
@@ -74,8 +76,7 @@ protected:
     ComScope com;
 };
 
-// ---- Loading
-// -----------------------------------------------------------------------------------------------
+// ---- Loading ----
 
 TEST_F(LifecycleTest, LoadingReadsNoFile) {
     WriteDefaults("broken");
@@ -104,8 +105,7 @@ TEST_F(LifecycleTest, ALibraryThatIsLoadedAgainWorksAndReadsAnew) {
     EXPECT_EQ(GetParameterDefault(Balanced), Params{});
 }
 
-// ---- ZOTDamExit and FreeLibrary
-// ----------------------------------------------------------------------------
+// ---- ZOTDamExit and FreeLibrary ----
 
 TEST_F(LifecycleTest, ExitWithoutAnyUseGivesTrue) {
     EXPECT_TRUE(Dll().ZOTDamExit());
@@ -120,7 +120,8 @@ TEST_F(LifecycleTest, ASecondExitGivesTrueToo) {
 TEST_F(LifecycleTest, ExitReleasesTheDocuments) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(GetParameter(Balanced), defaults);
-    EXPECT_EQ(documents.StillHeld(), 2u);
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+    EXPECT_EQ(documents.StillHeld(), 3u);
     EXPECT_TRUE(Dll().ZOTDamExit());
     EXPECT_EQ(documents.StillHeld(), 0u);
 }
@@ -130,7 +131,7 @@ TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
     DomDocuments documents{dll->Handle()};
     dll->Fill();
     documents.StopCounting();
-    EXPECT_EQ(documents.StillHeld(), 3u);
+    EXPECT_EQ(documents.StillHeld(), 4u);
     dll.reset();
     EXPECT_EQ(documents.StillHeld(), 0u);
 }
@@ -169,6 +170,8 @@ TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
         EXPECT_EQ(GetParameterDefault(Balanced), defaults);
         EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
         EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 3}}}));
+        EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"value"));
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
     };
     Blocks::Watch(Dll().Handle());
     use();
@@ -178,8 +181,7 @@ TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
     EXPECT_EQ(Blocks::Live(), before);
 }
 
-// ---- After ZOTDamExit
-// --------------------------------------------------------------------------------------
+// ---- After ZOTDamExit ----
 
 // Every export has its arguments right and something to work on; no document is made and no file written.
 class AfterExitTest : public LifecycleTest {
@@ -273,6 +275,7 @@ TEST_F(AfterExitTest, GetSpecSchemeGivesFalse) {
 }
 
 TEST_F(AfterExitTest, TheCommonSettingsGiveFalseAndLeaveTheBuffer) {
+    WriteBase(R"(<ZOTBase><CommonSettings Name="base"/></ZOTBase>)");
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", buffer));
     EXPECT_STREQ(buffer, L"untouched");
     EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"value"));
@@ -291,8 +294,7 @@ TEST_F(AfterExitTest, AnotherExitGivesTrue) {
     EXPECT_TRUE(Dll().ZOTDamExit());
 }
 
-// ---- Documents without a DOM
-// -------------------------------------------------------------------------------
+// ---- Documents without a DOM ----
 
 class WithoutDomTest : public LifecycleTest {
 protected:
@@ -304,7 +306,16 @@ protected:
         EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
         EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
         EXPECT_FALSE(Dll().ResetDefault());
+        Text value = {};
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Name", value));
+        EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"value"));
+        EXPECT_FALSE(Dll().InitCommonSetting());
         EXPECT_FALSE(HasUserFile());
+        EXPECT_EQ(Defaults(), TwoFunctions);
+    }
+    void SetUp() override {
+        LifecycleTest::SetUp();
+        WriteBase(R"(<ZOTBase><CommonSettings Name="base"/></ZOTBase>)");
     }
 };
 
@@ -381,8 +392,7 @@ TEST_F(LifecycleTest, WorksOnAnyThreadThatHasCom) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
 }
 
-// ---- OnItem
-// ------------------------------------------------------------------------------------------------
+// ---- OnItem ----
 
 // Calls GetParameter with an OnItem that does something at the first item; gives the items.
 class OnItemTest : public LifecycleTest {
@@ -483,8 +493,7 @@ TEST_F(ThrowingOnItemTest, KeepsNoFurtherBlock) {
     EXPECT_EQ(Blocks::Live(), 0u);
 }
 
-// ---- The end of the process
-// --------------------------------------------------------------------------------
+// ---- The end of the process ----
 
 namespace {
 

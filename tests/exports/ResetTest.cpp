@@ -1,11 +1,11 @@
 // ResetDefault: empties the user settings as this process last read them, and saves.
+#include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
-#include "support/ExportTest.h"
 #include "support/ImportPatch.h"
 
 namespace ZOTDam::Test {
 
-class ResetTest : public ExportTest {
+class ResetTest : public CommonSettingsTest {
 protected:
     void WriteScheme() const {
         WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6))));
@@ -135,6 +135,47 @@ TEST_F(ResetTest, LetsTheNextReadAdoptTheDefaultsAnew) {
     EXPECT_EQ(UserSettings(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<OrloPowerCfg><PowerSchemes>" +
                                   NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)) +
                                   "</PowerSchemes><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, LetsTheDefaultsOfTheCommonSettingsAnswerAgain) {
+    WriteDefaults(R"(<ZOTDefault><CommonSettings Name="default"/></ZOTDefault>)");
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"user"));
+    EXPECT_EQ(Setting(L"Name"), L"user");
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(Setting(L"Name"), L"default");
+    EXPECT_EQ(Setting(L"Other"), Missing);
+}
+
+TEST_F(ResetTest, WithoutASchemeLeavesTheCommonSettingsReadable) {
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
+    EXPECT_FALSE(Dll().ResetDefault());
+    EXPECT_EQ(Setting(L"Name"), L"user");
+}
+
+TEST_F(ResetTest, WhileTheFileIsBusyClearsTheCommonSettingsInMemoryOnly) {
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(Dll().ResetDefault());
+        EXPECT_EQ(Setting(L"Name"), Missing);
+    }
+    EXPECT_EQ(Setting(L"Name"), L"user");
+}
+
+TEST_F(ResetTest, ClearsACommonSettingWhoseSaveWasSkipped) {
+    WriteScheme();
+    ReadUserSettings();
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
+        EXPECT_EQ(Setting(L"Name"), L"user");
+    }
+    EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(Setting(L"Name"), Missing);
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
 TEST_F(ResetTest, LeavesTheDefaultsFileAlone) {

@@ -199,7 +199,7 @@ TEST_F(SchemeWritingTest, KeepsFunctionsThatTheCatalogueDoesNotKnow) {
     EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(77, 7, 7) + NewFunction(78, 8, 8)));
 }
 
-// ---- Maps as clients build them -------------------------------------------------------------------------
+// ---- Maps as clients build them ----
 
 // Each order of filling gives the tree another shape; the entries are always the ids 1 to 7.
 class TreeShapeTest : public SchemeWritingTest,

@@ -13,7 +13,7 @@
 
 namespace ZOTDam::Test {
 
-// ---- The language --------------------------------------------------------------------------------------
+// ---- The language ----
 
 class LanguageTest : public StringTableTest {
 protected:
@@ -185,7 +185,7 @@ TEST_F(LanguageTest, ANameThatTheSystemGivesWithAFailureIsNone) {
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
-// ---- The folder ----------------------------------------------------------------------------------------
+// ---- The folder ----
 
 TEST_F(LanguageTest, AFolderOf259UnitsIsUsed) {
     LoadCatalogue();
@@ -218,7 +218,7 @@ TEST_F(StringTableTest, AMissingFolderIsAnEmptyTable) {
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));
 }
 
-// ---- When it is read -----------------------------------------------------------------------------------
+// ---- When it is read ----
 
 TEST_F(StringTableTest, IsNotReadWhenTheLibraryIsLoaded) {
     Dll();
@@ -294,7 +294,7 @@ TEST_F(StringTableTest, NeedsNoMarker) {
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
-// ---- A table that cannot be read -----------------------------------------------------------------------
+// ---- A table that cannot be read ----
 
 TEST_F(StringTableTest, WithoutAFileHasNoTexts) {
     std::filesystem::remove(installation.StringTableFile());

@@ -20,7 +20,7 @@ std::string Entries(int count) {
 
 }  // namespace
 
-// ---- The form of the file ------------------------------------------------------------------------------
+// ---- The form of the file ----
 
 TEST_F(StringTableTest, MayHaveARootOfAnyName) {
     EXPECT_EQ(TextInTable("<Texts>" + Entry("Key", "Text") + "</Texts>"), L"Text");
@@ -88,7 +88,7 @@ TEST_F(StringTableTest, IsSearchedToTheEnd) {
     EXPECT_EQ(TextOf("Key9999", Entries(10000)), L"Text 9999");
 }
 
-// ---- Keys ----------------------------------------------------------------------------------------------
+// ---- Keys ----
 
 struct KeyCase {
     std::string name;
@@ -149,7 +149,7 @@ TEST_F(StringTableTest, HasNoTextForAnEmptyKeyInAnEntryWithoutName) {
     EXPECT_EQ(TextOf("", "<data><value>nameless</value></data>" + Entry("", "Text")), L"Text");
 }
 
-// ---- Texts ---------------------------------------------------------------------------------------------
+// ---- Texts ----
 
 struct ValueCase {
     std::string name;

@@ -17,7 +17,7 @@ class DomTest : public testing::Test {
     ComScope com;
 };
 
-// ---- Selecting children ---------------------------------------------------------------------------------
+// ---- Selecting children ----
 
 class SelectionTest : public DomTest {
 protected:
@@ -93,7 +93,7 @@ TEST_F(SelectionTest, TheSingleChildIsNullWhenThereIsNone) {
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><Other/></R>");
 }
 
-// ---- Reading attributes ---------------------------------------------------------------------------------
+// ---- Reading attributes ----
 
 class ReadAttributeTest : public DomTest {
 protected:
@@ -205,7 +205,7 @@ TEST_F(ReadAttributeTest, RefusesANullElement) {
     EXPECT_EQ(ThrownBy([&] { ReadAttribute(nullptr, L"A", growable); }), E_POINTER);
 }
 
-// ---- Reading the text of an element ---------------------------------------------------------------------
+// ---- Reading the text of an element ----
 
 class ElementTextTest : public DomTest {
 protected:
@@ -249,7 +249,7 @@ TEST_F(ElementTextTest, RefusesANullElement) {
     EXPECT_EQ(ThrownBy([&] { ReadElementText(nullptr, text); }), E_POINTER);
 }
 
-// ---- Writing --------------------------------------------------------------------------------------------
+// ---- Writing ----
 
 class WritingTest : public DomTest {
 protected:
@@ -331,7 +331,7 @@ TEST_F(WritingTest, AnEmptyTextIsAValueToo) {
     EXPECT_EQ(TextIn(CreateChild(markup.Root(), L"C", _variant_t{L""})), L"");
 }
 
-// ---- Removing -------------------------------------------------------------------------------------------
+// ---- Removing ----
 
 class RemovingTest : public DomTest {};
 
@@ -375,7 +375,7 @@ TEST_F(RemovingTest, RefusesANullElement) {
     EXPECT_EQ(ThrownBy([] { RemoveAttributes(nullptr); }), E_POINTER);
 }
 
-// ---- Failures -------------------------------------------------------------------------------------------
+// ---- Failures ----
 
 class FailureTest : public DomTest {};
 
@@ -450,7 +450,7 @@ TEST_F(FailureTest, TakesNoErrorInformationThatAnotherCallLeft) {
     SetErrorInfo(0, nullptr);
 }
 
-// ---- Typed values from text -----------------------------------------------------------------------------
+// ---- Typed values from text ----
 
 template <class Value>
 _variant_t Filled(Value typed, const wchar_t* text) {
@@ -516,7 +516,7 @@ TEST(VariantTest, ANullTextIsAnEmptyOne) {
     EXPECT_EQ(SysStringLen(V_BSTR(&text)), 0u);
 }
 
-// ---- Names ----------------------------------------------------------------------------------------------
+// ---- Names ----
 
 TEST(NameTest, IsATextThatComTakes) {
     const CName name{L"PowerSchemes"};

@@ -49,7 +49,7 @@ protected:
     Profile profile{file.wstring()};
 };
 
-// ---- Loading and saving ---------------------------------------------------------------------------------
+// ---- Loading and saving ----
 
 TEST_F(ProfileTest, ANewDocumentHasNoRoot) {
     EXPECT_EQ(profile.FindRoot(), nullptr);
@@ -117,7 +117,7 @@ TEST_F(ProfileTest, ACreatedRootStandsBehindADeclaration) {
     EXPECT_EQ(Saved(), "<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n");
 }
 
-// ---- Children and sections ------------------------------------------------------------------------------
+// ---- Children and sections ----
 
 TEST_F(ProfileTest, GetsTheFirstChildOfThatName) {
     Load("<R><A n='1'/><A n='2'/></R>");
@@ -179,7 +179,7 @@ TEST_F(ProfileTest, ClearingWithoutARootCreatesNothing) {
     EXPECT_EQ(profile.FindRoot(), nullptr);
 }
 
-// ---- Without COM on the thread --------------------------------------------------------------------------
+// ---- Without COM on the thread ----
 
 TEST_F(ProfileTest, WithoutComADocumentFindsNothingAndFails) {
     WriteFile(file, "<R><A/></R>");
@@ -215,7 +215,7 @@ TEST_F(ProfileTest, WithoutComTheDataFilesHaveNoSections) {
     EXPECT_EQ(ReadFile(file), "<R><PowerSchemes><PowerScheme/></PowerSchemes></R>");
 }
 
-// ---- The base catalogue ---------------------------------------------------------------------------------
+// ---- The base catalogue ----
 
 TEST_F(ProfileTest, TheBaseCatalogueFindsNothingUnderANullParent) {
     CXmlZOTBase base;
@@ -245,7 +245,7 @@ TEST_F(ProfileTest, ABaseCatalogueWithoutAFileIsEmpty) {
     EXPECT_EQ(base.Functions(), nullptr);
 }
 
-// ---- The writable files ---------------------------------------------------------------------------------
+// ---- The writable files ----
 
 TEST_F(ProfileTest, TheDefaultsWithoutAFileHaveARoot) {
     EXPECT_EQ(XmlOf(CXmlZOTDefault{}.FindRoot()), L"<ZOTDefault/>");
@@ -304,7 +304,7 @@ TEST_F(ProfileTest, TheSettingsOfAFileThatIsGoneAreForgotten) {
     EXPECT_EQ(XmlOf(settings.FindRoot()), L"<R><PowerSchemes/><CommonSettings/></R>");
 }
 
-// ---- Paths ----------------------------------------------------------------------------------------------
+// ---- Paths ----
 
 TEST_F(ProfileTest, AFolderIsExpandedAndTheFileNameAppended) {
     SetEnvironmentVariableW(L"ZOTDamTest", L"C:\\Folder");

@@ -1,28 +1,18 @@
 // Puts a function of the test in the place of one that a loaded module imports, for a scope.
 #pragma once
 
-#include <windows.h>
-
 #include <cstring>
 #include <stdexcept>
 
+#include "support/SlotPatch.h"
+
 namespace ZOTDam::Test {
 
-class ImportPatch {
+class ImportPatch : public SlotPatch {
 public:
     template <class Function>
     ImportPatch(HMODULE module, const char* importedName, Function* replacement)
-        : slot{Find(module, importedName)}, original{*slot} {
-        Set(reinterpret_cast<void*>(replacement));
-    }
-    ImportPatch(const ImportPatch&) = delete;
-    ImportPatch& operator=(const ImportPatch&) = delete;
-    ~ImportPatch() { Set(original); }
-
-    template <class Function>
-    Function* Original() const noexcept {
-        return reinterpret_cast<Function*>(original);
-    }
+        : SlotPatch{Find(module, importedName), replacement} {}
 
 private:
     static void** Find(HMODULE module, const char* importedName) {
@@ -42,16 +32,6 @@ private:
         }
         throw std::invalid_argument{importedName};
     }
-
-    void Set(void* function) noexcept {
-        DWORD protection = 0;
-        VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
-        *slot = function;
-        VirtualProtect(slot, sizeof *slot, protection, &protection);
-    }
-
-    void** slot;
-    void* original;
 };
 
 // The patch ends with the module.

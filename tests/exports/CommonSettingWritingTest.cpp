@@ -1,0 +1,579 @@
+// SetCommonSetting: into the user settings file as it is on disk, and nowhere else.
+#include <thread>
+
+#include "support/CommonSettingsTest.h"
+#include "support/DataFiles.h"
+#include "support/DomMethods.h"
+#include "support/MarkerCalls.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+constexpr wchar_t ReadSetting[] = L"read-setting";
+constexpr wchar_t StoreSetting[] = L"store-setting";
+
+const RegisterRole readSetting{
+    ReadSetting, [](const std::vector<std::wstring>& arguments) {
+        const Library dll;
+        Text value = {};
+        return dll.GetCommonSetting(arguments.at(0).c_str(), value) && arguments.at(1) == value ? 0 : 1;
+    }};
+
+const RegisterRole storeSetting{
+    StoreSetting, [](const std::vector<std::wstring>& arguments) {
+        const Library dll;
+        return dll.SetCommonSetting(arguments.at(0).c_str(), arguments.at(1).c_str()) ? 0 : 1;
+    }};
+
+// What a further use adds to a document whose file is still missing: it has looked for schemes to clear.
+constexpr char SecondUse[] = "<PowerSchemes/>";
+
+std::string NewFileWith(const std::string& settings, const std::string& further = {}) {
+    return "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><CommonSettings " + settings + "/>" +
+           further + "</OrloPowerCfg>\n";
+}
+
+}  // namespace
+
+class CommonSettingWritingTest : public CommonSettingsTest {
+protected:
+    // The stored value as a freshly loaded library finds it.
+    std::optional<std::wstring> Reloaded(const std::wstring& name) {
+        Unload();
+        return Setting(name);
+    }
+
+    void ExpectRefusal(const std::wstring& name, const std::wstring& value) {
+        EXPECT_FALSE(Set(name, value));
+        EXPECT_EQ(UserSettings(), FileWith("Old=\"1\""));
+        EXPECT_EQ(Setting(L"Old"), L"1");
+    }
+};
+
+// ---- The file ----
+
+TEST_F(CommonSettingWritingTest, CreatesTheFileWithDeclarationRootAndSection) {
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
+}
+
+TEST_F(CommonSettingWritingTest, CreatesTheSectionBehindWhatTheRootHas) {
+    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3))));
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
+                                  "</PowerSchemes><CommonSettings Name=\"value\"/></OrloPowerCfg>\n");
+}
+
+TEST_F(CommonSettingWritingTest, AddsASettingBehindTheOthers) {
+    WriteUserSettings("<R><CommonSettings A=\"1\" B=\"2\"/></R>");
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), "<R><CommonSettings A=\"1\" B=\"2\" Name=\"value\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, ReplacesASettingInItsPlace) {
+    WriteUserSettings("<R><CommonSettings A=\"1\" Name=\"old\" B=\"2\"/></R>");
+    EXPECT_TRUE(Set(L"Name", L"new"));
+    EXPECT_EQ(UserSettings(), "<R><CommonSettings A=\"1\" Name=\"new\" B=\"2\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, ReplacesNoSettingInOtherLetters) {
+    WriteUserSettings("<R><CommonSettings NAME=\"1\" name=\"2\"/></R>");
+    EXPECT_TRUE(Set(L"Name", L"3"));
+    EXPECT_EQ(UserSettings(), "<R><CommonSettings NAME=\"1\" name=\"2\" Name=\"3\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, ReplacesNoAttributeInANamespace) {
+    WriteUserSettings(R"(<R xmlns:x="urn:x"><CommonSettings x:Name="1"/></R>)");
+    EXPECT_TRUE(Set(L"Name", L"2"));
+    EXPECT_EQ(UserSettings(), "<R xmlns:x=\"urn:x\"><CommonSettings x:Name=\"1\" Name=\"2\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, UsesTheFirstSectionOnly) {
+    WriteUserSettings(R"(<R><CommonSettings/><CommonSettings Name="1"/></R>)");
+    EXPECT_TRUE(Set(L"Name", L"2"));
+    EXPECT_EQ(UserSettings(), "<R><CommonSettings Name=\"2\"/><CommonSettings Name=\"1\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, UsesNoSectionInANamespace) {
+    WriteUserSettings(R"(<R><CommonSettings xmlns="urn:x"/></R>)");
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), "<R><CommonSettings xmlns=\"urn:x\"/><CommonSettings Name=\"value\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, KeepsEverythingElse) {
+    const std::string before =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--head-->\n<Any A=\"a\"><Other/>"
+        "<PowerSchemes>" +
+        OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes><CommonSettings B=\"&lt;b&gt;\" ";
+    const std::string behind =
+        "><Inner C=\"c\"/>text<![CDATA[d < e]]><!--note--></CommonSettings><Last/></Any>\n<!--tail-->\n";
+    WriteUserSettings(before + "Name=\"old\"" + behind);
+    EXPECT_TRUE(Set(L"Name", L"new"));
+    EXPECT_EQ(UserSettings(), before + "Name=\"new\"" + behind);
+}
+
+TEST_F(CommonSettingWritingTest, WritesToNoOtherFile) {
+    WriteDefaultValues(R"(Name="default")");
+    WriteBaseValues(R"(Name="base")");
+    EXPECT_TRUE(Set(L"Name", L"user"));
+    Unload();
+    EXPECT_EQ(Defaults(), FileWith(R"(Name="default")"));
+    EXPECT_EQ(Base(), FileWith(R"(Name="base")"));
+}
+
+TEST_F(CommonSettingWritingTest, WritesIntoTheFileAsItIsNow) {
+    EXPECT_TRUE(Set(L"A", L"1"));
+    WriteUserSettings("<R><CommonSettings B=\"2\"/></R>");
+    EXPECT_TRUE(Set(L"C", L"3"));
+    EXPECT_EQ(UserSettings(), "<R><CommonSettings B=\"2\" C=\"3\"/></R>\n");
+}
+
+TEST_F(CommonSettingWritingTest, ReplacesAFileThatIsNoXmlAndKeepsACopy) {
+    WriteUserSettings("<broken");
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
+    EXPECT_EQ(ReadFile(installation.UserFile().replace_extension(L".bak")), "<broken");
+}
+
+TEST_F(CommonSettingWritingTest, LivesBesideTheSchemes) {
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
+    EXPECT_EQ(Setting(L"Name"), L"value");
+    EXPECT_NE(UserSettings().find(OldScheme(BalancedText, OldFunction(1, 7, 8))), std::string::npos);
+}
+
+// ---- Reading back ----
+
+TEST_F(CommonSettingWritingTest, IsReadBackAtOnce) {
+    EXPECT_TRUE(Set(L"Name", L"1"));
+    EXPECT_EQ(Setting(L"Name"), L"1");
+    EXPECT_TRUE(Set(L"Name", L"2"));
+    EXPECT_EQ(Setting(L"Name"), L"2");
+}
+
+TEST_F(CommonSettingWritingTest, IsReadBackByALibraryThatIsLoadedLater) {
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(Reloaded(L"Name"), L"value");
+}
+
+TEST_F(CommonSettingWritingTest, IsReadByAnotherProcess) {
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ((SecondProcess{ReadSetting, {L"Name", L"value"}}.WaitForExit()), 0u);
+    EXPECT_EQ((SecondProcess{ReadSetting, {L"Name", L"other"}}.WaitForExit()), 1u);
+}
+
+TEST_F(CommonSettingWritingTest, OfAnotherProcessIsSeenByTheNextRead) {
+    EXPECT_TRUE(Set(L"Name", L"mine"));
+    EXPECT_EQ((SecondProcess{StoreSetting, {L"Name", L"yours"}}.WaitForExit()), 0u);
+    EXPECT_EQ(Setting(L"Name"), L"yours");
+}
+
+TEST_F(CommonSettingWritingTest, OfAnotherProcessIsKeptByTheNextWrite) {
+    EXPECT_TRUE(Set(L"Mine", L"1"));
+    EXPECT_EQ((SecondProcess{StoreSetting, {L"Yours", L"2"}}.WaitForExit()), 0u);
+    EXPECT_TRUE(Set(L"Mine", L"3"));
+    EXPECT_EQ(Setting(L"Mine"), L"3");
+    EXPECT_EQ(Setting(L"Yours"), L"2");
+}
+
+TEST_F(CommonSettingWritingTest, HidesTheDefault) {
+    WriteDefaultValues(R"(Name="default")");
+    EXPECT_EQ(Setting(L"Name"), L"default");
+    EXPECT_TRUE(Set(L"Name", L"user"));
+    EXPECT_EQ(Setting(L"Name"), L"user");
+}
+
+TEST_F(CommonSettingWritingTest, OfAnEmptyValueHidesTheDefaultToo) {
+    WriteDefaultValues(R"(Name="default")");
+    EXPECT_TRUE(Set(L"Name", L""));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="")"));
+    EXPECT_EQ(Reloaded(L"Name"), L"");
+}
+
+TEST_F(CommonSettingWritingTest, TakesAValueOf259Units) {
+    EXPECT_TRUE(Set(L"Name", std::wstring(259, L'x')));
+    EXPECT_EQ(Reloaded(L"Name"), std::wstring(259, L'x'));
+}
+
+TEST_F(CommonSettingWritingTest, StoresALongerValueThatNoReadGives) {
+    WriteDefaultValues(R"(Name="default")");
+    for (const std::size_t length : {260, 5000, 100000}) {
+        EXPECT_TRUE(Set(L"Name", std::wstring(length, L'x')));
+        EXPECT_EQ(UserSettings().find("Name=\"" + std::string(length, 'x') + "\""),
+                  UserSettings().find("Name="));
+        EXPECT_EQ(Reloaded(L"Name"), L"default");
+    }
+}
+
+TEST_F(CommonSettingWritingTest, TakesManySettings) {
+    for (int i = 0; i < 100; ++i)
+        EXPECT_TRUE(Set(L"Name" + std::to_wstring(i), std::to_wstring(i)));
+    Unload();
+    for (int i = 0; i < 100; ++i)
+        EXPECT_EQ(Setting(L"Name" + std::to_wstring(i)), std::to_wstring(i));
+}
+
+// ---- Names ----
+
+TEST_F(CommonSettingWritingTest, TakesEveryXmlNameWithoutAColon) {
+    const std::wstring names[] = {L"a",
+                                  L"Z",
+                                  L"_",
+                                  L"_1",
+                                  L"a-b.c_d",
+                                  L"xml",
+                                  L"XMLNS",
+                                  L"xmlns1",
+                                  L"Xmlns",
+                                  L"\xe9t\xe9",
+                                  L"\x4e2d",
+                                  L"\xc0\xd6\xd8\xf6\xf8\x2ff",
+                                  L"\x370\x37d\x37f\x1fff",
+                                  L"\x200c\x200d\x2070\x218f",
+                                  L"\x2c00\x2fef\x3001\xd7ff",
+                                  L"\xf900\xfdcf\xfdf0\xfffd",
+                                  L"\xd800\xdc00",
+                                  L"\xdb7f\xdfff",
+                                  L"a\xb7\x300\x36f\x203f\x2040",
+                                  std::wstring(5000, L'n')};
+    for (const std::wstring& name : names)
+        EXPECT_TRUE(Set(name, name)) << testing::PrintToString(std::wstring{name});
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+    Unload();
+    for (const std::wstring& name : names)
+        EXPECT_EQ(Setting(name), name.size() < TextCapacity ? std::optional{name} : Missing)
+            << testing::PrintToString(std::wstring{name});
+}
+
+TEST_F(CommonSettingWritingTest, RefusesANameThatIsNone) {
+    WriteUserValues(R"(Old="1")");
+    for (const wchar_t* const name :
+         {L"",   L" ",  L"1",  L"1a",  L"-a", L".a", L"a b", L" a", L"a ", L"a\t",  L"a\n",   L"a<",
+          L"a>", L"a&", L"a'", L"a\"", L"a=", L"a/", L"a?",  L"a!", L"a@", L"a$",   L"a(",    L"a+",
+          L"a,", L"a;", L"a[", L"a\\", L"a^", L"a`", L"a{",  L"a|", L"a~", L"\xb7", L"\x300", L"\x203f"})
+        ExpectRefusal(name, L"value");
+}
+
+TEST_F(CommonSettingWritingTest, RefusesCharactersThatNoNameHas) {
+    WriteUserValues(R"(Old="1")");
+    for (const wchar_t character :
+         {L'\x1',    L'\x1f',   L'\x7f',   L'\xa0',   L'\xbf',   L'\xd7',   L'\xf7',   L'\x37e',
+          L'\x2000', L'\x200b', L'\x200e', L'\x203e', L'\x2041', L'\x206f', L'\x2190', L'\x2bff',
+          L'\x2ff0', L'\x3000', L'\xe000', L'\xf8ff', L'\xfdd0', L'\xfdef', L'\xfffe', L'\xffff'}) {
+        ExpectRefusal(std::wstring{character}, L"value");
+        ExpectRefusal(std::wstring{L'a', character}, L"value");
+    }
+}
+
+TEST_F(CommonSettingWritingTest, RefusesANameWithAColon) {
+    WriteUserValues(R"(xmlns:p="urn:p" Old="1")");
+    const std::string file = UserSettings();
+    for (const wchar_t* const name :
+         {L":", L":a", L"a:", L"a:b", L"p:a", L"xml:space", L"xmlns:a", L"a:b:c"}) {
+        EXPECT_FALSE(Set(name, L"value"));
+        EXPECT_EQ(UserSettings(), file);
+    }
+}
+
+TEST_F(CommonSettingWritingTest, RefusesTheNameOfANamespaceDeclaration) {
+    WriteUserValues(R"(Old="1")");
+    ExpectRefusal(L"xmlns", L"urn:x");
+    ExpectRefusal(L"xmlns", L"");
+    ExpectRefusal(L"xmlns:a", L"urn:x");
+}
+
+TEST_F(CommonSettingWritingTest, RefusesANameWithHalfASurrogatePairOrOneBeyondTheNames) {
+    WriteUserValues(R"(Old="1")");
+    for (const wchar_t* const name : {L"\xd83d", L"\xde00", L"a\xd83d", L"a\xde00", L"\xde00\xd83d",
+                                      L"\xd83d"
+                                      L"a",
+                                      L"\xd83d\xd83d\xde00", L"\xdb80\xdc00", L"a\xdbff\xdfff"})
+        ExpectRefusal(name, L"value");
+}
+
+// ---- Values ----
+
+TEST_F(CommonSettingWritingTest, TakesEveryTextThatXmlCanCarry) {
+    const std::wstring values[] = {L" ",
+                                   L"  a  ",
+                                   L"\t",
+                                   L"\n",
+                                   L"\r",
+                                   L"\r\n",
+                                   L"\ta\nb\rc\r\nd\t",
+                                   L"\"",
+                                   L"'",
+                                   L"<",
+                                   L"&",
+                                   L">",
+                                   L"]]>",
+                                   L"<&\">'",
+                                   L"&amp;",
+                                   L"&#65;",
+                                   L"<!--x-->",
+                                   L"a=\"b\"",
+                                   L"%20",
+                                   L"\\",
+                                   L"\x7f\x80\x9f\xa0",
+                                   L"\xe4\x20ac\x4e2d",
+                                   L"\xd7ff\xe000\xfffd",
+                                   L"\x2028\xfeff",
+                                   L"\xd83d\xde00",
+                                   L"\xd800\xdc00\xdbff\xdfff",
+                                   L"\xd83f\xdffe"};
+    for (int i = 0; const std::wstring& value : values)
+        EXPECT_TRUE(Set(L"V" + std::to_wstring(i++), value)) << i;
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+    Unload();
+    for (int i = 0; const std::wstring& value : values)
+        EXPECT_EQ(Setting(L"V" + std::to_wstring(i++)), value) << i;
+}
+
+TEST_F(CommonSettingWritingTest, RefusesControlCharacters) {
+    WriteUserValues(R"(Old="1")");
+    for (wchar_t character = 1; character < L' '; ++character) {
+        if (character == L'\t' || character == L'\n' || character == L'\r')
+            continue;
+        ExpectRefusal(L"Name", std::wstring{character});
+        ExpectRefusal(L"Name", std::wstring{L'a', character, L'b'});
+    }
+}
+
+TEST_F(CommonSettingWritingTest, RefusesTextThatIsNotUnicode) {
+    WriteUserValues(R"(Old="1")");
+    for (const wchar_t* const value :
+         {L"\xd83d", L"\xde00", L"a\xd83d",
+          L"\xd83d"
+          L"a",
+          L"a\xde00"
+          L"b",
+          L"\xde00\xd83d", L"\xd83d\xd83d\xde00", L"\xd83d\xde00\xde00", L"\xfffe", L"\xffff",
+          L"a\xffff"
+          L"b"})
+        ExpectRefusal(L"Name", value);
+}
+
+TEST_F(CommonSettingWritingTest, OfARefusedValueKeepsTheOldOne) {
+    EXPECT_TRUE(Set(L"Name", L"old"));
+    EXPECT_FALSE(Set(L"Name", L"new\x1"));
+    EXPECT_EQ(Setting(L"Name"), L"old");
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="old")"));
+}
+
+TEST_F(CommonSettingWritingTest, OfARefusedTextCreatesNoFile) {
+    EXPECT_FALSE(Set(L"Name", L"\x1"));
+    EXPECT_FALSE(Set(L"a b", L"value"));
+    EXPECT_FALSE(HasUserFile());
+}
+
+TEST_F(CommonSettingWritingTest, OfARefusedTextLeavesNothingForTheNextSave) {
+    EXPECT_FALSE(Set(L"Name", L"\x1"));
+    EXPECT_FALSE(Set(L"a b", L"value"));
+    EXPECT_TRUE(Set(L"Other", L"value"));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Other="value")", SecondUse));
+}
+
+// ---- Busy files ----
+
+class BusySettingTest : public CommonSettingWritingTest {};
+
+TEST_F(BusySettingTest, GivesTrueLeavesTheFileAndIsReadFromMemory) {
+    WriteUserValues(R"(Name="old")");
+    EXPECT_EQ(Setting(L"Name"), L"old");
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_TRUE(Set(L"Name", L"new"));
+    EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
+    EXPECT_EQ(Setting(L"Name"), L"new");
+    EXPECT_EQ(Setting(L"Name"), L"new");
+}
+
+TEST_F(BusySettingTest, IsLostWithTheNextReadOfTheFile) {
+    WriteUserValues(R"(Name="old")");
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(Set(L"Name", L"new"));
+        EXPECT_EQ(Setting(L"Name"), L"new");
+    }
+    EXPECT_EQ(Setting(L"Name"), L"old");
+    EXPECT_TRUE(Set(L"Other", L"1"));
+    EXPECT_EQ(UserSettings(), "<Any><CommonSettings Name=\"old\" Other=\"1\"/></Any>\n");
+}
+
+TEST_F(BusySettingTest, IsLostWithTheNextWriteThatReadsTheFile) {
+    WriteUserValues(R"(Name="old")");
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(Set(L"Name", L"new"));
+    }
+    EXPECT_TRUE(Set(L"Other", L"1"));
+    EXPECT_EQ(Setting(L"Name"), L"old");
+}
+
+TEST_F(BusySettingTest, IsSavedWithTheNextSaveWhenNoReadOfTheFileCameBefore) {
+    WriteUserValues(R"(Name="old")");
+    EXPECT_EQ(Setting(L"Name"), L"old");
+    MarkerCalls calls{Dll().Handle()};
+    calls.onOpen = [&]() -> std::optional<HANDLE> {
+        if (calls.looked.size() <= 3)
+            return AnyMutex(ERROR_SUCCESS);
+        return std::nullopt;
+    };
+    EXPECT_TRUE(Set(L"Name", L"new"));
+    EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
+    EXPECT_TRUE(Set(L"Other", L"1"));
+    EXPECT_EQ(UserSettings(), "<Any><CommonSettings Name=\"new\" Other=\"1\"/></Any>\n");
+    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker, UserMarker, UserMarker}));
+}
+
+TEST_F(BusySettingTest, WithoutAFileIsSavedWithTheNextSave) {
+    {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        EXPECT_TRUE(Set(L"Name", L"value"));
+        EXPECT_FALSE(HasUserFile());
+    }
+    EXPECT_EQ(Setting(L"Name"), L"value");
+    EXPECT_TRUE(Set(L"Other", L"1"));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value" Other="1")", SecondUse));
+}
+
+TEST_F(BusySettingTest, IsUnknownToOtherProcesses) {
+    WriteUserValues(R"(Name="old")");
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_TRUE(Set(L"Name", L"new"));
+    EXPECT_EQ((SecondProcess{ReadSetting, {L"Name", L"new"}}.WaitForExit()), 1u);
+}
+
+TEST_F(BusySettingTest, IsRefusedForABadTextAllTheSame) {
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_FALSE(Set(L"a b", L"value"));
+    EXPECT_FALSE(Set(L"Name", L"\x1"));
+    EXPECT_EQ(Setting(L"Name"), Missing);
+}
+
+TEST_F(BusySettingTest, IsNotKeptFromTheDiskByTheMarkerOfTheDefaults) {
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    EXPECT_TRUE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
+}
+
+TEST_F(BusySettingTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
+    WriteUserValues(R"(Name="old")");
+    MarkerCalls calls{Dll().Handle()};
+    EXPECT_TRUE(Set(L"Name", L"new"));
+    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker}));
+    EXPECT_EQ(calls.made, (Names{UserMarker, UserMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+// ---- Failures ----
+
+class FailedSettingTest : public CommonSettingWritingTest {
+protected:
+    void ExpectFailure() {
+        EXPECT_FALSE(Set(L"Name", L"new"));
+        EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
+        EXPECT_FALSE(std::filesystem::exists(installation.UserFile().replace_extension(L".new")));
+    }
+    void ExpectThatTheOldValueIsStillRead() { EXPECT_EQ(Setting(L"Name"), L"old"); }
+};
+
+TEST_F(FailedSettingTest, AReadOnlyFileStaysAsItIs) {
+    WriteUserValues(R"(Name="old")");
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExpectFailure();
+    ExpectThatTheOldValueIsStillRead();
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_TRUE(Set(L"Name", L"new"));
+}
+
+TEST_F(FailedSettingTest, AFileThatAnotherProgramReadsStaysAsItIs) {
+    WriteUserValues(R"(Name="old")");
+    const HANDLE reader = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ExpectFailure();
+    CloseHandle(reader);
+    ExpectThatTheOldValueIsStillRead();
+}
+
+TEST_F(FailedSettingTest, AMissingFolderIsNotCreated) {
+    std::filesystem::remove_all(installation.ProgramData());
+    EXPECT_FALSE(Set(L"Name", L"value"));
+    EXPECT_FALSE(std::filesystem::exists(installation.ProgramData()));
+}
+
+TEST_F(FailedSettingTest, WithoutAFileIsStillKnownAndSavedWithTheNextSave) {
+    const std::filesystem::path folder = installation.UserFile().parent_path();
+    std::filesystem::remove_all(folder);
+    EXPECT_FALSE(Set(L"Name", L"value"));
+    EXPECT_EQ(Setting(L"Name"), L"value");
+    std::filesystem::create_directories(folder);
+    EXPECT_TRUE(Set(L"Other", L"1"));
+    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value" Other="1")", SecondUse));
+}
+
+TEST_F(FailedSettingTest, AFolderInThePlaceOfTheFileStays) {
+    std::filesystem::create_directory(installation.UserFile());
+    EXPECT_FALSE(Set(L"Name", L"value"));
+    EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
+}
+
+TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
+    WriteUserValues(R"(Name="old")");
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
+                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    ExpectFailure();
+    ExpectThatTheOldValueIsStillRead();
+}
+
+TEST_F(FailedSettingTest, AnUnreadableFileOfWhichNoCopyCanBeKeptStaysAsItIs) {
+    WriteUserSettings("<broken");
+    std::filesystem::create_directory(installation.UserFile().replace_extension(L".bak"));
+    EXPECT_FALSE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), "<broken");
+}
+
+TEST_F(FailedSettingTest, AnAttributeThatTheDomRefusesIsNotStored) {
+    WriteUserValues(R"(Name="old")");
+    const FailingDomMethod failure{DomMethod::SetAttribute};
+    ExpectFailure();
+    ExpectThatTheOldValueIsStillRead();
+}
+
+TEST_F(FailedSettingTest, WithoutASectionNothingIsStored) {
+    WriteUserSettings("<Any/>");
+    const FailingDomMethod failure{DomMethod::AppendChild};
+    EXPECT_FALSE(Set(L"Name", L"value"));
+    EXPECT_EQ(UserSettings(), "<Any/>");
+}
+
+TEST_F(FailedSettingTest, OnAThreadWithoutComNothingIsFoundOrStored) {
+    WriteUserValues(R"(Name="old")");
+    WriteBaseValues(R"(Name="base")");
+    Dll();
+    std::jthread{[this] {
+        EXPECT_EQ(Setting(L"Name"), Missing);
+        ExpectFailure();
+    }}.join();
+    EXPECT_EQ(Setting(L"Name"), Missing);
+}
+
+TEST_F(FailedSettingTest, AfterExitNothingIsFoundOrStored) {
+    WriteUserValues(R"(Name="old")");
+    ExpectThatTheOldValueIsStillRead();
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_EQ(Setting(L"Name"), Missing);
+    ExpectFailure();
+}
+
+TEST_F(FailedSettingTest, NullTextsChangeNothing) {
+    WriteUserValues(R"(Name="old")");
+    EXPECT_FALSE(Dll().SetCommonSetting(L"Name", nullptr));
+    EXPECT_FALSE(Dll().SetCommonSetting(nullptr, L"new"));
+    EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
+    ExpectThatTheOldValueIsStillRead();
+}
+
+}  // namespace ZOTDam::Test

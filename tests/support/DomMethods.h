@@ -1,0 +1,86 @@
+// Methods of the DOM, with functions of the test in their place. All objects of a class share one table.
+#pragma once
+
+#include <objbase.h>
+
+#include <msxml2.h>
+#include <oleauto.h>
+
+#include <optional>
+#include <stdexcept>
+
+#include "support/SlotPatch.h"
+
+namespace ZOTDam::Test {
+
+enum class DomMethod { RemoveChild, AppendChild, SetAttribute, GetNamedItem, ImportNode };
+
+class DomMethodPatch {
+public:
+    template <class Function>
+    DomMethodPatch(DomMethod method, Function* replacement) {
+        patch.emplace(Slot(method), replacement);
+    }
+    DomMethodPatch(const DomMethodPatch&) = delete;
+    DomMethodPatch& operator=(const DomMethodPatch&) = delete;
+    ~DomMethodPatch() {
+        patch.reset();
+        attributes->Release();
+        element->Release();
+        document->Release();
+    }
+
+    template <class Function>
+    Function* Original() const noexcept {
+        return patch->Original<Function>();
+    }
+
+private:
+    void** Slot(DomMethod method) {
+        MakeObjects();
+        switch (method) {
+            case DomMethod::RemoveChild:
+                return Table(element) + 20;
+            case DomMethod::AppendChild:
+                return Table(element) + 21;
+            case DomMethod::SetAttribute:
+                return Table(element) + 45;
+            case DomMethod::GetNamedItem:
+                return Table(attributes) + 7;
+            default:
+                return Table(document) + 83;
+        }
+    }
+
+    static void** Table(IUnknown* object) { return *reinterpret_cast<void***>(object); }
+
+    // One of each class. They live as long as the patch: who unloads the DOM unloads its tables.
+    void MakeObjects() {
+        constexpr CLSID DomDocument60 = {
+            0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+        constexpr IID DomDocument3 = {
+            0x2933bf96, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+        void* created = nullptr;
+        if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, DomDocument3, &created)))
+            throw std::runtime_error{"there is no DOM"};
+        document = static_cast<IXMLDOMDocument2*>(created);
+        const BSTR name = SysAllocString(L"E");
+        document->createElement(name, &element);
+        SysFreeString(name);
+        element->get_attributes(&attributes);
+    }
+
+    IXMLDOMDocument2* document = nullptr;
+    IXMLDOMElement* element = nullptr;
+    IXMLDOMNamedNodeMap* attributes = nullptr;
+    std::optional<SlotPatch> patch;
+};
+
+// Lets a method fail for a scope, whatever its arguments.
+class FailingDomMethod : public DomMethodPatch {
+public:
+    explicit FailingDomMethod(DomMethod method)
+        : DomMethodPatch{method, +[]() WINAPI -> HRESULT { return E_FAIL; }} {}
+};
+
+}  // namespace ZOTDam::Test
