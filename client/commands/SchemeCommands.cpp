@@ -63,7 +63,7 @@ struct Differences {
 std::vector<std::string> Lines(std::wstring_view text) {
     constexpr std::wstring_view LineEnd = L"\n\r";
     std::vector<std::string> lines;
-    for (auto end = text.find(LineEnd); end != text.npos; end = text.find(LineEnd)) {
+    for (auto end = text.find(LineEnd); end != std::wstring_view::npos; end = text.find(LineEnd)) {
         lines.push_back(ToUtf8(text.substr(0, end)));
         text.remove_prefix(end + LineEnd.size());
     }

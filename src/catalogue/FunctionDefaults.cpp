@@ -60,7 +60,7 @@ bool ReplaceFunctionDefaults(const List<FunctionBaseRecord>& records) noexcept {
         if (!functions)
             return false;
         // The client's list is read to its end before anything is removed.
-        const List<FunctionBaseRecord> copy{records};
+        const List<FunctionBaseRecord> copy{records};  // NOLINT(performance-unnecessary-copy-initialization)
         RemoveChildren(functions);
         const bool written = WriteFunctionDefaults(functions, copy);
         defaults->Save();
