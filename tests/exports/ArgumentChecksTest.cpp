@@ -114,30 +114,6 @@ TEST_F(ArgumentChecksTest, InitCommonSettingWithoutABaseCatalogueGivesFalse) {
     EXPECT_TRUE(Dll().InitCommonSetting());
 }
 
-TEST_F(ArgumentChecksTest, GetDiffFuncListWithoutABufferGivesFalse) {
-    WriteDefaults(TwoFunctions);
-    EXPECT_TRUE(SetParameter(Balanced, {{1, {0, 0}}, {2, {0, 0}}}));
-    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {1, 1}}, {2, {1, 1}}}));
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 1, nullptr, buffer));
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 1, buffer, nullptr));
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 2, nullptr, nullptr));
-}
-
-TEST_F(ArgumentChecksTest, GetDiffFuncListInAnotherModeThanOneOrTwoGivesFalse) {
-    WriteDefaults(TwoFunctions);
-    EXPECT_TRUE(SetParameter(Balanced, {{1, {0, 0}}, {2, {0, 0}}}));
-    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {1, 1}}, {2, {1, 1}}}));
-    Text values = {};
-    for (const std::uint32_t mode : {0u, 3u, 0xFFFFFFFFu})
-        EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, mode, buffer, values)) << mode;
-}
-
-TEST_F(ArgumentChecksTest, GetDiffFuncListOfASchemeAndItselfGivesFalse) {
-    WriteDefaults(TwoFunctions);
-    Text values = {};
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &Balanced, 1, buffer, values));
-}
-
 // ---- Holders ----
 
 TEST_F(ArgumentChecksTest, SetParameterWithoutAHolderGivesFalse) {
@@ -285,53 +261,6 @@ TEST_F(ArgumentChecksTest, WithoutAnyFileEveryEnumerationGivesTrueWithoutItems) 
     EXPECT_EQ(GetParameter(Balanced), Params{});
     EXPECT_EQ(GetParameterDefault(Balanced), Params{});
     EXPECT_EQ(items, 0);
-}
-
-// ---- Current values ----
-
-TEST_F(ArgumentChecksTest, GetFuncCurValueBeforeAnyTevGetParamGivesFalseAndLeavesTheValue) {
-    WriteDefaults(TwoFunctions);
-    FuncCurValue value = {11, 12, 13};
-    EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
-    EXPECT_EQ(value.FunctionId, 11u);
-    EXPECT_EQ(value.ACValue, 12u);
-    EXPECT_EQ(value.DCValue, 13u);
-}
-
-TEST_F(ArgumentChecksTest, GetFuncCurValueOfAPositionBehindTheCatalogueGivesFalse) {
-    WriteDefaults(TwoFunctions);
-    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
-    FuncCurValue value = {};
-    for (const std::uint32_t position : {2u, 3u, 0x7FFFFFFFu})
-        EXPECT_FALSE(Dll().GetFuncCurValue(position, &value)) << position;
-}
-
-TEST_F(ArgumentChecksTest, GetFuncCurValueAfterAFailedTevGetParamGivesFalse) {
-    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
-    FuncCurValue value = {};
-    EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
-}
-
-TEST_F(ArgumentChecksTest, TevGetParamLoadsASchemeAsGetParameterDoes) {
-    WriteDefaults(TwoFunctions);
-    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51))));
-    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
-    EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + NewFunction(2, 4, 5))));
-}
-
-// The catalogue needs "Commands", the default parameters do not.
-TEST_F(ArgumentChecksTest, TevGetParamTakesTheDefaultsWhereNoCatalogueCanBeLoaded) {
-    WriteDefaults(R"(<ZOTDefault><Functions><Function ID="1"><Display/>
-        <Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions></ZOTDefault>)");
-    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
-    EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
-    EXPECT_FALSE(HasUserFile());
-}
-
-TEST_F(ArgumentChecksTest, TevGetParamGivesFalseWhereBothCannotBeRead) {
-    WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51))));
-    EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
 }
 
 }  // namespace ZOTDam::Test

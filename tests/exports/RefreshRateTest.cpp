@@ -3,78 +3,17 @@
 #include <climits>
 #include <cstring>
 
-#include "support/ImportPatch.h"
+#include "support/FakeDisplay.h"
+#include "support/FunctionMarkup.h"
 #include "support/NumberTexts.h"
-#include "support/SettingsTest.h"
 
 namespace ZOTDam::Test {
 
 namespace {
 
-// The display that the module sees while this object lives; there is one at a time. It is also a record of
-// what the module asks it.
-class FakeDisplay {
-public:
-    struct Call {
-        std::wstring device;
-        DWORD number;
-        DEVMODEW received;
-        const DEVMODEW* structure;
-    };
-
-    FakeDisplay(HMODULE module, std::vector<DWORD> modeRates)
-        : rates{std::move(modeRates)}, patch{module, "EnumDisplaySettingsW", &Enumerate} {
-        current = this;
-    }
-    FakeDisplay(const FakeDisplay&) = delete;
-    FakeDisplay& operator=(const FakeDisplay&) = delete;
-    ~FakeDisplay() { current = nullptr; }
-
-    const std::vector<Call>& Calls() const noexcept { return calls; }
-
-    std::vector<DWORD> AskedNumbers() const {
-        std::vector<DWORD> numbers;
-        for (const Call& call : calls)
-            numbers.push_back(call.number);
-        return numbers;
-    }
-
-    // As a display driver may do: answers for a mode without setting its rate.
-    static constexpr DWORD RateLeftAsItIs = 0xABCD;
-
-private:
-    static BOOL WINAPI Enumerate(const wchar_t* device, DWORD number, DEVMODEW* mode) {
-        return current->Answer(device != nullptr ? device : L"", number, *mode) ? TRUE : FALSE;
-    }
-
-    bool Answer(const wchar_t* device, DWORD number, DEVMODEW& mode) {
-        calls.push_back({device, number, mode, &mode});
-        if (number >= rates.size())
-            return false;
-        mode.dmPelsWidth = 1000 + number;
-        if (rates[number] != RateLeftAsItIs)
-            mode.dmDisplayFrequency = rates[number];
-        return true;
-    }
-
-    static inline FakeDisplay* current = nullptr;
-
-    std::vector<DWORD> rates;
-    std::vector<Call> calls;
-    ImportPatch patch;
-};
-
-std::string Options(std::initializer_list<std::string> options) {
-    std::string items;
-    for (const std::string& option : options)
-        items += "<DisplayItem Option=\"" + option + "\"/>";
-    return items;
-}
-
 // A function of the defaults with the given display items and the default {1, 2}.
 std::string RateFunction(std::int32_t id, const std::string& acItems, const std::string& dcItems = {}) {
-    return "<Function ID=\"" + std::to_string(id) + "\"><Display><AC>" + acItems + "</AC><DC>" + dcItems +
-           "</DC></Display><Commands/><Default ACParamIndex=\"1\" DCParamIndex=\"2\"/></Function>";
+    return FunctionWith(id, {.acItems = acItems, .dcItems = dcItems, .defaults = {1, 2}});
 }
 
 std::string PlainFunction(std::int32_t id) {

@@ -1,0 +1,238 @@
+// The two texts of GetDiffFuncList: their lines, their translations, and their ends.
+#include "support/DifferencesTest.h"
+
+namespace ZOTDam::Test {
+
+using DifferenceTextsTest = DifferencesTest;
+
+// ---- The lines ----
+
+TEST_F(DifferenceTextsTest, AreANameAndAValueEachOnALineOfItsOwn) {
+    WriteDifferentDim();
+    Translate({{"Dim", "Dim the display"}, {"AcOn", "After a minute"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim the display\n\r", L"After a minute\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, AreListedLineForLine) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound") + NamedFunction(3, "Rate"));
+    Store(OldFunction(1, 0, 0) + OldFunction(2, 1, 0) + OldFunction(3, 1, 0),
+          OldFunction(1, 1, 0) + OldFunction(2, 1, 0) + OldFunction(3, 0, 0));
+    Translate({{"AcOn", "On"}, {"AcOff", "Off"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r- Rate\n\r", L"On\n\rOff\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, ShowTheValuesOfTheSecondScheme) {
+    WriteDifferentDim();
+    Translate({{"AcOn", "On"}, {"AcOff", "Off"}});
+    EXPECT_EQ(Compare(Mains, Balanced, HighPerformance).values, L"On\n\r");
+    EXPECT_EQ(Compare(Mains, HighPerformance, Balanced).values, L"Off\n\r");
+}
+
+TEST_F(DifferenceTextsTest, HaveTheirTextsInAnyScript) {
+    WriteDifferentDim();
+    Translate({{"Dim", "&#x753B;&#x9762;"}, {"AcOn", "\U0001F50B"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- \u753B\u9762\n\r", L"\xD83D\xDD0B\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, TakeTextsAsTheyStand) {
+    WriteFunctions(NamedFunction(1, "100%s %n %%", "%s%s%n"));
+    StoreDifferent({1});
+    Translate({{"AcOn", "%d%s"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- 100%s %n %%\n\r", L"%d%s\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, OfAFunctionWithoutANameHaveALineOfTheirOwn) {
+    WriteFunctions(FunctionWith(1, {.acItems = Labels({"AcOff", "AcOn"})}));
+    StoreDifferent({1});
+    EXPECT_EQ(Compare(), (Difference{true, L"- \n\r", L"\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, OfAFunctionThatLacksItsNameBearTheOneOfTheFunctionBefore) {
+    WriteFunctions(NamedFunction(1, "Dim") + Function(2));
+    Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 0, 0) + OldFunction(2, 1, 1));
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+}
+
+// ---- Texts that are missing ----
+
+TEST_F(DifferenceTextsTest, WithoutAStringTableHaveTheirKeysAsNamesAndEmptyValues) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
+    StoreDifferent({1, 2});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r- Sound\n\r", L"\n\r\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, WithAStringTableThatDoesNotParseHaveTheirKeysAsNamesAndEmptyValues) {
+    WriteDifferentDim();
+    WriteStringTable("<root>" + Entry("Dim", "Dark"));
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r", L"\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, WithoutATranslatedNameHaveItsKey) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound") + NamedFunction(3, "Rate"));
+    StoreDifferent({1, 2, 3});
+    WriteEntries(R"(<data name="Sound"/><data><value>no</value></data>)" + Entry("rate", "Refresh rate"));
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Sound\n\r- Refresh rate\n\r");
+}
+
+TEST_F(DifferenceTextsTest, WithoutATranslatedLabelHaveAnEmptyLine) {
+    WriteFunctions(NamedFunction(1, "Dim") +
+                   FunctionWith(2, {.attributes = R"(Name="Sound")", .acItems = Labels({"Low", "High"})}));
+    StoreDifferent({1, 2});
+    Translate({{"High", "Loud"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r- Sound\n\r", L"\n\rLoud\n\r"}));
+}
+
+TEST_F(DifferenceTextsTest, WithAnEmptyTranslationHaveAnEmptyNameAndLine) {
+    WriteDifferentDim();
+    Translate({{"Dim", ""}, {"AcOn", ""}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- \n\r", L"\n\r"}));
+}
+
+class UnlabelledTest : public DifferenceTextsTest, public testing::WithParamInterface<std::int32_t> {};
+
+TEST_P(UnlabelledTest, IsAnEmptyLine) {
+    WriteDimAt(GetParam());
+    Translate({{"AcOff", "wrong"}, {"AcOn", "wrong"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r", L"\n\r"}));
+}
+
+// The label is empty there, and is looked up like any other.
+TEST_P(UnlabelledTest, HasTheTextOfTheEmptyKey) {
+    WriteDimAt(GetParam());
+    Translate({{"AcOff", "wrong"}, {"", "No setting"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r", L"No setting\n\r"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Positions, UnlabelledTest, testing::Values(2, 0x7FFFFFFF, -1, -0x7FFFFFFF - 1));
+
+TEST_F(DifferenceTextsTest, OfAFunctionWithoutItemsHaveAnEmptyLine) {
+    WriteFunctions(NamedFunction(1, "Dim") + Function(2));
+    StoreDifferent({1, 2});
+    Translate({{"AcOn", "On"}});
+    EXPECT_EQ(ComparedValues(), L"On\n\r\n\r");
+}
+
+// ---- Names that stay translated ----
+
+TEST_F(DifferenceTextsTest, LeaveTheTextOfAListedNameAsItsKey) {
+    WriteDifferentDim();
+    Translate({{"Dim", "Dark"}, {"Dark", "Black"}, {"Black", "Night"}});
+    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+    EXPECT_EQ(ComparedNames(), L"- Black\n\r");
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Night"}));
+    EXPECT_EQ(ComparedNames(), L"- Night\n\r");
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Night"}));
+}
+
+TEST_F(DifferenceTextsTest, LeaveTheKeysOfAllElse) {
+    WriteFunctions(NamedFunction(1, "Dim", LeadingGroup) + NamedFunction(2, "Sound"));
+    Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
+    Translate({{"Dim", "Dark"},
+               {"Sound", "Tone"},
+               {"Tone", "Music"},
+               {"Group1Name", "Displays"},
+               {"AcOn", "On"},
+               {"On", "Lit"}});
+    EXPECT_EQ(ComparedValues(), L"On\n\r");
+    EXPECT_EQ(ComparedValues(), L"On\n\r");
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark", L"Tone"}));
+    StoreDifferent({1, 2});
+    EXPECT_EQ(ComparedNames(), L"- Dark\n\r- Tone\n\r");
+}
+
+TEST_F(DifferenceTextsTest, ForgetTheTextsWhenTheLibraryIsLoadedAnew) {
+    WriteDifferentDim();
+    Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
+    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+    Unload();
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark"}));
+    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+}
+
+TEST_F(DifferenceTextsTest, HaveTheKeysThatGetFunctionInfoLeaves) {
+    WriteDifferentDim();
+    Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark"}));
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark"}));
+    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+}
+
+// ---- Texts that do not fit ----
+
+// A single function that differs, with a name and a label of these texts.
+class LongDifferencesTest : public DifferenceTextsTest {
+protected:
+    Difference CompareTranslated(const std::string& name, const std::string& label) {
+        WriteDifferentDim();
+        Translate({{"Dim", name}, {"AcOn", label}});
+        return Compare();
+    }
+};
+
+TEST_F(LongDifferencesTest, AreGivenWholeWhereTheyJustFit) {
+    EXPECT_EQ(
+        CompareTranslated(std::string(255, 'n'), std::string(257, 'v')),
+        (Difference{true, L"- " + std::wstring(255, L'n') + L"\n\r", std::wstring(257, L'v') + L"\n\r"}));
+}
+
+TEST_F(LongDifferencesTest, AreCutInsideTheLineEnd) {
+    EXPECT_EQ(CompareTranslated(std::string(256, 'n'), std::string(258, 'v')),
+              (Difference{true, L"- " + std::wstring(256, L'n') + L"\n", std::wstring(258, L'v') + L"\n"}));
+}
+
+TEST_F(LongDifferencesTest, AreCutInsideAName) {
+    EXPECT_EQ(
+        CompareTranslated(std::string(LongestText, 'n'), std::string(LongestText, 'v')),
+        (Difference{true, L"- " + std::wstring(LongestText - 2, L'n'), std::wstring(LongestText, L'v')}));
+}
+
+TEST_F(LongDifferencesTest, HaveTranslationsThatAreThemselvesCut) {
+    CompareTranslated(std::string(300, 'n'), std::string(300, 'v'));
+    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{std::wstring(LongestText, L'n')}));
+    EXPECT_EQ(Compare(), (Difference{true, L"- " + std::wstring(LongestText - 2, L'n'),
+                                     std::wstring(LongestText, L'v')}));
+}
+
+TEST_F(LongDifferencesTest, AreCutEachByItself) {
+    EXPECT_EQ(CompareTranslated(std::string(LongestText, 'n'), "On"),
+              (Difference{true, L"- " + std::wstring(LongestText - 2, L'n'), L"On\n\r"}));
+    Unload();
+    EXPECT_EQ(CompareTranslated("Dark", std::string(LongestText, 'v')),
+              (Difference{true, L"- Dark\n\r", std::wstring(LongestText, L'v')}));
+}
+
+TEST_F(LongDifferencesTest, AreNotCutInsideASurrogatePairOfAName) {
+    EXPECT_EQ(CompareTranslated(std::string(256, 'n') + "\U0001F50B", "On"),
+              (Difference{true, L"- " + std::wstring(256, L'n'), L"On\n\r"}));
+}
+
+TEST_F(LongDifferencesTest, AreNotCutInsideASurrogatePairOfAValue) {
+    WriteFunctions(NamedFunction(1, "Dim") + FunctionWith(2, {.acItems = Labels({"Low", "High"})}));
+    StoreDifferent({1, 2});
+    Translate({{"AcOn", "On"}, {"High", std::string(254, 'v') + "\U0001F50B"}});
+    EXPECT_EQ(ComparedValues(), L"On\n\r" + std::wstring(254, L'v'));
+}
+
+TEST_F(LongDifferencesTest, HaveTranslationsThatAreNotCutInsideASurrogatePair) {
+    EXPECT_EQ(CompareTranslated("Dark", std::string(258, 'v') + "\U0001F50B").values,
+              std::wstring(258, L'v') + L"\n");
+}
+
+TEST_F(LongDifferencesTest, AreCutBehindASurrogatePair) {
+    const std::string pair = "\U0001F50B";
+    EXPECT_EQ(CompareTranslated(std::string(255, 'n') + pair + "nn", std::string(257, 'v') + pair),
+              (Difference{true, L"- " + std::wstring(255, L'n') + L"\xD83D\xDD0B",
+                          std::wstring(257, L'v') + L"\xD83D\xDD0B"}));
+}
+
+TEST_F(DifferenceTextsTest, OfTheLeadingGroupCrowdOutTheRest) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, std::string(130, 'n'), LeadingGroup) +
+                   NamedFunction(3, std::string(121, 'm'), LeadingGroup));
+    StoreDifferent({1, 2, 3});
+    EXPECT_EQ(
+        Compare(),
+        (Difference{true, L"- " + std::wstring(130, L'n') + L"\n\r- " + std::wstring(121, L'm') + L"\n\r",
+                    L"\n\r\n\r\n\r"}));
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,322 @@
+// GetDiffFuncList: which functions two schemes set differently, in which order they are listed, and what the
+// comparison stores.
+#include "support/DifferencesTest.h"
+
+#include "support/FakeDisplay.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+constexpr GUID AllZero = {};
+constexpr char AllZeroText[] = "00000000-0000-0000-0000-000000000000";
+
+// A refresh-rate function of a display that has no rates but 60 Hz.
+std::string RateFunction(std::int32_t id) {
+    return FunctionWith(id, {.attributes = R"(Name="Rate")", .acItems = Options({"60", "60"})});
+}
+
+}  // namespace
+
+// ---- The power source ----
+
+TEST_F(DifferencesTest, AreThoseOfThePowerSource) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
+    Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 1, 0) + OldFunction(2, 0, 1));
+    Translate({{"AcOn", "On mains power"}, {"DcOn", "On battery"}});
+    EXPECT_EQ(Compare(Mains), (Difference{true, L"- Dim\n\r", L"On mains power\n\r"}));
+    EXPECT_EQ(Compare(Battery), (Difference{true, L"- Sound\n\r", L"On battery\n\r"}));
+}
+
+TEST_F(DifferencesTest, OnBatteryHaveTheLabelOfTheBatteryValue) {
+    WriteFunctions(NamedFunction(1, "Dim"));
+    Store(OldFunction(1, 0, 1), OldFunction(1, 1, 0));
+    Translate({{"AcOn", "wrong"}, {"AcOff", "wrong"}, {"DcOn", "wrong"}, {"DcOff", "Off"}});
+    EXPECT_EQ(Compare(Battery).values, L"Off\n\r");
+}
+
+class OtherModeTest : public DifferencesTest, public testing::WithParamInterface<std::uint32_t> {};
+
+TEST_P(OtherModeTest, ListsNothingButLoadsBothSchemes) {
+    WriteDifferentDefaults();
+    EXPECT_EQ(Compare(GetParam()), None);
+    EXPECT_EQ(UserSettings(), BothAdopted());
+}
+
+TEST_P(OtherModeTest, TranslatesNoName) {
+    WriteDifferentDim();
+    Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
+    Compare(GetParam());
+    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, OtherModeTest,
+                         testing::Values(0u, 3u, 0x101u, 0x80000001u, 0xFFFFFFFEu, 0xFFFFFFFFu));
+
+// ---- What differs ----
+
+TEST_F(DifferencesTest, AreNoneBetweenEqualSchemes) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
+    Store(OldFunction(1, 1, 0) + OldFunction(2, 0, 1), OldFunction(2, 0, 1) + OldFunction(1, 1, 0));
+    EXPECT_EQ(Compare(Mains), None);
+    EXPECT_EQ(Compare(Battery), None);
+}
+
+TEST_F(DifferencesTest, AreNoneBetweenASchemeAndItself) {
+    WriteDifferentDim();
+    EXPECT_EQ(Compare(Mains, Balanced, Balanced), None);
+}
+
+TEST_F(DifferencesTest, AreNoneBetweenASchemeAndItselfWhenItIsAdopted) {
+    WriteDifferentDefaults();
+    EXPECT_EQ(Compare(Mains, HighPerformance, HighPerformance), None);
+    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(HighPerformanceText, NewFunction(1, 1, 1))));
+}
+
+TEST_F(DifferencesTest, AreThoseOfNumbersAndNotOfOptions) {
+    WriteFunctions(FunctionWith(1, {.attributes = R"(Name="Dim")",
+                                    .acItems = R"(<DisplayItem Option="5" Label="Same"/><DisplayItem/>)"}));
+    StoreDifferent({1});
+    Translate({{"Same", "The same"}});
+    EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r", L"The same\n\r"}));
+}
+
+TEST_F(DifferencesTest, AreReadAnewForEachCall) {
+    WriteDifferentDim();
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    WriteDimAt(0);
+    EXPECT_EQ(Compare(), None);
+}
+
+TEST_F(DifferencesTest, OfTheAllZeroSchemeAreLikeThoseOfAnyOther) {
+    WriteFunctions(NamedFunction(1, "Dim"));
+    WriteSchemes(OldScheme(BalancedText, OldFunction(1, 0, 0)) +
+                 OldScheme(AllZeroText, OldFunction(1, 1, 1)));
+    EXPECT_EQ(Compare(Mains, Balanced, AllZero).names, L"- Dim\n\r");
+    EXPECT_EQ(Compare(Mains, AllZero, Balanced).names, L"- Dim\n\r");
+}
+
+TEST_F(DifferencesTest, MakeTheAllZeroSchemeEnterTheFile) {
+    WriteDifferentDefaults();
+    EXPECT_EQ(Compare(Mains, AllZero, HighPerformance).names, L"- Dim\n\r");
+    EXPECT_EQ(UserSettings(), BothAdopted(AllZeroText));
+}
+
+TEST_F(DifferencesTest, OfFunctionsThatTheCatalogueLacksAreNotListed) {
+    WriteFunctions(NamedFunction(1, "Dim"));
+    StoreDifferent({-1, 1, 99});
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+}
+
+TEST_F(DifferencesTest, AreNoneWithAnEmptyCatalogue) {
+    WriteFunctions("");
+    StoreDifferent({1});
+    EXPECT_EQ(Compare(), None);
+}
+
+TEST_F(DifferencesTest, AreNoneFromAnEmptyScheme) {
+    WriteFunctions(NamedFunction(1, "Dim"));
+    Store("", OldFunction(1, 1, 1));
+    EXPECT_EQ(Compare(), None);
+}
+
+TEST_F(DifferencesTest, AreNoneToAnEmptyScheme) {
+    WriteFunctions(NamedFunction(1, "Dim"));
+    Store(OldFunction(1, 1, 1), "");
+    EXPECT_EQ(Compare(), None);
+}
+
+TEST_F(DifferencesTest, OfAFunctionThatTheDisplayHidesAreNotListed) {
+    const FakeDisplay display{Dll().Handle(), {}};
+    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    StoreDifferent({1, 7});
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+}
+
+TEST_F(DifferencesTest, OfAFunctionThatTheDisplayServesAreListed) {
+    const FakeDisplay display{Dll().Handle(), {60}};
+    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    StoreDifferent({1, 7});
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Rate\n\r");
+}
+
+// The display changes between the reading of the two schemes.
+TEST_F(DifferencesTest, OfAFunctionThatOnlyTheSecondSchemeHasAreNotListed) {
+    FakeDisplay display{Dll().Handle(), {}};
+    display.ChangeAfterFirstMode({60});
+    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    StoreDifferent({1, 7});
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(display.AskedNumbers(), (std::vector<DWORD>{0, 0}));
+}
+
+TEST_F(DifferencesTest, OfAFunctionThatOnlyTheFirstSchemeHasAreNotListed) {
+    FakeDisplay display{Dll().Handle(), {60}};
+    display.ChangeAfterFirstMode({});
+    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    StoreDifferent({1, 7});
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(display.AskedNumbers(), (std::vector<DWORD>{0, 0}));
+}
+
+// ---- The order ----
+
+TEST_F(DifferencesTest, OfTheLeadingGroupComeFirst) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", LeadingGroup));
+    StoreDifferent({1, 2});
+    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Dim\n\r");
+}
+
+TEST_F(DifferencesTest, HaveTheirValuesInTheSameOrder) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", LeadingGroup));
+    Store(OldFunction(1, 0, 0) + OldFunction(2, 1, 1), OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
+    Translate({{"AcOn", "On"}, {"AcOff", "Off"}});
+    EXPECT_EQ(ComparedValues(), L"Off\n\rOn\n\r");
+}
+
+TEST_F(DifferencesTest, GoByAscendingIdInTheLeadingGroupAndInTheRest) {
+    WriteFunctions(NamedFunction(300, "C", LeadingGroup) + NamedFunction(40, "B", LeadingGroup) +
+                   NamedFunction(5, "A", LeadingGroup) + NamedFunction(200, "F") + NamedFunction(30, "E") +
+                   NamedFunction(4, "D"));
+    StoreDifferent({40, 200, 4, 5, 30, 300});
+    EXPECT_EQ(ComparedNames(), L"- A\n\r- B\n\r- C\n\r- D\n\r- E\n\r- F\n\r");
+}
+
+TEST_F(DifferencesTest, MayAllBeOfTheLeadingGroup) {
+    WriteFunctions(NamedFunction(2, "Dim", LeadingGroup) + NamedFunction(1, "Sound", LeadingGroup));
+    StoreDifferent({1, 2});
+    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Dim\n\r");
+}
+
+class OtherGroupTest : public DifferencesTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(OtherGroupTest, DoesNotLead) {
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", GetParam().xml));
+    StoreDifferent({1, 2});
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Sound\n\r");
+}
+
+INSTANTIATE_TEST_SUITE_P(Groups, OtherGroupTest,
+                         testing::Values(XmlCase{"None", ""}, XmlCase{"LowerCase", "group1name"},
+                                         XmlCase{"UpperCase", "GROUP1NAME"},
+                                         XmlCase{"LeadingSpace", " Group1Name"},
+                                         XmlCase{"TrailingSpace", "Group1Name "},
+                                         XmlCase{"Shorter", "Group1Nam"}, XmlCase{"Longer", "Group1Name2"},
+                                         XmlCase{"OtherNumber", "Group2Name"}),
+                         CaseName<XmlCase>);
+
+TEST_F(DifferencesTest, AreGroupedByTheKeyOfTheGroupAndNotByItsText) {
+    WriteFunctions(NamedFunction(1, "Dim", "Displays") + NamedFunction(2, "Sound", LeadingGroup));
+    StoreDifferent({1, 2});
+    Translate({{"Displays", "Group1Name"}, {"Group1Name", "Other"}});
+    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Dim\n\r");
+}
+
+TEST_F(DifferencesTest, OfAFunctionThatLacksItsGroupGoWithTheOneOfTheFunctionBefore) {
+    WriteFunctions(NamedFunction(3, "Sound", LeadingGroup) +
+                   FunctionWith(4, {.attributes = R"(Name="Rate")"}) + NamedFunction(1, "Dim"));
+    StoreDifferent({1, 3, 4});
+    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Rate\n\r- Dim\n\r");
+}
+
+// ---- Null buffers ----
+
+TEST_F(DifferencesTest, GiveFalseForANullNamesBufferButWriteTheValues) {
+    WriteDifferentDim();
+    Translate({{"AcOn", "On"}});
+    GuardedBuffer values;
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, nullptr, values.text));
+    EXPECT_EQ(TextIn(values), L"On\n\r");
+}
+
+TEST_F(DifferencesTest, GiveFalseForANullValuesBufferButWriteTheNames) {
+    WriteDifferentDim();
+    GuardedBuffer names;
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, names.text, nullptr));
+    EXPECT_EQ(TextIn(names), L"- Dim\n\r");
+}
+
+TEST_F(DifferencesTest, LeaveTheOtherBufferWhereNothingDiffers) {
+    WriteDimAt(0);
+    GuardedBuffer buffer;
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, buffer.text, nullptr));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, nullptr, buffer.text));
+    EXPECT_EQ(TextIn(buffer), L"untouched");
+}
+
+TEST_F(DifferencesTest, StoreBothSchemesWithoutAnyBuffer) {
+    WriteDifferentDefaults();
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, nullptr, nullptr));
+    EXPECT_EQ(UserSettings(), BothAdopted());
+}
+
+TEST_F(DifferencesTest, TranslateTheNamesWithoutAnyBuffer) {
+    WriteDifferentDim();
+    Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Battery, nullptr, nullptr));
+    EXPECT_EQ(ComparedNames(), L"- Black\n\r");
+}
+
+// ---- Loading the schemes ----
+
+TEST_F(DifferencesTest, MakeBothSchemesEnterTheFile) {
+    WriteDifferentDefaults();
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(UserSettings(), BothAdopted());
+}
+
+TEST_F(DifferencesTest, CompleteAndStoreBothSchemes) {
+    WriteFunctions(NamedFunction(1, "Dim") +
+                   FunctionWith(2, {.attributes = R"(Name="Sound")",
+                                    .defaultItems = DefaultItem(BalancedText, {3, 3})}));
+    Store(OldFunction(1, 0, 0), OldFunction(1, 0, 0));
+    EXPECT_EQ(ComparedNames(), L"- Sound\n\r");
+    EXPECT_EQ(UserSettings(),
+              OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + OldFunction(2, 3, 3)) +
+                          OldScheme(HighPerformanceText, OldFunction(1, 0, 0) + NewFunction(2, 0, 0))));
+}
+
+TEST_F(DifferencesTest, AreNoneWhereTheFirstSchemeCannotBeLoadedAndTheSecondIsNotTried) {
+    WriteFunctions(
+        FunctionWith(1, {.defaultItems = "<DefaultItem GUID=\"" + std::string{BalancedText} + "\"/>"}));
+    EXPECT_EQ(Compare(), None);
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(DifferencesTest, AreNoneWhereTheSecondSchemeCannotBeLoaded) {
+    WriteFunctions(FunctionWith(
+        1, {.defaultItems = "<DefaultItem GUID=\"" + std::string{HighPerformanceText} + "\"/>"}));
+    EXPECT_EQ(Compare(), None);
+    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 0, 0))));
+}
+
+// A function without "ID" cannot be matched when the completed scheme is stored.
+TEST_F(DifferencesTest, AreNoneWhereASchemeCannotBeWrittenBack) {
+    const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
+    WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
+    Store(OldFunction(1, 0, 0) + nameless, OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
+    EXPECT_EQ(Compare(Mains, Balanced, HighPerformance), None);
+    EXPECT_EQ(Compare(Mains, HighPerformance, Balanced), None);
+}
+
+TEST_F(DifferencesTest, AreNoneWithoutACatalogue) {
+    StoreDifferent({1});
+    EXPECT_EQ(Compare(), None);
+}
+
+TEST_F(DifferencesTest, AreFoundWhileTheFileIsBusy) {
+    WriteDifferentDefaults();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(DifferencesTest, AreNoneAfterZOTDamExitAndNothingIsStored) {
+    WriteDifferentDefaults();
+    EXPECT_EQ(Dll().GetFuncCount(), 1u);
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_EQ(Compare(), None);
+    EXPECT_FALSE(HasUserSettings());
+}
+
+}  // namespace ZOTDam::Test
