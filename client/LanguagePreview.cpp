@@ -48,9 +48,10 @@ LanguagePreview::LanguagePreview(const std::string& language) {
     RedirectProgramFiles(programFiles.Path());
     const std::filesystem::path copy = PathOf(Defaults);
     create_directories(copy.parent_path());
-    if (exists(defaults))
-        copy_file(defaults, copy);
-    copy_file(table, copy.parent_path() / L"StringTable.xml");
+    std::error_code error;
+    copy_file(defaults, copy, error);  // without it, the catalogue cannot be loaded either
+    if (!copy_file(table, copy.parent_path() / L"StringTable.xml", error))
+        throw Error{"The string table " + Utf8(table) + " cannot be read."};
 }
 
 }  // namespace ZOTDam::Client

@@ -10,7 +10,7 @@ namespace ZOTDam::Client {
 namespace {
 
 struct FunctionsArguments {
-    std::string language;
+    std::optional<std::string> language;
 };
 
 Report CountFunctions() {
@@ -40,8 +40,8 @@ Json FunctionJson(std::uint32_t id, const FunctionRecord& function) {
 Report ListFunctions(const FunctionsArguments& arguments) {
     const std::filesystem::path catalogue = PathOf(Defaults);
     std::optional<LanguagePreview> preview;
-    if (!arguments.language.empty())
-        preview.emplace(arguments.language);
+    if (arguments.language)
+        preview.emplace(*arguments.language);
     const Library library;
     RequireCatalogue(library, catalogue);
     Report report{{}, {{"functions", Json::array()}}};
@@ -50,6 +50,8 @@ Report ListFunctions(const FunctionsArguments& arguments) {
         report.json["functions"].push_back(FunctionJson(id, *function));
     });
     library.GetFunctionInfo(&add);
+    if (report.text.empty())
+        report.text = "The catalogue has no functions.\n";
     return report;
 }
 

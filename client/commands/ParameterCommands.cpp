@@ -92,8 +92,8 @@ Report ListCurrentOptions(const CurrentArguments& arguments) {
     for (std::uint32_t position = 0; position < functions; ++position) {
         FuncCurValue overZeros = {};
         FuncCurValue overOnes = {~0U, ~0U, ~0U};
-        library.GetFuncCurValue(position, &overZeros);
-        library.GetFuncCurValue(position, &overOnes);
+        if (!library.GetFuncCurValue(position, &overZeros) || !library.GetFuncCurValue(position, &overOnes))
+            continue;  // nothing is set in the scheme
         const auto ac = Option(overZeros.ACValue, overOnes.ACValue);
         const auto dc = Option(overZeros.DCValue, overOnes.DCValue);
         table.Add({std::to_string(overZeros.FunctionId), OptionText(ac), OptionText(dc)});

@@ -89,7 +89,7 @@ Differences Compare(const Library& library, const DiffArguments& arguments, std:
 
 std::string DifferencesText(const char* source, const Differences& differences) {
     std::string text = std::string{"\n"} + source + ":";
-    if (differences.list.empty())
+    if (differences.list.empty() && differences.complete)
         return text + " no differences\n";
     Table table{{{"Function", Align::Left}, {"Setting", Align::Left}}};
     for (const auto& [function, setting] : differences.list)

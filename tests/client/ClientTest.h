@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "client/ClientProcess.h"
-#include "support/ExportTest.h"
+#include "support/TranslationTest.h"
 
 namespace ZOTDam::Test {
 
@@ -30,7 +30,7 @@ inline constexpr char ThreeFunctions[] = R"(<ZOTDefault><Functions>
     </Function>
 </Functions></ZOTDefault>)";
 
-class ClientTest : public ExportTest {
+class ClientTest : public TranslationTest {
 protected:
     static std::filesystem::path Client() { return Library::ProgramFolder() / L"zotdamctl.exe"; }
 
@@ -61,6 +61,29 @@ protected:
         EXPECT_EQ(outcome.errors, "zotdamctl: " + sentence + "\n");
     }
 
+    // Without the catalogue, the command fails with a sentence that names the file.
+    void ExpectToNeedTheCatalogue(const Arguments& arguments) const {
+        std::filesystem::remove(installation.DefaultsFile());
+        ExpectError(arguments, Failure, MissingCatalogue());
+        WriteDefaults("<ZOTDefault>");
+        ExpectError(arguments, Failure, BrokenCatalogue());
+        WriteDefaults(ThreeFunctions);
+        const SecondProcess other{HoldMutex, {DefaultsMarker}};
+        ExpectError(arguments, Failure, BrokenCatalogue());
+    }
+
+    void ExpectToNeedTheUserSettings(const Arguments& arguments) const {
+        const SecondProcess other{HoldMutex, {UserMarker}};
+        ExpectError(arguments, Failure, UserFile() + " is in use by another program.");
+    }
+
+    void ExpectUnknownScheme(const Arguments& arguments, const std::string& scheme) const {
+        ExpectError(arguments, WrongUsage,
+                    "\"" + scheme +
+                        "\" is no power scheme: give its GUID, or balanced, high-performance or "
+                        "power-saver.");
+    }
+
     static Json Param(int id, int ac, int dc) { return {{"id", id}, {"ac", ac}, {"dc", dc}}; }
 
     static std::filesystem::path DefaultsFile(const std::filesystem::path& programFiles) {
@@ -69,6 +92,7 @@ protected:
 
     // For the sentences.
     std::string UserFile() const { return "The user settings file " + Utf8(installation.UserFile()); }
+    std::string DefaultsTitle() const { return "The defaults file " + Utf8(installation.DefaultsFile()); }
     std::string MissingCatalogue() const { return MissingCatalogue(installation.ProgramFiles()); }
     std::string BrokenCatalogue() const {
         return CatalogueNotLoaded(installation.ProgramFiles()) +

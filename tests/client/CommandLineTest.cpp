@@ -13,6 +13,12 @@ protected:
             <Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions></ZOTDefault>)");
         return folder;
     }
+
+    void ExpectUsage(Arguments command, const std::string& usage) const {
+        command.emplace_back(L"--help");
+        const std::string help = Output(command);
+        EXPECT_NE(help.find("\nUsage: zotdamctl " + usage), std::string::npos) << help;
+    }
 };
 
 TEST_F(CommandLineTest, WorksOnTheFilesOfAnotherFolder) {
@@ -75,14 +81,37 @@ TEST_F(CommandLineTest, OptionsStandBeforeOrBehindTheCommand) {
 TEST_F(CommandLineTest, HelpNamesTheCommandsAndTheOptions) {
     const std::string help = Output({L"--help"});
     for (const char* const word :
-         {"count", "params", "set", "reset", "--program-files", "--program-data", "--json", "--help",
-          "--version", "balanced, high-performance or power-saver"})
+         {"\n  count ", "\n  functions ", "\n  params ", "\n  current ", "\n  set ", "\n  reset ",
+          "\n  commands ", "\n  diff ", "\n  setting ", "--program-files", "--program-data", "--json",
+          "--help", "--version", "balanced, high-performance or power-saver"})
         EXPECT_NE(help.find(word), std::string::npos) << word;
 }
 
 TEST_F(CommandLineTest, EachCommandHasHelpOfItsOwn) {
-    const std::string help = Output({L"set", L"--help"});
-    EXPECT_NE(help.find("Usage: zotdamctl set [OPTIONS] SCHEME ID AC DC"), std::string::npos) << help;
+    ExpectUsage({L"functions"}, "functions [OPTIONS]\n");
+    ExpectUsage({L"current"}, "current [OPTIONS] SCHEME\n");
+    ExpectUsage({L"set"}, "set [OPTIONS] SCHEME ID AC DC\n");
+    ExpectUsage({L"commands"}, "commands [OPTIONS] SCHEME\n");
+    ExpectUsage({L"diff"}, "diff [OPTIONS] SCHEME OTHER\n");
+}
+
+TEST_F(CommandLineTest, HelpNamesTheOptionsOfACommand) {
+    EXPECT_NE(Output({L"functions", L"--help"}).find("\n  --language TAG "), std::string::npos);
+    EXPECT_NE(Output({L"diff", L"--help"}).find("\n  --ac "), std::string::npos);
+    EXPECT_NE(Output({L"diff", L"--help"}).find("\n  --dc "), std::string::npos);
+}
+
+TEST_F(CommandLineTest, TheCommandsOfASetHaveHelpOfTheirOwn) {
+    ExpectUsage({L"setting"}, "setting [OPTIONS] SUBCOMMAND\n");
+    ExpectUsage({L"setting", L"get"}, "setting get [OPTIONS] NAME\n");
+    ExpectUsage({L"setting", L"set"}, "setting set [OPTIONS] NAME VALUE\n");
+    ExpectUsage({L"setting", L"init"}, "setting init [OPTIONS]\n");
+}
+
+TEST_F(CommandLineTest, HelpNamesTheCommandsOfASet) {
+    const std::string help = Output({L"setting", L"--help"});
+    for (const char* const word : {"\n  get ", "\n  set ", "\n  init "})
+        EXPECT_NE(help.find(word), std::string::npos) << word;
 }
 
 TEST_F(CommandLineTest, TellsTheVersion) {
@@ -94,6 +123,26 @@ TEST_F(CommandLineTest, NeedsACommand) {
     EXPECT_EQ(outcome.exitStatus, WrongUsage);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "zotdamctl: No command is given.\n\n" + Output({L"--help"}) + "\n");
+}
+
+TEST_F(CommandLineTest, ASetOfCommandsNeedsOneOfThem) {
+    ExpectError({L"setting"}, WrongUsage, "A subcommand is required.");
+}
+
+TEST_F(CommandLineTest, OptionsStandBehindTheCommandsOfASetAsWell) {
+    WriteUserSettings(R"(<OrloPowerCfg><CommonSettings Warning="15"/></OrloPowerCfg>)");
+    EXPECT_EQ(Json::parse(Output({L"setting", L"--json", L"get", L"Warning"}))["value"], "15");
+    EXPECT_EQ(Json::parse(Output({L"setting", L"get", L"Warning", L"--json"}))["value"], "15");
+}
+
+TEST_F(CommandLineTest, RefusesAnOptionWithoutItsValue) {
+    ExpectError({L"functions", L"--language"}, WrongUsage, "--language: 1 required TAG missing.");
+    ExpectError({L"count", L"--program-files"}, WrongUsage, "--program-files: 1 required DIR missing.");
+}
+
+TEST_F(CommandLineTest, RefusesAnOptionOfAnotherCommand) {
+    ExpectError({L"count", L"--language", L"de-DE"}, WrongUsage,
+                "The following arguments were not expected: de-DE --language.");
 }
 
 TEST_F(CommandLineTest, RefusesAnUnknownCommand) {
@@ -111,11 +160,18 @@ TEST_F(CommandLineTest, RefusesASecondCommand) {
 TEST_F(CommandLineTest, NeedsAllArguments) {
     ExpectError({L"params"}, WrongUsage, "SCHEME is required.");
     ExpectError({L"set", L"balanced", L"1", L"2"}, WrongUsage, "DC is required.");
+    ExpectError({L"diff", L"balanced"}, WrongUsage, "OTHER is required.");
+    ExpectError({L"setting", L"get"}, WrongUsage, "NAME is required.");
+    ExpectError({L"setting", L"set", L"Warning"}, WrongUsage, "VALUE is required.");
 }
 
 TEST_F(CommandLineTest, RefusesMoreArguments) {
     ExpectError({L"set", L"balanced", L"1", L"2", L"3", L"4"}, WrongUsage,
                 "The following argument was not expected: 4.");
+    ExpectError({L"diff", L"balanced", L"balanced", L"balanced"}, WrongUsage,
+                "The following argument was not expected: balanced.");
+    ExpectError({L"setting", L"set", L"Warning", L"15", L"%"}, WrongUsage,
+                "The following argument was not expected: %.");
 }
 
 }  // namespace ZOTDam::Test

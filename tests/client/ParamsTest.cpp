@@ -6,11 +6,6 @@ namespace ZOTDam::Test {
 class ParamsTest : public ClientTest {
 protected:
     ParamsTest() { WriteDefaults(ThreeFunctions); }
-
-    void WriteBalanced(std::string_view functions) const {
-        WriteUserSettings("<OrloPowerCfg><PowerSchemes><PowerScheme GUID=\"" + std::string{BalancedText} +
-                          "\">" + std::string{functions} + "</PowerScheme></PowerSchemes></OrloPowerCfg>");
-    }
 };
 
 TEST_F(ParamsTest, ShowsTheUsersValuesAsATable) {
@@ -90,10 +85,7 @@ TEST_F(ParamsTest, RefusesWhatIsNoScheme) {
     for (const std::string scheme :
          {"", "Balanced", "381b4222-f694-41f0-9685-ff5bb260df2", "00000000-0000-0000-0000-000000000000",
           "381b4222-f694-41f0-9685-ff5bb260df2g", "{381b4222-f694-41f0-9685-ff5bb260df2e"})
-        ExpectError({L"params", {scheme.begin(), scheme.end()}}, WrongUsage,
-                    "\"" + scheme +
-                        "\" is no power scheme: give its GUID, or balanced, high-performance or "
-                        "power-saver.");
+        ExpectUnknownScheme({L"params", {scheme.begin(), scheme.end()}}, scheme);
 }
 
 TEST_F(ParamsTest, FailsWithoutACatalogue) {
@@ -104,8 +96,7 @@ TEST_F(ParamsTest, FailsWithoutACatalogue) {
 
 TEST_F(ParamsTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     WriteBalanced(R"(<Function ID="1" ACParamIndex="5" DCParamIndex="6"/>)");
-    const SecondProcess other{HoldMutex, {UserMarker}};
-    ExpectError({L"params", L"balanced"}, Failure, UserFile() + " is in use by another program.");
+    ExpectToNeedTheUserSettings({L"params", L"balanced"});
 }
 
 }  // namespace ZOTDam::Test

@@ -1,4 +1,6 @@
 // zotdamctl on a copy of the sample installation.
+#include <set>
+
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
@@ -11,6 +13,46 @@ protected:
         std::filesystem::copy(samples / L"Program Files", installation.ProgramFiles(), everything);
         std::filesystem::copy(samples / L"ProgramData", installation.ProgramData(), everything);
     }
+
+    // Makes the string table for a language the neutral one.
+    void UseLanguage(const std::wstring& language) const { WriteStringTable(ReadFile(CopyFor(language))); }
+
+    // What the string tables have to translate: what is shown where there is none.
+    std::set<std::string> Keys() const {
+        std::filesystem::remove(installation.StringTableFile());
+        return TextsOf(JsonOutput({L"functions"})["functions"]);
+    }
+
+    static std::set<std::string> TextsOf(const Json& functions) {
+        std::set<std::string> texts;
+        for (const Json& function : functions) {
+            texts.insert({function["name"], function["group"]});
+            for (const char* const source : {"ac", "dc"})
+                for (const Json& option : function[source])
+                    texts.insert(option["label"]);
+        }
+        return texts;
+    }
+
+    void ExpectCompleteDifferences() const {
+        for (const wchar_t* const from : Schemes)
+            for (const wchar_t* const to : Schemes)
+                if (from != to) {
+                    const Json json = JsonOutput({L"diff", from, to});
+                    ExpectComplete(json["ac"]);
+                    ExpectComplete(json["dc"]);
+                }
+    }
+
+    static constexpr const wchar_t* Schemes[] = {L"balanced", L"high-performance", L"power-saver"};
+
+private:
+    static void ExpectComplete(const Json& json) {
+        EXPECT_EQ(json["complete"], true) << json;
+        EXPECT_FALSE(json["differences"].empty());
+        for (const Json& difference : json["differences"])
+            EXPECT_NE(difference["setting"], "") << json;
+    }
 };
 
 TEST_F(SamplesTest, HaveACatalogue) {
@@ -18,7 +60,7 @@ TEST_F(SamplesTest, HaveACatalogue) {
 }
 
 TEST_F(SamplesTest, HaveDefaultsForEachFunctionInEachScheme) {
-    for (const wchar_t* const scheme : {L"balanced", L"high-performance", L"power-saver"})
+    for (const wchar_t* const scheme : Schemes)
         EXPECT_EQ(JsonOutput({L"params", scheme, L"--default"})["parameters"].size(), 16) << scheme;
 }
 
@@ -33,6 +75,76 @@ TEST_F(SamplesTest, TakeAChangeAndAReset) {
     EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 4, 4));
     EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
     EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 1, 2));
+}
+
+TEST_F(SamplesTest, HaveAnEntryForEachKeyInAllStringTables) {
+    const std::string neutral = ReadFile(installation.StringTableFile());
+    const std::set<std::string> keys = Keys();
+    EXPECT_TRUE(keys.contains("BrightnessName"));
+    for (const std::string& table : {neutral, ReadFile(CopyFor(L"de-DE")), ReadFile(CopyFor(L"ja-JP"))})
+        for (const std::string& key : keys)
+            EXPECT_NE(table.find("<data name=\"" + key + "\">"), std::string::npos) << key;
+}
+
+TEST_F(SamplesTest, ShowNoKeyInTheOtherLanguages) {
+    const std::set<std::string> keys = Keys();
+    for (const wchar_t* const language : {L"de-DE", L"ja-JP"})
+        for (const std::string& text :
+             TextsOf(JsonOutput({L"functions", L"--language", language})["functions"]))
+            EXPECT_FALSE(keys.contains(text)) << text;
+}
+
+TEST_F(SamplesTest, HaveTheTextsOfTheFunctions) {
+    const Json function = JsonOutput({L"functions"})["functions"][0];
+    EXPECT_EQ(function["name"], "Display brightness");
+    EXPECT_EQ(function["group"], "Display");
+    EXPECT_EQ(function["ac"][0], Json({{"option", 100}, {"label", "100%"}}));
+}
+
+TEST_F(SamplesTest, HaveTheTextsOfTheFunctionsInTheOtherLanguages) {
+    EXPECT_EQ(JsonOutput({L"functions", L"--language", L"de-DE"})["functions"][0]["name"],
+              "Bildschirmhelligkeit");
+    EXPECT_EQ(JsonOutput({L"functions", L"--language", L"ja-JP"})["functions"][0]["name"], "画面の明るさ");
+}
+
+TEST_F(SamplesTest, SelectAnOptionOfEachFunctionInEachScheme) {
+    for (const wchar_t* const scheme : Schemes)
+        for (const Json& option : JsonOutput({L"current", scheme})["options"])
+            EXPECT_TRUE(option["ac"].is_number() && option["dc"].is_number()) << option;
+}
+
+TEST_F(SamplesTest, CarryOutTheUsersChoices) {
+    const Json commands = JsonOutput({L"commands", L"balanced"})["commands"];
+    EXPECT_EQ(commands[0]["option1"], 100) << "on mains";
+    EXPECT_EQ(commands[0]["option2"], 40) << "on battery";
+}
+
+TEST_F(SamplesTest, HaveDifferencesThatFitTheTextsOfTheLibrary) {
+    ExpectCompleteDifferences();
+}
+
+TEST_F(SamplesTest, HaveDifferencesThatFitInGerman) {
+    UseLanguage(L"de-DE");
+    ExpectCompleteDifferences();
+}
+
+TEST_F(SamplesTest, HaveDifferencesThatFitInJapanese) {
+    UseLanguage(L"ja-JP");
+    ExpectCompleteDifferences();
+}
+
+TEST_F(SamplesTest, HaveCommonSettings) {
+    EXPECT_EQ(Output({L"setting", L"get", L"LowBatteryWarning"}), "15\n") << "the user's";
+    EXPECT_EQ(Output({L"setting", L"get", L"PeakShiftStart"}), "13:00\n") << "the default";
+}
+
+TEST_F(SamplesTest, TakeCommonSettings) {
+    Output({L"setting", L"set", L"EcoCharge", L"1"});
+    EXPECT_EQ(Output({L"setting", L"get", L"EcoCharge"}), "1\n");
+    Output({L"setting", L"init"});
+    EXPECT_EQ(Output({L"setting", L"get", L"EcoCharge"}), "1\n");
+    Output({L"reset"});
+    EXPECT_EQ(Output({L"setting", L"get", L"EcoCharge"}), "0\n");
 }
 
 }  // namespace ZOTDam::Test

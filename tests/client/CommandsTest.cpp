@@ -1,0 +1,103 @@
+// zotdamctl commands.
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+// Two options on each power source, and two commands.
+constexpr char Brightness[] = R"(<Function ID="1"><Display>
+    <AC><DisplayItem Option="1000"/><DisplayItem Option="-20"/></AC>
+    <DC><DisplayItem Option="30"/><DisplayItem Option="40"/></DC>
+</Display><Commands>
+    <CommandItem ID="21" Event="-1" State="2" Flag="300" ParamIndex1="0" ParamIndex2="1" SpecInfo1="明るさ"/>
+    <CommandItem ID="-5" Event="1" State="0" Flag="0" ParamIndex1="1" ParamIndex2="0" SpecInfo1=""/>
+</Commands><Default ACParamIndex="1" DCParamIndex="1"/></Function>)";
+
+class CommandsTest : public ClientTest {
+protected:
+    CommandsTest() { WriteFunctions(Brightness); }
+
+    Json Commands() const { return JsonOutput({L"commands", L"balanced"})["commands"]; }
+};
+
+TEST_F(CommandsTest, ShowsTheCommandsAsATable) {
+    WriteBalanced(OldFunction(1, 1, 0));
+    EXPECT_EQ(Output({L"commands", L"balanced"}),
+              "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
+              "\n"
+              "ID  Event  State  Option1  Option2  Flag  SpecInfo1\n"
+              "21     -1      2      -20       30   300  明るさ\n"
+              "-5      1      0       30      -20     0\n");
+}
+
+TEST_F(CommandsTest, GivesTheCommandsAsJsonWithTheFieldsInTheirOrder) {
+    WriteBalanced(OldFunction(1, 0, 1));
+    EXPECT_EQ(Output({L"commands", L"balanced", L"--json"}), R"({
+  "scheme": "381b4222-f694-41f0-9685-ff5bb260df2e",
+  "commands": [
+    {
+      "id": 21,
+      "event": -1,
+      "state": 2,
+      "option1": 1000,
+      "option2": 40,
+      "flag": 300,
+      "specInfo1": "明るさ"
+    },
+    {
+      "id": -5,
+      "event": 1,
+      "state": 0,
+      "option1": 40,
+      "option2": 1000,
+      "flag": 0,
+      "specInfo1": ""
+    }
+  ]
+}
+)");
+}
+
+TEST_F(CommandsTest, ShowsASchemeWithoutNameByItsGuid) {
+    EXPECT_TRUE(Output({L"commands", L"0a1b2c3d-1111-2222-3333-444455556666"})
+                    .starts_with("Scheme: 0a1b2c3d-1111-2222-3333-444455556666\n"));
+}
+
+TEST_F(CommandsTest, TakesTheDefaultsWhereTheUserHasSetNothing) {
+    EXPECT_EQ(Commands()[0]["option1"], -20);
+    EXPECT_EQ(Commands()[0]["option2"], 40);
+}
+
+TEST_F(CommandsTest, HasTheOptionZeroWhereNoneIsSelected) {
+    WriteBalanced(OldFunction(1, 2, -1));
+    EXPECT_EQ(Commands()[0]["option1"], 0);
+    EXPECT_EQ(Commands()[0]["option2"], 0);
+}
+
+TEST_F(CommandsTest, FunctionsWithoutCommandsHaveNone) {
+    WriteDefaults(ThreeFunctions);
+    EXPECT_EQ(Output({L"commands", L"balanced"}),
+              "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
+              "\n"
+              "ID  Event  State  Option1  Option2  Flag  SpecInfo1\n");
+    EXPECT_EQ(Commands(), Json::array());
+}
+
+TEST_F(CommandsTest, AnEmptyCatalogueHasNone) {
+    WriteFunctions("");
+    EXPECT_EQ(Commands(), Json::array());
+}
+
+TEST_F(CommandsTest, FailsWithoutACatalogue) {
+    ExpectToNeedTheCatalogue({L"commands", L"balanced"});
+}
+
+TEST_F(CommandsTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+    WriteBalanced(OldFunction(1, 1, 1));
+    ExpectToNeedTheUserSettings({L"commands", L"balanced"});
+}
+
+TEST_F(CommandsTest, RefusesWhatIsNoScheme) {
+    ExpectUnknownScheme({L"commands", L"balanced "}, "balanced ");
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,226 @@
+// zotdamctl functions.
+#include <map>
+
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+// A file that no other program can open.
+class LockedFile {
+public:
+    explicit LockedFile(const std::filesystem::path& file)
+        : handle{CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)} {}
+    LockedFile(const LockedFile&) = delete;
+    LockedFile& operator=(const LockedFile&) = delete;
+    ~LockedFile() { CloseHandle(handle); }
+
+private:
+    HANDLE handle;
+};
+
+class FunctionsTest : public ClientTest {
+protected:
+    FunctionsTest() {
+        WriteFunctions(R"(
+            <Function ID="20" Type="3" Flag="4" Name="SleepKey" Group="PowerKey">
+                <Display><AC/><DC/></Display><Commands/>
+            </Function>
+            <Function ID="1" Type="-1" Flag="-2" Name="LightKey" Group="ScreenKey"><Display>
+                <AC><DisplayItem Label="BrightKey" Option="100"/><DisplayItem Label="DarkKey" Option="-20"/></AC>
+                <DC><DisplayItem Label="DarkKey" Option="-20"/></DC>
+            </Display><Commands/></Function>)");
+        WriteEntries(Entry("SleepKey", "Sleep after") + Entry("PowerKey", "Power") +
+                     Entry("LightKey", "Brightness") + Entry("ScreenKey", "Display") +
+                     Entry("BrightKey", "Bright") + Entry("DarkKey", "Very dark"));
+    }
+
+    std::string NameOfTheFirst(Arguments arguments) const {
+        arguments.insert(arguments.begin(), L"functions");
+        return JsonOutput(arguments)["functions"][0]["name"];
+    }
+};
+
+TEST_F(FunctionsTest, ShowsTheFunctionsWithTheirOptions) {
+    EXPECT_EQ(Output({L"functions"}),
+              "1  Brightness\n"
+              "    Group       Display\n"
+              "    On mains    0: Bright (100)  1: Very dark (-20)\n"
+              "    On battery  0: Very dark (-20)\n"
+              "\n"
+              "20  Sleep after\n"
+              "    Group       Power\n"
+              "    On mains    none\n"
+              "    On battery  none\n");
+}
+
+TEST_F(FunctionsTest, GivesTheFunctionsAsJsonWithTheFieldsInTheirOrder) {
+    EXPECT_EQ(Output({L"functions", L"--json"}), R"({
+  "functions": [
+    {
+      "id": 1,
+      "name": "Brightness",
+      "group": "Display",
+      "type": -1,
+      "flag": -2,
+      "ac": [
+        {
+          "option": 100,
+          "label": "Bright"
+        },
+        {
+          "option": -20,
+          "label": "Very dark"
+        }
+      ],
+      "dc": [
+        {
+          "option": -20,
+          "label": "Very dark"
+        }
+      ]
+    },
+    {
+      "id": 20,
+      "name": "Sleep after",
+      "group": "Power",
+      "type": 3,
+      "flag": 4,
+      "ac": [],
+      "dc": []
+    }
+  ]
+}
+)");
+}
+
+TEST_F(FunctionsTest, ShowsTheKeyOfWhatHasNoTranslation) {
+    WriteEntries(Entry("DarkKey", "Very dark"));
+    EXPECT_TRUE(Output({L"functions"})
+                    .starts_with("1  LightKey\n"
+                                 "    Group       ScreenKey\n"
+                                 "    On mains    0: BrightKey (100)  1: Very dark (-20)\n"));
+}
+
+TEST_F(FunctionsTest, ShowsTheKeysWithoutAStringTable) {
+    std::filesystem::remove(installation.StringTableFile());
+    EXPECT_EQ(NameOfTheFirst({}), "LightKey");
+}
+
+TEST_F(FunctionsTest, WritesTextsInAnyScriptAsUtf8) {
+    WriteEntries(Entry("LightKey", "画面の明るさ \U0001F50B") + Entry("BrightKey", "größer"));
+    EXPECT_TRUE(Output({L"functions"})
+                    .starts_with("1  画面の明るさ \U0001F50B\n"
+                                 "    Group       ScreenKey\n"
+                                 "    On mains    0: größer (100)  1: DarkKey (-20)\n"));
+    EXPECT_EQ(NameOfTheFirst({}), "画面の明るさ \U0001F50B");
+}
+
+TEST_F(FunctionsTest, AnEmptyCatalogueHasNone) {
+    WriteFunctions("");
+    EXPECT_EQ(JsonOutput({L"functions"}), Json({{"functions", Json::array()}}));
+    EXPECT_EQ(Output({L"functions"}), "The catalogue has no functions.\n");
+}
+
+TEST_F(FunctionsTest, FailsWithoutACatalogue) {
+    ExpectToNeedTheCatalogue({L"functions"});
+}
+
+TEST_F(FunctionsTest, DoesNotNeedTheUserSettings) {
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(NameOfTheFirst({}), "Brightness");
+    EXPECT_FALSE(HasUserSettings());
+}
+
+class LanguageTest : public FunctionsTest {
+protected:
+    LanguageTest() {
+        WriteCopy(L"ja-JP", Entry("LightKey", "画面の明るさ"));
+        std::filesystem::create_directory(TemporaryFolder());
+        SetEnvironmentVariableW(L"TMP", TemporaryFolder().c_str());
+    }
+    ~LanguageTest() override { SetEnvironmentVariableW(L"TMP", oldTemporaryFolder.c_str()); }
+
+    std::filesystem::path TemporaryFolder() const { return installation.ProgramData() / L"Temp"; }
+
+    // All that is in the installation and in the temporary folder.
+    std::map<std::filesystem::path, std::string> Everything() const {
+        std::map<std::filesystem::path, std::string> everything;
+        for (const std::filesystem::path& folder : {installation.ProgramFiles(), installation.ProgramData()})
+            for (const auto& entry : std::filesystem::recursive_directory_iterator{folder})
+                everything[entry.path()] = entry.is_directory() ? "" : ReadFile(entry.path());
+        return everything;
+    }
+
+    void ExpectNoLanguage(const std::string& language) const {
+        ExpectError({L"functions", L"--language", {language.begin(), language.end()}}, WrongUsage,
+                    "\"" + language + "\" is no language: give its name, such as de-DE.");
+    }
+
+private:
+    std::filesystem::path oldTemporaryFolder = std::filesystem::temp_directory_path();
+};
+
+TEST_F(LanguageTest, ShowsTheTextsOfTheLanguage) {
+    EXPECT_TRUE(Output({L"functions", L"--language", L"ja-JP"}).starts_with("1  画面の明るさ\n"));
+}
+
+TEST_F(LanguageTest, GivesTheTextsOfTheLanguageAsJson) {
+    EXPECT_EQ(NameOfTheFirst({L"--language", L"ja-JP"}), "画面の明るさ");
+}
+
+TEST_F(LanguageTest, TakesTheNameOfTheLanguageInAnyCase) {
+    EXPECT_EQ(NameOfTheFirst({L"--language", L"JA-jp"}), "画面の明るさ");
+}
+
+TEST_F(LanguageTest, ShowsTheKeyOfWhatTheLanguageLacks) {
+    EXPECT_EQ(JsonOutput({L"functions", L"--language", L"ja-JP"})["functions"][1]["name"], "SleepKey");
+}
+
+TEST_F(LanguageTest, WorksWithoutANeutralStringTable) {
+    std::filesystem::remove(installation.StringTableFile());
+    EXPECT_EQ(NameOfTheFirst({L"--language", L"ja-JP"}), "画面の明るさ");
+}
+
+TEST_F(LanguageTest, LeavesAllFilesAsTheyWere) {
+    const auto before = Everything();
+    Output({L"functions", L"--language", L"ja-JP"});
+    EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(LanguageTest, LeavesAllFilesAsTheyWereWhenItFails) {
+    WriteDefaults("<ZOTDefault>");
+    const auto before = Everything();
+    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, BrokenCatalogue());
+    ExpectNoLanguage("..");
+    EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(LanguageTest, NamesTheRealFileWhenThereIsNoCatalogue) {
+    ExpectToNeedTheCatalogue({L"functions", L"--language", L"ja-JP"});
+}
+
+TEST_F(LanguageTest, NamesTheRealFileWhenTheCatalogueIsLocked) {
+    const LockedFile locked{installation.DefaultsFile()};
+    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, BrokenCatalogue());
+}
+
+TEST_F(LanguageTest, NamesTheRealFileWhenTheStringTableIsLocked) {
+    const LockedFile locked{CopyFor(L"ja-JP")};
+    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure,
+                "The string table " + Utf8(CopyFor(L"ja-JP")) + " cannot be read.");
+}
+
+TEST_F(LanguageTest, FailsForALanguageWithoutStringTable) {
+    ExpectError(
+        {L"functions", L"--language", L"de-DE"}, Failure,
+        "There is no string table for de-DE: the file " + Utf8(CopyFor(L"de-DE")) + " does not exist.");
+}
+
+TEST_F(LanguageTest, RefusesWhatIsNoNameOfALanguage) {
+    for (const char* const language : {"", "../x", "..", "de_DE", "de-DE/../ja-JP", "C:", "ja JP"})
+        ExpectNoLanguage(language);
+    ExpectError({L"functions", L"--language", L"日本"}, WrongUsage,
+                "\"日本\" is no language: give its name, such as de-DE.");
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,260 @@
+// zotdamctl setting.
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+class SettingCommandTest : public ClientTest {
+protected:
+    void WriteUserSetting(const std::string& attributes) const {
+        WriteUserSettings("<OrloPowerCfg><CommonSettings " + attributes + "/></OrloPowerCfg>");
+    }
+    void WriteDefaultSetting(const std::string& attributes) const {
+        WriteDefaults("<ZOTDefault><CommonSettings " + attributes + "/><Functions/></ZOTDefault>");
+    }
+    void WriteBaseSetting(const std::string& attributes) const {
+        WriteBase("<ZOTBase><CommonSettings " + attributes + "/></ZOTBase>");
+    }
+
+    std::string Get(const std::wstring& name) const {
+        return JsonOutput({L"setting", L"get", name})["value"];
+    }
+
+    // Its value is what `setting get` finds then.
+    void ExpectStored(const std::wstring& value) const {
+        Output({L"setting", L"set", L"Warning", L"--", value});
+        EXPECT_EQ(Get(L"Warning"), Utf8(value));
+    }
+};
+
+using SettingGetTest = SettingCommandTest;
+
+TEST_F(SettingGetTest, ShowsTheValue) {
+    WriteUserSetting(R"(Warning="15 %")");
+    EXPECT_EQ(Output({L"setting", L"get", L"Warning"}), "15 %\n");
+}
+
+TEST_F(SettingGetTest, GivesTheValueAsJsonWithTheFieldsInTheirOrder) {
+    WriteUserSetting(R"(Warning="15 %")");
+    EXPECT_EQ(Output({L"setting", L"get", L"Warning", L"--json"}), R"({
+  "name": "Warning",
+  "value": "15 %"
+}
+)");
+}
+
+TEST_F(SettingGetTest, PrefersTheUserToTheDefaultsAndThoseToTheBaseCatalogue) {
+    WriteUserSetting(R"(A="user")");
+    WriteDefaultSetting(R"(A="default" B="default")");
+    WriteBaseSetting(R"(A="base" B="base" C="base")");
+    EXPECT_EQ(Get(L"A"), "user");
+    EXPECT_EQ(Get(L"B"), "default");
+    EXPECT_EQ(Get(L"C"), "base");
+}
+
+TEST_F(SettingGetTest, AnEmptyValueIsAValue) {
+    WriteUserSetting(R"(Warning="")");
+    WriteBaseSetting(R"(Warning="10")");
+    EXPECT_EQ(Output({L"setting", L"get", L"Warning"}), "\n");
+}
+
+TEST_F(SettingGetTest, TakesNamesAndValuesInAnyScript) {
+    WriteUserSetting("Größe=\"日本 \U0001F50B\"");
+    EXPECT_EQ(Output({L"setting", L"get", L"Größe"}), "日本 \U0001F50B\n");
+    EXPECT_EQ(Get(L"Größe"), "日本 \U0001F50B");
+}
+
+TEST_F(SettingGetTest, FindsTheLongestValue) {
+    WriteUserSetting("Warning=\"" + std::string(259, '1') + "\"");
+    EXPECT_EQ(Get(L"Warning"), std::string(259, '1'));
+}
+
+TEST_F(SettingGetTest, FailsForASettingThatNoFileHas) {
+    WriteUserSetting(R"(Warning="15")");
+    ExpectError({L"setting", L"get", L"warning"}, Failure, "There is no common setting \"warning\".");
+    ExpectError({L"setting", L"get", L""}, Failure, "There is no common setting \"\".");
+}
+
+TEST_F(SettingGetTest, FailsWithoutAnyFile) {
+    ExpectError({L"setting", L"get", L"Warning"}, Failure, "There is no common setting \"Warning\".");
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+    WriteUserSetting(R"(Warning="15")");
+    WriteBaseSetting(R"(Warning="10")");
+    ExpectToNeedTheUserSettings({L"setting", L"get", L"Warning"});
+}
+
+TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheDefaults) {
+    WriteDefaultSetting(R"(Warning="15")");
+    WriteBaseSetting(R"(Warning="10")");
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    ExpectError({L"setting", L"get", L"Warning"}, Failure,
+                DefaultsTitle() + " is in use by another program.");
+}
+
+class SettingSetTest : public SettingCommandTest {
+protected:
+    void ExpectNotStored(const std::wstring& name, const std::wstring& value) const {
+        ExpectError({L"setting", L"set", name, value}, Failure,
+                    "The setting could not be stored: \"" + Utf8(name) +
+                        "\" is no name for one, or the value has characters that XML cannot hold, or the "
+                        "user settings file " +
+                        Utf8(installation.UserFile()) + " cannot be written.");
+    }
+
+    void ExpectTooLong(const std::wstring& value) const {
+        ExpectError({L"setting", L"set", L"Warning", value}, WrongUsage,
+                    "The value is too long: a setting has 259 characters at most.");
+    }
+};
+
+TEST_F(SettingSetTest, StoresTheValue) {
+    EXPECT_EQ(Output({L"setting", L"set", L"Warning", L"15 %"}), "Warning is now \"15 %\".\n");
+    EXPECT_EQ(Get(L"Warning"), "15 %");
+}
+
+TEST_F(SettingSetTest, ReportsWhatItStoredAsJsonWithTheFieldsInTheirOrder) {
+    EXPECT_EQ(Output({L"setting", L"set", L"Warning", L"15 %", L"--json"}), R"({
+  "name": "Warning",
+  "value": "15 %"
+}
+)");
+}
+
+TEST_F(SettingSetTest, LeavesTheOtherSettingsAndSchemes) {
+    WriteUserSettings("<OrloPowerCfg><CommonSettings Warning=\"10\" Icon=\"1\"/><PowerSchemes>" +
+                      OldScheme(BalancedText, OldFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>");
+    Output({L"setting", L"set", L"Warning", L"15"});
+    EXPECT_EQ(Get(L"Warning"), "15");
+    EXPECT_EQ(Get(L"Icon"), "1");
+    EXPECT_NE(UserSettings().find(OldScheme(BalancedText, OldFunction(1, 5, 6))), std::string::npos);
+}
+
+TEST_F(SettingSetTest, TakesNamesAndValuesInAnyScript) {
+    EXPECT_EQ(Output({L"setting", L"set", L"Größe", L"日本 \U0001F50B"}),
+              "Größe is now \"日本 \U0001F50B\".\n");
+    EXPECT_EQ(Get(L"Größe"), "日本 \U0001F50B");
+}
+
+TEST_F(SettingSetTest, TakesValuesThatLookLikeSomethingElse) {
+    for (const wchar_t* const value : {L"", L" ", L"-5", L"--json", L"/x", L"[a,b]", L"{}", L"reset", L"<&'>",
+                                       L"%ProgramFiles%", L"a\tb\r\nc"})
+        ExpectStored(value);
+}
+
+TEST_F(SettingSetTest, TakesANegativeNumberAsItStands) {
+    EXPECT_EQ(Output({L"setting", L"set", L"Warning", L"-5"}), "Warning is now \"-5\".\n");
+}
+
+TEST_F(SettingSetTest, StoresTheLongestValue) {
+    ExpectStored(std::wstring(259, L'1'));
+}
+
+TEST_F(SettingSetTest, RefusesALongerValue) {
+    WriteUserSetting(R"(Warning="10")");
+    ExpectTooLong(std::wstring(260, L'1'));
+    EXPECT_EQ(Get(L"Warning"), "10");
+}
+
+TEST_F(SettingSetTest, CountsTheUnitsOfUtf16) {
+    std::wstring value(257, L'1');
+    ExpectStored(value += L"\U0001F50B");
+    ExpectTooLong(value += L"1");
+}
+
+TEST_F(SettingSetTest, FailsForWhatIsNoNameOfASetting) {
+    for (const wchar_t* const name : {L"", L"a b", L"1st", L"a:b", L"xmlns"})
+        ExpectNotStored(name, L"15");
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(SettingSetTest, FailsForCharactersThatXmlCannotHold) {
+    ExpectNotStored(L"Warning", L"a\x01");
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(SettingSetTest, FailsWhenTheUserSettingsAreReadOnly) {
+    WriteUserSetting(R"(Warning="10")");
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExpectNotStored(L"Warning", L"15");
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Get(L"Warning"), "10");
+}
+
+TEST_F(SettingSetTest, FailsWithoutTheFolderOfTheUserSettings) {
+    std::filesystem::remove(installation.UserFile().parent_path());
+    ExpectNotStored(L"Warning", L"15");
+}
+
+TEST_F(SettingSetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+    WriteUserSetting(R"(Warning="10")");
+    ExpectToNeedTheUserSettings({L"setting", L"set", L"Warning", L"15"});
+    EXPECT_EQ(Get(L"Warning"), "10");
+}
+
+class SettingInitTest : public SettingCommandTest {
+protected:
+    SettingInitTest() {
+        WriteDefaultSetting(R"(Warning="5" Icon="1")");
+        WriteBaseSetting(R"(Warning="10")");
+    }
+
+    void ExpectFailure(const std::string& sentence) const {
+        const std::string before = Defaults();
+        ExpectError({L"setting", L"init"}, Failure, sentence);
+        EXPECT_EQ(Defaults(), before);
+    }
+
+    std::string NotInitialised() const {
+        return "The common settings could not be initialised: the base catalogue " +
+               Utf8(installation.BaseFile()) + " has none, or the defaults file " +
+               Utf8(installation.DefaultsFile()) + " cannot be written.";
+    }
+};
+
+TEST_F(SettingInitTest, MakesTheSettingsOfTheBaseCatalogueTheDefaults) {
+    EXPECT_EQ(Output({L"setting", L"init"}),
+              "The defaults have the common settings of the base catalogue.\n");
+    EXPECT_EQ(Get(L"Warning"), "10");
+    ExpectError({L"setting", L"get", L"Icon"}, Failure, "There is no common setting \"Icon\".");
+}
+
+TEST_F(SettingInitTest, ReportsAsJson) {
+    EXPECT_EQ(JsonOutput({L"setting", L"init"}), Json({{"initialised", true}}));
+}
+
+TEST_F(SettingInitTest, LeavesTheFunctionsAndTheUserSettings) {
+    WriteDefaults(ThreeFunctions);
+    Output({L"setting", L"init"});
+    EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 3}}));
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(SettingInitTest, FailsWithoutTheBaseCatalogue) {
+    std::filesystem::remove(installation.BaseFile());
+    ExpectFailure(NotInitialised());
+}
+
+TEST_F(SettingInitTest, FailsWithABrokenBaseCatalogue) {
+    WriteBase("<ZOTBase>");
+    ExpectFailure(NotInitialised());
+}
+
+TEST_F(SettingInitTest, FailsWhenTheBaseCatalogueHasNoSettings) {
+    WriteBase("<ZOTBase><Functions/></ZOTBase>");
+    ExpectFailure(NotInitialised());
+}
+
+TEST_F(SettingInitTest, FailsWhenTheDefaultsAreReadOnly) {
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExpectFailure(NotInitialised());
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(SettingInitTest, FailsWhileAnotherProgramUsesTheDefaults) {
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    ExpectFailure(DefaultsTitle() + " is in use by another program.");
+}
+
+}  // namespace ZOTDam::Test
