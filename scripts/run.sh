@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the library and its command-line client, installs the sample data files into the wine prefix, and runs the
-# client there. Without arguments it gives a short tour: what the library knows, and what it changes.
+# Builds the library and its command-line client, and runs the client in the wine prefix. With arguments it works on the
+# sample installation. Without arguments it gives a short tour: a machine that has only what the suite ships is
+# provisioned, shown and changed.
 #   scripts/run.sh [zotdamctl arguments]
 source "$(dirname "$0")/common.sh"
 
@@ -9,6 +10,7 @@ build_targets ZOTDam zotdamctl
 make_prefix
 
 drive=$WINEPREFIX/drive_c
+installation="$drive/Program Files/Orlo/QUEN Power Management"
 user_settings="$drive/ProgramData/Orlo Corporation/QUEN Power Management"
 
 zotdamctl() {
@@ -34,16 +36,20 @@ fi
 
 rm -rf "$user_settings"
 cp -r samples/. "$drive"
-step 'The catalogue: the power-management functions that this machine has' 1 count
-step 'Each has options on mains power and on battery, with texts in the language of the user' 4 functions
+# What the suite ships is the base catalogue and the string tables; the tour makes the rest.
+rm "$installation/ZOTDefault.xml" "$user_settings/ZOTPowercfg.xml"
+step 'The base catalogue: what the suite knows of each function, and how to check for it' 7 base
+step 'Provisioning: this machine gets all of the functions' 1 adopt --all
+step 'It gets the default settings, too' 1 setting init
+step 'Its functions, with the options on mains power and on battery' 4 functions
 step 'The same for a user in Germany' 4 functions --language de-DE
-step 'The options that the balanced scheme selects: brightness 100 on mains and 40 on battery' 5 current balanced
-step 'A change: the dimmest option on battery' 4 set balanced 1 0 4
-step 'It is in the user settings, which the defaults complete' 6 params balanced
-step 'The commands that carry out the balanced scheme' 5 commands balanced
+step 'What the balanced scheme sets them to: the defaults of the base catalogue' 6 params balanced
+step 'The options for which this stands' 4 current balanced
+step 'A change: the brightest option on mains, the dimmest on battery' 4 set balanced 1 0 4
+step 'The commands that carry the balanced scheme out' 4 commands balanced
 step 'What the power saver does differently on mains' 20 diff balanced power-saver --ac
-step 'A common setting: the one of the user comes before the default' 1 setting get LowBatteryWarning
+step 'The Windows power settings that the suite prescribes for each scheme' 3 spec-schemes
+step 'A common setting: nobody has changed it, so it is the default' 1 setting get LowBatteryWarning
 step 'The user changes it' 1 setting set LowBatteryWarning 20
-step 'The defaults return to what the base catalogue prescribes' 1 setting init
-step 'The user settings are thrown away' 1 reset
+step 'All that the user has changed is thrown away' 1 reset
 step 'So the default counts again' 1 setting get LowBatteryWarning

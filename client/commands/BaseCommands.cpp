@@ -40,6 +40,8 @@ Report ListBaseFunctions(const BaseArguments& arguments) {
         report.json["functions"].push_back(function.ToJson());
     });
     (arguments.unsupported ? library.GetFunctionBaseUnSupported : library.GetFunctionBase)(&add);
+    if (report.text.empty())
+        report.text = "There are no such functions.\n";
     return report;
 }
 
@@ -135,6 +137,8 @@ Report ListSpecSchemes() {
         report.json["schemes"].push_back(SpecSchemeJson(*scheme));
     });
     library.GetSpecScheme(&add);
+    if (report.text.empty())
+        report.text = "There are no spec schemes.\n";
     return report;
 }
 

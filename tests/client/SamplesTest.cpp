@@ -108,9 +108,12 @@ TEST_F(SamplesTest, HaveTheTextsOfTheFunctionsInTheOtherLanguages) {
 }
 
 TEST_F(SamplesTest, SelectAnOptionOfEachFunctionInEachScheme) {
-    for (const wchar_t* const scheme : Schemes)
-        for (const Json& option : JsonOutput({L"current", scheme})["options"])
+    for (const wchar_t* const scheme : Schemes) {
+        const Json current = JsonOutput({L"current", scheme});
+        EXPECT_EQ(current["options"].size(), 16);
+        for (const Json& option : current["options"])
             EXPECT_TRUE(option["ac"].is_number() && option["dc"].is_number()) << option;
+    }
 }
 
 TEST_F(SamplesTest, CarryOutTheUsersChoices) {

@@ -1,0 +1,96 @@
+// zotdamctl adopt.
+#include "client/BaseCatalogueTest.h"
+
+namespace ZOTDam::Test {
+
+class AdoptTest : public BaseCatalogueTest {
+protected:
+    Json AdoptedIds() const {
+        Json ids = Json::array();
+        const Json list = JsonOutput({L"functions"});
+        for (const Json& function : list["functions"])
+            ids.push_back(function["id"]);
+        return ids;
+    }
+};
+
+TEST_F(AdoptTest, MakesTheChosenFunctionsTheCatalogue) {
+    EXPECT_EQ(Output({L"adopt", L"2", L"1"}), "The catalogue now consists of these functions: 1, 2\n");
+    EXPECT_EQ(AdoptedIds(), Json({1, 2}));
+}
+
+TEST_F(AdoptTest, ReplacesTheCatalogueThatWasThere) {
+    WriteFunctions(Functions({1, 7, 9}));
+    Output({L"adopt", L"2"});
+    EXPECT_EQ(AdoptedIds(), Json({2}));
+}
+
+TEST_F(AdoptTest, AdoptsAllFunctionsButThoseWithoutCommands) {
+    EXPECT_EQ(Output({L"adopt", L"--all"}),
+              "The catalogue now consists of these functions: 1, 2\n"
+              "Left out, since they have no commands: 3\n");
+}
+
+TEST_F(AdoptTest, GivesTheFunctionsAsJson) {
+    EXPECT_EQ(JsonOutput({L"adopt", L"--all"}), Json({{"functions", {1, 2}}, {"leftOut", Json::array({3})}}));
+}
+
+TEST_F(AdoptTest, TakesOverWhatTheBaseCatalogueHas) {
+    Output({L"adopt", L"1"});
+    EXPECT_EQ(JsonOutput({L"functions"})["functions"][0],
+              Json::parse(R"({"id": 1, "name": "DimKey", "group": "ScreenKey", "type": 2, "flag": 3,
+                "ac": [{"option": 100, "label": "BrightKey"}, {"option": 20, "label": "DarkKey"}],
+                "dc": [{"option": 20, "label": "DarkKey"}]})"));
+    EXPECT_EQ(JsonOutput({L"params", L"high-performance", L"--default"})["parameters"],
+              Json({Param(1, 1, 0)}));
+}
+
+TEST_F(AdoptTest, NeedsEitherIdsOrAll) {
+    const std::string sentence = "Give the ids of the functions to adopt, or --all.";
+    ExpectError({L"adopt"}, WrongUsage, sentence);
+    ExpectError({L"adopt", L"1", L"--all"}, WrongUsage, sentence);
+}
+
+TEST_F(AdoptTest, RefusesWhatIsNoNumber) {
+    ExpectError({L"adopt", L"1", L"two"}, WrongUsage,
+                "ID must be a whole number from -2147483648 to 2147483647, not \"two\".");
+}
+
+TEST_F(AdoptTest, RefusesAFunctionThatTheBaseCatalogueLacks) {
+    ExpectError({L"adopt", L"1", L"4"}, Failure, BaseTitle() + " has no function 4.");
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+}
+
+TEST_F(AdoptTest, FailsWhenTheBaseCatalogueHasNoFunctions) {
+    WriteBase("<ZOTBase><Functions/></ZOTBase>");
+    ExpectError({L"adopt", L"--all"}, Failure, BaseTitle() + " has no functions.");
+}
+
+TEST_F(AdoptTest, FailsWhenTheCatalogueCannotBeLoadedThen) {
+    WriteBase(R"(<ZOTBase><Functions><Function ID="-1"><Display/><Commands><CommandFamily><CommandItem/>
+        </CommandFamily></Commands></Function></Functions></ZOTBase>)");
+    ExpectError({L"adopt", L"-1"}, Failure, BrokenCatalogue());
+}
+
+TEST_F(AdoptTest, FailsWithoutABaseCatalogue) {
+    ExpectToNeedTheBaseCatalogue({L"adopt", L"--all"});
+}
+
+TEST_F(AdoptTest, FailsWhileAnotherProgramUsesTheDefaults) {
+    WriteFunctions(Function(7));
+    const std::string before = Defaults();
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    ExpectError({L"adopt", L"1"}, Failure, DefaultsTitle() + " is in use by another program.");
+    EXPECT_EQ(Defaults(), before);
+}
+
+TEST_F(AdoptTest, FailsWhenTheDefaultsAreReadOnly) {
+    WriteFunctions(Function(7));
+    const std::string before = Defaults();
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExpectError({L"adopt", L"1"}, Failure, DefaultsTitle() + " cannot be written.");
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Defaults(), before);
+}
+
+}  // namespace ZOTDam::Test

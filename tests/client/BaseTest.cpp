@@ -1,0 +1,85 @@
+// zotdamctl base.
+#include "client/BaseCatalogueTest.h"
+
+namespace ZOTDam::Test {
+
+class BaseTest : public BaseCatalogueTest {
+protected:
+    std::vector<int> Ids(const Arguments& arguments) const {
+        std::vector<int> ids;
+        const Json list = JsonOutput(arguments);
+        for (const Json& function : list["functions"])
+            ids.push_back(function["id"]);
+        return ids;
+    }
+};
+
+TEST_F(BaseTest, ShowsAllThatTheBaseCatalogueHasOfAFunction) {
+    EXPECT_TRUE(Output({L"base"}).starts_with(
+        "1  DimKey\n"
+        "    Group       ScreenKey\n"
+        "    Type, flag  2, 3\n"
+        "    On mains    0: BrightKey (100)  1: DarkKey (20)\n"
+        "    On battery  0: DarkKey (20)\n"
+        "    Default     0 on mains, 1 on battery\n"
+        "    Default     1 on mains, 0 on battery in 8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c\n"
+        "    Family\n"
+        "      Command   4: event 5, state 6, parameters 0 and 1, flag 7, \"Dim\"\n"
+        "      Check     flag 8, \"a\", \"b\", \"c\", \"d\"\n"
+        "    Family\n"
+        "\n"
+        "2  SleepKey\n"))
+        << Output({L"base"});
+}
+
+TEST_F(BaseTest, GivesAllThatTheBaseCatalogueHasOfAFunctionAsJson) {
+    const Json function = JsonOutput({L"base"})["functions"][0];
+    EXPECT_EQ(function, Json::parse(R"({"id": 1, "name": "DimKey", "group": "ScreenKey", "type": 2, "flag": 3,
+        "ac": [{"option": 100, "label": "BrightKey"}, {"option": 20, "label": "DarkKey"}],
+        "dc": [{"option": 20, "label": "DarkKey"}],
+        "defaults": [{"scheme": null, "ac": 0, "dc": 1},
+                     {"scheme": "8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c", "ac": 1, "dc": 0}],
+        "families": [{"commands": [{"id": 4, "event": 5, "state": 6, "paramIndex1": 0, "paramIndex2": 1,
+                                    "flag": 7, "specInfo1": "Dim"}],
+                      "checks": [{"checkFlag": 8, "param1": "a", "param2": "b", "param3": "c", "param4": "d"}]},
+                     {"commands": [], "checks": []}]})"));
+}
+
+TEST_F(BaseTest, ShowsAFunctionThatHasNeitherOptionsNorDefaults) {
+    const Json function = JsonOutput({L"base"})["functions"][2];
+    EXPECT_EQ(function["ac"], Json::array());
+    EXPECT_EQ(function["dc"], Json::array());
+    EXPECT_EQ(function["defaults"], Json::array());
+    EXPECT_EQ(function["families"], Json::array());
+}
+
+TEST_F(BaseTest, ListsTheFunctionsThatTheCatalogueLacks) {
+    WriteFunctions(Function(2));
+    EXPECT_EQ(Ids({L"base"}), (std::vector{1, 2, 3}));
+    EXPECT_EQ(Ids({L"base", L"--unsupported"}), (std::vector{1, 3}));
+}
+
+TEST_F(BaseTest, TellsThatThereIsNoSuchFunction) {
+    WriteFunctions(Functions({1, 2, 3}));
+    EXPECT_EQ(Output({L"base", L"--unsupported"}), "There are no such functions.\n");
+    EXPECT_EQ(JsonOutput({L"base", L"--unsupported"}), Json({{"functions", Json::array()}}));
+}
+
+TEST_F(BaseTest, NeedsTheCatalogueOnlyToCompareWithIt) {
+    Output({L"base"});
+    ExpectError({L"base", L"--unsupported"}, Failure, MissingCatalogue());
+}
+
+TEST_F(BaseTest, FailsWithoutABaseCatalogue) {
+    ExpectToNeedTheBaseCatalogue({L"base"});
+}
+
+TEST_F(BaseTest, ChangesNoFile) {
+    WriteFunctions(Function(2));
+    const std::string defaults = Defaults();
+    Output({L"base", L"--unsupported"});
+    EXPECT_EQ(ReadFile(installation.BaseFile()), ThreeBaseFunctions);
+    EXPECT_EQ(Defaults(), defaults);
+}
+
+}  // namespace ZOTDam::Test

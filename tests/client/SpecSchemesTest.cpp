@@ -1,0 +1,50 @@
+// zotdamctl spec-schemes.
+#include "client/BaseCatalogueTest.h"
+
+namespace ZOTDam::Test {
+
+class SpecSchemesTest : public BaseCatalogueTest {
+protected:
+    void WriteSchemes(const std::string& schemes) const {
+        WriteBase("<ZOTBase><SpecSchemes>" + schemes + "</SpecSchemes></ZOTBase>");
+    }
+
+    void WriteBalancedAndAnother() const {
+        WriteSchemes(R"(<SchemeItem SchemeGUID="381B4222-f694-41f0-9685-ff5bb260df2e">
+            <SubGroup SubGroupGUID="7516b95f-f776-4464-8c53-06167f40cc99">
+                <PowerSetting PowerSettingGUID="aded5e82-b909-4619-9949-f5d71dac0bcb" ACValue="80" DCValue="-4"/>
+            </SubGroup></SchemeItem>
+            <SchemeItem SchemeGUID="00000000-1111-2222-3333-444455556666"/>)");
+    }
+};
+
+TEST_F(SpecSchemesTest, ShowsThePowerSettingsOfEachScheme) {
+    WriteBalancedAndAnother();
+    EXPECT_EQ(Output({L"spec-schemes"}),
+              "balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
+              "    Subgroup 7516b95f-f776-4464-8c53-06167f40cc99\n"
+              "        aded5e82-b909-4619-9949-f5d71dac0bcb  80 on mains, -4 on battery\n"
+              "\n"
+              "00000000-1111-2222-3333-444455556666\n");
+}
+
+TEST_F(SpecSchemesTest, GivesThePowerSettingsAsJson) {
+    WriteBalancedAndAnother();
+    EXPECT_EQ(JsonOutput({L"spec-schemes"}), Json::parse(R"({"schemes": [
+        {"scheme": "381b4222-f694-41f0-9685-ff5bb260df2e", "subGroups": [
+            {"subGroup": "7516b95f-f776-4464-8c53-06167f40cc99", "powerSettings": [
+                {"powerSetting": "aded5e82-b909-4619-9949-f5d71dac0bcb", "ac": 80, "dc": -4}]}]},
+        {"scheme": "00000000-1111-2222-3333-444455556666", "subGroups": []}]})"));
+}
+
+TEST_F(SpecSchemesTest, TellsThatThereAreNone) {
+    WriteSchemes("");
+    EXPECT_EQ(Output({L"spec-schemes"}), "There are no spec schemes.\n");
+    EXPECT_EQ(JsonOutput({L"spec-schemes"}), Json({{"schemes", Json::array()}}));
+}
+
+TEST_F(SpecSchemesTest, FailsWithoutABaseCatalogue) {
+    ExpectToNeedTheBaseCatalogue({L"spec-schemes"});
+}
+
+}  // namespace ZOTDam::Test
