@@ -3,6 +3,7 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include <msxml2.h>
 #include <oleauto.h>
 #include <rpc.h>
 
@@ -10,6 +11,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <list>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -234,6 +236,70 @@ bool Stores(const Library& dll, const GUID& scheme) {
     return dll.SetParameter(&scheme, ParamHolder{{{1, {11, 12}}, {3, {13, 14}}}}.get());
 }
 
+// A base catalogue in which each function and each scheme is whole.
+constexpr char Base[] = R"(<ZOTBase><CommonSettings base="base"/><Functions>
+    <Function ID="1" Name="Dim"><Display/><Default/><Commands><CommandFamily>
+        <CommandItem SpecInfo1="s"/><CheckExistItem Param1="p"/></CommandFamily></Commands></Function>
+    <Function ID="5"><Display/><Default/><Commands><CommandFamily><CommandItem/><CheckExistItem/>
+        </CommandFamily></Commands></Function>
+    <Function ID="6"><Display/><Default/><Commands><CommandFamily><CommandItem/><CheckExistItem/>
+        </CommandFamily></Commands></Function>
+</Functions><SpecSchemes>
+    <SchemeItem SchemeGUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+        <SubGroup SubGroupGUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+            <PowerSetting PowerSettingGUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACValue="1" DCValue="2"/>
+        </SubGroup>
+    </SchemeItem>
+    <SchemeItem SchemeGUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c">
+        <SubGroup SubGroupGUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+            <PowerSetting PowerSettingGUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACValue="1" DCValue="2"/>
+        </SubGroup>
+    </SchemeItem>
+</SpecSchemes></ZOTBase>)";
+
+bool IsWhole(const FunctionBaseRecord& function) {
+    return function.name == std::wstring_view{L"Dim"} && function.displayNode.get() != nullptr &&
+           function.defaultNode.get() != nullptr && function.commandFamilies.size() == 1 &&
+           function.commandFamilies.begin()->commandItems.size() == 1 &&
+           function.commandFamilies.begin()->checkExistItems.size() == 1;
+}
+
+using Ids = std::vector<std::int32_t>;
+
+// The ids that one of the two exports for the base catalogue enumerates, if all functions are whole.
+std::optional<Ids> IdsOfWholeFunctions(decltype(&ZOTDam::GetFunctionBase) enumerate) {
+    Ids ids;
+    bool whole = true;
+    auto look = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* function) {
+        ids.push_back(function->id);
+        whole &= IsWhole(*function);
+    });
+    return enumerate(&look) && whole ? std::optional{ids} : std::nullopt;
+}
+
+// Those behind a failure may be missing.
+bool ListsTheBase(const Library& dll) {
+    const std::optional<Ids> ids = IdsOfWholeFunctions(dll.GetFunctionBase);
+    return ids == Ids{1, 5, 6} || (hasFailed && (ids == Ids{1, 5} || ids == Ids{1} || ids == Ids{}));
+}
+
+// After a failure there may be none, but never only some of them.
+bool ListsTheUnsupported(const Library& dll) {
+    const std::optional<Ids> ids = IdsOfWholeFunctions(dll.GetFunctionBaseUnSupported);
+    return ids == Ids{5, 6} || (hasFailed && ids == Ids{});
+}
+
+// Whether each scheme has all that it has in the file; schemes may be missing.
+bool ListsTheSpecSchemes(const Library& dll) {
+    int schemes = 0;
+    bool whole = true;
+    auto look = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord* scheme) {
+        ++schemes;
+        whole &= scheme->subGroups.size() == 1 && scheme->subGroups.begin()->powerSettings.size() == 1;
+    });
+    return dll.GetSpecScheme(&look) && whole && (hasFailed || schemes == 2);
+}
+
 // Each common setting has the name of its source, and that name as its value.
 bool Finds(const Library& dll, const wchar_t* source) {
     Text value = {};
@@ -267,6 +333,9 @@ const std::vector<Use> uses = {
     {"ReadingADefaultSetting", [](const Library& dll) { return Finds(dll, L"default"); }, true},
     {"ReadingASettingOfTheBase", [](const Library& dll) { return Finds(dll, L"base"); }, true},
     {"StoringACommonSetting", [](const Library& dll) { return dll.SetCommonSetting(L"user", L"new"); }, true},
+    {"ListingTheBase", [](const Library& dll) { return ListsTheBase(dll); }},
+    {"ListingTheUnsupported", [](const Library& dll) { return ListsTheUnsupported(dll); }},
+    {"ListingTheSpecSchemes", [](const Library& dll) { return ListsTheSpecSchemes(dll); }},
     {"InitialisingTheCommonSettings", [](const Library& dll) { return dll.InitCommonSetting(); }, true},
 };
 
@@ -308,7 +377,7 @@ bool GivesAnAllowedResult(const Library& dll, const Use& use, int failingCall, b
 class AllocationFailureTest : public SettingsTest, public testing::WithParamInterface<Trial> {
 protected:
     AllocationFailureTest() {
-        WriteBase(R"(<ZOTBase><CommonSettings base="base"/></ZOTBase>)");
+        WriteBase(Base);
         WriteStringTable("<root><data name=\"Key\"><value>Text</value></data></root>");
     }
 

@@ -13,7 +13,7 @@
 
 namespace ZOTDam::Test {
 
-enum class DomMethod { RemoveChild, AppendChild, SetAttribute, GetNamedItem, ImportNode };
+enum class DomMethod { RemoveChild, AppendChild, GetAttribute, SetAttribute, GetNamedItem, ImportNode };
 
 class DomMethodPatch {
 public:
@@ -43,6 +43,8 @@ private:
                 return Table(element) + 20;
             case DomMethod::AppendChild:
                 return Table(element) + 21;
+            case DomMethod::GetAttribute:
+                return Table(element) + 44;
             case DomMethod::SetAttribute:
                 return Table(element) + 45;
             case DomMethod::GetNamedItem:

@@ -1,0 +1,164 @@
+// The file of the base catalogue: where GetFunctionBase finds the functions in it, and when it is read.
+#include "support/DomDocuments.h"
+#include "support/FunctionBaseTest.h"
+#include "support/StretchedFolder.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+using IdList = std::vector<std::int32_t>;
+using Records = std::vector<FunctionBase>;
+
+}  // namespace
+
+class FunctionBaseFileTest : public FunctionBaseTest {};
+
+// ---- The section ----
+
+class WithoutBaseFunctionsTest : public FunctionBaseFileTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(WithoutBaseFunctionsTest, NothingIsEnumerated) {
+    WriteBase(GetParam().xml);
+    EXPECT_EQ(GetFunctionBase(), Records{});
+    EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , WithoutBaseFunctionsTest,
+    testing::Values(
+        XmlCase{"InAnEmptyFile", ""}, XmlCase{"InAFileWithoutRoot", "<?xml version=\"1.0\"?>"},
+        XmlCase{"InAFileThatDoesNotParse", "<ZOTBase><Functions>" + BaseFunction(1) + "</Functions>"},
+        XmlCase{"InARootWithoutSections", "<ZOTBase/>"},
+        XmlCase{"InARootWithOtherSections", "<ZOTBase><CommonSettings/><SpecSchemes/></ZOTBase>"},
+        XmlCase{"InAnEmptySection", "<ZOTBase><Functions/></ZOTBase>"},
+        XmlCase{"InTheRootItself", "<Functions>" + BaseFunction(1) + "</Functions>"},
+        XmlCase{"InTheRootAndNotInASection", "<ZOTBase>" + BaseFunction(1) + "</ZOTBase>"},
+        XmlCase{"BelowAnotherElement",
+                "<ZOTBase><All><Functions>" + BaseFunction(1) + "</Functions></All></ZOTBase>"},
+        XmlCase{"InTheSecondSection",
+                "<ZOTBase><Functions/><Functions>" + BaseFunction(1) + "</Functions></ZOTBase>"},
+        XmlCase{"InASectionOfAnotherCaseOfLetters",
+                "<ZOTBase><functions>" + BaseFunction(1) + "</functions></ZOTBase>"},
+        XmlCase{"InASectionInADefaultNamespace",
+                "<ZOTBase xmlns=\"urn:other\"><Functions>" + BaseFunction(1) + "</Functions></ZOTBase>"},
+        XmlCase{"InASectionOfANamespacePrefix", "<ZOTBase xmlns:o=\"urn:other\"><o:Functions>" +
+                                                    BaseFunction(1) + "</o:Functions></ZOTBase>"},
+        XmlCase{"InAComment", "<ZOTBase><!--<Functions>" + BaseFunction(1) + "</Functions>--></ZOTBase>"}),
+    CaseName<XmlCase>);
+
+TEST_F(FunctionBaseFileTest, IsEmptyWithoutAFile) {
+    EXPECT_EQ(GetFunctionBase(), Records{});
+    EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
+}
+
+TEST_F(FunctionBaseFileTest, IsEmptyWithoutAFolder) {
+    std::filesystem::remove_all(installation.ProgramFiles());
+    EXPECT_EQ(GetFunctionBase(), Records{});
+    EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));
+}
+
+TEST_F(FunctionBaseFileTest, IsEmptyWhenAFolderHasTheNameOfTheFile) {
+    std::filesystem::create_directory(installation.BaseFile());
+    EXPECT_EQ(GetFunctionBase(), Records{});
+}
+
+TEST_F(FunctionBaseFileTest, IsNotReadFromTheInstallationFolderItself) {
+    WriteFile(installation.DefaultsFile().parent_path() / L"ZOTBase.xml",
+              "<ZOTBase><Functions>" + BaseFunction(1) + "</Functions></ZOTBase>");
+    EXPECT_EQ(GetFunctionBase(), Records{});
+}
+
+TEST_F(FunctionBaseFileTest, TakesARootOfAnyName) {
+    WriteBase("<o:Any xmlns:o=\"urn:other\"><Functions>" + BaseFunction(1) + "</Functions></o:Any>");
+    EXPECT_EQ(Ids(GetFunctionBase()), IdList{1});
+}
+
+TEST_F(FunctionBaseFileTest, TakesTheFirstOfTwoSections) {
+    WriteBase("<ZOTBase><Functions>" + BaseFunction(1) + "</Functions><Functions>" + BaseFunction(2) +
+              "</Functions></ZOTBase>");
+    EXPECT_EQ(Ids(GetFunctionBase()), IdList{1});
+}
+
+TEST_F(FunctionBaseFileTest, TakesTheSectionBehindOneInANamespace) {
+    WriteBase("<ZOTBase><Functions xmlns=\"urn:other\"/><Functions>" + BaseFunction(1) +
+              "</Functions></ZOTBase>");
+    EXPECT_EQ(Ids(GetFunctionBase()), IdList{1});
+}
+
+// ---- When the file is read ----
+
+TEST_F(FunctionBaseFileTest, StaysWhenTheFileChanges) {
+    EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{1});
+    EXPECT_EQ(IdsOf(BaseFunctions({2, 3})), IdList{1});
+    Unload();
+    EXPECT_EQ(Ids(GetFunctionBase()), (IdList{2, 3}));
+}
+
+TEST_F(FunctionBaseFileTest, StaysWhenTheFileIsDeleted) {
+    EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{1});
+    std::filesystem::remove(installation.BaseFile());
+    EXPECT_EQ(Ids(GetFunctionBase()), IdList{1});
+}
+
+TEST_F(FunctionBaseFileTest, AFileThatAppearsLaterIsNotRead) {
+    EXPECT_EQ(GetFunctionBase(), Records{});
+    EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{});
+}
+
+TEST_F(FunctionBaseFileTest, AFileThatCouldNotBeReadIsNotTriedAgain) {
+    WriteBase("<ZOTBase>");
+    EXPECT_EQ(GetFunctionBase(), Records{});
+    EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{});
+}
+
+TEST_F(FunctionBaseFileTest, MakesOneDocumentHoweverOftenItIsRead) {
+    WriteBaseFunctions(BaseFunction(1));
+    DomDocuments documents{Dll().Handle()};
+    GetFunctionBase();
+    GetFunctionBase();
+    EXPECT_EQ(documents.Made(), 1u);
+}
+
+TEST_F(FunctionBaseFileTest, MakesNoDocumentForANullCallback) {
+    WriteBaseFunctions(BaseFunction(1));
+    DomDocuments documents{Dll().Handle()};
+    EXPECT_FALSE(Dll().GetFunctionBase(nullptr));
+    EXPECT_EQ(documents.Made(), 0u);
+}
+
+TEST_F(FunctionBaseFileTest, IsEmptyWithoutADom) {
+    WriteBaseFunctions(BaseFunction(1));
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_EQ(GetFunctionBase(), Records{});
+    documents.Fail(S_OK);
+    EXPECT_EQ(GetFunctionBase(), Records{});
+}
+
+TEST_F(FunctionBaseFileTest, IsReadWhateverMarkersAnotherProcessHolds) {
+    const SecondProcess one{HoldMutex, {DefaultsMarker}};
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(IdsOf(BaseFunctions({1, 2})), (IdList{1, 2}));
+}
+
+TEST_F(FunctionBaseFileTest, WritesNoFile) {
+    RecordsOf(BaseFunction(1));
+    Unload();
+    EXPECT_EQ(ReadFile(installation.BaseFile()),
+              "<ZOTBase><Functions>" + BaseFunction(1) + "</Functions></ZOTBase>");
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(FunctionBaseFileTest, IsReadFromAFolderOf255Units) {
+    Stretch(L"ProgramFiles", installation.ProgramFiles(), L"\\Orlo\\QUEN Power Management\\data\\", 255);
+    EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{1});
+}
+
+TEST_F(FunctionBaseFileTest, IsNotReadFromAFolderThatDoesNotFit) {
+    StretchInstallationFolder(installation.ProgramFiles(), 256);
+    EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{});
+}
+
+}  // namespace ZOTDam::Test

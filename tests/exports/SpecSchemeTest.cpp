@@ -1,0 +1,535 @@
+// The Windows power settings that the base catalogue prescribes, as GetSpecScheme enumerates them.
+#include "support/Blocks.h"
+#include "support/DomDocuments.h"
+#include "support/NumberTexts.h"
+#include "support/RawRecords.h"
+#include "support/SettingsTest.h"
+#include "support/SpecScheme.h"
+#include "support/UnreadableValue.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+using Schemes = std::vector<SpecScheme>;
+
+const std::string A = "aaaaaaaa-0000-4000-8000-00000000000a";
+const std::string B = "bbbbbbbb-0000-4000-8000-00000000000b";
+const std::string C = "cccccccc-0000-4000-8000-00000000000c";
+const std::string D = "dddddddd-0000-4000-8000-00000000000d";
+const std::string NoGuid = "{aaaaaaaa-0000-4000-8000-00000000000a}";
+
+constexpr char AllZero[] = "00000000-0000-0000-0000-000000000000";
+
+// Two of everything, and nothing twice.
+std::string FullSection() {
+    return SchemeXml(A, SubGroupXml(B, SettingXml(C, "1", "2") + SettingXml(D, "3", "4")) +
+                            SubGroupXml(C, SettingXml(D, "5", "6"))) +
+           SchemeXml(B, SubGroupXml(A, SettingXml(B, "-7", "-8")));
+}
+
+const Schemes fullSchemes = {{A, {{B, {{C, 1, 2}, {D, 3, 4}}}, {C, {{D, 5, 6}}}}}, {B, {{A, {{B, -7, -8}}}}}};
+
+// A GUID that is written in another way than the 36 characters.
+std::vector<GuidCase> MoreGuidCases() {
+    std::vector<GuidCase> cases = GuidCases();
+    for (const auto& [name, guid] : std::vector<std::pair<std::string, std::string>>{
+             {"HyphensInOtherPlaces", "381b422-2f694-41f0-9685-ff5bb260df2e"},
+             {"UnderscoresForHyphens", "381b4222_f694_41f0_9685_ff5bb260df2e"},
+             {"ALetterThatIsNoDigit", "381b4222-f694-41f0-9685-ff5bb260df2g"},
+             {"ASpaceForADigit", "381b4222-f694-41f0-9685-ff5bb260df2 "},
+             {"ASignForADigit", "+81b4222-f694-41f0-9685-ff5bb260df2e"},
+             {"AWidePointForADigit",
+              "\xef\xbc\x93"
+              "81b4222-f694-41f0-9685-ff5bb260df2e"},
+             {"OneDigitMore", "381b4222-f694-41f0-9685-ff5bb260df2e0"},
+             {"AnotherGuidBehind",
+              "381b4222-f694-41f0-9685-ff5bb260df2e 381b4222-f694-41f0-9685-ff5bb260df2e"},
+             {"SpaceOnly", "                                    "}})
+        cases.push_back({name, guid, false});
+    return cases;
+}
+
+}  // namespace
+
+class SpecSchemeTest : public SettingsTest {
+protected:
+    static std::string FileWith(const std::string& schemes) {
+        return "<ZOTBase><SpecSchemes>" + schemes + "</SpecSchemes></ZOTBase>";
+    }
+
+    // What the export enumerates; a false result fails the test.
+    Schemes GetSpecScheme() {
+        Schemes schemes;
+        auto collect = MakeCallback<IGetSpecSchemeCallback>(
+            [&](const SpecSchemeRecord* record) { schemes.push_back(Kept(*record)); });
+        EXPECT_TRUE(Dll().GetSpecScheme(&collect));
+        return schemes;
+    }
+
+    Schemes SchemesOf(const std::string& schemes) {
+        WriteBase(FileWith(schemes));
+        return GetSpecScheme();
+    }
+
+    // Of a scheme with these subgroups, and another one behind it.
+    Schemes SchemesWithSubGroups(const std::string& subGroups) {
+        return SchemesOf(SchemeXml(A, subGroups) + SchemeXml(B));
+    }
+
+    // Of a scheme with a subgroup with these settings, and another one behind it.
+    Schemes SchemesWithSettings(const std::string& settings) {
+        return SchemesWithSubGroups(SubGroupXml(A, settings));
+    }
+
+    const Schemes onlyTheOther = {{B}};
+
+private:
+    ComScope com;  // for the DOM of the test itself
+};
+
+// ---- All of it ----
+
+TEST_F(SpecSchemeTest, HasAllThreeLevelsInTheOrderOfTheFile) {
+    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
+}
+
+TEST_F(SpecSchemeTest, IsTheSameAtEachCall) {
+    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
+    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+}
+
+TEST_F(SpecSchemeTest, HasASchemeWithoutSubGroups) {
+    EXPECT_EQ(SchemesOf(SchemeXml(A)), (Schemes{{A}}));
+}
+
+TEST_F(SpecSchemeTest, HasASubGroupWithoutSettings) {
+    EXPECT_EQ(SchemesOf(SchemeXml(A, SubGroupXml(B) + SubGroupXml(C))), (Schemes{{A, {{B}, {C}}}}));
+}
+
+TEST_F(SpecSchemeTest, KeepsElementsOfTheSameGuidOnEachLevel) {
+    const std::string settings = SettingXml(A, "1", "2") + SettingXml(A, "3", "4");
+    const std::string scheme = SchemeXml(A, SubGroupXml(A, settings) + SubGroupXml(A));
+    const SpecScheme expected = {A, {{A, {{A, 1, 2}, {A, 3, 4}}}, {A}}};
+    EXPECT_EQ(SchemesOf(scheme + scheme), (Schemes{expected, expected}));
+}
+
+TEST_F(SpecSchemeTest, TheAllZeroGuidIsOneLikeAnyOtherOnEachLevel) {
+    EXPECT_EQ(SchemesOf(SchemeXml(AllZero, SubGroupXml(AllZero, SettingXml(AllZero, "1", "2")))),
+              (Schemes{{AllZero, {{AllZero, {{AllZero, 1, 2}}}}}}));
+}
+
+TEST_F(SpecSchemeTest, NothingIsTakenOverFromTheElementBefore) {
+    EXPECT_EQ(SchemesOf(FullSection() + SchemeXml(C, SubGroupXml(D))).back(), (SpecScheme{C, {{D}}}));
+}
+
+TEST_F(SpecSchemeTest, HasEachOfManyElements) {
+    std::string settings;
+    std::string subGroups;
+    std::string schemes;
+    SpecSubGroup subGroup = {B};
+    for (int i = 0; i < 20; ++i) {
+        settings += SettingXml(C, std::to_string(i), "0");
+        subGroup.powerSettings.push_back({C, i, 0});
+    }
+    for (int i = 0; i < 20; ++i)
+        subGroups += SubGroupXml(B, settings);
+    for (int i = 0; i < 20; ++i)
+        schemes += SchemeXml(A, subGroups);
+    EXPECT_EQ(SchemesOf(schemes), Schemes(20, {A, std::vector<SpecSubGroup>(20, subGroup)}));
+}
+
+TEST_F(SpecSchemeTest, IgnoresUnknownAttributesAndChildrenAndOtherKindsOfNodes) {
+    EXPECT_EQ(SchemesOf(R"(<!--a-->text<?b c?><Other/><SchemeItem Name="n" SchemeGUID=")" + A +
+                        R"("><!--a-->text<![CDATA[d]]><Other/><SubGroup Name="n" SubGroupGUID=")" + B +
+                        R"("><!--a-->text<Other/>)" +
+                        R"(<PowerSetting Name="n" DCValue="2" ACValue="1" PowerSettingGUID=")" + C +
+                        R"(">text<Other/></PowerSetting></SubGroup></SchemeItem>)"),
+              (Schemes{{A, {{B, {{C, 1, 2}}}}}}));
+}
+
+// Where each level does not look for its elements.
+TEST_F(SpecSchemeTest, TakesOnlyDirectChildrenOnEachLevel) {
+    const std::string setting = SettingXml(C, "1", "2");
+    EXPECT_EQ(SchemesOf("<All>" + SchemeXml(B) + "</All>" + SubGroupXml(B, setting) + setting +
+                        SchemeXml(A, SchemeXml(B) + setting + "<All>" + SubGroupXml(B) + "</All>" +
+                                         SubGroupXml(D, SubGroupXml(B) + "<All>" + setting + "</All>"))),
+              (Schemes{{A, {{D}}}}));
+}
+
+TEST_F(SpecSchemeTest, TakesOnlyElementsWithoutANamespaceOnEachLevel) {
+    const std::string setting = "<o:PowerSetting/><PowerSetting xmlns=\"urn:other\"/><!--<PowerSetting/>-->";
+    const std::string subGroup = "<o:SubGroup/><SubGroup xmlns=\"urn:other\"/><![CDATA[<SubGroup/>]]>";
+    WriteBase("<ZOTBase xmlns:o=\"urn:other\"><o:SpecSchemes/><SpecSchemes>" + SchemeXml(A, subGroup) +
+              "<o:SchemeItem/><SchemeItem xmlns=\"urn:other\"/>" + SchemeXml(B, SubGroupXml(C, setting)) +
+              "</SpecSchemes></ZOTBase>");
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{A}, {B, {{C}}}}));
+}
+
+TEST_F(SpecSchemeTest, TakesOnlyElementsOfTheSameCaseOfLetters) {
+    EXPECT_EQ(SchemesOf("<Schemeitem/>" + SchemeXml(A, "<Subgroup/>" + SubGroupXml(B, "<Powersetting/>"))),
+              (Schemes{{A, {{B}}}}));
+}
+
+// ---- The section ----
+
+class WithoutSpecSchemesTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(WithoutSpecSchemesTest, NothingIsEnumerated) {
+    WriteBase(GetParam().xml);
+    EXPECT_EQ(GetSpecScheme(), Schemes{});
+    EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , WithoutSpecSchemesTest,
+    testing::Values(XmlCase{"InAnEmptyFile", ""},
+                    XmlCase{"InAFileThatDoesNotParse",
+                            "<ZOTBase><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes>"},
+                    XmlCase{"InARootWithoutSections", "<ZOTBase/>"},
+                    XmlCase{"InARootWithOtherSections", "<ZOTBase><CommonSettings/><Functions/></ZOTBase>"},
+                    XmlCase{"InAnEmptySection", "<ZOTBase><SpecSchemes/></ZOTBase>"},
+                    XmlCase{"InTheRootItself", "<SpecSchemes>" + SchemeXml(A) + "</SpecSchemes>"},
+                    XmlCase{"InTheRootAndNotInASection", "<ZOTBase>" + SchemeXml(A) + "</ZOTBase>"},
+                    XmlCase{"InTheSecondSection", "<ZOTBase><SpecSchemes/><SpecSchemes>" + SchemeXml(A) +
+                                                      "</SpecSchemes></ZOTBase>"},
+                    XmlCase{"BelowAnotherElement",
+                            "<ZOTBase><All><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes></All></ZOTBase>"},
+                    XmlCase{"InASectionOfAnotherCaseOfLetters",
+                            "<ZOTBase><Specschemes>" + SchemeXml(A) + "</Specschemes></ZOTBase>"},
+                    XmlCase{"InASectionInANamespace", "<ZOTBase xmlns=\"urn:other\"><SpecSchemes>" +
+                                                          SchemeXml(A) + "</SpecSchemes></ZOTBase>"}),
+    CaseName<XmlCase>);
+
+TEST_F(SpecSchemeTest, IsEmptyWithoutAFile) {
+    EXPECT_EQ(GetSpecScheme(), Schemes{});
+    EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
+}
+
+TEST_F(SpecSchemeTest, TakesTheFirstOfTwoSectionsUnderARootOfAnyName) {
+    WriteBase("<Any><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes><SpecSchemes>" + SchemeXml(B) +
+              "</SpecSchemes></Any>");
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{A}}));
+}
+
+TEST_F(SpecSchemeTest, NeedsNoReadableFunctions) {
+    WriteBase("<ZOTBase><Functions><Function/></Functions><SpecSchemes>" + SchemeXml(A) +
+              "</SpecSchemes></ZOTBase>");
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{A}}));
+}
+
+// ---- Numbers ----
+
+class SpecNumberTest : public SpecSchemeTest, public testing::WithParamInterface<NumberText> {};
+
+TEST_P(SpecNumberTest, IsReadForMainsPowerAndForTheBattery) {
+    const auto& [name, text, number] = GetParam();
+    EXPECT_EQ(SchemesOf(SchemeXml(A, SubGroupXml(A, SettingXml(C, text, "1") + SettingXml(D, "2", text)))),
+              (Schemes{{A, {{A, {{C, number, 1}, {D, 2, number}}}}}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(, SpecNumberTest, testing::ValuesIn(NumberTexts()), CaseName<NumberText>);
+
+// ---- GUIDs ----
+
+// One that does not convert leaves out its element, and nothing else.
+class SpecGuidTest : public SpecSchemeTest, public testing::WithParamInterface<GuidCase> {
+protected:
+    // An element between two sound ones, if it is there.
+    template <class Element>
+    static std::vector<Element> WithOthers(const Element& element) {
+        if (GetParam().matches)
+            return {{A}, element, {B}};
+        return {{A}, {B}};
+    }
+};
+
+TEST_P(SpecGuidTest, OfASchemeIsTaken) {
+    EXPECT_EQ(SchemesOf(SchemeXml(A) + SchemeXml(GetParam().guid, SubGroupXml(C)) + SchemeXml(B)),
+              WithOthers(SpecScheme{BalancedText, {{C}}}));
+}
+
+TEST_P(SpecGuidTest, OfASubGroupIsTaken) {
+    EXPECT_EQ(SchemesOf(SchemeXml(D, SubGroupXml(A) + SubGroupXml(GetParam().guid, SettingXml(C, "1", "2")) +
+                                         SubGroupXml(B))),
+              (Schemes{{D, WithOthers(SpecSubGroup{BalancedText, {{C, 1, 2}}})}}));
+}
+
+TEST_P(SpecGuidTest, OfAPowerSettingIsTaken) {
+    EXPECT_EQ(SchemesOf(SchemeXml(
+                  D, SubGroupXml(C, SettingXml(A, "0", "0") + SettingXml(GetParam().guid, "0", "0") +
+                                        SettingXml(B, "0", "0")))),
+              (Schemes{{D, {{C, WithOthers(SpecPowerSetting{BalancedText})}}}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(, SpecGuidTest, testing::ValuesIn(MoreGuidCases()), CaseName<GuidCase>);
+
+TEST_F(SpecSchemeTest, MalformedGuidsOnAllLevelsLeaveOutNoMoreThanTheirElements) {
+    EXPECT_EQ(
+        SchemesOf(SchemeXml(NoGuid, SubGroupXml(NoGuid, SettingXml(NoGuid, "1", "2"))) +
+                  SchemeXml(A, SubGroupXml(NoGuid, SettingXml(NoGuid, "1", "2")) +
+                                   SubGroupXml(B, SettingXml(NoGuid, "1", "2") + SettingXml(C, "3", "4")))),
+        (Schemes{{A, {{B, {{C, 3, 4}}}}}}));
+}
+
+TEST_F(SpecSchemeTest, IsEmptyWhereNoSchemeHasAGuid) {
+    EXPECT_EQ(SchemesOf(SchemeXml(NoGuid) + SchemeXml("")), Schemes{});
+}
+
+// ---- Missing attributes ----
+
+// Each stands among sound settings, and fails their subgroup, and so the scheme.
+class FailingSettingTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(FailingSettingTest, LeavesOutTheScheme) {
+    const std::string sound = SettingXml(C, "1", "2");
+    EXPECT_EQ(SchemesWithSettings(GetParam().xml), onlyTheOther);
+    Unload();
+    EXPECT_EQ(SchemesWithSettings(sound + GetParam().xml + sound), onlyTheOther);
+}
+
+TEST_P(FailingSettingTest, LeavesOutTheSchemeWithAllItsOtherSubGroups) {
+    const std::string sound = SubGroupXml(B, SettingXml(C, "1", "2"));
+    EXPECT_EQ(SchemesWithSubGroups(sound + SubGroupXml(C, GetParam().xml) + sound), onlyTheOther);
+}
+
+TEST_P(FailingSettingTest, LeavesOutTheSchemeFromWithinASubGroupWithAMalformedGuid) {
+    EXPECT_EQ(SchemesWithSubGroups(SubGroupXml(B) + SubGroupXml(NoGuid, GetParam().xml)), onlyTheOther);
+}
+
+TEST_P(FailingSettingTest, LeavesOutNoOtherScheme) {
+    WriteBase(FileWith(FullSection() + SchemeXml(D, SubGroupXml(A, GetParam().xml)) + SchemeXml(C)));
+    Schemes expected = fullSchemes;
+    expected.push_back({C});
+    EXPECT_EQ(GetSpecScheme(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , FailingSettingTest,
+    testing::Values(
+        XmlCase{"WithoutAttributes", "<PowerSetting/>"},
+        XmlCase{"WithoutGuid", R"(<PowerSetting ACValue="1" DCValue="2"/>)"},
+        XmlCase{"WithoutAcValue", "<PowerSetting PowerSettingGUID=\"" + C + "\" DCValue=\"2\"/>"},
+        XmlCase{"WithoutDcValue", "<PowerSetting PowerSettingGUID=\"" + C + "\" ACValue=\"1\"/>"},
+        XmlCase{"WithoutValues", "<PowerSetting PowerSettingGUID=\"" + C + "\"/>"},
+        XmlCase{"WithAMalformedGuidWithoutAcValue",
+                "<PowerSetting PowerSettingGUID=\"" + NoGuid + "\" DCValue=\"2\"/>"},
+        XmlCase{"WithAMalformedGuidWithoutDcValue",
+                "<PowerSetting PowerSettingGUID=\"" + NoGuid + "\" ACValue=\"1\"/>"},
+        XmlCase{"WithAnEmptyGuidWithoutValues", R"(<PowerSetting PowerSettingGUID=""/>)"},
+        XmlCase{"WithAGuidOfAnotherCaseOfLetters",
+                "<PowerSetting PowerSettingGuid=\"" + C + "\" ACValue=\"1\" DCValue=\"2\"/>"},
+        XmlCase{"WithAnAcValueInANamespace", "<PowerSetting xmlns:o=\"urn:other\" PowerSettingGUID=\"" + C +
+                                                 "\" o:ACValue=\"1\" DCValue=\"2\"/>"},
+        XmlCase{"WithItsValuesAsElements", "<PowerSetting PowerSettingGUID=\"" + C +
+                                               "\"><ACValue>1</ACValue><DCValue>2</DCValue></PowerSetting>"}),
+    CaseName<XmlCase>);
+
+// Each stands among sound subgroups, and fails their scheme.
+class FailingSubGroupTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(FailingSubGroupTest, LeavesOutTheScheme) {
+    const std::string sound = SubGroupXml(B, SettingXml(C, "1", "2"));
+    EXPECT_EQ(SchemesWithSubGroups(GetParam().xml), onlyTheOther);
+    Unload();
+    EXPECT_EQ(SchemesWithSubGroups(sound + GetParam().xml + sound), onlyTheOther);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , FailingSubGroupTest,
+    testing::Values(XmlCase{"WithoutGuid", "<SubGroup>" + SettingXml(C, "1", "2") + "</SubGroup>"},
+                    XmlCase{"WithoutAnything", "<SubGroup/>"},
+                    XmlCase{"WithAGuidOfAnotherCaseOfLetters", "<SubGroup SubgroupGUID=\"" + C + "\"/>"},
+                    XmlCase{"WithoutGuidWithASettingOfAMalformedGuid",
+                            "<SubGroup>" + SettingXml(NoGuid, "1", "2") + "</SubGroup>"},
+                    XmlCase{
+                        "WithAMalformedGuidAndASettingWithoutDcValue",
+                        SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"" + C + "\" ACValue=\"1\"/>")},
+                    XmlCase{"WithAMalformedGuidAndASettingOfAnotherMalformedGuidWithoutAcValue",
+                            SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"\" DCValue=\"1\"/>")}),
+    CaseName<XmlCase>);
+
+// Each stands between two sound schemes, and fails neither.
+class LeftOutSchemeTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+
+TEST_P(LeftOutSchemeTest, IsLeftOutAlone) {
+    const std::string sound = SubGroupXml(B, SettingXml(C, "1", "2"));
+    EXPECT_EQ(SchemesOf(SchemeXml(A, sound) + GetParam().xml + SchemeXml(D, sound)),
+              (Schemes{{A, {{B, {{C, 1, 2}}}}}, {D, {{B, {{C, 1, 2}}}}}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , LeftOutSchemeTest,
+    testing::Values(XmlCase{"WithoutGuid", "<SchemeItem>" + SubGroupXml(B) + "</SchemeItem>"},
+                    XmlCase{"WithoutAnything", "<SchemeItem/>"},
+                    XmlCase{"WithAGuidOfAnotherCaseOfLetters", "<SchemeItem SchemeGuid=\"" + B + "\"/>"},
+                    XmlCase{"WithAGuidInANamespace",
+                            "<SchemeItem xmlns:o=\"urn:other\" o:SchemeGUID=\"" + B + "\"/>"},
+                    XmlCase{"WithAMalformedGuid", SchemeXml(NoGuid, SubGroupXml(B))},
+                    XmlCase{"WithASubGroupWithoutGuid", SchemeXml(B, "<SubGroup/>")},
+                    XmlCase{"WithAMalformedGuidAndASubGroupWithoutGuid", SchemeXml(NoGuid, "<SubGroup/>")}),
+    CaseName<XmlCase>);
+
+// ---- Failures of the DOM ----
+
+class FailingSpecReadTest : public SpecSchemeTest {
+protected:
+    // What is enumerated while no attribute with the value "fails" can be read. When it can, it is a value
+    // like any other, so that nothing but the failure leaves out what the test misses.
+    Schemes WhileReadsFail(const std::string& schemes) {
+        const UnreadableValue failure{L"fails"};
+        return SchemesOf(SchemeXml(B) + schemes + SchemeXml(C));
+    }
+
+    const Schemes bothOthers = {{B}, {C}};
+};
+
+TEST_F(FailingSpecReadTest, OfAValueLeavesOutTheScheme) {
+    EXPECT_EQ(WhileReadsFail(SchemeXml(A, SubGroupXml(A, SettingXml(A, "fails", "2")))), bothOthers);
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{B}, {A, {{A, {{A, 0, 2}}}}}, {C}}));
+}
+
+TEST_F(FailingSpecReadTest, OfTheGuidOfASettingLeavesOutTheScheme) {
+    EXPECT_EQ(WhileReadsFail(SchemeXml(A, SubGroupXml(A, SettingXml("fails", "1", "2")))), bothOthers);
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{B}, {A, {{A}}}, {C}}));
+}
+
+TEST_F(FailingSpecReadTest, OfTheGuidOfASubGroupLeavesOutTheScheme) {
+    EXPECT_EQ(WhileReadsFail(SchemeXml(A, SubGroupXml("fails"))), bothOthers);
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{B}, {A}, {C}}));
+}
+
+TEST_F(FailingSpecReadTest, OfTheGuidOfASchemeLeavesOutAllSchemes) {
+    EXPECT_EQ(WhileReadsFail(SchemeXml("fails")), Schemes{});
+    EXPECT_EQ(GetSpecScheme(), bothOthers);
+}
+
+// ---- When the file is read ----
+
+TEST_F(SpecSchemeTest, StaysWhenTheFileChanges) {
+    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
+    EXPECT_EQ(SchemesOf(SchemeXml(C)), fullSchemes);
+    Unload();
+    EXPECT_EQ(GetSpecScheme(), (Schemes{{C}}));
+}
+
+TEST_F(SpecSchemeTest, AFileThatAppearsLaterIsNotRead) {
+    EXPECT_EQ(GetSpecScheme(), Schemes{});
+    EXPECT_EQ(SchemesOf(SchemeXml(C)), Schemes{});
+}
+
+TEST_F(SpecSchemeTest, SharesOneDocumentWithTheOtherUsersOfTheBaseCatalogue) {
+    WriteBase(FileWith(FullSection()));
+    DomDocuments documents{Dll().Handle()};
+    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    auto ignore = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) {});
+    EXPECT_TRUE(Dll().GetFunctionBase(&ignore));
+    EXPECT_EQ(documents.Made(), 1u);
+}
+
+TEST_F(SpecSchemeTest, MakesNoDocumentForANullCallback) {
+    WriteBase(FileWith(FullSection()));
+    DomDocuments documents{Dll().Handle()};
+    EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
+    EXPECT_EQ(documents.Made(), 0u);
+}
+
+TEST_F(SpecSchemeTest, IsEmptyWithoutADom) {
+    WriteBase(FileWith(FullSection()));
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_EQ(GetSpecScheme(), Schemes{});
+}
+
+TEST_F(SpecSchemeTest, IsReadWhateverMarkersAnotherProcessHolds) {
+    const SecondProcess one{HoldMutex, {DefaultsMarker}};
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
+}
+
+TEST_F(SpecSchemeTest, WritesNoFile) {
+    SchemesOf(FullSection());
+    Unload();
+    EXPECT_EQ(ReadFile(installation.BaseFile()), FileWith(FullSection()));
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(SpecSchemeTest, KeepsNothingBetweenCalls) {
+    SchemesOf(FullSection() + SchemeXml(A, SubGroupXml(B, "<PowerSetting/>")));
+    Blocks::Watch(Dll().Handle());
+    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(Blocks::Live(), 0u);
+}
+
+// ---- The records as bytes ----
+
+TEST_F(SpecSchemeTest, HasTheLayoutThatARawClientKnows) {
+    const std::string scheme = "00010203-0405-0607-0809-0a0b0c0d0e0f";
+    WriteBase(
+        FileWith(SchemeXml(scheme, SubGroupXml(A, SettingXml(B, "1", "2") + SettingXml(scheme, "3", "4")) +
+                                       SubGroupXml(scheme))));
+    const std::vector<std::uint8_t> guid = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
+    const auto bytesAt = [](const void* record, std::size_t offset) {
+        const auto* const bytes = static_cast<const std::uint8_t*>(record) + offset;
+        return std::vector<std::uint8_t>{bytes, bytes + 16};
+    };
+    auto walk = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord* record) {
+        EXPECT_EQ(bytesAt(record, 0), guid);
+        const std::vector<const void*> subGroups = ListAt(record, 1592);
+        ASSERT_EQ(subGroups.size(), 2u);
+        EXPECT_EQ(bytesAt(subGroups[1], 0), guid);
+        EXPECT_EQ(ListAt(subGroups[1], 16).size(), 0u);
+        const std::vector<const void*> settings = ListAt(subGroups[0], 16);
+        ASSERT_EQ(settings.size(), 2u);
+        EXPECT_EQ(At<std::int32_t>(settings[1], 0), 3);
+        EXPECT_EQ(At<std::int32_t>(settings[1], 4), 4);
+        EXPECT_EQ(bytesAt(settings[1], 8), guid);
+    });
+    EXPECT_TRUE(Dll().GetSpecScheme(&walk));
+}
+
+// ---- OnItem ----
+
+class SpecOnItemTest : public SpecSchemeTest {
+protected:
+    void SetUp() override { WriteBase(FileWith(FullSection())); }
+
+    template <class Action>
+    Schemes SchemesWhile(Action&& atFirstItem) {
+        Schemes schemes;
+        auto callback = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord* record) {
+            if (schemes.empty())
+                atFirstItem();
+            schemes.push_back(Kept(*record));
+        });
+        EXPECT_TRUE(Dll().GetSpecScheme(&callback));
+        return schemes;
+    }
+};
+
+TEST_F(SpecOnItemTest, MayUseExportsAndEnumerateAgain) {
+    EXPECT_EQ(SchemesWhile([this] {
+                  EXPECT_EQ(GetSpecScheme(), fullSchemes);
+                  EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 3}}}));
+                  EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+              }),
+              fullSchemes);
+}
+
+TEST_F(SpecOnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+    EXPECT_EQ(SchemesWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), fullSchemes);
+    EXPECT_FALSE(Dll().ResetDefault());
+}
+
+TEST_F(SpecOnItemTest, ThatThrowsReachesTheClientAndKeepsNoBlock) {
+    GetSpecScheme();
+    Blocks::Watch(Dll().Handle());
+    auto fail = MakeCallback<IGetSpecSchemeCallback>([](const SpecSchemeRecord*) { throw 1; });
+    EXPECT_THROW(Dll().GetSpecScheme(&fail), int);
+    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(Blocks::Live(), 0u);
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,96 @@
+// What GetSpecScheme enumerates, kept beyond the call, and the XML of the same.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <rpc.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "ZOTDam.h"
+
+namespace ZOTDam::Test {
+
+// The GUIDs are kept as their texts.
+struct SpecPowerSetting {
+    std::string guid;
+    std::int32_t ac = 0;
+    std::int32_t dc = 0;
+
+    bool operator==(const SpecPowerSetting&) const = default;
+};
+
+inline void PrintTo(const SpecPowerSetting& setting, std::ostream* out) {
+    *out << setting.guid << " AC " << setting.ac << " DC " << setting.dc;
+}
+
+struct SpecSubGroup {
+    std::string guid;
+    std::vector<SpecPowerSetting> powerSettings = {};
+
+    bool operator==(const SpecSubGroup&) const = default;
+};
+
+inline void PrintTo(const SpecSubGroup& subGroup, std::ostream* out) {
+    *out << subGroup.guid << " " << testing::PrintToString(subGroup.powerSettings);
+}
+
+struct SpecScheme {
+    std::string guid;
+    std::vector<SpecSubGroup> subGroups = {};
+
+    bool operator==(const SpecScheme&) const = default;
+};
+
+inline void PrintTo(const SpecScheme& scheme, std::ostream* out) {
+    *out << scheme.guid << " " << testing::PrintToString(scheme.subGroups);
+}
+
+inline std::string GuidText(const GUID& guid) {
+    RPC_CSTR allocated = nullptr;
+    EXPECT_EQ(UuidToStringA(const_cast<GUID*>(&guid), &allocated), RPC_S_OK);
+    std::string text = reinterpret_cast<const char*>(allocated);
+    RpcStringFreeA(&allocated);
+    return text;
+}
+
+inline SpecSubGroup Kept(const SpecSubGroupRecord& record) {
+    SpecSubGroup kept = {GuidText(record.subGroup)};
+    for (const SpecPowerSettingRecord& setting : record.powerSettings)
+        kept.powerSettings.push_back({GuidText(setting.powerSetting), setting.acValue, setting.dcValue});
+    return kept;
+}
+
+// What lies between the GUID and the list is always zero.
+inline SpecScheme Kept(const SpecSchemeRecord& record) {
+    const auto* const bytes = reinterpret_cast<const char*>(&record);
+    EXPECT_TRUE(std::all_of(bytes + offsetof(SpecSchemeRecord, reserved),
+                            bytes + offsetof(SpecSchemeRecord, subGroups),
+                            [](char byte) { return byte == 0; }));
+    SpecScheme kept = {GuidText(record.scheme)};
+    for (const SpecSubGroupRecord& subGroup : record.subGroups)
+        kept.subGroups.push_back(Kept(subGroup));
+    return kept;
+}
+
+// ---- XML ----
+
+inline std::string SettingXml(const std::string& guid, const std::string& ac, const std::string& dc) {
+    return "<PowerSetting PowerSettingGUID=\"" + guid + "\" ACValue=\"" + ac + "\" DCValue=\"" + dc + "\"/>";
+}
+
+inline std::string SubGroupXml(const std::string& guid, const std::string& settings = {}) {
+    return "<SubGroup SubGroupGUID=\"" + guid + "\">" + settings + "</SubGroup>";
+}
+
+inline std::string SchemeXml(const std::string& guid, const std::string& subGroups = {}) {
+    return "<SchemeItem SchemeGUID=\"" + guid + "\">" + subGroups + "</SchemeItem>";
+}
+
+}  // namespace ZOTDam::Test
