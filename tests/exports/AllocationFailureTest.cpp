@@ -17,9 +17,8 @@
 #include <utility>
 
 #include "support/DataFiles.h"
+#include "support/FunctionDefaultsTest.h"
 #include "support/ImportPatch.h"
-#include "support/SettingsTest.h"
-#include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
 
@@ -306,12 +305,21 @@ bool Finds(const Library& dll, const wchar_t* source) {
     return dll.GetCommonSetting(source, value) && std::wstring{source} == value;
 }
 
+// Hands over two functions, the second of them with what the base catalogue has for it.
+bool Replaces(const Library& dll) {
+    FunctionBaseHolder holder = HolderOf({Record(1)});
+    auto keep = MakeCallback<IGetFunctionBaseCallback>(
+        [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
+    return dll.GetFunctionBase(&keep) && dll.AddFunctionDefault(&holder);
+}
+
 // The first use of a freshly loaded DLL.
 struct Use {
     std::string name;
     bool (*succeeds)(const Library& dll);
     bool mayFail = false;  // and tell so by its result
     bool removes = false;
+    bool replacesFunctions = false;
 };
 
 const std::vector<Use> uses = {
@@ -337,6 +345,7 @@ const std::vector<Use> uses = {
     {"ListingTheUnsupported", [](const Library& dll) { return ListsTheUnsupported(dll); }},
     {"ListingTheSpecSchemes", [](const Library& dll) { return ListsTheSpecSchemes(dll); }},
     {"InitialisingTheCommonSettings", [](const Library& dll) { return dll.InitCommonSetting(); }, true},
+    {"ReplacingTheFunctions", [](const Library& dll) { return Replaces(dll); }, false, false, true},
 };
 
 struct Trial {
@@ -407,7 +416,10 @@ protected:
         EXPECT_TRUE(hasStoredScheme || isKept || GetParam().use.removes) << UserSettings();
         EXPECT_TRUE(IsXml(installation.DefaultsFile()));
         const bool hasFunctions = Defaults().find("<Function ID=\"2\"") != std::string::npos;
-        EXPECT_TRUE(hasFunctions || ReadFile(KeptDefaults()) == StoredDefaults()) << Defaults();
+        const bool areKept = ReadFile(KeptDefaults()) == StoredDefaults();
+        EXPECT_TRUE(hasFunctions || areKept || GetParam().use.replacesFunctions) << Defaults();
+        const bool hasSettings = Defaults().find("<CommonSettings ") != std::string::npos;
+        EXPECT_TRUE(hasSettings || areKept) << Defaults();
     }
 
     void ExpectThatEverythingWorksAgain() {

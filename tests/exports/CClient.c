@@ -202,3 +202,150 @@ int CClientStoreNothing(HMODULE dll, const GUID* scheme) {
     const SetParameter setParameter = (SetParameter)Export(dll, "SetParameter");
     return setParameter(scheme, &holder);
 }
+
+/* ---- Lists -----------------------------------------------------------------------------------------------
+ */
+
+/* What each node begins with, and all that a sentinel has. */
+struct Node {
+    struct Node* next;
+    struct Node* prev;
+};
+
+struct FunctionNode {
+    struct Node links;
+    struct FunctionBaseRecord record;
+};
+
+struct FamilyNode {
+    struct Node links;
+    struct CommandFamily record;
+};
+
+struct CommandNode {
+    struct Node links;
+    struct BaseCommandItem record;
+};
+
+struct CheckNode {
+    struct Node links;
+    struct CheckExistItem record;
+};
+
+struct FunctionCollector {
+    const struct FunctionCollectorTable* table;
+    struct CClientFunction* functions;
+    size_t capacity;
+    size_t count;
+};
+
+struct FunctionCollectorTable {
+    void (*OnItem)(struct FunctionCollector* collector, const struct FunctionBaseRecord* record);
+};
+
+static void ReadFamily(const struct CommandFamily* family, struct CClientFunction* function) {
+    const struct Node* node;
+    for (node = family->commandItems.head->next; node != family->commandItems.head; node = node->next) {
+        const struct BaseCommandItem* const item = &((const struct CommandNode*)node)->record;
+        ++function->commandItems;
+        function->lastCommandId = item->id;
+        function->lastSpecInfo1 = item->specInfo1[0];
+    }
+    for (node = family->checkExistItems.head->next; node != family->checkExistItems.head; node = node->next) {
+        const struct CheckExistItem* const item = &((const struct CheckNode*)node)->record;
+        ++function->checks;
+        function->lastCheckFlag = item->checkFlag;
+        function->lastCheckParam4 = item->param4[0];
+    }
+}
+
+static void CollectFunction(struct FunctionCollector* collector, const struct FunctionBaseRecord* record) {
+    struct CClientFunction function = {0};
+    const struct Node* node;
+    function.id = record->id;
+    function.hasDisplay = record->displayNode != NULL;
+    function.hasDefault = record->defaultNode != NULL;
+    for (node = record->commandFamilies.head->next; node != record->commandFamilies.head; node = node->next) {
+        ++function.families;
+        ReadFamily(&((const struct FamilyNode*)node)->record, &function);
+    }
+    if (collector->count < collector->capacity)
+        collector->functions[collector->count] = function;
+    ++collector->count;
+}
+
+static const struct FunctionCollectorTable functionCollectorTable = {CollectFunction};
+
+typedef uint8_t (*GetFunctionBase)(struct FunctionCollector* collector);
+typedef uint8_t (*AddFunctionDefault)(const struct FunctionBaseHolder* holder);
+
+int CClientReadBase(HMODULE dll, struct CClientFunction* functions, size_t capacity) {
+    struct FunctionCollector collector = {&functionCollectorTable, functions, capacity, 0};
+    const GetFunctionBase getFunctionBase = (GetFunctionBase)Export(dll, "GetFunctionBase");
+    return getFunctionBase(&collector) == 1 ? (int)collector.count : -1;
+}
+
+static void MakeEmpty(struct List* list, struct Node* sentinel) {
+    sentinel->next = sentinel->prev = sentinel;
+    list->head = sentinel;
+    list->count = 0;
+}
+
+static void Append(struct List* list, struct Node* node) {
+    node->next = list->head;
+    node->prev = list->head->prev;
+    node->prev->next = node;
+    list->head->prev = node;
+    ++list->count;
+}
+
+int CClientReplaceFunctions(HMODULE dll, void* displayNode, void* defaultNode) {
+    static const int32_t commandIds[] = {11, 12, 13, 21};
+    struct FunctionBaseHolder holder = {0x1badbadbadbadbad, {NULL, 0}};
+    struct Node functionSentinel, familySentinels[2], commandSentinels[4], checkSentinels[4];
+    struct FunctionNode functions[2];
+    struct FamilyNode families[4];
+    struct CommandNode commands[4];
+    struct CheckNode check;
+    const AddFunctionDefault addFunctionDefault = (AddFunctionDefault)Export(dll, "AddFunctionDefault");
+    /* What fills the gaps, and what follows the end of a text, is no business of the DLL. */
+    memset(functions, 0xdb, sizeof functions);
+    memset(commands, 0xdb, sizeof commands);
+    memset(&check, 0xdb, sizeof check);
+    MakeEmpty(&holder.records, &functionSentinel);
+    for (int i = 0; i < 2; ++i) {
+        struct FunctionBaseRecord* const record = &functions[i].record;
+        record->id = i + 1;
+        record->type = record->flag = 0;
+        record->name[0] = record->group[0] = 0;
+        record->displayNode = i == 0 ? displayNode : NULL;
+        record->defaultNode = i == 0 ? defaultNode : NULL;
+        MakeEmpty(&record->commandFamilies, &familySentinels[i]);
+        Append(&holder.records, &functions[i].links);
+    }
+    for (int i = 0; i < 4; ++i) {
+        MakeEmpty(&families[i].record.commandItems, &commandSentinels[i]);
+        MakeEmpty(&families[i].record.checkExistItems, &checkSentinels[i]);
+        Append(&functions[i / 2].record.commandFamilies, &families[i].links);
+    }
+    for (int i = 0; i < 4; ++i) {
+        struct BaseCommandItem* const item = &commands[i].record;
+        item->id = commandIds[i];
+        item->event = item->state = item->paramIndex1 = item->paramIndex2 = item->flag = 0;
+        item->specInfo1[0] = 0;
+    }
+    Append(&families[0].record.commandItems, &commands[0].links);
+    Append(&families[0].record.commandItems, &commands[1].links);
+    Append(&families[1].record.commandItems, &commands[2].links);
+    Append(&families[3].record.commandItems, &commands[3].links);
+    check.record.param1[0] = check.record.param2[0] = check.record.param3[0] = check.record.param4[0] = 0;
+    Append(&families[0].record.checkExistItems, &check.links);
+    return addFunctionDefault(&holder);
+}
+
+int CClientReplaceByNothing(HMODULE dll) {
+    struct Node sentinel = {&sentinel, &sentinel};
+    const struct FunctionBaseHolder holder = {0, {&sentinel, 0}};
+    const AddFunctionDefault addFunctionDefault = (AddFunctionDefault)Export(dll, "AddFunctionDefault");
+    return addFunctionDefault(&holder);
+}

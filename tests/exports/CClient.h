@@ -28,6 +28,31 @@ int CClientStoreSevenFunctions(HMODULE dll, const GUID* scheme);
 /* Stores nothing, from the empty tree. */
 int CClientStoreNothing(HMODULE dll, const GUID* scheme);
 
+/* What a C client keeps of a function of the base catalogue. */
+struct CClientFunction {
+    int32_t id;
+    int32_t families;
+    int32_t commandItems;
+    int32_t checks;
+    int32_t lastCommandId;
+    int32_t lastCheckFlag;
+    uint16_t lastSpecInfo1; /* of the last texts, the first unit */
+    uint16_t lastCheckParam4;
+    uint8_t hasDisplay;
+    uint8_t hasDefault;
+};
+
+/* Lets GetFunctionBase fill `functions`; results as CClientRead. */
+int CClientReadBase(HMODULE dll, struct CClientFunction* functions, size_t capacity);
+
+/* Makes two functions the catalogue, from lists that it links itself: function 1 with the nodes and the
+   commands 11, 12 and 13 in two families, the first with a check, and function 2 with an empty family and
+   command 21. */
+int CClientReplaceFunctions(HMODULE dll, void* displayNode, void* defaultNode);
+
+/* Makes nothing the catalogue, from the empty list. */
+int CClientReplaceByNothing(HMODULE dll);
+
 /* Sizes of the records, in the order of the interface's description, ended by 0. */
 extern const size_t CClientRecordSizes[];
 

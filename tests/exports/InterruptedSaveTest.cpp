@@ -1,12 +1,11 @@
-// A save that ends before its time: the process dies, or the disk refuses. The user settings are then what
-// they were before or what they were to become, and nothing in between.
+// A save that ends before its time: the process dies, or the disk refuses. The user settings, or the
+// defaults, are then what they were before or what they were to become, and nothing in between.
 #include <algorithm>
 #include <array>
 
 #include "support/DataFiles.h"
+#include "support/FunctionDefaultsTest.h"
 #include "support/ImportPatch.h"
-#include "support/SettingsTest.h"
-#include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
 
@@ -14,6 +13,8 @@ namespace {
 
 constexpr wchar_t SaveInALoop[] = L"save-in-a-loop";
 constexpr wchar_t SaveAndDie[] = L"save-and-die";
+constexpr wchar_t ReplaceInALoop[] = L"replace-in-a-loop";
+constexpr wchar_t ReplaceAndDie[] = L"replace-and-die";
 constexpr UINT DiedAsPlanned = 77;
 
 constexpr int FunctionCount = 40;
@@ -40,6 +41,38 @@ const RegisterRole saveInALoop{SaveInALoop, [](const std::vector<std::wstring>&)
                                    }
                                    return 0;
                                }};
+
+// A catalogue that differs from another one in all its functions.
+void ReplaceFunctions(const Library& dll, std::int32_t firstId) {
+    FunctionBaseHolder holder;
+    for (std::int32_t id = firstId; id < firstId + FunctionCount; ++id)
+        holder.records.push_back(Record(id));
+    dll.AddFunctionDefault(&holder);
+}
+
+std::string FileOfFunctions(std::int32_t firstId) {
+    std::string functions;
+    for (std::int32_t id = firstId; id < firstId + FunctionCount; ++id)
+        functions += Written(id);
+    return OldDefaults(functions);
+}
+
+// A new process gets %ProgramFiles% from the system, whatever it was for the process that starts it.
+void FindInstallation(const std::wstring& programFiles) {
+    SetEnvironmentVariableW(L"ProgramFiles", programFiles.c_str());
+}
+
+const RegisterRole replaceInALoop{ReplaceInALoop, [](const std::vector<std::wstring>& arguments) {
+                                      FindInstallation(arguments.at(0));
+                                      const Library dll;
+                                      for (bool isFirst = true;; isFirst = false) {
+                                          ReplaceFunctions(dll, 100);
+                                          if (isFirst)
+                                              SignalReady();
+                                          ReplaceFunctions(dll, 200);
+                                      }
+                                      return 0;
+                                  }};
 
 // ---- Functions of the platform that end the process, or refuse ----
 
@@ -119,14 +152,26 @@ void PrintTo(const SavePlan& plan, std::ostream* out) {
 }
 
 // The argument names the fate of each call by a digit.
+template <class Save>
+int SaveUnderFates(const std::vector<std::wstring>& arguments, Save save) {
+    const Library dll;
+    const FatefulPlatform platform{dll.Handle()};
+    for (std::size_t call = 0; Fate* const fate : FatefulPlatform::Fates())
+        *fate = static_cast<Fate>(arguments.at(0).at(call++) - L'0');
+    save(dll);
+    return 0;
+}
+
 const RegisterRole saveAndDie{SaveAndDie, [](const std::vector<std::wstring>& arguments) {
-                                  const Library dll;
-                                  const FatefulPlatform platform{dll.Handle()};
-                                  for (std::size_t call = 0; Fate* const fate : FatefulPlatform::Fates())
-                                      *fate = static_cast<Fate>(arguments.at(0).at(call++) - L'0');
-                                  Store(dll, Balanced, 2);
-                                  return 0;
+                                  return SaveUnderFates(arguments,
+                                                        [](const Library& dll) { Store(dll, Balanced, 2); });
                               }};
+
+const RegisterRole replaceAndDie{ReplaceAndDie, [](const std::vector<std::wstring>& arguments) {
+                                     FindInstallation(arguments.at(1));
+                                     return SaveUnderFates(
+                                         arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
+                                 }};
 
 std::wstring AsArgument(const SavePlan& plan) {
     std::wstring argument;
@@ -175,22 +220,24 @@ protected:
     }
 };
 
-TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesEverySchemeOldOrNew) {
+// Kills a process of the role. Each time a little later: a step is small against the duration of a save.
+void KillInASave(const wchar_t* role, const std::vector<std::wstring>& arguments, int step) {
     LARGE_INTEGER frequency;
     QueryPerformanceFrequency(&frequency);
+    SecondProcess saver{role, arguments};
+    LARGE_INTEGER start;
+    LARGE_INTEGER now;
+    QueryPerformanceCounter(&start);
+    do
+        QueryPerformanceCounter(&now);
+    while ((now.QuadPart - start.QuadPart) * 10000 < frequency.QuadPart * 3 * step);
+    saver.Kill();
+}
+
+TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesEverySchemeOldOrNew) {
     for (int kill = 0; kill < 25; ++kill) {
         SCOPED_TRACE(kill);
-        {
-            SecondProcess saver{SaveInALoop};
-            // Each time a little later: a step is small against the duration of a save.
-            LARGE_INTEGER start;
-            LARGE_INTEGER now;
-            QueryPerformanceCounter(&start);
-            do
-                QueryPerformanceCounter(&now);
-            while ((now.QuadPart - start.QuadPart) * 10000 < frequency.QuadPart * 3 * kill);
-            saver.Kill();
-        }
+        KillInASave(SaveInALoop, {}, kill);
         ASSERT_TRUE(IsXml(installation.UserFile()));
         const std::int32_t first = StoredValue(Balanced);
         const std::int32_t second = StoredValue(HighPerformance);
@@ -201,12 +248,20 @@ TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesEverySchemeOldOrNew) {
     }
 }
 
+TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesTheOldOrTheNewFunctions) {
+    for (int kill = 0; kill < 15; ++kill) {
+        SCOPED_TRACE(kill);
+        KillInASave(ReplaceInALoop, {installation.ProgramFiles()}, kill);
+        EXPECT_TRUE(Defaults() == FileOfFunctions(100) || Defaults() == FileOfFunctions(200)) << Defaults();
+    }
+}
+
 // ---- Death at a certain call ----
 
 class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
 protected:
-    void SaveInAProcessThatDies() {
-        SecondProcess saver{SaveAndDie, {AsArgument(GetParam())}};
+    void SaveInAProcessThatDies(const wchar_t* role = SaveAndDie) {
+        SecondProcess saver{role, {AsArgument(GetParam()), installation.ProgramFiles()}};
         ASSERT_EQ(saver.WaitForExit(), DiedAsPlanned);
     }
 };
@@ -243,6 +298,15 @@ TEST_P(DeathInASaveTest, OfTheFirstFileLeavesNoFileOrAWholeOne) {
     EXPECT_EQ(HasUserSettings(), GetParam().isStored);
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 0);
     ExpectThatTheNextSaveWorks();
+}
+
+TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
+    const std::string before = Defaults();
+    SaveInAProcessThatDies(ReplaceAndDie);
+    EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
+    ReplaceFunctions(Dll(), 200);
+    EXPECT_EQ(Defaults(), FileOfFunctions(200));
+    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile().replace_extension(L".new")));
 }
 
 class DeathInACopyTest : public DeathInASaveTest {};

@@ -13,7 +13,18 @@
 
 namespace ZOTDam::Test {
 
-enum class DomMethod { RemoveChild, AppendChild, GetAttribute, SetAttribute, GetNamedItem, ImportNode };
+enum class DomMethod {
+    RemoveChild,
+    AppendChild,
+    GetOwnerDocument,
+    CloneNode,
+    PutText,
+    GetAttribute,
+    SetAttribute,
+    GetNamedItem,
+    CreateElement,
+    ImportNode
+};
 
 class DomMethodPatch {
 public:
@@ -43,12 +54,20 @@ private:
                 return Table(element) + 20;
             case DomMethod::AppendChild:
                 return Table(element) + 21;
+            case DomMethod::GetOwnerDocument:
+                return Table(element) + 23;
+            case DomMethod::CloneNode:
+                return Table(element) + 24;
+            case DomMethod::PutText:
+                return Table(element) + 27;
             case DomMethod::GetAttribute:
                 return Table(element) + 44;
             case DomMethod::SetAttribute:
                 return Table(element) + 45;
             case DomMethod::GetNamedItem:
                 return Table(attributes) + 7;
+            case DomMethod::CreateElement:
+                return Table(document) + 47;
             default:
                 return Table(document) + 83;
         }
@@ -83,6 +102,28 @@ class FailingDomMethod : public DomMethodPatch {
 public:
     explicit FailingDomMethod(DomMethod method)
         : DomMethodPatch{method, +[]() WINAPI -> HRESULT { return E_FAIL; }} {}
+};
+
+// Lets one call of a method fail for a scope: the n-th. The others go on to the DOM with their arguments,
+// which fit four registers.
+class DomMethodFailingOnce : public DomMethodPatch {
+public:
+    DomMethodFailingOnce(DomMethod method, int call) : DomMethodPatch{method, &Count} {
+        original = Original<Method>();
+        callsUntilFailure = call;
+    }
+
+    static bool HasFailed() noexcept { return callsUntilFailure <= 0; }
+
+private:
+    using Method = HRESULT WINAPI(void*, void*, void*, void*);
+
+    static HRESULT WINAPI Count(void* object, void* first, void* second, void* third) {
+        return --callsUntilFailure == 0 ? E_FAIL : original(object, first, second, third);
+    }
+
+    inline static Method* original = nullptr;
+    inline static int callsUntilFailure = 0;
 };
 
 }  // namespace ZOTDam::Test

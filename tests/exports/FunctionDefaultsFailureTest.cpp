@@ -1,0 +1,399 @@
+// AddFunctionDefault when the file, the DOM or a text does not play along: the client is told nothing of it.
+#include "support/DomDocuments.h"
+#include "support/DomMethods.h"
+#include "support/FunctionDefaultsTest.h"
+#include "support/MarkerCalls.h"
+
+namespace ZOTDam::Test {
+
+// ---- Texts that XML cannot hold ----
+
+struct TextCase {
+    std::string name;
+    std::wstring text;
+};
+
+void PrintTo(const TextCase& textCase, std::ostream* out) {
+    *out << textCase.name;
+}
+
+class ForbiddenTextTest : public FunctionDefaultsTest, public testing::WithParamInterface<TextCase> {
+protected:
+    // Of four records it is the third that cannot be written.
+    void ExpectTheTwoRecordsBefore(const FunctionBaseRecord& third) {
+        Replace({Record(1), Record(2), third, Record(4)});
+        EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));
+    }
+
+    FunctionBaseRecord record = RecordWithDefault(3, 4, 5);
+};
+
+INSTANTIATE_TEST_SUITE_P(, ForbiddenTextTest,
+                         testing::Values(TextCase{"ControlCharacter", L"a\x1z"}, TextCase{"Escape", L"\x1b"},
+                                         TextCase{"HighSurrogateAlone", L"a\xd83dz"},
+                                         TextCase{"HighSurrogateAtTheEnd", L"a\xdbff"},
+                                         TextCase{"LowSurrogateAlone", L"\xde00z"},
+                                         TextCase{"SurrogatesInTheWrongOrder", L"\xde00\xd83d"},
+                                         TextCase{"Fffe", L"a\xfffe"}, TextCase{"Ffff", L"\xffff"}),
+                         CaseName<TextCase>);
+
+TEST_P(ForbiddenTextTest, InANameEndsTheWriting) {
+    Assign(record.name, GetParam().text);
+    ExpectTheTwoRecordsBefore(record);
+}
+
+TEST_P(ForbiddenTextTest, InAGroupEndsTheWriting) {
+    Assign(record.group, GetParam().text);
+    ExpectTheTwoRecordsBefore(record);
+}
+
+TEST_P(ForbiddenTextTest, InTheLastCommandEndsTheWriting) {
+    record.commandFamilies.push_back(Family({6}));
+    record.commandFamilies.begin()->commandItems.push_back(Command(7, GetParam().text));
+    ExpectTheTwoRecordsBefore(record);
+}
+
+TEST_P(ForbiddenTextTest, InTheFirstRecordLeavesAnEmptySection) {
+    Assign(record.name, GetParam().text);
+    Replace({record, Record(1)});
+    EXPECT_EQ(Defaults(), OldDefaults(""));
+}
+
+TEST_P(ForbiddenTextTest, InARecordWithoutCommandsEndsTheWritingToo) {
+    Assign(record.name, GetParam().text);
+    record.commandFamilies.clear();
+    ExpectTheTwoRecordsBefore(record);
+}
+
+TEST_P(ForbiddenTextTest, InACheckDoesNotMatter) {
+    record = Record(3);
+    CheckExistItem check;
+    Assign(check.param4, GetParam().text);
+    record.commandFamilies.begin()->checkExistItems.push_back(check);
+    Replace({record});
+    EXPECT_EQ(Defaults(), OldDefaults(Written(3)));
+}
+
+// ---- A DOM that fails ----
+
+class FailingDomTest : public FunctionDefaultsTest {
+protected:
+    static FunctionBaseRecord RecordWithNodes(std::int32_t id) {
+        FunctionBaseRecord record = RecordWithDefault(id, id, id);
+        record.displayNode = record.defaultNode;
+        return record;
+    }
+
+    static std::string WrittenUpTo(std::int32_t last) {
+        std::string functions;
+        for (std::int32_t id = 1; id <= last; ++id) {
+            const std::string value = "=\"" + std::to_string(id) + "\"";
+            const std::string node = "<Default ACParamIndex" + value + " DCParamIndex" + value + "/>";
+            functions += Written(id, node + node);
+        }
+        return functions;
+    }
+
+    const FunctionBaseHolder three = HolderOf({RecordWithNodes(1), RecordWithNodes(2), RecordWithNodes(3)});
+};
+
+struct MethodCase {
+    std::string name;
+    DomMethod method;
+};
+
+void PrintTo(const MethodCase& methodCase, std::ostream* out) {
+    *out << methodCase.name;
+}
+
+class FailingMethodTest : public FailingDomTest, public testing::WithParamInterface<MethodCase> {
+protected:
+    // The number of functions in the file after the n-th call of the method has failed; -1 when there is
+    // anything else in it.
+    std::int32_t WrittenWhenCallFails(int call) {
+        Unload();
+        WriteFunctions(Functions({1, 2, 3}));
+        {
+            const DomMethodFailingOnce failure{GetParam().method, call};
+            Replace(three);
+            failed = DomMethodFailingOnce::HasFailed();
+        }
+        for (std::int32_t last = 0; last <= 3; ++last)
+            if (Defaults() == OldDefaults(WrittenUpTo(last)))
+                return last;
+        return -1;
+    }
+
+    bool failed = true;
+};
+
+INSTANTIATE_TEST_SUITE_P(, FailingMethodTest,
+                         testing::Values(MethodCase{"AppendChild", DomMethod::AppendChild},
+                                         MethodCase{"GetOwnerDocument", DomMethod::GetOwnerDocument},
+                                         MethodCase{"PutText", DomMethod::PutText},
+                                         MethodCase{"SetAttribute", DomMethod::SetAttribute},
+                                         MethodCase{"CreateElement", DomMethod::CreateElement},
+                                         MethodCase{"ImportNode", DomMethod::ImportNode}),
+                         CaseName<MethodCase>);
+
+// Whichever call fails: the records before the one that it is for are written, and no part of that one.
+TEST_P(FailingMethodTest, LeavesWholeRecordsInTheFile) {
+    std::int32_t written = 0;
+    for (int call = 1; failed; ++call) {
+        SCOPED_TRACE(call);
+        const std::int32_t now = WrittenWhenCallFails(call);
+        EXPECT_GE(now, written);
+        EXPECT_EQ(now == 3, !failed);
+        written = now;
+    }
+    EXPECT_EQ(written, 3);
+}
+
+TEST_F(FailingDomTest, AFailedRemovalLeavesTheFileAsItWas) {
+    const std::string before = Defaults();
+    const FailingDomMethod failure{DomMethod::RemoveChild};
+    Replace(three);
+    EXPECT_EQ(Defaults(), before);
+}
+
+TEST_F(FailingDomTest, AFailedCopyEndsTheWriting) {
+    const DomMethodPatch cannotImport{DomMethod::ImportNode, +[]() WINAPI -> HRESULT { return E_NOTIMPL; }};
+    const DomMethodFailingOnce failure{DomMethod::CloneNode, 4};
+    Replace(three);
+    EXPECT_EQ(Defaults(), OldDefaults(WrittenUpTo(1)));
+}
+
+TEST_F(FailingDomTest, ADomThatCanImportIsAskedForTheCopies) {
+    using Import = HRESULT WINAPI(IXMLDOMNode*, IXMLDOMNode*, VARIANT_BOOL, IXMLDOMNode**);
+    Import* const import =
+        +[](IXMLDOMNode*, IXMLDOMNode* node, VARIANT_BOOL deep, IXMLDOMNode** copy) WINAPI -> HRESULT {
+        EXPECT_EQ(deep, VARIANT_TRUE);
+        IXMLDOMNode* parent = nullptr;
+        node->get_parentNode(&parent);
+        return OwnedInterface<IXMLDOMNode> {
+            parent
+            } -> cloneNode(deep, copy);
+    };
+    const XmlTree client = XmlTree::OfText(L"<Outer><Inner/></Outer>");
+    const DomMethodPatch patch{DomMethod::ImportNode, import};
+    FunctionBaseRecord record = Record(1);
+    record.defaultNode = client.Find(L"//Inner");
+    Replace({record});
+    EXPECT_EQ(Defaults(), OldDefaults(Written(1, "<Outer><Inner/></Outer>")));
+}
+
+TEST_F(FailingDomTest, ANodeThatIsNoPossibleChildEndsTheWriting) {
+    const XmlTree client = XmlTree::OfText(L"<C A=\"1\"/>");
+    FunctionBaseRecord record = Record(2);
+    record.displayNode = client.Find(L"/C/@A");
+    ASSERT_NE(record.displayNode.get(), nullptr);
+    Replace({Record(1), record, Record(3)});
+    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+}
+
+TEST_F(FailingDomTest, WithoutADocumentThereIsNothingToWrite) {
+    const std::string before = Defaults();
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    Replace({Record(1)});
+    EXPECT_EQ(Defaults(), before);
+    documents.StopCounting();
+}
+
+// ---- A file that cannot be written ----
+
+class FailedSaveTest : public FunctionDefaultsTest {
+protected:
+    // The change is in memory; the file is as it was.
+    void ExpectAChangeInMemoryOnly() {
+        const bool existed = HasDefaults();
+        const std::string before = Defaults();
+        Replace({RecordWithDefault(11, 12, 13)});
+        EXPECT_EQ(HasDefaults(), existed);
+        EXPECT_EQ(Defaults(), before);
+        EXPECT_EQ(GetParameterDefault(Balanced), (Params{{11, {12, 13}}}));
+    }
+
+    void ExpectTheNextSaveToWork(const std::string& kept) {
+        Replace({Record(20)});
+        EXPECT_EQ(Defaults(), kept);
+    }
+
+    inline static const std::string Replaced = OldDefaults(Written(20));
+    inline static const std::string Created = NewDefaults(Written(20));
+};
+
+TEST_F(FailedSaveTest, IsOneIntoAMissingFolder) {
+    const std::filesystem::path folder = installation.DefaultsFile().parent_path();
+    std::filesystem::remove_all(folder);
+    ExpectAChangeInMemoryOnly();
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    std::filesystem::create_directories(folder);
+    ExpectTheNextSaveToWork(Created);
+}
+
+TEST_F(FailedSaveTest, IsOneOntoAReadOnlyFile) {
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExpectAChangeInMemoryOnly();
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+    ExpectTheNextSaveToWork(Replaced);
+}
+
+TEST_F(FailedSaveTest, IsOneOntoAFileThatAnotherProgramReads) {
+    const HANDLE reader = CreateFileW(installation.DefaultsFile().c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ExpectAChangeInMemoryOnly();
+    CloseHandle(reader);
+    ExpectTheNextSaveToWork(Replaced);
+}
+
+TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
+    {
+        const ImportPatch patch{Dll().Handle(), "MoveFileExW",
+                                +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+        ExpectAChangeInMemoryOnly();
+        EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile().replace_extension(L".new")));
+    }
+    ExpectTheNextSaveToWork(Replaced);
+}
+
+TEST_F(FailedSaveTest, LeavesAFileThatCouldNotEvenBeRead) {
+    const std::string before = Defaults();
+    const HANDLE lock = CreateFileW(installation.DefaultsFile().c_str(), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    Replace({RecordWithDefault(11, 12, 13)});
+    EXPECT_EQ(GetParameterDefault(Balanced), (Params{{11, {12, 13}}}));
+    CloseHandle(lock);
+    EXPECT_EQ(Defaults(), before);
+}
+
+TEST_F(FailedSaveTest, IsFollowedByASaveOfWhatTheNextCallWrites) {
+    RemoveDefaults();
+    {
+        const SecondProcess other{HoldMutex, {DefaultsMarker}};
+        ExpectAChangeInMemoryOnly();
+    }
+    ExpectTheNextSaveToWork(Created);
+}
+
+// ---- A busy file ----
+
+TEST_F(FailedSaveTest, IsOneOfAFileThatIsBusy) {
+    EXPECT_EQ(Dll().GetFuncCount(), 10u);
+    {
+        const SecondProcess other{HoldMutex, {DefaultsMarker}};
+        ExpectAChangeInMemoryOnly();
+    }
+    ExpectTheNextSaveToWork(Replaced);
+}
+
+TEST_F(FailedSaveTest, IsOneOfAFileThatWasBusyAtItsOnlyLoadToo) {
+    const std::string before = Defaults();
+    {
+        const SecondProcess other{HoldMutex, {DefaultsMarker}};
+        ExpectAChangeInMemoryOnly();
+    }
+    ExpectTheNextSaveToWork(Created);
+    EXPECT_EQ(ReadFile(KeptDefaults()), before);
+}
+
+class BusyDefaultsTest : public FunctionDefaultsTest {};
+
+TEST_F(BusyDefaultsTest, AreLookedForBeforeTheLoadAndAgainBeforeTheSave) {
+    MarkerCalls calls{Dll().Handle()};
+    Replace({Record(1)});
+    EXPECT_EQ(calls.looked, (Names{DefaultsMarker, DefaultsMarker}));
+    EXPECT_EQ(calls.made, (Names{DefaultsMarker, DefaultsMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyDefaultsTest, AreLookedForBeforeTheSaveOnlyOnceTheFileHasBeenRead) {
+    EXPECT_EQ(Dll().GetFuncCount(), 10u);
+    MarkerCalls calls{Dll().Handle()};
+    Replace({Record(1)});
+    EXPECT_EQ(calls.looked, (Names{DefaultsMarker}));
+    EXPECT_TRUE(calls.unclosed.empty());
+}
+
+TEST_F(BusyDefaultsTest, AreNotLookedForWhenTheListIsEmpty) {
+    MarkerCalls calls{Dll().Handle()};
+    const FunctionBaseHolder empty;
+    EXPECT_FALSE(Dll().AddFunctionDefault(&empty));
+    EXPECT_EQ(calls.looked, Names{});
+}
+
+TEST_F(BusyDefaultsTest, AreNotThoseWhoseUserSettingsAreBusy) {
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    Replace({Record(1)});
+    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+}
+
+TEST_F(BusyDefaultsTest, AreSavedWhenTheyWereBusyForTheLoadOnlyAndTheUnreadFileIsKept) {
+    const std::string before = Defaults();
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    Replace({Record(1)});
+    EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
+    EXPECT_EQ(ReadFile(KeptDefaults()), before);
+}
+
+TEST_F(BusyDefaultsTest, AreSavedBetweenTheMakingAndTheClosingOfTheMarker) {
+    EXPECT_EQ(Dll().GetFuncCount(), 10u);
+    const std::string before = Defaults();
+    MarkerCalls calls{Dll().Handle()};
+    calls.onCreate = [&] {
+        EXPECT_EQ(Defaults(), before);
+        return std::nullopt;
+    };
+    calls.beforeClose = [&] { EXPECT_EQ(Defaults(), OldDefaults(Written(1))); };
+    Replace({Record(1)});
+    EXPECT_EQ(calls.made, (Names{DefaultsMarker}));
+}
+
+TEST_F(BusyDefaultsTest, AreSavedWithTheCommonSettingsThatCameInTheMeantime) {
+    WriteBase("<B><CommonSettings A=\"a\"/></B>");
+    {
+        const SecondProcess other{HoldMutex, {DefaultsMarker}};
+        RemoveDefaults();
+        Replace({Record(1)});
+    }
+    EXPECT_TRUE(Dll().InitCommonSetting());
+    EXPECT_NE(Defaults().find("<Functions>" + Written(1) + "</Functions>"), std::string::npos);
+    EXPECT_NE(Defaults().find("A=\"a\""), std::string::npos);
+}
+
+// ---- A file that cannot be read ----
+
+class UnreadableDefaultsTest : public FunctionDefaultsTest {
+protected:
+    UnreadableDefaultsTest() { WriteDefaults("<ZOTDefault><Functions>"); }
+};
+
+TEST_F(UnreadableDefaultsTest, AreReplacedByANewFileAndKeptAsACopy) {
+    Replace({Record(1)});
+    EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
+    EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
+}
+
+TEST_F(UnreadableDefaultsTest, AreKeptOnceWhateverIsSavedLater) {
+    Replace({Record(1)});
+    Replace({Record(2)});
+    Unload();
+    Replace({Record(3)});
+    EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
+}
+
+TEST_F(UnreadableDefaultsTest, StayWhenTheCopyIsRefused) {
+    const ImportPatch patch{Dll().Handle(), "CopyFileW",
+                            +[](const wchar_t*, const wchar_t*, BOOL) WINAPI -> BOOL { return FALSE; }};
+    Replace({Record(1)});
+    EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>");
+}
+
+TEST_F(UnreadableDefaultsTest, AreReplacedEvenWhenNoRecordIsWritten) {
+    Replace({RecordWith(1, {})});
+    EXPECT_EQ(Defaults(), NewDefaults(""));
+    EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
+}
+
+}  // namespace ZOTDam::Test

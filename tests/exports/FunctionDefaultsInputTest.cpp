@@ -1,0 +1,206 @@
+// The list that AddFunctionDefault takes: it is the client's own, is read along its links, and only read.
+#include "support/ClientList.h"
+#include "support/FunctionDefaultsTest.h"
+
+namespace ZOTDam::Test {
+
+class FunctionDefaultsInputTest : public FunctionDefaultsTest {
+protected:
+    void ExpectRefusal(const FunctionBaseHolder* holder) {
+        const std::string before = Defaults();
+        EXPECT_FALSE(Dll().AddFunctionDefault(holder));
+        EXPECT_EQ(Defaults(), before);
+        EXPECT_EQ(Dll().GetFuncCount(), 10u);
+    }
+
+    static CommandFamily FamilyWithCheck() {
+        CommandFamily family = Family({1});
+        family.checkExistItems.push_back({1, L"a", L"b", L"c", L"d"});
+        return family;
+    }
+};
+
+// ---- Nothing ----
+
+TEST_F(FunctionDefaultsInputTest, NoHolderIsRefused) {
+    ExpectRefusal(nullptr);
+}
+
+TEST_F(FunctionDefaultsInputTest, AnEmptyListIsRefused) {
+    const FunctionBaseHolder empty;
+    ExpectRefusal(&empty);
+}
+
+TEST_F(FunctionDefaultsInputTest, AnEmptyListReadsNoFile) {
+    RemoveDefaults();
+    const FunctionBaseHolder empty;
+    EXPECT_FALSE(Dll().AddFunctionDefault(&empty));
+    WriteFunctions(Functions({1}));
+    EXPECT_EQ(Dll().GetFuncCount(), 1u);
+}
+
+TEST_F(FunctionDefaultsInputTest, AListThatWasEmptiedIsRefused) {
+    FunctionBaseHolder holder = HolderOf({Record(1)});
+    holder.records.clear();
+    ExpectRefusal(&holder);
+}
+
+TEST_F(FunctionDefaultsInputTest, AListIsRefusedAfterExit) {
+    const FunctionBaseHolder holder = HolderOf({Record(1)});
+    const std::string before = Defaults();
+    EXPECT_TRUE(Dll().ZOTDamExit());
+    EXPECT_FALSE(Dll().AddFunctionDefault(&holder));
+    EXPECT_EQ(Defaults(), before);
+}
+
+// ---- Counts and links ----
+
+TEST_F(FunctionDefaultsInputTest, AListWhoseCountIsZeroIsEmptyWhateverItsLinks) {
+    FunctionBaseHolder holder = HolderOf({Record(1)});
+    const ClaimedCount none{holder.records, 0};
+    ExpectRefusal(&holder);
+}
+
+TEST_F(FunctionDefaultsInputTest, AListWhoseCountIsZeroIsNotEvenFollowed) {
+    FunctionBaseHolder holder;
+    ListLinks* const sentinel = std::exchange(Raw(holder.records).head, nullptr);
+    ExpectRefusal(&holder);
+    Raw(holder.records).head = sentinel;
+}
+
+TEST_F(FunctionDefaultsInputTest, AnEmptyRingWithACountRemovesTheFunctions) {
+    FunctionBaseHolder holder;
+    const ClaimedCount one{holder.records, 1};
+    Replace(holder);
+    EXPECT_EQ(Defaults(), OldDefaults(""));
+}
+
+TEST_F(FunctionDefaultsInputTest, AListIsReadToItsEndWhateverItsCount) {
+    FunctionBaseHolder holder = HolderOf({Record(1), Record(2), Record(3)});
+    for (const std::uint64_t count : {1ull, 2ull, 1000ull, ~0ull}) {
+        const ClaimedCount claimed{holder.records, count};
+        Replace(holder);
+        EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2) + Written(3)));
+        RemoveDefaults();
+        WriteFunctions(Functions({1}));
+    }
+}
+
+TEST_F(FunctionDefaultsInputTest, FamiliesWhoseCountIsZeroAreNone) {
+    FunctionBaseHolder holder = HolderOf({Record(1), Record(2)});
+    const ClaimedCount none{holder.records.begin()->commandFamilies, 0};
+    Replace(holder);
+    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+}
+
+TEST_F(FunctionDefaultsInputTest, FamiliesAreReadToTheirEndWhateverTheirCount) {
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1}), Family({2})})});
+    const ClaimedCount many{holder.records.begin()->commandFamilies, 1000};
+    Replace(holder);
+    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2))));
+}
+
+TEST_F(FunctionDefaultsInputTest, CommandsWhoseCountIsZeroAreNone) {
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2}), Family({3})})});
+    const ClaimedCount none{holder.records.begin()->commandFamilies.begin()->commandItems, 0};
+    Replace(holder);
+    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(3))));
+}
+
+TEST_F(FunctionDefaultsInputTest, CommandsAreReadToTheirEndWhateverTheirCount) {
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2})})});
+    const ClaimedCount one{holder.records.begin()->commandFamilies.begin()->commandItems, 1};
+    Replace(holder);
+    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2))));
+}
+
+TEST_F(FunctionDefaultsInputTest, ChecksMayClaimAnyCount) {
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {FamilyWithCheck()})});
+    for (const std::uint64_t count : {0ull, ~0ull}) {
+        const ClaimedCount claimed{holder.records.begin()->commandFamilies.begin()->checkExistItems, count};
+        Replace(holder);
+        EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+    }
+}
+
+// ---- Only read ----
+
+TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeRead) {
+    const FunctionBaseHolder holder =
+        HolderOf({RecordWith(1, {FamilyWithCheck(), Family({})}), RecordWith(2, {}), Record(3)});
+    const ReadOnlyRecords records{holder.records};
+    EXPECT_TRUE(Dll().AddFunctionDefault(records.get()));
+    EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(3)));
+}
+
+TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeReadWithItsNodes) {
+    const FunctionBaseHolder holder = HolderOf({RecordWithDefault(1, 2, 3)});
+    const ReadOnlyRecords records{holder.records};
+    EXPECT_TRUE(Dll().AddFunctionDefault(records.get()));
+    EXPECT_EQ(Defaults(), OldDefaults(Written(1, R"(<Default ACParamIndex="2" DCParamIndex="3"/>)")));
+}
+
+TEST_F(FunctionDefaultsInputTest, MayBeRefusedWithoutAReadOfTheClientsWord) {
+    const ReadOnlyRecords records{{}};
+    ExpectRefusal(records.get());
+}
+
+class ReferenceTest : public FunctionDefaultsInputTest {
+protected:
+    static ULONG References(IXMLDOMNode* node) {
+        node->AddRef();
+        return node->Release();
+    }
+
+    // Two records that share a node; a third has its own.
+    ReferenceTest() {
+        FunctionBaseRecord record = RecordWithDefault(1, 2, 3);
+        record.displayNode = record.defaultNode;
+        shared = record.displayNode.get();
+        FunctionBaseRecord other = RecordWithDefault(2, 4, 5);
+        own = other.defaultNode.get();
+        holder = HolderOf({record, record, other});
+    }
+
+    void ExpectTheSameReferences(bool (*act)(const Library& dll, const FunctionBaseHolder* holder)) {
+        const ULONG before = References(shared);
+        EXPECT_EQ(before, 4u);
+        EXPECT_EQ(References(own), 1u);
+        act(Dll(), &holder);
+        EXPECT_EQ(References(shared), before);
+        EXPECT_EQ(References(own), 1u);
+    }
+
+    FunctionBaseHolder holder;
+    IXMLDOMNode* shared = nullptr;
+    IXMLDOMNode* own = nullptr;
+};
+
+TEST_F(ReferenceTest, AreWhatTheyWereAfterTheCall) {
+    ExpectTheSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
+        return dll.AddFunctionDefault(records);
+    });
+}
+
+TEST_F(ReferenceTest, AreWhatTheyWereAfterAFailure) {
+    Assign((++holder.records.begin())->name, L"\x1");
+    ExpectTheSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
+        return dll.AddFunctionDefault(records);
+    });
+}
+
+TEST_F(ReferenceTest, AreWhatTheyWereAfterARefusal) {
+    ExpectTheSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
+        return dll.ZOTDamExit() && dll.AddFunctionDefault(records);
+    });
+}
+
+TEST_F(FunctionDefaultsInputTest, MayBeHandedOverAgain) {
+    const FunctionBaseHolder holder = HolderOf({RecordWithDefault(1, 2, 3), Record(2)});
+    Replace(holder);
+    const std::string once = Defaults();
+    Replace(holder);
+    EXPECT_EQ(Defaults(), once);
+}
+
+}  // namespace ZOTDam::Test

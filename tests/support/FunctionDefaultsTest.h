@@ -1,0 +1,123 @@
+// The fixture of tests about AddFunctionDefault: records to hand over, and the form in which they are
+// written.
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+#include "support/TranslationTest.h"
+#include "support/XmlTree.h"
+
+namespace ZOTDam::Test {
+
+// ---- Records ----
+
+inline void Assign(Text& field, std::wstring_view text) {
+    *std::ranges::copy(text.substr(0, TextCapacity - 1), field).out = L'\0';
+}
+
+inline BaseCommandItem Command(std::int32_t id, std::wstring_view specInfo1 = {}) {
+    BaseCommandItem item;
+    item.id = id;
+    Assign(item.specInfo1, specInfo1);
+    return item;
+}
+
+inline CommandFamily Family(std::initializer_list<std::int32_t> commandIds) {
+    CommandFamily family;
+    for (const std::int32_t id : commandIds)
+        family.commandItems.push_back(Command(id));
+    return family;
+}
+
+// A record that has nothing but its families.
+inline FunctionBaseRecord RecordWith(std::int32_t id, std::initializer_list<CommandFamily> families) {
+    FunctionBaseRecord record;
+    record.id = id;
+    for (const CommandFamily& family : families)
+        record.commandFamilies.push_back(family);
+    return record;
+}
+
+// The smallest record that is written: its one command has its id.
+inline FunctionBaseRecord Record(std::int32_t id) {
+    return RecordWith(id, {Family({id})});
+}
+
+inline FunctionBaseHolder HolderOf(std::initializer_list<FunctionBaseRecord> records) {
+    FunctionBaseHolder holder;
+    for (const FunctionBaseRecord& record : records)
+        holder.records.push_back(record);
+    return holder;
+}
+
+// ---- What is written ----
+
+inline std::string WrittenCommand(std::int32_t id) {
+    return "<CommandItem ID=\"" + std::to_string(id) +
+           "\" Event=\"0\" Flag=\"0\" State=\"0\" ParamIndex1=\"0\" ParamIndex2=\"0\" SpecInfo1=\"\">\n\t"
+           "</CommandItem>";
+}
+
+inline std::string WrittenWith(std::int32_t id, const std::string& commands, const std::string& nodes = {}) {
+    return "<Function ID=\"" + std::to_string(id) + "\" Flag=\"0\" Type=\"0\" Name=\"\" Group=\"\">\n\t" +
+           nodes + "<Commands>\n\t" + commands + "</Commands></Function>";
+}
+
+// The smallest record, and with copies of nodes.
+inline std::string Written(std::int32_t id, const std::string& nodes = {}) {
+    return WrittenWith(id, WrittenCommand(id), nodes);
+}
+
+// A defaults file without a declaration, as it is read and written back.
+inline std::string OldDefaults(const std::string& functions) {
+    const std::string section =
+        functions.empty() ? "<Functions/>" : "<Functions>" + functions + "</Functions>";
+    return "<ZOTDefault>" + section + "</ZOTDefault>\n";
+}
+
+// The defaults file that the library makes where there was none.
+inline std::string NewDefaults(const std::string& functions) {
+    return "<?xml version='1.0' encoding='UTF-8'?>\n" + OldDefaults(functions);
+}
+
+class FunctionDefaultsTest : public TranslationTest {
+    ComScope com;  // for the DOM of the test itself
+
+protected:
+    // Ten functions that a replacement removes.
+    FunctionDefaultsTest() { WriteFunctions(Functions({1, 2, 3, 4, 5, 6, 7, 8, 9, 10})); }
+
+    void Replace(const FunctionBaseHolder& holder) { EXPECT_TRUE(Dll().AddFunctionDefault(&holder)); }
+    void Replace(std::initializer_list<FunctionBaseRecord> records) { Replace(HolderOf(records)); }
+
+    void RemoveDefaults() const { std::filesystem::remove(installation.DefaultsFile()); }
+    bool HasDefaults() const { return std::filesystem::exists(installation.DefaultsFile()); }
+    std::filesystem::path KeptDefaults() const {
+        return installation.DefaultsFile().replace_extension(L".bak");
+    }
+
+    // What the exports enumerate, kept as a client keeps it.
+    FunctionBaseHolder Base() { return Kept(Dll().GetFunctionBase); }
+    FunctionBaseHolder Unsupported() { return Kept(Dll().GetFunctionBaseUnSupported); }
+
+    // A record with a "Default" of a document of the test, by which a change in memory can be seen.
+    static FunctionBaseRecord RecordWithDefault(std::int32_t id, std::int32_t ac, std::int32_t dc) {
+        FunctionBaseRecord record = Record(id);
+        record.defaultNode = XmlTree::OfText(L"<Default ACParamIndex=\"" + std::to_wstring(ac) +
+                                             L"\" DCParamIndex=\"" + std::to_wstring(dc) + L"\"/>")
+                                 .Root();
+        return record;
+    }
+
+private:
+    static FunctionBaseHolder Kept(decltype(&ZOTDam::GetFunctionBase) enumerate) {
+        FunctionBaseHolder holder;
+        auto keep = MakeCallback<IGetFunctionBaseCallback>(
+            [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
+        EXPECT_TRUE(enumerate(&keep));
+        return holder;
+    }
+};
+
+}  // namespace ZOTDam::Test
