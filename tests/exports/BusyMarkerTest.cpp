@@ -326,6 +326,20 @@ TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest
                           NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
 }
 
+TEST_F(BusyMarkerTest, AWriteAppendsEverythingWhereTheFirstFunctionHasNoId) {
+    const std::string functions = R"(<Function ACParamIndex="1" DCParamIndex="1"/>)" + OldFunction(5, 1, 1);
+    const std::string file = OldUserFile(OldScheme(BalancedText, functions));
+    WriteUserSettings(file);
+    EXPECT_TRUE(SetParameter(Balanced, {{3, {30, 31}}, {5, {50, 51}}}));
+    EXPECT_EQ(UserSettings(), file);
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    EXPECT_TRUE(SetParameter(HighPerformance, {{1, {2, 3}}}));
+    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, functions + NewFunction(3, 30, 31) +
+                                                                      NewFunction(5, 50, 51)) +
+                                          NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
+}
+
 // ---- What the two mutex calls can answer ----
 
 struct MarkerAnswer {

@@ -251,7 +251,8 @@ TEST_F(FunctionInfoTest, DoesNotTranslateATranslation) {
 
 TEST_F(FunctionInfoTest, IsTheSameTheSecondTime) {
     WriteEntries(German());
-    EXPECT_EQ(InfoOf(DimAndRate), GetFunctionInfo());
+    EXPECT_EQ(InfoOf(DimAndRate), dimAndRateInGerman);
+    EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
 }
 
 // A name, a group or a label that the first call left translated in the catalogue would be translated again.

@@ -1,0 +1,111 @@
+// What an OnItem may do while an export enumerates: call exports, and throw.
+#include "support/Blocks.h"
+#include "support/DataFiles.h"
+#include "support/ExportTest.h"
+
+namespace ZOTDam::Test {
+
+// Calls GetParameter with an OnItem that does something at the first item; gives the items.
+class OnItemTest : public ExportTest {
+protected:
+    OnItemTest() { WriteDefaults(TwoFunctions); }
+
+    template <class Action>
+    Params ItemsWhile(Action&& atFirstItem) {
+        Params items;
+        auto callback = MakeCallback<IGetParameterCallback>([&](std::int32_t id, const ParamValue* value) {
+            if (items.empty())
+                atFirstItem();
+            items.emplace_back(id, *value);
+        });
+        EXPECT_TRUE(Dll().GetParameter(&Balanced, &callback));
+        return items;
+    }
+
+    const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
+};
+
+TEST_F(OnItemTest, MayStoreParameters) {
+    EXPECT_EQ(ItemsWhile([this] {
+                  EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}, {2, {7, 8}}}));
+              }),
+              defaults);
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {7, 8}}}));
+}
+
+TEST_F(OnItemTest, MayReadTheSameScheme) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_EQ(GetParameter(Balanced), defaults); }), defaults);
+}
+
+TEST_F(OnItemTest, MayReadAnotherScheme) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_EQ(GetParameter(HighPerformance), defaults); }), defaults);
+    EXPECT_NE(UserSettings().find(HighPerformanceText), std::string::npos);
+}
+
+TEST_F(OnItemTest, MayReset) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_TRUE(Dll().ResetDefault()); }), defaults);
+    EXPECT_EQ(UserSettings().find("<PowerScheme "), std::string::npos);
+}
+
+TEST_F(OnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+    EXPECT_EQ(ItemsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), defaults);
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+TEST_F(OnItemTest, OfTheDefaultsMayCallExitToo) {
+    Params items;
+    auto callback = MakeCallback<IGetParameterDefaultCallback>([&](std::int32_t id, const ParamValue* value) {
+        EXPECT_TRUE(Dll().ZOTDamExit());
+        items.emplace_back(id, *value);
+    });
+    EXPECT_TRUE(Dll().GetParameterDefault(&Balanced, &callback));
+    EXPECT_EQ(items, defaults);
+}
+
+// What a client may throw from its OnItem.
+struct ClientFailure {
+    int item;
+};
+
+class ThrowingOnItemTest : public OnItemTest {
+protected:
+    // Enumerates up to the given item, whose OnItem throws; gives the item that the failure carries.
+    int CaughtAt(decltype(&ZOTDam::GetParameter) enumerate, int failingItem) {
+        int item = 0;
+        auto callback = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue*) {
+            if (++item == failingItem)
+                throw ClientFailure{item};
+        });
+        try {
+            enumerate(&Balanced, &callback);
+        } catch (const ClientFailure& failure) {
+            EXPECT_EQ(item, failure.item);
+            return failure.item;
+        }
+        return 0;
+    }
+};
+
+TEST_F(ThrowingOnItemTest, ReachesTheClientAndEndsTheEnumeration) {
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 2), 2);
+    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 1), 1);
+    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
+}
+
+TEST_F(ThrowingOnItemTest, LeavesTheLibraryUsable) {
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(GetParameter(Balanced), defaults);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
+}
+
+TEST_F(ThrowingOnItemTest, KeepsNoFurtherBlock) {
+    GetParameter(Balanced);
+    Blocks::Watch(Dll().Handle());
+    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
+    EXPECT_EQ(Blocks::Live(), 0u);
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,116 @@
+// Damages XML, differently for every seed and always the same for one.
+#pragma once
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace ZOTDam::Test {
+
+class Mutator {
+public:
+    explicit Mutator(unsigned seed) : random{seed} {}
+
+    std::string Mutated(std::string xml) {
+        for (int changes = 1 + Below(4); changes > 0; --changes)
+            Below(3) == 0 ? ChangeBytes(xml) : ChangeStructure(xml);
+        return xml;
+    }
+
+private:
+    int Below(std::size_t limit) { return static_cast<int>(random() % limit); }
+
+    void ChangeBytes(std::string& xml) {
+        if (xml.empty())
+            return;
+        const std::size_t position = Below(xml.size());
+        switch (Below(4)) {
+            case 0:
+                xml[position] = static_cast<char>(xml[position] ^ (1 << Below(8)));
+                break;
+            case 1:
+                xml.insert(position, 1, static_cast<char>(Below(256)));
+                break;
+            case 2:
+                xml.erase(position, Below(40));
+                break;
+            default:
+                xml.resize(position);
+        }
+    }
+
+    // Works on the tags, so that most results are still XML.
+    void ChangeStructure(std::string& xml) {
+        std::vector<std::string> tags = Split(xml);
+        const std::size_t tag = Below(tags.size());
+        switch (Below(5)) {
+            case 0:
+                tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(tag));
+                break;
+            case 1:
+                tags.insert(tags.begin() + Below(tags.size()), tags[tag]);
+                break;
+            case 2:
+                std::swap(tags[tag], tags[Below(tags.size())]);
+                break;
+            case 3:
+                RemoveAttribute(tags[tag]);
+                break;
+            default:
+                ReplaceValue(tags[tag]);
+        }
+        xml.clear();
+        for (const std::string& kept : tags)
+            xml += kept;
+    }
+
+    // Each piece begins with the "<" of a tag, but for what stands before the first.
+    static std::vector<std::string> Split(const std::string& xml) {
+        std::vector<std::string> tags(1);
+        for (const char character : xml) {
+            if (character == '<')
+                tags.emplace_back();
+            tags.back() += character;
+        }
+        return tags;
+    }
+
+    static void RemoveAttribute(std::string& tag) {
+        const std::size_t begin = tag.find(' ');
+        const std::size_t end = tag.find("\" ", begin);
+        if (begin != std::string::npos && end != std::string::npos)
+            tag.erase(begin, end + 1 - begin);
+    }
+
+    void ReplaceValue(std::string& tag) {
+        static const std::vector<std::string> values = {"",
+                                                        "-1",
+                                                        "0",
+                                                        "7",
+                                                        "8",
+                                                        "2147483648",
+                                                        "-2147483649",
+                                                        "99999999999999999999",
+                                                        "abc",
+                                                        " 1",
+                                                        "1 ",
+                                                        "&lt;",
+                                                        "&#x10FFFF;",
+                                                        std::string(259, 'x'),
+                                                        std::string(260, 'x'),
+                                                        std::string(70000, '9'),
+                                                        "{}",
+                                                        "\xc3\xa9",
+                                                        "381B4222-F694-41F0-9685-FF5BB260DF2E",
+                                                        "00000000-0000-0000-0000-000000000000"};
+        const std::size_t begin = tag.find("=\"");
+        const std::size_t end = tag.find('"', begin + 2);
+        if (begin != std::string::npos && end != std::string::npos)
+            tag.replace(begin + 2, end - begin - 2, values[Below(values.size())]);
+    }
+
+    std::mt19937 random;
+};
+
+}  // namespace ZOTDam::Test
