@@ -33,7 +33,7 @@ public:
         PeekNamedPipe(readEnd, nullptr, 0, nullptr, &size, nullptr);
         std::string all(size, '\0');
         if (size > 0)
-            ReadFile(readEnd, all.data(), size, &size, nullptr);
+            ::ReadFile(readEnd, all.data(), size, &size, nullptr);
         return all;
     }
 
