@@ -38,16 +38,16 @@ rm -rf "$user_settings"
 cp -r samples/. "$drive"
 # What the suite ships is the base catalogue and the string tables; the tour makes the rest.
 rm "$installation/ZOTDefault.xml" "$user_settings/ZOTPowercfg.xml"
-step 'The base catalogue: what the suite knows of each function, and how to check for it' 7 base
+step 'The base catalogue: what the suite knows of each function, and how to check for it' 6 base
 step 'Provisioning: this machine gets all of the functions' 1 adopt --all
 step 'It gets the default settings, too' 1 setting init
 step 'Its functions, with the options on mains power and on battery' 4 functions
-step 'The same for a user in Germany' 4 functions --language de-DE
+step 'The same for a user in Germany' 2 functions --language de-DE
 step 'What the balanced scheme sets them to: the defaults of the base catalogue' 6 params balanced
 step 'The options for which this stands' 4 current balanced
 step 'A change: the brightest option on mains, the dimmest on battery' 4 set balanced 1 0 4
 step 'The commands that carry the balanced scheme out' 4 commands balanced
-step 'What the power saver does differently on mains' 20 diff balanced power-saver --ac
+step 'What the power saver does differently on mains' 12 diff balanced power-saver --ac
 step 'The Windows power settings that the suite prescribes for each scheme' 3 spec-schemes
 step 'A common setting: nobody has changed it, so it is the default' 1 setting get LowBatteryWarning
 step 'The user changes it' 1 setting set LowBatteryWarning 20
