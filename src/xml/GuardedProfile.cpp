@@ -12,16 +12,6 @@ namespace ZOTDam {
 
 namespace {
 
-bool FlushToDisk(const std::wstring& path) noexcept {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return false;
-    const bool flushed = FlushFileBuffers(file) != FALSE;
-    CloseHandle(file);
-    return flushed;
-}
-
 // Of the same length, so that no path becomes too long by it.
 std::wstring WithExtension(const std::wstring& path, std::wstring_view extension) {
     return path.substr(0, path.size() - extension.size()).append(extension);
@@ -74,7 +64,7 @@ bool CGuardedProfile::ReplaceFile() {
     if (Path().empty() || IsReadOnly(Path()) || !KeepUnreadFile())
         return false;
     const std::wstring sibling = WithExtension(Path(), L".new");
-    if (!SaveAs(sibling) || !FlushToDisk(sibling) || !MoveOver(sibling, Path())) {
+    if (!SaveAs(sibling) || !MoveOver(sibling, Path())) {
         DeleteFileW(sibling.c_str());
         return false;
     }

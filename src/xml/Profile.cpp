@@ -6,6 +6,7 @@
 
 #include "platform/Failure.h"
 #include "xml/Declaration.h"
+#include "xml/FileStream.h"
 
 namespace ZOTDam {
 
@@ -59,7 +60,8 @@ bool CZOTProfile::SaveAs(const std::wstring& file) noexcept {
         if (!document)
             return false;
         DeclareUtf8(document);
-        return document->save(_variant_t{file.c_str()}) == S_OK;
+        CFileStream stream{file};
+        return stream.IsOpen() && document->save(_variant_t{&stream}) == S_OK && stream.Flush();
     });
 }
 

@@ -1,0 +1,89 @@
+// Saves to a disk that fills up while the file is written. Some DOMs tell nobody of that.
+#include "support/FunctionDefaultsTest.h"
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+// How many bytes still fit, and whether the write that meets the end writes what does.
+DWORD freeBytes = 0;
+bool writesWhatFits = false;
+
+BOOL WINAPI WriteToSmallDisk(HANDLE file, LPCVOID data, DWORD size, LPDWORD written,
+                             LPOVERLAPPED overlapped) {
+    if (size <= freeBytes) {
+        freeBytes -= size;
+        return WriteFile(file, data, size, written, overlapped);
+    }
+    *written = 0;
+    if (!writesWhatFits) {
+        SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+    }
+    return WriteFile(file, data, std::exchange(freeBytes, 0), written, overlapped);
+}
+
+}  // namespace
+
+// The parameter says whether the last write succeeds in part.
+class FullDiskTest : public FunctionDefaultsTest, public testing::WithParamInterface<bool> {
+protected:
+    void SetUp() override {
+        WriteUserSettings(userSettings);
+        WriteDefaults(defaults);
+        WriteBase(R"(<ZOTBase><CommonSettings Base="b"/></ZOTBase>)");
+    }
+    void TearDown() override {
+        EXPECT_EQ(UserSettings(), userSettings);
+        EXPECT_EQ(Defaults(), defaults);
+        EXPECT_FALSE(std::filesystem::exists(installation.UserFile().replace_extension(L".new")));
+        EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile().replace_extension(L".new")));
+    }
+
+    ImportPatch FillDiskAfter(DWORD bytes) {
+        freeBytes = bytes;
+        writesWhatFits = GetParam();
+        return {Dll().Handle(), "WriteFile", &WriteToSmallDisk};
+    }
+
+    const std::string userSettings = OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)));
+    const std::string defaults = TwoFunctions;
+};
+
+INSTANTIATE_TEST_SUITE_P(, FullDiskTest, testing::Bool(), [](const testing::TestParamInfo<bool>& info) {
+    return info.param ? "WithAShortWrite" : "WithAFailingWrite";
+});
+
+TEST_P(FullDiskTest, KeepsTheOldCommonSettings) {
+    for (const DWORD bytes : {0u, 1u, 40u, 150u}) {
+        const ImportPatch fullDisk = FillDiskAfter(bytes);
+        EXPECT_FALSE(Dll().SetCommonSetting(L"Name", std::wstring(300, L'x').c_str())) << bytes;
+    }
+}
+
+TEST_P(FullDiskTest, KeepsTheOldParameters) {
+    const ImportPatch fullDisk = FillDiskAfter(60);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}, {2, {9, 10}}}));
+}
+
+TEST_P(FullDiskTest, KeepsTheSchemesThatWouldBeReset) {
+    EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
+    Text setting;
+    EXPECT_FALSE(Dll().GetCommonSetting(L"None", setting));
+    const ImportPatch fullDisk = FillDiskAfter(10);
+    EXPECT_TRUE(Dll().ResetDefault());
+}
+
+TEST_P(FullDiskTest, KeepsTheOldDefaultSettings) {
+    const ImportPatch fullDisk = FillDiskAfter(100);
+    EXPECT_FALSE(Dll().InitCommonSetting());
+}
+
+TEST_P(FullDiskTest, KeepsTheOldFunctions) {
+    const FunctionBaseHolder holder = HolderOf({Record(1), Record(2)});
+    const ImportPatch fullDisk = FillDiskAfter(50);
+    EXPECT_TRUE(Dll().AddFunctionDefault(&holder));
+}
+
+}  // namespace ZOTDam::Test
