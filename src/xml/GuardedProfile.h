@@ -10,7 +10,8 @@ public:
     // Reads the file again, unless it is busy: then the document stays as it is.
     void Open() noexcept;
 
-    // Writes the file, unless it is busy: then the changes stay in memory, which counts as success.
+    // Writes the file, unless it is busy, or holds what this process has not read: then the changes stay in
+    // memory, which counts as success.
     bool Save() noexcept;
 
     // The document element; a document without one gets it. Null without a DOM.
@@ -26,12 +27,20 @@ private:
     // What becomes of the document when there is no file to read.
     virtual void OpenWithoutFile() = 0;
 
+    // What the document in memory has to do with the file.
+    enum class FileContent : unsigned char {
+        Unknown,  // nothing: the file has never been read, could not be opened, or came later
+        Known,    // the document began as what the file holds
+        NoXml,    // the file was read, but there is nothing that a document could hold
+    };
+
+    bool MayReplaceFile() const noexcept;
+    bool SetUnreadableFileAside() const;
     bool ReplaceFile();
-    bool KeepUnreadFile() const;
 
     const wchar_t* markerName;
     CName rootName;
-    bool holdsFile = false;  // whether the document began as what the file holds
+    FileContent fileContent = FileContent::Unknown;
 };
 
 }  // namespace ZOTDam

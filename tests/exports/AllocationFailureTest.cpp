@@ -441,10 +441,8 @@ protected:
     }
 
 private:
-    std::filesystem::path KeptFile() const { return installation.UserFile().replace_extension(L".bak"); }
-    std::filesystem::path KeptDefaults() const {
-        return installation.DefaultsFile().replace_extension(L".bak");
-    }
+    std::filesystem::path KeptFile() const { return installation.UserFile() += L".unreadable"; }
+    std::filesystem::path KeptDefaults() const { return installation.DefaultsFile() += L".unreadable"; }
 };
 
 INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Trials()), CaseName<Trial>);

@@ -94,7 +94,7 @@ std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
 
 class BadInputTest : public SettingsTest {
 protected:
-    std::filesystem::path KeptFile() const { return installation.UserFile().replace_extension(L".bak"); }
+    std::filesystem::path KeptFile() const { return installation.UserFile() += L".unreadable"; }
     std::filesystem::path NewFile() const { return installation.UserFile().replace_extension(L".new"); }
 
     // What each export gives where there is no catalogue.

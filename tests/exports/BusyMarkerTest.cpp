@@ -178,6 +178,15 @@ TEST_F(BusyMarkerTest, AReadOfABusyFileKeepsWhatWasReadBefore) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {7, 7}}, {2, {8, 8}}}));
 }
 
+TEST_F(BusyMarkerTest, AWriteLeavesAFileUnchangedThatWasBusyWheneverItWasToBeRead) {
+    WriteUserSettings(OldUserFile(OldScheme(HighPerformanceText, OldFunction(1, 7, 8))));
+    const std::string before = UserSettings();
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(), before);
+}
+
 TEST_F(BusyMarkerTest, AWriteLeavesABusyFileUnchangedAndGivesTrue) {
     WriteFiles();
     const SecondProcess other{HoldMutex, {UserMarker}};

@@ -185,7 +185,7 @@ TEST_F(CommonSettingInitTest, ReplacesADefaultsFileThatIsNoXmlAndKeepsACopy) {
     WriteDefaults("<broken");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), NewFile);
-    EXPECT_EQ(ReadFile(DefaultsWith(L".bak")), "<broken");
+    EXPECT_EQ(ReadFile(installation.DefaultsFile() += L".unreadable"), "<broken");
 }
 
 TEST_F(CommonSettingInitTest, ReleasesEveryDocumentAtExit) {
@@ -316,7 +316,7 @@ TEST_F(CommonSettingInitTest, WhoseSaveWasSkippedIsSavedTheNextTime) {
     EXPECT_EQ(Defaults(), "<Any><CommonSettings A=\"base\"/></Any>\n");
 }
 
-TEST_F(CommonSettingInitTest, KeepsACopyOfDefaultsThatWereBusyAtTheirOnlyLoad) {
+TEST_F(CommonSettingInitTest, DoesNotReplaceDefaultsThatWereBusyAtTheirOnlyLoad) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(TwoFunctions);
     {
@@ -325,8 +325,10 @@ TEST_F(CommonSettingInitTest, KeepsACopyOfDefaultsThatWereBusyAtTheirOnlyLoad) {
         EXPECT_EQ(Defaults(), TwoFunctions);
     }
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
-    EXPECT_EQ(ReadFile(DefaultsWith(L".bak")), TwoFunctions);
+    EXPECT_EQ(Defaults(), TwoFunctions);
+    Unload();
+    EXPECT_TRUE(Init());
+    EXPECT_NE(Defaults().find("<CommonSettings A=\"base\"/>"), std::string::npos) << Defaults();
 }
 
 TEST_F(CommonSettingInitTest, DoesNotHeedTheMarkerOfTheUserSettings) {

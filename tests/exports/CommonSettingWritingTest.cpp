@@ -134,7 +134,7 @@ TEST_F(CommonSettingWritingTest, ReplacesAFileThatIsNoXmlAndKeepsACopy) {
     WriteUserSettings("<broken");
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
-    EXPECT_EQ(ReadFile(installation.UserFile().replace_extension(L".bak")), "<broken");
+    EXPECT_EQ(ReadFile(installation.UserFile() += L".unreadable"), "<broken");
 }
 
 TEST_F(CommonSettingWritingTest, LivesBesideTheSchemes) {
@@ -530,7 +530,7 @@ TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
 
 TEST_F(FailedSettingTest, AnUnreadableFileOfWhichNoCopyCanBeKeptStaysAsItIs) {
     WriteUserSettings("<broken");
-    std::filesystem::create_directory(installation.UserFile().replace_extension(L".bak"));
+    std::filesystem::create_directory(installation.UserFile() += L".unreadable");
     EXPECT_FALSE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<broken");
 }

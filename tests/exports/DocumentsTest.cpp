@@ -15,11 +15,8 @@ protected:
     bool SetFunctionOne() { return SetParameter(Balanced, {{1, {5, 6}}}); }
     bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
 
-    std::filesystem::path UserFileWith(const wchar_t* extension) const {
-        return installation.UserFile().replace_extension(extension);
-    }
-    std::filesystem::path Sibling() const { return UserFileWith(L".new"); }
-    std::filesystem::path Backup() const { return UserFileWith(L".bak"); }
+    std::filesystem::path Sibling() const { return installation.UserFile().replace_extension(L".new"); }
+    std::filesystem::path Backup() const { return installation.UserFile() += L".unreadable"; }
 
     // A user file that a test finds unchanged, or knows how it changes.
     void WriteStored() const { WriteUserSettings(Stored); }
@@ -462,6 +459,25 @@ TEST_F(SavingTest, AFolderInThePlaceOfTheFileStays) {
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
     EXPECT_FALSE(std::filesystem::exists(Sibling()));
+}
+
+TEST_F(SavingTest, AFileThatCannotBeOpenedIsNotReplaced) {
+    WriteStored();
+    const HANDLE holder = CreateFileW(installation.UserFile().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"value"));
+    CloseHandle(holder);
+    EXPECT_EQ(UserSettings(), Stored);
+}
+
+TEST_F(SavingTest, AFileThatCouldBeOpenedAgainIsReplaced) {
+    WriteStored();
+    const HANDLE holder = CreateFileW(installation.UserFile().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    SetFunctionOne();
+    CloseHandle(holder);
+    SetFunctionOne();
+    EXPECT_EQ(UserSettings(), Updated);
 }
 
 TEST_F(SavingTest, ACopyOfAFileThatDoesNotParseIsKept) {

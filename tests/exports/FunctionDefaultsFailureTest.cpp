@@ -287,14 +287,12 @@ TEST_F(FailedSaveTest, IsOneOfAFileThatIsBusy) {
     ExpectTheNextSaveToWork(Replaced);
 }
 
-TEST_F(FailedSaveTest, IsOneOfAFileThatWasBusyAtItsOnlyLoadToo) {
-    const std::string before = Defaults();
+TEST_F(FailedSaveTest, IsEachOneOfAFileThatWasBusyAtItsOnlyLoad) {
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
         ExpectAChangeInMemoryOnly();
     }
-    ExpectTheNextSaveToWork(Created);
-    EXPECT_EQ(ReadFile(KeptDefaults()), before);
+    ExpectAChangeInMemoryOnly();
 }
 
 class BusyDefaultsTest : public FunctionDefaultsTest {};
@@ -328,13 +326,21 @@ TEST_F(BusyDefaultsTest, AreNotThoseWhoseUserSettingsAreBusy) {
     EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
 }
 
-TEST_F(BusyDefaultsTest, AreSavedWhenTheyWereBusyForTheLoadOnlyAndTheUnreadFileIsKept) {
+TEST_F(BusyDefaultsTest, AreNeverReplacedUnread) {
     const std::string before = Defaults();
     MarkerCalls calls{Dll().Handle()};
     calls.BeBusyAtLook(1);
     Replace({Record(1)});
+    EXPECT_EQ(Defaults(), before);
+}
+
+TEST_F(BusyDefaultsTest, AreWrittenWhenTheFileThatWasNotReadIsGone) {
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtLook(1);
+    Replace({Record(1)});
+    std::filesystem::remove(installation.DefaultsFile());
+    Replace({Record(1)});
     EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
-    EXPECT_EQ(ReadFile(KeptDefaults()), before);
 }
 
 TEST_F(BusyDefaultsTest, AreSavedBetweenTheMakingAndTheClosingOfTheMarker) {

@@ -197,7 +197,7 @@ protected:
     }
 
     std::filesystem::path NewFile() const { return installation.UserFile().replace_extension(L".new"); }
-    std::filesystem::path KeptFile() const { return installation.UserFile().replace_extension(L".bak"); }
+    std::filesystem::path KeptFile() const { return installation.UserFile() += L".unreadable"; }
 
     // The value that all functions of a scheme have; a scheme of which only a part was stored has none.
     std::int32_t StoredValue(const GUID& scheme) {

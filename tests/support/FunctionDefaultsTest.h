@@ -93,9 +93,7 @@ protected:
 
     void RemoveDefaults() const { std::filesystem::remove(installation.DefaultsFile()); }
     bool HasDefaults() const { return std::filesystem::exists(installation.DefaultsFile()); }
-    std::filesystem::path KeptDefaults() const {
-        return installation.DefaultsFile().replace_extension(L".bak");
-    }
+    std::filesystem::path KeptDefaults() const { return installation.DefaultsFile() += L".unreadable"; }
 
     // What the exports enumerate, kept as a client keeps it.
     FunctionBaseHolder Base() { return Kept(Dll().GetFunctionBase); }
