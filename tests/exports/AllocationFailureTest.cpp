@@ -441,8 +441,8 @@ protected:
     }
 
 private:
-    std::filesystem::path KeptFile() const { return installation.UserFile() += L".unreadable"; }
-    std::filesystem::path KeptDefaults() const { return installation.DefaultsFile() += L".unreadable"; }
+    std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
+    std::filesystem::path KeptDefaults() const { return UnreadableCopyOf(installation.DefaultsFile()); }
 };
 
 INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Trials()), CaseName<Trial>);

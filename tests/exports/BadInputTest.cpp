@@ -94,8 +94,8 @@ std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
 
 class BadInputTest : public SettingsTest {
 protected:
-    std::filesystem::path KeptFile() const { return installation.UserFile() += L".unreadable"; }
-    std::filesystem::path NewFile() const { return installation.UserFile().replace_extension(L".new"); }
+    std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
+    std::filesystem::path NewFile() const { return SiblingOf(installation.UserFile()); }
 
     // What each export gives where there is no catalogue.
     void ExpectNoCatalogue() {

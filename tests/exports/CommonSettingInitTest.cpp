@@ -12,14 +12,10 @@ class CommonSettingInitTest : public CommonSettingsTest {
 protected:
     bool Init() { return Dll().InitCommonSetting(); }
 
-    std::filesystem::path DefaultsWith(const wchar_t* extension) const {
-        return installation.DefaultsFile().replace_extension(extension);
-    }
-
     void ExpectFailureThatLeaves(const std::string& defaults) {
         EXPECT_FALSE(Init());
         EXPECT_EQ(Defaults(), defaults);
-        EXPECT_FALSE(std::filesystem::exists(DefaultsWith(L".new")));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
     }
 
     inline static const std::string NewFile =
@@ -185,7 +181,7 @@ TEST_F(CommonSettingInitTest, ReplacesADefaultsFileThatIsNoXmlAndKeepsACopy) {
     WriteDefaults("<broken");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), NewFile);
-    EXPECT_EQ(ReadFile(installation.DefaultsFile() += L".unreadable"), "<broken");
+    EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.DefaultsFile())), "<broken");
 }
 
 TEST_F(CommonSettingInitTest, ReleasesEveryDocumentAtExit) {

@@ -134,7 +134,7 @@ TEST_F(CommonSettingWritingTest, ReplacesAFileThatIsNoXmlAndKeepsACopy) {
     WriteUserSettings("<broken");
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
-    EXPECT_EQ(ReadFile(installation.UserFile() += L".unreadable"), "<broken");
+    EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.UserFile())), "<broken");
 }
 
 TEST_F(CommonSettingWritingTest, LivesBesideTheSchemes) {
@@ -475,7 +475,7 @@ protected:
     void ExpectFailure() {
         EXPECT_FALSE(Set(L"Name", L"new"));
         EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
-        EXPECT_FALSE(std::filesystem::exists(installation.UserFile().replace_extension(L".new")));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
     }
     void ExpectThatTheOldValueIsStillRead() { EXPECT_EQ(Setting(L"Name"), L"old"); }
 };
@@ -530,7 +530,7 @@ TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
 
 TEST_F(FailedSettingTest, AnUnreadableFileOfWhichNoCopyCanBeKeptStaysAsItIs) {
     WriteUserSettings("<broken");
-    std::filesystem::create_directory(installation.UserFile() += L".unreadable");
+    std::filesystem::create_directory(UnreadableCopyOf(installation.UserFile()));
     EXPECT_FALSE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<broken");
 }

@@ -15,8 +15,8 @@ protected:
     bool SetFunctionOne() { return SetParameter(Balanced, {{1, {5, 6}}}); }
     bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
 
-    std::filesystem::path Sibling() const { return installation.UserFile().replace_extension(L".new"); }
-    std::filesystem::path Backup() const { return installation.UserFile() += L".unreadable"; }
+    std::filesystem::path Sibling() const { return SiblingOf(installation.UserFile()); }
+    std::filesystem::path Backup() const { return UnreadableCopyOf(installation.UserFile()); }
 
     // A user file that a test finds unchanged, or knows how it changes.
     void WriteStored() const { WriteUserSettings(Stored); }

@@ -37,8 +37,8 @@ protected:
     void TearDown() override {
         EXPECT_EQ(UserSettings(), userSettings);
         EXPECT_EQ(Defaults(), defaults);
-        EXPECT_FALSE(std::filesystem::exists(installation.UserFile().replace_extension(L".new")));
-        EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile().replace_extension(L".new")));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
     }
 
     ImportPatch FillDiskAfter(DWORD bytes) {

@@ -252,7 +252,7 @@ TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
         const ImportPatch patch{Dll().Handle(), "MoveFileExW",
                                 +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
         ExpectAChangeInMemoryOnly();
-        EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile().replace_extension(L".new")));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
     }
     ExpectTheNextSaveToWork(Replaced);
 }

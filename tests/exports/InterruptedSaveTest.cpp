@@ -196,8 +196,8 @@ protected:
         WriteFunctions(functions);
     }
 
-    std::filesystem::path NewFile() const { return installation.UserFile().replace_extension(L".new"); }
-    std::filesystem::path KeptFile() const { return installation.UserFile() += L".unreadable"; }
+    std::filesystem::path NewFile() const { return SiblingOf(installation.UserFile()); }
+    std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
 
     // The value that all functions of a scheme have; a scheme of which only a part was stored has none.
     std::int32_t StoredValue(const GUID& scheme) {
@@ -306,7 +306,7 @@ TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
     EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
     ReplaceFunctions(Dll(), 200);
     EXPECT_EQ(Defaults(), FileOfFunctions(200));
-    EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile().replace_extension(L".new")));
+    EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
 }
 
 class DeathInACopyTest : public DeathInASaveTest {};

@@ -93,7 +93,7 @@ protected:
 
     void RemoveDefaults() const { std::filesystem::remove(installation.DefaultsFile()); }
     bool HasDefaults() const { return std::filesystem::exists(installation.DefaultsFile()); }
-    std::filesystem::path KeptDefaults() const { return installation.DefaultsFile() += L".unreadable"; }
+    std::filesystem::path KeptDefaults() const { return UnreadableCopyOf(installation.DefaultsFile()); }
 
     // What the exports enumerate, kept as a client keeps it.
     FunctionBaseHolder Base() { return Kept(Dll().GetFunctionBase); }

@@ -45,6 +45,16 @@ private:
     std::filesystem::path root;
 };
 
+// What the library puts beside a file: the new content until it is complete, and the old one if it was no
+// XML.
+inline std::filesystem::path SiblingOf(std::filesystem::path file) {
+    return file.replace_extension(L".new");
+}
+
+inline std::filesystem::path UnreadableCopyOf(std::filesystem::path file) {
+    return file += L".unreadable";
+}
+
 inline void WriteFile(const std::filesystem::path& file, std::string_view content) {
     std::ofstream{file, std::ios::binary | std::ios::trunc}.write(
         content.data(), static_cast<std::streamsize>(content.size()));
