@@ -26,7 +26,7 @@ run_tests() {
     failed=$((failed + ${bad:-0}))
 }
 
-for program in inside_tests export_tests client_tests; do
+for program in inside_tests export_tests endurance_tests client_tests; do
     run_tests "$program"
 done
 

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Runs the endurance tests at full length, or those that a GoogleTest filter names, and shows their figures:
+#     scripts/endurance.sh ['KillTest.*']
+source "$(dirname "$0")/common.sh"
+
+install_toolchain
+build_targets endurance_tests
+make_prefix
+
+say "Running the endurance tests"
+ZOTDAM_LONG_RUN=1 wine "$build/bin/endurance_tests.exe" --gtest_filter="${1:-*}"
