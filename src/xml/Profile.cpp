@@ -4,9 +4,10 @@
 
 #include <utility>
 
+#include "platform/DurableFile.h"
 #include "platform/Failure.h"
 #include "xml/Declaration.h"
-#include "xml/FileStream.h"
+#include "xml/TextStream.h"
 
 namespace ZOTDam {
 
@@ -55,13 +56,14 @@ bool CZOTProfile::Load() noexcept {
     });
 }
 
-bool CZOTProfile::SaveAs(const std::wstring& file) noexcept {
+bool CZOTProfile::Write() noexcept {
     return FalseOnException([&] {
-        if (!document)
+        if (!document || path.empty())
             return false;
         DeclareUtf8(document);
-        CFileStream stream{file};
-        return stream.IsOpen() && document->save(_variant_t{&stream}) == S_OK && stream.Flush();
+        CTextStream stream;
+        return document->save(_variant_t{&stream}) == S_OK && stream.IsComplete() &&
+               WriteDurably(path, stream.Text());
     });
 }
 

@@ -28,9 +28,8 @@ protected:
     // Reads the document's file. A failed load leaves an empty document.
     bool Load() noexcept;
 
-    // Writes the document to a file, to the disk itself. A file that cannot be written whole is left behind
-    // as it is.
-    bool SaveAs(const std::wstring& file) noexcept;
+    // Writes the document over its file: all of it, or nothing.
+    bool Write() noexcept;
 
     // The first child of the root with that name, or null. Creates nothing.
     IXMLDOMElementPtr FindSection(const CName& name) const;

@@ -3,6 +3,7 @@
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
+#include "support/FatefulPlatform.h"
 #include "support/MarkerCalls.h"
 #include "support/XmlFile.h"
 
@@ -374,8 +375,8 @@ TEST_F(FailedInitTest, AFileThatAnotherProgramReadsStaysAsItIs) {
 }
 
 TEST_F(FailedInitTest, AFileThatCannotBeReplacedStaysAsItIs) {
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
-                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    const FatefulPlatform platform{Dll().Handle()};
+    MovingFile::fate = Fate::Refuses;
     ExpectFailure();
 }
 

@@ -4,6 +4,7 @@
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/DomMethods.h"
+#include "support/FatefulPlatform.h"
 #include "support/MarkerCalls.h"
 #include "support/XmlFile.h"
 
@@ -522,8 +523,8 @@ TEST_F(FailedSettingTest, AFolderInThePlaceOfTheFileStays) {
 
 TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
     WriteUserValues(R"(Name="old")");
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
-                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    const FatefulPlatform platform{Dll().Handle()};
+    MovingFile::fate = Fate::Refuses;
     ExpectFailure();
     ExpectThatTheOldValueIsStillRead();
 }

@@ -1,6 +1,7 @@
 // AddFunctionDefault when the file, the DOM or a text does not play along: the client is told nothing of it.
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
+#include "support/FatefulPlatform.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/MarkerCalls.h"
 
@@ -249,8 +250,8 @@ TEST_F(FailedSaveTest, IsOneOntoAFileThatAnotherProgramReads) {
 
 TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
     {
-        const ImportPatch patch{Dll().Handle(), "MoveFileExW",
-                                +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+        const FatefulPlatform platform{Dll().Handle()};
+        MovingFile::fate = Fate::Refuses;
         ExpectAChangeInMemoryOnly();
         EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
     }

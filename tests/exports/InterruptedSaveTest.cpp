@@ -4,19 +4,15 @@
 #include <array>
 
 #include "support/DataFiles.h"
+#include "support/FatefulPlatform.h"
 #include "support/FunctionDefaultsTest.h"
-#include "support/ImportPatch.h"
 
 namespace ZOTDam::Test {
 
 namespace {
 
-constexpr wchar_t SaveInALoop[] = L"save-in-a-loop";
 constexpr wchar_t SaveAndDie[] = L"save-and-die";
-constexpr wchar_t ReplaceInALoop[] = L"replace-in-a-loop";
 constexpr wchar_t ReplaceAndDie[] = L"replace-and-die";
-constexpr UINT DiedAsPlanned = 77;
-
 constexpr int FunctionCount = 40;
 
 std::map<std::int32_t, ParamValue> AllFunctionsSetTo(std::int32_t value) {
@@ -29,18 +25,6 @@ std::map<std::int32_t, ParamValue> AllFunctionsSetTo(std::int32_t value) {
 void Store(const Library& dll, const GUID& scheme, std::int32_t value) {
     dll.SetParameter(&scheme, ParamHolder{AllFunctionsSetTo(value)}.get());
 }
-
-// Two schemes follow each other: the second gets each value when the first has it.
-const RegisterRole saveInALoop{SaveInALoop, [](const std::vector<std::wstring>&) {
-                                   const Library dll;
-                                   for (std::int32_t value = 1;; ++value) {
-                                       Store(dll, Balanced, value);
-                                       Store(dll, HighPerformance, value);
-                                       if (value == 1)
-                                           SignalReady();
-                                   }
-                                   return 0;
-                               }};
 
 // A catalogue that differs from another one in all its functions.
 void ReplaceFunctions(const Library& dll, std::int32_t firstId) {
@@ -61,84 +45,6 @@ std::string FileOfFunctions(std::int32_t firstId) {
 void FindInstallation(const std::wstring& programFiles) {
     SetEnvironmentVariableW(L"ProgramFiles", programFiles.c_str());
 }
-
-const RegisterRole replaceInALoop{ReplaceInALoop, [](const std::vector<std::wstring>& arguments) {
-                                      FindInstallation(arguments.at(0));
-                                      const Library dll;
-                                      for (bool isFirst = true;; isFirst = false) {
-                                          ReplaceFunctions(dll, 100);
-                                          if (isFirst)
-                                              SignalReady();
-                                          ReplaceFunctions(dll, 200);
-                                      }
-                                      return 0;
-                                  }};
-
-// ---- Functions of the platform that end the process, or refuse ----
-
-enum class Fate { Passes, DiesBefore, DiesAfter, Refuses };
-
-void Die() {
-    TerminateProcess(GetCurrentProcess(), DiedAsPlanned);
-}
-
-// One function of the platform, with what is to become of its next call.
-template <auto& Function, class Signature>
-struct FatefulCall;
-
-template <auto& Function, class Result, class... Arguments>
-struct FatefulCall<Function, Result WINAPI(Arguments...)> {
-    static inline Fate fate = Fate::Passes;
-    static inline Result refusal{};
-
-    static Result WINAPI Call(Arguments... arguments) {
-        if (fate == Fate::DiesBefore)
-            Die();
-        if (fate == Fate::Refuses) {
-            SetLastError(ERROR_DISK_FULL);
-            return refusal;
-        }
-        const Result result = Function(arguments...);
-        if (fate == Fate::DiesAfter)
-            Die();
-        return result;
-    }
-};
-
-template <auto& Function>
-using Fateful = FatefulCall<Function, std::remove_reference_t<decltype(Function)>>;
-
-using OpeningFile = Fateful<CreateFileW>;
-using FlushingFile = Fateful<FlushFileBuffers>;
-using MovingFile = Fateful<MoveFileExW>;
-using CopyingFile = Fateful<CopyFileW>;
-using DeletingFile = Fateful<DeleteFileW>;
-
-// Puts the calls between the loaded DLL and the platform.
-struct FatefulPlatform {
-    explicit FatefulPlatform(HMODULE dll)
-        : patches{ImportPatch{dll, "CreateFileW", OpeningFile::Call},
-                  ImportPatch{dll, "FlushFileBuffers", FlushingFile::Call},
-                  ImportPatch{dll, "MoveFileExW", MovingFile::Call},
-                  ImportPatch{dll, "CopyFileW", CopyingFile::Call},
-                  ImportPatch{dll, "DeleteFileW", DeletingFile::Call}} {
-        OpeningFile::refusal = INVALID_HANDLE_VALUE;
-    }
-    FatefulPlatform(const FatefulPlatform&) = delete;
-    FatefulPlatform& operator=(const FatefulPlatform&) = delete;
-    ~FatefulPlatform() {
-        for (Fate* const fate : Fates())
-            *fate = Fate::Passes;
-    }
-
-    // In the order of the fates in a SavePlan.
-    static std::array<Fate*, 5> Fates() {
-        return {&OpeningFile::fate, &FlushingFile::fate, &MovingFile::fate, &CopyingFile::fate,
-                &DeletingFile::fate};
-    }
-
-    std::array<ImportPatch, 5> patches;
-};
 
 // What becomes of each call in a save, and of the save.
 struct SavePlan {
@@ -219,42 +125,6 @@ protected:
         EXPECT_FALSE(std::filesystem::exists(NewFile()));
     }
 };
-
-// Kills a process of the role. Each time a little later: a step is small against the duration of a save.
-void KillInASave(const wchar_t* role, const std::vector<std::wstring>& arguments, int step) {
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    SecondProcess saver{role, arguments};
-    LARGE_INTEGER start;
-    LARGE_INTEGER now;
-    QueryPerformanceCounter(&start);
-    do
-        QueryPerformanceCounter(&now);
-    while ((now.QuadPart - start.QuadPart) * 10000 < frequency.QuadPart * 3 * step);
-    saver.Kill();
-}
-
-TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesEverySchemeOldOrNew) {
-    for (int kill = 0; kill < 25; ++kill) {
-        SCOPED_TRACE(kill);
-        KillInASave(SaveInALoop, {}, kill);
-        ASSERT_TRUE(IsXml(installation.UserFile()));
-        const std::int32_t first = StoredValue(Balanced);
-        const std::int32_t second = StoredValue(HighPerformance);
-        EXPECT_GE(first, 1);
-        EXPECT_TRUE(second == first || second == first - 1) << first << ", " << second;
-        ExpectThatTheNextSaveWorks();
-        Unload();
-    }
-}
-
-TEST_F(InterruptedSaveTest, AProcessThatIsKilledLeavesTheOldOrTheNewFunctions) {
-    for (int kill = 0; kill < 15; ++kill) {
-        SCOPED_TRACE(kill);
-        KillInASave(ReplaceInALoop, {installation.ProgramFiles()}, kill);
-        EXPECT_TRUE(Defaults() == FileOfFunctions(100) || Defaults() == FileOfFunctions(200)) << Defaults();
-    }
-}
 
 // ---- Death at a certain call ----
 
@@ -412,14 +282,6 @@ TEST_F(RefusedSaveTest, AReadGivesItsResultAllTheSame) {
     MovingFile::fate = Fate::Refuses;
     EXPECT_EQ(StoredValue(Balanced), 0);
     EXPECT_FALSE(HasUserSettings());
-}
-
-TEST_F(RefusedSaveTest, AFolderInThePlaceOfTheNewFileStopsTheSave) {
-    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
-    std::filesystem::create_directory(NewFile());
-    EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
-    EXPECT_EQ(StoredValue(Balanced), 1);
-    EXPECT_TRUE(std::filesystem::is_directory(NewFile()));
 }
 
 TEST_F(RefusedSaveTest, AReadOnlyFileIsNotReplaced) {

@@ -1,7 +1,7 @@
 // ResetDefault: empties the user settings as this process last read them, and saves.
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
-#include "support/ImportPatch.h"
+#include "support/FatefulPlatform.h"
 
 namespace ZOTDam::Test {
 
@@ -212,8 +212,8 @@ TEST_F(ResetTest, IgnoresASaveThatFails) {
     WriteScheme();
     ReadUserSettings();
     const std::string file = UserSettings();
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
-                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    const FatefulPlatform platform{Dll().Handle()};
+    MovingFile::fate = Fate::Refuses;
     EXPECT_TRUE(Dll().ResetDefault());
     EXPECT_EQ(UserSettings(), file);
 }

@@ -6,18 +6,18 @@
 
 namespace ZOTDam {
 
-// A new file into which a DOM writes. Some DOMs tell nobody when a disk is full: this stream remembers it.
-class CFileStream final : public IStream {
+// Keeps what a DOM writes. Some DOMs go on when a stream refuses something: this one remembers it.
+class CTextStream final : public IStream {
 public:
-    explicit CFileStream(const std::wstring& path) noexcept;
-    CFileStream(const CFileStream&) = delete;
-    CFileStream& operator=(const CFileStream&) = delete;
-    ~CFileStream();
+    CTextStream() = default;
+    CTextStream(const CTextStream&) = delete;
+    CTextStream& operator=(const CTextStream&) = delete;
+    ~CTextStream() = default;
 
-    bool IsOpen() const noexcept;
+    // Whether nothing is missing of what was written.
+    bool IsComplete() const noexcept { return complete; }
 
-    // Whether all that was written is on the disk now.
-    bool Flush() noexcept;
+    const std::string& Text() const noexcept { return text; }
 
     HRESULT WINAPI Write(const void* data, ULONG size, ULONG* written) noexcept override;
     HRESULT WINAPI Commit(DWORD flags) noexcept override;
@@ -40,7 +40,7 @@ public:
     HRESULT WINAPI Clone(IStream** stream) noexcept override;
 
 private:
-    HANDLE file;
+    std::string text;
     bool complete = true;
 };
 

@@ -1,0 +1,318 @@
+// What a save makes of the file and of its folder: the attributes and rights of the old file stay, nothing is
+// left beside it, and where no new file can take its place the file itself is written.
+#include <algorithm>
+#include <array>
+#include <list>
+#include <utility>
+
+#include "support/FatefulPlatform.h"
+#include "support/FunctionDefaultsTest.h"
+
+#include <sddl.h>
+
+namespace ZOTDam::Test {
+
+namespace {
+
+// A file of another program, or a folder, that is in the way.
+class OpenFile {
+public:
+    OpenFile(const std::filesystem::path& file, DWORD access, DWORD share)
+        : handle{CreateFileW(file.c_str(), access, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+                             nullptr)} {
+        EXPECT_NE(handle, INVALID_HANDLE_VALUE);
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile() { CloseHandle(handle); }
+
+private:
+    HANDLE handle;
+};
+
+// The list of access rights of a file, as text.
+std::wstring RightsOf(const std::filesystem::path& file) {
+    std::array<char, 1000> descriptor;
+    DWORD size = 0;
+    EXPECT_TRUE(GetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(),
+                                 static_cast<DWORD>(descriptor.size()), &size));
+    LPWSTR text = nullptr;
+    EXPECT_TRUE(ConvertSecurityDescriptorToStringSecurityDescriptorW(
+        descriptor.data(), SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text, nullptr));
+    std::wstring rights = text;
+    LocalFree(text);
+    return rights;
+}
+
+void SetRights(const std::filesystem::path& file, const wchar_t* rights) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    EXPECT_TRUE(
+        ConvertStringSecurityDescriptorToSecurityDescriptorW(rights, SDDL_REVISION_1, &descriptor, nullptr));
+    EXPECT_TRUE(SetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, descriptor));
+    LocalFree(descriptor);
+}
+
+}  // namespace
+
+class SavedFileTest : public FunctionDefaultsTest {
+protected:
+    void SetUp() override {
+        WriteFunctions(Functions({1}));
+        WriteUserSettings(before);
+    }
+
+    bool Save() { return Dll().SetCommonSetting(L"Name", L"value"); }
+
+    std::filesystem::path File() const { return installation.UserFile(); }
+    std::filesystem::path NewFile() const { return SiblingOf(File()); }
+    std::filesystem::path UnreadableCopy() const { return UnreadableCopyOf(File()); }
+
+    // Nothing is in the folder but the file.
+    void ExpectTheFileAlone(const std::string& content) const {
+        EXPECT_EQ(UserSettings(), content);
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator{File().parent_path()}, {}), 1);
+    }
+
+    inline static const std::string before =
+        "<OrloPowerCfg><PowerSchemes/><CommonSettings Other=\"a value that makes the file longer\"/>"
+        "</OrloPowerCfg>\n";
+    inline static const std::string after =
+        "<OrloPowerCfg><PowerSchemes/><CommonSettings Other=\"a value that makes the file longer\" "
+        "Name=\"value\"/></OrloPowerCfg>\n";
+};
+
+// ---- Attributes and rights ----
+
+class KeptAttributeTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
+
+INSTANTIATE_TEST_SUITE_P(, KeptAttributeTest,
+                         testing::Values(FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM, FILE_ATTRIBUTE_ARCHIVE,
+                                         FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+
+TEST_P(KeptAttributeTest, SurvivesASave) {
+    SetFileAttributesW(File().c_str(), GetParam());
+    const DWORD attributes = GetFileAttributesW(File().c_str());
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(GetFileAttributesW(File().c_str()), attributes);
+    ExpectTheFileAlone(after);
+}
+
+TEST_F(SavedFileTest, AFileThatIsNotHiddenStaysSo) {
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(GetFileAttributesW(File().c_str()) & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM), 0u);
+}
+
+TEST_F(SavedFileTest, TheAccessRightsStay) {
+    SetRights(File(), L"D:(A;;FA;;;BA)(A;;FR;;;WD)");
+    const std::wstring rights = RightsOf(File());
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(RightsOf(File()), rights);
+    SetRights(File(), L"D:(A;;FA;;;BA)");
+    EXPECT_NE(RightsOf(File()), rights);
+    const std::wstring fewerRights = RightsOf(File());
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(RightsOf(File()), fewerRights);
+}
+
+TEST_F(SavedFileTest, TheDefaultsKeepAttributesAndRightsToo) {
+    SetRights(installation.DefaultsFile(), L"D:(A;;FA;;;BA)");
+    SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_HIDDEN);
+    const DWORD attributes = GetFileAttributesW(installation.DefaultsFile().c_str());
+    const std::wstring rights = RightsOf(installation.DefaultsFile());
+    Replace({Record(2)});
+    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(GetFileAttributesW(installation.DefaultsFile().c_str()), attributes);
+    EXPECT_EQ(RightsOf(installation.DefaultsFile()), rights);
+}
+
+// ---- What an earlier save has left ----
+
+// Where not every system protects files by their attributes, this does.
+class ProtectedFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {
+protected:
+    void SetUp() override {
+        SavedFileTest::SetUp();
+        patches.emplace_back(
+            Dll().Handle(), "DeleteFileW", +[](LPCWSTR path) WINAPI -> BOOL {
+                return IsProtected(path, FILE_ATTRIBUTE_READONLY) ? Deny(FALSE) : DeleteFileW(path);
+            });
+        patches.emplace_back(
+            Dll().Handle(), "CopyFileW", +[](LPCWSTR source, LPCWSTR target, BOOL keep) WINAPI -> BOOL {
+                return IsProtected(target) ? Deny(FALSE) : CopyFileW(source, target, keep);
+            });
+        patches.emplace_back(Dll().Handle(), "CreateFileW", &CreateUnlessProtected);
+    }
+    void TearDown() override { patches.clear(); }
+
+private:
+    static bool IsProtected(LPCWSTR path, DWORD by = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN) {
+        const DWORD attributes = GetFileAttributesW(path);
+        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & by) != 0;
+    }
+
+    template <class Result>
+    static Result Deny(Result result) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return result;
+    }
+
+    static HANDLE WINAPI CreateUnlessProtected(LPCWSTR path, DWORD access, DWORD share,
+                                               LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
+                                               HANDLE model) {
+        return disposition == CREATE_ALWAYS && IsProtected(path)
+                   ? Deny(INVALID_HANDLE_VALUE)
+                   : CreateFileW(path, access, share, security, disposition, flags, model);
+    }
+
+    std::list<ImportPatch> patches;
+};
+
+INSTANTIATE_TEST_SUITE_P(, ProtectedFileTest,
+                         testing::Values(FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN,
+                                         FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+
+TEST_P(ProtectedFileTest, IsNoObstacleWhereASaveHasLeftIt) {
+    WriteFile(NewFile(), "left");
+    SetFileAttributesW(NewFile().c_str(), GetParam());
+    EXPECT_TRUE(Save());
+    ExpectTheFileAlone(after);
+    EXPECT_EQ(GetFileAttributesW(File().c_str()) & (GetParam() | FILE_ATTRIBUTE_HIDDEN), 0u);
+}
+
+TEST_P(ProtectedFileTest, GivesWayToTheLatestCopyOfAnUnreadableFile) {
+    WriteUserSettings("<unreadable");
+    WriteFile(UnreadableCopy(), "an older one");
+    SetFileAttributesW(UnreadableCopy().c_str(), GetParam());
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(ReadFile(UnreadableCopy()), "<unreadable");
+}
+
+TEST_F(SavedFileTest, AnUnreadableFileStaysWhereItsCopyDoesNotReachTheDisk) {
+    WriteUserSettings("<unreadable");
+    static bool isFirst;
+    isFirst = true;
+    const ImportPatch refusal{Dll().Handle(), "FlushFileBuffers", +[](HANDLE file) WINAPI -> BOOL {
+                                  return std::exchange(isFirst, false) ? FALSE : FlushFileBuffers(file);
+                              }};
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(UserSettings(), "<unreadable");
+}
+
+// ---- No new file can be made ----
+
+TEST_F(SavedFileTest, IsWrittenItselfWhereAFolderHasTheNameOfTheNewFile) {
+    std::filesystem::create_directory(NewFile());
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(UserSettings(), after);
+    EXPECT_TRUE(std::filesystem::is_directory(NewFile()));
+}
+
+TEST_F(SavedFileTest, IsWrittenItselfWhereALeftOverIsInUse) {
+    WriteFile(NewFile(), "left");
+    const OpenFile program{NewFile(), GENERIC_READ, 0};
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(UserSettings(), after);
+}
+
+TEST_F(SavedFileTest, IsMadeWhereAFolderHasTheNameOfTheNewFile) {
+    std::filesystem::remove(File());
+    std::filesystem::create_directory(NewFile());
+    EXPECT_TRUE(Save());
+    EXPECT_NE(UserSettings().find("<CommonSettings Name=\"value\"/>"), std::string::npos);
+}
+
+TEST_F(SavedFileTest, HoldsNothingOfALongerOneOnceWrittenItself) {
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
+    const std::string content = UserSettings();
+    WriteUserSettings(before);
+    std::filesystem::create_directory(NewFile());
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
+    EXPECT_EQ(UserSettings(), content);
+}
+
+TEST_F(SavedFileTest, OfTheDefaultsIsWrittenItselfToo) {
+    std::filesystem::create_directory(SiblingOf(installation.DefaultsFile()));
+    Replace({Record(2)});
+    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+}
+
+TEST_F(SavedFileTest, StaysWhereNeitherItNorANewOneCanBeWritten) {
+    std::filesystem::create_directory(NewFile());
+    const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ};
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(UserSettings(), before);
+}
+
+// ---- The new file cannot take the place of the old one ----
+
+TEST_F(SavedFileTest, IsWrittenItselfWhereItsReplacementIsNotAllowed) {
+    const FatefulPlatform platform{Dll().Handle()};
+    refusalReason = ERROR_ACCESS_DENIED;
+    MovingFile::fate = Fate::Refuses;
+    EXPECT_TRUE(Save());
+    ExpectTheFileAlone(after);
+}
+
+TEST_F(SavedFileTest, IsWrittenWhileAnotherProgramHasItOpenThatLetsOthersWrite) {
+    const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE};
+    EXPECT_TRUE(Save());
+    ExpectTheFileAlone(after);
+}
+
+class UnsharedFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
+
+INSTANTIATE_TEST_SUITE_P(, UnsharedFileTest, testing::Values(0u, FILE_SHARE_READ));
+
+TEST_P(UnsharedFileTest, IsLeftToTheProgramThatLetsNobodyWrite) {
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"a value that makes the file longer"));
+    {
+        const OpenFile program{File(), GENERIC_READ, GetParam()};
+        EXPECT_EQ(Save(), GetParam() == 0);
+    }
+    ExpectTheFileAlone(before);
+    EXPECT_TRUE(Save());
+}
+
+// ---- The disk fills up while the file itself is written ----
+
+namespace {
+
+// How large a file can become.
+DWORD spaceForAFile = 0;
+
+BOOL WINAPI WriteAsFarAsThereIsSpace(HANDLE file, LPCVOID data, DWORD size, LPDWORD written,
+                                     LPOVERLAPPED overlapped) {
+    const DWORD position = SetFilePointer(file, 0, nullptr, FILE_CURRENT);
+    const DWORD fitting = std::min(size, spaceForAFile - position);
+    return WriteFile(file, data, fitting, written, overlapped) && fitting == size;
+}
+
+}  // namespace
+
+class NoSpaceForGrowthTest : public SavedFileTest {
+protected:
+    void SetUp() override {
+        SavedFileTest::SetUp();
+        std::filesystem::create_directory(NewFile());
+        spaceForAFile = static_cast<DWORD>(before.size());
+        fullDisk.emplace(Dll().Handle(), "WriteFile", &WriteAsFarAsThereIsSpace);
+    }
+    void TearDown() override { fullDisk.reset(); }
+
+private:
+    std::optional<ImportPatch> fullDisk;
+};
+
+TEST_F(NoSpaceForGrowthTest, LeavesTheOldContent) {
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(UserSettings(), before);
+}
+
+TEST_F(NoSpaceForGrowthTest, LeavesNoBeginningOfAFirstFile) {
+    std::filesystem::remove(File());
+    spaceForAFile = 10;
+    EXPECT_FALSE(Save());
+    EXPECT_FALSE(std::filesystem::exists(File()));
+}
+
+}  // namespace ZOTDam::Test

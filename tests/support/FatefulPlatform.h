@@ -1,0 +1,87 @@
+// The functions of the platform that a save needs, made to end the process or to refuse their service.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstdlib>
+#include <type_traits>
+
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+enum class Fate { Passes, DiesBefore, DiesAfter, Refuses };
+
+inline constexpr UINT DiedAsPlanned = 77;
+
+// Why a function refuses its service.
+inline DWORD refusalReason = ERROR_DISK_FULL;
+
+[[noreturn]] inline void Die() {
+    TerminateProcess(GetCurrentProcess(), DiedAsPlanned);
+    std::abort();
+}
+
+// One function of the platform, with what is to become of its calls, once some have passed.
+template <auto& Function, class Signature>
+struct FatefulCall;
+
+template <auto& Function, class Result, class... Arguments>
+struct FatefulCall<Function, Result WINAPI(Arguments...)> {
+    static inline Fate fate = Fate::Passes;
+    static inline int passing = 0;
+    static inline Result refusal{};
+
+    static Result WINAPI Call(Arguments... arguments) {
+        if (fate == Fate::Passes || passing-- > 0)
+            return Function(arguments...);
+        if (fate == Fate::DiesBefore)
+            Die();
+        if (fate == Fate::Refuses) {
+            SetLastError(refusalReason);
+            return refusal;
+        }
+        Function(arguments...);
+        Die();
+    }
+};
+
+template <auto& Function>
+using Fateful = FatefulCall<Function, std::remove_reference_t<decltype(Function)>>;
+
+using OpeningFile = Fateful<CreateFileW>;
+using FlushingFile = Fateful<FlushFileBuffers>;
+using MovingFile = Fateful<MoveFileExW>;
+using CopyingFile = Fateful<CopyFileW>;
+using DeletingFile = Fateful<DeleteFileW>;
+
+// Puts the calls between the loaded DLL and the platform.
+struct FatefulPlatform {
+    explicit FatefulPlatform(HMODULE dll)
+        : patches{ImportPatch{dll, "CreateFileW", OpeningFile::Call},
+                  ImportPatch{dll, "FlushFileBuffers", FlushingFile::Call},
+                  ImportPatch{dll, "MoveFileExW", MovingFile::Call},
+                  ImportPatch{dll, "CopyFileW", CopyingFile::Call},
+                  ImportPatch{dll, "DeleteFileW", DeletingFile::Call}} {
+        OpeningFile::refusal = INVALID_HANDLE_VALUE;
+        DeletingFile::passing = 1;  // the one that takes away what an earlier save has left
+    }
+    FatefulPlatform(const FatefulPlatform&) = delete;
+    FatefulPlatform& operator=(const FatefulPlatform&) = delete;
+    ~FatefulPlatform() {
+        for (Fate* const fate : Fates())
+            *fate = Fate::Passes;
+        refusalReason = ERROR_DISK_FULL;
+    }
+
+    // In the order of the fates in a SavePlan.
+    static std::array<Fate*, 5> Fates() {
+        return {&OpeningFile::fate, &FlushingFile::fate, &MovingFile::fate, &CopyingFile::fate,
+                &DeletingFile::fate};
+    }
+
+    std::array<ImportPatch, 5> patches;
+};
+
+}  // namespace ZOTDam::Test
