@@ -15,9 +15,10 @@ namespace ZOTDam::Test {
 class Installation {
 public:
     Installation() {
-        static int count = 0;
-        root = std::filesystem::temp_directory_path() /
-               (L"zotdam-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count));
+        // Another process may have made a folder of the same name, or have left it behind.
+        do
+            root = NextRoot();
+        while (!std::filesystem::create_directory(root));
         std::filesystem::create_directories(BaseFile().parent_path());
         std::filesystem::create_directories(UserFile().parent_path());
         SetEnvironmentVariableW(L"ProgramFiles", ProgramFiles().c_str());
@@ -40,6 +41,12 @@ public:
     }
 
 private:
+    static std::filesystem::path NextRoot() {
+        static int count = 0;
+        return std::filesystem::temp_directory_path() /
+               (L"zotdam-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count));
+    }
+
     std::filesystem::path Folder() const { return ProgramFiles() / L"Orlo" / L"QUEN Power Management"; }
 
     std::filesystem::path root;
