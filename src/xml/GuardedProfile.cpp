@@ -13,13 +13,6 @@ namespace ZOTDam {
 
 namespace {
 
-bool CanBeOpened(const std::wstring& path) noexcept {
-    constexpr DWORD anybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return CFile{CreateFileW(path.c_str(), GENERIC_READ, anybody, nullptr, OPEN_EXISTING,
-                             FILE_ATTRIBUTE_NORMAL, nullptr)}
-        .IsOpen();
-}
-
 bool IsFile(const std::wstring& path) noexcept {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
@@ -39,10 +32,7 @@ void CGuardedProfile::Open() noexcept {
             return true;
         });
     } else if (const CBusyMarker marker{markerName}; marker.IsOurs()) {
-        if (Load())
-            fileContent = FileContent::Known;
-        else
-            fileContent = CanBeOpened(Path()) ? FileContent::NoXml : FileContent::Unknown;
+        fileContent = ReadFile();
     }
 }
 
@@ -51,6 +41,19 @@ bool CGuardedProfile::Save() noexcept {
         const CBusyMarker marker{markerName};
         return !marker.IsOurs() || !MayReplaceFile() || ReplaceFile();
     });
+}
+
+// A load fails alike for a file that is no XML and for one that another program keeps from being read. What
+// is open here, that program cannot have: what does not load now either is no XML.
+CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
+    if (Load())
+        return FileContent::Known;
+    const CFile file{CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr)};
+    std::string content;
+    if (!FalseOnException([&] { return file.IsOpen() && file.Read(content); }))
+        return FileContent::Unknown;
+    return Load() ? FileContent::Known : FileContent::NoXml;
 }
 
 IXMLDOMElementPtr CGuardedProfile::Root() {

@@ -34,6 +34,7 @@ private:
         NoXml,    // the file was read, but there is nothing that a document could hold
     };
 
+    FileContent ReadFile() noexcept;
     bool MayReplaceFile() const noexcept;
     bool SetUnreadableFileAside() const;
     bool ReplaceFile();

@@ -7,28 +7,13 @@
 
 #include "support/FatefulPlatform.h"
 #include "support/FunctionDefaultsTest.h"
+#include "support/OpenFile.h"
 
 #include <sddl.h>
 
 namespace ZOTDam::Test {
 
 namespace {
-
-// A file of another program, or a folder, that is in the way.
-class OpenFile {
-public:
-    OpenFile(const std::filesystem::path& file, DWORD access, DWORD share)
-        : handle{CreateFileW(file.c_str(), access, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
-                             nullptr)} {
-        EXPECT_NE(handle, INVALID_HANDLE_VALUE);
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile() { CloseHandle(handle); }
-
-private:
-    HANDLE handle;
-};
 
 // The list of access rights of a file, as text.
 std::wstring RightsOf(const std::filesystem::path& file) {

@@ -24,4 +24,8 @@ inline void StretchInstallationFolder(const std::filesystem::path& programFiles,
     Stretch(L"ProgramFiles", programFiles, L"\\Orlo\\QUEN Power Management\\", units);
 }
 
+inline void StretchUserFolder(const std::filesystem::path& programData, std::size_t units) {
+    Stretch(L"ProgramData", programData, L"\\Orlo Corporation\\QUEN Power Management\\", units);
+}
+
 }  // namespace ZOTDam::Test

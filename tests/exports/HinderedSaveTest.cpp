@@ -1,0 +1,418 @@
+// Saves that something stands in the way of: a file that is read-only or that another program has open, a
+// folder that is missing or has too long a name. What the call answers, and that nothing is damaged.
+#include <windows.h>
+
+#include <optional>
+#include <set>
+#include <span>
+
+#include "support/FunctionDefaultsTest.h"
+#include "support/MarkerCalls.h"
+#include "support/OpenFile.h"
+#include "support/StretchedFolder.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+enum class DataFile { UserSettings, Defaults };
+
+// A call that saves one of the two files.
+struct SavingCall {
+    std::string name;
+    DataFile file;
+    bool (*call)(const Library& dll);
+    bool whenSaved;
+    bool whenNotSaved;
+};
+
+void PrintTo(const SavingCall& saving, std::ostream* out) {
+    *out << saving.name;
+}
+
+bool ReadScheme(const Library& dll) {
+    auto ignore = MakeCallback<IGetParameterCallback>([](std::int32_t, const ParamValue*) {});
+    return dll.GetParameter(&HighPerformance, &ignore);
+}
+
+bool ReadCommands(const Library& dll) {
+    auto ignore = MakeCallback<IGetCommandInfoCallback>([](const CommandInfoRecord*) {});
+    return dll.GetCommandInfo(&HighPerformance, &ignore);
+}
+
+bool ReplaceFunctions(const Library& dll) {
+    const FunctionBaseHolder holder = HolderOf({Record(20)});
+    return dll.AddFunctionDefault(&holder);
+}
+
+// The readers store the defaults of a scheme that was not stored yet.
+std::vector<SavingCall> SavingCalls() {
+    constexpr DataFile user = DataFile::UserSettings;
+    constexpr DataFile defaults = DataFile::Defaults;
+    return {
+        {"SetParameter", user,
+         [](const Library& dll) {
+             return dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get());
+         },
+         true, true},
+        {"SetCommonSetting", user, [](const Library& dll) { return dll.SetCommonSetting(L"Name", L"new"); },
+         true, false},
+        {"ResetDefault", user, [](const Library& dll) { return dll.ResetDefault(); }, true, true},
+        {"GetParameter", user, ReadScheme, true, true},
+        {"TEVGetParam", user, [](const Library& dll) { return dll.TEVGetParam(&HighPerformance); }, true,
+         true},
+        {"GetCommandInfo", user, ReadCommands, true, true},
+        {"GetDiffFuncList", user,
+         [](const Library& dll) {
+             return dll.GetDiffFuncList(&HighPerformance, &PowerSaver, 1, nullptr, nullptr);
+         },
+         false, false},
+        {"InitCommonSetting", defaults, [](const Library& dll) { return dll.InitCommonSetting(); }, true,
+         false},
+        {"AddFunctionDefault", defaults, ReplaceFunctions, true, true},
+    };
+}
+
+// ---- What stands in the way ----
+
+class ReadOnlyFile {
+public:
+    explicit ReadOnlyFile(std::filesystem::path file) : path{std::move(file)} {
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    }
+    ReadOnlyFile(const ReadOnlyFile&) = delete;
+    ReadOnlyFile& operator=(const ReadOnlyFile&) = delete;
+    ~ReadOnlyFile() { SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL); }
+
+private:
+    std::filesystem::path path;
+};
+
+struct Hindrance {
+    std::string name;
+    DWORD access;
+    DWORD shared;
+    bool isLocked = false;
+};
+
+constexpr DWORD Reading = GENERIC_READ;
+constexpr DWORD Writing = GENERIC_READ | GENERIC_WRITE;
+constexpr DWORD SharesReading = FILE_SHARE_READ;
+constexpr DWORD SharesWriting = FILE_SHARE_READ | FILE_SHARE_WRITE;
+constexpr DWORD SharesDeleting = FILE_SHARE_READ | FILE_SHARE_DELETE;
+constexpr DWORD SharesAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// With these open, no DOM reads the file either.
+const Hindrance Excluding[] = {
+    {"WhileOpenForReadingWithoutSharing", Reading, 0},
+    {"WhileOpenForWritingWithoutSharing", Writing, 0},
+    {"WhileOpenForWritingForOneOnly", Writing, SharesReading},
+};
+
+// With these open, nobody may write into the file.
+const Hindrance Forbidding[] = {
+    {"WhileOpenForReadingOnly", Reading, SharesReading},
+    {"WhileOpenForReadingOnlyAndLocked", Reading, SharesReading, true},
+};
+
+// With these open, everybody may.
+const Hindrance Permitting[] = {
+    {"WhileOpenForReadingAndWriting", Reading, SharesWriting},
+    {"WhileOpenForAnything", Reading, SharesAll},
+};
+
+// Here systems differ. Some let a file be replaced that another program writes or locks.
+const Hindrance Undecided[] = {
+    {"WhileOpenForReadingAndDeleting", Reading, SharesDeleting}, {"WhileWritten", Writing, SharesWriting},
+    {"WhileWrittenWithAnythingShared", Writing, SharesAll},      {"WhileLocked", Reading, SharesAll, true},
+    {"WhileWrittenAndLocked", Writing, SharesAll, true},
+};
+
+constexpr wchar_t KeepFileOpen[] = L"keep-file-open";
+
+// Another program that has the file open until it is killed.
+const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>& arguments) {
+                                    const OpenFile open{arguments.at(0), Reading, SharesReading};
+                                    SignalReady();
+                                    Sleep(INFINITE);
+                                    return 0;
+                                }};
+
+}  // namespace
+
+// The library has read both files when a hindrance comes up.
+class HinderedSaveTest : public FunctionDefaultsTest {
+protected:
+    HinderedSaveTest() {
+        WriteDefaults(OldDefaultsFile);
+        WriteUserSettings(OldSettings);
+        WriteBase(R"(<ZOTBase><CommonSettings Base="b"/></ZOTBase>)");
+        before = Everything();
+    }
+
+    std::filesystem::path PathOf(DataFile file) const {
+        return file == DataFile::Defaults ? installation.DefaultsFile() : installation.UserFile();
+    }
+    static const std::string& OldContentOf(DataFile file) {
+        return file == DataFile::Defaults ? OldDefaultsFile : OldSettings;
+    }
+
+    void ReadBothFiles() {
+        EXPECT_EQ(Dll().GetFuncCount(), 2u);
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+    }
+
+    // What the file holds once the call could save it.
+    std::string ContentSavedBy(const SavingCall& saving) {
+        ReadBothFiles();
+        EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
+        Unload();
+        std::string content = ReadFile(PathOf(saving.file));
+        EXPECT_NE(content, OldContentOf(saving.file));
+        WriteFile(PathOf(saving.file), OldContentOf(saving.file));
+        return content;
+    }
+
+    bool CallHinderedBy(const Hindrance& hindrance, const SavingCall& saving) {
+        ReadBothFiles();
+        const OpenFile open{PathOf(saving.file), hindrance.access, hindrance.shared};
+        if (hindrance.isLocked)
+            open.Lock();
+        return saving.call(Dll());
+    }
+
+    // The names of all files and folders.
+    std::set<std::string> Everything() const {
+        std::set<std::string> names;
+        for (const auto& folder : {installation.ProgramFiles(), installation.ProgramData()})
+            for (const auto& entry : std::filesystem::recursive_directory_iterator{folder})
+                names.insert(Utf8(entry.path().filename()));
+        return names;
+    }
+
+    // Where the file stayed as it was, the next save is made as if nothing had happened.
+    void ExpectThatTheNextSaveWorks(const SavingCall& saving, const std::string& saved) {
+        Unload();
+        ReadBothFiles();
+        EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
+        EXPECT_EQ(ReadFile(PathOf(saving.file)), saved);
+        EXPECT_EQ(Everything(), before);
+    }
+
+    inline static const std::string OldSettings =
+        OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 4, 5)));
+    inline static const std::string OldDefaultsFile = TwoFunctions;
+    std::set<std::string> before;
+};
+
+// ---- Each call, and each way to hinder it ----
+
+class SavingCallTest : public HinderedSaveTest, public testing::WithParamInterface<SavingCall> {
+protected:
+    static const SavingCall& Saving() { return GetParam(); }
+    std::filesystem::path Path() const { return PathOf(Saving().file); }
+    const std::string& OldContent() const { return OldContentOf(Saving().file); }
+    std::string Content() const { return ReadFile(Path()); }
+
+    void ExpectToBeHinderedBy(std::span<const Hindrance> hindrances, bool result) {
+        const std::string saved = ContentSavedBy(Saving());
+        for (const Hindrance& hindrance : hindrances) {
+            SCOPED_TRACE(hindrance.name);
+            EXPECT_EQ(CallHinderedBy(hindrance, Saving()), result);
+            EXPECT_EQ(Content(), OldContent());
+            EXPECT_EQ(Everything(), before);
+            Unload();
+        }
+        ExpectThatTheNextSaveWorks(Saving(), saved);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(, SavingCallTest, testing::ValuesIn(SavingCalls()), CaseName<SavingCall>);
+
+TEST_P(SavingCallTest, LeavesAReadOnlyFile) {
+    const std::string saved = ContentSavedBy(Saving());
+    {
+        ReadBothFiles();
+        const ReadOnlyFile file{Path()};
+        EXPECT_EQ(Saving().call(Dll()), Saving().whenNotSaved);
+        EXPECT_EQ(Content(), OldContent());
+        EXPECT_EQ(Everything(), before);
+    }
+    ExpectThatTheNextSaveWorks(Saving(), saved);
+}
+
+// Only the user settings are to be read again before they are saved. A save of what could not be read is
+// skipped, as if the file were busy, and that is no failure.
+TEST_P(SavingCallTest, LeavesAFileThatNobodyCanRead) {
+    const bool isSkipped = Saving().file == DataFile::UserSettings;
+    ExpectToBeHinderedBy(Excluding, isSkipped ? Saving().whenSaved : Saving().whenNotSaved);
+}
+
+TEST_P(SavingCallTest, LeavesAFileThatNobodyMayWrite) {
+    ExpectToBeHinderedBy(Forbidding, Saving().whenNotSaved);
+}
+
+TEST_P(SavingCallTest, SavesAFileThatOthersMayWrite) {
+    const std::string saved = ContentSavedBy(Saving());
+    for (const Hindrance& hindrance : Permitting) {
+        SCOPED_TRACE(hindrance.name);
+        EXPECT_EQ(CallHinderedBy(hindrance, Saving()), Saving().whenSaved);
+        EXPECT_EQ(Content(), saved);
+        EXPECT_EQ(Everything(), before);
+        Unload();
+        WriteFile(Path(), OldContent());
+    }
+}
+
+TEST_P(SavingCallTest, SavesAFileThatAnotherProgramWritesOrLocksWholeOrNotAtAll) {
+    const std::string saved = ContentSavedBy(Saving());
+    for (const Hindrance& hindrance : Undecided) {
+        SCOPED_TRACE(hindrance.name);
+        const bool result = CallHinderedBy(hindrance, Saving());
+        const bool isSaved = Content() != OldContent();
+        EXPECT_TRUE(!isSaved || (result == Saving().whenSaved && Content() == saved)) << Content();
+        EXPECT_EQ(Everything(), before);
+        Unload();
+        WriteFile(Path(), OldContent());
+    }
+}
+
+TEST_P(SavingCallTest, MakesNoFolder) {
+    ReadBothFiles();
+    const std::filesystem::path folder = Path().parent_path();
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(Saving().call(Dll()), Saving().whenNotSaved);
+    EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_P(SavingCallTest, LeavesAFileInThePlaceOfTheFolder) {
+    ReadBothFiles();
+    const std::filesystem::path folder = Path().parent_path();
+    std::filesystem::remove_all(folder);
+    WriteFile(folder, "a file");
+    EXPECT_EQ(Saving().call(Dll()), Saving().whenNotSaved);
+    EXPECT_EQ(ReadFile(folder), "a file");
+}
+
+TEST_P(SavingCallTest, LeavesAFolderInThePlaceOfTheFile) {
+    ReadBothFiles();
+    std::filesystem::remove(Path());
+    std::filesystem::create_directory(Path());
+    EXPECT_EQ(Saving().call(Dll()), Saving().whenNotSaved);
+    EXPECT_TRUE(std::filesystem::is_empty(Path()));
+    EXPECT_EQ(Everything(), before);
+}
+
+// ---- Other programs ----
+
+TEST_F(HinderedSaveTest, TheUserSettingsAreSavedOnceTheProgramThatReadsThemHasDied) {
+    {
+        const SecondProcess reader{KeepFileOpen, {installation.UserFile()}};
+        EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"new"));
+        EXPECT_EQ(UserSettings(), OldSettings);
+    }
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"newer"));
+    EXPECT_NE(UserSettings().find(R"(Name="newer")"), std::string::npos);
+}
+
+TEST_F(HinderedSaveTest, TheDefaultsAreSavedOnceTheProgramThatReadsThemHasDied) {
+    {
+        const SecondProcess reader{KeepFileOpen, {installation.DefaultsFile()}};
+        EXPECT_FALSE(Dll().InitCommonSetting());
+        EXPECT_EQ(Defaults(), OldDefaultsFile);
+    }
+    EXPECT_TRUE(Dll().InitCommonSetting());
+    EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);
+}
+
+// A file that cannot be read since somebody writes it is not one that cannot be read since it is no XML.
+TEST_F(HinderedSaveTest, AFileThatAnotherProgramWritesWhenItIsToBeReadLosesNothing) {
+    for (const DWORD shared : {SharesReading, SharesWriting, SharesAll}) {
+        std::optional<OpenFile> writer{std::in_place, installation.UserFile(), Writing, shared};
+        MarkerCalls calls{Dll().Handle()};
+        calls.onOpen = [&]() -> std::optional<HANDLE> {
+            if (calls.looked.size() == 2)
+                writer.reset();
+            return std::nullopt;
+        };
+        Dll().SetCommonSetting(L"Name", L"new");
+        EXPECT_EQ(calls.looked.size(), 2u);
+        EXPECT_NE(UserSettings().find(BalancedText), std::string::npos) << UserSettings();
+        EXPECT_EQ(Everything(), before);
+        WriteUserSettings(OldSettings);
+    }
+}
+
+TEST_F(HinderedSaveTest, DefaultsThatAnotherProgramWritesAtTheirOnlyLoadLoseNothing) {
+    {
+        const OpenFile writer{installation.DefaultsFile(), Writing, SharesAll};
+        Dll().GetFuncCount();
+    }
+    Dll().InitCommonSetting();
+    EXPECT_NE(Defaults().find("<Function ID=\"2\""), std::string::npos) << Defaults();
+    EXPECT_EQ(Everything(), before);
+}
+
+// ---- Folders whose names just fit, or do not ----
+
+class LongFolderSaveTest : public HinderedSaveTest {
+protected:
+    void SaveInUserFolderOf(std::size_t units, const SavingCall& saving, bool expected) {
+        WriteUserSettings(OldSettings);
+        StretchUserFolder(installation.ProgramData(), units);
+        ReadBothFiles();
+        EXPECT_EQ(saving.call(Dll()), expected) << saving.name;
+        Unload();
+        EXPECT_EQ(Everything(), before);
+    }
+
+    bool InitInInstallationFolderOf(std::size_t units) {
+        StretchInstallationFolder(installation.ProgramFiles(), units);
+        return Dll().InitCommonSetting();
+    }
+};
+
+TEST_F(LongFolderSaveTest, InAUserFolderOf255UnitsEachCallSaves) {
+    for (const SavingCall& saving : SavingCalls())
+        if (saving.file == DataFile::UserSettings) {
+            SaveInUserFolderOf(255, saving, saving.whenSaved);
+            EXPECT_NE(UserSettings(), OldSettings) << saving.name;
+        }
+}
+
+TEST_F(LongFolderSaveTest, InAUserFolderOf256UnitsNoCallSavesAndThereIsNothingToReset) {
+    for (const SavingCall& saving : SavingCalls())
+        if (saving.file == DataFile::UserSettings) {
+            SaveInUserFolderOf(256, saving, saving.whenNotSaved && saving.name != "ResetDefault");
+            EXPECT_EQ(UserSettings(), OldSettings) << saving.name;
+        }
+}
+
+TEST_F(LongFolderSaveTest, InAnInstallationFolderOf255UnitsTheFunctionsAreSaved) {
+    StretchInstallationFolder(installation.ProgramFiles(), 255);
+    EXPECT_TRUE(ReplaceFunctions(Dll()));
+    EXPECT_EQ(Defaults(), OldDefaults(Written(20)));
+    EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(LongFolderSaveTest, InAnInstallationFolderOf256UnitsTheFunctionsAreNotSaved) {
+    StretchInstallationFolder(installation.ProgramFiles(), 256);
+    EXPECT_TRUE(ReplaceFunctions(Dll()));
+    EXPECT_EQ(Defaults(), OldDefaultsFile);
+    EXPECT_EQ(Everything(), before);
+}
+
+// The base catalogue lies five units deeper.
+TEST_F(LongFolderSaveTest, InAnInstallationFolderOf250UnitsTheDefaultSettingsAreSaved) {
+    EXPECT_TRUE(InitInInstallationFolderOf(250));
+    EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);
+    EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(LongFolderSaveTest, InAnInstallationFolderOf251UnitsThereAreNoSettingsToSave) {
+    EXPECT_FALSE(InitInInstallationFolderOf(251));
+    EXPECT_EQ(Defaults(), OldDefaultsFile);
+    EXPECT_EQ(Everything(), before);
+}
+
+}  // namespace ZOTDam::Test
