@@ -1,9 +1,11 @@
-// Two parts of the C++ runtime that g++ links in, made anew for a small library that must survive when memory
-// runs out. Other compilers' runtimes are the system's.
+// Parts of the C++ runtime that g++ links in, made anew for a small library that must survive when memory
+// runs out and leave nothing behind when it is unloaded. Other compilers' runtimes are the system's.
 #ifdef __GNUC__
 
 #include <cxxabi.h>
 #include <cstdlib>
+
+#include "platform/AtUnload.h"
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the names of the runtime
 
@@ -16,6 +18,31 @@ void __verbose_terminate_handler() {
 }
 
 }  // namespace __gnu_cxx
+
+// The runtime holds memory in reserve for exceptions, and forgets it when a library is unloaded. Made first,
+// this object goes last.
+namespace __gnu_cxx {
+
+void __freeres();
+
+}  // namespace __gnu_cxx
+
+namespace ZOTDam {
+
+namespace {
+
+struct CExceptionReserve {
+    ~CExceptionReserve() {
+        if (!processIsEnding)
+            __gnu_cxx::__freeres();
+    }
+};
+
+__attribute__((init_priority(101))) CExceptionReserve exceptionReserve;
+
+}  // namespace
+
+}  // namespace ZOTDam
 
 // The runtime allocates a thread's exception state when the thread first throws, and ends the process when it
 // cannot, which is just when std::bad_alloc is thrown. Here the loader provides it, with the thread's other

@@ -13,9 +13,16 @@ namespace ZOTDam {
 template <class Document>
 class CSingleton {
 public:
+    CSingleton() = default;
+    CSingleton(const CSingleton&) = delete;
+    CSingleton& operator=(const CSingleton&) = delete;
+    ~CSingleton() {
+        if (!processIsEnding)
+            Release();
+    }
+
     // Null when the object could not be made.
     Document* Get() noexcept {
-        static const CAtUnload releaseAtUnload{[this]() noexcept { Release(); }};
         if (document == nullptr) {
             const std::lock_guard guard{section};
             if (document == nullptr)
