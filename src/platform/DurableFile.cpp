@@ -62,7 +62,16 @@ Step WriteSibling(const std::wstring& sibling, const std::wstring& path, std::st
 // ReplaceFileW would keep even more of the old file, but in two steps.
 Step MoveOver(const std::wstring& source, const std::wstring& target) noexcept {
     constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    return MoveFileExW(source.c_str(), target.c_str(), flags) != FALSE ? Step::Done : Refusal();
+    // Who only has a look at the file is gone soon, so a refusal is not the end at once. Nobody waits,
+    // though.
+    constexpr int attempts = 20;
+    Step step = Step::Refused;
+    for (int attempt = 0; attempt < attempts && step == Step::Refused; ++attempt) {
+        if (attempt > 0)
+            SwitchToThread();
+        step = MoveFileExW(source.c_str(), target.c_str(), flags) != FALSE ? Step::Done : Refusal();
+    }
+    return step;
 }
 
 // A process that dies in here leaves a mixture; a disk that refuses does not.
