@@ -6,6 +6,7 @@
 #include "support/DataFiles.h"
 #include "support/Endurance.h"
 #include "support/FunctionDefaultsTest.h"
+#include "support/InstallationOfParent.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
@@ -66,18 +67,13 @@ const Saver& SaverOf(const std::wstring& name) {
     }
 }
 
-// A new process gets %ProgramFiles% from the system, whatever it was for the process that starts it.
-void FindInstallation(const std::wstring& programFiles) {
-    SetEnvironmentVariableW(L"ProgramFiles", programFiles.c_str());
-}
-
 constexpr wchar_t SavesInALoop[] = L"saves-in-a-loop";
 constexpr wchar_t SavesWithTheDomInALoop[] = L"saves-with-the-dom-in-a-loop";
 
 const RegisterRole savesInALoop{SavesInALoop, [](const std::vector<std::wstring>& arguments) -> int {
-                                    FindInstallation(arguments.at(0));
+                                    EnterInstallation(arguments);
                                     const Library dll;
-                                    const Saver& saver = SaverOf(arguments.at(1));
+                                    const Saver& saver = SaverOf(arguments.at(2));
                                     SaveForEver([&](State state) { saver.save(dll, state); });
                                 }};
 
@@ -93,7 +89,7 @@ VARIANT AsVariant(const OwnedBstr& text) {
 const RegisterRole savesWithTheDomInALoop{
     SavesWithTheDomInALoop, [](const std::vector<std::wstring>& arguments) -> int {
         const ComScope com;
-        const std::wstring& file = arguments.at(2);
+        const std::wstring& file = arguments.at(3);
         const auto shortDocument = NewDocument();
         const auto longDocument = NewDocument();
         Load(*shortDocument, file + L".short");
@@ -157,8 +153,7 @@ protected:
         const std::string& name = GetParam().name;
         int spoiled = 0;
         for (int kill = 0; kill < kills; ++kill) {
-            SecondProcess saver{
-                role, {installation.ProgramFiles().wstring(), {name.begin(), name.end()}, File().wstring()}};
+            SecondProcess saver{role, WithFolders(installation, {{name.begin(), name.end()}, File()})};
             SpinFor(static_cast<int>(random() % 15000));
             saver.Kill();
             const std::string content = ReadFile(File());

@@ -6,6 +6,7 @@
 #include "support/DataFiles.h"
 #include "support/FatefulPlatform.h"
 #include "support/FunctionDefaultsTest.h"
+#include "support/InstallationOfParent.h"
 
 namespace ZOTDam::Test {
 
@@ -41,11 +42,6 @@ std::string FileOfFunctions(std::int32_t firstId) {
     return OldDefaults(functions);
 }
 
-// A new process gets %ProgramFiles% from the system, whatever it was for the process that starts it.
-void FindInstallation(const std::wstring& programFiles) {
-    SetEnvironmentVariableW(L"ProgramFiles", programFiles.c_str());
-}
-
 // What becomes of each call in a save, and of the save.
 struct SavePlan {
     std::string name;
@@ -60,10 +56,11 @@ void PrintTo(const SavePlan& plan, std::ostream* out) {
 // The argument names the fate of each call by a digit.
 template <class Save>
 int SaveUnderFates(const std::vector<std::wstring>& arguments, Save save) {
+    EnterInstallation(arguments);
     const Library dll;
     const FatefulPlatform platform{dll.Handle()};
     for (std::size_t call = 0; Fate* const fate : FatefulPlatform::Fates())
-        *fate = static_cast<Fate>(arguments.at(0).at(call++) - L'0');
+        *fate = static_cast<Fate>(arguments.at(2).at(call++) - L'0');
     save(dll);
     return 0;
 }
@@ -74,7 +71,6 @@ const RegisterRole saveAndDie{SaveAndDie, [](const std::vector<std::wstring>& ar
                               }};
 
 const RegisterRole replaceAndDie{ReplaceAndDie, [](const std::vector<std::wstring>& arguments) {
-                                     FindInstallation(arguments.at(1));
                                      return SaveUnderFates(
                                          arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
                                  }};
@@ -131,7 +127,7 @@ protected:
 class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
 protected:
     void SaveInAProcessThatDies(const wchar_t* role = SaveAndDie) {
-        SecondProcess saver{role, {AsArgument(GetParam()), installation.ProgramFiles()}};
+        SecondProcess saver{role, WithFolders(installation, {AsArgument(GetParam())})};
         ASSERT_EQ(saver.WaitForExit(), DiedAsPlanned);
     }
 };

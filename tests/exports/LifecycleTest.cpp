@@ -13,6 +13,7 @@
 #include "support/DomDocuments.h"
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
+#include "support/InstallationOfParent.h"
 
 namespace ZOTDam::Test {
 
@@ -398,12 +399,6 @@ namespace {
 
 using Folders = std::vector<std::wstring>;
 
-// A starting process gets %ProgramFiles% from the system and not from its parent.
-void EnterInstallation(const Folders& folders) {
-    SetEnvironmentVariableW(L"ProgramFiles", folders.at(0).c_str());
-    SetEnvironmentVariableW(L"ProgramData", folders.at(1).c_str());
-}
-
 // Loads the DLL, and the defaults in it, in a process that will neither free it nor call its ZOTDamExit.
 Library& LoadForGood(const Folders& folders) {
     EnterInstallation(folders);
@@ -534,7 +529,7 @@ const RegisterRole endsDuringASave{
 class ProcessEndTest : public LifecycleTest {
 protected:
     DWORD ExitCodeOf(const wchar_t* role) const {
-        return SecondProcess{role, {installation.ProgramFiles(), installation.ProgramData()}}.WaitForExit();
+        return SecondProcess{role, WithFolders(installation)}.WaitForExit();
     }
 };
 

@@ -41,9 +41,9 @@ SecondProcess::SecondProcess(const std::wstring& role, const std::vector<std::ws
                         nullptr, nullptr, &startup, &started))
         throw std::runtime_error{"the second process does not start"};
     process = started.hProcess;
+    thread = started.hThread;
     const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, ReadyEventName(started.dwProcessId).c_str());
-    ResumeThread(started.hThread);
-    CloseHandle(started.hThread);
+    ResumeThread(thread);
     const HANDLE either[] = {ready, process};
     WaitForMultipleObjects(2, either, FALSE, Patience);
     CloseHandle(ready);
@@ -51,6 +51,7 @@ SecondProcess::SecondProcess(const std::wstring& role, const std::vector<std::ws
 
 SecondProcess::~SecondProcess() {
     Kill();
+    CloseHandle(thread);
     CloseHandle(process);
 }
 
@@ -64,6 +65,18 @@ DWORD SecondProcess::WaitForExit() noexcept {
     WaitForSingleObject(process, Patience);
     GetExitCodeProcess(process, &exitCode);
     return exitCode;
+}
+
+void SecondProcess::Suspend() noexcept {
+    SuspendThread(thread);
+    // The suspension is only asked for by that call. Its context can be had once the thread stands still.
+    CONTEXT context = {};
+    context.ContextFlags = CONTEXT_CONTROL;
+    GetThreadContext(thread, &context);
+}
+
+void SecondProcess::Resume() noexcept {
+    ResumeThread(thread);
 }
 
 RegisterRole::RegisterRole(const std::wstring& name, Role role) {

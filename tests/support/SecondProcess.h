@@ -21,8 +21,13 @@ public:
     void Kill() noexcept;
     DWORD WaitForExit() noexcept;
 
+    // Stops the thread that plays the role wherever it is, and lets it go on.
+    void Suspend() noexcept;
+    void Resume() noexcept;
+
 private:
     HANDLE process = nullptr;
+    HANDLE thread = nullptr;
 };
 
 // The other side: a role is a function that gets the arguments and gives the exit code.

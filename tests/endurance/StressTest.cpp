@@ -1,0 +1,383 @@
+// Eight processes that write and read one user settings file, and what is to be seen of it meanwhile.
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <optional>
+#include <random>
+#include <string>
+
+#include "support/Endurance.h"
+#include "support/ImportPatch.h"
+#include "support/InstallationOfParent.h"
+#include "support/SettingsTest.h"
+#include "support/SharedMemory.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+constexpr wchar_t WriteAndRead[] = L"write-and-read";
+constexpr std::int32_t ProcessCount = 8;
+constexpr std::int32_t FunctionCount = 12;
+constexpr DWORD Patience = 60000;
+
+// ---- What is written ----
+
+// Every write has a number that tells the writing process and its round. Number 0 stands in the defaults.
+using Stamp = std::int32_t;
+
+constexpr std::int32_t MaxRounds = 1'000'000;
+
+constexpr Stamp StampOf(std::int32_t process, std::int32_t round) {
+    return (process + 1) * MaxRounds + round;
+}
+
+// A value from two writes does not match itself.
+constexpr ParamValue ValueOf(Stamp stamp) {
+    return {stamp, ~stamp};
+}
+
+std::map<std::int32_t, ParamValue> AllFunctionsSetTo(Stamp stamp) {
+    std::map<std::int32_t, ParamValue> params;
+    for (std::int32_t id = 0; id < FunctionCount; ++id)
+        params[id] = ValueOf(stamp);
+    return params;
+}
+
+// Texts of all lengths, so that a new file is longer or shorter than the old one.
+std::wstring TextOf(Stamp stamp) {
+    std::wstring text;
+    for (Stamp count = 0; count <= stamp % 20; ++count)
+        text += std::to_wstring(stamp) + L";";
+    return text;
+}
+
+std::optional<Stamp> StampIn(const Params& params) {
+    if (params.size() != FunctionCount)
+        return std::nullopt;
+    const Stamp stamp = params.front().second.ACParamIndex;
+    const bool isOfOneWrite =
+        std::ranges::all_of(params, [&](const auto& param) { return param.second == ValueOf(stamp); });
+    return isOfOneWrite ? std::optional{stamp} : std::nullopt;
+}
+
+std::optional<Stamp> StampIn(const std::wstring& text) {
+    const Stamp stamp = _wtoi(text.c_str());
+    return text == TextOf(stamp) ? std::optional{stamp} : std::nullopt;
+}
+
+// ---- What the processes have in common ----
+
+struct Board {
+    std::array<std::atomic<std::int32_t>, ProcessCount> rounds;  // that each process has begun
+    std::atomic<int> calls;
+    std::atomic<int> failedWrites;
+    std::atomic<int> wrongValues;   // that nobody ever wrote, or not at once
+    std::atomic<int> replacements;  // of the file
+    std::atomic<int> refusedReplacements;
+    std::atomic<int> waits;
+    std::atomic<std::int64_t> longestCall;  // in microseconds
+    std::atomic<bool> ends;
+
+    bool WasWritten(Stamp stamp) const {
+        const std::int32_t process = stamp / MaxRounds - 1;
+        const std::int32_t round = stamp % MaxRounds;
+        return stamp == 0 || (process >= 0 && process < ProcessCount && round <= rounds[process]);
+    }
+};
+
+// The processes begin together, and tell of every round.
+struct Meeting {
+    explicit Meeting(const std::wstring& name)
+        : board{name + L"-board"},
+          start{CreateEventW(nullptr, TRUE, FALSE, (name + L"-start").c_str())},
+          progress{CreateSemaphoreW(nullptr, 0, MAXLONG, (name + L"-progress").c_str())} {}
+    Meeting(const Meeting&) = delete;
+    Meeting& operator=(const Meeting&) = delete;
+    ~Meeting() {
+        CloseHandle(start);
+        CloseHandle(progress);
+    }
+
+    SharedMemory<Board> board;
+    HANDLE start;
+    HANDLE progress;
+};
+
+// ---- A process ----
+
+Board* watching = nullptr;
+
+BOOL WINAPI CountReplacement(const wchar_t* source, const wchar_t* target, DWORD flags) {
+    const BOOL done = MoveFileExW(source, target, flags);
+    const DWORD error = GetLastError();
+    ++(done != FALSE ? watching->replacements : watching->refusedReplacements);
+    SetLastError(error);
+    return done;
+}
+
+DWORD WINAPI CountWait(HANDLE object, DWORD timeout) {
+    ++watching->waits;
+    return WaitForSingleObject(object, timeout);
+}
+
+void WINAPI CountSleep(DWORD duration) {
+    ++watching->waits;
+    Sleep(duration);
+}
+
+std::int64_t Microseconds() {
+    LARGE_INTEGER frequency;
+    LARGE_INTEGER now;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&now);
+    return now.QuadPart * 1'000'000 / frequency.QuadPart;
+}
+
+class Participant {
+public:
+    Participant(Board& sharedBoard, std::int32_t processNumber) : board{sharedBoard}, number{processNumber} {
+        watching = &board;
+        PatchForGood(dll.Handle(), "MoveFileExW", &CountReplacement);
+        PatchForGood(dll.Handle(), "WaitForSingleObject", &CountWait);
+        PatchForGood(dll.Handle(), "Sleep", &CountSleep);
+        // The defaults are read once, and a process that found them busy would have none.
+        dll.GetFuncCount();
+    }
+
+    // What all processes write, and what only this one writes.
+    void Round() {
+        const Stamp stamp = StampOf(number, ++board.rounds[number]);
+        GUID ownScheme = PowerSaver;
+        ownScheme.Data1 = static_cast<unsigned long>(number);
+        const std::wstring ownSetting = L"Own" + std::to_wstring(number);
+        const bool isOwn = stamp % 3 == 0;
+        const GUID& scheme = isOwn ? ownScheme : Balanced;
+        const std::wstring setting = isOwn ? ownSetting : L"Shared";
+        Write(scheme, setting, stamp);
+        Judge(ReadScheme(scheme), isOwn);
+        Judge(ReadSetting(setting), isOwn);
+    }
+
+private:
+    template <class Call>
+    void Measure(Call call) {
+        const std::int64_t start = Microseconds();
+        call();
+        const std::int64_t duration = Microseconds() - start;
+        // Those who ask without a pause whether the file is busy keep each other from it.
+        Sleep(random() % (2 * ProcessCount));
+        ++board.calls;
+        std::int64_t longest = board.longestCall;
+        while (longest < duration && !board.longestCall.compare_exchange_weak(longest, duration)) {
+        }
+    }
+
+    void Write(const GUID& scheme, const std::wstring& setting, Stamp stamp) {
+        const ParamHolder params{AllFunctionsSetTo(stamp)};
+        Measure([&] { board.failedWrites += !dll.SetParameter(&scheme, params.get()); });
+        const std::wstring text = TextOf(stamp);
+        Measure([&] { board.failedWrites += !dll.SetCommonSetting(setting.c_str(), text.c_str()); });
+    }
+
+    std::optional<Stamp> ReadScheme(const GUID& scheme) {
+        Params params;
+        auto collect = MakeCallback<IGetParameterCallback>(
+            [&](std::int32_t id, const ParamValue* value) { params.emplace_back(id, *value); });
+        Measure([&] { dll.GetParameter(&scheme, &collect); });
+        return StampIn(params);
+    }
+
+    std::optional<Stamp> ReadSetting(const std::wstring& setting) {
+        Text text = {};
+        bool found = false;
+        Measure([&] { found = dll.GetCommonSetting(setting.c_str(), text); });
+        return found ? StampIn(text) : std::nullopt;
+    }
+
+    void Judge(std::optional<Stamp> read, bool isOwn) {
+        const bool isRight =
+            read && board.WasWritten(*read) && (!isOwn || *read == 0 || *read / MaxRounds - 1 == number);
+        board.wrongValues += !isRight;
+    }
+
+    Library dll;
+    Board& board;
+    std::int32_t number;
+    std::minstd_rand random;
+};
+
+// Arguments: the folders, the name of the meeting, the number of the process, and its rounds; without
+// rounds, it goes on until all are to end.
+const RegisterRole writeAndRead{WriteAndRead, [](const std::vector<std::wstring>& arguments) {
+                                    EnterInstallation(arguments);
+                                    const Meeting meeting{arguments.at(2)};
+                                    Participant participant{*meeting.board, std::stoi(arguments.at(3))};
+                                    SignalReady();
+                                    WaitForSingleObject(meeting.start, Patience);
+                                    const int rounds = std::stoi(arguments.at(4));
+                                    for (int round = 0; rounds == 0 ? !meeting.board->ends : round < rounds;
+                                         ++round) {
+                                        participant.Round();
+                                        ReleaseSemaphore(meeting.progress, 1, nullptr);
+                                    }
+                                    return 0;
+                                }};
+
+// Reads a file whatever others do with it.
+std::string ReadFileInUse(const std::filesystem::path& path) {
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    std::string content(file == INVALID_HANDLE_VALUE ? 0 : GetFileSize(file, nullptr), '\0');
+    DWORD count = 0;
+    ::ReadFile(file, content.data(), static_cast<DWORD>(content.size()), &count, nullptr);
+    EXPECT_EQ(count, content.size());
+    CloseHandle(file);
+    return content;
+}
+
+}  // namespace
+
+// ---- The test ----
+
+class StressTest : public SettingsTest {
+protected:
+    StressTest() {
+        std::string functions;
+        for (std::int32_t id = 0; id < FunctionCount; ++id)
+            functions += Function(id, R"(<Default ACParamIndex="0" DCParamIndex="-1"/>)");
+        std::string settings = R"(Shared="0;")";
+        for (std::int32_t process = 0; process < ProcessCount; ++process)
+            settings += " Own" + std::to_string(process) + R"(="0;")";
+        WriteDefaults("<ZOTDefault><Functions>" + functions + "</Functions><CommonSettings " + settings +
+                      "/></ZOTDefault>");
+    }
+
+    void StartProcess(std::int32_t number, int rounds) {
+        processes[number].emplace(WriteAndRead, WithFolders(installation, {name, std::to_wstring(number),
+                                                                           std::to_wstring(rounds)}));
+    }
+
+    void StartAll(int rounds) {
+        for (std::int32_t number = 0; number < ProcessCount; ++number)
+            StartProcess(number, rounds);
+        SetEvent(meeting.start);
+    }
+
+    void AwaitRound() { ASSERT_EQ(WaitForSingleObject(meeting.progress, Patience), WAIT_OBJECT_0); }
+
+    // A process may stand still in the middle of a replacement, when the file does not open for a DOM.
+    bool IsWhole() const {
+        const std::filesystem::path copy = installation.ProgramData() / L"copy.xml";
+        WriteFile(copy, ReadFileInUse(installation.UserFile()));
+        return IsXml(copy);
+    }
+
+    // Looks at the file while all stand still, each wherever it is: as if the machine had stopped.
+    void LookAtTheFile() {
+        for (auto& process : processes)
+            process->Suspend();
+        hasFile = hasFile || HasUserSettings();
+        EXPECT_TRUE(!hasFile || IsWhole());
+        ++looks;
+    }
+
+    void LetThemGoOn() {
+        for (auto& process : processes)
+            process->Resume();
+    }
+
+    void AwaitTheEnd() {
+        for (auto& process : processes)
+            EXPECT_EQ(process->WaitForExit(), 0u);
+        EXPECT_EQ(meeting.board->wrongValues, 0);
+        EXPECT_EQ(meeting.board->failedWrites, 0);
+        EXPECT_EQ(meeting.board->refusedReplacements, 0);
+        EXPECT_EQ(meeting.board->waits, 0);
+    }
+
+    // As if nothing had happened, this process reads and writes.
+    void ExpectThatTheNextSaveWorks() {
+        EXPECT_TRUE(IsXml(installation.UserFile()));
+        const std::optional<Stamp> last = StampIn(GetParameter(Balanced));
+        EXPECT_TRUE(last && meeting.board->WasWritten(*last));
+        EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(5)));
+        EXPECT_EQ(StampIn(GetParameter(Balanced)), 5);
+        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
+        EXPECT_FALSE(std::filesystem::exists(UnreadableCopyOf(installation.UserFile())));
+    }
+
+    void ShowFigures() const {
+        ShowFigure("processes", ProcessCount);
+        ShowFigure("calls", meeting.board->calls.load());
+        ShowFigure("writes among them", meeting.board->calls / 2);
+        ShowFigure("replacements of the file", meeting.board->replacements.load());
+    }
+
+    const std::wstring name = L"zotdam-stress-" + std::to_wstring(GetCurrentProcessId());
+    const Meeting meeting{name};
+    std::array<std::optional<SecondProcess>, ProcessCount> processes;
+    bool hasFile = false;
+    int looks = 0;
+};
+
+TEST_F(StressTest, EightProcessesReadOnlyWhatOneOfThemWroteAndNoCallWaits) {
+    StartAll(Rounds(12, 600));
+    AwaitTheEnd();
+    EXPECT_GT(meeting.board->replacements, 0);
+    ExpectThatTheNextSaveWorks();
+    ShowFigures();
+    ShowFigure("longest call in microseconds", meeting.board->longestCall.load());
+}
+
+TEST_F(StressTest, TheFileIsWholeWheneverEightProcessesAreStopped) {
+    const int rounds = Rounds(10, 500);
+    StartAll(rounds);
+    for (int round = 0; round < rounds * ProcessCount; ++round) {
+        ASSERT_NO_FATAL_FAILURE(AwaitRound());
+        LookAtTheFile();
+        LetThemGoOn();
+    }
+    AwaitTheEnd();
+    ExpectThatTheNextSaveWorks();
+    ShowFigures();
+    ShowFigure("looks at the file", looks);
+}
+
+TEST_F(StressTest, TheFileIsWholeWhicheverOfEightProcessesDies) {
+    std::minstd_rand random;
+    StartAll(0);
+    const int kills = Rounds(10, 400);
+    for (int kill = 0; kill < kills; ++kill) {
+        for (auto rounds = random() % (2 * ProcessCount); rounds > 0; --rounds)
+            ASSERT_NO_FATAL_FAILURE(AwaitRound());
+        LookAtTheFile();
+        const auto victim = static_cast<std::int32_t>(random() % ProcessCount);
+        processes[victim].reset();
+        StartProcess(victim, 0);
+        processes[victim]->Suspend();
+        LetThemGoOn();
+    }
+    meeting.board->ends = true;
+    AwaitTheEnd();
+    ExpectThatTheNextSaveWorks();
+    ShowFigures();
+    ShowFigure("processes killed", kills);
+}
+
+TEST_F(StressTest, NoCallWaitsForAFileThatStaysBusy) {
+    const std::string before = OldUserFile("");
+    WriteUserSettings(before);
+    const SecondProcess holder{HoldMutex, {UserMarker}};
+    StartAll(Rounds(5, 500));
+    AwaitTheEnd();
+    EXPECT_EQ(UserSettings(), before);
+    EXPECT_EQ(meeting.board->replacements, 0);
+}
+
+}  // namespace ZOTDam::Test

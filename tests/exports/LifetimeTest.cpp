@@ -1,0 +1,293 @@
+// Whole lives of the library, each in a process of its own: which thread uses it, in which kind of apartment,
+// and in which order COM, the library and the process end.
+#include <windows.h>
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include "support/InstallationOfParent.h"
+#include "support/SettingsTest.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+constexpr int AllWasRight = 0;
+
+class ComOn {
+public:
+    explicit ComOn(COINIT apartment) { CoInitializeEx(nullptr, apartment); }
+    ComOn(const ComOn&) = delete;
+    ComOn& operator=(const ComOn&) = delete;
+    ~ComOn() { CoUninitialize(); }
+};
+
+// The library as a client has it that ends its use as it likes.
+class Client {
+public:
+    void Load() { module.emplace(Library::ProgramFolder() / L"ZOTDam.dll"); }
+
+    // Loads everything that the library can keep, and saves.
+    bool Use(std::int32_t value) const {
+        auto ignore = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
+        Text setting = {};
+        const ParamHolder params{{{1, {value, value}}, {2, {value, value}}}};
+        return Count() == 2 && Get<decltype(ZOTDam::GetFunctionInfo)>("GetFunctionInfo")(&ignore) &&
+               Get<decltype(ZOTDam::SetParameter)>("SetParameter")(&Balanced, params.get()) &&
+               Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced) &&
+               Get<decltype(ZOTDam::SetCommonSetting)>("SetCommonSetting")(L"Name", L"value") &&
+               !Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Nobody", setting) &&
+               Stored() == value;
+    }
+
+    bool Exit() const { return Get<decltype(ZOTDam::ZOTDamExit)>("ZOTDamExit")(); }
+
+    // What calls after a ZOTDamExit find.
+    bool IsOver() const {
+        return Count() == CatalogueUnavailable && Stored() == -1 &&
+               !Get<decltype(ZOTDam::SetCommonSetting)>("SetCommonSetting")(L"Name", L"late") && Exit();
+    }
+
+    bool Free() {
+        module.reset();
+        return GetModuleHandleW(L"ZOTDam.dll") == nullptr;
+    }
+
+private:
+    template <class Function>
+    Function* Get(const char* name) const {
+        return module->Export<Function*>(name);
+    }
+
+    std::uint32_t Count() const { return Get<decltype(ZOTDam::GetFuncCount)>("GetFuncCount")(); }
+
+    std::int32_t Stored() const {
+        std::int32_t stored = -1;
+        auto keep = MakeCallback<IGetParameterCallback>(
+            [&](std::int32_t, const ParamValue* value) { stored = value->ACParamIndex; });
+        Get<decltype(ZOTDam::GetParameter)>("GetParameter")(&Balanced, &keep);
+        return stored;
+    }
+
+    std::optional<Module> module;
+};
+
+// The client outlives all static objects, so that the process ends as it stands.
+Client& NewClient() {
+    return *new Client;
+}
+
+// Runs on a thread of its own that ends before this returns.
+bool OnAnotherThread(const std::function<bool()>& action) {
+    bool result = false;
+    std::thread{[&] { result = action(); }}.join();
+    return result;
+}
+
+constexpr std::array Apartments = {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED};
+
+// ---- Every combination ----
+
+struct Life {
+    COINIT apartment = COINIT_MULTITHREADED;
+    bool beginsOnAnotherThread = false;
+    bool callsExit = false;
+    bool freesLibrary = false;
+    bool leavesComFirst = false;
+
+    std::string Name() const {
+        return std::string{apartment == COINIT_MULTITHREADED ? "Mta" : "Sta"} +
+               (beginsOnAnotherThread ? "BegunByAnEndedThread" : "OnOneThread") +
+               (callsExit ? "WithExit" : "WithoutExit") + (freesLibrary ? "Freed" : "NeverFreed") +
+               (leavesComFirst ? "AfterCom" : "BeforeCom");
+    }
+};
+
+std::vector<Life> Lives() {
+    std::vector<Life> lives;
+    for (const COINIT apartment : Apartments)
+        for (int choice = 0; choice < 16; ++choice)
+            lives.push_back(
+                {apartment, (choice & 8) != 0, (choice & 4) != 0, (choice & 2) != 0, (choice & 1) != 0});
+    return lives;
+}
+
+bool EndUse(Client& client, const Life& life) {
+    return (!life.callsExit || (client.Exit() && client.IsOver())) && (!life.freesLibrary || client.Free());
+}
+
+bool Live(const Life& life) {
+    Client& client = NewClient();
+    std::optional<ComOn> com{life.apartment};
+    const auto begin = [&] {
+        client.Load();
+        return client.Use(7);
+    };
+    const auto beginWithComOfItsOwn = [&] {
+        const ComOn comOfThread{life.apartment};
+        return begin();
+    };
+    bool isRight = life.beginsOnAnotherThread ? OnAnotherThread(beginWithComOfItsOwn) : begin();
+    isRight = isRight && client.Use(8);
+    if (life.leavesComFirst)
+        com.reset();
+    return EndUse(client, life) && isRight;
+}
+
+// Arguments: the folders, and the place of the life among all.
+const RegisterRole live{L"live", [](const std::vector<std::wstring>& arguments) {
+                            EnterInstallation(arguments);
+                            return Live(Lives().at(std::stoul(arguments.at(2)))) ? AllWasRight : 1;
+                        }};
+
+// ---- Particular lives ----
+
+using Story = bool (*)(Client&);
+
+// Each step on a thread of its own, and the end on one that never had COM.
+bool PassFromThreadToThread(Client& client) {
+    const auto withCom = [&](COINIT apartment, std::int32_t value) {
+        return OnAnotherThread([&] {
+            const ComOn com{apartment};
+            return client.Use(value);
+        });
+    };
+    const bool isRight = OnAnotherThread([&] {
+        client.Load();
+        return true;
+    });
+    return isRight && withCom(COINIT_APARTMENTTHREADED, 6) && withCom(COINIT_MULTITHREADED, 7) &&
+           withCom(COINIT_APARTMENTTHREADED, 8) && OnAnotherThread([&] { return client.Exit(); }) &&
+           OnAnotherThread([&] { return client.Free(); });
+}
+
+bool FreeWithoutExitWhereComNeverWas(Client& client) {
+    const bool isRight = OnAnotherThread([&] {
+        const ComOn com{COINIT_APARTMENTTHREADED};
+        client.Load();
+        return client.Use(8);
+    });
+    return client.Free() && isRight;
+}
+
+// A thread without COM of its own can use what another thread keeps for all.
+bool UseTheMtaOfAnotherThread(Client& client) {
+    const ComOn com{COINIT_MULTITHREADED};
+    client.Load();
+    return OnAnotherThread([&] { return client.Use(8); }) && client.Exit() && client.Free();
+}
+
+bool BeginAnew(Client& client) {
+    for (const COINIT apartment : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
+        const ComOn com{apartment};
+        client.Load();
+        if (!client.Use(8) || !client.Free())
+            return false;
+    }
+    return true;
+}
+
+bool LoadTwiceAndFreeOnce(Client& client) {
+    const ComOn com{COINIT_APARTMENTTHREADED};
+    client.Load();
+    {
+        Client other;
+        other.Load();
+        if (!other.Use(7) || other.Free())
+            return false;
+    }
+    return client.Use(8) && client.Exit() && client.Free();
+}
+
+bool EndOnAnotherThread(Client& client) {
+    const ComOn com{COINIT_APARTMENTTHREADED};
+    client.Load();
+    if (client.Use(8))
+        std::thread{[] { ExitProcess(AllWasRight); }}.join();
+    return false;
+}
+
+// Another thread is wherever it is in the library when this one ends the process.
+bool EndWhileAnotherThreadWorks(Client& client) {
+    const HANDLE used = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    std::thread{[&client, used] {
+        const ComOn com{COINIT_MULTITHREADED};
+        client.Load();
+        while (client.Use(8))
+            SetEvent(used);
+    }}.detach();
+    for (int use = 0; use < 5; ++use)
+        WaitForSingleObject(used, INFINITE);
+    return true;
+}
+
+const std::map<std::wstring, Story> Stories = {
+    {L"PassesFromThreadToThread", PassFromThreadToThread},
+    {L"IsFreedWithoutExitWhereComNeverWas", FreeWithoutExitWhereComNeverWas},
+    {L"UsesTheMtaOfAnotherThread", UseTheMtaOfAnotherThread},
+    {L"BeginsAnewInAnotherApartment", BeginAnew},
+    {L"GoesOnWhenItWasLoadedTwiceAndFreedOnce", LoadTwiceAndFreeOnce},
+    {L"EndsWithAProcessThatAnotherThreadEnds", EndOnAnotherThread},
+    {L"EndsWithAProcessInWhichAnotherThreadWorks", EndWhileAnotherThreadWorks},
+};
+
+const RegisterRole tellStory{L"tell-story", [](const std::vector<std::wstring>& arguments) {
+                                 EnterInstallation(arguments);
+                                 return Stories.at(arguments.at(2))(NewClient()) ? AllWasRight : 1;
+                             }};
+
+}  // namespace
+
+class LifetimeTest : public SettingsTest {
+protected:
+    LifetimeTest() { WriteDefaults(TwoFunctions); }
+
+    DWORD ExitCodeOf(const std::wstring& role, const std::wstring& argument) const {
+        return SecondProcess{role, WithFolders(installation, {argument})}.WaitForExit();
+    }
+
+    // The process has left the file whole and free.
+    void ExpectItsLastValues() {
+        EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, UserMarker), nullptr);
+        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_EQ(GetParameter(Balanced), (Params{{1, {8, 8}}, {2, {8, 8}}}));
+        EXPECT_TRUE(SetParameter(Balanced, {{1, {9, 9}}}));
+        EXPECT_EQ(GetParameter(Balanced), (Params{{1, {9, 9}}, {2, {8, 8}}}));
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
+    }
+};
+
+class LifeTest : public LifetimeTest, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(LifeTest, EndsInOrderAndLeavesTheFileWhole) {
+    EXPECT_EQ(ExitCodeOf(L"live", std::to_wstring(GetParam())), 0u);
+    ExpectItsLastValues();
+    EXPECT_NE(UserSettings().find(R"(Name="value")"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(, LifeTest, testing::Range(std::size_t{0}, Lives().size()),
+                         [](const testing::TestParamInfo<std::size_t>& info) {
+                             return Lives().at(info.param).Name();
+                         });
+
+class StoryTest : public LifetimeTest, public testing::WithParamInterface<std::wstring> {};
+
+TEST_P(StoryTest, EndsInOrderAndLeavesTheFileWhole) {
+    EXPECT_EQ(ExitCodeOf(L"tell-story", GetParam()), 0u);
+    ExpectItsLastValues();
+}
+
+std::vector<std::wstring> StoryNames() {
+    std::vector<std::wstring> names;
+    for (const auto& [name, story] : Stories)
+        names.push_back(name);
+    return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(, StoryTest, testing::ValuesIn(StoryNames()),
+                         [](const testing::TestParamInfo<std::wstring>& info) { return Utf8(info.param); });
+
+}  // namespace ZOTDam::Test
