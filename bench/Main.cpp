@@ -1,0 +1,67 @@
+// Measures each export of the library against its floor.
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <vector>
+
+#include "Report.h"
+#include "Workbench.h"
+
+namespace ZOTDam::Bench {
+
+namespace {
+
+// In KiB, of all that the library holds for data files of that size.
+unsigned long long PeakMemory(int functions) {
+    Workbench bench{functions};
+    bench.FillLibrary();
+    PROCESS_MEMORY_COUNTERS counters = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PeakWorkingSetSize / 1024;
+}
+
+std::vector<Result> MeasureAll(const std::vector<int>& sizes, double seconds) {
+    std::vector<Result> results;
+    for (const int size : sizes) {
+        Workbench bench{size};
+        for (const Case& measured : bench.Cases()) {
+            results.push_back(Measure(measured, size, seconds));
+            PrintRow(results.back());
+        }
+    }
+    return results;
+}
+
+}  // namespace
+
+}  // namespace ZOTDam::Bench
+
+int main(int argc, char** argv) {
+    using namespace ZOTDam::Bench;
+    CLI::App app{"Measures each export of ZOTDam.dll against plain MSXML code that does the same."};
+    std::vector<int> sizes{10, 100, 1000, 10000};
+    double seconds = 1;
+    int peakMemoryFor = -1;
+    std::string json;
+    std::string markdown;
+    std::string chart;
+    app.add_option("--sizes", sizes, "how many functions the data files have")->delimiter(',');
+    app.add_option("--seconds", seconds, "how long each export is measured at each size");
+    app.add_option("--json", json, "a file for the results");
+    app.add_option("--markdown", markdown, "a file for the results as a table");
+    app.add_option("--chart", chart, "a file for a chart of cost over size (SVG)");
+    app.add_option("--peak-memory", peakMemoryFor,
+                   "prints only the peak memory, in KiB, for so many functions");
+    CLI11_PARSE(app, argc, argv);
+
+    if (peakMemoryFor >= 0) {
+        std::printf("%llu\n", PeakMemory(peakMemoryFor));
+        return 0;
+    }
+    const std::vector<Result> results = MeasureAll(sizes, seconds);
+    WriteReports(results, json, markdown, chart);
+    return 0;
+}

@@ -1,0 +1,88 @@
+#include "Measurement.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace ZOTDam::Bench {
+
+namespace {
+
+constexpr int FewestRounds = 7;
+constexpr int MostRounds = 301;
+
+// What is over sooner than the clock can tell is repeated.
+constexpr double ShortestRun = 200;
+
+double Now() {
+    LARGE_INTEGER frequency;
+    LARGE_INTEGER now;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&now);
+    return 1e6 * static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
+}
+
+void RunIfAny(const std::function<void()>& action) {
+    if (action)
+        action();
+}
+
+class Timed {
+public:
+    Timed(const std::function<void()>& preparation, const std::function<void()>& measured)
+        : prepare{preparation}, run{measured} {
+        const double once = RunOnce();
+        repetitions = prepare || once >= ShortestRun ? 1 : static_cast<int>(ShortestRun / (once + 0.01)) + 1;
+    }
+
+    double Run() {
+        RunIfAny(prepare);
+        const double duration = Microseconds([this] {
+            for (int i = 0; i < repetitions; ++i)
+                run();
+        });
+        return duration / repetitions;
+    }
+
+private:
+    double RunOnce() {
+        RunIfAny(prepare);
+        return Microseconds(run);
+    }
+
+    const std::function<void()>& prepare;
+    const std::function<void()>& run;
+    int repetitions = 1;
+};
+
+}  // namespace
+
+double Microseconds(const std::function<void()>& run) {
+    const double start = Now();
+    run();
+    return Now() - start;
+}
+
+double Median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
+
+Result Measure(const Case& measured, int size, double seconds) {
+    Timed library{measured.prepare, measured.library};
+    Timed floor{measured.prepareFloor, measured.floor ? measured.floor : measured.library};
+    std::vector<double> libraryTimes;
+    std::vector<double> floorTimes;
+    std::vector<double> ratios;
+    const double end = Now() + seconds * 1e6;
+    while (ratios.size() < FewestRounds || (ratios.size() < MostRounds && Now() < end)) {
+        libraryTimes.push_back(library.Run());
+        floorTimes.push_back(measured.floor ? floor.Run() : 0);
+        ratios.push_back(measured.floor ? libraryTimes.back() / floorTimes.back() : 0);
+    }
+    return {measured.name,      size,          static_cast<int>(ratios.size()), Median(libraryTimes),
+            Median(floorTimes), Median(ratios)};
+}
+
+}  // namespace ZOTDam::Bench

@@ -1,0 +1,108 @@
+#include "Msxml.h"
+
+#include <cstdlib>
+
+namespace ZOTDam::Bench {
+
+namespace {
+
+constexpr CLSID DomDocument60 = {
+    0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+
+}  // namespace
+
+PlainDocument::PlainDocument(const std::filesystem::path& file) {
+    document.CreateInstance(DomDocument60);
+    document->put_async(VARIANT_FALSE);
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    document->load(_variant_t{file.c_str()}, &loaded);
+}
+
+IXMLDOMNodePtr PlainDocument::Root() const {
+    IXMLDOMElementPtr root;
+    document->get_documentElement(&root);
+    return root;
+}
+
+void PlainDocument::SaveDurably(const std::filesystem::path& file) const {
+    std::filesystem::path sibling = file;
+    sibling.replace_extension(L".new");
+    Save(sibling);
+    const HANDLE saved = CreateFileW(sibling.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr);
+    FlushFileBuffers(saved);
+    CloseHandle(saved);
+    MoveFileExW(sibling.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+}
+
+void PlainDocument::Save(const std::filesystem::path& file) const {
+    document->save(_variant_t{file.c_str()});
+}
+
+IXMLDOMNodePtr Child(IXMLDOMNode* parent, const CName& name) {
+    IXMLDOMNodePtr child;
+    parent->selectSingleNode(name.AsBstr(), &child);
+    return child;
+}
+
+_variant_t Attribute(IXMLDOMNode* element, const CName& name) {
+    IXMLDOMNamedNodeMapPtr attributes;
+    element->get_attributes(&attributes);
+    IXMLDOMNodePtr attribute;
+    attributes->getNamedItem(name.AsBstr(), &attribute);
+    _variant_t value;
+    attribute->get_nodeTypedValue(&value);
+    return value;
+}
+
+long Numbers(IXMLDOMNode* element, std::initializer_list<CName> names) {
+    long sum = 0;
+    for (const CName& name : names) {
+        const _variant_t value = Attribute(element, name);
+        sum += _wtol(V_BSTR(&value));
+    }
+    return sum;
+}
+
+long Texts(IXMLDOMNode* element, std::initializer_list<CName> names) {
+    long sum = 0;
+    for (const CName& name : names) {
+        const _variant_t value = Attribute(element, name);
+        sum += static_cast<long>(SysStringLen(V_BSTR(&value)));
+    }
+    return sum;
+}
+
+void SetAttribute(IXMLDOMNode* element, const CName& name, const wchar_t* value) {
+    IXMLDOMElementPtr {
+        element
+        } -> setAttribute(name.AsBstr(), _variant_t{value});
+}
+
+void SetAttribute(IXMLDOMNode* element, const CName& name, std::int32_t value) {
+    wchar_t digits[12];
+    _itow_s(value, digits, std::size(digits), 10);
+    SetAttribute(element, name, digits);
+}
+
+IXMLDOMNodePtr CreateElement(const PlainDocument& document, const CName& name) {
+    IXMLDOMElementPtr element;
+    document->createElement(name.AsBstr(), &element);
+    element->put_text(CName{L"\n\t"}.AsBstr());
+    return element;
+}
+
+void Append(IXMLDOMNode* parent, IXMLDOMNode* child) {
+    IXMLDOMNodePtr appended;
+    parent->appendChild(child, &appended);
+}
+
+void RemoveChildren(IXMLDOMNode* parent) {
+    IXMLDOMNodePtr child;
+    while (parent->get_firstChild(&child) == S_OK) {
+        IXMLDOMNodePtr removed;
+        parent->removeChild(child, &removed);
+    }
+}
+
+}  // namespace ZOTDam::Bench

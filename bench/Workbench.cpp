@@ -1,0 +1,212 @@
+#include "Workbench.h"
+
+#include <iterator>
+#include <map>
+
+#include "DataFiles.h"
+
+namespace ZOTDam::Bench {
+
+namespace {
+
+constexpr GUID Balanced = {0x381b4222, 0xf694, 0x41f0, {0x96, 0x85, 0xff, 0x5b, 0xb2, 0x60, 0xdf, 0x2e}};
+constexpr GUID HighPerformance = {
+    0x8c5e7fda, 0xe8bf, 0x4a96, {0x9a, 0x85, 0xa6, 0xe2, 0x3a, 0x8c, 0x63, 0x5c}};
+constexpr wchar_t BalancedText[] = L"381b4222-f694-41f0-9685-ff5bb260df2e";
+constexpr wchar_t HighPerformanceText[] = L"8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c";
+
+// A callback that does nothing: the floor has none.
+template <class Interface>
+Interface* Nobody() {
+    static auto callback = MakeCallback<Interface>([](auto...) {});
+    return &callback;
+}
+
+std::map<std::int32_t, ParamValue> ParametersFor(int functions) {
+    std::map<std::int32_t, ParamValue> values;
+    for (int id = 1; id <= functions; ++id)
+        values[id] = {id % 2, id % 3};
+    return values;
+}
+
+}  // namespace
+
+Workbench::Workbench(int functions) : size{functions} {
+    Test::WriteFile(installation.DefaultsFile(), DefaultsFile(size));
+    Test::WriteFile(FloorDefaultsFile(), DefaultsFile(size));
+    Test::WriteFile(installation.BaseFile(), BaseFile(size));
+    Test::WriteFile(installation.StringTableFile(), StringTable());
+    WriteUserFiles();
+    library.emplace();
+    params.emplace(ParametersFor(size));
+}
+
+std::vector<Case> Workbench::Cases() {
+    FillLibrary();
+    defaults.emplace(installation.DefaultsFile());
+    base.emplace(installation.BaseFile());
+    stringTable.emplace(installation.StringTableFile());
+    baseFunctions = CollectFunctions(*base);
+    handedOver = BaseFunctions();
+
+    std::vector<Case> cases;
+    for (const auto& group :
+         {CatalogueCases(), ParameterCases(), SavingCases(&PlainDocument::SaveDurably, ""),
+          SavingCases(&PlainDocument::Save, PlainSaveSuffix)})
+        cases.insert(cases.end(), group.begin(), group.end());
+    cases.push_back(FirstAnswerCase());
+    cases.push_back(ExitCase());
+    return cases;
+}
+
+void Workbench::FillLibrary() {
+    Text text;
+    library->GetFunctionInfo(Nobody<IGetFunctionInfoCallback>());
+    library->GetSpecScheme(Nobody<IGetSpecSchemeCallback>());
+    library->GetCommonSetting(L"Nobody", text);
+    library->TEVGetParam(&Balanced);
+}
+
+void Workbench::UnloadLibrary() {
+    // The records that the client keeps hold nodes of the library's documents.
+    handedOver.records.clear();
+    library.reset();
+}
+
+// ---- The exports that only read ----
+
+std::vector<Case> Workbench::CatalogueCases() {
+    return {
+        {"GetFuncCount", [this] { library->GetFuncCount(); }},
+        {"GetFunctionBase", [this] { library->GetFunctionBase(Nobody<IGetFunctionBaseCallback>()); },
+         [this] { ReadBase(*base); }},
+        {"GetFunctionBaseUnSupported",
+         [this] { library->GetFunctionBaseUnSupported(Nobody<IGetFunctionBaseCallback>()); },
+         [this] { ReadBase(*base); }},
+        {"GetFunctionInfo", [this] { library->GetFunctionInfo(Nobody<IGetFunctionInfoCallback>()); },
+         [this] { TranslateFunctions(*defaults, *stringTable); }},
+        {"GetSpecScheme", [this] { library->GetSpecScheme(Nobody<IGetSpecSchemeCallback>()); },
+         [this] { ReadSpecSchemes(*base); }},
+    };
+}
+
+std::vector<Case> Workbench::ParameterCases() {
+    const auto readScheme = [this] { ReadScheme(FloorUserFile(), BalancedText); };
+    return {
+        {"GetParameter", [this] { library->GetParameter(&Balanced, Nobody<IGetParameterCallback>()); },
+         readScheme},
+        {"GetParameterDefault",
+         [this] { library->GetParameterDefault(&Balanced, Nobody<IGetParameterDefaultCallback>()); },
+         [this] { ReadDefaultParameters(*defaults); }},
+        {"TEVGetParam", [this] { library->TEVGetParam(&Balanced); }, readScheme},
+        {"GetFuncCurValue",
+         [this] {
+             FuncCurValue value;
+             library->GetFuncCurValue(static_cast<std::uint32_t>(size / 2), &value);
+         }},
+        {"GetCommandInfo", [this] { library->GetCommandInfo(&Balanced, Nobody<IGetCommandInfoCallback>()); },
+         readScheme},
+        {"GetDiffFuncList",
+         [this] {
+             Text names;
+             Text values;
+             library->GetDiffFuncList(&Balanced, &HighPerformance, 1, names, values);
+         },
+         [this] {
+             ReadScheme(FloorUserFile(), BalancedText);
+             ReadScheme(FloorUserFile(), HighPerformanceText);
+             TranslateDifferences(*defaults, *stringTable);
+         }},
+        {"GetCommonSetting",
+         [this] {
+             Text value;
+             library->GetCommonSetting(L"User", value);
+         },
+         [this] { ReadSetting(FloorUserFile()); }},
+    };
+}
+
+// ---- The exports that save ----
+
+std::vector<Case> Workbench::SavingCases(SaveDocument save, std::string_view suffix) {
+    const auto writeUserFiles = [this] { WriteUserFiles(); };
+    const auto named = [&](std::string name) { return name.append(suffix); };
+    return {
+        {named("SetParameter"), [this] { library->SetParameter(&Balanced, params->get()); },
+         [this, save] { WriteScheme(FloorUserFile(), BalancedText, save); }, writeUserFiles, writeUserFiles},
+        {named("SetCommonSetting"), [this] { library->SetCommonSetting(L"User", L"value"); },
+         [this, save] { WriteSetting(FloorUserFile(), save); }},
+        {named("ResetDefault"), [this] { library->ResetDefault(); },
+         [this, save] { ResetSettings(*settings, FloorUserFile(), save); },
+         [this] {
+             WriteUserFiles();
+             Text value;
+             library->GetCommonSetting(L"User", value);
+         },
+         [this] {
+             WriteUserFiles();
+             settings.emplace(FloorUserFile());
+         }},
+        {named("InitCommonSetting"), [this] { library->InitCommonSetting(); },
+         [this, save] { ReplaceSettings(*defaults, *base, FloorDefaultsFile(), save); }},
+        {named("AddFunctionDefault"), [this] { library->AddFunctionDefault(&handedOver); },
+         [this, save] { ReplaceFunctions(*defaults, baseFunctions, FloorDefaultsFile(), save); }},
+    };
+}
+
+Case Workbench::FirstAnswerCase() {
+    return {"load to first answer",
+            [this] {
+                library.emplace();
+                library->GetFuncCount();
+            },
+            [this] { ReadCatalogue(PlainDocument{FloorDefaultsFile()}); },
+            [this] {
+                UnloadLibrary();
+                Test::WriteFile(installation.DefaultsFile(), DefaultsFile(size));
+                Test::WriteFile(FloorDefaultsFile(), DefaultsFile(size));
+            }};
+}
+
+Case Workbench::ExitCase() {
+    return {"ZOTDamExit", [this] { library->ZOTDamExit(); },
+            [this] {
+                for (auto* const document : {&defaults, &base, &stringTable, &settings})
+                    document->reset();
+            },
+            [this] {
+                UnloadLibrary();
+                library.emplace();
+                FillLibrary();
+            },
+            [this] {
+                baseFunctions.clear();
+                defaults.emplace(installation.DefaultsFile());
+                base.emplace(installation.BaseFile());
+                stringTable.emplace(installation.StringTableFile());
+                settings.emplace(installation.UserFile());
+            }};
+}
+
+FunctionBaseHolder Workbench::BaseFunctions() const {
+    FunctionBaseHolder holder;
+    auto keep = MakeCallback<IGetFunctionBaseCallback>(
+        [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
+    library->GetFunctionBase(&keep);
+    return holder;
+}
+
+void Workbench::WriteUserFiles() const {
+    Test::WriteFile(installation.UserFile(), UserFile(size));
+    Test::WriteFile(FloorUserFile(), UserFile(size));
+}
+
+std::filesystem::path Workbench::FloorUserFile() const {
+    return installation.UserFile().parent_path() / L"Floor.xml";
+}
+
+std::filesystem::path Workbench::FloorDefaultsFile() const {
+    return installation.DefaultsFile().parent_path() / L"Floor.xml";
+}
+
+}  // namespace ZOTDam::Bench
