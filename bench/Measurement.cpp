@@ -8,7 +8,7 @@ namespace ZOTDam::Bench {
 
 namespace {
 
-constexpr int FewestRounds = 7;
+constexpr int FewestRounds = 3;
 constexpr int MostRounds = 301;
 
 // What is over sooner than the clock can tell is repeated.

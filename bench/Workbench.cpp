@@ -75,6 +75,11 @@ void Workbench::UnloadLibrary() {
 
 // ---- The exports that only read ----
 
+std::function<void()> Workbench::UnlessTooLong(std::function<void()> floor) const {
+    constexpr int largestSize = 1000;
+    return size <= largestSize ? std::move(floor) : std::function<void()>{};
+}
+
 std::vector<Case> Workbench::CatalogueCases() {
     return {
         {"GetFuncCount", [this] { library->GetFuncCount(); }},
@@ -84,7 +89,7 @@ std::vector<Case> Workbench::CatalogueCases() {
          [this] { library->GetFunctionBaseUnSupported(Nobody<IGetFunctionBaseCallback>()); },
          [this] { ReadBase(*base); }},
         {"GetFunctionInfo", [this] { library->GetFunctionInfo(Nobody<IGetFunctionInfoCallback>()); },
-         [this] { TranslateFunctions(*defaults, *stringTable); }},
+         UnlessTooLong([this] { TranslateFunctions(*defaults, *stringTable); })},
         {"GetSpecScheme", [this] { library->GetSpecScheme(Nobody<IGetSpecSchemeCallback>()); },
          [this] { ReadSpecSchemes(*base); }},
     };
@@ -112,11 +117,11 @@ std::vector<Case> Workbench::ParameterCases() {
              Text values;
              library->GetDiffFuncList(&Balanced, &HighPerformance, 1, names, values);
          },
-         [this] {
+         UnlessTooLong([this] {
              ReadScheme(FloorUserFile(), BalancedText);
              ReadScheme(FloorUserFile(), HighPerformanceText);
              TranslateDifferences(*defaults, *stringTable);
-         }},
+         })},
         {"GetCommonSetting",
          [this] {
              Text value;

@@ -34,6 +34,9 @@ private:
 
     void UnloadLibrary();
 
+    // No floor where asking the DOM for each text would take minutes.
+    std::function<void()> UnlessTooLong(std::function<void()> floor) const;
+
     void WriteUserFiles() const;
     FunctionBaseHolder BaseFunctions() const;
 
