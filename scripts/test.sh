@@ -1,6 +1,10 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests. The last line counts them; the exit status is 0 when all have passed.
+# Another build than the release is named by its preset:
+#     scripts/test.sh [debug|guarded|sanitized]
 source "$(dirname "$0")/common.sh"
+preset=${1:-$preset}
+build=build/$preset
 
 install_toolchain
 build_targets

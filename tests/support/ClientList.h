@@ -92,12 +92,19 @@ public:
     const FunctionBaseHolder* get() const noexcept { return holder; }
 
 private:
+    // As a list has it: its size keeps what ends with a page aligned.
+    template <class Record>
+    struct Node {
+        ListLinks links;
+        Record record;
+    };
+
     template <class Record>
     RawList Copied(const List<Record>& list) {
         ListLinks* const sentinel = New<ListLinks>();
         *sentinel = {sentinel, sentinel};
         for (const Record& record : list) {
-            auto* const links = static_cast<ListLinks*>(New(sizeof(ListLinks) + sizeof(Record)));
+            auto* const links = static_cast<ListLinks*>(New(sizeof(Node<Record>)));
             *links = {sentinel, sentinel->prev};
             sentinel->prev->next = links;
             sentinel->prev = links;

@@ -4,9 +4,11 @@
 
 #include <shellapi.h>
 
+#include "support/CrashReport.h"
 #include "support/SecondProcess.h"
 
 int main(int argc, char** argv) {
+    ZOTDam::Test::ReportCrashes();
     int wideCount = 0;
     wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &wideCount);
     int exitCode = 0;

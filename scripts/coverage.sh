@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Runs all tests and tells which lines and branches of src/ they reach: a table, and then each line that they do not
+# reach, with the reason that unreached-lines.txt has for it. Fails when a reason is missing, or with fewer than 98 % of
+# the lines.
+source "$(dirname "$0")/common.sh"
+preset=coverage
+build=build/$preset
+
+install_packages gcovr
+[ ! -d "$build" ] || find "$build" -name '*.gcda' -delete
+scripts/test.sh "$preset"
+
+gcovr --root . --filter src/ --object-directory "$build/src" "$build/src" \
+    --gcov-executable x86_64-w64-mingw32-gcov-posix --exclude-throw-branches \
+    --fail-under-line 98 --print-summary --json "$build/coverage.json" --txt
+scripts/unreached.py "$build/coverage.json" scripts/unreached-lines.txt
