@@ -13,23 +13,16 @@ namespace ZOTDam::Test {
 class Blocks {
 public:
     static void Watch(HMODULE dll) {
+        Forget();
+        PatchForGood(dll, "malloc", &Malloc);
+        PatchForGood(dll, "calloc", &Calloc);
+        PatchForGood(dll, "realloc", &Realloc);
+        PatchForGood(dll, "free", &Free);
+    }
+
+    static void Forget() {
         live.clear();
         freedFromBefore = 0;
-        PatchForGood(
-            dll, "malloc", +[](std::size_t size) { return Know(std::malloc(size)); });
-        PatchForGood(
-            dll, "calloc", +[](std::size_t n, std::size_t size) { return Know(std::calloc(n, size)); });
-        PatchForGood(
-            dll, "realloc", +[](void* block, std::size_t size) {
-                live.erase(block);
-                return Know(std::realloc(block, size));
-            });
-        PatchForGood(
-            dll, "free", +[](void* block) {
-                if (block != nullptr && live.erase(block) == 0)
-                    ++freedFromBefore;
-                std::free(block);
-            });
     }
 
     // Of those that it took while it was watched.
@@ -38,9 +31,25 @@ public:
     // The freed ones that it took before, when it was loaded.
     static int FreedFromBefore() { return freedFromBefore; }
 
+    // What takes the place of the runtime's functions. A test may put its own functions before them.
+    static void* Malloc(std::size_t size) { return Know(std::malloc(size)); }
+    static void* Calloc(std::size_t count, std::size_t size) { return Know(std::calloc(count, size)); }
+    static void* Realloc(void* block, std::size_t size) {
+        void* const moved = std::realloc(block, size);
+        if (moved != nullptr)
+            live.erase(block);
+        return Know(moved);
+    }
+    static void Free(void* block) {
+        if (block != nullptr && live.erase(block) == 0)
+            ++freedFromBefore;
+        std::free(block);
+    }
+
 private:
     static void* Know(void* block) {
-        live.insert(block);
+        if (block != nullptr)
+            live.insert(block);
         return block;
     }
 

@@ -1,0 +1,364 @@
+// Every allocation of the DLL fails in its turn, and every call that hands out memory or an object: no export
+// crashes, lets an exception out, gives half an answer, spoils a file or loses a block or a reference, and
+// the next call works.
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "support/Endurance.h"
+#include "support/ExportCalls.h"
+#include "support/WatchedDll.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+// ---- What an export may answer when memory is short ----
+
+// Each item is one of those that may stand in its place; those behind a failure may be missing.
+bool BeginsAs(const Lines& items, const std::vector<Lines>& alternatives) {
+    return items.size() <= alternatives.size() &&
+           std::equal(items.begin(), items.end(), alternatives.begin(),
+                      [](const std::wstring& item, const Lines& allowed) {
+                          return std::ranges::count(allowed, item) != 0;
+                      });
+}
+
+bool IsTrue(const Answer& answer, const Answer&) {
+    return answer.result == 1;
+}
+
+// Nothing but the failure value; buffers are as they were.
+bool IsRefusal(const Answer& answer, const Answer&) {
+    const Lines untouched = {L"untouched", L"0 0 0"};
+    return answer.result == 0 && std::ranges::all_of(answer.items, [&](const std::wstring& item) {
+               return std::ranges::count(untouched, item) != 0;
+           });
+}
+
+bool IsUnavailable(const Answer& answer, const Answer&) {
+    return answer.result == CatalogueUnavailable;
+}
+
+bool IsABeginning(const Answer& answer, const Answer& whole) {
+    return answer.result == 1 && answer.items.size() <= whole.items.size() &&
+           std::equal(answer.items.begin(), answer.items.end(), whole.items.begin());
+}
+
+bool IsEmpty(const Answer& answer, const Answer&) {
+    return answer == Answer{1, {}};
+}
+
+// All that is there is whole and in its order.
+bool HasSome(const Answer& answer, const Answer& whole) {
+    auto place = whole.items.begin();
+    return answer.result == 1 && std::ranges::all_of(answer.items, [&](const std::wstring& item) {
+               place = std::find(place, whole.items.end(), item);
+               return place != whole.items.end() && place++ != whole.items.end();
+           });
+}
+
+// A text may be its key; a function is there with all its display items, or not at all.
+bool HasKeysOrTexts(const Answer& answer, const Answer&) {
+    std::vector<Lines> functions(3);
+    for (const wchar_t* name : {L"Key", L"Text"})
+        for (const wchar_t* first : {L"Key", L"Text"}) {
+            for (const wchar_t* second : {L"Key", L"Text"})
+                functions[0].push_back(Line(L"1: Group1Name", name, 11, first, 12, second));
+            for (const wchar_t* second : {L"Key", L"Text"})
+                functions[2].push_back(Line(L"7: Group1Name Other", 60, first, 48, second));
+        }
+    functions[1] = {L"2: Group1Name Other"};
+    return answer.result == 1 && BeginsAs(answer.items, functions);
+}
+
+// Values that are stored, or the defaults where the stored ones could not be read.
+bool HasKnownValues(const Answer& answer, const Answer&) {
+    static const Lines known = {L"1: 0 8", L"1: 1 1", L"1: 1 3", L"1: 0 0", L"2: 9 10",
+                                L"2: 4 5", L"2: 6 7", L"2: 0 0", L"7: 0 1", L"7: 1 1"};
+    std::set<wchar_t> ids;
+    return answer.result == 1 && std::ranges::all_of(answer.items, [&](const std::wstring& item) {
+               return std::ranges::count(known, item) != 0 && ids.insert(item.front()).second;
+           });
+}
+
+// The options are those of the stored values, or of the defaults where these could not be read.
+bool HasCommands(const Answer& answer, const Answer&) {
+    return answer.result == 1 && BeginsAs(answer.items, {{L"21 11 11 a text that no small buffer holds",
+                                                          L"21 12 12 a text that no small buffer holds"},
+                                                         {L"22 0 11 another text that none of them holds",
+                                                          L"22 0 12 another text that none of them holds"}});
+}
+
+// A text that is not to be had is empty, or is its key.
+bool HasDifferences(const Answer& answer, const Answer& whole) {
+    if (IsRefusal(answer, whole))
+        return true;
+    const auto lines = [](const std::wstring& text) { return std::ranges::count(text, L'\r'); };
+    static const Lines names = {L"- Key\n\r", L"- Text\n\r", L"- Other\n\r", L"- Key\n\r- Other\n\r",
+                                L"- Text\n\r- Other\n\r"};
+    return answer.result == 1 && std::ranges::count(names, answer.items[0]) != 0 &&
+           lines(answer.items[0]) == lines(answer.items[1]);
+}
+
+// The setting is that of a later source where an earlier one could not be read.
+bool IsOfAnySource(const Answer& answer, const Answer& whole) {
+    return IsRefusal(answer, whole) || answer == Answer{1, {L"default"}} || answer == Answer{1, {L"base"}};
+}
+
+// ---- Uses of the exports ----
+
+struct Use {
+    std::string name;
+    ExportCall call;
+    bool (*isAllowed)(const Answer& answer, const Answer& whole);
+    // What the files may hold afterwards.
+    enum Effect {
+        OldOrNew,
+        NewWhenTold,  // the new content, unless the export tells its failure
+        Partly,       // some of the new content
+    } effect = OldOrNew;
+};
+
+Use Of(const std::string& exportName, bool (*isAllowed)(const Answer&, const Answer&),
+       Use::Effect effect = Use::OldOrNew) {
+    const auto call = std::ranges::find(callsOfAllExports, exportName, &ExportCall::exportName);
+    return {exportName, *call, isAllowed, effect};
+}
+
+const std::vector<Use> uses = {
+    Of("GetFuncCount", &IsUnavailable),
+    Of("GetFunctionBase", &IsABeginning),
+    Of("GetFunctionBaseUnSupported", &IsEmpty),
+    Of("GetFunctionInfo", &HasKeysOrTexts),
+    Of("AddFunctionDefault", &IsTrue, Use::Partly),
+    Of("GetParameter", &HasKnownValues, Use::Partly),
+    {"GetParameterOfANewScheme",
+     {"GetParameter",
+      {1, {L"1: 1 3", L"2: 4 5"}},
+      [](const Library& dll) { return Enumerated(dll.GetParameter, PowerSaver); }},
+     &HasKnownValues,
+     Use::Partly},
+    {"GetParameterOfAnIncompleteScheme",
+     {"GetParameter",
+      {1, {L"1: 1 1", L"2: 4 5"}},
+      [](const Library& dll) { return Enumerated(dll.GetParameter, Balanced); }},
+     &HasKnownValues,
+     Use::Partly},
+    Of("GetParameterDefault", &IsABeginning),
+    Of("SetParameter", &IsTrue),
+    {"SetParameterOfANewScheme",
+     {"SetParameter", {1}, [](const Library& dll) { return Stored(dll, PowerSaver); }},
+     &IsTrue},
+    Of("ResetDefault", &IsRefusal),
+    Of("TEVGetParam", &IsRefusal, Use::Partly),
+    Of("GetFuncCurValue", &IsRefusal),
+    Of("GetCommandInfo", &HasCommands, Use::Partly),
+    Of("GetDiffFuncList", &HasDifferences, Use::Partly),
+    Of("GetSpecScheme", &HasSome),
+    Of("GetCommonSetting", &IsRefusal),
+    {"GetCommonSettingOfTheUser",
+     {"GetCommonSetting", {1, {L"user"}}, [](const Library& dll) { return CommonSetting(dll, L"user"); }},
+     &IsRefusal},
+    {"GetCommonSettingOfTheDefaults",
+     {"GetCommonSetting",
+      {1, {L"default"}},
+      [](const Library& dll) { return CommonSetting(dll, L"default"); }},
+     &IsOfAnySource},
+    Of("SetCommonSetting", &IsRefusal, Use::NewWhenTold),
+    Of("InitCommonSetting", &IsRefusal, Use::NewWhenTold),
+    Of("ZOTDamExit", &IsTrue),
+};
+
+// The failures that were injected into the calls of an export.
+struct Injections {
+    int atFirstUse = 0;
+    int atLaterUse = 0;
+};
+
+void PrintTo(const Injections& injections, std::ostream* out) {
+    *out << injections.atFirstUse << " at the first use, " << injections.atLaterUse << " at a later one";
+}
+
+struct Trial {
+    std::string name;
+    Shortage shortage;
+    Use use;
+};
+
+void PrintTo(const Trial& trial, std::ostream* out) {
+    *out << trial.name;
+}
+
+std::vector<Trial> Trials() {
+    std::vector<Trial> trials;
+    for (const Use& use : uses)
+        for (const Shortage& shortage : shortages)
+            trials.push_back({use.name + "Without" + shortage.name, shortage, use});
+    return trials;
+}
+
+// The use of a freshly loaded DLL with calls that a shortage can reach. In the end the DLL has given back
+// every reference and freed every block.
+class Session {
+public:
+    explicit Session(const Shortage& shortage) {
+        Blocks::Watch(Dll().Handle());
+        shortage.install(watched.Imports());
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() {
+        EXPECT_TRUE(Dll().ZOTDamExit());
+        EXPECT_EQ(DomCalls::HeldReferences(), 0);
+    }
+
+    const Library& Dll() const noexcept { return watched.Exports(); }
+
+private:
+    struct ExpectNoBlocks {
+        ~ExpectNoBlocks() { EXPECT_EQ(Blocks::Live(), 0u); }
+    };
+
+    ExpectNoBlocks whenTheDllIsFreed;
+    WatchedDll watched;
+};
+
+}  // namespace
+
+class AllocationFailureTest : public ExportCallsTest, public testing::WithParamInterface<Trial> {
+protected:
+    static void SetUpTestSuite() { domCalls.emplace(); }
+
+    static void TearDownTestSuite() {
+        domCalls.reset();
+        for (const ExportCall& call : callsOfAllExports)
+            ShowFigure("failures injected into " + call.exportName,
+                       testing::PrintToString(injections[call.exportName]));
+    }
+
+    void SetUp() override {
+        const Session session{noShortage};
+        use.call.before(session.Dll());
+        EXPECT_EQ(Called(session), whole);
+        wholeFiles = Files();
+    }
+
+    // What the two files of the library hold.
+    using FileTexts = std::pair<std::string, std::string>;
+    FileTexts Files() const { return {UserSettings(), Defaults()}; }
+
+    Answer Called(const Session& session) const {
+        try {
+            return use.call.call(session.Dll());
+        } catch (...) {
+            ADD_FAILURE() << "an exception came out";
+            return {};
+        }
+    }
+
+    void Prepare(const Session& session) const {
+        WriteSettings();
+        std::filesystem::remove(KeptUserSettings());
+        std::filesystem::remove(KeptDefaults());
+        use.call.before(session.Dll());
+    }
+
+    std::filesystem::path KeptUserSettings() const { return UnreadableCopyOf(installation.UserFile()); }
+
+    // Lets the n-th call fail during a use of the export. False when it had not so many calls.
+    bool UseWithFailure(const Session& session, int failingCall, bool lasts) {
+        Prepare(session);
+        const FileTexts old = Files();
+        Answer answer;
+        {
+            const FailingCall failure{failingCall, lasts};
+            answer = Called(session);
+        }
+        ExpectAllowed(answer);
+        ExpectThatNothingIsLost(old, answer == whole);
+        return FailingCall::HasFailed();
+    }
+
+    void ExpectAllowed(const Answer& answer) const {
+        EXPECT_TRUE(answer == whole || (FailingCall::HasFailed() && use.isAllowed(answer, whole)))
+            << testing::PrintToString(answer);
+    }
+
+    void ExpectThatNothingIsLost(const FileTexts& old, bool succeeded) const {
+        const FileTexts now = Files();
+        const bool isStored = now == wholeFiles;
+        const bool isOld = now == old && !(succeeded && use.effect == Use::NewWhenTold);
+        const bool isPartly =
+            use.effect == Use::Partly && HoldsWhatWasStored(now.first) && HoldsWholeFunctions(now.second);
+        // A file whose reading failed may have been replaced; then there is a copy of it.
+        const bool isKept =
+            ReadFile(KeptUserSettings()) == old.first || ReadFile(KeptDefaults()) == old.second;
+        EXPECT_TRUE(isStored || isOld || isPartly || isKept) << now.first << now.second;
+        EXPECT_TRUE(isStored || isOld ||
+                    (IsXml(installation.UserFile()) && IsXml(installation.DefaultsFile())));
+    }
+
+    static bool HoldsWhatWasStored(const std::string& userSettings) {
+        const std::string stored = FullUserSettings();
+        const std::size_t begin = stored.find("<PowerScheme ");
+        return userSettings.find(stored.substr(begin, stored.find("</PowerScheme>") - begin)) !=
+               std::string::npos;
+    }
+
+    // Whether these are the functions of the whole file, or the first of them.
+    bool HoldsWholeFunctions(const std::string& defaults) const {
+        const bool isEmpty = defaults.find("<Functions/>") != std::string::npos;
+        return wholeFiles.second.starts_with(
+            defaults.substr(0, defaults.find(isEmpty ? "/>" : "</Functions>")));
+    }
+
+    // From one failing call to the next. The short run leaves some out where there are many.
+    int Step(bool lasts) const { return Rounds(shortage.stepInShortRun * (lasts ? 3 : 1), 1); }
+
+    int& InjectionsOf(int Injections::*when) const { return injections[use.call.exportName].*when; }
+
+    const Use& use = GetParam().use;
+    const Shortage& shortage = GetParam().shortage;
+    const Answer& whole = use.call.answer;
+    FileTexts wholeFiles;
+
+private:
+    inline static const Shortage noShortage = {"Nothing", [](PatchedImports&) {}};
+    inline static std::optional<DomCalls> domCalls;
+    inline static std::map<std::string, Injections> injections;
+};
+
+INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Trials()), CaseName<Trial>);
+
+TEST_P(AllocationFailureTest, IsSurvivedAtTheFirstUse) {
+    for (const bool lasts : {false, true}) {
+        bool hasFailed = true;
+        for (int call = 1; hasFailed; call += Step(lasts)) {
+            SCOPED_TRACE(call);
+            const Session session{shortage};
+            hasFailed = UseWithFailure(session, call, lasts);
+            InjectionsOf(&Injections::atFirstUse) += hasFailed;
+            // What could not be read at the first use is read again after a ZOTDamExit only.
+            Prepare(session);
+            ExpectAllowed(Called(session));
+        }
+    }
+}
+
+TEST_P(AllocationFailureTest, IsSurvivedAtALaterUse) {
+    const Session session{shortage};
+    Prepare(session);
+    EXPECT_EQ(Called(session), whole);
+    for (const bool lasts : {false, true})
+        for (int call = 1; UseWithFailure(session, call, lasts); call += Step(lasts)) {
+            SCOPED_TRACE(call);
+            ++InjectionsOf(&Injections::atLaterUse);
+            Prepare(session);
+            EXPECT_EQ(Called(session), whole);
+        }
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,221 @@
+// The calls that the library makes of the DOM while an object of this class lives: a test can let one fail,
+// and learns how many references to objects of the DOM the library holds.
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "support/ImportPatch.h"
+#include "support/LoadedImage.h"
+#include "support/XmlTree.h"
+
+namespace ZOTDam::Test {
+
+class DomCalls {
+public:
+    // Begins to count the calls of a DLL. The patch is to be destroyed before the DLL is freed.
+    static ImportPatch Watch(HMODULE dll) {
+        image = reinterpret_cast<std::uintptr_t>(dll);
+        imageSize = LoadedImage{dll}.Headers().OptionalHeader.SizeOfImage;
+        taken = 0;
+        givenBack = 0;
+        refusesInstructions = false;
+        return ImportPatch{dll, "CoCreateInstance", &Create};
+    }
+
+    // What the DLL has taken and not given back.
+    static long long HeldReferences() noexcept { return taken - givenBack; }
+    static long long TakenReferences() noexcept { return taken; }
+
+    // Asked at each call, unless null: whether the call is to fail for want of memory.
+    inline static bool (*isToFail)() = nullptr;
+
+    // Whether no processing instruction can be made, and so no declaration of a new file.
+    inline static bool refusesInstructions = false;
+
+    // What takes the place of the system's function. A test may put its own function before it.
+    static HRESULT WINAPI Create(REFCLSID type, IUnknown* outer, DWORD context, REFIID iid, void** object) {
+        const HRESULT result = CoCreateInstance(type, outer, context, iid, object);
+        taken += SUCCEEDED(result) && IsCounted(*object);
+        return result;
+    }
+
+private:
+    enum class Class { Document, Element, Attributes, OtherNode };
+
+    using Method = HRESULT WINAPI(void*, void*, void*, void*);
+    static constexpr std::size_t AddRefSlot = 1;
+    static constexpr std::size_t ReleaseSlot = 2;
+    static constexpr std::size_t CreateInstructionSlot = 52;
+
+    // ---- Which argument of a method receives an object; 0 for none ----
+
+    static constexpr int ReceiverOfAnyNode(std::size_t slot) {
+        switch (slot) {
+            case 18:  // insertBefore
+            case 19:  // replaceChild
+                return 3;
+            case 0:   // QueryInterface
+            case 20:  // removeChild
+            case 21:  // appendChild
+            case 24:  // cloneNode
+                return 2;
+            case 23:  // get_ownerDocument
+                return 1;
+            default:  // get_parentNode, the other neighbours, get_attributes
+                return slot >= 11 && slot <= 17 ? 1 : 0;
+        }
+    }
+
+    static constexpr int ReceiverOfADocument(std::size_t slot) {
+        switch (slot) {
+            case CreateInstructionSlot:
+            case 83:  // importNode
+                return 3;
+            case 47:  // createElement
+            case 49:  // createTextNode
+            case 53:  // createAttribute
+                return 2;
+            case 45:  // get_documentElement
+                return 1;
+            default:
+                return ReceiverOfAnyNode(slot);
+        }
+    }
+
+    static constexpr int Receiver(Class type, std::size_t slot) {
+        switch (type) {
+            case Class::Document:
+                return ReceiverOfADocument(slot);
+            case Class::Element:  // getAttributeNode, setAttributeNode, removeAttributeNode
+                return slot >= 47 && slot <= 49 ? 2 : ReceiverOfAnyNode(slot);
+            case Class::Attributes:  // getNamedItem, setNamedItem, removeNamedItem, get_item
+                return slot == 0 || (slot >= 7 && slot <= 10) ? 2 : 0;
+            default:
+                return ReceiverOfAnyNode(slot);
+        }
+    }
+
+    // ---- The calls ----
+
+    static bool IsOfTheDll(const void* caller) noexcept {
+        return reinterpret_cast<std::uintptr_t>(caller) - image < imageSize;
+    }
+
+    static bool IsCounted(void* object) noexcept {
+        return object != nullptr && std::ranges::count(tables, *static_cast<void***>(object)) != 0;
+    }
+
+    static HRESULT Fail(void** receiver) noexcept {
+        if (receiver != nullptr)
+            *receiver = nullptr;
+        return E_OUTOFMEMORY;
+    }
+
+    template <class Call>
+    static HRESULT Answer(void** receiver, Call call) {
+        if (isToFail != nullptr && isToFail())
+            return Fail(receiver);
+        const HRESULT result = call();
+        taken += SUCCEEDED(result) && receiver != nullptr && IsCounted(*receiver);
+        return result;
+    }
+
+    // The functions that all objects of a kind share, with others in their places.
+    template <std::size_t Kind, Class Type, std::size_t Size>
+    class Table {
+    public:
+        explicit Table(IUnknown* object) : table{*reinterpret_cast<void***>(object)} {
+            std::copy_n(table, Size, originals.begin());
+            tables[Kind] = table;
+            Write(StandIns(std::make_index_sequence<Size>{}));
+        }
+        Table(const Table&) = delete;
+        Table& operator=(const Table&) = delete;
+        ~Table() {
+            Write(originals);
+            tables[Kind] = nullptr;
+        }
+
+    private:
+        using Slots = std::array<void*, Size>;
+
+        // Those of IDispatch, and createNode, have too many arguments to be passed on. Nobody calls them.
+        static constexpr bool IsPassedOn(std::size_t slot) { return slot < 3 || (slot >= 7 && slot != 56); }
+
+        template <std::size_t... Indices>
+        static Slots StandIns(std::index_sequence<Indices...>) {
+            return {
+                (IsPassedOn(Indices) ? reinterpret_cast<void*>(&StandIn<Indices>) : originals[Indices])...};
+        }
+
+        void Write(const Slots& functions) noexcept {
+            DWORD protection = 0;
+            VirtualProtect(table, sizeof functions, PAGE_READWRITE, &protection);
+            std::ranges::copy(functions, table);
+            VirtualProtect(table, sizeof functions, protection, &protection);
+        }
+
+        template <std::size_t Slot>
+        static HRESULT WINAPI StandIn(void* object, void* first, void* second, void* third) {
+            const auto call = [&] {
+                return reinterpret_cast<Method*>(originals[Slot])(object, first, second, third);
+            };
+            if (!IsOfTheDll(__builtin_return_address(0)))
+                return call();
+            if constexpr (Slot == AddRefSlot || Slot == ReleaseSlot) {
+                ++(Slot == AddRefSlot ? taken : givenBack);
+                return call();
+            } else {
+                constexpr int receiver = Receiver(Type, Slot);
+                void* const arguments[] = {nullptr, first, second, third};
+                auto** const received = static_cast<void**>(arguments[receiver]);
+                if (Type == Class::Document && Slot == CreateInstructionSlot && refusesInstructions)
+                    return Fail(received);
+                return Answer(received, call);
+            }
+        }
+
+        inline static Slots originals = {};
+        void** table;
+    };
+
+    static OwnedInterface<IXMLDOMNamedNodeMap> AttributesOf(const Node& element) {
+        IXMLDOMNamedNodeMap* attributes = nullptr;
+        element.get()->get_attributes(&attributes);
+        return OwnedInterface<IXMLDOMNamedNodeMap>{attributes};
+    }
+
+    inline static std::uintptr_t image = 0;
+    inline static std::uintptr_t imageSize = 0;
+    inline static long long taken = 0;
+    inline static long long givenBack = 0;
+    inline static std::array<void**, 8> tables = {};
+
+    // An object of each kind. They live as long as the patches: who unloads the DOM unloads its tables.
+    ComScope com;
+    XmlTree tree = XmlTree::OfText(L"<?i d?><E a=\"v\">text<!--c--><F/><![CDATA[d]]></E>");
+    Node document = tree.Find(L"/");
+    Node instruction = tree.Find(L"/processing-instruction()");
+    Node element = tree.Root();
+    Node attribute = tree.Find(L"/E/@a");
+    Node text = tree.Find(L"/E/text()[1]");
+    Node comment = tree.Find(L"/E/comment()");
+    Node cdata = tree.Find(L"/E/text()[2]");
+    OwnedInterface<IXMLDOMNamedNodeMap> attributes = AttributesOf(element);
+
+    Table<0, Class::Document, 84> documentTable{document.get()};
+    Table<1, Class::OtherNode, 46> instructionTable{instruction.get()};
+    Table<2, Class::Element, 52> elementTable{element.get()};
+    Table<3, Class::OtherNode, 43> attributeTable{attribute.get()};
+    Table<4, Class::OtherNode, 43> textTable{text.get()};
+    Table<5, Class::OtherNode, 43> commentTable{comment.get()};
+    Table<6, Class::OtherNode, 43> cdataTable{cdata.get()};
+    Table<7, Class::Attributes, 13> attributesTable{attributes.get()};
+};
+
+}  // namespace ZOTDam::Test

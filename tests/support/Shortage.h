@@ -1,0 +1,196 @@
+// Shortages: the n-th of the library's calls that hand out memory or an object fails, alone or with all that
+// follow it.
+#pragma once
+
+#include <objbase.h>
+#include <windows.h>
+
+#include <oleauto.h>
+#include <rpc.h>
+
+#include <list>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/Blocks.h"
+#include "support/DomCalls.h"
+#include "support/ImportPatch.h"
+
+namespace ZOTDam::Test {
+
+// While this lives, the n-th call fails.
+class FailingCall {
+public:
+    FailingCall(int call, bool shortageLasts) noexcept {
+        callsUntilFailure = call;
+        lasts = shortageLasts;
+        hasFailed = false;
+    }
+    FailingCall(const FailingCall&) = delete;
+    FailingCall& operator=(const FailingCall&) = delete;
+    ~FailingCall() {
+        callsUntilFailure = 0;
+        lasts = false;
+    }
+
+    // Whether the call that is being made is to fail.
+    static bool IsDue() noexcept {
+        if (hasFailed && lasts)
+            return true;
+        if (callsUntilFailure == 0 || --callsUntilFailure != 0)
+            return false;
+        hasFailed = true;
+        return true;
+    }
+
+    // Whether there were so many calls, also after its end.
+    static bool HasFailed() noexcept { return hasFailed; }
+
+private:
+    inline static int callsUntilFailure = 0;
+    inline static bool lasts = false;
+    inline static bool hasFailed = false;
+};
+
+// The imports of a loaded DLL, patched for a scope.
+class PatchedImports {
+public:
+    explicit PatchedImports(HMODULE dll) : module{dll} {}
+    PatchedImports(const PatchedImports&) = delete;
+    PatchedImports& operator=(const PatchedImports&) = delete;
+    ~PatchedImports() {
+        // The first to come is the last to go.
+        while (!patches.empty())
+            patches.pop_back();
+    }
+
+    // An import that the compiler did without stays as it is.
+    template <class Function>
+    void Patch(const char* name, Function* replacement) {
+        try {
+            patches.emplace_back(module, name, replacement);
+        } catch (const std::invalid_argument&) {
+            return;
+        }
+    }
+
+private:
+    HMODULE module;
+    std::list<ImportPatch> patches;
+};
+
+struct Shortage {
+    std::string name;
+    void (*install)(PatchedImports& imports);
+    int stepInShortRun = 1;  // from one failing call to the next
+};
+
+namespace Shortages {
+
+inline void* Malloc(std::size_t size) {
+    return FailingCall::IsDue() ? nullptr : Blocks::Malloc(size);
+}
+
+inline void* Calloc(std::size_t count, std::size_t size) {
+    return FailingCall::IsDue() ? nullptr : Blocks::Calloc(count, size);
+}
+
+inline void* Realloc(void* block, std::size_t size) {
+    return FailingCall::IsDue() ? nullptr : Blocks::Realloc(block, size);
+}
+
+inline void OfMemory(PatchedImports& imports) {
+    imports.Patch("malloc", &Malloc);
+    imports.Patch("calloc", &Calloc);
+    imports.Patch("realloc", &Realloc);
+}
+
+inline BSTR WINAPI AllocString(const OLECHAR* text) {
+    return FailingCall::IsDue() ? nullptr : SysAllocString(text);
+}
+
+inline BSTR WINAPI AllocStringLen(const OLECHAR* text, UINT length) {
+    return FailingCall::IsDue() ? nullptr : SysAllocStringLen(text, length);
+}
+
+inline BSTR WINAPI AllocStringByteLen(LPCSTR text, UINT length) {
+    return FailingCall::IsDue() ? nullptr : SysAllocStringByteLen(text, length);
+}
+
+inline void OfTexts(PatchedImports& imports) {
+    imports.Patch("SysAllocString", &AllocString);
+    imports.Patch("SysAllocStringLen", &AllocStringLen);
+    imports.Patch("SysAllocStringByteLen", &AllocStringByteLen);
+}
+
+inline HRESULT WINAPI ChangeType(VARIANTARG* target, const VARIANTARG* source, USHORT flags, VARTYPE type) {
+    return FailingCall::IsDue() ? E_OUTOFMEMORY
+                                : VariantChangeType(target, const_cast<VARIANTARG*>(source), flags, type);
+}
+
+inline HRESULT WINAPI Copy(VARIANTARG* target, const VARIANTARG* source) {
+    return FailingCall::IsDue() ? E_OUTOFMEMORY : VariantCopy(target, const_cast<VARIANTARG*>(source));
+}
+
+inline void OfVariants(PatchedImports& imports) {
+    imports.Patch("VariantChangeType", &ChangeType);
+    imports.Patch("VariantCopy", &Copy);
+}
+
+inline RPC_STATUS RPC_ENTRY UuidToText(const UUID* uuid, RPC_WSTR* text) {
+    return FailingCall::IsDue() ? RPC_S_OUT_OF_MEMORY : UuidToStringW(const_cast<UUID*>(uuid), text);
+}
+
+inline void OfGuidTexts(PatchedImports& imports) {
+    imports.Patch("UuidToStringW", &UuidToText);
+}
+
+inline HRESULT WINAPI CreateInstance(REFCLSID type, LPUNKNOWN outer, DWORD context, REFIID iid,
+                                     LPVOID* object) {
+    return FailingCall::IsDue() ? E_OUTOFMEMORY : DomCalls::Create(type, outer, context, iid, object);
+}
+
+inline HRESULT WINAPI Run(LPUNKNOWN object) {
+    return FailingCall::IsDue() ? E_OUTOFMEMORY : OleRun(object);
+}
+
+inline void OfDocuments(PatchedImports& imports) {
+    imports.Patch("CoCreateInstance", &CreateInstance);
+    imports.Patch("OleRun", &Run);
+}
+
+inline void OfTheDom(PatchedImports&) {
+    DomCalls::isToFail = &FailingCall::IsDue;
+}
+
+inline DWORD WINAPI ExpandStrings(LPCWSTR source, LPWSTR target, DWORD size) {
+    return FailingCall::IsDue() ? 0 : ExpandEnvironmentStringsW(source, target, size);
+}
+
+inline void OfPaths(PatchedImports& imports) {
+    imports.Patch("ExpandEnvironmentStringsW", &ExpandStrings);
+}
+
+inline HANDLE WINAPI CreateMarker(LPSECURITY_ATTRIBUTES attributes, BOOL owner, LPCWSTR name) {
+    if (!FailingCall::IsDue())
+        return CreateMutexW(attributes, owner, name);
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+inline void OfMarkers(PatchedImports& imports) {
+    imports.Patch("CreateMutexW", &CreateMarker);
+}
+
+}  // namespace Shortages
+
+inline const std::vector<Shortage> shortages = {
+    {"Memory", &Shortages::OfMemory},       {"Texts", &Shortages::OfTexts},
+    {"Variants", &Shortages::OfVariants},   {"GuidTexts", &Shortages::OfGuidTexts},
+    {"Documents", &Shortages::OfDocuments}, {"DomCalls", &Shortages::OfTheDom, 7},
+    {"Paths", &Shortages::OfPaths},         {"Markers", &Shortages::OfMarkers},
+};
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,35 @@
+// The DLL, freshly loaded, with imports that a test patches and DOM calls that are counted.
+#pragma once
+
+#include "support/DomCalls.h"
+#include "support/Shortage.h"
+
+namespace ZOTDam::Test {
+
+class WatchedDll {
+public:
+    // Whether the disk has the files is not looked at, since it would take its time for very many saves. The
+    // display offers a rate of 60 and no other.
+    WatchedDll() {
+        imports.Patch(
+            "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return TRUE; });
+        imports.Patch(
+            "EnumDisplaySettingsW", +[](LPCWSTR, DWORD number, DEVMODEW* mode) WINAPI -> BOOL {
+                mode->dmDisplayFrequency = 60;
+                return number == 0 ? TRUE : FALSE;
+            });
+    }
+    WatchedDll(const WatchedDll&) = delete;
+    WatchedDll& operator=(const WatchedDll&) = delete;
+    ~WatchedDll() { DomCalls::isToFail = nullptr; }
+
+    const Library& Exports() const noexcept { return dll; }
+    PatchedImports& Imports() noexcept { return imports; }
+
+private:
+    Library dll;
+    ImportPatch domPatch = DomCalls::Watch(dll.Handle());
+    PatchedImports imports{dll.Handle()};
+};
+
+}  // namespace ZOTDam::Test
