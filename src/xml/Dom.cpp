@@ -84,6 +84,14 @@ IXMLDOMDocumentPtr OwnerDocument(IXMLDOMNode* node) {
     return document;
 }
 
+bool HasDocumentType(IXMLDOMDocument* document) {
+    IXMLDOMDocumentType* type = nullptr;
+    Check(document->get_doctype(&type), document);
+    if (type != nullptr)
+        type->Release();
+    return type != nullptr;
+}
+
 IXMLDOMElementPtr EmptyElement(IXMLDOMDocument* document, const CName& name) {
     IXMLDOMElementPtr element;
     Check(Required(document)->createElement(name.AsBstr(), &element), document);
@@ -189,9 +197,13 @@ IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _var
 }
 
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
+    // A copy could name entities that only the type of the other document declares, and would never be read
+    // again.
+    if (HasDocumentType(OwnerDocument(node)))
+        _com_issue_error(E_INVALIDARG);
     IXMLDOMNodePtr copy;
     const IXMLDOMDocument3Ptr document = OwnerDocument(parent);
-    const HRESULT imported = document->importNode(Required(node), VARIANT_TRUE, &copy);
+    const HRESULT imported = document->importNode(node, VARIANT_TRUE, &copy);
     // Some DOMs cannot import, but take the nodes of other documents as they are.
     if (imported == E_NOTIMPL)
         Check(node->cloneNode(VARIANT_TRUE, &copy), node);

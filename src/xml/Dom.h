@@ -76,7 +76,8 @@ IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, 
 IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
 IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
 
-// Makes a deep copy of a node of another document, for the document of `parent`, without appending it.
+// Makes a deep copy of a node of another document, for the document of `parent`, without appending it. A node
+// of a document with a document type is refused with E_INVALIDARG.
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node);
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);

@@ -46,14 +46,20 @@ bool CGuardedProfile::Save() noexcept {
 // A load fails alike for a file that is no XML and for one that another program keeps from being read. What
 // is open here, that program cannot have: what does not load now either is no XML.
 CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
-    if (Load())
-        return FileContent::Known;
-    const CFile file{CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr)};
-    std::string content;
-    if (!FalseOnException([&] { return file.IsOpen() && file.Read(content); }))
-        return FileContent::Unknown;
-    return Load() ? FileContent::Known : FileContent::NoXml;
+    FileContent content = FileContent::Unknown;
+    FalseOnException([&] {
+        if (LoadOrThrow()) {
+            content = FileContent::Known;
+            return true;
+        }
+        const CFile file{CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr)};
+        std::string bytes;
+        if (file.IsOpen() && file.Read(bytes))
+            content = LoadOrThrow() ? FileContent::Known : FileContent::NoXml;
+        return true;
+    });
+    return content;
 }
 
 IXMLDOMElementPtr CGuardedProfile::Root() {

@@ -49,11 +49,13 @@ bool CZOTProfile::FileExists() const noexcept {
 }
 
 bool CZOTProfile::Load() noexcept {
-    return FalseOnException([&] {
-        VARIANT_BOOL loaded = VARIANT_FALSE;
-        Check(document->load(_variant_t{path.c_str()}, &loaded), document.GetInterfacePtr());
-        return loaded == VARIANT_TRUE;
-    });
+    return FalseOnException([this] { return LoadOrThrow(); });
+}
+
+bool CZOTProfile::LoadOrThrow() {
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    Check(document->load(_variant_t{path.c_str()}, &loaded), document.GetInterfacePtr());
+    return loaded == VARIANT_TRUE;
 }
 
 bool CZOTProfile::Write() noexcept {

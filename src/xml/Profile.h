@@ -28,6 +28,9 @@ protected:
     // Reads the document's file. A failed load leaves an empty document.
     bool Load() noexcept;
 
+    // The same, but a load that did not come to an answer, for want of memory or of a DOM, throws.
+    bool LoadOrThrow();
+
     // Writes the document over its file: all of it, or nothing.
     bool Write() noexcept;
 

@@ -4,6 +4,7 @@
 
 #include "support/DataFiles.h"
 #include "support/EveryExport.h"
+#include "support/Repeated.h"
 #include "support/SettingsTest.h"
 #include "support/XmlFile.h"
 
@@ -16,13 +17,6 @@ const Params StoredForTwoFunctions = {{1, {7, 8}}, {2, {9, 10}}};
 
 std::string StoredTwoFunctions() {
     return OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)));
-}
-
-std::string Repeated(std::string_view text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i)
-        result += text;
-    return result;
 }
 
 std::string EntityBomb() {

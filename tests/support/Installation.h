@@ -1,9 +1,10 @@
 // A suite installation in folders of its own, to which %ProgramFiles% and %ProgramData% of this process
-// point.
+// point. They lie in the temporary folder, or where the environment says: ZOTDAM_TEST_FOLDER.
 #pragma once
 
 #include <windows.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

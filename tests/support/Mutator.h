@@ -1,39 +1,38 @@
-// Damages XML, differently for every seed and always the same for one.
+// Damages XML by chance.
 #pragma once
 
 #include <algorithm>
-#include <random>
 #include <string>
 #include <vector>
+
+#include "support/Chance.h"
 
 namespace ZOTDam::Test {
 
 class Mutator {
 public:
-    explicit Mutator(unsigned seed) : random{seed} {}
+    explicit Mutator(Chance& source) : chance{source} {}
 
     std::string Mutated(std::string xml) {
-        for (int changes = 1 + Below(4); changes > 0; --changes)
-            Below(3) == 0 ? ChangeBytes(xml) : ChangeStructure(xml);
+        for (int changes = 1 + chance.Below(4); changes > 0; --changes)
+            chance.Below(3) == 0 ? ChangeBytes(xml) : ChangeStructure(xml);
         return xml;
     }
 
 private:
-    int Below(std::size_t limit) { return static_cast<int>(random() % limit); }
-
     void ChangeBytes(std::string& xml) {
         if (xml.empty())
             return;
-        const std::size_t position = Below(xml.size());
-        switch (Below(4)) {
+        const std::size_t position = chance.Below(xml.size());
+        switch (chance.Below(4)) {
             case 0:
-                xml[position] = static_cast<char>(xml[position] ^ (1 << Below(8)));
+                xml[position] = static_cast<char>(xml[position] ^ (1 << chance.Below(8)));
                 break;
             case 1:
-                xml.insert(position, 1, static_cast<char>(Below(256)));
+                xml.insert(position, 1, static_cast<char>(chance.Below(256)));
                 break;
             case 2:
-                xml.erase(position, Below(40));
+                xml.erase(position, chance.Below(40));
                 break;
             default:
                 xml.resize(position);
@@ -43,16 +42,16 @@ private:
     // Works on the tags, so that most results are still XML.
     void ChangeStructure(std::string& xml) {
         std::vector<std::string> tags = Split(xml);
-        const std::size_t tag = Below(tags.size());
-        switch (Below(5)) {
+        const std::size_t tag = chance.Below(tags.size());
+        switch (chance.Below(5)) {
             case 0:
                 tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(tag));
                 break;
             case 1:
-                tags.insert(tags.begin() + Below(tags.size()), tags[tag]);
+                tags.insert(tags.begin() + chance.Below(tags.size()), tags[tag]);
                 break;
             case 2:
-                std::swap(tags[tag], tags[Below(tags.size())]);
+                std::swap(tags[tag], tags[chance.Below(tags.size())]);
                 break;
             case 3:
                 RemoveAttribute(tags[tag]);
@@ -107,10 +106,10 @@ private:
         const std::size_t begin = tag.find("=\"");
         const std::size_t end = tag.find('"', begin + 2);
         if (begin != std::string::npos && end != std::string::npos)
-            tag.replace(begin + 2, end - begin - 2, values[Below(values.size())]);
+            tag.replace(begin + 2, end - begin - 2, values[chance.Below(values.size())]);
     }
 
-    std::mt19937 random;
+    Chance& chance;
 };
 
 }  // namespace ZOTDam::Test

@@ -1,0 +1,67 @@
+// Data files that overwhelm by their size, in each of the four files. The sizes grow in the long run.
+#include "support/CheckingClient.h"
+#include "support/Endurance.h"
+#include "support/HostileFileTest.h"
+#include "support/Repeated.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+std::string ManyAttributes(int count) {
+    std::string attributes;
+    for (int i = 0; i < count; ++i)
+        attributes += " A" + std::to_string(i) + "=\"v\"";
+    return attributes;
+}
+
+std::string ManyFunctions(int count) {
+    std::string functions;
+    for (int id = 10; id < 10 + count; ++id)
+        functions += "<Function ID=\"" + std::to_string(id) +
+                     "\" ACParamIndex=\"1\" DCParamIndex=\"1\"><Display/><Commands/>"
+                     "<Default ACParamIndex=\"0\" DCParamIndex=\"0\"/></Function>";
+    return functions;
+}
+
+std::vector<Hostility> Floods() {
+    const int many = Rounds(1000, 20000);
+    const std::string longText(static_cast<std::size_t>(Rounds(300000, 4000000)), 'x');
+    return {
+        {"LongValues", {}, longText},
+        {"LongText", {}, "plain", longText},
+        {"LongComment", {}, "plain", "<!--" + longText + "-->"},
+        {"LongElementName", {}, "plain", "<" + longText + "/>"},
+        {"LongAttributeName", {}, "plain", {}, longText + "=\"v\""},
+        // A DOM may compare each attribute of an element with each.
+        {"ManyAttributes", {}, "plain", {}, ManyAttributes(Rounds(500, 10000))},
+        {"ManyComments", {}, "plain", Repeated("<!---->", many)},
+        {"ManyInstructions", {}, "plain", Repeated("<?a?>", many)},
+        {"ManySections", {}, "plain", Repeated("<CommonSettings/>", many)},
+        {"ManyFunctions", {}, "plain", ManyFunctions(many)},
+        {"ManyEntries", {}, "plain", Repeated("<data name=\"k\"><value>v</value></data>", many)},
+        {"ManyItems", {}, "plain", Repeated("<DisplayItem/><DefaultItem GUID=\"x\"/><CommandItem/>", many)},
+        {"ManySchemes",
+         {},
+         "plain",
+         Repeated("<PowerScheme GUID=\"x\"/><SchemeItem SchemeGUID=\"x\"/>", many)},
+    };
+}
+
+}  // namespace
+
+class FloodTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
+
+INSTANTIATE_TEST_SUITE_P(, FloodTest,
+                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(Floods())),
+                         NameOfCase);
+
+TEST_P(FloodTest, IsSurvivedByEveryExport) {
+    const auto& [target, hostility] = GetParam();
+    Write(target, hostility);
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+}
+
+}  // namespace ZOTDam::Test

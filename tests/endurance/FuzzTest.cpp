@@ -1,0 +1,101 @@
+// All four data files, made and damaged by chance, and every export on them. A seed makes a round; the
+// environment may name the first seed, the number of rounds, and a folder that gets the files of each round
+// before it begins: ZOTDAM_FUZZ_SEED, ZOTDAM_FUZZ_ROUNDS, ZOTDAM_FUZZ_FOLDER.
+#include "support/Endurance.h"
+#include "support/ExportTest.h"
+#include "support/FileGenerator.h"
+#include "support/Mutator.h"
+#include "support/RandomClient.h"
+#include "support/Watch.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+unsigned NumberOr(const char* variable, unsigned otherwise) {
+    const char* const text = std::getenv(variable);
+    return text != nullptr ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : otherwise;
+}
+
+}  // namespace
+
+class FuzzTest : public ExportTest {
+protected:
+    // One file, and what the round has written there.
+    struct Input {
+        std::filesystem::path file;
+        std::string content;
+    };
+
+    void Round(unsigned seed) {
+        watch.Begin("seed " + std::to_string(seed));
+        Chance chance{seed};
+        FileGenerator generator{chance};
+        Give(defaults, Damaged(generator.Defaults(), chance));
+        Give(userSettings, Damaged(generator.UserSettings(), chance));
+        Give(base, Damaged(generator.Base(), chance));
+        Give(stringTable, Damaged(generator.StringTable(), chance));
+        RandomClient{Dll(), chance}.CallEverything(
+            [&] { Give(userSettings, Damaged(generator.UserSettings(), chance)); });
+        Unload();
+        ExpectUntouched(base);
+        ExpectUntouched(stringTable);
+        ExpectWhole(defaults);
+        ExpectWhole(userSettings);
+    }
+
+    int inputs = 0;
+
+private:
+    static std::string Damaged(const std::string& xml, Chance& chance) {
+        return chance.OneIn(4) ? Mutator{chance}.Mutated(xml) : xml;
+    }
+
+    void Give(Input& input, const std::string& content) {
+        std::filesystem::remove(UnreadableCopyOf(input.file));
+        WriteFile(input.file, content);
+        if (folder != nullptr)
+            WriteFile(std::filesystem::path{folder} / input.file.filename(), content);
+        input.content = content;
+        ++inputs;
+    }
+
+    static void ExpectUntouched(const Input& input) { EXPECT_TRUE(ReadFile(input.file) == input.content); }
+
+    // A file that the library writes is XML from then on, and what was none before is kept beside it.
+    static void ExpectWhole(const Input& input) {
+        EXPECT_FALSE(std::filesystem::exists(SiblingOf(input.file)));
+        if (ReadFile(input.file) == input.content)
+            return;
+        EXPECT_TRUE(IsXml(input.file)) << input.file << " was written as\n" << ReadFile(input.file);
+        if (const auto copy = UnreadableCopyOf(input.file); std::filesystem::exists(copy)) {
+            EXPECT_TRUE(ReadFile(copy) == input.content);
+        }
+    }
+
+    // For the rounds: a client keeps COM, and with it the DOM, while it loads and frees the library.
+    ComScope com;
+    Watch watch{60000};
+    const char* folder = std::getenv("ZOTDAM_FUZZ_FOLDER");
+    Input defaults{installation.DefaultsFile(), {}};
+    Input userSettings{installation.UserFile(), {}};
+    Input base{installation.BaseFile(), {}};
+    Input stringTable{installation.StringTableFile(), {}};
+};
+
+TEST_F(FuzzTest, NoInputCrashesAnExportOrSpoilsAFile) {
+    const unsigned first = NumberOr("ZOTDAM_FUZZ_SEED", 0);
+    const unsigned rounds = NumberOr("ZOTDAM_FUZZ_ROUNDS", static_cast<unsigned>(Rounds(150, 5000)));
+    for (unsigned seed = first; seed - first < rounds; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        ASSERT_NO_THROW(Round(seed));
+        if (HasFailure())
+            break;
+        if ((seed + 1 - first) % 1000 == 0)
+            ShowFigure("inputs up to seed " + std::to_string(seed), inputs);
+    }
+    ShowFigure("inputs", inputs);
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,174 @@
+// Data files that are made to spy or to overwhelm: entities that name other files, entities that grow, and
+// deep nesting, in each of the four files. tests/endurance/FloodTest.cpp has those that do it by their size.
+#include "support/CheckingClient.h"
+#include "support/HostileFileTest.h"
+#include "support/Repeated.h"
+#include "support/XmlFile.h"
+
+namespace ZOTDam::Test {
+
+// ---- Files that spy ----
+
+namespace {
+
+// What a file that nobody may read holds.
+constexpr char Secret[] = "the-secret";
+constexpr wchar_t WideSecret[] = L"the-secret";
+
+// [folder] is where the files that nobody may read lie, as a path; [uri] as a URI.
+std::vector<Hostility> Spies() {
+    return {
+        {"EntityOfAUri", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt">]>)", "plain", "&spy;"},
+        {"EntityOfAPath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[folder]\secret.txt">]>)", "plain", "&spy;"},
+        {"EntityOfARelativePath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "secret.txt">]>)", "plain", "&spy;"},
+        {"PublicEntity", R"(<!DOCTYPE R [<!ENTITY spy PUBLIC "any" "[uri]/secret.txt">]>)", "plain", "&spy;"},
+        {"EntityWithMarkup", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.xml">]>)", "plain", "&spy;"},
+        {"EntityWithinAnEntity",
+         R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt"><!ENTITY outer "&spy;">]>)", "plain",
+         "&outer;"},
+        {"DocumentType", R"(<!DOCTYPE R SYSTEM "[uri]/secret.dtd">)", "&leak;", "&leak;"},
+        {"DocumentTypeOfARelativePath", R"(<!DOCTYPE R SYSTEM "secret.dtd">)", "&leak;", "&leak;"},
+        {"DocumentTypeWithDefaults", R"(<!DOCTYPE R SYSTEM "[uri]/secret.dtd">)"},
+        {"ParameterEntity", R"(<!DOCTYPE R [<!ENTITY % spy SYSTEM "[uri]/secret.dtd"> %spy;]>)", "&leak;",
+         "&leak;"},
+        {"ParameterEntityWithDefaults", R"(<!DOCTYPE R [<!ENTITY % spy SYSTEM "[uri]/secret.dtd"> %spy;]>)"},
+        {"Inclusion",
+         {},
+         "plain",
+         R"(<i:include xmlns:i="http://www.w3.org/2001/XInclude" href="[uri]/secret.txt" parse="text"/>)"},
+        {"StyleSheet", R"(<?xml-stylesheet type="text/xsl" href="[uri]/secret.xml"?>)"},
+        {"Schema",
+         {},
+         "plain",
+         {},
+         R"(xmlns:x="http://www.w3.org/2001/XMLSchema-instance"
+            x:noNamespaceSchemaLocation="[uri]/secret.xml")"},
+    };
+}
+
+}  // namespace
+
+class SpyTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {
+protected:
+    const Target& File() const { return std::get<Target>(GetParam()); }
+
+    // Of the file that the case is about, so that relative paths lead to the files that nobody may read.
+    std::filesystem::path Folder() const { return (installation.*File().file)().parent_path(); }
+
+    void WriteSecrets() const {
+        const std::string secret = Secret;
+        WriteFile(Folder() / "secret.txt", secret);
+        WriteFile(Folder() / "secret.xml", R"(<Function ID="9" Name=")" + secret +
+                                               R"("><Display/><Commands/>)" + secret + "</Function>");
+        WriteFile(Folder() / "secret.dtd", R"(<!ENTITY leak ")" + secret +
+                                               R"("><!ATTLIST CommonSettings Leak CDATA ")" + secret +
+                                               R"("><!ATTLIST Function Group CDATA ")" + secret + R"(">)");
+    }
+
+    void WriteSpy() const {
+        const std::string uri = "file:///" + Replaced(Folder().generic_string(), " ", "%20");
+        const std::string xml = FilledIn(File(), std::get<Hostility>(GetParam()));
+        WriteFile((installation.*File().file)(),
+                  Replaced(Replaced(xml, "[uri]", uri), "[folder]", Folder().string()));
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(, SpyTest,
+                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(Spies())),
+                         NameOfCase);
+
+TEST_P(SpyTest, NoResultAndNoSavedFileShowsAnotherFile) {
+    WriteSecrets();
+    WriteSpy();
+    const std::wstring results = ReadEverything(Dll(), Balanced);
+    EXPECT_EQ(results.find(WideSecret), std::wstring::npos) << testing::PrintToString(results);
+    EXPECT_EQ(CheckingClient{Dll()}.ReadSetting(L"Leak"), L"");
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_EQ(UserSettings().find(Secret), std::string::npos) << UserSettings();
+    EXPECT_EQ(Defaults().find(Secret), std::string::npos) << Defaults();
+}
+
+// So the test above looks where the secret would appear.
+class OpenSecretTest : public HostileFileTest, public testing::WithParamInterface<Target> {};
+
+INSTANTIATE_TEST_SUITE_P(, OpenSecretTest, testing::ValuesIn(Targets()),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_P(OpenSecretTest, IsShown) {
+    Write(GetParam(), {"Open", {}, "plain", Secret, R"(Leak="the-secret")"});
+    const std::wstring results = ReadEverything(Dll(), Balanced) + CheckingClient{Dll()}.ReadSetting(L"Leak");
+    EXPECT_NE(results.find(WideSecret), std::wstring::npos) << testing::PrintToString(results);
+}
+
+// ---- Files that overwhelm ----
+
+namespace {
+
+// Each entity stands for ten of the one before it.
+std::string GrowingEntities(int levels, const std::string& first) {
+    std::string type = "<!DOCTYPE R [<!ENTITY a0 \"" + first + "\">";
+    for (int level = 1; level <= levels; ++level)
+        type += "<!ENTITY a" + std::to_string(level) + " \"" +
+                Repeated("&a" + std::to_string(level - 1) + ";", 10) + "\">";
+    return type + "]>";
+}
+
+std::vector<Hostility> Bombs() {
+    const std::string large = "<!DOCTYPE R [<!ENTITY x \"" + std::string(100000, 'x') + "\">]>";
+    return {
+        {"EntitiesInElements", GrowingEntities(30, "boom"), "plain", "&a30;"},
+        {"EntitiesInAttributes", GrowingEntities(30, "boom"), "&a30;"},
+        {"FewerEntitiesInElements", GrowingEntities(7, "boom"), "plain", "&a7;"},
+        {"FewerEntitiesInAttributes", GrowingEntities(7, "boom"), "&a7;"},
+        {"EntitiesOfElements", GrowingEntities(7, "<Function ID='5'/>"), "plain", "&a7;"},
+        {"AnEntityOfItself", R"(<!DOCTYPE R [<!ENTITY x "&y;"><!ENTITY y "&x;">]>)", "&x;", "&x;"},
+        {"ALargeEntityInElements", large, "plain", Repeated("&x;", 100)},
+        {"ALargeEntityInAttributes", large, Repeated("&x;", 100)},
+        {"DeepNesting", {}, "plain", Repeated("<A>", 100000) + Repeated("</A>", 100000)},
+        {"DeepNestingThatFits", {}, "plain", Repeated("<A>", 240) + Repeated("</A>", 240)},
+        {"DeepNestingThatNeverEnds", {}, "plain", Repeated("<A>", 100000)},
+    };
+}
+
+}  // namespace
+
+class BombTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
+
+INSTANTIATE_TEST_SUITE_P(, BombTest,
+                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(Bombs())),
+                         NameOfCase);
+
+TEST_P(BombTest, IsSurvivedByEveryExport) {
+    const auto& [target, hostility] = GetParam();
+    Write(target, hostility);
+    CallEveryExport(Dll(), Balanced);
+    EXPECT_TRUE(IsXml(installation.UserFile()));
+}
+
+// ---- What made the library fail before ----
+
+class EntityInTheBaseCatalogueTest : public HostileFileTest {
+protected:
+    EntityInTheBaseCatalogueTest() {
+        WriteBase(
+            R"(<!DOCTYPE R [<!ENTITY mine "mine">]><R><Functions><Function ID="3"><Display>&mine;</Display>
+            <Commands><CommandFamily><CommandItem/></CommandFamily></Commands></Function></Functions>
+            <CommonSettings Setting="&mine;">&mine;</CommonSettings></R>)");
+    }
+};
+
+TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithACopiedFunction) {
+    FunctionBaseHolder holder;
+    auto keep = MakeCallback<IGetFunctionBaseCallback>(
+        [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
+    EXPECT_TRUE(Dll().GetFunctionBase(&keep));
+    Dll().AddFunctionDefault(&holder);
+    EXPECT_TRUE(IsXml(installation.DefaultsFile())) << Defaults();
+}
+
+TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithCopiedSettings) {
+    Dll().InitCommonSetting();
+    EXPECT_TRUE(IsXml(installation.DefaultsFile())) << Defaults();
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,97 @@
+// Each of the four data files with something hostile in it: one pattern for each file, which a case fills in.
+#pragma once
+
+#include <string_view>
+#include <tuple>
+
+#include "support/SettingsTest.h"
+#include "support/Watch.h"
+
+namespace ZOTDam::Test {
+
+// What a case puts into a file: in front of the root, as the values of attributes, as children of elements,
+// and as attributes of an element.
+struct Hostility {
+    std::string name;
+    std::string prolog = {};
+    std::string value = "plain";
+    std::string children = {};
+    std::string attributes = {};
+};
+
+inline void PrintTo(const Hostility& hostility, std::ostream* out) {
+    *out << hostility.name;
+}
+
+// One of the four files, as a pattern in which the words in brackets are replaced.
+struct Target {
+    std::string name;
+    std::filesystem::path (Installation::*file)() const;
+    std::string pattern;
+};
+
+inline void PrintTo(const Target& target, std::ostream* out) {
+    *out << target.name;
+}
+
+inline const std::vector<Target>& Targets() {
+    static const std::vector<Target> targets = {
+        {"Defaults", &Installation::DefaultsFile, R"([prolog]<R>[children]<Functions>[children]
+<Function ID="1" Name="[value]" Group="[value]"><Display><AC><DisplayItem Label="[value]" Option="1"/>[children]
+</AC><DC/></Display><Commands>[children]<CommandItem ID="1" SpecInfo1="[value]"/></Commands>
+<Default ACParamIndex="0" DCParamIndex="0">[children]</Default></Function></Functions>
+<CommonSettings Setting="[value]" [attributes]/></R>)"},
+        {"UserSettings", &Installation::UserFile, R"([prolog]<R>[children]<PowerSchemes>[children]
+<PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">[children]
+<Function ID="1" ACParamIndex="0" DCParamIndex="0">[children]</Function></PowerScheme></PowerSchemes>
+<CommonSettings Setting="[value]" [attributes]>[children]</CommonSettings></R>)"},
+        {"Base", &Installation::BaseFile, R"([prolog]<R>[children]<Functions>[children]
+<Function ID="2" Name="[value]" Group="[value]"><Display>[children]</Display><Default>[children]</Default><Commands>
+<CommandFamily>[children]<CommandItem ID="1" SpecInfo1="[value]"/><CheckExistItem Param1="[value]"/></CommandFamily>
+</Commands></Function></Functions><SpecSchemes>[children]</SpecSchemes>
+<CommonSettings Setting="[value]" [attributes]>[children]</CommonSettings></R>)"},
+        {"StringTable", &Installation::StringTableFile, R"([prolog]<R [attributes]>[children]
+<data name="plain"><value>translated [children]</value></data><data name="[value]"><value>[value]</value></data></R>)"},
+    };
+    return targets;
+}
+
+inline std::string Replaced(std::string text, std::string_view word, const std::string& replacement) {
+    std::string result;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = text.find(word, begin)) != std::string::npos; begin = end + word.size())
+        result.append(text, begin, end - begin).append(replacement);
+    return result.append(text, begin);
+}
+
+inline std::string FilledIn(const Target& target, const Hostility& hostility) {
+    std::string xml = target.pattern;
+    xml = Replaced(xml, "[prolog]", hostility.prolog);
+    xml = Replaced(xml, "[value]", hostility.value);
+    xml = Replaced(xml, "[children]", hostility.children);
+    return Replaced(xml, "[attributes]", hostility.attributes);
+}
+
+using HostileCase = std::tuple<Target, Hostility>;
+
+inline std::string NameOfCase(const testing::TestParamInfo<HostileCase>& info) {
+    return std::get<1>(info.param).name + "In" + std::get<0>(info.param).name;
+}
+
+class HostileFileTest : public SettingsTest {
+protected:
+    HostileFileTest() {
+        watch.Begin(testing::UnitTest::GetInstance()->current_test_info()->name());
+        for (const Target& target : Targets())
+            Write(target, {"Harmless"});
+    }
+
+    void Write(const Target& target, const Hostility& hostility) const {
+        WriteFile((installation.*target.file)(), FilledIn(target, hostility));
+    }
+
+private:
+    Watch watch{600000};
+};
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,57 @@
+// A client that calls every export, in an order and with arguments that chance decides, and checks all
+// answers.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/Chance.h"
+#include "support/CheckingClient.h"
+
+namespace ZOTDam::Test {
+
+class RandomClient {
+public:
+    RandomClient(const Library& library, Chance& source) : dll{library}, chance{source}, client{library} {}
+
+    // Calls each export at least once, ZOTDamExit last. `between` runs now and then between two calls.
+    void CallEverything(const std::function<void()>& between);
+
+private:
+    using Call = void (RandomClient::*)();
+    static const std::vector<Call> Calls;
+
+    void CountFunctions();
+    void ReadFunctionBase();
+    void ReadUnsupported();
+    void ReadFunctionInfo();
+    void AddDefaults();
+    void ReadParameters();
+    void ReadDefaultParameters();
+    void StoreParameters();
+    void Reset();
+    void ReadCurrentValues();
+    void ReadCommands();
+    void ReadDifferences();
+    void ReadSpecSchemes();
+    void ReadSetting();
+    void StoreSetting();
+    void CopySettings();
+    void CallWithinItems();
+    void CallAnother();
+    void CallAfterTheEnd();
+
+    void ChangeRecord(FunctionBaseRecord& record, const FunctionBaseRecord& other);
+    GUID Scheme();
+    std::int32_t Number();
+    std::uint32_t Mode();
+    std::wstring Name();
+    std::wstring Value();
+
+    const Library& dll;
+    Chance& chance;
+    CheckingClient client;
+};
+
+}  // namespace ZOTDam::Test
