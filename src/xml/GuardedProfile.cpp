@@ -39,14 +39,20 @@ void CGuardedProfile::Open() noexcept {
 bool CGuardedProfile::Save() noexcept {
     return FalseOnException([this] {
         const CBusyMarker marker{markerName};
-        return !marker.IsOurs() || !MayReplaceFile() || ReplaceFile();
+        if (!marker.IsOurs())
+            return true;
+        // Without a file, whatever has become of it, there is nothing to lose.
+        const FileContent threatened = IsFile(Path()) ? fileContent : FileContent::Known;
+        if (threatened == FileContent::Unknown)
+            return true;
+        return threatened != FileContent::Missed && ReplaceFile();
     });
 }
 
 // A load fails alike for a file that is no XML and for one that another program keeps from being read. What
 // is open here, that program cannot have: what does not load now either is no XML.
 CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
-    FileContent content = FileContent::Unknown;
+    FileContent content = FileContent::Missed;
     FalseOnException([&] {
         if (LoadOrThrow()) {
             content = FileContent::Known;
@@ -55,7 +61,9 @@ CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
         const CFile file{CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                      FILE_ATTRIBUTE_NORMAL, nullptr)};
         std::string bytes;
-        if (file.IsOpen() && file.Read(bytes))
+        if (!file.IsOpen() || !file.Read(bytes))
+            content = FileContent::Unknown;
+        else
             content = LoadOrThrow() ? FileContent::Known : FileContent::NoXml;
         return true;
     });
@@ -65,10 +73,6 @@ CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
 IXMLDOMElementPtr CGuardedProfile::Root() {
     const IXMLDOMElementPtr root = FindRoot();
     return root ? root : CreateRoot(rootName);
-}
-
-bool CGuardedProfile::MayReplaceFile() const noexcept {
-    return fileContent != FileContent::Unknown || !IsFile(Path());
 }
 
 bool CGuardedProfile::ReplaceFile() {

@@ -32,10 +32,10 @@ private:
         Unknown,  // nothing: the file has never been read, could not be opened, or came later
         Known,    // the document began as what the file holds
         NoXml,    // the file was read, but there is nothing that a document could hold
+        Missed,   // the file was to be read, but there was no DOM or too little memory for it
     };
 
     FileContent ReadFile() noexcept;
-    bool MayReplaceFile() const noexcept;
     bool SetUnreadableFileAside() const;
     bool ReplaceFile();
 
