@@ -22,6 +22,8 @@ say "Measuring memory"
         peak=$(wine "$build/bin/zotdam_bench.exe" --peak-memory "$functions" | tr -d '\r')
         echo "| $functions | $((peak / 1024)) MiB |"
     done
+    echo
+    echo '![Cost over size](performance.svg)'
 } | tee -a "$build/performance.md"
 
 # Between the two marks of the document stands what was measured last.
