@@ -37,8 +37,15 @@ SecondProcess::SecondProcess(const std::wstring& role, const std::vector<std::ws
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED,
-                        nullptr, nullptr, &startup, &started))
+    // A system under load does not start every process at once.
+    bool isStarted = false;
+    for (int attempt = 0; attempt < 10 && !isStarted; ++attempt) {
+        if (attempt > 0)
+            Sleep(100);
+        isStarted = CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
+                                   CREATE_SUSPENDED, nullptr, nullptr, &startup, &started) != FALSE;
+    }
+    if (!isStarted)
         throw std::runtime_error{"the second process does not start"};
     process = started.hProcess;
     thread = started.hThread;
