@@ -7,6 +7,7 @@
 #include "platform/DurableFile.h"
 #include "platform/Failure.h"
 #include "xml/Declaration.h"
+#include "xml/EntityBomb.h"
 #include "xml/TextStream.h"
 
 namespace ZOTDam {
@@ -54,8 +55,20 @@ bool CZOTProfile::Load() noexcept {
 
 bool CZOTProfile::LoadOrThrow() {
     VARIANT_BOOL loaded = VARIANT_FALSE;
+    if (!IsFileHarmless()) {
+        Check(document->loadXML(CName{L""}.AsBstr(), &loaded), document.GetInterfacePtr());
+        return false;
+    }
     Check(document->load(_variant_t{path.c_str()}, &loaded), document.GetInterfacePtr());
     return loaded == VARIANT_TRUE;
+}
+
+// The file has to be read for it, which a file that is as it was last time is spared.
+bool CZOTProfile::IsFileHarmless() {
+    const FileState state = StateOf(path);
+    if (state != harmless && !IsEntityBomb(path))
+        harmless = state;
+    return state == harmless;
 }
 
 bool CZOTProfile::Write() noexcept {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/FileState.h"
 #include "xml/Dom.h"
 
 namespace ZOTDam {
@@ -25,7 +26,7 @@ protected:
     bool FileExists() const noexcept;
     const std::wstring& Path() const noexcept { return path; }
 
-    // Reads the document's file. A failed load leaves an empty document.
+    // Reads the document's file. A failed load leaves an empty document. An entity bomb is not loaded.
     bool Load() noexcept;
 
     // The same, but a load that did not come to an answer, for want of memory or of a DOM, throws.
@@ -44,8 +45,11 @@ protected:
     bool ClearSection(const CName& name);
 
 private:
+    bool IsFileHarmless();
+
     IXMLDOMDocument2Ptr document;
     std::wstring path;
+    FileState harmless;
 };
 
 }  // namespace ZOTDam

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <climits>
 
+#include "support/Bombs.h"
 #include "support/DataFiles.h"
 #include "support/EveryExport.h"
-#include "support/Repeated.h"
 #include "support/SettingsTest.h"
 #include "support/XmlFile.h"
 
@@ -17,15 +17,6 @@ const Params StoredForTwoFunctions = {{1, {7, 8}}, {2, {9, 10}}};
 
 std::string StoredTwoFunctions() {
     return OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8) + OldFunction(2, 9, 10)));
-}
-
-std::string EntityBomb() {
-    std::string bomb = "<!DOCTYPE R [<!ENTITY a0 \"boom\">";
-    for (int level = 1; level <= 30; ++level) {
-        const std::string inner = "&a" + std::to_string(level - 1) + ";";
-        bomb += "<!ENTITY a" + std::to_string(level) + " \"" + Repeated(inner, 10) + "\">";
-    }
-    return bomb + "]><R>&a30;</R>";
 }
 
 std::string Utf16(std::string_view ascii) {
@@ -61,7 +52,11 @@ std::vector<XmlCase> UnreadableContents() {
         {"CutUtf8Sequence", "<R A=\"\xe4\xb8\"/>"},
         {"AnUnknownEncoding", "<?xml version=\"1.0\" encoding=\"no-such-encoding\"?><R/>"},
         {"HalfAUtf16File", Utf16("<R><A/>")},
-        {"AnEntityBomb", EntityBomb()},
+        {"AnEntityBomb", GrowingEntities(30, "boom") + "<R>&a30;</R>"},
+        {"AParameterEntity", "<!-- ]> --><!DOCTYPE R [<!ENTITY\r\n\t%\r\np ''>]><R/>"},
+        {"AParameterEntityBomb", GrowingParameterEntities(4) + "<R/>"},
+        {"ALargeEntityUsedOften", EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>"},
+        {"ALargeEntityUsedOftenInUtf16", Utf16(EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>")},
         {"DeepNesting", Repeated("<A>", 100000) + Repeated("</A>", 100000)},
         {"DeepNestingThatNeverEnds", Repeated("<A>", 100000)},
         {"AnHtmlPage", "<!DOCTYPE html><html><head><meta charset=utf-8><br></head></html>"},

@@ -1,8 +1,8 @@
 // Data files that are made to spy or to overwhelm: entities that name other files, entities that grow, and
 // deep nesting, in each of the four files. tests/endurance/FloodTest.cpp has those that do it by their size.
+#include "support/Bombs.h"
 #include "support/CheckingClient.h"
 #include "support/HostileFileTest.h"
-#include "support/Repeated.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
@@ -104,17 +104,7 @@ TEST_P(OpenSecretTest, IsShown) {
 
 namespace {
 
-// Each entity stands for ten of the one before it.
-std::string GrowingEntities(int levels, const std::string& first) {
-    std::string type = "<!DOCTYPE R [<!ENTITY a0 \"" + first + "\">";
-    for (int level = 1; level <= levels; ++level)
-        type += "<!ENTITY a" + std::to_string(level) + " \"" +
-                Repeated("&a" + std::to_string(level - 1) + ";", 10) + "\">";
-    return type + "]>";
-}
-
 std::vector<Hostility> Bombs() {
-    const std::string large = "<!DOCTYPE R [<!ENTITY x \"" + std::string(100000, 'x') + "\">]>";
     return {
         {"EntitiesInElements", GrowingEntities(30, "boom"), "plain", "&a30;"},
         {"EntitiesInAttributes", GrowingEntities(30, "boom"), "&a30;"},
@@ -122,8 +112,14 @@ std::vector<Hostility> Bombs() {
         {"FewerEntitiesInAttributes", GrowingEntities(7, "boom"), "&a7;"},
         {"EntitiesOfElements", GrowingEntities(7, "<Function ID='5'/>"), "plain", "&a7;"},
         {"AnEntityOfItself", R"(<!DOCTYPE R [<!ENTITY x "&y;"><!ENTITY y "&x;">]>)", "&x;", "&x;"},
-        {"ALargeEntityInElements", large, "plain", Repeated("&x;", 100)},
-        {"ALargeEntityInAttributes", large, Repeated("&x;", 100)},
+        {"ParameterEntities", GrowingParameterEntities(30)},
+        {"FewerParameterEntities", GrowingParameterEntities(4)},
+        {"ALargeEntityInElements", EntityOf(100000), "plain", Repeated("&x;", 10)},
+        {"ALargeEntityInAttributes", EntityOf(100000), Repeated("&x;", 10)},
+        {"ALargeEntityInManyElements", EntityOf(100000), "plain", Repeated("&x;", 10000)},
+        {"ALargeEntityInManyAttributes", EntityOf(100000), Repeated("&x;", 10000)},
+        {"ASmallEntityOverAndOverInElements", EntityOf(10), "plain", Repeated("&x;", 100000)},
+        {"ASmallEntityOverAndOverInAttributes", EntityOf(10), Repeated("&x;", 100000)},
         {"DeepNesting", {}, "plain", Repeated("<A>", 100000) + Repeated("</A>", 100000)},
         {"DeepNestingThatFits", {}, "plain", Repeated("<A>", 240) + Repeated("</A>", 240)},
         {"DeepNestingThatNeverEnds", {}, "plain", Repeated("<A>", 100000)},
@@ -143,6 +139,20 @@ TEST_P(BombTest, IsSurvivedByEveryExport) {
     Write(target, hostility);
     CallEveryExport(Dll(), Balanced);
     EXPECT_TRUE(IsXml(installation.UserFile()));
+}
+
+using HarmlessEntityTest = HostileFileTest;
+
+TEST_F(HarmlessEntityTest, IsReplacedByItsText) {
+    WriteDefaults(R"(<!DOCTYPE R [<!ENTITY unit "Brightness">]><R><Functions><Function ID="1" Name="&unit;1"
+                  ><Display/><Commands/></Function></Functions></R>)");
+    EXPECT_NE(ReadEverything(Dll(), Balanced).find(L"Brightness1"), std::wstring::npos);
+}
+
+TEST_F(HarmlessEntityTest, IsNoneOutsideOfADocumentType) {
+    WriteDefaults("<R><!--<!ENTITY % p ''>--><![CDATA[<!ENTITY % p ''>]]><Functions>" + Functions({1, 2}) +
+                  "</Functions></R>");
+    EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
 // ---- What made the library fail before ----

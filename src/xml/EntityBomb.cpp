@@ -1,0 +1,71 @@
+#include "xml/EntityBomb.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/File.h"
+
+namespace ZOTDam {
+
+namespace {
+
+// A DOM puts a text together by appending the entities one by one, each time to a new copy of all before:
+// this many bytes are copied in a tenth of a second.
+constexpr std::uint64_t MaxCopiedBytes = 1'000'000'000;
+
+// The bytes of a file, but for zeros. What is sought here is ASCII, and so the same in UTF-8 as in UTF-16 and
+// UTF-32 without the zeros.
+std::string ReadMarkup(const std::wstring& path) {
+    const CFile file{CreateFileW(path.c_str(), GENERIC_READ,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    std::string bytes;
+    if (!file.IsOpen() || !file.Read(bytes))
+        return {};
+    std::erase(bytes, '\0');
+    return bytes;
+}
+
+// Removes all before a text, and the text. Nothing remains where the text is not found.
+void SkipPast(std::string_view& markup, std::string_view text) {
+    const std::size_t found = markup.find(text);
+    markup.remove_prefix(found == std::string_view::npos ? markup.size() : found + text.size());
+}
+
+// Removes all up to the end of the next text in quotes. Gives its length.
+std::size_t SkipLiteral(std::string_view& markup) {
+    const std::size_t open = markup.find_first_of("'\"");
+    if (open == std::string_view::npos)
+        return 0;
+    const std::string_view quote = markup.substr(open, 1);
+    markup.remove_prefix(open + 1);
+    const std::size_t length = markup.find(quote);
+    SkipPast(markup, quote);
+    return length == std::string_view::npos ? 0 : length;
+}
+
+bool DeclaresParameterEntity(std::string_view afterKeyword) {
+    const std::size_t first = afterKeyword.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && afterKeyword[first] == '%';
+}
+
+}  // namespace
+
+bool IsEntityBomb(const std::wstring& path) {
+    const std::string markup = ReadMarkup(path);
+    std::string_view unread = markup;
+    std::uint64_t declared = 0;
+    SkipPast(unread, "<!DOCTYPE");
+    for (SkipPast(unread, "<!ENTITY"); !unread.empty(); SkipPast(unread, "<!ENTITY")) {
+        if (DeclaresParameterEntity(unread))
+            return true;
+        declared += SkipLiteral(unread);
+    }
+    const auto uses = static_cast<std::uint64_t>(std::ranges::count(markup, '&'));
+    return uses != 0 && declared > MaxCopiedBytes / (uses * uses);
+}
+
+}  // namespace ZOTDam
