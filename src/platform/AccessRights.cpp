@@ -36,10 +36,14 @@ CAccessRights::CAccessRights(const std::wstring& path) {
         return;
     // The list of rights alone: another owner can be given only by those who have a privilege for it.
     constexpr SECURITY_INFORMATION list = DACL_SECURITY_INFORMATION;
-    DWORD size = 0;
-    getFileSecurity(path.c_str(), list, nullptr, 0, &size);
-    descriptor.resize(size);
-    if (getFileSecurity(path.c_str(), list, descriptor.data(), size, &size) == FALSE)
+    // Each call opens the file: the first one asks for as much as common lists need.
+    DWORD size = 512;
+    bool isKnown = false;
+    do {
+        descriptor.resize(size);
+        isKnown = getFileSecurity(path.c_str(), list, descriptor.data(), size, &size) != FALSE;
+    } while (!isKnown && size > descriptor.size());
+    if (!isKnown)
         descriptor.clear();
 }
 

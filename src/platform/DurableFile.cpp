@@ -50,10 +50,22 @@ void Remove(const std::wstring& path) noexcept {
     DeleteFileW(path.c_str());
 }
 
-Step WriteSibling(const std::wstring& sibling, const std::wstring& path, std::string_view content) {
+HANDLE CreateSibling(const std::wstring& sibling, const std::wstring& path) {
     CAccessRights rights{path};
-    const CFile file{CreateFileW(sibling.c_str(), GENERIC_WRITE, 0, rights.ForNewFile(), CREATE_ALWAYS,
-                                 AttributesOf(path), nullptr)};
+    const auto create = [&] {
+        return CreateFileW(sibling.c_str(), GENERIC_WRITE, 0, rights.ForNewFile(), CREATE_NEW,
+                           AttributesOf(path), nullptr);
+    };
+    const HANDLE created = create();
+    if (created != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS)
+        return created;
+    // What a process has left that died in a save.
+    Remove(sibling);
+    return create();
+}
+
+Step WriteSibling(const std::wstring& sibling, const std::wstring& path, std::string_view content) {
+    const CFile file{CreateSibling(sibling, path)};
     if (!file.IsOpen())
         return Refusal();
     return file.Write(content) ? Step::Done : Step::Failed;
@@ -102,7 +114,6 @@ bool WriteDurably(const std::wstring& path, std::string_view content) {
     if (IsReadOnly(path))
         return false;
     const std::wstring sibling = SiblingOf(path);
-    Remove(sibling);
     Step step = WriteSibling(sibling, path, content);
     if (step == Step::Done)
         step = MoveOver(sibling, path);

@@ -23,18 +23,17 @@ inline DWORD refusalReason = ERROR_DISK_FULL;
     std::abort();
 }
 
-// One function of the platform, with what is to become of its calls, once some have passed.
+// One function of the platform, with what is to become of its calls.
 template <auto& Function, class Signature>
 struct FatefulCall;
 
 template <auto& Function, class Result, class... Arguments>
 struct FatefulCall<Function, Result WINAPI(Arguments...)> {
     static inline Fate fate = Fate::Passes;
-    static inline int passing = 0;
     static inline Result refusal{};
 
     static Result WINAPI Call(Arguments... arguments) {
-        if (fate == Fate::Passes || passing-- > 0)
+        if (fate == Fate::Passes)
             return Function(arguments...);
         if (fate == Fate::DiesBefore)
             Die();
@@ -56,16 +55,23 @@ using MovingFile = Fateful<MoveFileExW>;
 using CopyingFile = Fateful<CopyFileW>;
 using DeletingFile = Fateful<DeleteFileW>;
 
+// A save opens files to write them; what only reads a file passes.
+inline HANDLE WINAPI CreateFatefully(LPCWSTR name, DWORD access, DWORD sharing,
+                                     LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD attributes,
+                                     HANDLE model) {
+    const auto open = (access & GENERIC_WRITE) != 0 ? &OpeningFile::Call : &CreateFileW;
+    return open(name, access, sharing, security, disposition, attributes, model);
+}
+
 // Puts the calls between the loaded DLL and the platform.
 struct FatefulPlatform {
     explicit FatefulPlatform(HMODULE dll)
-        : patches{ImportPatch{dll, "CreateFileW", OpeningFile::Call},
+        : patches{ImportPatch{dll, "CreateFileW", &CreateFatefully},
                   ImportPatch{dll, "FlushFileBuffers", FlushingFile::Call},
                   ImportPatch{dll, "MoveFileExW", MovingFile::Call},
                   ImportPatch{dll, "CopyFileW", CopyingFile::Call},
                   ImportPatch{dll, "DeleteFileW", DeletingFile::Call}} {
         OpeningFile::refusal = INVALID_HANDLE_VALUE;
-        DeletingFile::passing = 1;  // the one that takes away what an earlier save has left
     }
     FatefulPlatform(const FatefulPlatform&) = delete;
     FatefulPlatform& operator=(const FatefulPlatform&) = delete;
