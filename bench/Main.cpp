@@ -3,8 +3,10 @@
 
 #include <psapi.h>
 
+#include <algorithm>
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include "Report.h"
@@ -23,11 +25,18 @@ unsigned long long PeakMemory(int functions) {
     return counters.PeakWorkingSetSize / 1024;
 }
 
-std::vector<Result> MeasureAll(const std::vector<int>& sizes, double seconds) {
+bool IsChosen(const Case& measured, const std::vector<std::string>& names) {
+    return names.empty() || std::ranges::find(names, measured.name) != names.end();
+}
+
+std::vector<Result> MeasureAll(const std::vector<int>& sizes, const std::vector<std::string>& names,
+                               double seconds) {
     std::vector<Result> results;
     for (const int size : sizes) {
         Workbench bench{size};
         for (const Case& measured : bench.Cases()) {
+            if (!IsChosen(measured, names))
+                continue;
             results.push_back(Measure(measured, size, seconds));
             PrintRow(results.back());
         }
@@ -43,12 +52,14 @@ int main(int argc, char** argv) {
     using namespace ZOTDam::Bench;
     CLI::App app{"Measures each export of ZOTDam.dll against plain MSXML code that does the same."};
     std::vector<int> sizes{10, 100, 1000, 10000};
+    std::vector<std::string> names;
     double seconds = 1;
     int peakMemoryFor = -1;
     std::string json;
     std::string markdown;
     std::string chart;
     app.add_option("--sizes", sizes, "how many functions the data files have")->delimiter(',');
+    app.add_option("--cases", names, "the names of those to measure; all without it")->delimiter(',');
     app.add_option("--seconds", seconds, "how long each export is measured at each size");
     app.add_option("--json", json, "a file for the results");
     app.add_option("--markdown", markdown, "a file for the results as a table");
@@ -61,7 +72,7 @@ int main(int argc, char** argv) {
         std::printf("%llu\n", PeakMemory(peakMemoryFor));
         return 0;
     }
-    const std::vector<Result> results = MeasureAll(sizes, seconds);
+    const std::vector<Result> results = MeasureAll(sizes, names, seconds);
     WriteReports(results, json, markdown, chart);
     return 0;
 }

@@ -23,6 +23,9 @@ bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
         table.functions.try_emplace(id, record);
         table.commands.try_emplace(id, commands);
     }
+    table.positions.reserve(table.functions.size());
+    for (auto entry = table.functions.cbegin(); entry != table.functions.cend(); ++entry)
+        table.positions.push_back(entry);
     return true;
 }
 

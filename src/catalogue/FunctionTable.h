@@ -26,11 +26,18 @@ struct CommandItem {
 
 // Both maps are keyed by function id. The table counts as loaded when neither is empty.
 struct CFunctionTable {
-    std::map<std::int32_t, FunctionRecord> functions;
+    using Functions = std::map<std::int32_t, FunctionRecord>;
+
+    Functions functions;
     std::map<std::int32_t, std::vector<CommandItem>> commands;
+
+    // The functions by position, in ascending order of their ids: clients ask for one position after the
+    // other.
+    std::vector<Functions::const_iterator> positions;
 
     bool IsLoaded() const noexcept { return !functions.empty() && !commands.empty(); }
     void Clear() noexcept {
+        positions.clear();
         functions.clear();
         commands.clear();
     }

@@ -11,13 +11,13 @@ namespace ZOTDam {
 
 namespace {
 
-using Functions = decltype(CFunctionTable::functions);
+using Positions = decltype(CFunctionTable::positions);
 
-Functions::const_iterator FindAtPosition(const Functions& functions, std::uint32_t position) noexcept {
+Positions::const_iterator FindPosition(const Positions& positions, std::uint32_t position) noexcept {
     // Deliberate: a position is a signed number, and a negative one means the first of several functions.
     if (static_cast<std::int32_t>(position) < 0)
-        return functions.size() > 1 ? functions.begin() : functions.end();
-    return position < functions.size() ? std::next(functions.begin(), position) : functions.end();
+        return positions.size() > 1 ? positions.begin() : positions.end();
+    return position < positions.size() ? std::next(positions.begin(), position) : positions.end();
 }
 
 // The two refresh-rate functions report under one id.
@@ -40,10 +40,10 @@ bool ReloadCurrentValues(CFunctionTable& table, const GUID& scheme, ParamMap& ca
 bool ReadCurrentValue(const CFunctionTable& table, ParamMap& cache, std::uint32_t position,
                       FuncCurValue& value) noexcept {
     return FalseOnException([&] {
-        const auto found = FindAtPosition(table.functions, position);
-        if (found == table.functions.end())
+        const auto found = FindPosition(table.positions, position);
+        if (found == table.positions.end())
             return false;
-        const auto& [functionId, function] = *found;
+        const auto& [functionId, function] = **found;
         const ParamValue& param = cache[functionId];
         value.FunctionId = ReportedId(functionId);
         ReadOption(SelectDisplayItem(function, param, Mains), value.ACValue);

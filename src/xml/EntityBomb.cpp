@@ -25,7 +25,8 @@ std::string ReadMarkup(const std::wstring& path) {
     std::string bytes;
     if (!file.IsOpen() || !file.Read(bytes))
         return {};
-    std::erase(bytes, '\0');
+    if (bytes.find('\0') != std::string::npos)
+        std::erase(bytes, '\0');
     return bytes;
 }
 
@@ -64,6 +65,8 @@ bool IsEntityBomb(const std::wstring& path) {
             return true;
         declared += SkipLiteral(unread);
     }
+    if (declared == 0)
+        return false;
     const auto uses = static_cast<std::uint64_t>(std::ranges::count(markup, '&'));
     return uses != 0 && declared > MaxCopiedBytes / (uses * uses);
 }
