@@ -23,5 +23,4 @@ elseif(ZOTDAM_INSTRUMENTATION STREQUAL "coverage")
   target_compile_options(zotdam_compiler INTERFACE
     "$<$<STREQUAL:$<TARGET_PROPERTY:SOURCE_DIR>,${PROJECT_SOURCE_DIR}/src>:--coverage;-fprofile-abs-path>")
   target_link_options(zotdam_compiler INTERFACE --coverage)
-  link_instrument(LastCounts.cpp)
 endif()

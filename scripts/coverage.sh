@@ -7,6 +7,8 @@ preset=coverage
 build=build/$preset
 
 install_packages gcovr
+# The compiler's counters hold a handle and some memory of their own in each DLL that was loaded.
+export GTEST_FILTER='-LeakTest.*:LoadRoundsTest.*:*/LeakTest.*'
 [ ! -d "$build" ] || find "$build" -name '*.gcda' -delete
 scripts/test.sh "$preset"
 

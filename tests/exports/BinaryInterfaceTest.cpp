@@ -2,32 +2,13 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <span>
 #include <string_view>
-#include <tuple>
 
-#include "exports/CClient.h"
 #include "support/DataFiles.h"
 #include "support/EveryExport.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/LoadedImage.h"
 #include "support/SettingsTest.h"
-
-inline bool operator==(const CClientParam& a, const CClientParam& b) {
-    return a.id == b.id && a.ac == b.ac && a.dc == b.dc;
-}
-
-inline bool operator==(const CClientFunction& a, const CClientFunction& b) {
-    const auto all = [](const CClientFunction& f) {
-        return std::tie(f.id, f.families, f.commandItems, f.checks, f.lastCommandId, f.lastCheckFlag,
-                        f.lastSpecInfo1, f.lastCheckParam4, f.hasDisplay, f.hasDefault);
-    };
-    return all(a) == all(b);
-}
-
-inline void PrintTo(const CClientParam& param, std::ostream* out) {
-    *out << '{' << param.id << ", " << param.ac << ", " << param.dc << '}';
-}
 
 namespace ZOTDam::Test {
 
@@ -121,84 +102,6 @@ TEST_F(BinaryInterfaceTest, TrueIsOneAndFalseIsZero) {
     EXPECT_EQ(RawResult(Dll().GetParameter, &Balanced, nullptr), 0);
     EXPECT_EQ(RawResult(Dll().TEVGetParam, &Balanced), 0);
     EXPECT_EQ(RawResult(Dll().ZOTDamExit), 1);
-}
-
-// ---- A client in C ----
-
-class CClientTest : public BinaryInterfaceTest {
-protected:
-    CClientTest() { WriteDefaults(TwoFunctions); }
-
-    std::vector<CClientParam> ReadInC(const char* exportName) {
-        std::vector<CClientParam> params(100);
-        const int count = CClientRead(Dll().Handle(), exportName, &Balanced, params.data(), params.size());
-        EXPECT_GE(count, 0);
-        params.resize(static_cast<std::size_t>(std::max(count, 0)));
-        return params;
-    }
-};
-
-TEST_F(CClientTest, ItsRecordsHaveTheSizesOfTheHeader) {
-    const std::vector<std::size_t> sizes = {
-        sizeof(DisplayItem),        sizeof(FunctionRecord),     sizeof(FunctionBaseRecord),
-        sizeof(CommandFamily),      sizeof(BaseCommandItem),    sizeof(CheckExistItem),
-        sizeof(ParamValue),         sizeof(FuncCurValue),       sizeof(SpecPowerSettingRecord),
-        sizeof(SpecSubGroupRecord), sizeof(SpecSchemeRecord),   sizeof(ParamTreeNode),
-        sizeof(ParamMapHolder),     sizeof(FunctionBaseHolder), 0};
-    EXPECT_TRUE(std::ranges::equal(sizes, std::span{CClientRecordSizes, sizes.size()}));
-}
-
-TEST_F(CClientTest, ReadsThroughACallbackThatIsAStruct) {
-    EXPECT_EQ(ReadInC("GetParameterDefault"), (std::vector<CClientParam>{{1, 2, 3}, {2, 4, 5}}));
-    EXPECT_EQ(ReadInC("GetParameter"), (std::vector<CClientParam>{{1, 2, 3}, {2, 4, 5}}));
-}
-
-TEST_F(CClientTest, StoresATreeThatItBuiltItself) {
-    EXPECT_EQ(CClientStoreSevenFunctions(Dll().Handle(), &Balanced), 1);
-    EXPECT_EQ(ReadInC("GetParameter"),
-              (std::vector<CClientParam>{
-                  {0, 0, 0}, {1, 1, -1}, {2, 2, -2}, {3, 3, -3}, {4, 4, -4}, {5, 5, -5}, {6, 6, -6}}));
-}
-
-TEST_F(CClientTest, CannotStoreAnEmptyTree) {
-    EXPECT_EQ(CClientStoreNothing(Dll().Handle(), &Balanced), 0);
-    EXPECT_FALSE(HasUserSettings());
-}
-
-TEST_F(CClientTest, ReplacesTheFunctionsByLists) {
-    const ComScope com;
-    const XmlTree nodes = XmlTree::OfText(L"<R><Display/><Default A=\"1\"/></R>");
-    EXPECT_EQ(CClientReplaceFunctions(Dll().Handle(), nodes.Find(L"//Display").get(),
-                                      nodes.Find(L"//Default").get()),
-              1);
-    EXPECT_EQ(Defaults(),
-              OldDefaults(WrittenWith(1, WrittenCommand(11) + WrittenCommand(12) + WrittenCommand(13),
-                                      "<Display/><Default A=\"1\"/>") +
-                          WrittenWith(2, WrittenCommand(21))));
-}
-
-TEST_F(CClientTest, ReplacesTheFunctionsWithoutNodes) {
-    EXPECT_EQ(CClientReplaceFunctions(Dll().Handle(), nullptr, nullptr), 1);
-    EXPECT_NE(Defaults().find("<Function ID=\"1\" Flag=\"0\" Type=\"0\" Name=\"\" Group=\"\">\n\t<Commands>"),
-              std::string::npos);
-}
-
-TEST_F(CClientTest, CannotReplaceTheFunctionsByAnEmptyList) {
-    EXPECT_EQ(CClientReplaceByNothing(Dll().Handle()), 0);
-    EXPECT_EQ(Defaults(), TwoFunctions);
-}
-
-TEST_F(CClientTest, WalksTheListsOfTheBaseCatalogue) {
-    WriteBase(R"(<Base><Functions>
-        <Function ID="5"><Display/><Commands>
-            <CommandFamily><CommandItem ID="1" SpecInfo1="a"/><CommandItem ID="2" SpecInfo1="b"/></CommandFamily>
-            <CommandFamily><CheckExistItem CheckFlag="3" Param4="c"/></CommandFamily>
-        </Commands></Function>
-        <Function ID="6"><Default/><Commands/></Function></Functions></Base>)");
-    CClientFunction functions[2] = {};
-    ASSERT_EQ(CClientReadBase(Dll().Handle(), functions, 2), 2);
-    EXPECT_EQ(functions[0], (CClientFunction{5, 2, 2, 1, 2, 3, 'b', 'c', 1, 0}));
-    EXPECT_EQ(functions[1], (CClientFunction{6, 0, 0, 0, 0, 0, 0, 0, 0, 1}));
 }
 
 // ---- Callbacks of other shapes ----

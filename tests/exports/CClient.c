@@ -1,351 +1,470 @@
 #include "CClient.h"
 
+#include <stdarg.h>
+#include <stdio.h>
 #include <string.h>
 
-/* ---- The records, as the description gives them ---------------------------------------------------------
- */
+typedef void (*AnyFunction)(void);
 
-typedef uint16_t Text[260];
+/* ---- Bytes -------------------------------------------------------------------------------------------- */
 
-struct List {
-    struct Node* head;
-    uint64_t count;
-};
-
-struct DisplayItem {
-    int32_t option;
-    Text label;
-};
-
-struct FunctionRecord {
-    int32_t type;
-    int32_t flag;
-    Text name;
-    Text group;
-    struct List acDisplayItems;
-    struct List dcDisplayItems;
-};
-
-struct FunctionBaseRecord {
-    int32_t id;
-    int32_t type;
-    int32_t flag;
-    Text name;
-    Text group;
-    void* displayNode;
-    void* defaultNode;
-    struct List commandFamilies;
-};
-
-struct CommandFamily {
-    struct List commandItems;
-    struct List checkExistItems;
-};
-
-struct BaseCommandItem {
-    int32_t id;
-    int32_t event;
-    int32_t state;
-    int32_t paramIndex1;
-    int32_t paramIndex2;
-    int32_t flag;
-    Text specInfo1;
-};
-
-struct CheckExistItem {
-    int32_t checkFlag;
-    Text param1;
-    Text param2;
-    Text param3;
-    Text param4;
-};
-
-struct ParamValue {
-    int32_t acParamIndex;
-    int32_t dcParamIndex;
-};
-
-struct FuncCurValue {
-    uint32_t functionId;
-    uint32_t acValue;
-    uint32_t dcValue;
-};
-
-struct SpecPowerSettingRecord {
-    int32_t acValue;
-    int32_t dcValue;
-    GUID powerSetting;
-};
-
-struct SpecSubGroupRecord {
-    GUID subGroup;
-    struct List powerSettings;
-};
-
-struct SpecSchemeRecord {
-    GUID scheme;
-    uint8_t reserved[16];
-    Text unused[3];
-    struct List subGroups;
-};
-
-struct TreeNode {
-    struct TreeNode* left;
-    struct TreeNode* parent;
-    struct TreeNode* right;
-    char color;
-    char isNil;
-    int32_t key;
-    struct ParamValue value;
-};
-
-struct ParamMapHolder {
-    uint64_t word;
-    struct TreeNode* head;
-    uint64_t count;
-};
-
-struct FunctionBaseHolder {
-    uint64_t word;
-    struct List records;
-};
-
-const size_t CClientRecordSizes[] = {sizeof(struct DisplayItem),
-                                     sizeof(struct FunctionRecord),
-                                     sizeof(struct FunctionBaseRecord),
-                                     sizeof(struct CommandFamily),
-                                     sizeof(struct BaseCommandItem),
-                                     sizeof(struct CheckExistItem),
-                                     sizeof(struct ParamValue),
-                                     sizeof(struct FuncCurValue),
-                                     sizeof(struct SpecPowerSettingRecord),
-                                     sizeof(struct SpecSubGroupRecord),
-                                     sizeof(struct SpecSchemeRecord),
-                                     sizeof(struct TreeNode),
-                                     sizeof(struct ParamMapHolder),
-                                     sizeof(struct FunctionBaseHolder),
-                                     0};
-
-/* ---- Calls -----------------------------------------------------------------------------------------------
- */
-
-struct Collector {
-    const struct CollectorTable* table;
-    struct CClientParam* params;
-    size_t capacity;
-    size_t count;
-};
-
-struct CollectorTable {
-    void (*OnItem)(struct Collector* collector, int32_t id, const struct ParamValue* value);
-};
-
-static void Collect(struct Collector* collector, int32_t id, const struct ParamValue* value) {
-    const struct CClientParam param = {id, value->acParamIndex, value->dcParamIndex};
-    if (collector->count < collector->capacity)
-        collector->params[collector->count] = param;
-    ++collector->count;
+static const char* At(const void* record, size_t offset) {
+    return (const char*)record + offset;
 }
 
-static const struct CollectorTable collectorTable = {Collect};
-
-typedef uint8_t (*Enumerate)(const GUID* scheme, struct Collector* collector);
-typedef uint8_t (*SetParameter)(const GUID* scheme, const struct ParamMapHolder* holder);
-
-static void (*Export(HMODULE dll, const char* name))(void) {
-    return (void (*)(void))GetProcAddress(dll, name);
+static int32_t IntAt(const void* record, size_t offset) {
+    int32_t value;
+    memcpy(&value, At(record, offset), sizeof value);
+    return value;
 }
 
-int CClientRead(HMODULE dll, const char* exportName, const GUID* scheme, struct CClientParam* params,
-                size_t capacity) {
-    struct Collector collector = {&collectorTable, params, capacity, 0};
-    const Enumerate enumerate = (Enumerate)Export(dll, exportName);
-    return enumerate(scheme, &collector) == 1 ? (int)collector.count : -1;
+static uint64_t CountAt(const void* record, size_t offset) {
+    uint64_t value;
+    memcpy(&value, At(record, offset), sizeof value);
+    return value;
 }
 
-static void Link(struct TreeNode* parent, struct TreeNode* left, struct TreeNode* right) {
-    parent->left = left;
-    parent->right = right;
-    left->parent = parent;
-    right->parent = parent;
+static const void* PointerAt(const void* record, size_t offset) {
+    const void* value;
+    memcpy(&value, At(record, offset), sizeof value);
+    return value;
 }
 
-int CClientStoreSevenFunctions(HMODULE dll, const GUID* scheme) {
-    struct TreeNode nodes[7];
-    struct TreeNode nil;
-    const struct ParamMapHolder holder = {0x1badbadbadbadbad, &nil, 7};
-    const SetParameter setParameter = (SetParameter)Export(dll, "SetParameter");
+static void PutByte(void* record, size_t offset, char value) {
+    ((char*)record)[offset] = value;
+}
+
+static void PutInt(void* record, size_t offset, int32_t value) {
+    memcpy((char*)record + offset, &value, sizeof value);
+}
+
+static void PutCount(void* record, size_t offset, uint64_t value) {
+    memcpy((char*)record + offset, &value, sizeof value);
+}
+
+static void PutPointer(void* record, size_t offset, const void* value) {
+    memcpy((char*)record + offset, &value, sizeof value);
+}
+
+static void PutEmptyText(void* record, size_t offset) {
+    memset((char*)record + offset, 0, sizeof(uint16_t));
+}
+
+/* ---- Output ------------------------------------------------------------------------------------------- */
+
+static void Print(struct CClientOutput* output, const char* format, ...) {
+    const size_t space = sizeof output->text - output->length;
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = vsnprintf(output->text + output->length, space, format, arguments);
+    va_end(arguments);
+    if (length > 0 && (size_t)length < space)
+        output->length += (size_t)length;
+}
+
+static void PrintText(struct CClientOutput* output, const void* record, size_t offset) {
+    Print(output, " \"%ls\"", (const wchar_t*)At(record, offset));
+}
+
+static void PrintGuid(struct CClientOutput* output, const void* record, size_t offset) {
+    GUID guid;
+    memcpy(&guid, At(record, offset), sizeof guid);
+    Print(output, " %08lx-%04x", guid.Data1, guid.Data2);
+}
+
+/* Other values than 0 and 1 are none of a result. */
+static void PrintResult(struct CClientOutput* output, uint8_t result) {
+    Print(output, result == 1 ? "true\n" : result == 0 ? "false\n" : "%u\n", result);
+}
+
+/* ---- Lists -------------------------------------------------------------------------------------------- */
+
+typedef void (*Visit)(const void* record, struct CClientOutput* output);
+
+/* Visits the records of a list, and looks whether its links lead back and its count is right. */
+static void Walk(const void* list, Visit visit, struct CClientOutput* output) {
+    const void* const head = PointerAt(list, 0);
+    const void* previous = head;
+    const void* node;
+    uint64_t count = 0;
+    for (node = PointerAt(head, 0); node != head; node = PointerAt(node, 0)) {
+        if (PointerAt(node, 8) != previous)
+            Print(output, " [wrong link]");
+        visit(At(node, 16), output);
+        previous = node;
+        ++count;
+    }
+    if (PointerAt(head, 8) != previous || CountAt(list, 8) != count)
+        Print(output, " [wrong end]");
+}
+
+static void PutEmptyList(void* record, size_t offset, void* sentinel) {
+    PutPointer(sentinel, 0, sentinel);
+    PutPointer(sentinel, 8, sentinel);
+    PutPointer(record, offset, sentinel);
+    PutCount(record, offset + 8, 0);
+}
+
+static void Append(void* list, void* node) {
+    void* const head = (void*)PointerAt(list, 0);
+    void* const last = (void*)PointerAt(head, 8);
+    PutPointer(node, 0, head);
+    PutPointer(node, 8, last);
+    PutPointer(last, 0, node);
+    PutPointer(head, 8, node);
+    PutCount(list, 8, CountAt(list, 8) + 1);
+}
+
+/* ---- Callbacks ---------------------------------------------------------------------------------------- */
+
+struct Callback {
+    const AnyFunction* table;
+    struct CClientOutput* output;
+};
+
+static void PrintDisplayItem(const void* item, struct CClientOutput* output) {
+    Print(output, " (%d", IntAt(item, 0));
+    PrintText(output, item, 4);
+    Print(output, ")");
+}
+
+static void OnFunction(struct Callback* callback, uint32_t id, const void* record) {
+    struct CClientOutput* const output = callback->output;
+    Print(output, "%u: %d %d", id, IntAt(record, 0), IntAt(record, 4));
+    PrintText(output, record, 8);
+    PrintText(output, record, 528);
+    Print(output, " AC");
+    Walk(At(record, 1048), PrintDisplayItem, output);
+    Print(output, " DC");
+    Walk(At(record, 1064), PrintDisplayItem, output);
+    Print(output, "\n");
+}
+
+/* The six numbers and the text that commands of both kinds have. */
+static void PrintCommand(const void* item, struct CClientOutput* output) {
+    Print(output, " (%d %d %d %d %d %d", IntAt(item, 0), IntAt(item, 4), IntAt(item, 8), IntAt(item, 12),
+          IntAt(item, 16), IntAt(item, 20));
+    PrintText(output, item, 24);
+    Print(output, ")");
+}
+
+static void PrintCheck(const void* item, struct CClientOutput* output) {
+    Print(output, " check (%d", IntAt(item, 0));
+    PrintText(output, item, 4);
+    PrintText(output, item, 524);
+    PrintText(output, item, 1044);
+    PrintText(output, item, 1564);
+    Print(output, ")");
+}
+
+static void PrintFamily(const void* family, struct CClientOutput* output) {
+    Print(output, " family");
+    Walk(At(family, 0), PrintCommand, output);
+    Walk(At(family, 16), PrintCheck, output);
+}
+
+static void OnBaseFunction(struct Callback* callback, const void* record) {
+    struct CClientOutput* const output = callback->output;
+    Print(output, "%d: %d %d", IntAt(record, 0), IntAt(record, 4), IntAt(record, 8));
+    PrintText(output, record, 12);
+    PrintText(output, record, 532);
+    Print(output, "%s%s", PointerAt(record, 1056) ? " Display" : "",
+          PointerAt(record, 1064) ? " Default" : "");
+    Walk(At(record, 1072), PrintFamily, output);
+    Print(output, "\n");
+}
+
+static void OnParameter(struct Callback* callback, int32_t id, const void* value) {
+    Print(callback->output, "%d: %d %d\n", id, IntAt(value, 0), IntAt(value, 4));
+}
+
+static void OnCommand(struct Callback* callback, const void* record) {
+    PrintCommand(record, callback->output);
+    Print(callback->output, "\n");
+}
+
+static void PrintPowerSetting(const void* setting, struct CClientOutput* output) {
+    PrintGuid(output, setting, 8);
+    Print(output, " = %d %d", IntAt(setting, 0), IntAt(setting, 4));
+}
+
+static void PrintSubGroup(const void* subGroup, struct CClientOutput* output) {
+    PrintGuid(output, subGroup, 0);
+    Print(output, " {");
+    Walk(At(subGroup, 16), PrintPowerSetting, output);
+    Print(output, " }");
+}
+
+static void OnSpecScheme(struct Callback* callback, const void* record) {
+    static const char zeros[1592 - 16];
+    PrintGuid(callback->output, record, 0);
+    if (memcmp(At(record, 16), zeros, sizeof zeros) != 0)
+        Print(callback->output, " [not zero]");
+    Walk(At(record, 1592), PrintSubGroup, callback->output);
+    Print(callback->output, "\n");
+}
+
+/* ---- Maps --------------------------------------------------------------------------------------------- */
+
+enum { WordsOfTreeNode = 40 / 8 };
+
+typedef uint64_t TreeNode[WordsOfTreeNode];
+
+struct Tree {
+    TreeNode nodes[CClientMostParams];
+    TreeNode nil;
+    const struct CClientInput* input;
+};
+
+static size_t RootOf(size_t first, size_t end, enum CClientShape shape) {
+    if (shape == CClientAscending)
+        return first;
+    return shape == CClientDescending ? end - 1 : first + (end - first) / 2;
+}
+
+static void* Grow(struct Tree* tree, size_t first, size_t end, void* parent) {
+    if (first == end)
+        return tree->nil;
+    const size_t root = RootOf(first, end, tree->input->shape);
+    const struct CClientParam* const param = &tree->input->params[root];
+    void* const node = tree->nodes[root];
+    PutPointer(node, 0, Grow(tree, first, root, node));
+    PutPointer(node, 8, parent);
+    PutPointer(node, 16, Grow(tree, root + 1, end, node));
+    PutByte(node, 25, 0);
+    PutInt(node, 28, param->id);
+    PutInt(node, 32, param->ac);
+    PutInt(node, 36, param->dc);
+    return node;
+}
+
+static void PutTree(void* holder, struct Tree* tree, const struct CClientInput* input) {
+    const size_t count = input->paramCount;
     /* Colours, and what fills the gaps of the layout, are no business of the DLL. */
-    memset(nodes, 0xdb, sizeof nodes);
-    memset(&nil, 0xdb, sizeof nil);
-    for (int32_t key = 0; key < 7; ++key) {
-        nodes[key].left = nodes[key].right = &nil;
-        nodes[key].isNil = 0;
-        nodes[key].key = key;
-        nodes[key].value.acParamIndex = key;
-        nodes[key].value.dcParamIndex = -key;
-    }
-    Link(&nodes[3], &nodes[1], &nodes[5]);
-    Link(&nodes[1], &nodes[0], &nodes[2]);
-    Link(&nodes[5], &nodes[4], &nodes[6]);
-    nodes[3].parent = &nil;
-    nil.left = &nodes[0];
-    nil.parent = &nodes[3];
-    nil.right = &nodes[6];
-    nil.isNil = 1;
-    return setParameter(scheme, &holder);
+    memset(tree, 0xdb, sizeof *tree);
+    tree->input = input;
+    PutPointer(tree->nil, 0, count > 0 ? tree->nodes[0] : tree->nil);
+    PutPointer(tree->nil, 8, Grow(tree, 0, count, tree->nil));
+    PutPointer(tree->nil, 16, count > 0 ? tree->nodes[count - 1] : tree->nil);
+    PutByte(tree->nil, 25, 1);
+    PutPointer(holder, 8, tree->nil);
+    PutCount(holder, 16, count);
 }
 
-int CClientStoreNothing(HMODULE dll, const GUID* scheme) {
-    struct TreeNode nil = {&nil, &nil, &nil, 1, 1, 0, {0, 0}};
-    const struct ParamMapHolder holder = {0, &nil, 0};
-    const SetParameter setParameter = (SetParameter)Export(dll, "SetParameter");
-    return setParameter(scheme, &holder);
+/* ---- Records that AddFunctionDefault gets ------------------------------------------------------------- */
+
+enum { Functions = 2, Families = 4, Commands = 4 };
+
+/* Each node is two links and a record, each sentinel two links. */
+struct Catalogue {
+    uint64_t sentinels[1 + Functions + 2 * Families][2];
+    uint64_t functions[Functions][(16 + 1088) / 8];
+    uint64_t families[Families][(16 + 32) / 8];
+    uint64_t commands[Commands][(16 + 544) / 8];
+    uint64_t check[(16 + 2088) / 8];
+};
+
+static void* RecordOf(void* node) {
+    return (char*)node + 16;
 }
 
-/* ---- Lists -----------------------------------------------------------------------------------------------
- */
-
-/* What each node begins with, and all that a sentinel has. */
-struct Node {
-    struct Node* next;
-    struct Node* prev;
-};
-
-struct FunctionNode {
-    struct Node links;
-    struct FunctionBaseRecord record;
-};
-
-struct FamilyNode {
-    struct Node links;
-    struct CommandFamily record;
-};
-
-struct CommandNode {
-    struct Node links;
-    struct BaseCommandItem record;
-};
-
-struct CheckNode {
-    struct Node links;
-    struct CheckExistItem record;
-};
-
-struct FunctionCollector {
-    const struct FunctionCollectorTable* table;
-    struct CClientFunction* functions;
-    size_t capacity;
-    size_t count;
-};
-
-struct FunctionCollectorTable {
-    void (*OnItem)(struct FunctionCollector* collector, const struct FunctionBaseRecord* record);
-};
-
-static void ReadFamily(const struct CommandFamily* family, struct CClientFunction* function) {
-    const struct Node* node;
-    for (node = family->commandItems.head->next; node != family->commandItems.head; node = node->next) {
-        const struct BaseCommandItem* const item = &((const struct CommandNode*)node)->record;
-        ++function->commandItems;
-        function->lastCommandId = item->id;
-        function->lastSpecInfo1 = item->specInfo1[0];
-    }
-    for (node = family->checkExistItems.head->next; node != family->checkExistItems.head; node = node->next) {
-        const struct CheckExistItem* const item = &((const struct CheckNode*)node)->record;
-        ++function->checks;
-        function->lastCheckFlag = item->checkFlag;
-        function->lastCheckParam4 = item->param4[0];
-    }
+static void PutFunction(struct Catalogue* catalogue, int index, const void* display, const void* defaults) {
+    void* const record = RecordOf(catalogue->functions[index]);
+    PutInt(record, 0, index + 1);
+    PutInt(record, 4, 0);
+    PutInt(record, 8, 0);
+    PutEmptyText(record, 12);
+    PutEmptyText(record, 532);
+    PutPointer(record, 1056, display);
+    PutPointer(record, 1064, defaults);
+    PutEmptyList(record, 1072, catalogue->sentinels[1 + index]);
 }
 
-static void CollectFunction(struct FunctionCollector* collector, const struct FunctionBaseRecord* record) {
-    struct CClientFunction function = {0};
-    const struct Node* node;
-    function.id = record->id;
-    function.hasDisplay = record->displayNode != NULL;
-    function.hasDefault = record->defaultNode != NULL;
-    for (node = record->commandFamilies.head->next; node != record->commandFamilies.head; node = node->next) {
-        ++function.families;
-        ReadFamily(&((const struct FamilyNode*)node)->record, &function);
-    }
-    if (collector->count < collector->capacity)
-        collector->functions[collector->count] = function;
-    ++collector->count;
+static void PutFamily(struct Catalogue* catalogue, int index) {
+    void* const record = RecordOf(catalogue->families[index]);
+    PutEmptyList(record, 0, catalogue->sentinels[1 + Functions + index]);
+    PutEmptyList(record, 16, catalogue->sentinels[1 + Functions + Families + index]);
 }
 
-static const struct FunctionCollectorTable functionCollectorTable = {CollectFunction};
-
-typedef uint8_t (*GetFunctionBase)(struct FunctionCollector* collector);
-typedef uint8_t (*AddFunctionDefault)(const struct FunctionBaseHolder* holder);
-
-int CClientReadBase(HMODULE dll, struct CClientFunction* functions, size_t capacity) {
-    struct FunctionCollector collector = {&functionCollectorTable, functions, capacity, 0};
-    const GetFunctionBase getFunctionBase = (GetFunctionBase)Export(dll, "GetFunctionBase");
-    return getFunctionBase(&collector) == 1 ? (int)collector.count : -1;
+static void PutCommand(struct Catalogue* catalogue, int index, int32_t id) {
+    void* const record = RecordOf(catalogue->commands[index]);
+    size_t offset;
+    PutInt(record, 0, id);
+    for (offset = 4; offset < 24; offset += 4)
+        PutInt(record, offset, 0);
+    PutEmptyText(record, 24);
 }
 
-static void MakeEmpty(struct List* list, struct Node* sentinel) {
-    sentinel->next = sentinel->prev = sentinel;
-    list->head = sentinel;
-    list->count = 0;
+static void PutCheck(struct Catalogue* catalogue) {
+    void* const record = RecordOf(catalogue->check);
+    size_t offset;
+    PutInt(record, 0, 0);
+    for (offset = 4; offset < 2084; offset += 520)
+        PutEmptyText(record, offset);
 }
 
-static void Append(struct List* list, struct Node* node) {
-    node->next = list->head;
-    node->prev = list->head->prev;
-    node->prev->next = node;
-    list->head->prev = node;
-    ++list->count;
-}
-
-int CClientReplaceFunctions(HMODULE dll, void* displayNode, void* defaultNode) {
-    static const int32_t commandIds[] = {11, 12, 13, 21};
-    struct FunctionBaseHolder holder = {0x1badbadbadbadbad, {NULL, 0}};
-    struct Node functionSentinel, familySentinels[2], commandSentinels[4], checkSentinels[4];
-    struct FunctionNode functions[2];
-    struct FamilyNode families[4];
-    struct CommandNode commands[4];
-    struct CheckNode check;
-    const AddFunctionDefault addFunctionDefault = (AddFunctionDefault)Export(dll, "AddFunctionDefault");
+/* Function 1 has the commands 11, 12 and 13 in two families, the first with a check; function 2 has an empty
+   family and command 21. */
+static void PutCatalogue(void* holder, struct Catalogue* catalogue, const struct CClientInput* input) {
+    static const int32_t commandIds[Commands] = {11, 12, 13, 21};
+    static const int familyOfCommand[Commands] = {0, 0, 1, 3};
     /* What fills the gaps, and what follows the end of a text, is no business of the DLL. */
-    memset(functions, 0xdb, sizeof functions);
-    memset(commands, 0xdb, sizeof commands);
-    memset(&check, 0xdb, sizeof check);
-    MakeEmpty(&holder.records, &functionSentinel);
-    for (int i = 0; i < 2; ++i) {
-        struct FunctionBaseRecord* const record = &functions[i].record;
-        record->id = i + 1;
-        record->type = record->flag = 0;
-        record->name[0] = record->group[0] = 0;
-        record->displayNode = i == 0 ? displayNode : NULL;
-        record->defaultNode = i == 0 ? defaultNode : NULL;
-        MakeEmpty(&record->commandFamilies, &familySentinels[i]);
-        Append(&holder.records, &functions[i].links);
+    memset(catalogue, 0xdb, sizeof *catalogue);
+    PutEmptyList(holder, 8, catalogue->sentinels[0]);
+    PutFunction(catalogue, 0, input->displayNode, input->defaultNode);
+    PutFunction(catalogue, 1, NULL, NULL);
+    for (size_t i = 0; i < input->recordCount; ++i)
+        Append((char*)holder + 8, catalogue->functions[i]);
+    for (int i = 0; i < Families; ++i) {
+        PutFamily(catalogue, i);
+        Append((char*)RecordOf(catalogue->functions[i / 2]) + 1072, catalogue->families[i]);
     }
-    for (int i = 0; i < 4; ++i) {
-        MakeEmpty(&families[i].record.commandItems, &commandSentinels[i]);
-        MakeEmpty(&families[i].record.checkExistItems, &checkSentinels[i]);
-        Append(&functions[i / 2].record.commandFamilies, &families[i].links);
+    for (int i = 0; i < Commands; ++i) {
+        PutCommand(catalogue, i, commandIds[i]);
+        Append(RecordOf(catalogue->families[familyOfCommand[i]]), catalogue->commands[i]);
     }
-    for (int i = 0; i < 4; ++i) {
-        struct BaseCommandItem* const item = &commands[i].record;
-        item->id = commandIds[i];
-        item->event = item->state = item->paramIndex1 = item->paramIndex2 = item->flag = 0;
-        item->specInfo1[0] = 0;
-    }
-    Append(&families[0].record.commandItems, &commands[0].links);
-    Append(&families[0].record.commandItems, &commands[1].links);
-    Append(&families[1].record.commandItems, &commands[2].links);
-    Append(&families[3].record.commandItems, &commands[3].links);
-    check.record.param1[0] = check.record.param2[0] = check.record.param3[0] = check.record.param4[0] = 0;
-    Append(&families[0].record.checkExistItems, &check.links);
-    return addFunctionDefault(&holder);
+    PutCheck(catalogue);
+    Append((char*)RecordOf(catalogue->families[0]) + 16, catalogue->check);
 }
 
-int CClientReplaceByNothing(HMODULE dll) {
-    struct Node sentinel = {&sentinel, &sentinel};
-    const struct FunctionBaseHolder holder = {0, {&sentinel, 0}};
-    const AddFunctionDefault addFunctionDefault = (AddFunctionDefault)Export(dll, "AddFunctionDefault");
-    return addFunctionDefault(&holder);
+/* ---- Calls -------------------------------------------------------------------------------------------- */
+
+static uint8_t Enumerate(AnyFunction called, AnyFunction onItem, struct CClientOutput* output) {
+    struct Callback callback = {&onItem, output};
+    return ((uint8_t(*)(struct Callback*))called)(&callback);
+}
+
+static uint8_t EnumerateScheme(AnyFunction called, const GUID* scheme, AnyFunction onItem,
+                               struct CClientOutput* output) {
+    struct Callback callback = {&onItem, output};
+    return ((uint8_t(*)(const GUID*, struct Callback*))called)(scheme, &callback);
+}
+
+typedef void (*Caller)(AnyFunction called, const struct CClientInput* input, struct CClientOutput* output);
+
+static void CallWithoutArguments(AnyFunction called, const struct CClientInput* input,
+                                 struct CClientOutput* output) {
+    (void)input;
+    PrintResult(output, ((uint8_t(*)(void))called)());
+}
+
+static void CallGetFuncCount(AnyFunction called, const struct CClientInput* input,
+                             struct CClientOutput* output) {
+    (void)input;
+    Print(output, "%u\n", ((uint32_t(*)(void))called)());
+}
+
+static void CallGetFunctionBase(AnyFunction called, const struct CClientInput* input,
+                                struct CClientOutput* output) {
+    (void)input;
+    PrintResult(output, Enumerate(called, (AnyFunction)OnBaseFunction, output));
+}
+
+static void CallGetFunctionInfo(AnyFunction called, const struct CClientInput* input,
+                                struct CClientOutput* output) {
+    (void)input;
+    PrintResult(output, Enumerate(called, (AnyFunction)OnFunction, output));
+}
+
+static void CallAddFunctionDefault(AnyFunction called, const struct CClientInput* input,
+                                   struct CClientOutput* output) {
+    uint64_t holder[3] = {0x1badbadbadbadbad};
+    struct Catalogue catalogue;
+    PutCatalogue(holder, &catalogue, input);
+    PrintResult(output, ((uint8_t(*)(const void*))called)(holder));
+}
+
+static void CallGetParameter(AnyFunction called, const struct CClientInput* input,
+                             struct CClientOutput* output) {
+    PrintResult(output, EnumerateScheme(called, &input->scheme, (AnyFunction)OnParameter, output));
+}
+
+static void CallSetParameter(AnyFunction called, const struct CClientInput* input,
+                             struct CClientOutput* output) {
+    uint64_t holder[3] = {0x1badbadbadbadbad};
+    struct Tree tree;
+    PutTree(holder, &tree, input);
+    PrintResult(output, ((uint8_t(*)(const GUID*, const void*))called)(&input->scheme, holder));
+}
+
+static void CallTEVGetParam(AnyFunction called, const struct CClientInput* input,
+                            struct CClientOutput* output) {
+    PrintResult(output, ((uint8_t(*)(const GUID*))called)(&input->scheme));
+}
+
+static void CallGetFuncCurValue(AnyFunction called, const struct CClientInput* input,
+                                struct CClientOutput* output) {
+    int32_t value[3] = {-1, -1, -1};
+    const uint8_t result = ((uint8_t(*)(uint32_t, void*))called)(input->number, value);
+    Print(output, "%d: %d %d\n", value[0], value[1], value[2]);
+    PrintResult(output, result);
+}
+
+static void CallGetCommandInfo(AnyFunction called, const struct CClientInput* input,
+                               struct CClientOutput* output) {
+    PrintResult(output, EnumerateScheme(called, &input->scheme, (AnyFunction)OnCommand, output));
+}
+
+static void CallGetDiffFuncList(AnyFunction called, const struct CClientInput* input,
+                                struct CClientOutput* output) {
+    uint16_t names[260] = {0};
+    uint16_t values[260] = {0};
+    const uint8_t result = ((uint8_t(*)(const GUID*, const GUID*, uint32_t, uint16_t*, uint16_t*))called)(
+        &input->scheme, &input->otherScheme, input->number, names, values);
+    PrintText(output, names, 0);
+    PrintText(output, values, 0);
+    Print(output, "\n");
+    PrintResult(output, result);
+}
+
+static void CallGetSpecScheme(AnyFunction called, const struct CClientInput* input,
+                              struct CClientOutput* output) {
+    (void)input;
+    PrintResult(output, Enumerate(called, (AnyFunction)OnSpecScheme, output));
+}
+
+static void CallGetCommonSetting(AnyFunction called, const struct CClientInput* input,
+                                 struct CClientOutput* output) {
+    uint16_t value[260] = {0};
+    const uint8_t result = ((uint8_t(*)(const wchar_t*, uint16_t*))called)(input->name, value);
+    PrintText(output, value, 0);
+    Print(output, "\n");
+    PrintResult(output, result);
+}
+
+static void CallSetCommonSetting(AnyFunction called, const struct CClientInput* input,
+                                 struct CClientOutput* output) {
+    PrintResult(output, ((uint8_t(*)(const wchar_t*, const wchar_t*))called)(input->name, input->value));
+}
+
+static const struct {
+    const char* exportName;
+    Caller caller;
+} callers[] = {
+    {"GetFuncCount", CallGetFuncCount},
+    {"GetFunctionBase", CallGetFunctionBase},
+    {"GetFunctionBaseUnSupported", CallGetFunctionBase},
+    {"GetFunctionInfo", CallGetFunctionInfo},
+    {"AddFunctionDefault", CallAddFunctionDefault},
+    {"GetParameter", CallGetParameter},
+    {"GetParameterDefault", CallGetParameter},
+    {"SetParameter", CallSetParameter},
+    {"ResetDefault", CallWithoutArguments},
+    {"TEVGetParam", CallTEVGetParam},
+    {"GetFuncCurValue", CallGetFuncCurValue},
+    {"GetCommandInfo", CallGetCommandInfo},
+    {"GetDiffFuncList", CallGetDiffFuncList},
+    {"GetSpecScheme", CallGetSpecScheme},
+    {"GetCommonSetting", CallGetCommonSetting},
+    {"SetCommonSetting", CallSetCommonSetting},
+    {"InitCommonSetting", CallWithoutArguments},
+    {"ZOTDamExit", CallWithoutArguments},
+};
+
+void CClientCall(HMODULE dll, const char* exportName, const struct CClientInput* input,
+                 struct CClientOutput* output) {
+    size_t i;
+    for (i = 0; i < sizeof callers / sizeof *callers; ++i)
+        if (strcmp(callers[i].exportName, exportName) == 0)
+            callers[i].caller((AnyFunction)GetProcAddress(dll, exportName), input, output);
 }

@@ -1,4 +1,5 @@
-/* A client of the DLL that is written in C and knows the interface from its description alone. */
+/* A client of the DLL in plain C. It shares no header with the DLL: it knows the offsets of the interface's
+   description, and reads and writes records byte by byte. */
 #ifndef ZOTDAM_TESTS_CCLIENT_H
 #define ZOTDAM_TESTS_CCLIENT_H
 
@@ -17,44 +18,36 @@ struct CClientParam {
     int32_t dc;
 };
 
-/* Lets an enumerating export (GetParameter, GetParameterDefault) fill `params`. Gives the number of items,
-   which may be more than fit, or -1 when the export gives false. */
-int CClientRead(HMODULE dll, const char* exportName, const GUID* scheme, struct CClientParam* params,
-                size_t capacity);
+/* How the tree of a map is grown. */
+enum CClientShape { CClientBalanced, CClientAscending, CClientDescending };
 
-/* Stores the values 0..6 for the functions 0..6, from a balanced tree. */
-int CClientStoreSevenFunctions(HMODULE dll, const GUID* scheme);
-
-/* Stores nothing, from the empty tree. */
-int CClientStoreNothing(HMODULE dll, const GUID* scheme);
-
-/* What a C client keeps of a function of the base catalogue. */
-struct CClientFunction {
-    int32_t id;
-    int32_t families;
-    int32_t commandItems;
-    int32_t checks;
-    int32_t lastCommandId;
-    int32_t lastCheckFlag;
-    uint16_t lastSpecInfo1; /* of the last texts, the first unit */
-    uint16_t lastCheckParam4;
-    uint8_t hasDisplay;
-    uint8_t hasDefault;
+/* What the exports take; each takes its own part. */
+struct CClientInput {
+    GUID scheme;
+    GUID otherScheme;
+    uint32_t number; /* a position, or a mode */
+    const wchar_t* name;
+    const wchar_t* value;
+    const struct CClientParam* params; /* by ascending id, at most CClientMostParams */
+    size_t paramCount;
+    enum CClientShape shape;
+    size_t recordCount; /* of the records of two functions, how many AddFunctionDefault gets */
+    void* displayNode;  /* of the first record */
+    void* defaultNode;
 };
 
-/* Lets GetFunctionBase fill `functions`; results as CClientRead. */
-int CClientReadBase(HMODULE dll, struct CClientFunction* functions, size_t capacity);
+enum { CClientMostParams = 64 };
 
-/* Makes two functions the catalogue, from lists that it links itself: function 1 with the nodes and the
-   commands 11, 12 and 13 in two families, the first with a check, and function 2 with an empty family and
-   command 21. */
-int CClientReplaceFunctions(HMODULE dll, void* displayNode, void* defaultNode);
+/* What the exports give, as a text. */
+struct CClientOutput {
+    char text[16384];
+    size_t length;
+};
 
-/* Makes nothing the catalogue, from the empty list. */
-int CClientReplaceByNothing(HMODULE dll);
-
-/* Sizes of the records, in the order of the interface's description, ended by 0. */
-extern const size_t CClientRecordSizes[];
+/* Calls the export of that name. All that it hands out is appended to the output, each item on a line of its
+   own, and then its result. */
+void CClientCall(HMODULE dll, const char* exportName, const struct CClientInput* input,
+                 struct CClientOutput* output);
 
 #ifdef __cplusplus
 }
