@@ -1,0 +1,49 @@
+#include <stdio.h>
+#include <string.h>
+
+#include "examples.h"
+
+/* [begin GetCommandInfo] */
+static void PrintCommand(struct ZdCommandInfoCallback* self, const struct ZdCommandInfoRecord* command) {
+    (void)self;
+    printf("command %d, event %d, state %d: options %d and %d, \"%s\"\n", command->id, command->event,
+           command->state, command->option1, command->option2, ToUtf8(command->specInfo1));
+}
+
+void ListCommands(const struct ZdExports* zd, const GUID* scheme) {
+    static const struct ZdCommandInfoTable table = {PrintCommand};
+    struct ZdCommandInfoCallback callback = {&table};
+    zd->GetCommandInfo(scheme, &callback);
+}
+/* [end GetCommandInfo] */
+
+/* [begin GetDiffFuncList] */
+/* Ends the text behind its first line, and gives what follows. A line ends in a line feed and a carriage
+ * return. */
+static wchar_t* EndLine(wchar_t* text) {
+    wchar_t* const end = wcsstr(text, L"\n\r");
+    if (end == NULL)
+        return text + wcslen(text);
+    *end = L'\0';
+    return end + 2;
+}
+
+void ListDifferences(const struct ZdExports* zd, const GUID* schemeA, const GUID* schemeB) {
+    const uint32_t mains = 1; /* 2 is the battery */
+    ZdText names, values;
+    wchar_t* name = names;
+    wchar_t* value = values;
+    if (!zd->GetDiffFuncList(schemeA, schemeB, mains, names, values)) {
+        puts("no difference");
+        return;
+    }
+    /* Both texts are cut to the buffers, each for itself: one may have fewer lines than the other. */
+    while (*name != L'\0') {
+        wchar_t* const nextName = EndLine(name);
+        wchar_t* const nextValue = EndLine(value);
+        printf("%s: %s\n", ToUtf8(name), ToUtf8(value));
+        name = nextName;
+        value = nextValue;
+    }
+}
+/* [end GetDiffFuncList] */

@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# Runs the examples of docs/clients.md, each program on a copy of the samples, and checks what they print and write. The
+# last line counts the checks; the exit status is 0 when all have passed. Another build than the release is named by its
+# preset:
+#     tests/examples/examples.sh [debug|guarded|sanitized]
+source "$(dirname "$0")/../../scripts/common.sh"
+preset=${1:-$preset}
+build=build/$preset
+
+install_toolchain
+build_targets examples_cpp examples_c
+make_prefix
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+passed=0
+failed=0
+
+# check TITLE COMMAND...: counts whether the command succeeds, whose output is the reason if it does not.
+check() {
+    local title=$1
+    shift
+    if "$@" >"$folder/reason" 2>&1; then
+        passed=$((passed + 1))
+    else
+        failed=$((failed + 1))
+        echo "FAILED: $title"
+        cat "$folder/reason"
+    fi
+}
+
+# Runs the program of a language. Its output is kept without the carriage returns.
+run() {
+    mkdir "$folder/$1"
+    cp -r samples/. "$folder/$1"
+    local status=0
+    wine "$build/bin/examples_$1.exe" "Z:$folder/$1" >"$folder/$1.raw" 2>"$folder/$1.err" || status=$?
+    tr -d '\r' <"$folder/$1.raw" >"$folder/$1.out"
+    cat "$folder/$1.err"
+    return "$status"
+}
+
+prints() { grep -qxF -- "$2" "$folder/$1.out"; }
+
+refuses_without_folder() {
+    ! wine "$build/bin/examples_$1.exe"
+}
+
+check 'docs/clients.md shows the examples as they are' scripts/examples.py --check
+
+for language in cpp c; do
+    check "examples_$language ends well" run "$language"
+    check "examples_$language without a folder does nothing" refuses_without_folder "$language"
+    while IFS= read -r line; do
+        check "examples_$language prints \"$line\"" prints "$language" "$line"
+    done <<'LINES'
+loaded: 16 functions
+1: Display, Display brightness
+    100% (100)
+1: BrightnessName
+    check 1: 7516b95f-f776-4464-8c53-06167f40cc99
+not in use: 19, LightSensorName
+1: option 0 on mains, 3 on battery
+1: by default 1 and 2
+accepted: yes
+2 is now 5 and 5
+function 1: option 100 on mains, 60 on battery
+command 34, event 1, state 0: options 1 and 1, "Camera"
+- Display brightness: 60%
+    7516b95f/3c0bc021: 600 on mains, 300 on battery
+LowBatteryWarning is "15"
+stored: yes
+stored: no
+LowBatteryWarning is "20"
+defaults taken from the base catalogue: yes
+reset: yes
+reset again: no
+LowBatteryWarning is "10"
+19 functions adopted: yes
+before: 16 functions, still: 16
+loaded again: 19 functions
+before ZOTDamExit: 19 functions, after it: none
+LINES
+done
+
+written_files() { find "$folder/cpp" "$folder/c" -name '*.xml' -print0 | xargs -0 scripts/validate.sh; }
+
+check 'both programs print the same' diff "$folder/cpp.out" "$folder/c.out"
+check 'both programs write the same' diff -r "$folder/cpp" "$folder/c"
+check 'what they write is valid' written_files
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
