@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "commands/Commands.h"
+#include "Completion.h"
 #include "Error.h"
 #include "Scheme.h"
 #include "Text.h"
@@ -18,6 +19,22 @@ std::optional<std::filesystem::path> FolderOf(const std::string& text) {
         return {};
     return std::filesystem::path{ToUtf16(text)};
 }
+
+Styling ParseStyling(const std::string& when) {
+    if (when == "always")
+        return Styling::Always;
+    if (when == "never")
+        return Styling::Never;
+    if (when == "auto")
+        return Styling::Automatic;
+    throw UsageError{"--color takes auto, always or never, not \"" + when + "\"."};
+}
+
+struct CompletionArguments {
+    std::string shell;
+};
+
+Report WriteCompletion(const CompletionArguments& arguments);
 
 class Parser {
 public:
@@ -36,7 +53,10 @@ public:
         AddParameterCommands(commands);
         AddSchemeCommands(commands);
         AddSettingCommands(commands);
+        AddCompletionCommand(commands);
     }
+
+    const CLI::App& App() const noexcept { return app; }
 
     std::variant<Invocation, Information> Parse(std::vector<std::string> arguments) {
         std::ranges::reverse(arguments);  // the order that CLI11 takes
@@ -57,8 +77,23 @@ public:
     }
 
 private:
+    void AddCompletionCommand(CommandSet& commands) {
+        commands.Add<CompletionArguments>(
+            "completion", "Write a script with which a shell completes words: bash or powershell",
+            {"completion bash >> ~/.bashrc", "completion powershell >> $PROFILE"},
+            [](CLI::App& command, CompletionArguments& arguments) {
+                AddArgument(command, "SHELL", arguments.shell, "bash or powershell");
+            },
+            WriteCompletion);
+    }
+
     void AddGeneralOptions() {
         app.add_flag("--json", invocation.json, "Write JSON instead of tables");
+        app.add_option_function<std::string>(
+               "--color", [this](const std::string& when) { invocation.styling = ParseStyling(when); },
+               "Show headings in bold: auto, always or never")
+            ->type_name("WHEN")
+            ->take_last();
         AddFolder("--program-files", programFiles, "The folder to use in place of %ProgramFiles%");
         AddFolder("--program-data", programData, "The folder to use in place of %ProgramData%");
     }
@@ -77,6 +112,18 @@ private:
     std::string programFiles;
     std::string programData;
 };
+
+Report WriteCompletion(const CompletionArguments& arguments) {
+    const Parser parser;
+    std::string script;
+    if (arguments.shell == "bash")
+        script = BashCompletion(parser.App());
+    else if (arguments.shell == "powershell")
+        script = PowerShellCompletion(parser.App());
+    else
+        throw UsageError{"SHELL is bash or powershell, not \"" + arguments.shell + "\"."};
+    return {script, {{"script", script}}};
+}
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Report.h"
+#include "Style.h"
 
 namespace ZOTDam::Client {
 
@@ -18,6 +19,7 @@ using Action = std::function<Report()>;
 struct Invocation {
     Action action;
     bool json = false;
+    Styling styling = Styling::Automatic;
     std::optional<std::filesystem::path> programFiles;
     std::optional<std::filesystem::path> programData;
 };

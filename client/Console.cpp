@@ -33,6 +33,13 @@ std::vector<std::string> Arguments() {
     return arguments;
 }
 
+bool EnableEscapeSequences() noexcept {
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(output, &mode) != FALSE &&
+           SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != FALSE;
+}
+
 Utf8Output::Utf8Output() noexcept
     : consoleCodePage{IsConsole(STD_OUTPUT_HANDLE) || IsConsole(STD_ERROR_HANDLE) ? GetConsoleOutputCP()
                                                                                   : 0} {

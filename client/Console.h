@@ -11,6 +11,10 @@ namespace ZOTDam::Client {
 // The arguments of the running program, without its own name.
 std::vector<std::string> Arguments();
 
+// Lets the console carry out the escape sequences in the output. False where the output goes elsewhere, or
+// the console cannot.
+bool EnableEscapeSequences() noexcept;
+
 // For its scope, what goes to the standard streams is UTF-8 and stays as written, without carriage returns.
 class Utf8Output {
 public:

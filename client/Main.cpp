@@ -18,6 +18,7 @@ void CarryOut(const Invocation& invocation) {
         RedirectProgramFiles(*invocation.programFiles);
     if (invocation.programData)
         RedirectProgramData(*invocation.programData);
+    SetStyling(invocation.styling);
     const Report report = invocation.action();
     std::cout << (invocation.json ? report.json.dump(2) + '\n' : report.text);
 }

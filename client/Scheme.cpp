@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 #include "Error.h"
@@ -13,20 +12,12 @@ namespace ZOTDam::Client {
 
 namespace {
 
-struct NamedScheme {
-    std::string_view name;
-    GUID scheme;
-};
-
-constexpr std::array WindowsSchemes = {
-    NamedScheme{"balanced", Balanced},
-    NamedScheme{"high-performance",
-                {0x8c5e7fda, 0xe8bf, 0x4a96, {0x9a, 0x85, 0xa6, 0xe2, 0x3a, 0x8c, 0x63, 0x5c}}},
-    NamedScheme{"power-saver",
-                {0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}}},
-};
-
 constexpr std::size_t GuidLength = 36;
+
+bool IsSameIgnoringCase(std::string_view text, std::string_view alias) {
+    return std::ranges::equal(text, alias,
+                              [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - 'a' + 'A' : a) == b; });
+}
 
 // The text has one wide character per byte: what is not ASCII is no GUID anyway.
 bool ParseGuid(std::string_view text, GUID& guid) {
@@ -40,7 +31,9 @@ bool ParseGuid(std::string_view text, GUID& guid) {
 }  // namespace
 
 GUID ParseScheme(std::string_view text) {
-    const auto* const named = std::ranges::find(WindowsSchemes, text, &NamedScheme::name);
+    const auto* const named = std::ranges::find_if(WindowsSchemes, [&](const NamedScheme& candidate) {
+        return text == candidate.name || IsSameIgnoringCase(text, candidate.alias);
+    });
     if (named != WindowsSchemes.end())
         return named->scheme;
     GUID scheme = {};

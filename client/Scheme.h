@@ -3,6 +3,7 @@
 
 #include <guiddef.h>
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -11,7 +12,24 @@ namespace ZOTDam::Client {
 inline constexpr GUID Balanced = {
     0x381b4222, 0xf694, 0x41f0, {0x96, 0x85, 0xff, 0x5b, 0xb2, 0x60, 0xdf, 0x2e}};
 
-// From a GUID, with or without braces, or the name of one of the schemes of Windows. Throws UsageError.
+struct NamedScheme {
+    std::string_view name;
+    std::string_view alias;  // that of powercfg
+    GUID scheme;
+};
+
+inline constexpr std::array WindowsSchemes = {
+    NamedScheme{"balanced", "SCHEME_BALANCED", Balanced},
+    NamedScheme{"high-performance",
+                "SCHEME_MIN",
+                {0x8c5e7fda, 0xe8bf, 0x4a96, {0x9a, 0x85, 0xa6, 0xe2, 0x3a, 0x8c, 0x63, 0x5c}}},
+    NamedScheme{"power-saver",
+                "SCHEME_MAX",
+                {0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}}},
+};
+
+// From a GUID, with or without braces, or the name or alias of one of the schemes of Windows. Throws
+// UsageError.
 GUID ParseScheme(std::string_view text);
 
 // 36 characters in lower case.
@@ -20,7 +38,7 @@ std::string SchemeGuid(const GUID& scheme);
 // For people: the GUID, with the name before it when the scheme has one.
 std::string SchemeTitle(const GUID& scheme);
 
-// All the names that ParseScheme knows: "balanced, high-performance or power-saver".
+// The names of the schemes of Windows: "balanced, high-performance or power-saver".
 std::string SchemeNames();
 
 }  // namespace ZOTDam::Client

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Style.h"
 #include "Text.h"
 
 namespace ZOTDam::Client {
@@ -22,8 +23,10 @@ void Table::Add(std::vector<std::string> row) {
 
 std::string Table::Text() const {
     std::string text;
-    for (const std::vector<std::string>& row : rows)
-        text += Line(row);
+    for (const std::vector<std::string>& row : rows) {
+        const std::string line = Line(row);
+        text += (text.empty() ? Heading(line) : line) + '\n';
+    }
     return text;
 }
 
@@ -35,7 +38,7 @@ std::string Table::Line(const std::vector<std::string>& row) const {
         line += columns[i].align == Align::Right ? padding + row[i] : row[i] + padding;
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    return line += '\n';
+    return line;
 }
 
 }  // namespace ZOTDam::Client

@@ -147,6 +147,7 @@ Report ListSpecSchemes() {
 void AddBaseCommands(CommandSet& commands) {
     commands.Add<BaseArguments>(
         "base", "List the functions of the base catalogue, with what it prescribes for them",
+        {"base", "base --unsupported --json"},
         [](CLI::App& command, BaseArguments& arguments) {
             command.add_flag("--unsupported", arguments.unsupported,
                              "List only those that the catalogue of this machine lacks");
@@ -154,13 +155,14 @@ void AddBaseCommands(CommandSet& commands) {
         ListBaseFunctions);
     commands.Add<AdoptArguments>(
         "adopt", "Make functions of the base catalogue the catalogue of this machine",
+        {"adopt 1 2 9", "adopt --all"},
         [](CLI::App& command, AdoptArguments& arguments) {
             AddArgument(command, "ID", arguments.ids, "The ids of the functions");
             command.add_flag("--all", arguments.all, "Adopt all of them");
         },
         Adopt);
     commands.Add("spec-schemes", "List the Windows power settings that the base catalogue prescribes",
-                 ListSpecSchemes);
+                 {"spec-schemes", "spec-schemes --json"}, ListSpecSchemes);
 }
 
 }  // namespace ZOTDam::Client

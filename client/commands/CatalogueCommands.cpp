@@ -58,9 +58,11 @@ Report ListFunctions(const FunctionsArguments& arguments) {
 }  // namespace
 
 void AddCatalogueCommands(CommandSet& commands) {
-    commands.Add("count", "Count the functions of the catalogue", CountFunctions);
+    commands.Add("count", "Count the functions of the catalogue", {"count", "count --program-files D:\\Copy"},
+                 CountFunctions);
     commands.Add<FunctionsArguments>(
         "functions", "List the functions of the catalogue with their options",
+        {"functions", "functions --language de-DE"},
         [](CLI::App& command, FunctionsArguments& arguments) {
             command
                 .add_option("--language", arguments.language,

@@ -22,6 +22,16 @@ std::int32_t ParseNumber(const std::string& name, const std::string& text) {
 
 }  // namespace
 
+CLI::App& CommandSet::AddCommand(const char* name, const char* description,
+                                 std::initializer_list<std::string_view> examples) {
+    CLI::App& command = *parent.add_subcommand(name, description);
+    std::string footer = "Examples:\n";
+    for (const std::string_view example : examples)
+        footer.append("  zotdamctl ").append(example).append("\n");
+    command.footer(footer + "\n" + parent.get_footer());
+    return command;
+}
+
 void AddArgument(CLI::App& command, const char* name, std::string& text, const char* description) {
     command.add_option(name, text, description)->required()->type_name("");
 }

@@ -5,9 +5,11 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "CommandLine.h"
 
@@ -19,19 +21,21 @@ public:
     // The command that the user gives becomes `chosenAction`.
     CommandSet(CLI::App& parentApp, Action& chosenAction) : parent{parentApp}, chosen{chosenAction} {}
 
-    // Adds a command: `declare` tells the parser where the arguments go, `run` carries the command out.
+    // Adds a command: `examples` are uses of it as one would type them behind the name of the program,
+    // `declare` tells the parser where the arguments go, `run` carries the command out.
     template <class Arguments>
-    void Add(const char* name, const char* description, void (*declare)(CLI::App&, Arguments&),
-             Report (*run)(const Arguments&)) {
-        CLI::App& command = *parent.add_subcommand(name, description);
+    void Add(const char* name, const char* description, std::initializer_list<std::string_view> examples,
+             void (*declare)(CLI::App&, Arguments&), Report (*run)(const Arguments&)) {
+        CLI::App& command = AddCommand(name, description, examples);
         const auto arguments = std::make_shared<Arguments>();
         declare(command, *arguments);
         command.callback(
             [&action = chosen, arguments, run] { action = [arguments, run] { return run(*arguments); }; });
     }
 
-    void Add(const char* name, const char* description, Report (*run)()) {
-        parent.add_subcommand(name, description)->callback([&action = chosen, run] { action = run; });
+    void Add(const char* name, const char* description, std::initializer_list<std::string_view> examples,
+             Report (*run)()) {
+        AddCommand(name, description, examples).callback([&action = chosen, run] { action = run; });
     }
 
     // Adds a command that only leads to others.
@@ -42,6 +46,9 @@ public:
     }
 
 private:
+    CLI::App& AddCommand(const char* name, const char* description,
+                         std::initializer_list<std::string_view> examples);
+
     CLI::App& parent;
     Action& chosen;
 };

@@ -1,4 +1,4 @@
-// params, current, set, reset.
+// params, current, set, setacvalueindex, setdcvalueindex, reset.
 #include <map>
 
 #include "Catalogue.h"
@@ -26,6 +26,12 @@ struct SetArguments {
     GUID scheme;
     std::int32_t functionId;
     ParamValue value;
+};
+
+struct SetIndexArguments {
+    GUID scheme;
+    std::int32_t functionId;
+    std::int32_t index;
 };
 
 Params Collect(decltype(&GetParameter) enumerate, const GUID& scheme) {
@@ -130,11 +136,8 @@ bool VerifyStored(const Library& library, const SetArguments& arguments) {
     return false;
 }
 
-Report SetParams(const SetArguments& arguments) {
+Report Store(const Library& library, const SetArguments& arguments) {
     const auto& [scheme, functionId, value] = arguments;
-    const Library library;
-    RequireCatalogue(library);
-    RequireFunction(library, arguments);
     library.SetParameter(&scheme, ParamHolder{{{functionId, value}}}.get());
     const bool hidden = VerifyStored(library, arguments);
     Json json = {{"scheme", SchemeGuid(scheme)}};
@@ -145,6 +148,37 @@ Report SetParams(const SetArguments& arguments) {
         text += "\nFunction " + std::to_string(functionId) +
                 " is hidden on this display, so \"params\" does not list it.\n";
     return {text, json};
+}
+
+Report SetParams(const SetArguments& arguments) {
+    const Library library;
+    RequireCatalogue(library);
+    RequireFunction(library, arguments);
+    return Store(library, arguments);
+}
+
+// Sets one of the two indices of a function; the other one stays.
+template <std::int32_t ParamValue::*Index>
+Report SetIndex(const SetIndexArguments& arguments) {
+    SetArguments all = {arguments.scheme, arguments.functionId, {}};
+    const Library library;
+    RequireCatalogue(library);
+    RequireFunction(library, all);
+    const Params params = Collect(library.GetParameter, arguments.scheme);
+    RequireIdle(UserSettings);
+    const auto found = params.find(arguments.functionId);
+    if (found == params.end())
+        throw Error{"Function " + std::to_string(arguments.functionId) +
+                    " is hidden on this display: \"set\" takes both indices."};
+    all.value = found->second;
+    all.value.*Index = arguments.index;
+    return Store(library, all);
+}
+
+void DeclareSetIndex(CLI::App& command, SetIndexArguments& arguments) {
+    AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to change");
+    AddArgument(command, "ID", arguments.functionId, "The id of the function");
+    AddArgument(command, "INDEX", arguments.index, "The position of its option, from 0");
 }
 
 Report Reset() {
@@ -166,6 +200,8 @@ Report Reset() {
 void AddParameterCommands(CommandSet& commands) {
     commands.Add<ParamsArguments>(
         "params", "List what the functions are set to in a power scheme",
+        {"params balanced", "params SCHEME_MAX --default",
+         "params 381b4222-f694-41f0-9685-ff5bb260df2e --json"},
         [](CLI::App& command, ParamsArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
             command.add_flag("--default", arguments.defaults,
@@ -174,12 +210,13 @@ void AddParameterCommands(CommandSet& commands) {
         ListParams);
     commands.Add<CurrentArguments>(
         "current", "List the options that a power scheme selects; \"-\" where there is none",
+        {"current balanced"},
         [](CLI::App& command, CurrentArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
         },
         ListCurrentOptions);
     commands.Add<SetArguments>(
-        "set", "Set a function in a power scheme",
+        "set", "Set a function in a power scheme", {"set balanced 1 0 4"},
         [](CLI::App& command, SetArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to change");
             AddArgument(command, "ID", arguments.functionId, "The id of the function");
@@ -189,7 +226,13 @@ void AddParameterCommands(CommandSet& commands) {
                         "The position of its option on battery, from 0");
         },
         SetParams);
-    commands.Add("reset", "Reset all user settings to the defaults", Reset);
+    commands.Add<SetIndexArguments>(
+        "setacvalueindex", "Set a function on mains power; on battery it stays as it is",
+        {"setacvalueindex SCHEME_BALANCED 1 0"}, DeclareSetIndex, SetIndex<&ParamValue::ACParamIndex>);
+    commands.Add<SetIndexArguments>(
+        "setdcvalueindex", "Set a function on battery; on mains power it stays as it is",
+        {"setdcvalueindex SCHEME_BALANCED 1 4"}, DeclareSetIndex, SetIndex<&ParamValue::DCParamIndex>);
+    commands.Add("reset", "Reset all user settings to the defaults", {"reset"}, Reset);
 }
 
 }  // namespace ZOTDam::Client

@@ -124,17 +124,33 @@ Report ListDifferences(const DiffArguments& arguments) {
     return report;
 }
 
+Report ListAliases() {
+    Table table{{{"GUID", Align::Left}, {"Name", Align::Left}, {"Alias", Align::Left}}};
+    Json list = Json::array();
+    for (const NamedScheme& named : WindowsSchemes) {
+        const std::string name{named.name};
+        const std::string alias{named.alias};
+        table.Add({SchemeGuid(named.scheme), name, alias});
+        list.push_back({{"guid", SchemeGuid(named.scheme)}, {"name", name}, {"alias", alias}});
+    }
+    return {table.Text(), {{"schemes", list}}};
+}
+
 }  // namespace
 
 void AddSchemeCommands(CommandSet& commands) {
+    commands.Add("aliases", "List the power schemes of Windows with their names and the aliases of powercfg",
+                 {"aliases"}, ListAliases);
     commands.Add<CommandsArguments>(
         "commands", "List the commands that carry out a power scheme, with their options",
+        {"commands balanced", "commands power-saver --json"},
         [](CLI::App& command, CommandsArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to carry out");
         },
         ListCommands);
     commands.Add<DiffArguments>(
         "diff", "List what a power scheme sets differently from another one",
+        {"diff balanced power-saver", "diff balanced high-performance --ac"},
         [](CLI::App& command, DiffArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.schemeA, "The power scheme to compare with");
             AddArgument(command, "OTHER", arguments.schemeB, "The power scheme whose settings to list");

@@ -60,18 +60,20 @@ void AddSettingCommands(CommandSet& commands) {
     CommandSet setting = commands.AddSet("setting", "Read, change or initialise common settings");
     setting.Add<GetArguments>(
         "get", "Read a setting: the user's, else the default, else that of the base catalogue",
+        {"setting get LowBatteryWarning"},
         [](CLI::App& command, GetArguments& arguments) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
         },
         GetSetting);
     setting.Add<SetArguments>(
-        "set", "Change a setting of the user",
+        "set", "Change a setting of the user", {"setting set LowBatteryWarning 20"},
         [](CLI::App& command, SetArguments& arguments) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
             AddArgument(command, "VALUE", arguments.value, "Its value");
         },
         SetSetting);
-    setting.Add("init", "Make the settings of the base catalogue the defaults", InitSettings);
+    setting.Add("init", "Make the settings of the base catalogue the defaults", {"setting init"},
+                InitSettings);
 }
 
 }  // namespace ZOTDam::Client

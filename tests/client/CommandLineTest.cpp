@@ -95,6 +95,49 @@ TEST_F(CommandLineTest, EachCommandHasHelpOfItsOwn) {
     ExpectUsage({L"diff"}, "diff [OPTIONS] SCHEME OTHER\n");
 }
 
+TEST_F(CommandLineTest, EachCommandHasExamples) {
+    for (const Arguments& command : {Arguments{L"count"},
+                                     {L"functions"},
+                                     {L"base"},
+                                     {L"adopt"},
+                                     {L"spec-schemes"},
+                                     {L"params"},
+                                     {L"current"},
+                                     {L"set"},
+                                     {L"setacvalueindex"},
+                                     {L"setdcvalueindex"},
+                                     {L"reset"},
+                                     {L"aliases"},
+                                     {L"commands"},
+                                     {L"diff"},
+                                     {L"setting", L"get"},
+                                     {L"setting", L"set"},
+                                     {L"setting", L"init"},
+                                     {L"completion"}}) {
+        Arguments help = command;
+        help.emplace_back(L"--help");
+        std::string example = "\nExamples:\n  zotdamctl";
+        for (const std::wstring& word : command)
+            example += " " + Utf8(word);
+        EXPECT_NE(Output(help).find(example), std::string::npos) << example;
+    }
+}
+
+TEST_F(CommandLineTest, HeadingsAreBoldWhereTheUserWantsIt) {
+    EXPECT_EQ(Output({L"aliases", L"--color", L"always"}).find("\x1b[1mGUID "), 0u);
+    EXPECT_EQ(Output({L"aliases", L"--color", L"never"}).find("GUID "), 0u);
+}
+
+TEST_F(CommandLineTest, HeadingsArePlainInAFile) {
+    EXPECT_EQ(Output({L"aliases"}), Output({L"aliases", L"--color", L"never"}));
+    EXPECT_EQ(Output({L"aliases", L"--color", L"auto"}), Output({L"aliases", L"--color", L"never"}));
+}
+
+TEST_F(CommandLineTest, RefusesAnUnknownStyle) {
+    ExpectError({L"aliases", L"--color", L"red"}, WrongUsage,
+                "--color takes auto, always or never, not \"red\".");
+}
+
 TEST_F(CommandLineTest, HelpNamesTheOptionsOfACommand) {
     EXPECT_NE(Output({L"functions", L"--help"}).find("\n  --language TAG "), std::string::npos);
     EXPECT_NE(Output({L"diff", L"--help"}).find("\n  --ac "), std::string::npos);

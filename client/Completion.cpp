@@ -1,0 +1,120 @@
+#include "Completion.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "Scheme.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+// A command, or the program itself, whose path is empty, and what may stand behind it.
+struct Place {
+    std::string path;  // each word of it with a space before it
+    std::vector<std::string> words;
+};
+
+void AddOnce(std::vector<std::string>& words, std::string_view word) {
+    if (std::ranges::find(words, word) == words.end())
+        words.emplace_back(word);
+}
+
+void AddWords(std::vector<std::string>& words, const CLI::Option& option) {
+    for (const std::string& name : option.get_lnames())
+        AddOnce(words, "--" + name);
+    if (option.get_name() == "SCHEME" || option.get_name() == "OTHER")
+        for (const NamedScheme& scheme : WindowsSchemes)
+            AddOnce(words, scheme.name);
+    if (option.get_name() == "SHELL")
+        for (const char* const shell : {"bash", "powershell"})
+            AddOnce(words, shell);
+}
+
+void CollectPlaces(const CLI::App& app, const std::string& path, const std::vector<std::string>& inherited,
+                   std::vector<Place>& places) {
+    Place place{path, {}};
+    for (const CLI::App* command : app.get_subcommands({}))
+        AddOnce(place.words, command->get_name());
+    for (const CLI::Option* option : app.get_options())
+        AddWords(place.words, *option);
+    for (const std::string& word : inherited)
+        AddOnce(place.words, word);
+    places.push_back(place);
+    for (const CLI::App* command : app.get_subcommands({}))
+        CollectPlaces(*command, path + " " + command->get_name(), inherited, places);
+}
+
+std::vector<Place> PlacesOf(const CLI::App& app) {
+    // The options of the program may also stand behind each command.
+    std::vector<std::string> general;
+    for (const CLI::Option* option : app.get_options())
+        AddWords(general, *option);
+    std::erase(general, "--version");
+    std::vector<Place> places;
+    CollectPlaces(app, {}, general, places);
+    return places;
+}
+
+std::string Joined(const std::vector<std::string>& words, std::string_view separator) {
+    std::string text;
+    for (const std::string& word : words)
+        text.append(text.empty() ? "" : separator).append(word);
+    return text;
+}
+
+}  // namespace
+
+std::string BashCompletion(const CLI::App& app) {
+    std::string paths;
+    std::string words;
+    for (const Place& place : PlacesOf(app)) {
+        if (!place.path.empty())
+            paths.append(paths.empty() ? "'" : " | '").append(place.path).append("'");
+        words += "        '" + place.path + "') words='" + Joined(place.words, " ") + "' ;;\n";
+    }
+    return R"(_zotdamctl() {
+    local command= words= word
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        case "$command $word" in
+            )" +
+           paths + R"() command="$command $word" ;;
+        esac
+    done
+    case "$command" in
+)" + words +
+           R"(    esac
+    case "${COMP_WORDS[COMP_CWORD-1]}" in
+        --color) words='auto always never' ;;
+        --program-files | --program-data) words= ;;
+    esac
+    COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}"))
+}
+complete -o default -F _zotdamctl zotdamctl zotdamctl.exe
+)";
+}
+
+std::string PowerShellCompletion(const CLI::App& app) {
+    std::string words;
+    for (const Place& place : PlacesOf(app))
+        words += "        '" + place.path + "' = '" + Joined(place.words, "', '") + "'\n";
+    return R"(Register-ArgumentCompleter -Native -CommandName zotdamctl, zotdamctl.exe -ScriptBlock {
+    param($wordToComplete, $commandAst, $cursorPosition)
+    $words = @{
+)" + words +
+           R"(    }
+    $command = ''
+    foreach ($element in $commandAst.CommandElements | Select-Object -Skip 1) {
+        if ($element.Extent.EndOffset -lt $cursorPosition -and $words.ContainsKey("$command $element")) {
+            $command = "$command $element"
+        }
+    }
+    $words[$command] | Where-Object { $_ -like "$wordToComplete*" } | ForEach-Object {
+        [System.Management.Automation.CompletionResult]::new($_, $_, 'ParameterValue', $_)
+    }
+}
+)";
+}
+
+}  // namespace ZOTDam::Client

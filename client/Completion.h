@@ -1,0 +1,12 @@
+// Scripts with which a shell completes the words of a command line.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace ZOTDam::Client {
+
+std::string BashCompletion(const CLI::App& app);
+std::string PowerShellCompletion(const CLI::App& app);
+
+}  // namespace ZOTDam::Client

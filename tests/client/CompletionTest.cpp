@@ -1,0 +1,33 @@
+// zotdamctl completion. tests/completion/completion.sh lets bash carry the script out.
+#include "client/ClientTest.h"
+
+namespace ZOTDam::Test {
+
+using CompletionTest = ClientTest;
+
+TEST_F(CompletionTest, ForBashHasTheWordsOfEachCommand) {
+    const std::string script = Output({L"completion", L"bash"});
+    for (const char* const line :
+         {"\n        '') words='count functions ", "\n        ' setting') words='get set init --help ",
+          "\n        ' diff') words='--help balanced high-performance power-saver --ac --dc --json ",
+          "\ncomplete -o default -F _zotdamctl zotdamctl zotdamctl.exe\n"})
+        EXPECT_NE(script.find(line), std::string::npos) << line << script;
+}
+
+TEST_F(CompletionTest, ForPowerShellHasTheWordsOfEachCommand) {
+    const std::string script = Output({L"completion", L"powershell"});
+    for (const char* const line :
+         {"Register-ArgumentCompleter -Native -CommandName zotdamctl, zotdamctl.exe -ScriptBlock {\n",
+          "\n        '' = 'count', 'functions', ", "\n        ' setting' = 'get', 'set', 'init', '--help', "})
+        EXPECT_NE(script.find(line), std::string::npos) << line << script;
+}
+
+TEST_F(CompletionTest, IsGivenAsJson) {
+    EXPECT_EQ(JsonOutput({L"completion", L"bash"}), Json({{"script", Output({L"completion", L"bash"})}}));
+}
+
+TEST_F(CompletionTest, KnowsNoOtherShell) {
+    ExpectError({L"completion", L"fish"}, WrongUsage, "SHELL is bash or powershell, not \"fish\".");
+}
+
+}  // namespace ZOTDam::Test
