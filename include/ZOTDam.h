@@ -475,14 +475,15 @@ bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
 // Makes the holder's records the functions of the defaults file, in place of all that it had, and saves it. A
 // record without command items is left out; one that cannot be written ends the writing. A catalogue that is
-// loaded already stays as it is until ZOTDamExit. False for a null holder or an empty list, or after
-// ZOTDamExit; otherwise true, whatever became of the writing.
+// loaded already stays as it is until the library is loaded anew. False for a null holder or an empty list,
+// or after ZOTDamExit; otherwise true, whatever became of the writing.
 bool AddFunctionDefault(const FunctionBaseHolder* holder);
 
 // Enumerates what the functions are set to in a power scheme, by ascending id: the user's values, completed
-// from the defaults. A scheme or function that the user settings file lacks is added to it. Functions 7 and 8
-// are left out when the primary display lacks one of their two refresh rates. The all-zero scheme has no
-// items. False for a null callback, or after ZOTDamExit; otherwise true, even when nothing could be read.
+// from the defaults. A scheme or function that the user settings file lacks is added to it, but no function
+// to a scheme of which none can be read. Functions 7 and 8 are left out when the primary display lacks one of
+// their two refresh rates. The all-zero scheme has no items. False for a null callback, or after ZOTDamExit;
+// otherwise true, even when nothing could be read.
 bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
 
 // Enumerates the defaults of a power scheme, by ascending id; results as GetParameter.
@@ -498,14 +499,15 @@ bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 bool ResetDefault();
 
 // Loads a power scheme's parameters for GetFuncCurValue, in place of those loaded before. False when neither
-// the user settings nor the defaults could be read, or after ZOTDamExit.
+// the user settings nor all of the defaults could be read (those that could be are loaded all the same), or
+// after ZOTDamExit.
 bool TEVGetParam(const GUID* scheme);
 
 // Gives the options of the function at a zero-based position of the catalogue, in the scheme that TEVGetParam
 // loaded. `value` is not null; a field whose parameter selects no display item is left as it is. A function
-// that the scheme lacks gives its first options. False, and `value` untouched, when no scheme is loaded, the
-// catalogue has no such position, or after ZOTDamExit. A position of 2^31 or more means the first function,
-// if there are several.
+// that the scheme lacks gives its first options. False, and `value` untouched, when no parameters are loaded,
+// the catalogue has no such position, or after ZOTDamExit. A position of 2^31 or more means the first
+// function, if there are several.
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 
 // Enumerates the commands of every function that the scheme sets, by ascending function id and then in the
@@ -523,8 +525,8 @@ bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mod
                      wchar_t* values);
 
 // Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order;
-// results as GetFunctionBase. A scheme with a malformed GUID, or in which an attribute is missing, is left
-// out.
+// results as GetFunctionBase. A scheme in which an attribute is missing is left out, and so is a scheme, a
+// subgroup or a setting whose GUID is malformed.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
 // Copies the named common setting of the user, else of the defaults, else of the base catalogue into `value`,

@@ -341,7 +341,7 @@ TEST_P(AllocationFailureTest, IsSurvivedAtTheFirstUse) {
             const Session session{shortage};
             hasFailed = UseWithFailure(session, call, lasts);
             InjectionsOf(&Injections::atFirstUse) += hasFailed;
-            // What could not be read at the first use is read again after a ZOTDamExit only.
+            // What could not be read at the first use is read again only when the library is loaded anew.
             Prepare(session);
             ExpectAllowed(Called(session));
         }
