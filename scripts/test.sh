@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests. The last line counts them; the exit status is 0 when all have passed.
 # Another build than the release is named by its preset:
-#     scripts/test.sh [debug|guarded|sanitized]
+#     scripts/test.sh [debug|clang|guarded|sanitized]
 source "$(dirname "$0")/common.sh"
 preset=${1:-$preset}
 build=build/$preset
 
 install_toolchain
+[ "$preset" != clang ] || install_packages clang
 build_targets
 make_prefix
 
@@ -30,9 +31,25 @@ run_tests() {
     failed=$((failed + ${bad:-0}))
 }
 
+# What the programs are made of besides the DLL has tests of its own, which count themselves in their last line.
+run_script() {
+    local log=$build/$1.log
+    say "Running $1"
+    bash "tests/$1/$1.sh" >"$log" || cat "$log"
+    local ok bad
+    read -r ok bad < <(sed -n '$s/^\([0-9]*\) passed, \([0-9]*\) failed$/\1 \2/p' "$log") || true
+    passed=$((passed + ${ok:-0}))
+    failed=$((failed + ${bad:-1}))
+}
+
 for program in inside_tests export_tests endurance_tests client_tests; do
     run_tests "$program"
 done
+if [ "$preset" = release ]; then
+    for script in schemas examples completion; do
+        run_script "$script"
+    done
+fi
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]
