@@ -70,11 +70,9 @@ public:
     using const_iterator = BasicIterator<const Record>;
 
     List() noexcept = default;
-    // A list that a client has built may say that it is empty by its count alone.
     List(const List& other) : List{} {
-        if (!other.empty())
-            for (const Record& record : other)
-                push_back(record);
+        for (const Record& record : other)
+            push_back(record);
     }
     List(List&& other) noexcept { Swap(other); }
     List& operator=(List other) noexcept {
@@ -85,7 +83,8 @@ public:
 
     iterator begin() noexcept { return iterator{head->next}; }
     iterator end() noexcept { return iterator{head}; }
-    const_iterator begin() const noexcept { return const_iterator{head->next}; }
+    // A list that a client has built may say that it is empty by its count alone.
+    const_iterator begin() const noexcept { return empty() ? end() : const_iterator{head->next}; }
     const_iterator end() const noexcept { return const_iterator{head}; }
     std::size_t size() const noexcept { return static_cast<std::size_t>(count); }
     bool empty() const noexcept { return count == 0; }

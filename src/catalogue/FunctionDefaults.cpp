@@ -59,10 +59,8 @@ bool ReplaceFunctionDefaults(const List<FunctionBaseRecord>& records) noexcept {
         const IXMLDOMElementPtr functions = defaults->Functions();
         if (!functions)
             return false;
-        // The client's list is read to its end before anything is removed.
-        const List<FunctionBaseRecord> copy{records};  // NOLINT(performance-unnecessary-copy-initialization)
         RemoveChildren(functions);
-        const bool written = WriteFunctionDefaults(functions, copy);
+        const bool written = WriteFunctionDefaults(functions, records);
         defaults->Save();
         return written;
     });
