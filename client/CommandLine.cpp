@@ -53,6 +53,7 @@ public:
         AddParameterCommands(commands);
         AddSchemeCommands(commands);
         AddSettingCommands(commands);
+        AddDoctorCommand(commands);
         AddCompletionCommand(commands);
     }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "Error.h"
@@ -37,6 +38,19 @@ bool IsWritable(const std::filesystem::path& file) {
            std::fstream{file, std::ios::in | std::ios::out | std::ios::binary}.is_open();
 }
 
+bool IsLanguageName(const std::string& text) {
+    return !text.empty() && std::ranges::all_of(text, [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
+    });
+}
+
+// Empty where the system has no name for it.
+std::wstring LanguageOfUser() {
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
+    LCIDToLocaleName(MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
+    return name;
+}
+
 }  // namespace
 
 void RedirectProgramFiles(const std::filesystem::path& folder) {
@@ -56,7 +70,29 @@ std::string TitleOf(const DataFile& file) {
 }
 
 std::filesystem::path StringTableFor(const std::string& language) {
+    if (!IsLanguageName(language))
+        throw UsageError{"\"" + language + "\" is no language: give its name, such as de-DE."};
     return PathOf(Defaults).parent_path() / ToUtf16(language) / L"StringTable.xml.mui";
+}
+
+std::filesystem::path StringTableOfUser() {
+    std::filesystem::path neutral = PathOf(Defaults).replace_filename(L"StringTable.xml");
+    std::wstring language = LanguageOfUser();
+    if (language.empty())
+        return neutral;
+    const std::filesystem::path copy = StringTableFor(ToUtf8(language));
+    wchar_t found[MAX_PATH] = {};
+    ULONG languageSize = LOCALE_NAME_MAX_LENGTH;
+    ULONG foundSize = MAX_PATH;
+    ULONGLONG enumerator = 0;
+    language.resize(languageSize);
+    if (GetFileMUIPath(MUI_LANGUAGE_NAME, neutral.c_str(), language.data(), &languageSize, found, &foundSize,
+                       &enumerator) != FALSE)
+        return found;
+    // Some systems lack the lookup: there the library looks for the copy itself.
+    const bool isUnknown = GetLastError() == ERROR_CALL_NOT_IMPLEMENTED;
+    std::error_code error;
+    return isUnknown && exists(copy, error) ? copy : neutral;
 }
 
 void RequireIdle(const DataFile& file) {

@@ -29,8 +29,12 @@ std::filesystem::path PathOf(const DataFile& file);
 // For sentences: "defaults file C:\...".
 std::string TitleOf(const DataFile& file);
 
-// The copy of the string table for a language, which may not exist.
+// The copy of the string table for a language, which may not exist. Throws UsageError for what is no name of
+// a language.
 std::filesystem::path StringTableFor(const std::string& language);
+
+// The string table that the library reads for this user.
+std::filesystem::path StringTableOfUser();
 
 // The library neither waits for a file nor tells that a load was skipped or a save had no effect. These throw
 // an Error when another program is using the file, or when it cannot be written.

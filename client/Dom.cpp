@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <new>
+#include <utility>
 
 #include "Error.h"
 
@@ -31,6 +32,27 @@ void Check(HRESULT result) {
         throw Error{"The base catalogue cannot be read."};
 }
 
+using TextGetter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);
+
+std::wstring Get(IXMLDOMNode* node, TextGetter getter) {
+    BSTR text = nullptr;
+    Check((node->*getter)(&text));
+    const Bstr owner{text};
+    return {text, SysStringLen(text)};
+}
+
+bool IsElement(IXMLDOMNode* node) {
+    DOMNodeType type = NODE_INVALID;
+    Check(node->get_nodeType(&type));
+    return type == NODE_ELEMENT;
+}
+
+NodeMap AttributesOf(IXMLDOMNode* element) {
+    IXMLDOMNamedNodeMap* attributes = nullptr;
+    Check(element->get_attributes(&attributes));
+    return NodeMap{attributes};
+}
+
 }  // namespace
 
 std::vector<Node> SelectChildren(IXMLDOMNode* parent, const wchar_t* name) {
@@ -45,19 +67,52 @@ std::vector<Node> SelectChildren(IXMLDOMNode* parent, const wchar_t* name) {
     return children;
 }
 
+std::vector<Node> ChildElements(IXMLDOMNode* parent) {
+    std::vector<Node> elements;
+    IXMLDOMNode* child = nullptr;
+    Check(parent->get_firstChild(&child));
+    for (Node node{child}; node;) {
+        IXMLDOMNode* sibling = nullptr;
+        Check(node->get_nextSibling(&sibling));
+        Node next{sibling};
+        if (IsElement(node.get()))
+            elements.push_back(std::move(node));
+        node = std::move(next);
+    }
+    return elements;
+}
+
 std::optional<std::wstring> ReadAttribute(IXMLDOMNode* element, const wchar_t* name) {
-    IXMLDOMNamedNodeMap* attributes = nullptr;
-    Check(element->get_attributes(&attributes));
-    const NodeMap map{attributes};
+    const NodeMap map = AttributesOf(element);
     IXMLDOMNode* found = nullptr;
     Check(map->getNamedItem(MakeBstr(name).get(), &found));
     const Node attribute{found};
     if (!attribute)
         return {};
-    BSTR text = nullptr;
-    Check(attribute->get_text(&text));
-    const Bstr owner{text};
-    return std::wstring{text, SysStringLen(text)};
+    return TextOf(attribute.get());
+}
+
+std::vector<Attribute> ReadAttributes(IXMLDOMNode* element) {
+    std::vector<Attribute> attributes;
+    const NodeMap map = AttributesOf(element);
+    IXMLDOMNode* found = nullptr;
+    for (long i = 0; map->get_item(i, &found) == S_OK; ++i) {
+        const Node attribute{found};
+        attributes.push_back({NameOf(attribute.get()), TextOf(attribute.get())});
+    }
+    return attributes;
+}
+
+std::wstring NameOf(IXMLDOMNode* node) {
+    return Get(node, &IXMLDOMNode::get_nodeName);
+}
+
+std::wstring TextOf(IXMLDOMNode* node) {
+    return Get(node, &IXMLDOMNode::get_text);
+}
+
+bool HasNamespace(IXMLDOMNode* node) {
+    return !Get(node, &IXMLDOMNode::get_namespaceURI).empty();
 }
 
 }  // namespace ZOTDam::Client

@@ -1,4 +1,4 @@
-// Reads the elements of the base catalogue that the library hands out as DOM nodes.
+// Reads XML elements: those that the library hands out as DOM nodes, and those of the data files.
 #pragma once
 
 #include <windows.h>
@@ -21,6 +21,22 @@ using Node = std::unique_ptr<IXMLDOMNode, ReleaseInterface>;
 // The children of that name, in their order; none for a null parent.
 std::vector<Node> SelectChildren(IXMLDOMNode* parent, const wchar_t* name);
 
+std::vector<Node> ChildElements(IXMLDOMNode* parent);
+
 std::optional<std::wstring> ReadAttribute(IXMLDOMNode* element, const wchar_t* name);
+
+struct Attribute {
+    std::wstring name;
+    std::wstring value;
+};
+
+std::vector<Attribute> ReadAttributes(IXMLDOMNode* element);
+
+// The name as it stands, with its prefix.
+std::wstring NameOf(IXMLDOMNode* node);
+
+std::wstring TextOf(IXMLDOMNode* node);
+
+bool HasNamespace(IXMLDOMNode* node);
 
 }  // namespace ZOTDam::Client

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
 #include "DataFiles.h"
 #include "Error.h"
 #include "ZOTDamClient.h"
@@ -12,15 +10,7 @@ namespace ZOTDam::Client {
 
 namespace {
 
-bool IsLanguageName(const std::string& text) {
-    return !text.empty() && std::ranges::all_of(text, [](char c) {
-        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
-    });
-}
-
 std::filesystem::path RequireStringTable(const std::string& language) {
-    if (!IsLanguageName(language))
-        throw UsageError{"\"" + language + "\" is no language: give its name, such as de-DE."};
     std::filesystem::path table = StringTableFor(language);
     if (!exists(table))
         throw Error{"There is no string table for " + language + ": the file " + Utf8(table) +

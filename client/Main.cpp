@@ -13,7 +13,8 @@ namespace {
 
 enum ExitStatus : int { Success = 0, Failure = 1, WrongUsage = 2 };
 
-void CarryOut(const Invocation& invocation) {
+// Gives the exit status.
+int CarryOut(const Invocation& invocation) {
     if (invocation.programFiles)
         RedirectProgramFiles(*invocation.programFiles);
     if (invocation.programData)
@@ -21,17 +22,19 @@ void CarryOut(const Invocation& invocation) {
     SetStyling(invocation.styling);
     const Report report = invocation.action();
     std::cout << (invocation.json ? report.json.dump(2) + '\n' : report.text);
+    return report.exitStatus;
 }
 
-ExitStatus Run() {
+int Run() {
     const auto parsed = ParseCommandLine(Arguments());
+    int exitStatus = Success;
     if (const auto* const information = std::get_if<Information>(&parsed))
         std::cout << *information;
     else
-        CarryOut(std::get<Invocation>(parsed));
+        exitStatus = CarryOut(std::get<Invocation>(parsed));
     if (!std::cout.flush())
         throw Error{"The output cannot be written."};
-    return Success;
+    return exitStatus;
 }
 
 ExitStatus Fail(const std::exception& error, ExitStatus status) {
@@ -39,7 +42,7 @@ ExitStatus Fail(const std::exception& error, ExitStatus status) {
     return status;
 }
 
-ExitStatus Main() {
+int Main() {
     const Utf8Output output;
     try {
         return Run();

@@ -11,6 +11,7 @@ using Json = nlohmann::ordered_json;
 struct Report {
     std::string text;
     Json json;
+    int exitStatus = 0;  // of the program
 };
 
 }  // namespace ZOTDam::Client

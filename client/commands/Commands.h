@@ -10,5 +10,6 @@ void AddBaseCommands(CommandSet& commands);
 void AddParameterCommands(CommandSet& commands);
 void AddSchemeCommands(CommandSet& commands);
 void AddSettingCommands(CommandSet& commands);
+void AddDoctorCommand(CommandSet& commands);
 
 }  // namespace ZOTDam::Client

@@ -110,6 +110,7 @@ TEST_F(CommandLineTest, EachCommandHasExamples) {
                                      {L"aliases"},
                                      {L"commands"},
                                      {L"diff"},
+                                     {L"doctor"},
                                      {L"setting", L"get"},
                                      {L"setting", L"set"},
                                      {L"setting", L"init"},

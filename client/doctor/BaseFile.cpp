@@ -1,0 +1,105 @@
+#include <algorithm>
+
+#include "doctor/Files.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+constexpr char EndOfReading[] =
+    "the library reads neither this function nor those behind it, and tells of none that it is unsupported";
+
+const When Adopted = "once the function is adopted, ";
+
+// The records into which the library reads all functions, one after the other.
+class BaseFunctions {
+public:
+    explicit BaseFunctions(Findings& fileFindings) : findings{fileFindings} {}
+
+    void Check(const Element& function) {
+        CheckContent(function, {L"ID", L"Flag", L"Type", L"Name", L"Group"},
+                     {L"Display", L"Default", L"Commands"}, {}, findings);
+        CheckAttributes(function);
+        CheckDefault(function, CheckDisplay(function, Adopted, findings), Adopted, findings);
+        const Element* const commands = function.ChildNamed(L"Commands");
+        if (commands == nullptr)
+            findings.Add(function, "missing-commands", "\"Commands\" is missing", EndOfReading);
+        else
+            CheckFamilies(*commands);
+    }
+
+private:
+    void CheckAttributes(const Element& function) {
+        const std::int32_t id = working.Number(function, L"ID", findings);
+        if (id < 0)
+            findings.Add(function, "negative-id", "the id " + std::to_string(id) + " is negative",
+                         Adopted + CatalogueRefused);
+        if (function.FindAttribute(L"ID") != nullptr)
+            ids.Check(function, id, "the library lists both; once both are adopted, it drops this one",
+                      findings);
+        for (const wchar_t* const attribute : {L"Group", L"Name"})
+            working.Text(function, attribute, "text-too-long", EndOfReading, findings);
+        for (const wchar_t* const attribute : {L"Flag", L"Type"})
+            working.Number(function, attribute, findings);
+    }
+
+    void CheckFamilies(const Element& commands) {
+        CheckContent(commands, {}, {}, {L"CommandFamily"}, findings);
+        const auto families = commands.ChildrenNamed(L"CommandFamily");
+        for (const Element* const family : families)
+            CheckFamily(*family);
+        if (std::ranges::all_of(families, [](const Element* family) {
+                return family->ChildNamed(L"CommandItem") == nullptr;
+            }))
+            findings.Add(commands, "no-commands", "no family has a \"CommandItem\"",
+                         "the function is left out when it is adopted");
+    }
+
+    void CheckFamily(const Element& family) {
+        CheckContent(family, {}, {}, {L"CommandItem", L"CheckExistItem"}, findings);
+        for (const Element* const item : family.ChildrenNamed(L"CommandItem"))
+            CheckCommand(*item, command, "text-too-long", EndOfReading, findings);
+        for (const Element* const item : family.ChildrenNamed(L"CheckExistItem")) {
+            CheckContent(*item, {L"CheckFlag", L"Param1", L"Param2", L"Param3", L"Param4"}, {}, {}, findings);
+            existCheck.Number(*item, L"CheckFlag", findings);
+            for (const wchar_t* const attribute : {L"Param1", L"Param2", L"Param3", L"Param4"})
+                existCheck.Text(*item, attribute, "text-too-long", EndOfReading, findings);
+        }
+    }
+
+    Findings& findings;
+    WorkingRecord working;
+    WorkingRecord command;
+    WorkingRecord existCheck;
+    IdsInUse ids;
+};
+
+// Null, with a finding, when the section is missing.
+const Element* RequireSection(const Element& root, std::wstring_view name, const std::string& consequence,
+                              Findings& findings) {
+    const Element* const section = root.ChildNamed(name);
+    if (section == nullptr)
+        findings.Add(root, "missing-section", Quoted(name) + " is missing", consequence);
+    return section;
+}
+
+}  // namespace
+
+void CheckBase(const Element& root, Findings& findings) {
+    CheckContent(root, {}, {L"CommonSettings", L"Functions", L"SpecSchemes"}, {}, findings);
+    if (RequireSection(root, L"CommonSettings", "the library cannot initialise the common settings",
+                       findings) != nullptr)
+        CheckCommonSettings(root, "the library has no such setting", findings);
+    if (const Element* const functions =
+            RequireSection(root, L"Functions", "there are no base functions", findings)) {
+        CheckContent(*functions, {}, {}, {L"Function"}, findings);
+        BaseFunctions functionsRead{findings};
+        for (const Element* const function : functions->ChildrenNamed(L"Function"))
+            functionsRead.Check(*function);
+    }
+    if (const Element* const specSchemes =
+            RequireSection(root, L"SpecSchemes", "there are no spec schemes", findings))
+        CheckSpecSchemes(*specSchemes, findings);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,186 @@
+#include "doctor/Checks.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cwchar>
+#include <cwctype>
+
+#include "Text.h"
+#include "ZOTDam.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+constexpr char Ignored[] = "the library ignores it";
+
+bool Contains(Names names, std::wstring_view name) {
+    return std::ranges::find(names, name) != names.end();
+}
+
+bool DeclaresNamespace(std::wstring_view attribute) {
+    return attribute == L"xmlns" || attribute.starts_with(L"xmlns:");
+}
+
+std::string NameForSentence(const Element& element) {
+    return Quoted(element.name) + (element.hasNamespace ? " with a namespace" : "");
+}
+
+void ReportUnread(const Element& child, Findings& findings) {
+    findings.Add(child, "unknown-element", "an element " + NameForSentence(child) + " is not known here",
+                 "the library ignores it with all that it holds");
+}
+
+bool IsSameInAnyCase(std::wstring_view left, std::wstring_view right) {
+    return std::ranges::equal(left, right, {}, std::towlower, std::towlower);
+}
+
+std::wstring_view Trimmed(std::wstring_view text) {
+    constexpr wchar_t Blanks[] = L" \t\r\n";
+    const std::size_t first = text.find_first_not_of(Blanks);
+    return first == std::wstring_view::npos ? L""
+                                            : text.substr(first, text.find_last_not_of(Blanks) + 1 - first);
+}
+
+// Whether a text is nothing but a number, and one that fits.
+bool IsNumber(std::wstring_view text) {
+    std::string digits = ToUtf8(Trimmed(text));
+    if (digits.starts_with('+') && !digits.starts_with("+-"))
+        digits.erase(0, 1);
+    std::int32_t number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    return error == std::errc{} && stop == end;
+}
+
+// By the same function as the library.
+std::int32_t ReadNumber(const std::wstring& text) {
+    return static_cast<std::int32_t>(_wtol(text.c_str()));
+}
+
+// 36 characters without braces: the form of which a GUID's text is compared and converted.
+bool IsGuid(std::wstring_view text) {
+    constexpr std::wstring_view Form = L"xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+    return std::ranges::equal(text, Form, [](wchar_t character, wchar_t form) {
+        constexpr std::wstring_view Digits = L"0123456789abcdefABCDEF";
+        return form == L'-' ? character == L'-' : Digits.find(character) != std::wstring_view::npos;
+    });
+}
+
+}  // namespace
+
+std::string Quoted(std::wstring_view text) {
+    constexpr std::size_t MaxLength = 60;
+    std::wstring shown{text.substr(0, MaxLength)};
+    std::ranges::replace_if(
+        shown, [](wchar_t character) { return character < L' '; }, L' ');
+    return "\"" + ToUtf8(shown) + (text.size() > MaxLength ? "..." : "") + "\"";
+}
+
+void CheckContent(const Element& element, Names attributes, Names singleChildren, Names children,
+                  Findings& findings) {
+    for (const auto& [name, value] : element.attributes)
+        if (!Contains(attributes, name) && !DeclaresNamespace(name))
+            findings.Add(element, "unknown-attribute", "an attribute " + Quoted(name) + " is not known here",
+                         Ignored);
+    std::set<std::wstring_view> seen;
+    for (const Element& child : element.children) {
+        const bool isSingle = !child.hasNamespace && Contains(singleChildren, child.name);
+        if (!isSingle && (child.hasNamespace || !Contains(children, child.name)))
+            ReportUnread(child, findings);
+        else if (isSingle && !seen.insert(child.name).second)
+            findings.Add(child, "duplicate-element", "there is a " + Quoted(child.name) + " before it",
+                         "the library reads only the first one");
+    }
+}
+
+void CheckSpelling(const Element& parent, std::wstring_view name, Findings& findings) {
+    for (const Element& child : parent.children) {
+        const std::size_t prefix = child.name.rfind(L':') + 1;
+        const std::wstring_view local = std::wstring_view{child.name}.substr(prefix);
+        if (IsSameInAnyCase(local, name) && !child.IsNamed(name))
+            ReportUnread(child, findings);
+    }
+}
+
+std::int32_t NumberFrom(const Element& element, std::wstring_view attribute, const std::wstring& text,
+                        Findings& findings) {
+    const std::int32_t number = ReadNumber(text);
+    if (!IsNumber(text))
+        findings.Add(element, "misread-number",
+                     Quoted(attribute) + " is " + Quoted(text) + ", no 32-bit number",
+                     "the library reads it as " + std::to_string(number));
+    return number;
+}
+
+void CheckLength(const Element& element, std::wstring_view name, std::wstring_view text, const char* kind,
+                 const std::string& consequence, Findings& findings) {
+    if (text.size() >= TextCapacity)
+        findings.Add(element, kind,
+                     Quoted(name) + " has " + std::to_string(text.size()) + " characters, but only " +
+                         std::to_string(TextCapacity - 1) + " fit",
+                     consequence);
+}
+
+bool CheckGuid(const Element& element, std::wstring_view attribute, const std::wstring& text,
+               Findings& findings) {
+    if (IsGuid(text))
+        return true;
+    const bool braced = text.starts_with(L'{') && text.ends_with(L'}');
+    findings.Add(element, "malformed-guid",
+                 Quoted(attribute) + " is " + Quoted(text) +
+                     (braced ? ", but a GUID stands here without braces" : ", which is no GUID"),
+                 Ignored);
+    return false;
+}
+
+void GuidsInUse::Check(const Element& element, std::wstring text, Findings& findings) {
+    std::ranges::transform(text, text.begin(), std::towlower);
+    const auto [entry, isNew] = paths.emplace(text, element.path);
+    if (!isNew)
+        findings.Add(element, "duplicate-guid", "it has the GUID of " + entry->second,
+                     "the library reads only the first one");
+}
+
+bool IdsInUse::Check(const Element& element, std::int32_t id, const std::string& consequence,
+                     Findings& findings) {
+    const auto [entry, isNew] = paths.emplace(id, element.path);
+    if (!isNew)
+        findings.Add(element, "duplicate-id", "it has the id " + std::to_string(id) + " of " + entry->second,
+                     consequence);
+    return isNew;
+}
+
+void WorkingRecord::Text(const Element& element, const wchar_t* attribute, const char* kind,
+                         const std::string& consequence, Findings& findings) {
+    const std::wstring* const text = element.FindAttribute(attribute);
+    if (text == nullptr) {
+        ReportMissing(element, attribute, "empty", findings);
+        return;
+    }
+    fields[attribute] = {*text, element.path};
+    CheckLength(element, attribute, *text, kind, consequence, findings);
+}
+
+std::int32_t WorkingRecord::Number(const Element& element, const wchar_t* attribute, Findings& findings) {
+    if (const std::wstring* const text = element.FindAttribute(attribute)) {
+        fields[attribute] = {*text, element.path};
+        return NumberFrom(element, attribute, *text, findings);
+    }
+    ReportMissing(element, attribute, "0", findings);
+    const auto field = fields.find(attribute);
+    return field != fields.end() ? ReadNumber(field->second.text) : 0;
+}
+
+void WorkingRecord::ReportMissing(const Element& element, const wchar_t* attribute,
+                                  const std::string& initial, Findings& findings) const {
+    const std::string problem = Quoted(attribute) + " is missing";
+    const auto field = fields.find(attribute);
+    if (field == fields.end())
+        findings.Add(element, "missing-attribute", problem, "for the library it is " + initial);
+    else
+        findings.Add(element, "carried-over", problem,
+                     "the library takes " + Quoted(field->second.text) + " from " + field->second.path);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,84 @@
+#include "doctor/Files.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+// The catalogue as the library builds it, function by function.
+class Catalogue {
+public:
+    explicit Catalogue(Findings& fileFindings) : findings{fileFindings} {}
+
+    void Check(const Element& function) {
+        CheckContent(function, {L"ID", L"Flag", L"Type", L"Name", L"Group"},
+                     {L"Display", L"Default", L"Commands"}, {}, findings);
+        const std::optional<std::int32_t> id = CheckId(function);
+        for (const wchar_t* const attribute : {L"Flag", L"Type"})
+            working.Number(function, attribute, findings);
+        for (const wchar_t* const attribute : {L"Name", L"Group"})
+            working.Text(function, attribute, "text-too-long", CatalogueRefused, findings);
+        const OptionCounts counts = CheckDisplay(function, {}, findings);
+        CheckDefault(function, counts, {}, findings);
+        CheckCommands(function);
+        if (id)
+            options.emplace(*id, counts);
+    }
+
+    CatalogueOptions Options() && { return std::move(options); }
+
+private:
+    // The id under which the function enters the catalogue, if it does.
+    std::optional<std::int32_t> CheckId(const Element& function) {
+        const std::wstring* const text = function.FindAttribute(L"ID");
+        if (text == nullptr) {
+            findings.Add(function, "missing-id", "\"ID\" is missing", CatalogueRefused);
+            return {};
+        }
+        const std::int32_t id = NumberFrom(function, L"ID", *text, findings);
+        if (id < 0) {
+            findings.Add(function, "negative-id", "the id " + std::to_string(id) + " is negative",
+                         CatalogueRefused);
+            return {};
+        }
+        return ids.Check(function, id, "the library drops this function", findings) ? std::optional{id}
+                                                                                    : std::nullopt;
+    }
+
+    void CheckCommands(const Element& function) {
+        const Element* const commands = function.ChildNamed(L"Commands");
+        if (commands == nullptr) {
+            findings.Add(function, "missing-commands", "\"Commands\" is missing", CatalogueRefused);
+            return;
+        }
+        CheckContent(*commands, {}, {}, {L"CommandItem"}, findings);
+        WorkingRecord command;
+        for (const Element* const item : commands->ChildrenNamed(L"CommandItem"))
+            CheckCommand(*item, command, "text-cut", "the library cuts it for the command", findings);
+    }
+
+    Findings& findings;
+    WorkingRecord working;
+    IdsInUse ids;
+    CatalogueOptions options;
+};
+
+}  // namespace
+
+std::optional<CatalogueOptions> CheckDefaults(const Element& root, Findings& findings) {
+    CheckContent(root, {}, {L"CommonSettings", L"Functions"}, {}, findings);
+    CheckCommonSettings(root, "the library takes the setting of the base catalogue instead", findings);
+    const Element* const functions = root.ChildNamed(L"Functions");
+    if (functions == nullptr) {
+        findings.Add(root, "missing-section", "\"Functions\" is missing", "there is no catalogue");
+        return {};
+    }
+    CheckContent(*functions, {}, {}, {L"Function"}, findings);
+    Catalogue catalogue{findings};
+    for (const Element* const function : functions->ChildrenNamed(L"Function"))
+        catalogue.Check(*function);
+    if (findings.HasConsequence(CatalogueRefused))
+        return {};
+    return std::move(catalogue).Options();
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,64 @@
+#include "doctor/Doctor.h"
+
+#include <system_error>
+
+#include "doctor/Files.h"
+#include "doctor/XmlFile.h"
+#include "ZOTDamClient.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+constexpr char NoCatalogue[] = "there is no catalogue: the library has no functions";
+constexpr char NoBase[] = "the library has no base functions, no spec schemes and no settings to initialise";
+constexpr char NoTexts[] = "the user sees keys in place of all texts";
+
+constexpr FileToExamine BaseFile = {256, {NoBase, NoBase, NoBase}};
+constexpr FileToExamine DefaultsFile = {256, {NoCatalogue, NoCatalogue, NoCatalogue}};
+constexpr FileToExamine UserSettingsFile = {
+    256,
+    {nullptr, "the library goes by the defaults and stores nothing",
+     "the library goes by the defaults; it sets the file aside when it first stores something"}};
+constexpr FileToExamine StringTableFile = {260, {NoTexts, NoTexts, NoTexts}};
+
+void CheckPlaceToStore(Findings& findings) {
+    std::error_code error;
+    if (!is_directory(findings.Path().parent_path(), error))
+        findings.AddToFile("missing-folder", "its folder does not exist",
+                           "the library does not create it, and stores nothing");
+    const DWORD attributes = GetFileAttributesW(findings.Path().c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+        findings.AddToFile("read-only-file", "the file is read-only", "the library stores nothing");
+}
+
+Findings FindingsFor(const DataFile& file) {
+    return {file.title, PathOf(file)};
+}
+
+}  // namespace
+
+Diagnosis ExamineDataFiles(const std::filesystem::path& stringTable) {
+    const ComScope com;
+    Findings base = FindingsFor(BaseCatalogue);
+    Findings defaults = FindingsFor(Defaults);
+    Findings userSettings = FindingsFor(UserSettings);
+    Findings texts{"string table", stringTable};
+    if (const auto root = ReadXmlFile(BaseFile, base))
+        CheckBase(*root, base);
+    const std::optional<Element> defaultsRoot = ReadXmlFile(DefaultsFile, defaults);
+    std::optional<CatalogueOptions> catalogue;
+    if (defaultsRoot)
+        catalogue = CheckDefaults(*defaultsRoot, defaults);
+    CheckPlaceToStore(userSettings);
+    if (const auto root = ReadXmlFile(UserSettingsFile, userSettings))
+        CheckUserSettings(*root, catalogue ? &*catalogue : nullptr, userSettings);
+    if (const auto root = ReadXmlFile(StringTableFile, texts)) {
+        const TextKeys keys = CheckStringTable(*root, texts);
+        if (catalogue)
+            CheckTranslations(*defaultsRoot, keys, Utf8(stringTable.filename()), defaults);
+    }
+    return {base, defaults, userSettings, texts};
+}
+
+}  // namespace ZOTDam::Client

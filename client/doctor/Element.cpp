@@ -1,0 +1,98 @@
+#include "doctor/Element.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "Text.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+// Nothing below is ever read, however deep a file goes.
+constexpr std::size_t MaxDepth = 8;
+
+Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number) {
+    Element element;
+    element.name = NameOf(node);
+    element.hasNamespace = HasNamespace(node);
+    element.attributes = ReadAttributes(node);
+    element.path = std::move(path);
+    element.number = number;
+    if (element.name == L"value")
+        element.text = TextOf(node);
+    return element;
+}
+
+// An element whose children are being added.
+class OpenElement {
+public:
+    OpenElement(IXMLDOMNode* node, std::string path, std::size_t number)
+        : element{ElementOf(node, std::move(path), number)}, nodes{ChildElements(node)} {
+        for (const Node& child : nodes)
+            ++totals[NameOf(child.get())];
+    }
+
+    bool HasMoreChildren() const noexcept { return next < nodes.size(); }
+
+    OpenElement OpenNextChild(std::size_t number) {
+        IXMLDOMNode* const child = nodes[next++].get();
+        const std::wstring name = NameOf(child);
+        std::string path = element.path + "/" + ToUtf8(name);
+        if (totals[name] > 1)
+            path += "[" + std::to_string(++positions[name]) + "]";
+        return {child, std::move(path), number};
+    }
+
+    void Add(Element child) { element.children.push_back(std::move(child)); }
+
+    Element Close() && { return std::move(element); }
+
+private:
+    Element element;
+    std::vector<Node> nodes;
+    std::size_t next = 0;
+    std::map<std::wstring, std::size_t> totals;  // of the children, by name
+    std::map<std::wstring, std::size_t> positions;
+};
+
+}  // namespace
+
+std::vector<const Element*> Element::ChildrenNamed(std::wstring_view sought) const {
+    std::vector<const Element*> found;
+    for (const Element& child : children)
+        if (child.IsNamed(sought))
+            found.push_back(&child);
+    return found;
+}
+
+const Element* Element::ChildNamed(std::wstring_view sought) const {
+    const auto found =
+        std::ranges::find_if(children, [sought](const Element& child) { return child.IsNamed(sought); });
+    return found != children.end() ? &*found : nullptr;
+}
+
+const std::wstring* Element::FindAttribute(std::wstring_view sought) const {
+    const auto found = std::ranges::find(attributes, sought, &Attribute::name);
+    return found != attributes.end() ? &found->value : nullptr;
+}
+
+Element BuildElement(IXMLDOMNode* root) {
+    std::size_t elements = 0;
+    std::vector<OpenElement> open;
+    open.emplace_back(root, "/" + ToUtf8(NameOf(root)), elements);
+    while (true) {
+        if (open.back().HasMoreChildren() && open.size() < MaxDepth) {
+            open.push_back(open.back().OpenNextChild(++elements));
+            continue;
+        }
+        Element closed = std::move(open.back()).Close();
+        open.pop_back();
+        if (open.empty())
+            return closed;
+        open.back().Add(std::move(closed));
+    }
+}
+
+}  // namespace ZOTDam::Client

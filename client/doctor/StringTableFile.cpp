@@ -1,0 +1,112 @@
+#include <algorithm>
+
+#include "doctor/Files.h"
+#include "Text.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+// The case of ASCII letters does not matter for a key.
+std::wstring LowerCase(std::wstring key) {
+    std::ranges::transform(key, key.begin(), [](wchar_t unit) {
+        return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
+    });
+    return key;
+}
+
+class Entries {
+public:
+    explicit Entries(Findings& fileFindings) : findings{fileFindings} {}
+
+    void Check(const Element& entry) {
+        CheckSpelling(entry, L"value", findings);
+        const std::wstring* const name = entry.FindAttribute(L"name");
+        if (name == nullptr) {
+            findings.Add(entry, "missing-name", "\"name\" is missing", "the library never finds the text");
+            return;
+        }
+        const auto [first, isNew] = paths.emplace(LowerCase(*name), entry.path);
+        if (isNew)
+            keys.insert(first->first);
+        else
+            findings.Add(entry, "duplicate-key", "it has the key " + Quoted(*name) + " of " + first->second,
+                         "the library finds only the first one");
+        CheckText(entry);
+    }
+
+    TextKeys Keys() && { return std::move(keys); }
+
+private:
+    void CheckText(const Element& entry) {
+        const auto values = entry.ChildrenNamed(L"value");
+        if (values.empty()) {
+            findings.Add(entry, "missing-text", "\"value\" is missing",
+                         "the library has no text for the key, whatever entry comes behind it");
+            return;
+        }
+        CheckLength(*values.front(), L"value", values.front()->text, "text-cut", "the library cuts it",
+                    findings);
+        for (std::size_t i = 1; i < values.size(); ++i)
+            findings.Add(*values[i], "duplicate-element", "there is a \"value\" before it",
+                         "the library reads only the first one");
+    }
+
+    Findings& findings;
+    std::map<std::wstring, std::string> paths;
+    TextKeys keys;
+};
+
+class Translations {
+public:
+    Translations(const TextKeys& tableKeys, std::string table, Findings& fileFindings)
+        : keys{tableKeys}, stringTable{std::move(table)}, findings{fileFindings} {}
+
+    // Each key is reported where it stands first.
+    void Check(const Element& element, const wchar_t* attribute, const char* consequence) {
+        const std::wstring* const key = element.FindAttribute(attribute);
+        if (key == nullptr || key->empty())
+            return;
+        const std::wstring lowerCase = LowerCase(*key);
+        if (!keys.contains(lowerCase) && reported.insert(lowerCase).second)
+            findings.Add(element, "missing-translation",
+                         Quoted(attribute) + " is " + Quoted(*key) + ", which " + stringTable + " lacks",
+                         consequence);
+    }
+
+private:
+    const TextKeys& keys;
+    std::string stringTable;
+    Findings& findings;
+    TextKeys reported;
+};
+
+}  // namespace
+
+TextKeys CheckStringTable(const Element& root, Findings& findings) {
+    CheckSpelling(root, L"data", findings);
+    Entries entries{findings};
+    for (const Element* const entry : root.ChildrenNamed(L"data"))
+        entries.Check(*entry);
+    return std::move(entries).Keys();
+}
+
+void CheckTranslations(const Element& defaultsRoot, const TextKeys& keys, const std::string& stringTable,
+                       Findings& findings) {
+    const Element* const functions = defaultsRoot.ChildNamed(L"Functions");
+    if (functions == nullptr)
+        return;
+    Translations translations{keys, stringTable, findings};
+    for (const Element* const function : functions->ChildrenNamed(L"Function")) {
+        for (const wchar_t* const attribute : {L"Name", L"Group"})
+            translations.Check(*function, attribute, "the user sees the key");
+        const Element* const display = function->ChildNamed(L"Display");
+        for (const wchar_t* const source : {L"AC", L"DC"})
+            if (const Element* const list = display != nullptr ? display->ChildNamed(source) : nullptr)
+                for (const Element* const item : list->ChildrenNamed(L"DisplayItem"))
+                    translations.Check(*item, L"Label",
+                                       "the user sees the key, and nothing in a list of differences");
+    }
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,84 @@
+#include "doctor/Files.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+// A function that cannot be read ends the reading of its scheme, which is completed only if it has any.
+constexpr char NothingRead[] = "the library finds the scheme empty and gives it no defaults";
+constexpr char RestIsDefault[] =
+    "in this scheme, the library reads neither this function nor those behind it: it goes by their defaults";
+
+class UserScheme {
+public:
+    UserScheme(const CatalogueOptions* catalogueOptions, Findings& fileFindings)
+        : catalogue{catalogueOptions}, findings{fileFindings} {}
+
+    void Check(const Element& function, bool isFirst) {
+        CheckContent(function, {L"ID", L"ACParamIndex", L"DCParamIndex"}, {}, {}, findings);
+        const OptionCounts* options = nullptr;
+        if (const std::wstring* const text = function.FindAttribute(L"ID"))
+            options = CheckId(function, NumberFrom(function, L"ID", *text, findings));
+        else
+            findings.Add(
+                function, "missing-id", "\"ID\" is missing",
+                (isFirst ? NothingRead : RestIsDefault) + std::string{", and can store nothing in it"});
+        CheckParameters(function, options,
+                        isFirst ? NothingRead : std::string{RestIsDefault} + ", and stores those", findings);
+    }
+
+private:
+    // The options of the function, or null.
+    const OptionCounts* CheckId(const Element& function, std::int32_t id) {
+        ids.Check(function, id, "the library goes by the first one", findings);
+        if (catalogue == nullptr)
+            return nullptr;
+        const auto known = catalogue->find(id);
+        if (known != catalogue->end())
+            return &known->second;
+        findings.Add(function, "unknown-function", "the catalogue has no function " + std::to_string(id),
+                     "the library lists its parameters, but no command carries them out");
+        return nullptr;
+    }
+
+    const CatalogueOptions* catalogue;
+    Findings& findings;
+    IdsInUse ids;
+};
+
+void CheckFunctions(const Element& scheme, const CatalogueOptions* catalogue, Findings& findings) {
+    const auto functions = scheme.ChildrenNamed(L"Function");
+    if (functions.empty())
+        findings.Add(scheme, "empty-scheme", "the scheme has no \"Function\"", NothingRead);
+    UserScheme userScheme{catalogue, findings};
+    for (const Element* const function : functions)
+        userScheme.Check(*function, function == functions.front());
+}
+
+void CheckSchemes(const Element& powerSchemes, const CatalogueOptions* catalogue, Findings& findings) {
+    CheckContent(powerSchemes, {}, {}, {L"PowerScheme"}, findings);
+    GuidsInUse guids;
+    for (const Element* const scheme : powerSchemes.ChildrenNamed(L"PowerScheme")) {
+        CheckContent(*scheme, {L"GUID"}, {}, {L"Function"}, findings);
+        const std::wstring* const guid = scheme->FindAttribute(L"GUID");
+        if (guid == nullptr)
+            findings.Add(
+                *scheme, "missing-guid", "\"GUID\" is missing",
+                "the library finds neither this scheme nor those behind it, and adds the defaults of "
+                "such a scheme anew each time");
+        else if (CheckGuid(*scheme, L"GUID", *guid, findings))
+            guids.Check(*scheme, *guid, findings);
+        CheckFunctions(*scheme, catalogue, findings);
+    }
+}
+
+}  // namespace
+
+void CheckUserSettings(const Element& root, const CatalogueOptions* catalogue, Findings& findings) {
+    CheckContent(root, {}, {L"CommonSettings", L"PowerSchemes"}, {}, findings);
+    CheckCommonSettings(root, "the library takes the default instead", findings);
+    if (const Element* const powerSchemes = root.ChildNamed(L"PowerSchemes"))
+        CheckSchemes(*powerSchemes, catalogue, findings);
+}
+
+}  // namespace ZOTDam::Client

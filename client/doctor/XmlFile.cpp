@@ -1,0 +1,122 @@
+#include "doctor/XmlFile.h"
+
+#include <oleauto.h>
+
+#include <system_error>
+
+#include "Error.h"
+#include "platform/File.h"
+#include "Text.h"
+#include "xml/EntityBomb.h"
+
+namespace ZOTDam::Client {
+
+namespace {
+
+using Document = std::unique_ptr<IXMLDOMDocument, ReleaseInterface>;
+
+Document NewDocument() {
+    constexpr CLSID DomDocument60 = {
+        0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+    constexpr IID DomDocument = {
+        0x2933bf81, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+    void* created = nullptr;
+    if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, DomDocument, &created)))
+        throw Error{"MSXML 6 is missing."};
+    Document document{static_cast<IXMLDOMDocument*>(created)};
+    document->put_async(VARIANT_FALSE);
+    return document;
+}
+
+bool Load(IXMLDOMDocument& document, const std::filesystem::path& path) {
+    VARIANT source;
+    V_VT(&source) = VT_BSTR;
+    V_BSTR(&source) = SysAllocString(path.c_str());
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    const HRESULT result = document.load(source, &loaded);
+    SysFreeString(V_BSTR(&source));
+    return result == S_OK && loaded == VARIANT_TRUE;
+}
+
+// " at line 3, column 7", as far as the parser tells.
+std::string PlaceOfError(IXMLDOMDocument& document) {
+    IXMLDOMParseError* parseError = nullptr;
+    if (document.get_parseError(&parseError) != S_OK)
+        return {};
+    const std::unique_ptr<IXMLDOMParseError, ReleaseInterface> error{parseError};
+    long line = 0;
+    long column = 0;
+    if (error->get_line(&line) != S_OK || line == 0)
+        return {};
+    return " at line " + std::to_string(line) +
+           (error->get_linepos(&column) == S_OK && column != 0 ? ", column " + std::to_string(column) : "");
+}
+
+bool HasDocumentType(IXMLDOMDocument& document) {
+    IXMLDOMDocumentType* type = nullptr;
+    const bool found = document.get_doctype(&type) == S_OK && type != nullptr;
+    if (type != nullptr)
+        type->Release();
+    return found;
+}
+
+Node RootOf(IXMLDOMDocument& document) {
+    IXMLDOMElement* root = nullptr;
+    document.get_documentElement(&root);
+    return Node{root};
+}
+
+std::optional<Element> ReadDocument(const FileToExamine& file, Findings& findings) {
+    const Document document = NewDocument();
+    if (!Load(*document, findings.Path())) {
+        findings.AddObstacle("no-xml", "the file is no XML" + PlaceOfError(*document), file.loss.noXml);
+        return {};
+    }
+    if (HasDocumentType(*document))
+        findings.AddToFile("document-type", "the file has a document type",
+                           "the library copies nothing out of it, and the DOM of Windows refuses it");
+    return BuildElement(RootOf(*document).get());
+}
+
+bool IsMissing(const FileToExamine& file, Findings& findings) {
+    std::error_code error;
+    if (exists(findings.Path(), error) || error)
+        return false;
+    if (file.loss.missing != nullptr)
+        findings.AddObstacle("missing-file", "the file does not exist", file.loss.missing);
+    return true;
+}
+
+// With the separator behind it.
+std::size_t LengthOfFolder(const std::filesystem::path& path) {
+    return path.native().rfind(L'\\') + 1;
+}
+
+}  // namespace
+
+std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings) {
+    if (LengthOfFolder(findings.Path()) >= file.folderCapacity) {
+        findings.AddObstacle(
+            "path-too-long",
+            "the name of its folder has more than " + std::to_string(file.folderCapacity - 1) + " characters",
+            file.loss.unreadable);
+        return {};
+    }
+    if (IsMissing(file, findings))
+        return {};
+    // Nobody writes the file as long as this has it open.
+    const CFile opened{CreateFileW(findings.Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    if (!opened.IsOpen()) {
+        findings.AddObstacle("unreadable-file", "the file cannot be opened", file.loss.unreadable);
+        return {};
+    }
+    if (IsEntityBomb(findings.Path())) {
+        findings.AddObstacle("entity-bomb", "the file declares entities that grow beyond measure",
+                             file.loss.noXml);
+        return {};
+    }
+    return ReadDocument(file, findings);
+}
+
+}  // namespace ZOTDam::Client

@@ -1,0 +1,229 @@
+// What zotdamctl doctor tells of each flaw of the base catalogue, and that the library does what it says.
+#include "client/DoctorTest.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+const std::string TooLong(TextCapacity, 't');
+
+const std::string Function1 = "/ZOTBase/Functions/Function[1]";
+const std::string Function2 = "/ZOTBase/Functions/Function[2]";
+const std::string Command2 = Function2 + "/Commands/CommandFamily/CommandItem";
+const std::string SpecScheme1 = "/ZOTBase/SpecSchemes/SchemeItem[1]";
+const std::string SubGroup1 = SpecScheme1 + "/SubGroup[1]";
+
+const std::string EndOfReading =
+    "the library reads neither this function nor those behind it, and tells of none that it is unsupported";
+const std::string RefusedWhenAdopted =
+    "once the function is adopted, the library refuses the whole catalogue";
+const std::string SchemeLeftOut = "the library leaves out the whole spec scheme";
+const std::string Ignored = "the library ignores it";
+const std::string IgnoredWithAll = "the library ignores it with all that it holds";
+const std::string OnlyTheFirst = "the library reads only the first one";
+
+// A catalogue in which the functions of the base catalogue count as unsupported.
+void WriteCatalogueOfAnother(const DoctorTest& test) {
+    WriteFile(test.PathOf(File::Defaults),
+              "<ZOTDefault><Functions><Function "
+              "ID=\"9\"><Display/><Commands/></Function></Functions></ZOTDefault>");
+}
+
+void ExpectTwoBaseFunctions(DoctorTest& test) {
+    EXPECT_EQ(test.BaseFunctions().size(), 2u);
+    WriteCatalogueOfAnother(test);
+    EXPECT_EQ(test.UnsupportedFunctions().size(), 2u);
+}
+
+void ExpectReadingToEndAtTheSecond(DoctorTest& test) {
+    EXPECT_EQ(test.BaseFunctions().size(), 1u);
+    WriteCatalogueOfAnother(test);
+    EXPECT_EQ(test.UnsupportedFunctions().size(), 0u);
+}
+
+void ExpectNoCatalogueOnceAdopted(DoctorTest& test) {
+    test.AdoptAll();
+    EXPECT_EQ(test.Dll().GetFuncCount(), CatalogueUnavailable);
+}
+
+const FunctionBaseRecord& Second(const List<FunctionBaseRecord>& records) {
+    EXPECT_EQ(records.size(), 2u);
+    return *++records.begin();
+}
+
+std::vector<Flaw> FlawsOfBaseFunctions() {
+    return {
+        {"NoId", File::Base, R"(ID="2" )", "", "carried-over", Function2,
+         "the library takes \"1\" from " + Function1,
+         [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 1); }},
+        {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", Function1, "for the library it is 0",
+         [](DoctorTest& test) { EXPECT_EQ(test.BaseFunctions().begin()->id, 0); }},
+        {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, RefusedWhenAdopted,
+         ExpectNoCatalogueOnceAdopted},
+        {"SameId", File::Base, R"(ID="2" )", R"(ID="1" )", "duplicate-id", Function2,
+         "the library lists both; once both are adopted, it drops this one",
+         [](DoctorTest& test) {
+             EXPECT_EQ(Second(test.BaseFunctions()).id, 1);
+             test.AdoptAll();
+             ASSERT_EQ(test.Dll().GetFuncCount(), 1u);
+             EXPECT_EQ(test.GetFunctionInfo()[0].name, L"Light text");
+         }},
+        {"IdWithATail", File::Base, R"(ID="2" )", R"(ID="2;" )", "misread-number", Function2,
+         "the library reads it as 2",
+         [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 2); }},
+        {"NoGroup", File::Base, R"( Group="PowerKey")", "", "carried-over", Function2,
+         "the library takes \"ScreenKey\" from " + Function1,
+         [](DoctorTest& test) { EXPECT_STREQ(Second(test.BaseFunctions()).group, L"ScreenKey"); }},
+        {"NoEventOfACommand", File::Base, R"( Event="22")", "", "carried-over", Command2,
+         "the library takes \"12\" from " + Function1 + "/Commands/CommandFamily/CommandItem",
+         [](DoctorTest& test) {
+             const auto records = test.BaseFunctions();
+             EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.begin()->event, 12);
+         }},
+        {"NoParamOfACheck", File::Base, R"( Param2="f")", "", "carried-over",
+         Function2 + "/Commands/CommandFamily/CheckExistItem",
+         "the library takes \"b\" from " + Function1 + "/Commands/CommandFamily/CheckExistItem",
+         [](DoctorTest& test) {
+             const auto records = test.BaseFunctions();
+             EXPECT_STREQ(Second(records).commandFamilies.begin()->checkExistItems.begin()->param2, L"b");
+         }},
+        {"TooLongName", File::Base, "SleepKey", TooLong, "text-too-long", Function2, EndOfReading,
+         ExpectReadingToEndAtTheSecond},
+        {"TooLongSpecInfo", File::Base, "Doze", TooLong, "text-too-long", Command2, EndOfReading,
+         ExpectReadingToEndAtTheSecond},
+        {"TooLongParam", File::Base, R"(Param4="h")", "Param4=\"" + TooLong + "\"", "text-too-long",
+         Function2 + "/Commands/CommandFamily/CheckExistItem", EndOfReading, ExpectReadingToEndAtTheSecond},
+        {"TooLongLabel", File::Base, "DarkKey", TooLong, "text-too-long",
+         Function1 + "/Display/AC/DisplayItem[2]", RefusedWhenAdopted, ExpectNoCatalogueOnceAdopted},
+        {"NoDisplay", File::Base, "<Display><AC/><DC/></Display>", "", "missing-display", Function2,
+         RefusedWhenAdopted, ExpectNoCatalogueOnceAdopted},
+        {"NoDefault", File::Base, R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "", "missing-default",
+         Function1,
+         "once the function is adopted, this function and those behind it have no default parameters",
+         [](DoctorTest& test) {
+             EXPECT_EQ(test.GetParameterDefault(Balanced), DefaultsOfBalanced);
+             test.Unload();
+             test.AdoptAll();
+             EXPECT_EQ(test.GetParameterDefault(Balanced), Params{});
+         }},
+        {"CommandOfNoPowerSource", File::Base, R"(State="24" ParamIndex1="0")",
+         R"(State="24" ParamIndex1="-1")", "no-power-source", Command2,
+         "the command gets the option on battery",
+         [](DoctorTest& test) {
+             const auto records = test.BaseFunctions();
+             EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.begin()->paramIndex1, -1);
+         }},
+        {"NoCommandItem", File::Base,
+         R"(<CommandItem ID="21" Event="22" Flag="23" State="24" ParamIndex1="0" ParamIndex2="1" SpecInfo1="Doze"/>)",
+         "", "no-commands", Function2 + "/Commands", "the function is left out when it is adopted",
+         [](DoctorTest& test) {
+             test.AdoptAll();
+             EXPECT_EQ(test.Dll().GetFuncCount(), 1u);
+         }},
+        {"CommandBesideTheFamilies", File::Base, "<CommandFamily>\n      <CommandItem ID=\"21\"",
+         "<CommandItem ID=\"20\"/><CommandFamily>\n      <CommandItem ID=\"21\"", "unknown-element",
+         Function2 + "/Commands/CommandItem", IgnoredWithAll,
+         [](DoctorTest& test) {
+             const auto records = test.BaseFunctions();
+             EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.size(), 1u);
+         }},
+        {"UnknownAttribute", File::Base, R"(Param4="h")", R"(Param4="h" Param5="i")", "unknown-attribute",
+         Function2 + "/Commands/CommandFamily/CheckExistItem", Ignored, ExpectTwoBaseFunctions},
+    };
+}
+
+std::vector<Flaw> FlawsOfTheBaseDocument() {
+    const std::string functions = "<Functions/>";
+    const std::string settings = R"(<CommonSettings Warning="5"/>)";
+    const std::string specSchemes = "<SpecSchemes/>";
+    return {
+        {"NoFunctions", File::Base, "", "<ZOTBase>" + settings + specSchemes + "</ZOTBase>",
+         "missing-section", "/ZOTBase", "there are no base functions",
+         [](DoctorTest& test) { EXPECT_TRUE(test.BaseFunctions().empty()); }},
+        {"NoSpecSchemes", File::Base, "", "<ZOTBase>" + settings + functions + "</ZOTBase>",
+         "missing-section", "/ZOTBase", "there are no spec schemes",
+         [](DoctorTest& test) { EXPECT_TRUE(test.SpecSchemes().empty()); }},
+        {"NoCommonSettings", File::Base, "", "<ZOTBase>" + functions + specSchemes + "</ZOTBase>",
+         "missing-section", "/ZOTBase", "the library cannot initialise the common settings",
+         [](DoctorTest& test) { EXPECT_FALSE(test.Dll().InitCommonSetting()); }},
+        {"SettingAsElement", File::Base, R"(<CommonSettings Warning="5" Shift="0"/>)",
+         R"(<CommonSettings Warning="5" Shift="0"><Eco/></CommonSettings>)", "setting-as-element",
+         "/ZOTBase/CommonSettings/Eco", Ignored,
+         [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Eco"), L"none"); }},
+        {"TooLongSetting", File::Base, R"(Shift="0")", "Shift=\"" + TooLong + "\"", "setting-too-long",
+         "/ZOTBase/CommonSettings", "the library has no such setting",
+         [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Shift"), L"none"); }},
+        {"MoreSpecSchemes", File::Base, "</SpecSchemes>",
+         R"(</SpecSchemes><SpecSchemes><SchemeItem SchemeGUID="a1841308-3541-4fab-bc81-f71556f20b4a"/></SpecSchemes>)",
+         "duplicate-element", "/ZOTBase/SpecSchemes[2]", OnlyTheFirst,
+         [](DoctorTest& test) { EXPECT_EQ(test.SpecSchemes().size(), 2u); }},
+        {"NoCommandsElement", File::Base, "",
+         "<ZOTBase>" + settings + R"(<Functions>
+            <Function ID="1" Name="" Group="" Type="0" Flag="0"><Display/>
+                <Default ACParamIndex="0" DCParamIndex="0"/></Function></Functions>)" +
+             specSchemes + "</ZOTBase>",
+         "missing-commands", "/ZOTBase/Functions/Function", EndOfReading,
+         [](DoctorTest& test) {
+             EXPECT_TRUE(test.BaseFunctions().empty());
+             EXPECT_TRUE(test.UnsupportedFunctions().empty());
+         }},
+    };
+}
+
+// The first spec scheme has two subgroups, of which the first has two settings.
+void ExpectTheFirstSchemeToBeLeftOut(DoctorTest& test) {
+    const auto schemes = test.SpecSchemes();
+    ASSERT_EQ(schemes.size(), 1u);
+    EXPECT_EQ(schemes.begin()->scheme, HighPerformance);
+}
+
+std::vector<Flaw> FlawsOfSpecSchemes() {
+    const std::string setting1 = SubGroup1 + "/PowerSetting[1]";
+    return {
+        {"NoSchemeGuid", File::Base, R"( SchemeGUID="381b4222-f694-41f0-9685-ff5bb260df2e")", "",
+         "missing-guid", SpecScheme1, SchemeLeftOut, ExpectTheFirstSchemeToBeLeftOut},
+        {"NoSubGroupGuid", File::Base, R"( SubGroupGUID="238c9fa8-0aad-41ed-83f4-97be242c8f20")", "",
+         "missing-guid", SpecScheme1 + "/SubGroup[2]", SchemeLeftOut, ExpectTheFirstSchemeToBeLeftOut},
+        {"NoPowerSettingGuid", File::Base, R"( PowerSettingGUID="3c0bc021-c8a8-4e07-a973-6b14cbcb2b7e")", "",
+         "missing-guid", setting1, SchemeLeftOut, ExpectTheFirstSchemeToBeLeftOut},
+        {"NoValue", File::Base, R"( DCValue="120")", "", "missing-value", setting1, SchemeLeftOut,
+         ExpectTheFirstSchemeToBeLeftOut},
+        {"BracedSchemeGuid", File::Base, "381b4222-f694-41f0-9685-ff5bb260df2e",
+         "{381b4222-f694-41f0-9685-ff5bb260df2e}", "malformed-guid", SpecScheme1, Ignored,
+         ExpectTheFirstSchemeToBeLeftOut},
+        {"MalformedSubGroupGuid", File::Base, "238c9fa8-0aad-41ed-83f4-97be242c8f20",
+         "238c9fa8-0aad-41ed-83f4-97be242c8f2g", "malformed-guid", SpecScheme1 + "/SubGroup[2]", Ignored,
+         [](DoctorTest& test) {
+             const auto schemes = test.SpecSchemes();
+             ASSERT_EQ(schemes.size(), 2u);
+             EXPECT_EQ(schemes.begin()->subGroups.size(), 1u);
+         }},
+        {"ShortPowerSettingGuid", File::Base, "3c0bc021-c8a8-4e07-a973-6b14cbcb2b7e", "3c0bc021",
+         "malformed-guid", setting1, Ignored,
+         [](DoctorTest& test) {
+             const auto schemes = test.SpecSchemes();
+             ASSERT_EQ(schemes.size(), 2u);
+             EXPECT_EQ(schemes.begin()->subGroups.begin()->powerSettings.size(), 1u);
+         }},
+        {"ValueThatIsNoNumber", File::Base, R"(ACValue="300")", R"(ACValue="0x12C")", "misread-number",
+         setting1, "the library reads it as 0",
+         [](DoctorTest& test) {
+             const auto schemes = test.SpecSchemes();
+             ASSERT_EQ(schemes.size(), 2u);
+             EXPECT_EQ(schemes.begin()->subGroups.begin()->powerSettings.begin()->acValue, 0);
+         }},
+        {"UnknownSetting", File::Base, R"(<PowerSetting PowerSettingGUID="aded5e82)",
+         R"(<Setting/><PowerSetting PowerSettingGUID="aded5e82)", "unknown-element", SubGroup1 + "/Setting",
+         IgnoredWithAll, [](DoctorTest& test) { EXPECT_EQ(test.SpecSchemes().size(), 2u); }},
+    };
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(OfBaseFunctions, FlawTest, testing::ValuesIn(FlawsOfBaseFunctions()),
+                         CaseName<Flaw>);
+INSTANTIATE_TEST_SUITE_P(OfTheBaseDocument, FlawTest, testing::ValuesIn(FlawsOfTheBaseDocument()),
+                         CaseName<Flaw>);
+INSTANTIATE_TEST_SUITE_P(OfSpecSchemes, FlawTest, testing::ValuesIn(FlawsOfSpecSchemes()), CaseName<Flaw>);
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,183 @@
+// What zotdamctl doctor tells of a file that the library cannot have, or where it cannot store, and that the
+// library does what it says.
+#include "client/DoctorTest.h"
+#include "support/Bombs.h"
+#include "support/OpenFile.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+// What the library loses with a file, as the finding says it and as it shows.
+struct Loss {
+    std::string name;
+    File file;
+    std::string consequence;
+    void (*check)(DoctorTest&);
+};
+
+void PrintTo(const Loss& loss, std::ostream* out) {
+    *out << loss.name;
+}
+
+const Loss Base = {"Base", File::Base,
+                   "the library has no base functions, no spec schemes and no settings to initialise",
+                   [](DoctorTest& test) {
+                       EXPECT_TRUE(test.BaseFunctions().empty());
+                       EXPECT_TRUE(test.SpecSchemes().empty());
+                       EXPECT_FALSE(test.Dll().InitCommonSetting());
+                   }};
+
+const Loss Catalogue = {"Defaults", File::Defaults, "there is no catalogue: the library has no functions",
+                        [](DoctorTest& test) { EXPECT_EQ(test.FuncCount(), CatalogueUnavailable); }};
+
+const Loss Texts = {"StringTable", File::StringTable, "the user sees keys in place of all texts",
+                    [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].name, L"LightKey"); }};
+
+void ExpectTheDefaults(DoctorTest& test) {
+    EXPECT_EQ(test.GetParameter(HighPerformance), DefaultsOfHighPerformance);
+    EXPECT_EQ(test.Setting(L"Warning"), L"10");
+}
+
+// The first thing that is stored are the defaults, when a scheme is read.
+const Loss UserSettings = {
+    "UserSettings", File::UserSettings,
+    "the library goes by the defaults; it sets the file aside when it first stores something",
+    [](DoctorTest& test) {
+        const std::string before = test.UserSettings();
+        ExpectTheDefaults(test);
+        EXPECT_EQ(ReadFile(test.UnreadableUserSettings()), before);
+        EXPECT_NE(test.UserSettings(), before);
+    }};
+
+const Loss LockedUserSettings = {"UserSettings", File::UserSettings,
+                                 "the library goes by the defaults and stores nothing", ExpectTheDefaults};
+
+}  // namespace
+
+class FilesTest : public DoctorTest, public testing::WithParamInterface<Loss> {
+protected:
+    void Write(const std::string& content) const { WriteFile(PathOf(GetParam().file), content); }
+
+    void ExpectObstacle(const std::string& kind) {
+        const auto& [name, file, consequence, check] = GetParam();
+        EXPECT_EQ(WithoutProblems(FindingsWith(2)), Json({FindingIn(file, nullptr, kind, consequence)}));
+        check(*this);
+    }
+};
+
+using MissingFileTest = FilesTest;
+
+TEST_P(MissingFileTest, IsFoundAndTreatedAsTheFindingSays) {
+    std::filesystem::remove(PathOf(GetParam().file));
+    ExpectObstacle("missing-file");
+}
+
+INSTANTIATE_TEST_SUITE_P(Installed, MissingFileTest, testing::Values(Base, Catalogue, Texts), CaseName<Loss>);
+
+using BrokenFileTest = FilesTest;
+
+TEST_P(BrokenFileTest, IsFoundAndTreatedAsTheFindingSays) {
+    Write("<Any><Functions></Any>");
+    ExpectObstacle("no-xml");
+}
+
+TEST_P(BrokenFileTest, MayBeEmpty) {
+    Write("");
+    ExpectObstacle("no-xml");
+}
+
+TEST_P(BrokenFileTest, MayHaveEntitiesThatTheParserRefuses) {
+    Write(GrowingEntities(30, "boom") + "<R>&a30;</R>");
+    ExpectObstacle("no-xml");
+}
+
+TEST_P(BrokenFileTest, MayHaveAParameterEntity) {
+    Write(GrowingParameterEntities(4) + "<R/>");
+    ExpectObstacle("entity-bomb");
+}
+
+TEST_P(BrokenFileTest, MayUseALargeEntityOften) {
+    Write(EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>");
+    ExpectObstacle("entity-bomb");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, BrokenFileTest, testing::Values(Base, Catalogue, UserSettings, Texts),
+                         CaseName<Loss>);
+
+using LockedFileTest = FilesTest;
+
+TEST_P(LockedFileTest, IsFoundAndTreatedAsTheFindingSays) {
+    const OpenFile locked{PathOf(GetParam().file), GENERIC_READ, 0};
+    ExpectObstacle("unreadable-file");
+}
+
+TEST_P(LockedFileTest, MayBeAFolder) {
+    std::filesystem::remove(PathOf(GetParam().file));
+    std::filesystem::create_directory(PathOf(GetParam().file));
+    ExpectObstacle("unreadable-file");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LockedFileTest, testing::Values(Base, Catalogue, LockedUserSettings, Texts),
+                         CaseName<Loss>);
+
+class PlaceToStoreTest : public DoctorTest {
+protected:
+    void ExpectNothingToBeStored(const std::string& kind, const std::string& consequence) {
+        EXPECT_EQ(WithoutProblems(FindingsWith(1)),
+                  Json({FindingIn(File::UserSettings, nullptr, kind, consequence)}));
+        EXPECT_FALSE(Set(L"Warning", L"20"));
+    }
+};
+
+TEST_F(PlaceToStoreTest, NeedsNoUserSettings) {
+    std::filesystem::remove(installation.UserFile());
+    EXPECT_EQ(FindingsWith(0), Json::array());
+    EXPECT_TRUE(Set(L"Warning", L"20"));
+    EXPECT_EQ(Setting(L"Warning"), L"20");
+}
+
+TEST_F(PlaceToStoreTest, NeedsTheirFolder) {
+    std::filesystem::remove_all(installation.UserFile().parent_path());
+    ExpectNothingToBeStored("missing-folder", "the library does not create it, and stores nothing");
+    EXPECT_FALSE(HasUserSettings());
+}
+
+TEST_F(PlaceToStoreTest, NeedsAFileThatCanBeWritten) {
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExpectNothingToBeStored("read-only-file", "the library stores nothing");
+    EXPECT_EQ(UserSettings(), HealthyUserSettings);
+    SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+using DocumentTypeTest = DoctorTest;
+
+TEST_F(DocumentTypeTest, KeepsTheBaseCatalogueFromBeingCopied) {
+    WriteBase("<!DOCTYPE ZOTBase>" + Healthy(File::Base));
+    EXPECT_EQ(WithoutProblems(FindingsWith(1)),
+              Json({FindingIn(File::Base, nullptr, "document-type",
+                              "the library copies nothing out of it, and the DOM of Windows refuses it")}));
+    EXPECT_FALSE(Dll().InitCommonSetting());
+}
+
+TEST_F(DocumentTypeTest, MayHaveEntitiesThatDoNotGrow) {
+    WriteBase("<!DOCTYPE ZOTBase [<!ENTITY sleep 'SleepKey'><!ENTITY nap \"nap\">]>" + Healthy(File::Base));
+    EXPECT_EQ(FindingsWith(1).size(), 1u);
+    EXPECT_EQ(BaseFunctions().size(), 2u);
+}
+
+using LongPathTest = DoctorTest;
+
+TEST_F(LongPathTest, IsNoneWhereTheLibraryLooks) {
+    const std::filesystem::path folder = installation.ProgramFiles() / std::wstring(200, L'p');
+    const Json findings = FindingsWith(2, {L"--json", L"--program-files", folder});
+    ASSERT_EQ(findings.size(), 3u);
+    for (const Json& finding : findings)
+        EXPECT_EQ(finding["kind"], "path-too-long");
+    EXPECT_EQ(findings[0]["consequence"], Base.consequence);
+    SetEnvironmentVariableW(L"ProgramFiles", folder.c_str());
+    Base.check(*this);
+    Catalogue.check(*this);
+}
+
+}  // namespace ZOTDam::Test

@@ -1,0 +1,277 @@
+// zotdamctl doctor: what it examines, and how it tells what it has found.
+#include "client/DoctorTest.h"
+
+namespace ZOTDam::Test {
+
+namespace {
+
+std::string Replaced(std::string text, const std::string& part, const std::string& replacement) {
+    return text.replace(text.find(part), part.size(), replacement);
+}
+
+std::wstring LanguageOfUser() {
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
+    LCIDToLocaleName(MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
+    return name;
+}
+
+}  // namespace
+
+class DoctorReportTest : public DoctorTest {
+protected:
+    // Replaces the first such part of a healthy file.
+    void Change(File file, const std::string& part, const std::string& replacement) const {
+        WriteFile(PathOf(file), Replaced(Healthy(file), part, replacement));
+    }
+
+    std::string OutputWith(DWORD exitStatus, const Arguments& arguments = {}) const {
+        const Outcome outcome = RunDoctor(arguments);
+        EXPECT_EQ(outcome.exitStatus, exitStatus);
+        EXPECT_EQ(outcome.errors, "");
+        return outcome.output;
+    }
+
+    // Of the only finding.
+    std::string Problem(const Arguments& arguments = {L"--json"}) const {
+        const Json findings = FindingsWith(1, arguments);
+        EXPECT_EQ(findings.size(), 1u) << findings;
+        return findings.empty() ? "" : findings[0]["problem"];
+    }
+
+    std::map<File, std::string> AllFiles() const {
+        std::map<File, std::string> files;
+        for (const File file : {File::Base, File::Defaults, File::UserSettings, File::StringTable})
+            files[file] = ReadFile(PathOf(file));
+        return files;
+    }
+};
+
+TEST_F(DoctorReportTest, HasNothingToTellOfAHealthyInstallation) {
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+    EXPECT_EQ(OutputWith(0, {L"--json"}), "{\n  \"findings\": []\n}\n");
+}
+
+TEST_F(DoctorReportTest, GroupsTheFindingsByFileAndElement) {
+    Change(File::Defaults, R"(Flag="3" Type="4")", R"(Flag="x" Kind="4")");
+    Change(File::UserSettings, R"(ACParamIndex="1" DCParamIndex="0"/><)",
+           R"(ACParamIndex="2" DCParamIndex="0"/><)");
+    EXPECT_EQ(OutputWith(1), "defaults file " + Utf8(installation.DefaultsFile()) +
+                                 "\n"
+                                 "    /ZOTDefault/Functions/Function[2]\n"
+                                 "        unknown-attribute  an attribute \"Kind\" is not known here\n"
+                                 "                           the library ignores it\n"
+                                 "        misread-number     \"Flag\" is \"x\", no 32-bit number\n"
+                                 "                           the library reads it as 0\n"
+                                 "        carried-over       \"Type\" is missing\n"
+                                 "                           the library takes \"2\" from "
+                                 "/ZOTDefault/Functions/Function[1]\n"
+                                 "\n"
+                                 "user settings file " +
+                                 Utf8(installation.UserFile()) +
+                                 "\n"
+                                 "    /OrloPowerCfg/PowerSchemes/PowerScheme[1]/Function[1]\n"
+                                 "        no-such-option     \"ACParamIndex\" is 2, but the function has 2 "
+                                 "options\n"
+                                 "                           it selects none: commands get 0\n"
+                                 "\n"
+                                 "4 findings in 2 files\n");
+}
+
+TEST_F(DoctorReportTest, TellsOfAFileAsAWholeBelowItsName) {
+    std::filesystem::remove(installation.StringTableFile());
+    EXPECT_EQ(OutputWith(2), "string table " + Utf8(installation.StringTableFile()) +
+                                 "\n"
+                                 "        missing-file  the file does not exist\n"
+                                 "                      the user sees keys in place of all texts\n"
+                                 "\n"
+                                 "1 finding in 1 file; 1 file could not be examined\n");
+}
+
+TEST_F(DoctorReportTest, GivesTheFindingsAsJsonWithTheFieldsInTheirOrder) {
+    Change(File::Defaults, R"(ID="2" )", "");
+    const std::string file = Json(Utf8(installation.DefaultsFile())).dump();
+    EXPECT_EQ(OutputWith(1, {L"--json"}), R"({
+  "findings": [
+    {
+      "file": )" + file + R"(,
+      "element": "/ZOTDefault/Functions/Function[2]",
+      "kind": "missing-id",
+      "problem": "\"ID\" is missing",
+      "consequence": "the library refuses the whole catalogue"
+    }
+  ]
+}
+)");
+}
+
+TEST_F(DoctorReportTest, HasNullForTheElementOfAFileAsAWhole) {
+    std::filesystem::remove(installation.BaseFile());
+    EXPECT_EQ(FindingsWith(2)[0]["element"], Json());
+}
+
+TEST_F(DoctorReportTest, ListsTheFindingsInTheOrderOfTheFile) {
+    std::string defaults = Replaced(Healthy(File::Defaults), R"(Label="DarkKey")", R"(Label="NewKey")");
+    defaults = Replaced(defaults, R"(Flag="3")", R"(Flag="x")");
+    WriteDefaults(Replaced(defaults, R"(Warning="10"/>)", R"(Warning="10"><Eco/></CommonSettings>)"));
+    const Json findings = FindingsWith(1);
+    ASSERT_EQ(findings.size(), 3u);
+    EXPECT_EQ(findings[0]["kind"], "setting-as-element");
+    EXPECT_EQ(findings[1]["kind"], "missing-translation");
+    EXPECT_EQ(findings[2]["kind"], "misread-number");
+}
+
+TEST_F(DoctorReportTest, CannotExamineAllWhereOneFileIsBroken) {
+    WriteUserSettings("<OrloPowerCfg>");
+    Change(File::Defaults, R"(Flag="3")", R"(Flag="x")");
+    const Json findings = FindingsWith(2);
+    ASSERT_EQ(findings.size(), 2u) << "what is wrong with the other files is told all the same";
+    EXPECT_EQ(findings[0]["kind"], "misread-number");
+    EXPECT_EQ(findings[1]["kind"], "no-xml");
+}
+
+TEST_F(DoctorReportTest, TellsWhereAFileIsNoXml) {
+    WriteUserSettings("<OrloPowerCfg>\n<A></B></OrloPowerCfg>");
+    const std::string problem = FindingsWith(2)[0]["problem"];
+    EXPECT_TRUE(problem.starts_with("the file is no XML")) << problem;
+}
+
+TEST_F(DoctorReportTest, DoesNotLookForTheFunctionsOfARefusedCatalogue) {
+    std::string defaults = Replaced(Healthy(File::Defaults), R"(ID="2" )", R"(ID="-2" )");
+    WriteDefaults(defaults);
+    EXPECT_EQ(FindingsWith(1).size(), 1u);
+}
+
+TEST_F(DoctorReportTest, TellsOfAKeyWithoutTranslationOnce) {
+    Change(File::StringTable, Entry("ScreenKey", "Screen text"), "");
+    Change(File::Defaults, "PowerKey", "SCREENKEY");
+    EXPECT_EQ(Problem(), "\"Group\" is \"ScreenKey\", which StringTable.xml lacks");
+}
+
+TEST_F(DoctorReportTest, TakesTheKeysOfTheStringTableInAnyCase) {
+    Change(File::StringTable, "ScreenKey", "SCREENkey");
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+}
+
+TEST_F(DoctorReportTest, TakesAllNumbersThatTheLibraryReadsAsTheyStand) {
+    for (const char* const number : {"3", "+3", "-3", "003", " 3", "3 ", "-2147483648", "2147483647"}) {
+        Change(File::Defaults, R"(Flag="3")", "Flag=\"" + std::string{number} + "\"");
+        EXPECT_EQ(OutputWith(0), "no findings\n") << number;
+    }
+    for (const char* const number :
+         {"", "+", "-", "+-3", "--3", "- 3", "3 4", "0x3", "3.0", "1e3", "2147483648"}) {
+        Change(File::Defaults, R"(Flag="3")", "Flag=\"" + std::string{number} + "\"");
+        EXPECT_TRUE(Problem().ends_with(", no 32-bit number")) << number;
+    }
+}
+
+TEST_F(DoctorReportTest, TakesTextsThatJustFit) {
+    const std::string longest(TextCapacity - 1, 'n');
+    Change(File::Defaults, "SleepKey", longest);
+    WriteStringTable(Replaced(HealthyStringTable(), "SleepKey", longest));
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+}
+
+TEST_F(DoctorReportTest, IgnoresWhatOtherProgramsPutIntoAStringTable) {
+    Change(File::StringTable, "<root>",
+           R"(<root><resheader name="version"><value>2.0</value></resheader><!-- no entry -->)");
+    Change(File::StringTable, "<value>Never</value>", "<value>Never</value><comment>a time</comment>");
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+}
+
+TEST_F(DoctorReportTest, WritesNamesInAnyScriptAsUtf8) {
+    Change(File::Defaults, "SleepKey", "画面 &amp; &lt;größer&gt; \U0001F50B");
+    EXPECT_EQ(Problem(), "\"Name\" is \"画面 & <größer> \U0001F50B\", which StringTable.xml lacks");
+    Change(File::Defaults, "</Functions>", "</Functions><Größe/>");
+    EXPECT_EQ(FindingsWith(1)[0]["element"], "/ZOTDefault/Größe");
+}
+
+TEST_F(DoctorReportTest, KeepsTextsOnOneLine) {
+    Change(File::Defaults, "SleepKey", "two&#10;lines");
+    EXPECT_EQ(Problem(), "\"Name\" is \"two lines\", which StringTable.xml lacks");
+}
+
+TEST_F(DoctorReportTest, ShortensLongTexts) {
+    Change(File::Defaults, "SleepKey", std::string(100, 'n'));
+    EXPECT_EQ(Problem(), "\"Name\" is \"" + std::string(60, 'n') + "...\", which StringTable.xml lacks");
+}
+
+TEST_F(DoctorReportTest, ReadsUtf16) {
+    std::wstring wide = L"\xFEFF<ZOTDefault><Functions/></ZOTDefault>";
+    WriteDefaults({reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t)});
+    std::filesystem::remove(installation.UserFile());
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+}
+
+TEST_F(DoctorReportTest, ReadsFilesThatGoDeep) {
+    std::string nested;
+    for (int depth = 0; depth < 200; ++depth)
+        nested = "<A>" + nested + "</A>";
+    Change(File::Defaults, "</Functions>", "</Functions>" + nested);
+    EXPECT_EQ(FindingsWith(1)[0]["element"], "/ZOTDefault/A");
+}
+
+TEST_F(DoctorReportTest, ChangesNoFile) {
+    Change(File::UserSettings, R"( GUID="381b4222-f694-41f0-9685-ff5bb260df2e")", "");
+    const auto before = AllFiles();
+    OutputWith(1);
+    EXPECT_EQ(AllFiles(), before);
+}
+
+TEST_F(DoctorReportTest, ExaminesFilesThatAnotherProgramUses) {
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+}
+
+TEST_F(DoctorReportTest, HelpTellsTheExitStatuses) {
+    const std::string help = Output({L"doctor", L"--help"});
+    EXPECT_NE(
+        help.find("\nThe exit status is 0 when there is nothing to tell, 1 when there are findings, and 2 "),
+        std::string::npos)
+        << help;
+    EXPECT_NE(help.find("\n  --language TAG "), std::string::npos);
+    EXPECT_NE(Output({L"--help"}).find("\n  doctor "), std::string::npos);
+}
+
+// ---- The string tables ----
+
+TEST_F(DoctorReportTest, ExaminesTheStringTableOfALanguage) {
+    WriteCopy(L"de-DE", "");
+    EXPECT_EQ(OutputWith(0), "no findings\n") << "of the user's";
+    EXPECT_EQ(FindingsWith(1, {L"--json", L"--language", L"de-DE"}).size(), 10u);
+}
+
+TEST_F(DoctorReportTest, ExaminesTheStringTableOfTheUsersLanguage) {
+    std::filesystem::create_directories(CopyFor(LanguageOfUser()).parent_path());
+    WriteFile(CopyFor(LanguageOfUser()), Replaced(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
+    EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which StringTable.xml.mui lacks");
+    EXPECT_EQ(GetFunctionInfo()[1].ac[1].second, L"NeverKey") << "in the library";
+}
+
+TEST_F(DoctorReportTest, MissesTheStringTableOfALanguage) {
+    const Json finding = FindingsWith(2, {L"--json", L"--language", L"fr-FR"})[0];
+    EXPECT_EQ(finding["file"], Utf8(CopyFor(L"fr-FR")));
+    EXPECT_EQ(finding["kind"], "missing-file");
+}
+
+TEST_F(DoctorReportTest, RefusesWhatIsNoNameOfALanguage) {
+    ExpectError({L"doctor", L"--language", L"../x"}, WrongUsage,
+                "\"../x\" is no language: give its name, such as de-DE.");
+}
+
+// ---- The samples ----
+
+TEST_F(DoctorReportTest, FindsNothingInTheSamples) {
+    const std::filesystem::path samples = ZOTDAM_SAMPLES;
+    const Arguments folders = {L"doctor", L"--program-files", samples / L"Program Files", L"--program-data",
+                               samples / L"ProgramData"};
+    for (const wchar_t* const language : {L"", L"de-DE", L"ja-JP"}) {
+        Arguments arguments = folders;
+        if (*language != L'\0')
+            arguments.insert(arguments.end(), {L"--language", language});
+        const Outcome outcome = RunProgram(Client(), arguments, Library::ProgramFolder());
+        EXPECT_EQ(outcome.output, "no findings\n");
+        EXPECT_EQ(outcome.exitStatus, Success);
+    }
+}
+
+}  // namespace ZOTDam::Test
