@@ -56,6 +56,44 @@ long Translate(const wchar_t* key, const PlainDocument& stringTable) {
     return static_cast<long>(SysStringLen(V_BSTR(&text)));
 }
 
+IXMLDOMNodePtr FirstChild(IXMLDOMNode* parent) {
+    IXMLDOMNodePtr child;
+    parent->get_firstChild(&child);
+    return child;
+}
+
+template <class Action>
+void ForEachSibling(IXMLDOMNodePtr node, const CName& name, Action action) {
+    while (node) {
+        if (const IXMLDOMElementPtr element = node) {
+            BSTR tag = nullptr;
+            element->get_tagName(&tag);
+            if (name.View() == tag)
+                action(element);
+            SysFreeString(tag);
+        }
+        IXMLDOMNodePtr next;
+        node->get_nextSibling(&next);
+        node = next;
+    }
+}
+
+_variant_t ReadAttribute(IXMLDOMElement* element, const CName& name) {
+    _variant_t value;
+    element->getAttribute(name.AsBstr(), &value);
+    return value;
+}
+
+long Number(IXMLDOMElement* element, const CName& name) {
+    const _variant_t value = ReadAttribute(element, name);
+    return _wtol(V_BSTR(&value));
+}
+
+bool IsText(IXMLDOMElement* element, const CName& name, const wchar_t* text) {
+    const _variant_t value = ReadAttribute(element, name);
+    return _wcsicmp(V_BSTR(&value), text) == 0;
+}
+
 void CreateCommands(const PlainDocument& defaults, int count, IXMLDOMNode* function) {
     const IXMLDOMNodePtr commands = CreateElement(defaults, L"Commands");
     Append(function, commands);
@@ -133,6 +171,23 @@ long ReadDefaultParameters(const PlainDocument& defaults) {
             });
         sum += Numbers(item, {L"ACParamIndex", L"DCParamIndex"});
     });
+    return sum;
+}
+
+long WalkDefaultParameters(const PlainDocument& defaults) {
+    long sum = 0;
+    ForEachSibling(FirstChild(Child(defaults.Root(), L"Functions")), L"Function",
+                   [&](IXMLDOMElement* function) {
+                       sum += Number(function, L"ID");
+                       ForEachSibling(FirstChild(function), L"Default", [&](IXMLDOMElement* fallback) {
+                           IXMLDOMElementPtr source = fallback;
+                           ForEachSibling(FirstChild(fallback), L"DefaultItem", [&](IXMLDOMElement* item) {
+                               if (IsText(item, L"GUID", L"381b4222-f694-41f0-9685-ff5bb260df2e"))
+                                   source = item;
+                           });
+                           sum += Number(source, L"ACParamIndex") + Number(source, L"DCParamIndex");
+                       });
+                   });
     return sum;
 }
 

@@ -24,6 +24,11 @@ long ReadCatalogue(const PlainDocument& defaults);
 long ReadBase(const PlainDocument& base);
 long ReadSpecSchemes(const PlainDocument& base);
 long ReadDefaultParameters(const PlainDocument& defaults);
+
+// The same with the calls that a DOM carries out fastest: from sibling to sibling, and each attribute by its
+// name.
+long WalkDefaultParameters(const PlainDocument& defaults);
+
 long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme);
 long ReadSetting(const std::filesystem::path& userFile);
 

@@ -103,6 +103,9 @@ std::vector<Case> Workbench::ParameterCases() {
         {"GetParameterDefault",
          [this] { library->GetParameterDefault(&Balanced, Nobody<IGetParameterDefaultCallback>()); },
          [this] { ReadDefaultParameters(*defaults); }},
+        {"GetParameterDefault (bare walk)",
+         [this] { library->GetParameterDefault(&Balanced, Nobody<IGetParameterDefaultCallback>()); },
+         [this] { WalkDefaultParameters(*defaults); }},
         {"TEVGetParam", [this] { library->TEVGetParam(&Balanced); }, readScheme},
         {"GetFuncCurValue",
          [this] {

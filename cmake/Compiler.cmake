@@ -7,11 +7,22 @@ target_include_directories(zotdam_compiler INTERFACE ${PROJECT_SOURCE_DIR}/inclu
 
 if(MSVC)
   target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8)
+  target_link_options(zotdam_compiler INTERFACE "$<$<CONFIG:Release>:/DEBUG;/OPT:REF;/OPT:ICF>")
+  set(CMAKE_MSVC_DEBUG_INFORMATION_FORMAT ProgramDatabase)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
-  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g -DNDEBUG")
   target_compile_options(zotdam_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Werror -ffunction-sections -fdata-sections)
   target_link_options(zotdam_compiler INTERFACE
-    -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
+    -static -Wl,--gc-sections -Wl,--nxcompat,--dynamicbase,--high-entropy-va)
+
+  # One commit gives the same release, byte for byte, wherever and whenever it is built. The debug information, whose
+  # checksum is in the programs, has the paths that /ZOTDam/build/release would see, relative ones as ccache makes them.
+  # (Of prefixes that fit, the compiler takes the last.)
+  target_compile_options(zotdam_compiler INTERFACE $<$<CONFIG:Release>:
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=../../
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}=/ZOTDam/build/release
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}/=>)
+  target_link_options(zotdam_compiler INTERFACE -Wl,--no-insert-timestamp)
 endif()

@@ -45,6 +45,9 @@ build_targets() {
     fi
 }
 
+# When the commit was made that is checked out, in seconds; now, where there is no repository.
+commit_time() { git log -1 --format=%ct 2>/dev/null || date +%s; }
+
 make_prefix() {
     [ ! -f "$WINEPREFIX/system.reg" ] || return 0
     say "Making the wine prefix"

@@ -46,7 +46,7 @@ for program in inside_tests export_tests endurance_tests client_tests; do
     run_tests "$program"
 done
 if [ "$preset" = release ]; then
-    for script in schemas examples completion; do
+    for script in schemas examples completion package; do
         run_script "$script"
     done
 fi

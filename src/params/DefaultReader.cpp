@@ -30,7 +30,7 @@ bool ReadDefaultSchemeParameters(const GUID& scheme, ParamMap& out) noexcept {
             if (!ReadAttribute(function, L"ID", id) ||
                 !ReadDefault(SelectChild(function, L"Default"), guid, value))
                 return false;
-            out.try_emplace(id, value);
+            out.try_emplace(out.end(), id, value);
         }
         return true;
     });

@@ -71,7 +71,7 @@ bool ReadUserSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, 
         // A function that lacks an attribute ends the reading; those behind it count as missing.
         if (!ReadAttribute(function, L"ID", id) || !ReadParamValue(function, value))
             break;
-        out.try_emplace(id, value);
+        out.try_emplace(out.end(), id, value);
     }
     return true;
 }

@@ -1,0 +1,228 @@
+#!/usr/bin/env bash
+# Makes the packages and checks them: that a second build, elsewhere, gives the same bytes, what the files are like and
+# where they are installed, and that projects which know nothing of this one build and run with them. The last line
+# counts the checks; the exit status is 0 when all have passed.
+source "$(dirname "$0")/../../scripts/common.sh"
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+passed=0
+failed=0
+
+# check TITLE COMMAND...: counts whether the command succeeds, whose output is the reason if it does not.
+check() {
+    local title=$1
+    shift
+    if "$@" >"$folder/reason" 2>&1; then
+        passed=$((passed + 1))
+    else
+        failed=$((failed + 1))
+        echo "FAILED: $title"
+        cat "$folder/reason"
+    fi
+}
+
+# Whether the command gives the lines of the standard input, in any order.
+gives() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
+
+tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
+
+export SOURCE_DATE_EPOCH
+SOURCE_DATE_EPOCH=$(commit_time)
+check 'the packages are made' scripts/package.sh
+make_prefix
+version=$(sed -n 's/^project(ZOTDam VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+package=ZOTDam-$version-win64
+
+# ---- A second build ------------------------------------------------------------------------------------------------
+
+second="$folder/a second build"
+mkdir -p "$second/source"
+cp -r CMakeLists.txt README.md client cmake docs examples include package samples schemas src "$second/source"
+
+build_again() {
+    cmake -S "$second/source" -B "$second/build" -G Ninja --toolchain "$second/source/cmake/mingw-w64.cmake" \
+        -DCMAKE_BUILD_TYPE=Release -DZOTDAM_BUILD_TESTS=OFF -DZOTDAM_BUILD_EXAMPLES=OFF &&
+        cmake --build "$second/build" &&
+        TZ=UTC cpack --config "$second/build/CPackConfig.cmake" -B "$second/build"
+}
+
+say 'Building in another folder'
+check 'the second build' build_again
+for file in bin/ZOTDam.dll bin/ZOTDam.dll.debug bin/zotdamctl.exe bin/zotdamctl.exe.debug \
+    ZOTDam.lib src/libZOTDam.dll.a "$package.zip" "$package-symbols.zip"; do
+    check "$file is the same" cmp "$build/$file" "$second/build/$file"
+done
+
+# ---- The programs --------------------------------------------------------------------------------------------------
+
+exports() { printf '%s\n' AddFunctionDefault GetCommandInfo GetCommonSetting GetDiffFuncList GetFuncCount \
+    GetFuncCurValue GetFunctionBase GetFunctionBaseUnSupported GetFunctionInfo GetParameter GetParameterDefault \
+    GetSpecScheme InitCommonSetting ResetDefault SetCommonSetting SetParameter TEVGetParam ZOTDamExit; }
+
+for program in ZOTDam.dll zotdamctl.exe; do
+    tool objdump -p "$build/bin/$program" >"$folder/$program.headers"
+done
+exports_of_dll() { sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t\[ *[0-9]*\] //p' "$folder/ZOTDam.dll.headers"; }
+imports_of_dll() { sed -n 's/^\tDLL Name: //p' "$folder/ZOTDam.dll.headers"; }
+functions_of() { tool nm "$1" | sed -n 's/^[0-9a-f]* T \([^_].*\)/\1/p'; }
+has_flag() { grep -x "[[:space:]]*$2" "$folder/$1.headers"; }
+has_no_time() { grep '^Time/Date.*1970$' "$folder/$1.headers"; }
+has_no_debug_information() { ! tool objdump -h "$build/bin/$1" | grep '\.debug_'; }
+has_at_most() { [ "$(stat -c %s "$1")" -le "$2" ]; }
+names_its_symbols() {
+    tool objcopy --dump-section .gnu_debuglink="$folder/link" "$build/bin/$1" "$folder/copy" &&
+        grep -a "^$1\.debug" "$folder/link"
+}
+
+# The file that the debug information has for the address of a function.
+source_of() {
+    local address line
+    address=$(tool nm "$build/bin/ZOTDam.dll.debug" | sed -n "s/ T $1\$//p")
+    line=$(tool addr2line -e "$build/bin/ZOTDam.dll.debug" "$address")
+    realpath -m "${line%:*}"
+}
+
+exports >"$folder/exports"
+check 'ZOTDam.dll has the eighteen exports' gives exports_of_dll <"$folder/exports"
+check 'ZOTDam.dll imports system DLLs only' gives imports_of_dll <<'NAMES'
+KERNEL32.dll
+OLEAUT32.dll
+RPCRT4.dll
+SHLWAPI.dll
+USER32.dll
+msvcrt.dll
+ole32.dll
+NAMES
+check 'ZOTDam.dll has 400 KB at most' has_at_most "$build/bin/ZOTDam.dll" 409600
+for program in ZOTDam.dll zotdamctl.exe; do
+    for flag in NX_COMPAT DYNAMIC_BASE HIGH_ENTROPY_VA; do
+        check "$program: $flag" has_flag "$program" "$flag"
+    done
+    check "$program: no time of the build" has_no_time "$program"
+    check "$program: no debug information" has_no_debug_information "$program"
+    check "$program: names the file of its symbols" names_its_symbols "$program"
+done
+check 'the debug information tells where a function is written' \
+    gives source_of GetFuncCount <<<'/ZOTDam/src/module/Exports.cpp'
+check 'the import library for mingw has the eighteen exports' \
+    gives functions_of "$build/src/libZOTDam.dll.a" <"$folder/exports"
+
+# The format that MSVC's own librarian writes.
+short_imports_of() { llvm-readobj "$1" | sed -n '/^Format: COFF-import-file/,/^$/s/^Symbol: \([^_].*\)/\1/p'; }
+
+check 'the import library for MSVC has the eighteen exports in the short format' \
+    gives short_imports_of "$build/ZOTDam.lib" <"$folder/exports"
+
+# ---- The folders of an installation --------------------------------------------------------------------------------
+
+installation="$folder/an installation"
+component() {
+    cmake --install "$build" --prefix "$folder/$1" --component "$1" >/dev/null
+    find "$folder/$1" -type f -printf '%P\n'
+}
+entries_of_zip() { cmake -E tar tf "$1" | sed -n "s,^$package/\(.*[^/]\)$,\1,p"; }
+
+find samples -type f >"$folder/runtime.txt"
+cat >>"$folder/runtime.txt" <<'NAMES'
+Install-ZOTDam.ps1
+bin/ZOTDam.dll
+bin/zotdamctl.exe
+NAMES
+cat >"$folder/development.txt" <<'NAMES'
+include/ZOTDam.h
+include/ZOTDamClient.h
+lib/ZOTDam.lib
+lib/cmake/ZOTDam/ZOTDamConfig.cmake
+lib/cmake/ZOTDam/ZOTDamConfigVersion.cmake
+lib/libZOTDam.dll.a
+schemas/StringTable.xsd
+schemas/Types.xsd
+schemas/ZOTBase.xsd
+schemas/ZOTDefault.xsd
+schemas/ZOTPowercfg.xsd
+NAMES
+find README.md docs examples -type f >"$folder/documentation.txt"
+cat >"$folder/symbols.txt" <<'NAMES'
+bin/ZOTDam.dll.debug
+bin/zotdamctl.exe.debug
+NAMES
+cat "$folder"/{runtime,development,documentation}.txt >"$folder/package.txt"
+
+for name in runtime development documentation symbols; do
+    check "the files of the component $name" gives component "$name" <"$folder/$name.txt"
+done
+check "the files of $package.zip" gives entries_of_zip "$build/$package.zip" <"$folder/package.txt"
+check "the files of $package-symbols.zip" gives entries_of_zip "$build/$package-symbols.zip" <"$folder/symbols.txt"
+
+unpack() { mkdir "$installation" && (cd "$installation" && cmake -E tar xf "$1"); }
+is_installed_as_packed() {
+    cmake --install "$build" --prefix "$folder/all" && cp -r "$folder/symbols/." "$installation/$package" &&
+        diff -r "$folder/all" "$installation/$package"
+}
+
+check "$package.zip can be unpacked" unpack "$PWD/$build/$package.zip"
+check 'an installation has what the packages have' is_installed_as_packed
+
+# ---- Other projects ------------------------------------------------------------------------------------------------
+
+mkdir "$folder/consumer"
+cat >"$folder/consumer/CMakeLists.txt" <<'PROJECT'
+cmake_minimum_required(VERSION 3.25)
+project(consumer LANGUAGES CXX)
+find_package(ZOTDam 1.0 REQUIRED)
+add_executable(consumer main.cpp)
+target_link_libraries(consumer PRIVATE ZOTDam::ZOTDam)
+add_custom_command(TARGET consumer POST_BUILD COMMAND_EXPAND_LISTS
+  COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_RUNTIME_DLLS:consumer> $<TARGET_FILE_DIR:consumer>)
+PROJECT
+cat >"$folder/consumer/main.cpp" <<'PROGRAM'
+#include <ZOTDamClient.h>
+
+#include <cstdio>
+
+int main(int, char** folders) {
+    SetEnvironmentVariableA("ProgramFiles", folders[1]);
+    SetEnvironmentVariableA("ProgramData", folders[2]);
+    const ZOTDam::ComScope com;
+    std::printf("%u functions\n", ZOTDam::GetFuncCount());
+    return ZOTDam::ZOTDamExit() ? 0 : 1;
+}
+PROGRAM
+
+# build_project SOURCE BUILD: with nothing but the installation.
+build_project() {
+    cmake -S "$1" -B "$2" -G Ninja -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_C_COMPILER=x86_64-w64-mingw32-gcc-posix -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix \
+        -DCMAKE_EXE_LINKER_FLAGS=-static -DCMAKE_PREFIX_PATH="$installation/$package" &&
+        cmake --build "$2"
+}
+
+# What mingw's linker makes of the import library for MSVC.
+link_with_library_for_msvc() {
+    mkdir "$folder/msvc" && cp "$build/bin/ZOTDam.dll" "$folder/msvc" &&
+        tool g++-posix -std=c++20 -static -I "$installation/$package/include" "$folder/consumer/main.cpp" \
+            "$installation/$package/lib/ZOTDam.lib" -lole32 -o "$folder/msvc/consumer.exe"
+}
+
+count_functions() {
+    local data="Z:$installation/$package/samples"
+    wine "$1" "$data/Program Files" "$data/ProgramData"
+}
+
+run_example() {
+    cp -r samples "$folder/$1-data" && wine "$folder/examples/$1.exe" "Z:$folder/$1-data"
+}
+
+say 'Building other projects'
+check 'a project finds and links the library' build_project "$folder/consumer" "$folder/consumer/build"
+check 'its program counts the functions' gives count_functions "$folder/consumer/build/consumer.exe" <<<'16 functions'
+check 'a program is linked with the import library for MSVC' link_with_library_for_msvc
+check 'it counts the functions' gives count_functions "$folder/msvc/consumer.exe" <<<'16 functions'
+check 'the examples of the package are built' build_project "$installation/$package/examples" "$folder/examples"
+for program in examples_cpp examples_c; do
+    check "$program runs" run_example "$program"
+done
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
