@@ -1,5 +1,7 @@
 #include "catalogue/FunctionReader.h"
 
+#include <utility>
+
 #include "platform/Failure.h"
 #include "xml/Dom.h"
 
@@ -19,9 +21,10 @@ bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
         const std::int32_t id = ReadFunctionElement(function, record);
         if (id < 0 || !ReadCommandItems(SelectChild(function, L"Commands"), commands))
             return false;
-        // The function that comes first keeps its id.
-        table.functions.try_emplace(id, record);
-        table.commands.try_emplace(id, commands);
+        // The function that comes first keeps its id. Lists move into the table; numbers and texts are
+        // copied, and stay for a function that lacks them.
+        table.functions.try_emplace(id, std::move(record));
+        table.commands.try_emplace(id, std::move(commands));
     }
     table.positions.reserve(table.functions.size());
     for (auto entry = table.functions.cbegin(); entry != table.functions.cend(); ++entry)

@@ -1,15 +1,13 @@
 #!/usr/bin/env bash
 # Lets bash complete words of zotdamctl's command line with the script that zotdamctl writes for it. The last line counts
 # the checks; the exit status is 0 when all have passed.
-source "$(dirname "$0")/../../scripts/common.sh"
+source "$(dirname "$0")/../support/checks.sh"
 
 install_toolchain
 build_targets ZOTDam zotdamctl
 make_prefix
 
 source <(wine "$build/bin/zotdamctl.exe" completion bash)
-passed=0
-failed=0
 
 # completes TO WORD...: whether the last word is completed to these.
 completes() {
@@ -18,25 +16,20 @@ completes() {
     COMP_WORDS=(zotdamctl "$@")
     COMP_CWORD=$#
     _zotdamctl || true
-    if [ "${COMPREPLY[*]}" = "$to" ]; then
-        passed=$((passed + 1))
-    else
-        failed=$((failed + 1))
-        echo "FAILED: \"$*\" gives \"${COMPREPLY[*]}\", not \"$to\""
-    fi
+    echo "${COMPREPLY[*]}"
+    [ "${COMPREPLY[*]}" = "$to" ]
 }
 
-completes 'count commands completion' co
-completes 'set setacvalueindex setdcvalueindex setting' se
-completes 'get' setting g
-completes 'balanced' params b
-completes '--default' params --de
-completes 'high-performance' diff balanced h
-completes '--program-files --program-data' --pro
-completes 'spec-schemes' --json sp
-completes 'always' --color al
-completes '' --program-files x
-completes 'bash' completion b
+check 'co' completes 'count commands completion' co
+check 'se' completes 'set setacvalueindex setdcvalueindex setting' se
+check 'setting g' completes 'get' setting g
+check 'params b' completes 'balanced' params b
+check 'params --de' completes '--default' params --de
+check 'diff balanced h' completes 'high-performance' diff balanced h
+check '--pro' completes '--program-files --program-data' --pro
+check '--json sp' completes 'spec-schemes' --json sp
+check '--color al' completes 'always' --color al
+check '--program-files x' completes '' --program-files x
+check 'completion b' completes 'bash' completion b
 
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+report_checks

@@ -3,31 +3,13 @@
 # last line counts the checks; the exit status is 0 when all have passed. Another build than the release is named by its
 # preset:
 #     tests/examples/examples.sh [debug|guarded|sanitized]
-source "$(dirname "$0")/../../scripts/common.sh"
+source "$(dirname "$0")/../support/checks.sh"
 preset=${1:-$preset}
 build=build/$preset
 
 install_toolchain
 build_targets examples_cpp examples_c
 make_prefix
-
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-passed=0
-failed=0
-
-# check TITLE COMMAND...: counts whether the command succeeds, whose output is the reason if it does not.
-check() {
-    local title=$1
-    shift
-    if "$@" >"$folder/reason" 2>&1; then
-        passed=$((passed + 1))
-    else
-        failed=$((failed + 1))
-        echo "FAILED: $title"
-        cat "$folder/reason"
-    fi
-}
 
 # Runs the program of a language. Its output is kept without the carriage returns.
 run() {
@@ -89,5 +71,4 @@ check 'both programs print the same' diff "$folder/cpp.out" "$folder/c.out"
 check 'both programs write the same' diff -r "$folder/cpp" "$folder/c"
 check 'what they write is valid' written_files
 
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+report_checks

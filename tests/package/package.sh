@@ -2,25 +2,7 @@
 # Makes the packages and checks them: that a second build, elsewhere, gives the same bytes, what the files are like and
 # where they are installed, and that projects which know nothing of this one build and run with them. The last line
 # counts the checks; the exit status is 0 when all have passed.
-source "$(dirname "$0")/../../scripts/common.sh"
-
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-passed=0
-failed=0
-
-# check TITLE COMMAND...: counts whether the command succeeds, whose output is the reason if it does not.
-check() {
-    local title=$1
-    shift
-    if "$@" >"$folder/reason" 2>&1; then
-        passed=$((passed + 1))
-    else
-        failed=$((failed + 1))
-        echo "FAILED: $title"
-        cat "$folder/reason"
-    fi
-}
+source "$(dirname "$0")/../support/checks.sh"
 
 # Whether the command gives the lines of the standard input, in any order.
 gives() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
@@ -224,5 +206,4 @@ for program in examples_cpp examples_c; do
     check "$program runs" run_example "$program"
 done
 
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+report_checks

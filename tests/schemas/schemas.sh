@@ -1,32 +1,14 @@
 #!/usr/bin/env bash
 # Checks the schemas: what is right validates, what the library would drop, refuse or misunderstand does not. The last
 # line counts the checks; the exit status is 0 when all have passed.
-source "$(dirname "$0")/../../scripts/common.sh"
+source "$(dirname "$0")/../support/checks.sh"
 
 install_packages libxml2-utils
-
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-passed=0
-failed=0
-
-# check TITLE COMMAND...: counts whether the command succeeds.
-check() {
-    local title=$1
-    shift
-    if "$@"; then
-        passed=$((passed + 1))
-    else
-        failed=$((failed + 1))
-        echo "FAILED: $title"
-        cat "$folder/log"
-    fi
-}
 
 # Validates the text from the standard input as a file of the given name.
 validate() {
     cat >"$folder/$1"
-    scripts/validate.sh "$folder/$1" >"$folder/log" 2>&1
+    scripts/validate.sh "$folder/$1" 2>&1 | tee "$folder/log"
 }
 
 is_refused_for() {
@@ -183,5 +165,4 @@ refuses StringTable.xml 'a text that would be cut' 'exceeds the allowed maximum 
 refuses StringTable.xml 'no XML' 'parser error' <<<'<StringTable>'
 refuses Strings.xml 'a file of another name' 'none of the data files' <<<'<StringTable/>'
 
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+report_checks
