@@ -32,28 +32,35 @@ void AddWords(std::vector<std::string>& words, const CLI::Option& option) {
             AddOnce(words, shell);
 }
 
-void CollectPlaces(const CLI::App& app, const std::string& path, const std::vector<std::string>& inherited,
-                   std::vector<Place>& places) {
+Place PlaceOf(const CLI::App& command, const std::string& path, const std::vector<std::string>& general) {
     Place place{path, {}};
-    for (const CLI::App* command : app.get_subcommands({}))
-        AddOnce(place.words, command->get_name());
-    for (const CLI::Option* option : app.get_options())
+    for (const CLI::App* inner : command.get_subcommands({}))
+        AddOnce(place.words, inner->get_name());
+    for (const CLI::Option* option : command.get_options())
         AddWords(place.words, *option);
-    for (const std::string& word : inherited)
+    for (const std::string& word : general)
         AddOnce(place.words, word);
-    places.push_back(place);
-    for (const CLI::App* command : app.get_subcommands({}))
-        CollectPlaces(*command, path + " " + command->get_name(), inherited, places);
+    return place;
+}
+
+// The options of the program may also stand behind each command.
+std::vector<std::string> GeneralWords(const CLI::App& app) {
+    std::vector<std::string> words;
+    for (const CLI::Option* option : app.get_options())
+        AddWords(words, *option);
+    std::erase(words, "--version");
+    return words;
 }
 
 std::vector<Place> PlacesOf(const CLI::App& app) {
-    // The options of the program may also stand behind each command.
-    std::vector<std::string> general;
-    for (const CLI::Option* option : app.get_options())
-        AddWords(general, *option);
-    std::erase(general, "--version");
-    std::vector<Place> places;
-    CollectPlaces(app, {}, general, places);
+    const std::vector<std::string> general = GeneralWords(app);
+    std::vector<Place> places = {PlaceOf(app, {}, general)};
+    for (const CLI::App* command : app.get_subcommands({})) {
+        const std::string path = " " + command->get_name();
+        places.push_back(PlaceOf(*command, path, general));
+        for (const CLI::App* inner : command->get_subcommands({}))
+            places.push_back(PlaceOf(*inner, path + " " + inner->get_name(), general));
+    }
     return places;
 }
 

@@ -1,6 +1,6 @@
 #include "Style.h"
 
-#include <cstdlib>
+#include <windows.h>
 
 #include "Console.h"
 
@@ -11,8 +11,8 @@ namespace {
 bool isStyled = false;
 
 bool HasNoColor() {
-    const char* const value = std::getenv("NO_COLOR");
-    return value != nullptr && *value != '\0';
+    constexpr DWORD sizeOfEmptyText = 1;
+    return GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) > sizeOfEmptyText;
 }
 
 }  // namespace
