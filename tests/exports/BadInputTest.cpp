@@ -54,7 +54,7 @@ std::vector<XmlCase> UnreadableContents() {
         {"HalfAUtf16File", Utf16("<R><A/>")},
         {"AnEntityBomb", GrowingEntities(30, "boom") + "<R>&a30;</R>"},
         {"AParameterEntity", "<!-- ]> --><!DOCTYPE R [<!ENTITY\r\n\t%\r\np ''>]><R/>"},
-        {"AnEntityWithoutAnEnd", "<!DOCTYPE R [<!ENTITY"},
+        {"AnEntityWithoutAText", "<!DOCTYPE R [<!ENTITY x "},
         {"AParameterEntityBomb", GrowingParameterEntities(4) + "<R/>"},
         {"ALargeEntityUsedOften", EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>"},
         {"ALargeEntityUsedOftenInUtf16", Utf16(EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>")},
