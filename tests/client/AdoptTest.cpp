@@ -42,7 +42,7 @@ TEST_F(AdoptTest, TakesOverWhatTheBaseCatalogueHas) {
                 "ac": [{"option": 100, "label": "BrightKey"}, {"option": 20, "label": "DarkKey"}],
                 "dc": [{"option": 20, "label": "DarkKey"}]})"));
     EXPECT_EQ(JsonOutput({L"params", L"high-performance", L"--default"})["parameters"],
-              Json({Param(1, 1, 0)}));
+              Json::array({Param(1, 1, 0)}));
 }
 
 TEST_F(AdoptTest, NeedsEitherIdsOrAll) {

@@ -61,7 +61,8 @@ protected:
 
     void ExpectObstacle(const std::string& kind) {
         const auto& [name, file, consequence, check] = GetParam();
-        EXPECT_EQ(WithoutProblems(FindingsWith(2)), Json({FindingIn(file, nullptr, kind, consequence)}));
+        EXPECT_EQ(WithoutProblems(FindingsWith(2)),
+                  Json::array({FindingIn(file, nullptr, kind, consequence)}));
         check(*this);
     }
 };
@@ -125,7 +126,7 @@ class PlaceToStoreTest : public DoctorTest {
 protected:
     void ExpectNothingToBeStored(const std::string& kind, const std::string& consequence) {
         EXPECT_EQ(WithoutProblems(FindingsWith(1)),
-                  Json({FindingIn(File::UserSettings, nullptr, kind, consequence)}));
+                  Json::array({FindingIn(File::UserSettings, nullptr, kind, consequence)}));
         EXPECT_FALSE(Set(L"Warning", L"20"));
     }
 };
@@ -154,9 +155,10 @@ using DocumentTypeTest = DoctorTest;
 
 TEST_F(DocumentTypeTest, KeepsTheBaseCatalogueFromBeingCopied) {
     WriteBase("<!DOCTYPE ZOTBase>" + Healthy(File::Base));
-    EXPECT_EQ(WithoutProblems(FindingsWith(1)),
-              Json({FindingIn(File::Base, nullptr, "document-type",
-                              "the library copies nothing out of it, and the DOM of Windows refuses it")}));
+    EXPECT_EQ(
+        WithoutProblems(FindingsWith(1)),
+        Json::array({FindingIn(File::Base, nullptr, "document-type",
+                               "the library copies nothing out of it, and the DOM of Windows refuses it")}));
     EXPECT_FALSE(Dll().InitCommonSetting());
 }
 

@@ -371,7 +371,7 @@ std::vector<Flaw> FlawsOfTheStringTable() {
 TEST_P(FlawTest, IsFound) {
     WriteFlaw();
     const auto& [name, file, healthy, flawed, kind, element, consequence, check] = GetParam();
-    EXPECT_EQ(WithoutProblems(FindingsWith(1)), Json({FindingIn(file, element, kind, consequence)}));
+    EXPECT_EQ(WithoutProblems(FindingsWith(1)), Json::array({FindingIn(file, element, kind, consequence)}));
 }
 
 TEST_P(FlawTest, IsTreatedByTheLibraryAsTheFindingSays) {

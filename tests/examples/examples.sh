@@ -8,6 +8,7 @@ preset=${1:-$preset}
 build=build/$preset
 
 install_toolchain
+install_packages python3
 build_targets examples_cpp examples_c
 make_prefix
 
