@@ -33,7 +33,7 @@ run_tests() {
 
 # What the programs are made of besides the DLL has tests of its own, which count themselves in their last line.
 run_script() {
-    local log=$build/$1.log
+    local log=$build/$1-checks.log
     say "Running $1"
     bash "tests/$1/$1.sh" >"$log" || cat "$log"
     local ok bad
