@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Profile.h"
 #include "Report.h"
 #include "Workbench.h"
 
@@ -44,6 +45,19 @@ std::vector<Result> MeasureAll(const std::vector<int>& sizes, const std::vector<
     return results;
 }
 
+void PrintProfiles(const std::vector<int>& sizes, const std::vector<std::string>& names, double seconds) {
+    for (const int size : sizes) {
+        Workbench bench{size};
+        for (const Case& measured : bench.Cases()) {
+            if (!IsChosen(measured, names) || measured.prepare)
+                continue;
+            std::printf("%s, %d functions\n", measured.name.c_str(), size);
+            for (const auto& [module, share] : Profile(measured.library, seconds))
+                std::printf("    %5.1f %% %s\n", share, module.c_str());
+        }
+    }
+}
+
 }  // namespace
 
 }  // namespace ZOTDam::Bench
@@ -55,12 +69,14 @@ int main(int argc, char** argv) {
     std::vector<std::string> names;
     double seconds = 1;
     int peakMemoryFor = -1;
+    bool profiles = false;
     std::string json;
     std::string markdown;
     std::string chart;
     app.add_option("--sizes", sizes, "how many functions the data files have")->delimiter(',');
     app.add_option("--cases", names, "the names of those to measure; all without it")->delimiter(',');
     app.add_option("--seconds", seconds, "how long each export is measured at each size");
+    app.add_flag("--profile", profiles, "prints only in which modules the time is spent");
     app.add_option("--json", json, "a file for the results");
     app.add_option("--markdown", markdown, "a file for the results as a table");
     app.add_option("--chart", chart, "a file for a chart of cost over size (SVG)");
@@ -70,6 +86,10 @@ int main(int argc, char** argv) {
 
     if (peakMemoryFor >= 0) {
         std::printf("%llu\n", PeakMemory(peakMemoryFor));
+        return 0;
+    }
+    if (profiles) {
+        PrintProfiles(sizes, names, seconds);
         return 0;
     }
     const std::vector<Result> results = MeasureAll(sizes, names, seconds);
