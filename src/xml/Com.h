@@ -2,15 +2,15 @@
 #pragma once
 
 #include <comdef.h>
-#if __has_include(<msxml6.h>)
+#ifdef _MSC_VER
 #include <msxml6.h>
 #else
-#include <msxml2.h>
+#include <msxml2.h>  // mingw-w64 has no msxml6.h up to version 11, and one that is not C++ in version 12.
 #endif
 
-#ifdef __MINGW32__
-// This toolchain's header declares the interfaces without their identifiers, which differ in the first
-// number.
+#ifndef __IXMLDOMDocument3_INTERFACE_DEFINED__
+// mingw-w64 up to version 10 declares the interfaces of the DOM without their identifiers, which differ in the
+// first number only.
 #define ZOTDAM_DOM_INTERFACE(Interface, number) \
     __CRT_UUID_DECL(Interface, number, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
 ZOTDAM_DOM_INTERFACE(IXMLDOMNode, 0x2933bf80)
@@ -20,7 +20,7 @@ ZOTDAM_DOM_INTERFACE(IXMLDOMElement, 0x2933bf86)
 ZOTDAM_DOM_INTERFACE(IXMLDOMProcessingInstruction, 0x2933bf89)
 ZOTDAM_DOM_INTERFACE(IXMLDOMDocument2, 0x2933bf95)
 
-// The header lacks this one altogether.
+// It does not declare this interface at all.
 struct IXMLDOMDocument3 : IXMLDOMDocument2 {
     virtual HRESULT WINAPI validateNode(IXMLDOMNode* node, IXMLDOMParseError** error) = 0;
     virtual HRESULT WINAPI importNode(IXMLDOMNode* node, VARIANT_BOOL deep, IXMLDOMNode** copy) = 0;
