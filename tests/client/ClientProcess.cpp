@@ -1,6 +1,9 @@
 #include "client/ClientProcess.h"
 
 #include <stdexcept>
+#include <utility>
+
+#include "support/StartProcess.h"
 
 namespace ZOTDam::Test {
 
@@ -51,16 +54,12 @@ std::wstring CommandLine(const std::filesystem::path& program, const std::vector
 
 HANDLE Start(const std::filesystem::path& program, std::wstring commandLine,
              const std::filesystem::path& workingFolder, const Pipe& output, const Pipe& errors) {
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-    startup.hStdOutput = output.WriteEnd();
-    startup.hStdError = errors.WriteEnd();
-    PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                        workingFolder.c_str(), &startup, &started))
-        throw std::runtime_error{"the program does not start"};
+    ProcessStart start = {program.native(), std::move(commandLine), 0, true, workingFolder.c_str()};
+    start.startup.dwFlags = STARTF_USESTDHANDLES;
+    start.startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    start.startup.hStdOutput = output.WriteEnd();
+    start.startup.hStdError = errors.WriteEnd();
+    const PROCESS_INFORMATION started = StartProcess(std::move(start));
     CloseHandle(started.hThread);
     return started.hProcess;
 }

@@ -44,7 +44,8 @@ public:
 private:
     static std::filesystem::path NextRoot() {
         static int count = 0;
-        return std::filesystem::temp_directory_path() /
+        const char* const folder = std::getenv("ZOTDAM_TEST_FOLDER");
+        return (folder != nullptr ? std::filesystem::path{folder} : std::filesystem::temp_directory_path()) /
                (L"zotdam-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count));
     }
 

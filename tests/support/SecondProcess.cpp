@@ -1,6 +1,6 @@
 #include "support/SecondProcess.h"
 
-#include <stdexcept>
+#include "support/StartProcess.h"
 
 namespace ZOTDam::Test {
 
@@ -34,19 +34,7 @@ SecondProcess::SecondProcess(const std::wstring& role, const std::vector<std::ws
     for (const std::wstring& argument : arguments)
         commandLine += L" \"" + argument + L"\"";
 
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started = {};
-    // A system under load does not start every process at once.
-    bool isStarted = false;
-    for (int attempt = 0; attempt < 10 && !isStarted; ++attempt) {
-        if (attempt > 0)
-            Sleep(100);
-        isStarted = CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
-                                   CREATE_SUSPENDED, nullptr, nullptr, &startup, &started) != FALSE;
-    }
-    if (!isStarted)
-        throw std::runtime_error{"the second process does not start"};
+    const PROCESS_INFORMATION started = StartProcess({program, commandLine, CREATE_SUSPENDED});
     process = started.hProcess;
     thread = started.hThread;
     const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, ReadyEventName(started.dwProcessId).c_str());
