@@ -5,12 +5,19 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=release
 build=build/$preset
 
-# One prefix for the whole build folder: a new one takes some 700 MB.
-export WINEPREFIX="$PWD/build/wine"
+# The wine prefix. Programs that run side by side have one each, which ZOTDAM_WINEPREFIX names: a copy of the first one.
+first_prefix=$PWD/build/wine
+export WINEPREFIX="${ZOTDAM_WINEPREFIX:-$first_prefix}"
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 # Without a UTF-8 locale, wine cannot name files in every script.
 export LC_ALL=C.UTF-8
+
+# Linux places the heap of a process at random. In about one of 2,000 processes it covers a page that wine needs at a fixed
+# address, and the process ends before it runs. Some containers may not turn the random placement off.
+fixed_layout=(env)
+! setarch --addr-no-randomize true 2>/dev/null || fixed_layout=(setarch --addr-no-randomize)
+wine() { "${fixed_layout[@]}" wine "$@"; }
 
 say() { printf '== %s\n' "$*" >&2; }
 
@@ -34,8 +41,10 @@ install_toolchain() {
         googletest libcli11-dev nlohmann-json3-dev wine wine64
 }
 
-# Builds the given targets, or all; silent unless something fails.
+# Builds the given targets, or all; silent unless something fails. The scripts that run side by side in scripts/test.sh
+# find everything built: one build folder takes one build at a time.
 build_targets() {
+    [ "${ZOTDAM_BUILT:-}" != "$build" ] || return 0
     say "Building ($preset)"
     local log=$build/build.log
     mkdir -p "$build"
@@ -48,9 +57,37 @@ build_targets() {
 # When the commit was made that is checked out, in seconds; now, where there is no repository.
 commit_time() { git log -1 --format=%ct 2>/dev/null || date +%s; }
 
+# Makes the wine prefix if it does not exist. Several scripts may do this at the same time. Drive T: is the folder that
+# ZOTDAM_TEST_FILES names.
 make_prefix() {
-    [ ! -f "$WINEPREFIX/system.reg" ] || return 0
+    if [ ! -f "$WINEPREFIX/system.reg" ]; then
+        mkdir -p build
+        (
+            flock 9
+            [ -f "$first_prefix/system.reg" ] || make_first_prefix
+            [ -f "$WINEPREFIX/system.reg" ] || copy_first_prefix
+        ) 9>build/wine.lock
+    fi
+    if [ -n "${ZOTDAM_TEST_FILES:-}" ]; then
+        ln -sfn "$ZOTDAM_TEST_FILES" "$WINEPREFIX/dosdevices/t:"
+        export ZOTDAM_TEST_FOLDER='T:\'
+    fi
+}
+
+make_first_prefix() {
     say "Making the wine prefix"
-    wineboot --init >/dev/null 2>&1
-    wineserver --wait
+    # The programs that wineboot starts live longer than the lock.
+    WINEPREFIX=$first_prefix "${fixed_layout[@]}" wineboot --init >/dev/null 2>&1 9>&-
+    WINEPREFIX=$first_prefix wineserver --wait
+}
+
+# Copies what programs write and links the rest, which takes some 700 MB.
+copy_first_prefix() {
+    local copy
+    copy=$(mktemp -d "$WINEPREFIX.XXXXXX")
+    mkdir "$copy/drive_c"
+    cp -a "$first_prefix"/{*.reg,.update-timestamp,dosdevices} "$copy"
+    cp -a "$first_prefix"/drive_c/{users,ProgramData} "$copy/drive_c"
+    ln -s "$first_prefix"/drive_c/{windows,Program*Files*} "$copy/drive_c"
+    mv "$copy" "$WINEPREFIX"
 }

@@ -10,19 +10,20 @@ first=${2:-0}
 
 install_toolchain
 build_targets endurance_tests
-make_prefix
 
 # The rounds write many small files: in memory, where that can be.
 work=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "$PWD/build")" zotdam-fuzz.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/inputs"
+export ZOTDAM_TEST_FILES=$work
+make_prefix
 
 say "Fuzzing: $rounds rounds from seed $first"
 begin=$(date +%s)
 log=$build/fuzz.log
 status=0
 ZOTDAM_FUZZ_ROUNDS=$rounds ZOTDAM_FUZZ_SEED=$first \
-    ZOTDAM_TEST_FOLDER="Z:${work//\//\\}" ZOTDAM_FUZZ_FOLDER="Z:${work//\//\\}\\inputs" \
+    ZOTDAM_FUZZ_FOLDER='T:\inputs' \
     wine "$build/bin/endurance_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || status=$?
 seconds=$(($(date +%s) - begin))
 

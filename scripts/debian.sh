@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# Makes a bare Debian system in build/debian, clones the commit that is checked out into it, and runs scripts/run.sh and
+# scripts/test.sh there, which install what they need. Needs root.
+#     scripts/debian.sh bookworm|trixie
+case ${1:-} in
+    bookworm | trixie) release=$1 ;;
+    *)
+        echo "usage: scripts/debian.sh bookworm|trixie" >&2
+        exit 2
+        ;;
+esac
+if [ "$(id -u)" -ne 0 ]; then
+    echo "scripts/debian.sh makes a system of its own with debootstrap, which only root may do." >&2
+    exit 2
+fi
+source "$(dirname "$0")/common.sh"
+system=$PWD/build/debian/$release
+
+inside() {
+    chroot "$system" env -i HOME=/root TERM="${TERM:-dumb}" PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
+        bash -c "cd /root/ZOTDam && $*"
+}
+
+release_system() {
+    # Programs of wine end a little after the last test.
+    inside 'for server in build/wine*/; do WINEPREFIX=$PWD/$server wineserver --kill; done' >/dev/null 2>&1 || true
+    sleep 1
+    local folder
+    for folder in dev/shm proc; do
+        ! mountpoint -q "$system/$folder" || umount --lazy "$system/$folder"
+    done
+}
+
+make_system() {
+    say "Making a bare Debian ($release)"
+    release_system
+    rm -rf --one-file-system "$system"
+    mkdir -p "$system"
+    debootstrap --variant=minbase "$release" "$system" >"$system.log" || {
+        cat "$system.log" >&2
+        exit 1
+    }
+    cp /etc/resolv.conf "$system/etc"
+    mount -t proc proc "$system/proc"
+    mkdir -p "$system/dev/shm"
+    mount -t tmpfs -o mode=1777 tmpfs "$system/dev/shm"
+    git clone --quiet --no-hardlinks . "$system/root/ZOTDam"
+}
+
+# timed SCRIPT: runs it in the system and tells how long it took.
+timed() {
+    local begin=$SECONDS status=0
+    inside "$1" || status=$?
+    say "$1 on $release: $((SECONDS - begin)) s, exit status $status"
+    return "$status"
+}
+
+install_packages debootstrap git
+trap release_system EXIT
+make_system
+timed scripts/run.sh >"$system.run.log"
+timed scripts/test.sh
