@@ -142,8 +142,8 @@ public:
     Participant(Board& sharedBoard, std::int32_t processNumber) : board{sharedBoard}, number{processNumber} {
         watching = &board;
         PatchForGood(dll.Handle(), "MoveFileExW", &CountReplacement);
-        PatchForGood(dll.Handle(), "WaitForSingleObject", &CountWait);
-        PatchForGood(dll.Handle(), "Sleep", &CountSleep);
+        PatchForGoodIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
+        PatchForGoodIfImported(dll.Handle(), "Sleep", &CountSleep);
         // The defaults are read once, and a process that found them busy would have none.
         dll.GetFuncCount();
     }

@@ -8,6 +8,31 @@
 
 namespace ZOTDam::Test {
 
+// Where the module keeps the address of a function; null when it does not import the function.
+inline void** ImportSlot(HMODULE module, const char* importedName) {
+    auto* const base = reinterpret_cast<BYTE*>(module);
+    const auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
+    const auto* nt = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const DWORD imports = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    for (auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); library->Name != 0;
+         ++library) {
+        auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
+        auto* address = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
+        for (; name->u1.AddressOfData != 0; ++name, ++address) {
+            const auto* byName = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
+            if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) && std::strcmp(byName->Name, importedName) == 0)
+                return reinterpret_cast<void**>(&address->u1.Function);
+        }
+    }
+    return nullptr;
+}
+
+// The compiler and the linker decide about the imports that only the C++ runtime needs. A function that is
+// not imported cannot be called, so there is nothing to replace.
+inline bool IsImported(HMODULE module, const char* name) {
+    return ImportSlot(module, name) != nullptr;
+}
+
 class ImportPatch : public SlotPatch {
 public:
     template <class Function>
@@ -16,21 +41,10 @@ public:
 
 private:
     static void** Find(HMODULE module, const char* importedName) {
-        auto* const base = reinterpret_cast<BYTE*>(module);
-        const auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
-        const auto* nt = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-        const DWORD imports = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-        for (auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); library->Name != 0;
-             ++library) {
-            auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
-            auto* address = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
-            for (; name->u1.AddressOfData != 0; ++name, ++address) {
-                const auto* byName = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-                if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) && std::strcmp(byName->Name, importedName) == 0)
-                    return reinterpret_cast<void**>(&address->u1.Function);
-            }
-        }
-        throw std::invalid_argument{importedName};
+        void** const slot = ImportSlot(module, importedName);
+        if (slot == nullptr)
+            throw std::invalid_argument{importedName};
+        return slot;
     }
 };
 
@@ -38,6 +52,12 @@ private:
 template <class Function>
 void PatchForGood(HMODULE module, const char* importedName, Function* replacement) {
     static_cast<void>(new ImportPatch{module, importedName, replacement});
+}
+
+template <class Function>
+void PatchForGoodIfImported(HMODULE module, const char* importedName, Function* replacement) {
+    if (IsImported(module, importedName))
+        PatchForGood(module, importedName, replacement);
 }
 
 }  // namespace ZOTDam::Test

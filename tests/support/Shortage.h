@@ -10,7 +10,6 @@
 
 #include <list>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -66,14 +65,11 @@ public:
             patches.pop_back();
     }
 
-    // An import that the compiler did without stays as it is.
+    // Only what the DLL imports is patched.
     template <class Function>
     void Patch(const char* name, Function* replacement) {
-        try {
+        if (IsImported(module, name))
             patches.emplace_back(module, name, replacement);
-        } catch (const std::invalid_argument&) {
-            return;
-        }
     }
 
 private:
