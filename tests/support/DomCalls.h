@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    enum class Class { Document, Element, Attributes, OtherNode };
+    enum class Class { Document, Element, Attributes, OtherNode, ErrorSupport };
 
     using Method = HRESULT WINAPI(void*, void*, void*, void*);
     static constexpr std::size_t AddRefSlot = 1;
@@ -95,6 +95,8 @@ private:
                 return slot >= 47 && slot <= 49 ? 2 : ReceiverOfAnyNode(slot);
             case Class::Attributes:  // getNamedItem, setNamedItem, removeNamedItem, get_item
                 return slot == 0 || (slot >= 7 && slot <= 10) ? 2 : 0;
+            case Class::ErrorSupport:  // QueryInterface
+                return slot == 0 ? 2 : 0;
             default:
                 return ReceiverOfAnyNode(slot);
         }
@@ -125,11 +127,24 @@ private:
         return result;
     }
 
-    // The functions that all objects of a kind share, with others in their places.
+    // While an object of this class lives, a call of the DLL is under way. The DOM may make further calls of
+    // itself to carry it out, some of them with a jump, which leaves the return address of the DLL.
+    class CallUnderWay {
+    public:
+        CallUnderWay() noexcept { isCallUnderWay = true; }
+        CallUnderWay(const CallUnderWay&) = delete;
+        CallUnderWay& operator=(const CallUnderWay&) = delete;
+        ~CallUnderWay() { isCallUnderWay = false; }
+    };
+
+    // The functions that all objects of a kind share, with others in their places. A DOM may have no object
+    // of the kind, and two kinds may share one table: then the first of them replaces its functions.
     template <std::size_t Kind, Class Type, std::size_t Size>
     class Table {
     public:
-        explicit Table(IUnknown* object) : table{*reinterpret_cast<void***>(object)} {
+        explicit Table(IUnknown* object) : table{NewTableOf(object)} {
+            if (table == nullptr)
+                return;
             std::copy_n(table, Size, originals.begin());
             tables[Kind] = table;
             Write(StandIns(std::make_index_sequence<Size>{}));
@@ -137,6 +152,8 @@ private:
         Table(const Table&) = delete;
         Table& operator=(const Table&) = delete;
         ~Table() {
+            if (table == nullptr)
+                return;
             Write(originals);
             tables[Kind] = nullptr;
         }
@@ -144,7 +161,12 @@ private:
     private:
         using Slots = std::array<void*, Size>;
 
-        // Those of IDispatch, and createNode, have too many arguments to be passed on. Nobody calls them.
+        static void** NewTableOf(IUnknown* object) noexcept {
+            return object == nullptr || IsCounted(object) ? nullptr : *reinterpret_cast<void***>(object);
+        }
+
+        // Those of IDispatch, and createNode, have too many arguments to be passed on, and the library does
+        // not call them. InterfaceSupportsErrorInfo, which has one of their places, hands out no object.
         static constexpr bool IsPassedOn(std::size_t slot) { return slot < 3 || (slot >= 7 && slot != 56); }
 
         template <std::size_t... Indices>
@@ -165,8 +187,9 @@ private:
             const auto call = [&] {
                 return reinterpret_cast<Method*>(originals[Slot])(object, first, second, third);
             };
-            if (!IsOfTheDll(__builtin_return_address(0)))
+            if (isCallUnderWay || !IsOfTheDll(__builtin_return_address(0)))
                 return call();
+            const CallUnderWay underWay;
             if constexpr (Slot == AddRefSlot || Slot == ReleaseSlot) {
                 ++(Slot == AddRefSlot ? taken : givenBack);
                 return call();
@@ -190,13 +213,21 @@ private:
         return OwnedInterface<IXMLDOMNamedNodeMap>{attributes};
     }
 
+    // Null when the object does not tell which of its methods leave error information.
+    static OwnedInterface<IUnknown> ErrorSupportOf(IUnknown* object) {
+        void* support = nullptr;
+        object->QueryInterface(IID_ISupportErrorInfo, &support);
+        return OwnedInterface<IUnknown>{static_cast<IUnknown*>(support)};
+    }
+
     inline static std::uintptr_t image = 0;
     inline static std::uintptr_t imageSize = 0;
     inline static long long taken = 0;
     inline static long long givenBack = 0;
-    inline static std::array<void**, 8> tables = {};
+    inline static bool isCallUnderWay = false;
+    inline static std::array<void**, 16> tables = {};
 
-    // An object of each kind. They live as long as the patches: who unloads the DOM unloads its tables.
+    // An object of each kind. They live as long as the patches: when the DOM is unloaded, so are its tables.
     ComScope com;
     XmlTree tree = XmlTree::OfText(L"<?i d?><E a=\"v\">text<!--c--><F/><![CDATA[d]]></E>");
     Node document = tree.Find(L"/");
@@ -216,6 +247,18 @@ private:
     Table<5, Class::OtherNode, 43> commentTable{comment.get()};
     Table<6, Class::OtherNode, 43> cdataTable{cdata.get()};
     Table<7, Class::Attributes, 13> attributesTable{attributes.get()};
+
+    // With ISupportErrorInfo, an object hands out a reference to another object or to a part of itself.
+    template <std::size_t Kind>
+    using ErrorSupportTable = Table<Kind, Class::ErrorSupport, 4>;
+    ErrorSupportTable<8> documentErrors{ErrorSupportOf(document.get()).get()};
+    ErrorSupportTable<9> instructionErrors{ErrorSupportOf(instruction.get()).get()};
+    ErrorSupportTable<10> elementErrors{ErrorSupportOf(element.get()).get()};
+    ErrorSupportTable<11> attributeErrors{ErrorSupportOf(attribute.get()).get()};
+    ErrorSupportTable<12> textErrors{ErrorSupportOf(text.get()).get()};
+    ErrorSupportTable<13> commentErrors{ErrorSupportOf(comment.get()).get()};
+    ErrorSupportTable<14> cdataErrors{ErrorSupportOf(cdata.get()).get()};
+    ErrorSupportTable<15> attributesErrors{ErrorSupportOf(attributes.get()).get()};
 };
 
 }  // namespace ZOTDam::Test
