@@ -1,53 +1,19 @@
-// Every export is called very often, with success and in trouble: after a ZOTDamExit the process holds no
-// more than after a few calls, and no reference to an object of the DOM; after FreeLibrary no more than
-// before.
+// Every export is called very often, with success and in trouble: after a ZOTDamExit the library holds no
+// more than when it was loaded, and after FreeLibrary nothing.
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <optional>
 
 #include "support/Endurance.h"
 #include "support/ExportCalls.h"
-#include "support/Holdings.h"
+#include "support/LoadedImage.h"
+#include "support/ProcessResources.h"
+#include "support/ResourceSnapshot.h"
 #include "support/WatchedDll.h"
 
 namespace ZOTDam::Test {
 
 namespace {
-
-// ---- What the DLL takes and gives back through imported functions ----
-
-enum Taken { Locks, CriticalSections, TlsSlots, Libraries, TakenCount };
-
-std::array<int, TakenCount> takenThroughImports;
-
-// In the place of an imported function: counts the call.
-template <auto Original, Taken What, int Step>
-struct Counted;
-
-template <class Result, class... Arguments, Result(WINAPI* Original)(Arguments...), Taken What, int Step>
-struct Counted<Original, What, Step> {
-    static Result WINAPI Call(Arguments... arguments) {
-        takenThroughImports[What] += Step;
-        return Original(arguments...);
-    }
-};
-
-template <auto Take, auto GiveBack, Taken What>
-void CountPair(PatchedImports& imports, const char* take, const char* giveBack) {
-    imports.Patch(take, &Counted<Take, What, 1>::Call);
-    imports.Patch(giveBack, &Counted<GiveBack, What, -1>::Call);
-}
-
-void CountWhatIsTaken(PatchedImports& imports) {
-    takenThroughImports = {};
-    CountPair<&EnterCriticalSection, &LeaveCriticalSection, Locks>(imports, "EnterCriticalSection",
-                                                                   "LeaveCriticalSection");
-    CountPair<&InitializeCriticalSection, &DeleteCriticalSection, CriticalSections>(
-        imports, "InitializeCriticalSection", "DeleteCriticalSection");
-    CountPair<&TlsAlloc, &TlsFree, TlsSlots>(imports, "TlsAlloc", "TlsFree");
-    CountPair<&LoadLibraryW, &FreeLibrary, Libraries>(imports, "LoadLibraryW", "FreeLibrary");
-}
 
 // ---- Trouble ----
 
@@ -93,7 +59,6 @@ void RemoveFolders(Surroundings& surroundings) {
 // could not be read would be written anew.
 void LackMemory(Surroundings& surroundings) {
     DomCalls::refusesInstructions = true;
-    surroundings.imports.Patch("free", &Blocks::Free);
     Shortages::OfMemory(surroundings.imports);
     Shortages::OfTexts(surroundings.imports);
 }
@@ -131,38 +96,17 @@ std::vector<Trial> Trials() {
 
 class LeakTest : public ExportCallsTest, public testing::WithParamInterface<Trial> {
 protected:
-    static void SetUpTestSuite() {
-        DoNotCacheTexts();
-        domCalls.emplace();
-    }
+    static void SetUpTestSuite() { domCalls.emplace(); }
     static void TearDownTestSuite() { domCalls.reset(); }
 
-    // Calls the export so often in a DLL of its own, and gives what the process holds after a ZOTDamExit.
-    Holdings HeldAfter(int calls) {
+    // Calls the export so often in a DLL of its own, and returns what the DLL holds after a ZOTDamExit. After
+    // FreeLibrary it holds nothing.
+    ResourceSnapshot HeldAfter(int calls) {
         Restore();
-        Blocks::Forget();
-        WatchedDll dll;
-        CountWhatIsTaken(dll.Imports());
-        EXPECT_EQ(Call(dll), GetParam().call.answer);
-        Surroundings surroundings{installation, dll.Imports()};
-        trouble.begin(surroundings);
-        for (int i = 1; i < calls; ++i) {
-            const std::optional<FailingCall> failure = FailureOf(i);
-            const bool isSame = Call(dll) == GetParam().call.answer;
-            EXPECT_TRUE(isSame || trouble.begin != &BeginNone);
-        }
-        memoryInUse = CommittedKilobytes();
-        EXPECT_TRUE(dll.Exports().ZOTDamExit());
-        surroundings.markers.clear();
-        EXPECT_EQ(DomCalls::HeldReferences(), 0);
-        EXPECT_EQ(takenThroughImports, (std::array<int, TakenCount>{}));
-        references = DomCalls::TakenReferences();
-        return {};
-    }
-
-    static Holdings HeldUnloaded() {
-        Blocks::Forget();
-        return {};
+        const ResourceSnapshot nothing{.blocks = 0, .domReferences = 0, .errorInfos = 0, .taken = {}};
+        const ResourceSnapshot held = HeldByALoadedDllAfter(calls);
+        EXPECT_EQ(ResourceSnapshot{}, nothing);
+        return held;
     }
 
     void TearDown() override { SetAttributes(installation, FILE_ATTRIBUTE_NORMAL); }
@@ -174,6 +118,32 @@ protected:
     int memoryInUse = 0;
 
 private:
+    ResourceSnapshot HeldByALoadedDllAfter(int calls) {
+        const AtLoad counting{&CountResources};
+        WatchedDll dll;
+        const ResourceSnapshot loaded;
+        EXPECT_EQ(Call(dll), GetParam().call.answer);
+        Surroundings surroundings{installation, dll.Imports()};
+        trouble.begin(surroundings);
+        for (int i = 1; i < calls; ++i) {
+            const std::optional<FailingCall> failure = FailureOf(i);
+            const bool isSame = Call(dll) == GetParam().call.answer;
+            EXPECT_TRUE(isSame || trouble.begin != &BeginNone);
+        }
+        memoryInUse = CommittedKilobytes();
+        EXPECT_TRUE(dll.Exports().ZOTDamExit());
+        surroundings.markers.clear();
+        references = DomCalls::TakenReferences();
+        const ResourceSnapshot held;
+        EXPECT_LE(held.blocks, loaded.blocks);
+        EXPECT_EQ(held, (ResourceSnapshot{.blocks = held.blocks,
+                                          .comBlocks = loaded.comBlocks,
+                                          .domReferences = 0,
+                                          .errorInfos = 0,
+                                          .taken = loaded.taken}));
+        return held;
+    }
+
     void Restore() const {
         std::filesystem::create_directories(installation.BaseFile().parent_path());
         std::filesystem::create_directories(installation.UserFile().parent_path());
@@ -200,12 +170,9 @@ INSTANTIATE_TEST_SUITE_P(, LeakTest, testing::ValuesIn(Trials()), CaseName<Trial
 
 TEST_P(LeakTest, ManyCallsHoldNoMoreThanAFew) {
     const int calls = Rounds(2 * fewCalls, trouble.begin == &BeginNone ? 10000 : 1000);
-    HeldAfter(fewCalls);
-    const Holdings heldByAFew = HeldAfter(fewCalls);
-    const Holdings heldUnloaded = HeldUnloaded();
+    const ResourceSnapshot heldByAFew = HeldAfter(fewCalls);
     const int memoryOfAFew = memoryInUse;
     EXPECT_EQ(HeldAfter(calls), heldByAFew);
-    EXPECT_EQ(HeldUnloaded(), heldUnloaded);
     ShowFigure(GetParam().name, std::to_string(calls) + " calls, " + std::to_string(references) +
                                     " references taken and given back, before ZOTDamExit " +
                                     std::to_string(memoryInUse - memoryOfAFew) +
@@ -222,43 +189,125 @@ TEST(CallsOfAllExports, AreThoseOfTheDll) {
     EXPECT_EQ(names, LoadedImage{Library{}.Handle()}.ExportedNames());
 }
 
-TEST(HoldingsTest, CountABlockOfTheCRuntime) {
-    const Holdings before;
-    void* volatile block = std::malloc(16);
-    const Holdings with;
-    std::free(block);
-    EXPECT_EQ(with.heapBlocks, before.heapBlocks + 1);
-    EXPECT_EQ(Holdings{}, before);
+// Calls functions as the library does: through its table of imports.
+class ResourceSnapshotTest : public testing::Test {
+protected:
+    template <class Function>
+    Function* Imported(const char* name) const {
+        return reinterpret_cast<Function*>(*ImportSlot(dll.Exports().Handle(), name));
+    }
+
+    DomCalls domCalls;
+    const AtLoad counting{&CountResources};
+    const WatchedDll dll;
+    const ResourceSnapshot before;
+};
+
+TEST_F(ResourceSnapshotTest, CountsTheBlocksOfTheLoad) {
+    EXPECT_GT(before.blocks, 0u);
+    EXPECT_GT(before.taken[CriticalSections], 0);
 }
 
-TEST(HoldingsTest, CountATextOfCom) {
-    DoNotCacheTexts();
-    const Holdings before;
-    OwnedBstr text{SysAllocString(L"text")};
-    const Holdings with;
-    text.reset();
-    EXPECT_EQ(with.heapBlocks, before.heapBlocks + 1);
-    EXPECT_EQ(Holdings{}, before);
+TEST_F(ResourceSnapshotTest, CountsABlockOfTheCRuntime) {
+    void* const block = Imported<decltype(std::malloc)>("malloc")(16);
+    EXPECT_EQ(ResourceSnapshot{}.blocks, before.blocks + 1);
+    Imported<decltype(std::free)>("free")(block);
+    EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST(HoldingsTest, CountANodeOfTheDom) {
-    const ComScope com;
-    XmlTree::OfText(L"<A/>");
-    const Holdings before;
-    Node node = XmlTree::OfText(L"<A/>").Root();
-    const Holdings with;
-    node = {};
-    EXPECT_GT(with.heapBlocks, before.heapBlocks);
-    EXPECT_EQ(Holdings{}, before);
+TEST_F(ResourceSnapshotTest, CountsATextOfCom) {
+    const BSTR text = Imported<decltype(SysAllocString)>("SysAllocString")(L"text");
+    EXPECT_EQ(ResourceSnapshot{}.comBlocks, before.comBlocks + 1);
+    Imported<decltype(SysFreeString)>("SysFreeString")(text);
+    EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST(HoldingsTest, CountAHandle) {
-    const Holdings before;
-    const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    const Holdings with;
-    CloseHandle(event);
-    EXPECT_EQ(with.openHandles, before.openHandles + 1);
-    EXPECT_EQ(Holdings{}, before);
+TEST_F(ResourceSnapshotTest, CountsATextInAVariant) {
+    const OwnedBstr text{SysAllocString(L"text")};
+    const ResourceSnapshot beforeTheCopy;
+    VARIANT source;
+    V_VT(&source) = VT_BSTR;
+    V_BSTR(&source) = text.get();
+    VARIANT copy;
+    VariantInit(&copy);
+    Imported<decltype(VariantCopy)>("VariantCopy")(&copy, &source);
+    EXPECT_EQ(ResourceSnapshot{}.comBlocks, beforeTheCopy.comBlocks + 1);
+    Imported<decltype(VariantClear)>("VariantClear")(&copy);
+    EXPECT_EQ(ResourceSnapshot{}, beforeTheCopy);
+}
+
+TEST_F(ResourceSnapshotTest, CountsADocumentOfTheDom) {
+    constexpr CLSID DomDocument60 = {
+        0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+    void* document = nullptr;
+    Imported<decltype(CoCreateInstance)>("CoCreateInstance")(DomDocument60, nullptr, CLSCTX_ALL, IID_IUnknown,
+                                                             &document);
+    EXPECT_EQ(ResourceSnapshot{}.domReferences, before.domReferences + 1);
+    static_cast<IUnknown*>(document)->Release();
+}
+
+TEST_F(ResourceSnapshotTest, CountsAnErrorInformationObject) {
+    IErrorInfo* information = nullptr;
+    Imported<decltype(GetErrorInfo)>("GetErrorInfo")(0, &information);
+    EXPECT_EQ(ResourceSnapshot{}.errorInfos, before.errorInfos + 1);
+    information->Release();
+    EXPECT_EQ(ResourceSnapshot{}, before);
+}
+
+TEST_F(ResourceSnapshotTest, CountsAGuidText) {
+    RPC_WSTR text = nullptr;
+    Imported<decltype(UuidToStringW)>("UuidToStringW")(const_cast<GUID*>(&Balanced), &text);
+    EXPECT_EQ(ResourceSnapshot{}.taken[GuidTexts], before.taken[GuidTexts] + 1);
+    Imported<decltype(RpcStringFreeW)>("RpcStringFreeW")(&text);
+    EXPECT_EQ(ResourceSnapshot{}, before);
+}
+
+TEST_F(ResourceSnapshotTest, CountsTheHandlesOfMarkersAndFiles) {
+    const wchar_t name[] = L"zotdam-test-resource-snapshot";
+    const HANDLE handles[] = {
+        Imported<decltype(CreateMutexW)>("CreateMutexW")(nullptr, FALSE, name),
+        Imported<decltype(OpenMutexW)>("OpenMutexW")(SYNCHRONIZE, FALSE, name),
+        Imported<decltype(CreateFileW)>("CreateFileW")(L"NUL", GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    EXPECT_EQ(ResourceSnapshot{}.taken[Handles], before.taken[Handles] + 3);
+    for (const HANDLE handle : handles)
+        Imported<decltype(CloseHandle)>("CloseHandle")(handle);
+    EXPECT_EQ(ResourceSnapshot{}, before);
+}
+
+TEST_F(ResourceSnapshotTest, CountsNoHandleThatWasNotToBeHad) {
+    EXPECT_EQ(Imported<decltype(OpenMutexW)>("OpenMutexW")(SYNCHRONIZE, FALSE, L"zotdam-test-none"), nullptr);
+    EXPECT_EQ(Imported<decltype(CreateFileW)>("CreateFileW")(L"zotdam-test-none", GENERIC_READ,
+                                                             FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                                             FILE_ATTRIBUTE_NORMAL, nullptr),
+              INVALID_HANDLE_VALUE);
+    EXPECT_EQ(ResourceSnapshot{}, before);
+}
+
+TEST_F(ResourceSnapshotTest, CountsACriticalSectionAndItsLock) {
+    CRITICAL_SECTION section;
+    Imported<decltype(InitializeCriticalSection)>("InitializeCriticalSection")(&section);
+    Imported<decltype(EnterCriticalSection)>("EnterCriticalSection")(&section);
+    const ResourceSnapshot locked;
+    EXPECT_EQ(locked.taken[CriticalSections], before.taken[CriticalSections] + 1);
+    EXPECT_EQ(locked.taken[Locks], before.taken[Locks] + 1);
+    Imported<decltype(LeaveCriticalSection)>("LeaveCriticalSection")(&section);
+    Imported<decltype(DeleteCriticalSection)>("DeleteCriticalSection")(&section);
+    EXPECT_EQ(ResourceSnapshot{}, before);
+}
+
+TEST_F(ResourceSnapshotTest, CountsAThreadSlot) {
+    const DWORD slot = Imported<decltype(TlsAlloc)>("TlsAlloc")();
+    EXPECT_EQ(ResourceSnapshot{}.taken[ThreadSlots], before.taken[ThreadSlots] + 1);
+    Imported<decltype(TlsFree)>("TlsFree")(slot);
+    EXPECT_EQ(ResourceSnapshot{}, before);
+}
+
+TEST_F(ResourceSnapshotTest, CountsALibrary) {
+    const HMODULE library = Imported<decltype(LoadLibraryW)>("LoadLibraryW")(L"kernel32.dll");
+    EXPECT_EQ(ResourceSnapshot{}.taken[Libraries], before.taken[Libraries] + 1);
+    Imported<decltype(FreeLibrary)>("FreeLibrary")(library);
+    EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
 }  // namespace ZOTDam::Test

@@ -15,8 +15,8 @@ public:
     static void Watch(HMODULE dll) {
         Forget();
         PatchForGood(dll, "malloc", &Malloc);
-        PatchForGood(dll, "calloc", &Calloc);
-        PatchForGood(dll, "realloc", &Realloc);
+        PatchForGoodIfImported(dll, "calloc", &Calloc);
+        PatchForGoodIfImported(dll, "realloc", &Realloc);
         PatchForGood(dll, "free", &Free);
     }
 
