@@ -6,6 +6,7 @@
 #include "support/FileGenerator.h"
 #include "support/Mutator.h"
 #include "support/RandomClient.h"
+#include "support/UnflushedFiles.h"
 #include "support/Watch.h"
 #include "support/XmlFile.h"
 
@@ -36,6 +37,7 @@ protected:
         Give(userSettings, Damaged(generator.UserSettings(), chance));
         Give(base, Damaged(generator.Base(), chance));
         Give(stringTable, Damaged(generator.StringTable(), chance));
+        LeaveFilesUnflushed(Dll().Handle());
         RandomClient{Dll(), chance}.CallEverything(
             [&] { Give(userSettings, Damaged(generator.UserSettings(), chance)); });
         Unload();

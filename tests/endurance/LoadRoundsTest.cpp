@@ -5,11 +5,13 @@
 #include <functional>
 #include <thread>
 
+#include "support/AtLoad.h"
 #include "support/Blocks.h"
 #include "support/Endurance.h"
 #include "support/EveryExport.h"
 #include "support/ProcessResources.h"
 #include "support/SettingsTest.h"
+#include "support/UnflushedFiles.h"
 
 namespace ZOTDam::Test {
 
@@ -28,16 +30,8 @@ union LibraryWithoutExit {
     Library library;
 };
 
-void WatchBlocks(const Library& dll) {
-    Blocks::Watch(dll.Handle());
-    // Whether a file survives the end of the power is not the question here, and takes most of the time.
-    PatchForGood(
-        dll.Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return TRUE; });
-}
-
 void LiveWithExit() {
     const Library dll;
-    WatchBlocks(dll);
     ASSERT_EQ(dll.GetFuncCount(), 2u);
     CallEveryExport(dll, Balanced);
 }
@@ -45,7 +39,6 @@ void LiveWithExit() {
 void LiveWithoutExit() {
     const LibraryWithoutExit unended;
     const Library& dll = unended.library;
-    WatchBlocks(dll);
     ASSERT_EQ(dll.GetFuncCount(), 2u);
     EXPECT_EQ(std::ranges::count(RawResultsOfTheReadingExports(dll, Balanced), 1), 10);
     EXPECT_EQ(std::ranges::count(RawResultsOfTheWritingExports(dll, Balanced), 1), 4);
@@ -64,6 +57,10 @@ protected:
     void LiveOnce(const std::function<void()>& life) {
         WriteDefaults(TwoFunctions);
         std::filesystem::remove(installation.UserFile());
+        const AtLoad watching{[](HMODULE dll) {
+            Blocks::Watch(dll);
+            LeaveFilesUnflushed(dll);
+        }};
         life();
         ASSERT_EQ(GetModuleHandleW(L"ZOTDam.dll"), nullptr);
         ASSERT_EQ(Blocks::Live(), 0u);

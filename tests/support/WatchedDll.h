@@ -3,16 +3,15 @@
 
 #include "support/DomCalls.h"
 #include "support/Shortage.h"
+#include "support/UnflushedFiles.h"
 
 namespace ZOTDam::Test {
 
 class WatchedDll {
 public:
-    // Whether the disk has the files is not looked at, since it would take its time for very many saves. The
-    // display offers a rate of 60 and no other.
+    // The display offers a rate of 60 and no other.
     WatchedDll() {
-        imports.Patch(
-            "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return TRUE; });
+        imports.Patch("FlushFileBuffers", &DoNotFlush);
         imports.Patch(
             "EnumDisplaySettingsW", +[](LPCWSTR, DWORD number, DEVMODEW* mode) WINAPI -> BOOL {
                 mode->dmDisplayFrequency = 60;
