@@ -1,6 +1,7 @@
 #include "Completion.h"
 
 #include <algorithm>
+#include <CLI/CLI.hpp>
 #include <string_view>
 #include <vector>
 

@@ -1,8 +1,11 @@
 // Scripts with which a shell completes the words of a command line.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace ZOTDam::Client {
 

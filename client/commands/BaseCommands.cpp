@@ -149,8 +149,8 @@ void AddBaseCommands(CommandSet& commands) {
         "base", "List the functions of the base catalogue, with what it prescribes for them",
         {"base", "base --unsupported --json"},
         [](CLI::App& command, BaseArguments& arguments) {
-            command.add_flag("--unsupported", arguments.unsupported,
-                             "List only those that the catalogue of this machine lacks");
+            AddFlag(command, "--unsupported", arguments.unsupported,
+                    "List only those that the catalogue of this machine lacks");
         },
         ListBaseFunctions);
     commands.Add<AdoptArguments>(
@@ -158,7 +158,7 @@ void AddBaseCommands(CommandSet& commands) {
         {"adopt 1 2 9", "adopt --all"},
         [](CLI::App& command, AdoptArguments& arguments) {
             AddArgument(command, "ID", arguments.ids, "The ids of the functions");
-            command.add_flag("--all", arguments.all, "Adopt all of them");
+            AddFlag(command, "--all", arguments.all, "Adopt all of them");
         },
         Adopt);
     commands.Add("spec-schemes", "List the Windows power settings that the base catalogue prescribes",

@@ -64,10 +64,8 @@ void AddCatalogueCommands(CommandSet& commands) {
         "functions", "List the functions of the catalogue with their options",
         {"functions", "functions --language de-DE"},
         [](CLI::App& command, FunctionsArguments& arguments) {
-            command
-                .add_option("--language", arguments.language,
-                            "Show the texts of a language, such as de-DE, instead of the user's")
-                ->type_name("TAG");
+            AddOption(command, "--language", "TAG", arguments.language,
+                      "Show the texts of a language, such as de-DE, instead of the user's");
         },
         ListFunctions);
 }

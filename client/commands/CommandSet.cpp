@@ -1,6 +1,8 @@
 #include "commands/CommandSet.h"
 
 #include <charconv>
+#include <CLI/CLI.hpp>
+#include <utility>
 #include <vector>
 
 #include "Error.h"
@@ -22,13 +24,20 @@ std::int32_t ParseNumber(const std::string& name, const std::string& text) {
 
 }  // namespace
 
+CommandSet CommandSet::AddSet(const char* name, const char* description) {
+    CLI::App& command = *parent.add_subcommand(name, description);
+    command.require_subcommand(1);
+    return {command, chosen};
+}
+
 CLI::App& CommandSet::AddCommand(const char* name, const char* description,
-                                 std::initializer_list<std::string_view> examples) {
+                                 std::initializer_list<std::string_view> examples, Action action) {
     CLI::App& command = *parent.add_subcommand(name, description);
     std::string footer = "Examples:\n";
     for (const std::string_view example : examples)
         footer.append("  zotdamctl ").append(example).append("\n");
     command.footer(footer + "\n" + parent.get_footer());
+    command.callback([&chosenAction = chosen, action = std::move(action)] { chosenAction = action; });
     return command;
 }
 
@@ -53,6 +62,19 @@ void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& nu
             numbers.insert(ParseNumber(name, text));
     };
     command.add_option_function<std::vector<std::string>>(name, parse, description)->type_name("");
+}
+
+void AddFlag(CLI::App& command, const char* name, bool& flag, const char* description) {
+    command.add_flag(name, flag, description);
+}
+
+void AddOption(CLI::App& command, const char* name, const char* type, std::optional<std::string>& text,
+               const char* description) {
+    command.add_option(name, text, description)->type_name(type);
+}
+
+void AddToHelp(CLI::App& command, const char* paragraph) {
+    command.footer(paragraph + command.get_footer());
 }
 
 }  // namespace ZOTDam::Client

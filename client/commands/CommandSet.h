@@ -3,15 +3,19 @@
 
 #include <guiddef.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 
 #include "CommandLine.h"
+
+namespace CLI {
+class App;
+}
 
 namespace ZOTDam::Client {
 
@@ -26,28 +30,22 @@ public:
     template <class Arguments>
     void Add(const char* name, const char* description, std::initializer_list<std::string_view> examples,
              void (*declare)(CLI::App&, Arguments&), Report (*run)(const Arguments&)) {
-        CLI::App& command = AddCommand(name, description, examples);
         const auto arguments = std::make_shared<Arguments>();
-        declare(command, *arguments);
-        command.callback(
-            [&action = chosen, arguments, run] { action = [arguments, run] { return run(*arguments); }; });
+        declare(AddCommand(name, description, examples, [arguments, run] { return run(*arguments); }),
+                *arguments);
     }
 
     void Add(const char* name, const char* description, std::initializer_list<std::string_view> examples,
              Report (*run)()) {
-        AddCommand(name, description, examples).callback([&action = chosen, run] { action = run; });
+        AddCommand(name, description, examples, run);
     }
 
     // Adds a command that only leads to others.
-    CommandSet AddSet(const char* name, const char* description) {
-        CLI::App& command = *parent.add_subcommand(name, description);
-        command.require_subcommand(1);
-        return {command, chosen};
-    }
+    CommandSet AddSet(const char* name, const char* description);
 
 private:
     CLI::App& AddCommand(const char* name, const char* description,
-                         std::initializer_list<std::string_view> examples);
+                         std::initializer_list<std::string_view> examples, Action action);
 
     CLI::App& parent;
     Action& chosen;
@@ -59,5 +57,14 @@ void AddArgument(CLI::App& command, const char* name, std::int32_t& number, cons
 void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description);
 void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& numbers,
                  const char* description);
+
+void AddFlag(CLI::App& command, const char* name, bool& flag, const char* description);
+
+// Adds an option with a value, which the help calls by the name of its type.
+void AddOption(CLI::App& command, const char* name, const char* type, std::optional<std::string>& text,
+               const char* description);
+
+// Adds a paragraph to the help of a command, before its examples.
+void AddToHelp(CLI::App& command, const char* paragraph);
 
 }  // namespace ZOTDam::Client

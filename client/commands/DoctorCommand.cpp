@@ -28,11 +28,9 @@ void AddDoctorCommand(CommandSet& commands) {
         "doctor", "Tell what the library ignores, drops, carries over or refuses in its files, and why",
         {"doctor", "doctor --language de-DE", "doctor --json --program-files D:\\Copy"},
         [](CLI::App& command, DoctorArguments& arguments) {
-            command
-                .add_option("--language", arguments.language,
-                            "Examine the string table of a language, such as de-DE, instead of the user's")
-                ->type_name("TAG");
-            command.footer(ExitStatuses + command.get_footer());
+            AddOption(command, "--language", "TAG", arguments.language,
+                      "Examine the string table of a language, such as de-DE, instead of the user's");
+            AddToHelp(command, ExitStatuses);
         },
         Examine);
 }

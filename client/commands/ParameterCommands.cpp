@@ -204,8 +204,8 @@ void AddParameterCommands(CommandSet& commands) {
          "params 381b4222-f694-41f0-9685-ff5bb260df2e --json"},
         [](CLI::App& command, ParamsArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
-            command.add_flag("--default", arguments.defaults,
-                             "List the defaults instead of the user's values");
+            AddFlag(command, "--default", arguments.defaults,
+                    "List the defaults instead of the user's values");
         },
         ListParams);
     commands.Add<CurrentArguments>(

@@ -154,8 +154,8 @@ void AddSchemeCommands(CommandSet& commands) {
         [](CLI::App& command, DiffArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.schemeA, "The power scheme to compare with");
             AddArgument(command, "OTHER", arguments.schemeB, "The power scheme whose settings to list");
-            command.add_flag("--ac", arguments.ac, "Compare on mains power only");
-            command.add_flag("--dc", arguments.dc, "Compare on battery only");
+            AddFlag(command, "--ac", arguments.ac, "Compare on mains power only");
+            AddFlag(command, "--dc", arguments.dc, "Compare on battery only");
         },
         ListDifferences);
 }
