@@ -45,7 +45,7 @@ exports() { printf '%s\n' AddFunctionDefault GetCommandInfo GetCommonSetting Get
 for program in ZOTDam.dll zotdamctl.exe; do
     tool objdump -p "$build/bin/$program" >"$folder/$program.headers"
 done
-exports_of_dll() { sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t\[ *[0-9]*\] //p' "$folder/ZOTDam.dll.headers"; }
+exports_of_dll() { llvm-readobj --coff-exports "$build/bin/ZOTDam.dll" | sed -n 's/^  Name: //p'; }
 imports_of_dll() { sed -n 's/^\tDLL Name: //p' "$folder/ZOTDam.dll.headers"; }
 functions_of() { tool nm "$1" | sed -n 's/^[0-9a-f]* T \([^_].*\)/\1/p'; }
 has_flag() { grep -x "[[:space:]]*$2" "$folder/$1.headers"; }
