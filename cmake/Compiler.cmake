@@ -26,3 +26,12 @@ else()
     -ffile-prefix-map=${PROJECT_BINARY_DIR}/=>)
   target_link_options(zotdam_compiler INTERFACE -Wl,--no-insert-timestamp)
 endif()
+
+# Lets the release compile the sources of a target in batches: most of the time goes into the headers of Windows and of
+# the standard library, which each batch reads once. All other builds compile each source by itself, so that a header
+# that a source forgets is found.
+function(compile_in_batches target)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release")
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+  endif()
+endfunction()

@@ -22,7 +22,7 @@ struct CurrentArguments {
     GUID scheme;
 };
 
-struct SetArguments {
+struct SetParameterArguments {
     GUID scheme;
     std::int32_t functionId;
     ParamValue value;
@@ -111,7 +111,7 @@ Report ListCurrentOptions(const CurrentArguments& arguments) {
 
 // A function that the library knows neither from the catalogue nor from the user's settings is a typing
 // error.
-void RequireFunction(const Library& library, const SetArguments& arguments) {
+void RequireFunction(const Library& library, const SetParameterArguments& arguments) {
     if (Collect(library.GetParameterDefault, arguments.scheme).contains(arguments.functionId) ||
         Collect(library.GetParameter, arguments.scheme).contains(arguments.functionId))
         return;
@@ -125,7 +125,7 @@ bool MayBeHidden(std::int32_t functionId) noexcept {
 }
 
 // Whether the value arrived but is hidden. Throws when it did not arrive, of which the library tells nothing.
-bool VerifyStored(const Library& library, const SetArguments& arguments) {
+bool VerifyStored(const Library& library, const SetParameterArguments& arguments) {
     const Params params = Collect(library.GetParameter, arguments.scheme);
     RequireSaved(UserSettings);
     const auto found = params.find(arguments.functionId);
@@ -136,7 +136,7 @@ bool VerifyStored(const Library& library, const SetArguments& arguments) {
     return false;
 }
 
-Report Store(const Library& library, const SetArguments& arguments) {
+Report Store(const Library& library, const SetParameterArguments& arguments) {
     const auto& [scheme, functionId, value] = arguments;
     library.SetParameter(&scheme, ParamHolder{{{functionId, value}}}.get());
     const bool hidden = VerifyStored(library, arguments);
@@ -150,7 +150,7 @@ Report Store(const Library& library, const SetArguments& arguments) {
     return {text, json};
 }
 
-Report SetParams(const SetArguments& arguments) {
+Report SetParams(const SetParameterArguments& arguments) {
     const Library library;
     RequireCatalogue(library);
     RequireFunction(library, arguments);
@@ -160,7 +160,7 @@ Report SetParams(const SetArguments& arguments) {
 // Sets one of the two indices of a function; the other one stays.
 template <std::int32_t ParamValue::*Index>
 Report SetIndex(const SetIndexArguments& arguments) {
-    SetArguments all = {arguments.scheme, arguments.functionId, {}};
+    SetParameterArguments all = {arguments.scheme, arguments.functionId, {}};
     const Library library;
     RequireCatalogue(library);
     RequireFunction(library, all);
@@ -215,9 +215,9 @@ void AddParameterCommands(CommandSet& commands) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
         },
         ListCurrentOptions);
-    commands.Add<SetArguments>(
+    commands.Add<SetParameterArguments>(
         "set", "Set a function in a power scheme", {"set balanced 1 0 4"},
-        [](CLI::App& command, SetArguments& arguments) {
+        [](CLI::App& command, SetParameterArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to change");
             AddArgument(command, "ID", arguments.functionId, "The id of the function");
             AddArgument(command, "AC", arguments.value.ACParamIndex,

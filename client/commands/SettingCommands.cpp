@@ -9,16 +9,16 @@ namespace ZOTDam::Client {
 
 namespace {
 
-struct GetArguments {
+struct GetSettingArguments {
     std::string name;
 };
 
-struct SetArguments {
+struct SetSettingArguments {
     std::string name;
     std::string value;
 };
 
-Report GetSetting(const GetArguments& arguments) {
+Report GetSetting(const GetSettingArguments& arguments) {
     const Library library;
     ZOTDam::Text value = {};
     const bool found = library.GetCommonSetting(ToUtf16(arguments.name).c_str(), value);
@@ -30,7 +30,7 @@ Report GetSetting(const GetArguments& arguments) {
     return {ToUtf8(value) + "\n", {{"name", arguments.name}, {"value", ToUtf8(value)}}};
 }
 
-Report SetSetting(const SetArguments& arguments) {
+Report SetSetting(const SetSettingArguments& arguments) {
     const std::wstring value = ToUtf16(arguments.value);
     if (value.size() >= TextCapacity)
         throw UsageError{"The value is too long: a setting has " + std::to_string(TextCapacity - 1) +
@@ -58,16 +58,16 @@ Report InitSettings() {
 
 void AddSettingCommands(CommandSet& commands) {
     CommandSet setting = commands.AddSet("setting", "Read, change or initialise common settings");
-    setting.Add<GetArguments>(
+    setting.Add<GetSettingArguments>(
         "get", "Read a setting: the user's, else the default, else that of the base catalogue",
         {"setting get LowBatteryWarning"},
-        [](CLI::App& command, GetArguments& arguments) {
+        [](CLI::App& command, GetSettingArguments& arguments) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
         },
         GetSetting);
-    setting.Add<SetArguments>(
+    setting.Add<SetSettingArguments>(
         "set", "Change a setting of the user", {"setting set LowBatteryWarning 20"},
-        [](CLI::App& command, SetArguments& arguments) {
+        [](CLI::App& command, SetSettingArguments& arguments) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
             AddArgument(command, "VALUE", arguments.value, "Its value");
         },

@@ -11,7 +11,7 @@ namespace {
 enum DoctorStatus : int { Clean = 0, Found = 1, NotExamined = 2 };
 
 // One line for the problem and one for the consequence, both behind the kind.
-std::string TextOf(const Finding& finding, std::size_t kindWidth) {
+std::string LinesOf(const Finding& finding, std::size_t kindWidth) {
     constexpr char Indentation[] = "        ";
     return Indentation + finding.kind + std::string(kindWidth - finding.kind.size() + 2, ' ') +
            finding.problem + "\n" +  //
@@ -19,14 +19,14 @@ std::string TextOf(const Finding& finding, std::size_t kindWidth) {
 }
 
 // The findings below the elements to which they belong, those of the file as a whole first.
-std::string TextOf(const Findings& file, std::size_t kindWidth) {
+std::string LinesOf(const Findings& file, std::size_t kindWidth) {
     std::string text = Heading(file.Title() + " " + Utf8(file.Path())) + "\n";
     std::string element;
     for (const Finding& finding : file.InOrder()) {
         if (finding.element != element)
             text += "    " + finding.element + "\n";
         element = finding.element;
-        text += TextOf(finding, kindWidth);
+        text += LinesOf(finding, kindWidth);
     }
     return text + "\n";
 }
@@ -68,7 +68,7 @@ Report ReportOf(const Diagnosis& diagnosis) {
     std::size_t files = 0;
     std::size_t notExamined = 0;
     for (const Findings& file : diagnosis) {
-        text += file.IsEmpty() ? "" : TextOf(file, kindWidth);
+        text += file.IsEmpty() ? "" : LinesOf(file, kindWidth);
         files += file.IsEmpty() ? 0 : 1;
         notExamined += file.IsExamined() ? 0 : 1;
     }
