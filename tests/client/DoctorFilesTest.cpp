@@ -171,7 +171,7 @@ TEST_F(DocumentTypeTest, MayHaveEntitiesThatDoNotGrow) {
 using LongPathTest = DoctorTest;
 
 TEST_F(LongPathTest, IsNoneWhereTheLibraryLooks) {
-    const std::filesystem::path folder = installation.ProgramFiles() / std::wstring(200, L'p');
+    const std::filesystem::path folder = installation.ProgramFiles() / std::wstring(240, L'p');
     const Json findings = FindingsWith(2, {L"--json", L"--program-files", folder});
     ASSERT_EQ(findings.size(), 3u);
     for (const Json& finding : findings)
