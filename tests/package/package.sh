@@ -170,9 +170,10 @@ int main(int, char** folders) {
 }
 PROGRAM
 
-# build_project SOURCE BUILD: with nothing but the installation.
+# build_project SOURCE BUILD: with nothing but the installation. In batches, to save time: the project's own build compiles
+# each source of the examples by itself.
 build_project() {
-    cmake -S "$1" -B "$2" -G Ninja -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_BUILD_TYPE=Release \
+    cmake -S "$1" -B "$2" -G Ninja -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_UNITY_BUILD=ON \
         -DCMAKE_C_COMPILER=x86_64-w64-mingw32-gcc-posix -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix \
         -DCMAKE_EXE_LINKER_FLAGS=-static -DCMAKE_PREFIX_PATH="$installation/$package" &&
         cmake --build "$2"
