@@ -2,7 +2,7 @@
 # Makes a bare Debian system in build/debian, clones the commit that is checked out into it, and runs scripts/run.sh and
 # scripts/test.sh there, which install what they need. Needs root.
 #     scripts/debian.sh bookworm|trixie
-case ${1:-} in
+case $* in
     bookworm | trixie) release=$1 ;;
     *)
         echo "usage: scripts/debian.sh bookworm|trixie" >&2
