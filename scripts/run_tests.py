@@ -21,7 +21,7 @@ import time
 
 # How many shards each program has. Shards of about the same length keep all workers busy until the end.
 PROGRAMS = {'endurance_tests': 8, 'export_tests': 8, 'client_tests': 4, 'inside_tests': 1}
-CHECKS = ['package', 'examples', 'schemas', 'completion']
+CHECKS = ['package', 'examples', 'schemas', 'completion', 'runner']
 TIME_LIMIT = 1800  # seconds for a shard or a check: a program that takes longer hangs
 SPACE_FOR_FILES = 2 << 30  # bytes
 
@@ -29,32 +29,35 @@ SPACE_FOR_FILES = 2 << 30  # bytes
 class Job:
     """A shard of a test program, or a check, and its result."""
 
+    processes = set()  # that run now
+
     def __init__(self, name, command, log, tests=()):
         self.name = name
         self.command = command
         self.log = log
         self.tests = tests
-        self.results = None  # the file with the results of a shard
         self.passed = 0
-        self.failures = []  # pairs: what failed, and why
+        self.failures = [(test, 'it did not run') for test in tests or [name]]  # pairs: what failed, and why
         self.seconds = 0
 
     def run(self, environment):
-        """Runs the program. Returns a sentence if it did not end well."""
+        """Runs the program. Returns a text if it did not end well."""
         start = time.monotonic()
-        with open(self.log, 'wb') as log:
-            process = subprocess.Popen(self.command, stdout=log, stderr=log, stdin=subprocess.DEVNULL, env=environment,
-                                       start_new_session=True)
-            try:
-                status = process.wait(TIME_LIMIT)
-                problem = f'exit status {status}' if status else None
-            except subprocess.TimeoutExpired:
-                os.killpg(process.pid, signal.SIGKILL)
-                process.wait()
-                stop_server(environment)
-                problem = f'no end after {TIME_LIMIT} s'
-        self.seconds = time.monotonic() - start
-        return problem
+        try:
+            with open(self.log, 'wb') as log:
+                process = subprocess.Popen(self.command, stdout=log, stderr=log, stdin=subprocess.DEVNULL,
+                                           env=environment, start_new_session=True)
+            self.processes.add(process)
+            status = process.wait(TIME_LIMIT)
+            return f'exit status {status}' if status else None
+        except OSError as error:
+            return f'no start: {error}'
+        except subprocess.TimeoutExpired:
+            kill(process)
+            stop_server(environment)
+            return f'no end after {TIME_LIMIT} s'
+        finally:
+            self.seconds = time.monotonic() - start
 
     def output(self):
         with open(self.log, errors='replace') as log:
@@ -73,6 +76,7 @@ class Shard(Job):
         remove(self.results)
         problem = self.run({**environment, **self.shard})
         results = read_results(self.results)
+        self.failures = []
         for test in self.tests:
             if test not in results:
                 self.failures.append((test, f'no result: {problem or "the program left it out"}'))
@@ -82,7 +86,7 @@ class Shard(Job):
                 self.passed += 1
         if problem and not self.failures:
             self.failures.append((self.name, problem))
-        if problem and not results:
+        if problem and not results and os.path.exists(self.log):
             print(self.output()[-4000:])
 
     def done(self):
@@ -99,7 +103,7 @@ class Check(Job):
 
     def execute(self, environment):
         problem = self.run(environment)
-        output = self.output()
+        output = self.output() if os.path.exists(self.log) else ''
         counts = re.search(r'^(\d+) passed, (\d+) failed$', output.rsplit('\n', 2)[-2] if '\n' in output else '')
         failed = int(counts.group(2)) if counts else 1
         self.passed = int(counts.group(1)) if counts else 0
@@ -146,6 +150,15 @@ def list_tests(build, program, pattern, environment):
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL, timeout=TIME_LIMIT)
     document = read_json(path)
     return None if document is None else [name for name, _ in tests_in(document)]
+
+
+def kill(process):
+    """Kills a process with all that it started."""
+    try:
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+    process.wait()
 
 
 def remove(path):
@@ -222,7 +235,8 @@ class Workers:
         waiting = queue.SimpleQueue()
         for task in tasks:
             waiting.put(task)
-        threads = [threading.Thread(target=self.work, args=(waiting, environment)) for environment in self.environments]
+        threads = [threading.Thread(target=self.work, args=(waiting, environment), daemon=True)
+                   for environment in self.environments]
         for thread in threads:
             thread.start()
         while any(thread.is_alive() for thread in threads):
@@ -239,6 +253,9 @@ class Workers:
             task(environment)
 
     def close(self):
+        for process in Job.processes:
+            if process.poll() is None:
+                kill(process)
         for environment in self.environments:
             if os.path.exists(environment['ZOTDAM_WINEPREFIX']):
                 stop_server(environment)
@@ -312,9 +329,12 @@ def main():
         jobs = make_jobs(arguments.build, lists, checks, arguments.filter)
         run_jobs(jobs, workers)
         return 0 if report(jobs, missing) else 1
+    except KeyboardInterrupt:
+        return 130
     finally:
         workers.close()
         shutil.rmtree(files, ignore_errors=True)
 
 
-sys.exit(main())
+if __name__ == '__main__':
+    sys.exit(main())
