@@ -308,7 +308,7 @@ def parse_arguments():
     parser.add_argument('--filter', metavar='PATTERN', help='runs only the tests that match, as in "ResetTest.*"; a check '
                         f'is run by its name ({", ".join(CHECKS)})')
     parser.add_argument('--list', action='store_true', help='prints the names of the tests and runs none')
-    parser.add_argument('--jobs', type=int, default=max(2, os.cpu_count() or 1) + 1, metavar='N',
+    parser.add_argument('--jobs', type=int, default=max(2, os.cpu_count() or 1), metavar='N',
                         help='how many programs run at the same time (default: %(default)s)')
     return parser.parse_args()
 
