@@ -302,14 +302,12 @@ def report(jobs, missing_programs):
 
 
 def parse_arguments():
-    parser = argparse.ArgumentParser(prog='scripts/test.sh [PRESET]', description='Builds everything and runs the tests.')
+    parser = argparse.ArgumentParser(prog='scripts/test.sh [PRESET]', add_help=False)
     parser.add_argument('--build', required=True, help=argparse.SUPPRESS)
     parser.add_argument('--checks', action='store_true', help=argparse.SUPPRESS)
-    parser.add_argument('--filter', metavar='PATTERN', help='runs only the tests that match, as in "ResetTest.*"; a check '
-                        f'is run by its name ({", ".join(CHECKS)})')
-    parser.add_argument('--list', action='store_true', help='prints the names of the tests and runs none')
-    parser.add_argument('--jobs', type=int, default=max(2, os.cpu_count() or 1), metavar='N',
-                        help='how many programs run at the same time (default: %(default)s)')
+    parser.add_argument('--filter', metavar='PATTERN')
+    parser.add_argument('--list', action='store_true')
+    parser.add_argument('--jobs', type=int, default=max(2, os.cpu_count() or 1), metavar='N')
     return parser.parse_args()
 
 

@@ -1,8 +1,16 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests. The last line counts them; the exit status is 0 when all have passed.
 #     scripts/test.sh [PRESET] [--filter PATTERN] [--list] [--jobs N]
-# PRESET names another build than the release: debug, clang, guarded, sanitized. --filter runs some tests by name, --list
-# prints the names, --help tells more.
+# PRESET          another build than the release: debug, clang, guarded, sanitized
+# --filter        runs the tests whose names match, as in 'ResetTest.*', or one of the checks in tests/NAME/NAME.sh
+# --list          prints the names of the tests and checks, and runs none
+# --jobs          how many programs run at the same time; as many as there are processors without it
+case " $* " in
+    *' --help '* | *' -h '*)
+        sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
+        exit
+        ;;
+esac
 source "$(dirname "$0")/common.sh"
 if [[ ${1:-} == [a-z]* ]]; then
     preset=$1
