@@ -14,10 +14,26 @@ export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 export LC_ALL=C.UTF-8
 
 # Linux places the heap of a process at random. In about one of 2,000 processes it covers a page that wine needs at a fixed
-# address, and the process ends before it runs. Some containers may not turn the random placement off.
-fixed_layout=(env)
-! setarch --addr-no-randomize true 2>/dev/null || fixed_layout=(setarch --addr-no-randomize)
-wine() { "${fixed_layout[@]}" wine "$@"; }
+# address, and the process ends before it runs. Where the random placement cannot be turned off, as in some containers, such
+# a start is repeated.
+if setarch --addr-no-randomize true 2>/dev/null; then
+    fixed_layout=(setarch --addr-no-randomize)
+    wine() { "${fixed_layout[@]}" wine "$@"; }
+else
+    fixed_layout=()
+    wine() {
+        local errors status
+        errors=$(mktemp)
+        while
+            status=0
+            WINEDEBUG=$WINEDEBUG,err+virtual command wine "$@" 2>"$errors" || status=$?
+            [ "$status" -eq 1 ] && grep -q 'failed to map the shared user data' "$errors"
+        do :; done
+        cat "$errors" >&2
+        rm "$errors"
+        return "$status"
+    }
+fi
 
 say() { printf '== %s\n' "$*" >&2; }
 

@@ -5,5 +5,5 @@
 folder=$PWD
 source "$(dirname "$0")/common.sh"
 make_prefix
-cd "$folder"
+cd "$folder" || exit
 wine "$@"
