@@ -1,4 +1,4 @@
-// Each fault is committed in a process of its own, which dies of it.
+// Commits each fault in a separate process and expects the fault to terminate the process.
 #include "instrumented/FaultTest.h"
 
 #include <algorithm>

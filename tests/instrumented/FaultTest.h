@@ -1,4 +1,4 @@
-// Faults that an instrumented build has to find.
+// Faults that an instrumented build must detect.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ struct Fault {
     void (*commit)();
 };
 
-// Those of this build.
+// The faults that this build must detect.
 const std::vector<Fault>& Faults();
 
 }  // namespace ZOTDam::Test

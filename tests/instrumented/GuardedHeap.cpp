@@ -1,8 +1,7 @@
-// A heap that finds memory errors, linked into every module of the build "guarded". Each block ends where a
-// page without access begins, so that whoever reads or writes behind it is stopped. In front of it lies a
-// pattern that a write would spoil. A freed block is filled and loses its access too; its addresses are not
-// used again until many more blocks have been freed. While very many blocks are held, further ones are not
-// guarded.
+// A heap that detects memory errors, linked into every module of the build "guarded". Each block ends at a
+// guard page without access, so that an access past its end traps. The bytes before a block hold a pattern,
+// which is checked when the block is freed. A freed block is filled and made inaccessible; its addresses are
+// not reused until many more blocks have been freed. At most MaxGuardedBlocks blocks are guarded at a time.
 #include "GuardedHeap.h"
 
 #include <windows.h>
@@ -22,20 +21,20 @@ constexpr BYTE Front = 0xfd;
 constexpr BYTE NewMemory = 0xcd;
 constexpr BYTE FreedMemory = 0xdd;
 
-// What is known of a block. It alone comes from the ordinary heap: so each block counts as one there, and
-// cannot be had when that heap has no more.
+// The header of a guarded block. It is allocated with malloc, so that tests that count allocations or let
+// malloc fail see one allocation for each block.
 struct Block {
     BYTE* pages;
     BYTE* start;
     BYTE* end;
 
-    // Right in front of the block stands where this is; null in front of one without guard.
+    // The bytes before the block, which hold a pointer to this header (null for an unguarded block).
     BYTE* Link() const noexcept { return start - sizeof(Block*); }
 };
 
-constexpr std::size_t RoomInFront = 16;  // of a block without guard, which so stays aligned
+constexpr std::size_t RoomInFront = 16;  // of an unguarded block; keeps the block aligned
 
-// The pages of the blocks that were freed last.
+// The pages of the most recently freed blocks.
 class Quarantine {
 public:
     constexpr Quarantine() noexcept = default;
@@ -62,10 +61,10 @@ private:
 constexpr std::size_t MaxGuardedBlocks = 6000;
 std::atomic<std::size_t> guardedBlocks = 0;
 
-// Made first and so destroyed last, when the module has freed what it frees.
+// Constructed first and therefore destroyed last, after the module has freed all its blocks.
 __attribute__((init_priority(101))) Quarantine quarantine;
 
-// Pages, and behind them one without access; null when there are none.
+// Allocates pages followed by a guard page. Returns null if no memory is left.
 BYTE* NewPages(std::size_t size) noexcept {
     void* const pages = VirtualAlloc(nullptr, size + PageSize, MEM_RESERVE, PAGE_NOACCESS);
     if (pages == nullptr || VirtualAlloc(pages, size, MEM_COMMIT, PAGE_READWRITE) != nullptr)
@@ -81,7 +80,7 @@ void* AllocateUnguarded(std::size_t size) {
     return static_cast<BYTE*>(memory) + RoomInFront;
 }
 
-// What ends at a page is aligned well enough: a type's size is a multiple of its alignment.
+// A block that ends at a page boundary is aligned, because a type's size is a multiple of its alignment.
 void* AllocateGuarded(std::size_t size) {
     const std::size_t pagesSize = (size + sizeof(Block*) + PageSize - 1) / PageSize * PageSize;
     auto* const block = static_cast<Block*>(std::malloc(sizeof(Block)));
@@ -133,7 +132,7 @@ void Free(void* start) noexcept {
 
 bool ZOTDam::Test::guardsNewBlocks = true;
 
-// The forms of new and delete that are not here call one that is.
+// The forms of new and delete that are not defined here call one of these.
 
 void* operator new(std::size_t size) {
     return Allocate(size);

@@ -2,7 +2,7 @@
 
 namespace ZOTDam::Test {
 
-// Whether new blocks are guarded; those that are not come from the ordinary heap.
+// Whether new blocks are guarded. Unguarded blocks are allocated from the C runtime's heap.
 extern bool guardsNewBlocks;
 
 }  // namespace ZOTDam::Test

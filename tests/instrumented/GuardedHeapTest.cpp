@@ -1,4 +1,4 @@
-// What the heap of the guarded build finds.
+// The memory errors that the heap of the guarded build detects.
 #include <windows.h>
 
 #include <algorithm>
@@ -12,12 +12,12 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// Sizes and contents that the compiler does not know: what it saw to be wrong, it would not translate.
+// Volatile, because the compiler may remove or change code if it can see that the code is undefined.
 volatile std::size_t length = 5;
 volatile wchar_t unit = L'x';
 
-// A block of `length` characters. (The process that commits a fault runs no test, which would begin to
-// guard.)
+// Allocates a guarded block of `length` characters. Guarding is enabled here because a process that commits
+// a fault does not run the tests, whose start enables it otherwise.
 wchar_t* NewText() {
     guardsNewBlocks = true;
     auto* const text = new wchar_t[length];
@@ -75,13 +75,13 @@ protected:
 
 TEST_F(GuardedHeapTest, EndsEachBlockOfTheDllWhereNothingCanBeRead) {
     WriteDefaults(TwoFunctions);
-    std::vector<DWORD> accesses;  // to each record, and to what lies behind the node that holds it
+    std::vector<DWORD> accesses;  // to each record, and to the memory after the list node that holds it
     auto collect = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue* value) {
         accesses.push_back(AccessTo(value));
         accesses.push_back(AccessTo(value + 2));
     });
     EXPECT_TRUE(Dll().GetParameter(&Balanced, &collect));
-    constexpr DWORD Guard = 0;  // reserved, but never had
+    constexpr DWORD Guard = 0;  // reserved, but not committed
     EXPECT_EQ(accesses, (std::vector<DWORD>{PAGE_READWRITE, Guard, PAGE_READWRITE, Guard}));
 }
 

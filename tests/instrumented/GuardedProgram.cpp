@@ -1,5 +1,5 @@
-// Lets a test program's own blocks be guarded from the first test on. Before that it registers so many
-// objects that the system has not pages enough.
+// Guards a test program's own blocks from the first test on. Before that, the program allocates too many
+// objects to register its tests: guarding them all would exhaust the pages of the system.
 #include <gtest/gtest.h>
 
 #include "GuardedHeap.h"
@@ -12,7 +12,7 @@ class GuardTests : public testing::EmptyTestEventListener {
     void OnTestProgramStart(const testing::UnitTest&) override { guardsNewBlocks = true; }
 };
 
-// Made before the objects that register tests.
+// Constructed before the objects that register tests.
 __attribute__((init_priority(102))) const struct Registration {
     Registration() {
         guardsNewBlocks = false;

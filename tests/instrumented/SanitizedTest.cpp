@@ -1,4 +1,4 @@
-// What the sanitized build finds.
+// The errors that the sanitized build detects.
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -11,7 +11,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// Values that the compiler does not know: what it saw to be wrong, it would not translate.
+// Volatile, because the compiler may remove or change code if it can see that the code is undefined.
 volatile int largest = INT_MAX;
 volatile int width = 32;
 volatile int one = 1;

@@ -1,7 +1,8 @@
-// What -fstack-protector asks of a runtime. The compiler's own would import another module of the system.
+// The runtime symbols that -fstack-protector requires. The compiler's own runtime is not used, because the
+// DLL would then import another module.
 #include <cstdint>
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names of the runtime
+// NOLINTBEGIN(bugprone-reserved-identifier): The compiler requires these names.
 
 extern "C" {
 
