@@ -1,4 +1,4 @@
-// The busy marker, with the answers of the platform that no other process can give at will.
+// Tests of the busy marker with fake mutex functions, for results that a second process cannot cause.
 #include "xml/BusyMarker.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr wchar_t Name[] = L"zotdam-dom-test-marker";
 
-// What the stand-ins of the platform's functions answer, and what they were asked.
+// The results that the fake functions return and the arguments that they received.
 struct Platform {
     DWORD openError = ERROR_FILE_NOT_FOUND;
     DWORD createError = ERROR_SUCCESS;

@@ -1,4 +1,4 @@
-// Which characters a name and a text of XML may have.
+// Tests of which characters XML allows in names and in text.
 #include "xml/Characters.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// A surrogate, which is no character, stands for itself.
+// Converts a character to UTF-16. A surrogate, which is not a character, is converted to itself.
 std::wstring Utf16(char32_t character) {
     if (character < 0x10000)
         return {static_cast<wchar_t>(character)};
@@ -36,7 +36,7 @@ int Count(bool (*isRight)(char32_t)) {
     return count;
 }
 
-// The characters at both ends of each range, and those just outside.
+// The first and last characters of the ranges, and the characters next to them outside the ranges.
 struct Border {
     const char* name;
     std::u32string inside;

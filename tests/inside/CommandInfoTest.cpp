@@ -1,4 +1,5 @@
-// Commands of a table that no file gives: the functions and the commands of a loaded one have the same ids.
+// Tests of commands in tables that cannot be loaded from a file. In a loaded table, each function with
+// commands also has a record.
 #include "params/CommandInfo.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// Attributes whose names come from outside, texts that XML cannot carry, and nodes that move.
+// Tests of attributes whose names come from callers, strings that XML cannot represent, and copied, appended
+// and removed nodes.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -139,7 +140,7 @@ TEST_F(DomChangeTest, AnAttributeOfAFixedNameTakesEveryOtherText) {
 
 class ImportTest : public DomChangeTest {
 protected:
-    // The target once a copy of the first child of the source has been appended.
+    // Appends a copy of the source's child "C" to the target. Returns the target's XML.
     static std::wstring Copied(const std::wstring& source) {
         const Markup target{L"<T><Old/></T>"};
         {
@@ -150,14 +151,14 @@ protected:
         return XmlOf(target.Root());
     }
 
-    // What the DOM is asked to import, and what it answers.
+    // A fake importNode and the last value of its "deep" argument.
     inline static VARIANT_BOOL deepness;
 
     static HRESULT WINAPI Import(IXMLDOMDocument3*, IXMLDOMNode* node, VARIANT_BOOL deep,
                                  IXMLDOMNode** copy) {
         deepness = deep;
         const HRESULT result = node->cloneNode(deep, copy);
-        // A mark, by which a test knows this copy.
+        // Marks the copy, so that a test can recognize it.
         IXMLDOMElementPtr {
             *copy
             } -> setAttribute(CName{L"By"}.AsBstr(), _variant_t{L"import"});

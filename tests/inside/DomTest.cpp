@@ -1,4 +1,4 @@
-// Reading and writing elements and attributes.
+// Tests of reading and writing elements and attributes.
 #include "xml/Dom.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ class DomTest : public testing::Test {
 
 class SelectionTest : public DomTest {
 protected:
-    // The "ID" attributes of the selected children, one after the other.
+    // Returns the concatenated "ID" attributes of the selected children.
     static std::wstring SelectedFrom(const std::wstring& xml) {
         std::wstring ids;
         for (const IXMLDOMElementPtr& element : SelectChildren(Markup{xml}.Root(), L"Function")) {
@@ -253,7 +253,7 @@ TEST_F(ElementTextTest, RefusesANullElement) {
 
 class WritingTest : public DomTest {
 protected:
-    // The text node that an element begins with, white space included.
+    // Returns the text of an element's first child, a text node, including white space.
     static std::wstring TextIn(IXMLDOMElement* element) {
         IXMLDOMNodePtr text;
         element->get_firstChild(&text);
@@ -398,7 +398,7 @@ TEST_F(FailureTest, AFailureWithoutASourceIsThrownAllTheSame) {
     EXPECT_EQ(ThrownBy([&] { Check(E_OUTOFMEMORY, nobody); }), E_OUTOFMEMORY);
 }
 
-// An object whose calls leave error information, for one of its interfaces or for none.
+// An object whose InterfaceSupportsErrorInfo returns the given result.
 class Source final : public ISupportErrorInfo {
 public:
     explicit Source(HRESULT answer) noexcept : supports{answer} {}
@@ -413,7 +413,8 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return --references; }
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID) override { return supports; }
 
-    // What the failure of a call says, once the callee has left a description.
+    // Sets error information with a description, and then throws the error of a failed call. Returns the
+    // description in the exception.
     std::wstring DescriptionOfAFailure() {
         ICreateErrorInfo* creation = nullptr;
         IErrorInfo* information = nullptr;
@@ -450,7 +451,7 @@ TEST_F(FailureTest, TakesNoErrorInformationThatAnotherCallLeft) {
     SetErrorInfo(0, nullptr);
 }
 
-// ---- Typed values from text ----
+// ---- Typed values from strings ----
 
 template <class Value>
 _variant_t Filled(Value typed, const wchar_t* text) {

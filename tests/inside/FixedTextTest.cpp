@@ -1,4 +1,4 @@
-// Texts for buffers of a fixed size.
+// Tests of copying strings to buffers of a fixed size.
 #include "platform/FixedText.h"
 
 #include <gtest/gtest.h>

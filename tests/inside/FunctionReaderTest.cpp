@@ -1,4 +1,4 @@
-// The catalogue as it is read from its section: the texts and commands that no export shows yet.
+// Tests of reading the catalogue from its section, including fields that no export returns.
 #include "catalogue/FunctionReader.h"
 
 #include <gtest/gtest.h>

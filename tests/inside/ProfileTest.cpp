@@ -1,4 +1,4 @@
-// One data file as a DOM document: what the exports cannot show by themselves.
+// Tests of a data file's DOM document that are not possible through the exports.
 #include "xml/Profile.h"
 
 #include <gtest/gtest.h>
@@ -31,13 +31,13 @@ public:
 
 class ProfileTest : public testing::Test {
 protected:
-    // Loads a document with this content.
+    // Loads a document with the given content.
     void Load(std::string_view xml) {
         WriteFile(file, xml);
         ASSERT_TRUE(profile.Load());
     }
 
-    // The document as its file would be.
+    // Saves the document and returns the content of its file.
     std::string Saved() {
         EXPECT_TRUE(profile.Write());
         return ReadFile(file);

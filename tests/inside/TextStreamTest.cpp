@@ -1,4 +1,4 @@
-// The stream into which a document is saved.
+// Tests of the stream that a document is saved to.
 #include <gtest/gtest.h>
 
 #include "xml/TextStream.h"
