@@ -1,5 +1,4 @@
-// What each export answers to arguments that it does not take, to the all-zero scheme, and when it has
-// nothing to work on.
+// The results of the exports for invalid arguments, for the all-zero scheme, and without any data.
 #include <windows.h>
 
 #include <msxml2.h>
@@ -23,7 +22,7 @@ protected:
 
 // ---- Null callbacks ----
 
-// No document is made for a call that is refused.
+// Expects that a rejected call creates no document.
 class NullCallbackTest : public ArgumentChecksTest {
 protected:
     void SetUp() override {
@@ -80,7 +79,7 @@ TEST_F(NullCallbackTest, GetSpecSchemeGivesFalse) {
     EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
 }
 
-// ---- Null texts ----
+// ---- Null strings ----
 
 TEST_F(ArgumentChecksTest, GetCommonSettingWithoutANameGivesFalseAndLeavesTheBuffer) {
     WriteUserSettings(R"(<R><CommonSettings Name="value"/></R>)");
@@ -140,7 +139,7 @@ TEST_F(ArgumentChecksTest, SetParameterTakesTheCountAloneForEmptiness) {
     EXPECT_FALSE(HasUserFile());
 }
 
-// A holder for AddFunctionDefault whose list a test links itself.
+// A holder for AddFunctionDefault with a list that the test links itself.
 struct RawFunctionBaseHolder {
     void* clientWord;
     ListLinks* head;

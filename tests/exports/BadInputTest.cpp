@@ -1,4 +1,4 @@
-// Data files that are missing, broken, hostile, or other than the library would write them.
+// Tests with data files that are missing, damaged or hostile, or that differ from the library's own output.
 #include <algorithm>
 #include <climits>
 
@@ -26,7 +26,7 @@ std::string Utf16(std::string_view ascii) {
     return text;
 }
 
-// What no XML parser takes.
+// Contents that every XML parser rejects.
 std::vector<XmlCase> UnreadableContents() {
     return {
         {"Nothing", ""},
@@ -64,7 +64,7 @@ std::vector<XmlCase> UnreadableContents() {
     };
 }
 
-// What says the same as the plain file, in another form.
+// Other encodings and notations of the same document.
 std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
     return {
         {"Utf8WithMark", "\xef\xbb\xbf" + xml},
@@ -87,7 +87,7 @@ protected:
     std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
     std::filesystem::path NewFile() const { return SiblingOf(installation.UserFile()); }
 
-    // What each export gives where there is no catalogue.
+    // Expects the results that exports return if no catalogue is available.
     void ExpectNoCatalogue() {
         EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
         EXPECT_EQ(GetParameter(Balanced), Params{});
@@ -391,7 +391,7 @@ TEST_F(HugeFileTest, EverySchemeOfManyIsFound) {
     EXPECT_EQ(GetParameter(Balanced).front(), (Params::value_type{-1, {7, 8}}));
 }
 
-// ---- Missing files and folders, and folders in their place ----
+// ---- Missing files and folders, and folders in place of files ----
 
 TEST_F(BadInputTest, MissingFilesGiveNoCatalogueAndAreNotCreated) {
     ExpectNoCatalogue();

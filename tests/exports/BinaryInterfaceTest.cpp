@@ -1,4 +1,4 @@
-// The DLL as programs see it that share nothing with it but the description of its interface.
+// Tests of the DLL's binary interface. Clients that were built without the DLL's headers rely on it.
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -92,7 +92,7 @@ TEST_F(VersionTest, TheFileTellsItsName) {
 TEST_F(BinaryInterfaceTest, EveryBoolIsOneCleanByte) {
     WriteDefaults(TwoFunctions);
     CallEveryExport(Dll(), Balanced);
-    CallEveryExport(Dll(), Balanced);  // after ZOTDamExit, which the first round has called
+    CallEveryExport(Dll(), Balanced);  // after ZOTDamExit, which the first round called
 }
 
 TEST_F(BinaryInterfaceTest, TrueIsOneAndFalseIsZero) {
@@ -140,8 +140,8 @@ TEST_F(CallbackShapeTest, OnlyTheFirstEntryOfTheTableIsUsed) {
     EXPECT_EQ(rich.otherCalls, 0);
 }
 
-// An OnItem in machine code, which leaves none of the registers and none of the stack that it may change as
-// they were.
+// A callback whose OnItem, in machine code, overwrites the registers and stack slots that the calling
+// convention allows a callee to change.
 class GarblingCallback {
 public:
     GarblingCallback() : code{VirtualAlloc(nullptr, sizeof Garble, MEM_COMMIT, PAGE_EXECUTE_READWRITE)} {
@@ -158,7 +158,7 @@ public:
 
 private:
     static constexpr BYTE Garble[] = {
-        0xff, 0x41, 0x08,              // inc dword ptr [rcx+8], the count of the calls
+        0xff, 0x41, 0x08,              // inc dword ptr [rcx+8], the call count
         0x48, 0x83, 0xc8, 0xff,        // or rax, -1
         0x48, 0x83, 0xc9, 0xff,        // or rcx, -1
         0x48, 0x83, 0xca, 0xff,        // or rdx, -1
@@ -166,11 +166,11 @@ private:
         0x49, 0x83, 0xc9, 0xff,        // or r9, -1
         0x49, 0x83, 0xca, 0xff,        // or r10, -1
         0x49, 0x83, 0xcb, 0xff,        // or r11, -1
-        0x48, 0x89, 0x44, 0x24, 0x08,  // mov [rsp+8], rax, and so for all four places of the arguments
+        0x48, 0x89, 0x44, 0x24, 0x08,  // mov [rsp+8], rax, and likewise for all four home slots
         0x48, 0x89, 0x44, 0x24, 0x10,  //
         0x48, 0x89, 0x44, 0x24, 0x18,  //
         0x48, 0x89, 0x44, 0x24, 0x20,  //
-        0x66, 0x0f, 0x76, 0xc0,        // pcmpeqd xmm0, xmm0, and so up to xmm5
+        0x66, 0x0f, 0x76, 0xc0,        // pcmpeqd xmm0, xmm0, and likewise up to xmm5
         0x66, 0x0f, 0x76, 0xc9,        //
         0x66, 0x0f, 0x76, 0xd2,        //
         0x66, 0x0f, 0x76, 0xdb,        //

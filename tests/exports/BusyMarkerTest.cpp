@@ -1,4 +1,5 @@
-// The named mutexes that mark a data file as busy: who finds one leaves the file alone and does not wait.
+// Tests of the busy markers: named mutexes that mark a data file as busy. A process that finds a marker skips
+// the file and does not wait.
 #include <windows.h>
 
 #include <optional>
@@ -29,7 +30,7 @@ HANDLE Fail(DWORD error) {
 
 class BusyMarkerTest : public ExportTest {
 protected:
-    // A user file with the values {50, 51} for function 1, beside the defaults {2, 3}.
+    // Writes user settings with the values {50, 51} for function 1, whose defaults are {2, 3}.
     void WriteFiles() const {
         WriteDefaults(TwoFunctions);
         WriteUserSettings(StoredSettings());
@@ -43,7 +44,7 @@ protected:
     const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
 };
 
-// ---- Which markers are looked for, and when ----
+// ---- When the markers are opened ----
 
 TEST_F(BusyMarkerTest, AWriteLooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
     WriteFiles();
@@ -158,7 +159,7 @@ TEST_F(BusyMarkerTest, TheOwnershipIsNeverReleasedByACallOfItsOwn) {
     EXPECT_THROW((ImportPatch{Dll().Handle(), "ReleaseMutex", &ReleaseMutex}), std::invalid_argument);
 }
 
-// ---- Markers that others hold ----
+// ---- Markers held by other processes ----
 
 TEST_F(BusyMarkerTest, AReadSkipsABusyFile) {
     WriteFiles();
@@ -257,7 +258,7 @@ TEST_F(BusyMarkerTest, DefaultsThatAreBusyAfterTheirLoadAreStillKnown) {
     EXPECT_EQ(GetParameterDefault(Balanced), defaults);
 }
 
-// ---- Load and save, each with a marker of its own ----
+// ---- Separate markers for load and save ----
 
 TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
     WriteFiles();
@@ -272,7 +273,7 @@ TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
     EXPECT_TRUE(calls.unclosed.empty());
 }
 
-// Makes a change in memory whose save finds the file busy.
+// Changes parameters in memory while the file is busy, so that they are not saved.
 class UnsavedEditTest : public BusyMarkerTest {
 protected:
     void EditWithoutSaving() {
@@ -321,7 +322,7 @@ TEST_F(UnsavedEditTest, IsLostWithTheNextUseWhenThereIsNoFile) {
     EXPECT_NE(UserSettings().find("<Function ID=\"2\""), std::string::npos);
 }
 
-// A function without ID keeps a write from being saved. What it did in memory shows with the next save.
+// A function without "ID" makes the write end before its save. The next save writes the changes in memory.
 TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest) {
     WriteUserSettings(
         OldUserFile(OldScheme(BalancedText, OldFunction(5, 1, 1) + "<Function/>" + OldFunction(6, 1, 1))));
@@ -349,7 +350,7 @@ TEST_F(BusyMarkerTest, AWriteAppendsEverythingWhereTheFirstFunctionHasNoId) {
                                           NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
 }
 
-// ---- What the two mutex calls can answer ----
+// ---- Results of OpenMutex and CreateMutex ----
 
 struct MarkerAnswer {
     const char* name;

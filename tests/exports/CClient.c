@@ -72,7 +72,7 @@ static void PrintGuid(struct CClientOutput* output, const void* record, size_t o
     Print(output, " %08lx-%04x", guid.Data1, guid.Data2);
 }
 
-/* Other values than 0 and 1 are none of a result. */
+/* Prints values other than 0 and 1, which are invalid results, as numbers. */
 static void PrintResult(struct CClientOutput* output, uint8_t result) {
     Print(output, result == 1 ? "true\n" : result == 0 ? "false\n" : "%u\n", result);
 }
@@ -81,7 +81,7 @@ static void PrintResult(struct CClientOutput* output, uint8_t result) {
 
 typedef void (*Visit)(const void* record, struct CClientOutput* output);
 
-/* Visits the records of a list, and looks whether its links lead back and its count is right. */
+/* Visits the records of a list and checks its backward links and its count. */
 static void Walk(const void* list, Visit visit, struct CClientOutput* output) {
     const void* const head = PointerAt(list, 0);
     const void* previous = head;
@@ -140,7 +140,7 @@ static void OnFunction(struct Callback* callback, uint32_t id, const void* recor
     Print(output, "\n");
 }
 
-/* The six numbers and the text that commands of both kinds have. */
+/* Prints the six numbers and the string that both kinds of commands have. */
 static void PrintCommand(const void* item, struct CClientOutput* output) {
     Print(output, " (%d %d %d %d %d %d", IntAt(item, 0), IntAt(item, 4), IntAt(item, 8), IntAt(item, 12),
           IntAt(item, 16), IntAt(item, 20));
@@ -240,7 +240,7 @@ static void* Grow(struct Tree* tree, size_t first, size_t end, void* parent) {
 
 static void PutTree(void* holder, struct Tree* tree, const struct CClientInput* input) {
     const size_t count = input->paramCount;
-    /* Colours, and what fills the gaps of the layout, are no business of the DLL. */
+    /* The DLL must not depend on the nodes' colours or on padding, so fill them with arbitrary bytes. */
     memset(tree, 0xdb, sizeof *tree);
     tree->input = input;
     PutPointer(tree->nil, 0, count > 0 ? tree->nodes[0] : tree->nil);
@@ -251,11 +251,11 @@ static void PutTree(void* holder, struct Tree* tree, const struct CClientInput* 
     PutCount(holder, 16, count);
 }
 
-/* ---- Records that AddFunctionDefault gets ------------------------------------------------------------- */
+/* ---- Records for AddFunctionDefault ------------------------------------------------------------------- */
 
 enum { Functions = 2, Families = 4, Commands = 4 };
 
-/* Each node is two links and a record, each sentinel two links. */
+/* A node consists of two links and a record, a sentinel of two links. */
 struct Catalogue {
     uint64_t sentinels[1 + Functions + 2 * Families][2];
     uint64_t functions[Functions][(16 + 1088) / 8];
@@ -303,12 +303,12 @@ static void PutCheck(struct Catalogue* catalogue) {
         PutEmptyText(record, offset);
 }
 
-/* Function 1 has the commands 11, 12 and 13 in two families, the first with a check; function 2 has an empty
-   family and command 21. */
+/* Function 1 has the commands 11, 12 and 13 in two families; the first family has a check. Function 2 has an
+   empty family and a family with the command 21. */
 static void PutCatalogue(void* holder, struct Catalogue* catalogue, const struct CClientInput* input) {
     static const int32_t commandIds[Commands] = {11, 12, 13, 21};
     static const int familyOfCommand[Commands] = {0, 0, 1, 3};
-    /* What fills the gaps, and what follows the end of a text, is no business of the DLL. */
+    /* The DLL must not depend on padding or on bytes after a terminating null, so fill them. */
     memset(catalogue, 0xdb, sizeof *catalogue);
     PutEmptyList(holder, 8, catalogue->sentinels[0]);
     PutFunction(catalogue, 0, input->displayNode, input->defaultNode);

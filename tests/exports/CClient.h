@@ -1,5 +1,5 @@
-/* A client of the DLL in plain C. It shares no header with the DLL: it knows the offsets of the interface's
-   description, and reads and writes records byte by byte. */
+/* A client of the DLL in plain C that uses none of the DLL's headers. It reads and writes records as bytes at
+   the documented offsets. */
 #ifndef ZOTDAM_TESTS_CCLIENT_H
 #define ZOTDAM_TESTS_CCLIENT_H
 
@@ -18,34 +18,34 @@ struct CClientParam {
     int32_t dc;
 };
 
-/* How the tree of a map is grown. */
+/* The shape of a map's tree. */
 enum CClientShape { CClientBalanced, CClientAscending, CClientDescending };
 
-/* What the exports take; each takes its own part. */
+/* The arguments of the exports. Each export uses some of the fields. */
 struct CClientInput {
     GUID scheme;
     GUID otherScheme;
-    uint32_t number; /* a position, or a mode */
+    uint32_t number; /* a position or a mode */
     const wchar_t* name;
     const wchar_t* value;
-    const struct CClientParam* params; /* by ascending id, at most CClientMostParams */
+    const struct CClientParam* params; /* in ascending order of ids, at most CClientMostParams */
     size_t paramCount;
     enum CClientShape shape;
-    size_t recordCount; /* of the records of two functions, how many AddFunctionDefault gets */
+    size_t recordCount; /* number of records for AddFunctionDefault, at most two */
     void* displayNode;  /* of the first record */
     void* defaultNode;
 };
 
 enum { CClientMostParams = 64 };
 
-/* What the exports give, as a text. */
+/* The output of the exports as text. */
 struct CClientOutput {
     char text[16384];
     size_t length;
 };
 
-/* Calls the export of that name. All that it hands out is appended to the output, each item on a line of its
-   own, and then its result. */
+/* Calls the given export. Appends each item that it enumerates or returns to the output, one per line, and
+   then its result. */
 void CClientCall(HMODULE dll, const char* exportName, const struct CClientInput* input,
                  struct CClientOutput* output);
 

@@ -1,5 +1,4 @@
-// The eighteen exports as a program in C sees them that shares nothing with the library but the description
-// of its interface.
+// Tests of the eighteen exports through a client in C that uses none of the library's headers.
 #include "exports/CClient.h"
 #include "support/DataFiles.h"
 #include "support/FunctionDefaultsTest.h"
@@ -68,7 +67,7 @@ protected:
     CClientInput input = {};
 };
 
-// ---- What the exports give ----
+// ---- Output ----
 
 TEST_F(CClientTest, CountsTheFunctions) {
     EXPECT_EQ(Call("GetFuncCount"), "2\n");
@@ -143,7 +142,7 @@ TEST_F(CClientTest, Leaves) {
     EXPECT_EQ(Call("GetFunctionInfo"), "false\n");
 }
 
-// ---- What the exports take ----
+// ---- Input ----
 
 class CClientMapTest : public CClientTest, public testing::WithParamInterface<CClientShape> {};
 

@@ -1,5 +1,4 @@
-// The catalogue that the defaults file describes, seen through GetFuncCount and through the functions that
-// GetParameter completes.
+// Tests of loading the catalogue from the defaults file, through GetFuncCount and GetParameter.
 #include "support/NumberTexts.h"
 #include "support/SettingsTest.h"
 
@@ -13,7 +12,7 @@ std::string Units(std::size_t count) {
     return std::string(count, 'n');
 }
 
-// Characters that take two UTF-16 units each.
+// Returns characters of two UTF-16 code units each.
 std::string SurrogatePairs(std::size_t count) {
     std::string text;
     while (count-- > 0)
@@ -180,7 +179,7 @@ TEST_F(CatalogueTest, DoesNotFallBackToTheBaseCatalogue) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-// ---- When it is read ----
+// ---- When the catalogue is loaded ----
 
 TEST_F(CatalogueTest, StaysWhenTheFileChanges) {
     CountOf(Function(1));
@@ -247,7 +246,7 @@ TEST_P(CatalogueIdTest, IsReadAsANumberThatMustNotBeNegative) {
 
 INSTANTIATE_TEST_SUITE_P(Numbers, CatalogueIdTest, testing::ValuesIn(NumberTexts()), CaseName<NumberText>);
 
-// Each is the second of three functions.
+// The parameter is the second of three functions.
 class BrokenFunctionTest : public CatalogueTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(BrokenFunctionTest, MakesTheWholeCatalogueUnavailable) {
@@ -297,7 +296,7 @@ INSTANTIATE_TEST_SUITE_P(
                     XmlCase{"DcLabelOf130SurrogatePairs", FunctionWithLabel("DC", SurrogatePairs(130))}),
     CaseName<XmlCase>);
 
-// Each stands between two functions, and none hides the one behind it.
+// The parameter is an unusual but valid function between two others. All three are read.
 class SoundFunctionTest : public CatalogueTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(SoundFunctionTest, Counts) {
@@ -348,7 +347,7 @@ INSTANTIATE_TEST_SUITE_P(
                                             Units(10000) + "\"/></Commands></Function>"}),
     CaseName<XmlCase>);
 
-// What cannot be read there fails the load only when it is read.
+// Further elements of the same name are not read, so an overlong label in them does not fail the load.
 INSTANTIATE_TEST_SUITE_P(
     LaterDuplicates, SoundFunctionTest,
     testing::Values(XmlCase{"OfDisplay", "<Function ID=\"2\"><Display/><Display><AC><DisplayItem Label=\"" +
@@ -360,7 +359,7 @@ INSTANTIATE_TEST_SUITE_P(
                     XmlCase{"OfCommands", R"(<Function ID="2"><Display/><Commands/><Commands/></Function>)"}),
     CaseName<XmlCase>);
 
-// Each stands between two functions.
+// The parameter is located between two functions and adds no function.
 class NoFunctionTest : public CatalogueTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(NoFunctionTest, IsPassedOver) {

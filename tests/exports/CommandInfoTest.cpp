@@ -1,4 +1,5 @@
-// GetCommandInfo: the commands of all functions, with the options that a scheme's parameters select for them.
+// Tests of GetCommandInfo, which enumerates the commands of all functions with the options that a scheme's
+// parameters select.
 #include <array>
 #include <climits>
 #include <cstring>
@@ -13,13 +14,13 @@ namespace {
 
 constexpr std::size_t LongestText = TextCapacity - 1;
 
-// A command that takes the option on mains power first and the one on battery second.
+// A command whose first option is the one for AC and whose second option is the one for DC.
 std::string Command(std::int32_t id) {
     return "<CommandItem ID=\"" + std::to_string(id) + "\" ParamIndex1=\"0\" ParamIndex2=\"1\"/>";
 }
 
-// A function with commands whose options tell the function, the power source and the position: those of the
-// function 1 are 110, 111 and 112 on mains power, 120 and 121 on battery.
+// A function with commands and options. The digits of an option are the function, the power source and the
+// position: function 1 has 110, 111 and 112 for AC, and 120 and 121 for DC.
 std::string CommandingFunction(std::int32_t id, const std::string& commands,
                                const ParamValue& defaults = {}) {
     const std::string digits = std::to_string(id);
@@ -29,7 +30,7 @@ std::string CommandingFunction(std::int32_t id, const std::string& commands,
                              .defaults = defaults});
 }
 
-// A refresh-rate function with two rates, which are its options.
+// A refresh-rate function whose options are two rates.
 std::string RateFunction(std::int32_t id, const std::string& commands) {
     return FunctionWith(id, {.acItems = Options({"60", "48"}), .commands = commands});
 }
@@ -57,7 +58,7 @@ protected:
         return ids;
     }
 
-    // The id and the two options of each command.
+    // The id and the two options of each command, in the order of the enumeration.
     using Resolved = std::vector<std::array<std::int32_t, 3>>;
     Resolved ResolvedCommands(const GUID& scheme = Balanced) {
         Resolved resolved;
@@ -66,13 +67,13 @@ protected:
         return resolved;
     }
 
-    // The commands of a catalogue without regard to what the scheme is set to.
+    // Returns the ids of a catalogue's commands.
     std::vector<std::int32_t> IdsOf(const std::string& functions) {
         WriteFunctions(functions);
         return CommandIds();
     }
 
-    // The only command of the function 1, which has options of its own on either power source.
+    // Returns the only command of function 1, which has different options for AC and DC.
     CommandInfoRecord CommandOf(const std::string& attributes, const ParamValue& stored = {}) {
         WriteFunctions(CommandingFunction(1, "<CommandItem " + attributes + "/>"));
         WriteBalanced(OldFunction(1, stored.ACParamIndex, stored.DCParamIndex));
@@ -236,7 +237,7 @@ TEST_F(CommandInfoTest, AnItemWithoutOptionHasTheOneOfTheItemBeforeOnItsPowerSou
     EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 10, 0}}));
 }
 
-// ---- Which commands, and in which order ----
+// ---- Selection and order of the commands ----
 
 TEST_F(CommandInfoTest, GoesByAscendingFunctionIdAndThenByTheOrderOfTheFile) {
     EXPECT_EQ(IdsOf(CommandingFunction(300, Command(1)) + CommandingFunction(0, Command(9) + Command(2)) +
@@ -287,7 +288,7 @@ TEST_F(CommandInfoTest, PassesOverAllThatIsNoCommand) {
               (std::vector<std::int32_t>{1}));
 }
 
-// ---- Attributes that a command lacks ----
+// ---- Attributes that a command is missing ----
 
 TEST_F(CommandInfoTest, ACommandWithoutAttributesIsLikeTheOneBefore) {
     WriteFunctions(CommandingFunction(1, R"(<CommandItem ID="1" Event="2" State="3" ParamIndex1="1"
@@ -397,7 +398,7 @@ TEST_F(CommandInfoTest, GivesNoCommandsWhereNeitherSchemeNorDefaultsCanBeRead) {
     EXPECT_FALSE(HasUserSettings());
 }
 
-// A function without "ID" cannot be matched when the completed scheme is stored.
+// A function without "ID" cannot be matched, so the completed scheme cannot be stored.
 TEST_F(CommandInfoTest, GivesNoCommandsOfASchemeThatCannotBeWrittenBack) {
     const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
     WriteFunctions(CommandingFunction(1, Command(1)) + CommandingFunction(2, Command(2)));
@@ -408,7 +409,7 @@ TEST_F(CommandInfoTest, GivesNoCommandsOfASchemeThatCannotBeWrittenBack) {
     EXPECT_EQ(CommandIds(), (std::vector<std::int32_t>{1, 2}));
 }
 
-// ---- Functions that the scheme lacks ----
+// ---- Functions that are not in the scheme ----
 
 TEST_F(CommandInfoTest, AFunctionThatTheDisplayHidesGivesNone) {
     const FakeDisplay display{Dll().Handle(), {60}};
@@ -445,7 +446,8 @@ TEST_F(CommandInfoTest, AnEmptySchemeGivesNoneWhereNoFunctionHasCommands) {
     EXPECT_EQ(IdsOf(Functions({1, 2})), std::vector<std::int32_t>{});
 }
 
-// The hidden function leaves the scheme empty, and is then itself the first with commands.
+// Without the hidden function, the scheme is empty. The commands of the first function are then enumerated,
+// which is the hidden function itself.
 TEST_F(CommandInfoTest, ASchemeThatTheDisplayEmptiesGivesTheCommandsOfTheFirstFunction) {
     const FakeDisplay display{Dll().Handle(), {60}};
     WriteFunctions(RateFunction(7, Command(7)) + CommandingFunction(9, Command(9)));

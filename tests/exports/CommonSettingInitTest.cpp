@@ -1,4 +1,5 @@
-// InitCommonSetting: the common settings of the base catalogue become the only ones of the defaults file.
+// Tests of InitCommonSetting, which replaces the common settings of the defaults file with those of the base
+// catalogue.
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
@@ -23,7 +24,7 @@ protected:
         "<?xml version='1.0' encoding='UTF-8'?>\n<ZOTDefault><CommonSettings A=\"base\"/></ZOTDefault>\n";
 };
 
-// ---- What becomes of the defaults ----
+// ---- The defaults file after the call ----
 
 TEST_F(CommonSettingInitTest, LeavesOnlyTheSettingsOfTheBaseCatalogue) {
     WriteBaseValues(R"(A="base" B="2")");
@@ -195,7 +196,7 @@ TEST_F(CommonSettingInitTest, ReleasesEveryDocumentAtExit) {
     EXPECT_EQ(documents.StillHeld(), 0u);
 }
 
-// ---- What is read afterwards ----
+// ---- Reading after the call ----
 
 TEST_F(CommonSettingInitTest, MakesTheValuesOfTheBaseCatalogueTheDefaults) {
     WriteBaseValues(R"(A="base" B="base")");

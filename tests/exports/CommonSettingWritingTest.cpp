@@ -1,4 +1,4 @@
-// SetCommonSetting: into the user settings file as it is on disk, and nowhere else.
+// Tests of SetCommonSetting, which loads the user settings file, changes a setting and saves the file.
 #include <thread>
 
 #include "support/CommonSettingsTest.h"
@@ -28,7 +28,7 @@ const RegisterRole storeSetting{
         return dll.SetCommonSetting(arguments.at(0).c_str(), arguments.at(1).c_str()) ? 0 : 1;
     }};
 
-// What a further use adds to a document whose file is still missing: it has looked for schemes to clear.
+// The section that a further use adds if the file does not exist yet, because it looks for schemes to clear.
 constexpr char SecondUse[] = "<PowerSchemes/>";
 
 std::string NewFileWith(const std::string& settings, const std::string& further = {}) {
@@ -40,7 +40,7 @@ std::string NewFileWith(const std::string& settings, const std::string& further 
 
 class CommonSettingWritingTest : public CommonSettingsTest {
 protected:
-    // The stored value as a freshly loaded library finds it.
+    // Unloads the library and reads the stored value with a newly loaded one.
     std::optional<std::wstring> Reloaded(const std::wstring& name) {
         Unload();
         return Setting(name);

@@ -1,4 +1,5 @@
-// GetCommonSetting: the user's value, else the default, else that of the base catalogue.
+// Tests of GetCommonSetting, which returns the user's value, or else the default, or else the value of the
+// base catalogue.
 #include "support/CommonSettingsTest.h"
 
 #include "support/DataFiles.h"
@@ -86,7 +87,7 @@ TEST_F(CommonSettingsTest, AFailureOfTheDomCountsAsAMiss) {
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-// Lets the look-up in the user settings fail, and no other.
+// Only the look-up in the user settings fails.
 TEST_F(CommonSettingsTest, AFailureInOneSourceLetsTheNextAnswer) {
     using GetNamedItem = HRESULT WINAPI(IXMLDOMNamedNodeMap*, BSTR, IXMLDOMNode**);
     static int lookUps;
@@ -114,7 +115,7 @@ void PrintTo(const Source& source, std::ostream* out) {
     *out << source.name;
 }
 
-// One of the three files, while the others do not exist.
+// Tests each of the three files while the other two do not exist.
 class EachSourceTest : public CommonSettingsTest, public testing::WithParamInterface<Source> {
 protected:
     std::filesystem::path File() const { return (installation.*GetParam().file)(); }
@@ -215,7 +216,7 @@ TEST_P(EachSourceTest, LeavesTabsAndLineBreaksThatAreWrittenAsReferences) {
     EXPECT_EQ(Setting(L"Name"), L"\ta\nb\r\nc\t");
 }
 
-// So does every XML parser.
+// XML parsers normalize white space in attributes.
 TEST_P(EachSourceTest, TurnsPlainTabsAndLineBreaksIntoSpaces) {
     WriteValues("Name=\"a\tb\nc\"");
     EXPECT_EQ(Setting(L"Name"), L"a b c");
@@ -352,7 +353,7 @@ TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadOnce) {
     EXPECT_EQ(Setting(L"B"), L"2");
 }
 
-// A source that need not be asked is not opened.
+// A source is not opened before a setting is looked up in it.
 TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadWhenTheyAreFirstAsked) {
     WriteUserValues(R"(Name="user")");
     WriteDefaultValues(R"(A="1")");
@@ -389,7 +390,7 @@ TEST_F(CommonSettingsTest, DeletedUserSettingsFallThroughToTheDefaultsIfTheyHadA
     EXPECT_FALSE(HasUserFile());
 }
 
-// Deliberate: without a scheme to clear, clearing ends early.
+// Deliberate: without schemes to clear, clearing ends early and keeps the common settings.
 TEST_F(CommonSettingsTest, DeletedUserSettingsWithoutASchemeAreStillKnown) {
     WriteDefaultValues(R"(Name="default")");
     WriteUserValues(R"(Name="user")");

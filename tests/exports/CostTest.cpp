@@ -1,4 +1,4 @@
-// What the library leaves alone, because it would cost time. (No test measures time itself.)
+// Tests that frequent calls do no expensive work. They count operations and do not measure time.
 #include "support/DomMethods.h"
 #include "support/ImportPatch.h"
 #include "support/SettingsTest.h"
@@ -21,7 +21,7 @@ BSTR WINAPI CountedSysAllocString(const OLECHAR* text) {
 
 }  // namespace
 
-// Once the catalogue and the current values are loaded, the two cheapest exports work in memory alone.
+// After the catalogue and the current values are loaded, GetFuncCount and GetFuncCurValue read from memory.
 class CostTest : public SettingsTest {
 protected:
     void SetUp() override {

@@ -1,5 +1,5 @@
-// TEVGetParam and GetFuncCurValue: the parameters of a scheme are loaded once and asked for function by
-// function, as the options that they select.
+// Tests of TEVGetParam, which loads the parameters of a scheme, and of GetFuncCurValue, which returns the
+// options that they select for one function.
 #include <array>
 #include <climits>
 #include <cstdlib>
@@ -11,8 +11,8 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// A function whose options tell the function, the power source and the position: those of the function 1 are
-// 110, 111 and 112 on mains power, 120, 121 and 122 on battery.
+// A function with options. The digits of an option are the function, the power source and the position:
+// function 1 has 110, 111 and 112 for AC, and 120, 121 and 122 for DC.
 FunctionParts OptionParts(std::int32_t id, const ParamValue& defaults = {}) {
     const std::string digits = std::to_string(id);
     return {.acItems = Options({digits + "10", digits + "11", digits + "12"}),
@@ -24,7 +24,7 @@ std::string OptionFunction(std::int32_t id, const ParamValue& defaults = {}) {
     return FunctionWith(id, OptionParts(id, defaults));
 }
 
-// A refresh-rate function that a display with 60 Hz alone cannot serve.
+// A refresh-rate function that a display with only 60 Hz does not support.
 std::string RateFunction(std::int32_t id, const ParamValue& defaults = {}) {
     return FunctionWith(
         id, {.acItems = Options({"60", "48"}), .dcItems = Options({"61", "49"}), .defaults = defaults});
@@ -42,12 +42,12 @@ protected:
     using Values = std::array<std::uint32_t, 3>;
     static constexpr Values Untouched = {91, 92, 93};
 
-    // What stands in a record that the caller has filled before.
+    // Reads into a record that already contains other values.
     Values CurrentValue(std::uint32_t position) { return Read(position, true); }
 
     void ExpectNoValue(std::uint32_t position) { EXPECT_EQ(Read(position, false), Untouched) << position; }
 
-    // Loads the scheme with these values stored.
+    // Stores a scheme with the given values and loads it.
     void Load(const std::string& functions, const std::string& stored) {
         WriteFunctions(functions);
         WriteBalanced(stored);
@@ -60,7 +60,7 @@ protected:
         EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
     }
 
-    // Loads a scheme whose function 7 is hidden, the second in the catalogue.
+    // Loads a scheme and hides its function 7, the second function of the catalogue.
     void LoadWithHiddenFunction() {
         const FakeDisplay display{Dll().Handle(), {60}};
         Load(OptionFunction(1) + RateFunction(7), OldFunction(1, 1, 1) + OldFunction(7, 1, 1));
@@ -206,7 +206,7 @@ TEST_F(CurrentValuesTest, AreNowhereInAnEmptyCatalogue) {
         ExpectNoValue(position);
 }
 
-// The catalogue needs "Commands", the default parameters do not.
+// The catalogue requires "Commands", but the default parameters do not.
 TEST_F(CurrentValuesTest, AreNowhereWithoutACatalogueThoughTheDefaultsAreLoaded) {
     LoadDefaults(R"(<Function ID="1"><Display/><Default ACParamIndex="2" DCParamIndex="3"/></Function>)");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
@@ -240,7 +240,7 @@ TEST_F(CurrentValuesTest, OfOtherFunctionsReportTheirOwnIds) {
     EXPECT_EQ(CurrentValue(4), (Values{0x7FFFFFFF, 1, 2}));
 }
 
-// ---- Functions that the scheme lacks ----
+// ---- Functions that are not in the scheme ----
 
 TEST_F(CurrentValuesTest, OfAHiddenFunctionAreItsFirstOptions) {
     LoadWithHiddenFunction();
@@ -261,7 +261,7 @@ TEST_F(CurrentValuesTest, OfAHiddenFunctionAreNoneWhereTheSchemeHasNothingElse) 
     ExpectNoValue(0);
 }
 
-// A function that the scheme lacks enters the cache when it is asked for, which takes memory once.
+// The first request for a function that is not in the scheme allocates its cache entry.
 TEST_F(CurrentValuesTest, OfAHiddenFunctionAreNoneWhereNoMemoryIsLeftForThem) {
     LoadWithHiddenFunction();
     const ImportPatch noMemory{Dll().Handle(), "malloc", &NoMemory};
@@ -357,8 +357,8 @@ TEST_F(CurrentValuesTest, AFailedLoadLeavesTheDefaultsThatItRead) {
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 122}));
 }
 
-// A function without "ID" cannot be matched when the completed scheme is stored. The defaults then add what
-// is missing: here, the function that the display has just hidden.
+// A function without "ID" cannot be matched, so the completed scheme cannot be stored. The defaults then add
+// the missing functions, here the one that the display hides.
 TEST_F(CurrentValuesTest, TheDefaultsOnlyAddToASchemeThatCannotBeWrittenBack) {
     const FakeDisplay display{Dll().Handle(), {60}};
     const std::string stored = OldFunction(1, 2, 1) + R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";

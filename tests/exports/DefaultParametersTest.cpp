@@ -1,4 +1,4 @@
-// GetParameterDefault: what the defaults file holds for a power scheme.
+// Tests of GetParameterDefault, which enumerates the default parameters of a power scheme.
 #include "support/NumberTexts.h"
 #include "support/SettingsTest.h"
 
@@ -202,7 +202,7 @@ INSTANTIATE_TEST_SUITE_P(Guids, DefaultItemGuidTest, testing::ValuesIn(GuidCases
 
 // ---- Functions that cannot be read ----
 
-// Each is the second of three functions.
+// The parameter is the second of three functions.
 class BrokenDefaultTest : public DefaultParametersTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(BrokenDefaultTest, EndsTheReadingAndKeepsWhatWasRead) {
@@ -277,7 +277,7 @@ TEST_F(DefaultParametersTest, AreNoneWhenTheFirstFunctionCannotBeRead) {
               Params{});
 }
 
-// ---- What is passed over ----
+// ---- Ignored nodes ----
 
 TEST_F(DefaultParametersTest, PassOverOtherKindsOfNodes) {
     EXPECT_EQ(DefaultsOf(R"(<!--<Function ID="8"/>-->text<?Function ID="9"?>

@@ -1,4 +1,4 @@
-// The two texts of GetDiffFuncList: their lines, their translations, and their ends.
+// Tests of the two strings that GetDiffFuncList returns: their lines, translations and truncation.
 #include "support/DifferencesTest.h"
 
 namespace ZOTDam::Test {
@@ -53,7 +53,7 @@ TEST_F(DifferenceTextsTest, OfAFunctionThatLacksItsNameBearTheOneOfTheFunctionBe
     EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
 }
 
-// ---- Texts that are missing ----
+// ---- Missing translations ----
 
 TEST_F(DifferenceTextsTest, WithoutAStringTableHaveTheirKeysAsNamesAndEmptyValues) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
@@ -96,7 +96,7 @@ TEST_P(UnlabelledTest, IsAnEmptyLine) {
     EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r", L"\n\r"}));
 }
 
-// The label is empty there, and is looked up like any other.
+// The missing label is treated as empty, and the empty key is looked up like any other key.
 TEST_P(UnlabelledTest, HasTheTextOfTheEmptyKey) {
     WriteDimAt(GetParam());
     Translate({{"AcOff", "wrong"}, {"", "No setting"}});
@@ -157,9 +157,9 @@ TEST_F(DifferenceTextsTest, HaveTheKeysThatGetFunctionInfoLeaves) {
     EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
 }
 
-// ---- Texts that do not fit ----
+// ---- Strings that do not fit ----
 
-// A single function that differs, with a name and a label of these texts.
+// Compares two schemes that differ in one function, whose name and label have the given translations.
 class LongDifferencesTest : public DifferenceTextsTest {
 protected:
     Difference CompareTranslated(const std::string& name, const std::string& label) {

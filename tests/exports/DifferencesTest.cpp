@@ -1,5 +1,5 @@
-// GetDiffFuncList: which functions two schemes set differently, in which order they are listed, and what the
-// comparison stores.
+// Tests of GetDiffFuncList: the functions whose parameters differ between two schemes, the order of the list,
+// and the schemes that the call stores.
 #include "support/DifferencesTest.h"
 
 #include "support/FakeDisplay.h"
@@ -11,7 +11,7 @@ namespace {
 constexpr GUID AllZero = {};
 constexpr char AllZeroText[] = "00000000-0000-0000-0000-000000000000";
 
-// A refresh-rate function of a display that has no rates but 60 Hz.
+// A refresh-rate function that a display with only 60 Hz supports.
 std::string RateFunction(std::int32_t id) {
     return FunctionWith(id, {.attributes = R"(Name="Rate")", .acItems = Options({"60", "60"})});
 }
@@ -53,7 +53,7 @@ TEST_P(OtherModeTest, TranslatesNoName) {
 INSTANTIATE_TEST_SUITE_P(Modes, OtherModeTest,
                          testing::Values(0u, 3u, 0x101u, 0x80000001u, 0xFFFFFFFEu, 0xFFFFFFFFu));
 
-// ---- What differs ----
+// ---- Differences ----
 
 TEST_F(DifferencesTest, AreNoneBetweenEqualSchemes) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
@@ -140,7 +140,7 @@ TEST_F(DifferencesTest, OfAFunctionThatTheDisplayServesAreListed) {
     EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Rate\n\r");
 }
 
-// The display changes between the reading of the two schemes.
+// The display changes after the first scheme is read.
 TEST_F(DifferencesTest, OfAFunctionThatOnlyTheSecondSchemeHasAreNotListed) {
     FakeDisplay display{Dll().Handle(), {}};
     display.ChangeAfterFirstMode({60});
@@ -290,7 +290,7 @@ TEST_F(DifferencesTest, AreNoneWhereTheSecondSchemeCannotBeLoaded) {
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 0, 0))));
 }
 
-// A function without "ID" cannot be matched when the completed scheme is stored.
+// A function without "ID" cannot be matched, so the completed scheme cannot be stored.
 TEST_F(DifferencesTest, AreNoneWhereASchemeCannotBeWrittenBack) {
     const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));

@@ -1,5 +1,5 @@
-// The data files as documents: where they lie, when they are read, what is created in them, and how they are
-// saved.
+// Tests of the data files' documents: where the files are located, when they are read, which sections are
+// created in them, and how they are saved.
 #include <windows.h>
 
 #include "support/DataFiles.h"
@@ -18,7 +18,7 @@ protected:
     std::filesystem::path Sibling() const { return SiblingOf(installation.UserFile()); }
     std::filesystem::path Backup() const { return UnreadableCopyOf(installation.UserFile()); }
 
-    // A user file that a test finds unchanged, or knows how it changes.
+    // Writes user settings in the format that the library saves, so that tests can compare whole files.
     void WriteStored() const { WriteUserSettings(Stored); }
     inline static const std::string Stored = OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)));
     inline static const std::string Updated = OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)));
@@ -238,7 +238,7 @@ TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesAlsoWhileTheMarkerIsHeld) {
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
-// ---- Places ----
+// ---- Locations ----
 
 TEST_F(DocumentsTest, AMissingFolderIsNotCreatedAndTheSaveFails) {
     std::filesystem::remove_all(installation.ProgramData());
@@ -339,7 +339,7 @@ TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
 
 class SavingTest : public DocumentsTest {
 protected:
-    // What the call that is to replace the file finds; then it fails.
+    // The arguments of a fake MoveFileEx, which fails, and the contents of both files at that time.
     struct Replacement {
         std::filesystem::path source;
         std::filesystem::path target;

@@ -1,4 +1,4 @@
-// Tests of which characters XML allows in names and in text.
+// Tests of the characters that XML allows in names and in text.
 #include "xml/Characters.h"
 
 #include <gtest/gtest.h>
