@@ -1,4 +1,4 @@
-// Saves to a disk that fills up while the file is written. Some DOMs tell nobody of that.
+// Tests of saves to a disk that becomes full during the write. Some DOMs do not report such an error.
 #include "support/FunctionDefaultsTest.h"
 #include "support/ImportPatch.h"
 
@@ -6,7 +6,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// How many bytes still fit, and whether the write that meets the end writes what does.
+// The free bytes on the disk, and whether a write that does not fit writes as many bytes as possible.
 DWORD freeBytes = 0;
 bool writesWhatFits = false;
 
@@ -26,7 +26,7 @@ BOOL WINAPI WriteToSmallDisk(HANDLE file, LPCVOID data, DWORD size, LPDWORD writ
 
 }  // namespace
 
-// The parameter says whether the last write succeeds in part.
+// The parameter is whether the last write succeeds partially.
 class FullDiskTest : public FunctionDefaultsTest, public testing::WithParamInterface<bool> {
 protected:
     void SetUp() override {

@@ -1,4 +1,4 @@
-// The file of the base catalogue: where GetFunctionBase finds the functions in it, and when it is read.
+// Tests of the base catalogue's file: where GetFunctionBase finds the functions, and when the file is read.
 #include "support/DomDocuments.h"
 #include "support/FunctionBaseTest.h"
 #include "support/StretchedFolder.h"

@@ -1,5 +1,5 @@
-// What stands in the records of the base catalogue: numbers, texts, what an element takes over from the one
-// before it, and the nodes.
+// Tests of the fields in the records of the base catalogue: numbers, strings, values inherited from the
+// previous element, and nodes.
 #include <cstring>
 
 #include "support/FunctionBaseTest.h"
@@ -16,7 +16,7 @@ std::string FunctionWith(const std::string& attributes, const std::string& famil
     return "<Function " + attributes + "><Commands>" + families + "</Commands></Function>";
 }
 
-// Characters that take two UTF-16 units each.
+// Returns characters of two UTF-16 code units each.
 std::string Batteries(std::size_t count) {
     std::string text;
     while (count-- > 0)
@@ -125,7 +125,7 @@ TEST_P(BaseTextTest, DoesNotFitWith10000Units) {
 
 INSTANTIATE_TEST_SUITE_P(, BaseTextTest, testing::ValuesIn(TextFields()), CaseName<TextField>);
 
-// ---- What an element takes over from the one before it ----
+// ---- Values inherited from the previous element ----
 
 TEST_F(FunctionBaseRecordTest, AFunctionWithoutAttributesTakesThemFromTheOneBefore) {
     const FunctionBase full = {.id = 1, .type = 2, .flag = 3, .name = L"n", .group = L"g"};
@@ -261,7 +261,7 @@ protected:
                            "</Function>");
     }
 
-    // Calls the export with an OnItem that looks at the record.
+    // Calls the export with an OnItem that calls the given function with the record.
     template <class Look>
     void AtRecord(Look&& look) {
         int records = 0;
@@ -273,7 +273,7 @@ protected:
         EXPECT_EQ(records, 1);
     }
 
-    // Both nodes, held as a client does that keeps the record.
+    // Returns both nodes with references to them, like a client that keeps the record.
     std::vector<Node> HeldNodes() {
         std::vector<Node> nodes;
         AtRecord([&](const FunctionBaseRecord& record) { nodes = {record.displayNode, record.defaultNode}; });

@@ -1,5 +1,5 @@
-// The base catalogue as GetFunctionBase enumerates it: which functions and families it has, and what becomes
-// of a function that cannot be read.
+// Tests of GetFunctionBase, which enumerates the base catalogue: its functions, their families, and functions
+// that cannot be read.
 #include "support/FunctionBaseTest.h"
 
 #include "support/Blocks.h"
@@ -13,7 +13,7 @@ namespace {
 using IdList = std::vector<std::int32_t>;
 using Records = std::vector<FunctionBase>;
 
-// All that functions have, and nothing twice.
+// Functions with all attributes and elements. No two values are the same.
 constexpr char DimAndRate[] = R"(
     <Function ID="3" Type="4" Flag="5" Name="Dim" Group="Display">
         <Display><AC><DisplayItem Label="Soon" Option="60"/></AC></Display>
@@ -120,7 +120,7 @@ TEST_P(ManyBaseFunctionsTest, AreAllThereInTheirOrder) {
 
 INSTANTIATE_TEST_SUITE_P(, ManyBaseFunctionsTest, testing::Values(1000, 10000));
 
-// Each stands between two functions: it is one with the id 2 and no families, and hides none behind it.
+// The parameter is an unusual but valid function between two others. It has the id 2 and no families.
 class SoundBaseFunctionTest : public FunctionBaseTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(SoundBaseFunctionTest, HasARecord) {
@@ -166,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                                                  "\"/><Commands/></Function>"}),
     CaseName<XmlCase>);
 
-// What stands between the functions and is none.
+// Nodes between the functions that are not functions themselves are ignored.
 TEST_F(FunctionBaseTest, IgnoresWhatIsNoFunction) {
     EXPECT_EQ(IdsOf(BaseFunction(1) + "<!--" + BaseFunction(2) + "-->text<![CDATA[" + BaseFunction(3) +
                     "]]><?Function?><function/><Functions>" + BaseFunction(4) +
@@ -347,7 +347,7 @@ protected:
 
     void SetUp() override { WriteBaseFunctions(DimAndRate); }
 
-    // What is enumerated by a call whose OnItem does something at the first item.
+    // Performs the action in OnItem at the first item. Returns all items.
     template <class Action>
     Records RecordsWhile(Action&& atFirstItem) {
         Records records;

@@ -1,12 +1,12 @@
-// AddFunctionDefault as the other exports see it: the catalogue that they have, and the one that they load
-// next.
+// Tests of the effect of AddFunctionDefault on other exports: the loaded catalogue stays, and the next load
+// reads the new one.
 #include "support/FunctionDefaultsTest.h"
 
 namespace ZOTDam::Test {
 
 class ReplacedCatalogueTest : public FunctionDefaultsTest {
 protected:
-    // The first option and the text of each command, by the id of the command.
+    // The first option and the string of each command, preceded by the command's id.
     using Commands = std::vector<std::pair<std::int32_t, std::pair<std::int32_t, std::wstring>>>;
 
     Commands GetCommandInfo() {
@@ -18,7 +18,7 @@ protected:
         return commands;
     }
 
-    // A record that the catalogue can load.
+    // Returns a record that can be loaded into the catalogue.
     static FunctionBaseRecord LoadableRecord(std::int32_t id) {
         FunctionBaseRecord record = RecordWithDefault(id, id, -id);
         record.displayNode = XmlTree::OfText(L"<Display/>").Root();
@@ -131,7 +131,8 @@ TEST_F(ReplacedCatalogueTest, MayHaveAThousandCommandsInOneFunction) {
 
 class AdoptedTextTest : public ReplacedCatalogueTest {
 protected:
-    // Hands over a function with the text in all its fields, and expects it from the next library.
+    // Writes a function with the given string in all its fields. Expects the string from a newly loaded
+    // library.
     void ExpectBack(const std::wstring& text) {
         FunctionBaseRecord record = LoadableRecord(1);
         Assign(record.name, text);
@@ -168,7 +169,7 @@ TEST_F(AdoptedTextTest, ComesBackWithFormatCharactersAsTheyStand) {
     ExpectBack(L"%s%d%n%%");
 }
 
-// ---- From the base catalogue and back ----
+// ---- Round trip from the base catalogue ----
 
 class RoundTripTest : public ReplacedCatalogueTest {
 protected:

@@ -1,4 +1,5 @@
-// AddFunctionDefault when the file, the DOM or a text does not play along: the client is told nothing of it.
+// Tests of AddFunctionDefault with failures of the file or the DOM and with invalid strings. The call does
+// not report them to the client.
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
 #include "support/FatefulPlatform.h"
@@ -7,7 +8,7 @@
 
 namespace ZOTDam::Test {
 
-// ---- Texts that XML cannot hold ----
+// ---- Strings that XML cannot represent ----
 
 struct TextCase {
     std::string name;
@@ -20,7 +21,7 @@ void PrintTo(const TextCase& textCase, std::ostream* out) {
 
 class ForbiddenTextTest : public FunctionDefaultsTest, public testing::WithParamInterface<TextCase> {
 protected:
-    // Of four records it is the third that cannot be written.
+    // Passes four records, of which the third cannot be written, and expects the first two in the file.
     void ExpectTheTwoRecordsBefore(const FunctionBaseRecord& third) {
         Replace({Record(1), Record(2), third, Record(4)});
         EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));
@@ -109,8 +110,8 @@ void PrintTo(const MethodCase& methodCase, std::ostream* out) {
 
 class FailingMethodTest : public FailingDomTest, public testing::WithParamInterface<MethodCase> {
 protected:
-    // The number of functions in the file after the n-th call of the method has failed; -1 when there is
-    // anything else in it.
+    // Returns the number of functions in the file after the given call of the method has failed, or -1 if
+    // the file contains anything else.
     std::int32_t WrittenWhenCallFails(int call) {
         Unload();
         WriteFunctions(Functions({1, 2, 3}));
@@ -137,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(, FailingMethodTest,
                                          MethodCase{"ImportNode", DomMethod::ImportNode}),
                          CaseName<MethodCase>);
 
-// Whichever call fails: the records before the one that it is for are written, and no part of that one.
+// A failed call leaves the previous records in the file, and no part of the record that it was for.
 TEST_P(FailingMethodTest, LeavesWholeRecordsInTheFile) {
     std::int32_t written = 0;
     for (int call = 1; failed; ++call) {
@@ -205,7 +206,7 @@ TEST_F(FailingDomTest, WithoutADocumentThereIsNothingToWrite) {
 
 class FailedSaveTest : public FunctionDefaultsTest {
 protected:
-    // The change is in memory; the file is as it was.
+    // Expects that a call changes the defaults in memory but not the file.
     void ExpectAChangeInMemoryOnly() {
         const bool existed = HasDefaults();
         const std::string before = Defaults();

@@ -1,4 +1,5 @@
-// The list that AddFunctionDefault takes: it is the client's own, is read along its links, and only read.
+// Tests of the list that AddFunctionDefault receives. The list belongs to the client, and the call only reads
+// it, along its links.
 #include "support/ClientList.h"
 #include "support/FunctionDefaultsTest.h"
 
@@ -20,7 +21,7 @@ protected:
     }
 };
 
-// ---- Nothing ----
+// ---- No records ----
 
 TEST_F(FunctionDefaultsInputTest, NoHolderIsRefused) {
     ExpectRefusal(nullptr);
@@ -123,7 +124,7 @@ TEST_F(FunctionDefaultsInputTest, ChecksMayClaimAnyCount) {
     }
 }
 
-// ---- Only read ----
+// ---- Read-only access ----
 
 TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeRead) {
     const FunctionBaseHolder holder =
@@ -152,7 +153,7 @@ protected:
         return node->Release();
     }
 
-    // Two records that share a node; a third has its own.
+    // Two records share a node. The third has its own.
     ReferenceTest() {
         FunctionBaseRecord record = RecordWithDefault(1, 2, 3);
         record.displayNode = record.defaultNode;

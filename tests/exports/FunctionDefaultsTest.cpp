@@ -1,4 +1,4 @@
-// AddFunctionDefault: what it makes of the records, and what becomes of the functions that were there.
+// Tests of AddFunctionDefault, which writes records to the defaults file and replaces its functions.
 #include <limits>
 
 #include "support/FunctionDefaultsTest.h"
@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 class WrittenFormTest : public FunctionDefaultsTest {
 protected:
-    // No two numbers and no two texts of this one are the same.
+    // Returns a record in which no two numbers and no two strings are the same.
     static FunctionBaseRecord DistinctRecord() {
         FunctionBaseRecord record;
         record.id = 11;
@@ -164,7 +164,7 @@ TEST_F(WrittenNodesTest, KeepTheNamespaceThatWasDeclaredAroundThem) {
 
 // ---- Nodes of the base catalogue ----
 
-// In their subtrees is one of everything that XML offers.
+// The nodes' subtrees contain each kind of XML node.
 constexpr char RichBase[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 <Base>
     <Functions>
@@ -194,7 +194,7 @@ class AdoptedBaseTest : public FunctionDefaultsTest {
 protected:
     AdoptedBaseTest() { WriteBase(RichBase); }
 
-    // What lies under a function of a file.
+    // Describes the given child of a function in the file.
     static std::wstring In(const std::filesystem::path& file, int id, const std::wstring& name) {
         return Described(
             XmlTree::OfFile(file).Find(L"//Function[@ID='" + std::to_wstring(id) + L"']/" + name).get());

@@ -1,4 +1,5 @@
-// The catalogue as GetFunctionInfo shows it: every function with its texts in the user's language.
+// Tests of GetFunctionInfo, which enumerates the functions of the catalogue with their strings in the user's
+// language.
 #include <windows.h>
 
 #include <msxml2.h>
@@ -22,7 +23,7 @@ std::string Item(const std::string& label, std::int32_t option) {
     return "<DisplayItem Label=\"" + label + "\" Option=\"" + std::to_string(option) + "\"/>";
 }
 
-// All that a function has, and one that has other texts than the first.
+// A function with all attributes and elements, and a second function with different strings.
 constexpr char DimAndRate[] = R"(
     <Function ID="3" Type="1" Flag="2" Name="Dim" Group="Display"><Display>
         <AC><DisplayItem Label="Never" Option="0"/><DisplayItem Label="Soon" Option="60"/></AC>
@@ -255,7 +256,7 @@ TEST_F(FunctionInfoTest, IsTheSameTheSecondTime) {
     EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
 }
 
-// A name, a group or a label that the first call left translated in the catalogue would be translated again.
+// A string that the first call translated in the catalogue would be translated again by the second call.
 TEST_F(FunctionInfoTest, LeavesTheKeysInTheCatalogue) {
     const std::string entries = Entry("Name", "N") + Entry("Group", "G") + Entry("Ac", "A") +
                                 Entry("Dc", "D") + Entry("N", "NN") + Entry("G", "GG") + Entry("A", "AA") +
@@ -353,7 +354,7 @@ protected:
         WriteEntries(German());
     }
 
-    // What is enumerated by a call whose OnItem does something at the first item.
+    // Performs the action in OnItem at the first item. Returns all items.
     template <class Action>
     std::vector<FunctionInfo> InfosWhile(Action&& atFirstItem) {
         std::vector<FunctionInfo> infos;

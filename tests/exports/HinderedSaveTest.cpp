@@ -1,5 +1,5 @@
-// Saves that something stands in the way of: a file that is read-only or that another program has open, a
-// folder that is missing or has too long a name. What the call answers, and that nothing is damaged.
+// Tests of saves that cannot proceed, because the file is read-only or in use, or because the folder is
+// missing or its path is too long. The tests check the result of the call and the files.
 #include <windows.h>
 
 #include <optional>
@@ -45,7 +45,7 @@ bool ReplaceFunctions(const Library& dll) {
     return dll.AddFunctionDefault(&holder);
 }
 
-// The readers store the defaults of a scheme that was not stored yet.
+// GetParameter and GetCommandInfo save too: they store the defaults of a scheme that is not stored yet.
 std::vector<SavingCall> SavingCalls() {
     constexpr DataFile user = DataFile::UserSettings;
     constexpr DataFile defaults = DataFile::Defaults;
@@ -73,7 +73,7 @@ std::vector<SavingCall> SavingCalls() {
     };
 }
 
-// ---- What stands in the way ----
+// ---- Hindrances ----
 
 class ReadOnlyFile {
 public:
@@ -102,26 +102,27 @@ constexpr DWORD SharesWriting = FILE_SHARE_READ | FILE_SHARE_WRITE;
 constexpr DWORD SharesDeleting = FILE_SHARE_READ | FILE_SHARE_DELETE;
 constexpr DWORD SharesAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// With these open, no DOM reads the file either.
+// Handles that prevent even the DOM from reading the file.
 const Hindrance Excluding[] = {
     {"WhileOpenForReadingWithoutSharing", Reading, 0},
     {"WhileOpenForWritingWithoutSharing", Writing, 0},
     {"WhileOpenForWritingForOneOnly", Writing, SharesReading},
 };
 
-// With these open, nobody may write into the file.
+// Handles that prevent other processes from writing to the file.
 const Hindrance Forbidding[] = {
     {"WhileOpenForReadingOnly", Reading, SharesReading},
     {"WhileOpenForReadingOnlyAndLocked", Reading, SharesReading, true},
 };
 
-// With these open, everybody may.
+// Handles that allow other processes to write to the file.
 const Hindrance Permitting[] = {
     {"WhileOpenForReadingAndWriting", Reading, SharesWriting},
     {"WhileOpenForAnything", Reading, SharesAll},
 };
 
-// Here systems differ. Some let a file be replaced that another program writes or locks.
+// Handles with which systems differ. Some systems allow the replacement of a file that is being written or is
+// locked.
 const Hindrance Undecided[] = {
     {"WhileOpenForReadingAndDeleting", Reading, SharesDeleting}, {"WhileWritten", Writing, SharesWriting},
     {"WhileWrittenWithAnythingShared", Writing, SharesAll},      {"WhileLocked", Reading, SharesAll, true},
@@ -130,7 +131,7 @@ const Hindrance Undecided[] = {
 
 constexpr wchar_t KeepFileOpen[] = L"keep-file-open";
 
-// Another program that has the file open until it is killed.
+// A second process that keeps the file open until it is terminated.
 const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>& arguments) {
                                     const OpenFile open{arguments.at(0), Reading, SharesReading};
                                     SignalReady();
@@ -140,7 +141,7 @@ const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>
 
 }  // namespace
 
-// The library has read both files when a hindrance comes up.
+// Tests in which the library has read both files before the hindrance occurs.
 class HinderedSaveTest : public FunctionDefaultsTest {
 protected:
     HinderedSaveTest() {
@@ -162,7 +163,7 @@ protected:
         EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
     }
 
-    // What the file holds once the call could save it.
+    // Returns the content of the file after a save without hindrance, and restores the old file.
     std::string ContentSavedBy(const SavingCall& saving) {
         ReadBothFiles();
         EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
@@ -181,7 +182,7 @@ protected:
         return saving.call(Dll());
     }
 
-    // The names of all files and folders.
+    // Returns the names of all files and folders.
     std::set<std::string> Everything() const {
         std::set<std::string> names;
         for (const auto& folder : {installation.ProgramFiles(), installation.ProgramData()})
@@ -190,7 +191,7 @@ protected:
         return names;
     }
 
-    // Where the file stayed as it was, the next save is made as if nothing had happened.
+    // Expects that, after a failed save, the next save has the same result as without the failure.
     void ExpectThatTheNextSaveWorks(const SavingCall& saving, const std::string& saved) {
         Unload();
         ReadBothFiles();
@@ -205,7 +206,7 @@ protected:
     std::set<std::string> before;
 };
 
-// ---- Each call, and each way to hinder it ----
+// ---- Each call with each hindrance ----
 
 class SavingCallTest : public HinderedSaveTest, public testing::WithParamInterface<SavingCall> {
 protected:
@@ -241,8 +242,8 @@ TEST_P(SavingCallTest, LeavesAReadOnlyFile) {
     ExpectThatTheNextSaveWorks(Saving(), saved);
 }
 
-// Only the user settings are to be read again before they are saved. A save of what could not be read is
-// skipped, as if the file were busy, and that is no failure.
+// Only the user settings are read again before a save. If they cannot be read, the save is skipped as for a
+// busy file, which is not a failure.
 TEST_P(SavingCallTest, LeavesAFileThatNobodyCanRead) {
     const bool isSkipped = Saving().file == DataFile::UserSettings;
     ExpectToBeHinderedBy(Excluding, isSkipped ? Saving().whenSaved : Saving().whenNotSaved);
@@ -325,7 +326,7 @@ TEST_F(HinderedSaveTest, TheDefaultsAreSavedOnceTheProgramThatReadsThemHasDied) 
     EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);
 }
 
-// A file that cannot be read since somebody writes it is not one that cannot be read since it is no XML.
+// A file that is in use must not be handled like a file that is not well-formed, which the library replaces.
 TEST_F(HinderedSaveTest, AFileThatAnotherProgramWritesWhenItIsToBeReadLosesNothing) {
     for (const DWORD shared : {SharesReading, SharesWriting, SharesAll}) {
         std::optional<OpenFile> writer{std::in_place, installation.UserFile(), Writing, shared};
@@ -353,7 +354,7 @@ TEST_F(HinderedSaveTest, DefaultsThatAnotherProgramWritesAtTheirOnlyLoadLoseNoth
     EXPECT_EQ(Everything(), before);
 }
 
-// ---- Folders whose names just fit, or do not ----
+// ---- Folders with paths of the maximum length ----
 
 class LongFolderSaveTest : public HinderedSaveTest {
 protected:
@@ -402,7 +403,7 @@ TEST_F(LongFolderSaveTest, InAnInstallationFolderOf256UnitsTheFunctionsAreNotSav
     EXPECT_EQ(Everything(), before);
 }
 
-// The base catalogue lies five units deeper.
+// The path of the base catalogue is five UTF-16 code units longer.
 TEST_F(LongFolderSaveTest, InAnInstallationFolderOf250UnitsTheDefaultSettingsAreSaved) {
     EXPECT_TRUE(InitInInstallationFolderOf(250));
     EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);

@@ -1,5 +1,5 @@
-// Data files that are made to spy or to overwhelm: entities that name other files, entities that grow, and
-// deep nesting, in each of the four files. tests/endurance/FloodTest.cpp has those that do it by their size.
+// Tests with hostile XML in each of the four data files: entities that refer to other files, entities that
+// expand exponentially, and deep nesting. tests/endurance/FloodTest.cpp tests files of an excessive size.
 #include "support/Bombs.h"
 #include "support/CheckingClient.h"
 #include "support/HostileFileTest.h"
@@ -7,15 +7,15 @@
 
 namespace ZOTDam::Test {
 
-// ---- Files that spy ----
+// ---- External references ----
 
 namespace {
 
-// What a file that nobody may read holds.
+// The content of a file that the library must not read.
 constexpr char Secret[] = "the-secret";
 constexpr wchar_t WideSecret[] = L"the-secret";
 
-// [folder] is where the files that nobody may read lie, as a path; [uri] as a URI.
+// [folder] and [uri] are replaced with the path and the URI of the folder with the secret files.
 std::vector<Hostility> Spies() {
     return {
         {"EntityOfAUri", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt">]>)", "plain", "&spy;"},
@@ -52,7 +52,7 @@ class SpyTest : public HostileFileTest, public testing::WithParamInterface<Hosti
 protected:
     const Target& File() const { return std::get<Target>(GetParam()); }
 
-    // Of the file that the case is about, so that relative paths lead to the files that nobody may read.
+    // Returns the folder of the tested data file. Relative paths in the file refer to the secret files in it.
     std::filesystem::path Folder() const { return (installation.*File().file)().parent_path(); }
 
     void WriteSecrets() const {
@@ -88,7 +88,7 @@ TEST_P(SpyTest, NoResultAndNoSavedFileShowsAnotherFile) {
     EXPECT_EQ(Defaults().find(Secret), std::string::npos) << Defaults();
 }
 
-// So the test above looks where the secret would appear.
+// Verifies that the previous test would detect the secret in the results.
 class OpenSecretTest : public HostileFileTest, public testing::WithParamInterface<Target> {};
 
 INSTANTIATE_TEST_SUITE_P(, OpenSecretTest, testing::ValuesIn(Targets()),
@@ -100,7 +100,7 @@ TEST_P(OpenSecretTest, IsShown) {
     EXPECT_NE(results.find(WideSecret), std::wstring::npos) << testing::PrintToString(results);
 }
 
-// ---- Files that overwhelm ----
+// ---- Entity expansion and nesting ----
 
 namespace {
 
@@ -155,7 +155,7 @@ TEST_F(HarmlessEntityTest, IsNoneOutsideOfADocumentType) {
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-// ---- What made the library fail before ----
+// ---- Regressions ----
 
 class EntityInTheBaseCatalogueTest : public HostileFileTest {
 protected:

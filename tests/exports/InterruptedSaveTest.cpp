@@ -1,5 +1,5 @@
-// A save that ends before its time: the process dies, or the disk refuses. The user settings, or the
-// defaults, are then what they were before or what they were to become, and nothing in between.
+// Tests of interrupted saves: the process terminates, or a file operation fails. The file then contains
+// either the old or the new content, never a mixture.
 #include <algorithm>
 #include <array>
 
@@ -27,7 +27,7 @@ void Store(const Library& dll, const GUID& scheme, std::int32_t value) {
     dll.SetParameter(&scheme, ParamHolder{AllFunctionsSetTo(value)}.get());
 }
 
-// A catalogue that differs from another one in all its functions.
+// Replaces all functions with functions whose ids begin with the given one.
 void ReplaceFunctions(const Library& dll, std::int32_t firstId) {
     FunctionBaseHolder holder;
     for (std::int32_t id = firstId; id < firstId + FunctionCount; ++id)
@@ -42,7 +42,7 @@ std::string FileOfFunctions(std::int32_t firstId) {
     return OldDefaults(functions);
 }
 
-// What becomes of each call in a save, and of the save.
+// The fault, if any, to inject into each call of a save, and whether the save stores the new content.
 struct SavePlan {
     std::string name;
     std::array<Fate, 5> fates;
@@ -53,7 +53,7 @@ void PrintTo(const SavePlan& plan, std::ostream* out) {
     *out << plan.name;
 }
 
-// The argument names the fate of each call by a digit.
+// The third argument contains one digit for the fault of each call.
 template <class Save>
 int SaveUnderFates(const std::vector<std::wstring>& arguments, Save save) {
     EnterInstallation(arguments);
@@ -101,7 +101,7 @@ protected:
     std::filesystem::path NewFile() const { return SiblingOf(installation.UserFile()); }
     std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
 
-    // The value that all functions of a scheme have; a scheme of which only a part was stored has none.
+    // Returns the value that all functions of a scheme have, or -1 if only some were stored.
     std::int32_t StoredValue(const GUID& scheme) {
         const Params params = GetParameter(scheme);
         if (params.size() != FunctionCount)
@@ -113,7 +113,7 @@ protected:
         return isWhole ? value.ACParamIndex : -1;
     }
 
-    // As if nothing had happened, this process reads and writes.
+    // Expects that this process can save and read as usual.
     void ExpectThatTheNextSaveWorks() {
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(9)));
         EXPECT_EQ(StoredValue(Balanced), 9);
@@ -122,7 +122,7 @@ protected:
     }
 };
 
-// ---- Death at a certain call ----
+// ---- Termination at a given call ----
 
 class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
 protected:
@@ -191,7 +191,7 @@ TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
 }
 
-// ---- Left-overs ----
+// ---- Leftover files ----
 
 TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
@@ -212,11 +212,11 @@ TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
     ExpectThatTheNextSaveWorks();
 }
 
-// ---- The disk refuses ----
+// ---- Failing file operations ----
 
 class RefusedSaveTest : public InterruptedSaveTest {
 protected:
-    // Stores something while one function refuses its service.
+    // Saves while one function of the platform fails.
     template <class Call>
     void SaveWithRefused() {
         const FatefulPlatform platform{Dll().Handle()};
