@@ -216,7 +216,7 @@ TEST_P(EachSourceTest, LeavesTabsAndLineBreaksThatAreWrittenAsReferences) {
     EXPECT_EQ(Setting(L"Name"), L"\ta\nb\r\nc\t");
 }
 
-// XML parsers normalize white space in attributes.
+// XML parsers normalise white space in attributes.
 TEST_P(EachSourceTest, TurnsPlainTabsAndLineBreaksIntoSpaces) {
     WriteValues("Name=\"a\tb\nc\"");
     EXPECT_EQ(Setting(L"Name"), L"a b c");

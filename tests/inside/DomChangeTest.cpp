@@ -158,7 +158,7 @@ protected:
                                  IXMLDOMNode** copy) {
         deepness = deep;
         const HRESULT result = node->cloneNode(deep, copy);
-        // Marks the copy, so that a test can recognize it.
+        // Marks the copy, so that a test can recognise it.
         IXMLDOMElementPtr {
             *copy
             } -> setAttribute(CName{L"By"}.AsBstr(), _variant_t{L"import"});
