@@ -21,7 +21,7 @@ void PrintTo(const TextCase& textCase, std::ostream* out) {
 
 class ForbiddenTextTest : public FunctionDefaultsTest, public testing::WithParamInterface<TextCase> {
 protected:
-    // Passes four records, of which the third cannot be written, and expects the first two in the file.
+    // Passes four records to the export. Expects only two in the file, because the third is invalid.
     void ExpectTheTwoRecordsBefore(const FunctionBaseRecord& third) {
         Replace({Record(1), Record(2), third, Record(4)});
         EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));

@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 class WrittenFormTest : public FunctionDefaultsTest {
 protected:
-    // Returns a record in which no two numbers and no two strings are the same.
+    // Returns a record whose numbers and strings are all different.
     static FunctionBaseRecord DistinctRecord() {
         FunctionBaseRecord record;
         record.id = 11;

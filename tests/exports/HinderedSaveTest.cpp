@@ -141,7 +141,7 @@ const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>
 
 }  // namespace
 
-// Tests in which the library has read both files before the hindrance occurs.
+// Tests with hindrances that occur after the library has read both files.
 class HinderedSaveTest : public FunctionDefaultsTest {
 protected:
     HinderedSaveTest() {

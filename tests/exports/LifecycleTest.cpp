@@ -1,4 +1,4 @@
-// From the loading of the library to its end, whichever end that is.
+// Tests of the library's life cycle: loading, ZOTDamExit, unloading and process shutdown.
 #include <windows.h>
 
 #include <msxml2.h>
@@ -24,7 +24,7 @@ void OnThreadWithoutCom(Action&& action) {
     const std::jthread thread{std::forward<Action>(action)};
 }
 
-// The DLL as a client has it that frees it without a ZOTDamExit.
+// The DLL as loaded by a client that frees it without calling ZOTDamExit.
 class BareDll {
 public:
     HMODULE Handle() const noexcept { return module.Handle(); }
@@ -34,7 +34,7 @@ public:
         return module.Export<Function*>(name);
     }
 
-    // Makes the library hold all that it can hold: four documents, the catalogue and the current values.
+    // Makes the library load everything that it caches: four documents, the catalogue and the current values.
     void Fill() const {
         auto ignore = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
         EXPECT_TRUE(Get<decltype(ZOTDam::GetFunctionInfo)>("GetFunctionInfo")(&ignore));
@@ -62,7 +62,7 @@ protected:
 
     bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
 
-    // What is left of a DLL that was loaded, used and freed.
+    // Returns the number of heap allocations that remain after the DLL is loaded, used and freed.
     template <class Use>
     static std::size_t BlocksLeftBy(Use&& use) {
         {
@@ -184,7 +184,7 @@ TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
 
 // ---- After ZOTDamExit ----
 
-// Every export has its arguments right and something to work on; no document is made and no file written.
+// Calls the exports with valid arguments and data. Expects that they create no document and write no file.
 class AfterExitTest : public LifecycleTest {
 protected:
     void SetUp() override {
@@ -299,7 +299,7 @@ TEST_F(AfterExitTest, AnotherExitGivesTrue) {
 
 class WithoutDomTest : public LifecycleTest {
 protected:
-    // What every export answers that reaches a document.
+    // Expects the results that exports return if they cannot create a document.
     void ExpectNothingFound() {
         EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
         EXPECT_EQ(GetParameter(Balanced), Params{});
@@ -393,13 +393,13 @@ TEST_F(LifecycleTest, WorksOnAnyThreadThatHasCom) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
 }
 
-// ---- The end of the process ----
+// ---- Process shutdown ----
 
 namespace {
 
 using Folders = std::vector<std::wstring>;
 
-// Loads the DLL, and the defaults in it, in a process that will neither free it nor call its ZOTDamExit.
+// Loads the DLL and the defaults, in a process that neither frees the DLL nor calls ZOTDamExit.
 Library& LoadForGood(const Folders& folders) {
     EnterInstallation(folders);
     Library& dll = *new Library;
@@ -418,7 +418,7 @@ HANDLE OtherThreadIsInside() {
         Sleep(INFINITE);
 }
 
-// Starts a thread with COM, and waits until the action on it has called StayInside.
+// Starts a thread with COM and waits until the action on it calls StayInside.
 template <class Action>
 void LeaveAThreadInside(Action action) {
     std::thread{[action] {
@@ -428,13 +428,14 @@ void LeaveAThreadInside(Action action) {
     WaitForSingleObject(OtherThreadIsInside(), INFINITE);
 }
 
-// What only an unload may do: taking or deleting a lock of the library, and releasing a document.
+// Fails the process after an operation that is not allowed at process shutdown: entering or deleting a lock
+// of the library, or releasing a document.
 [[noreturn]] void EndWithFailure() {
     TerminateProcess(GetCurrentProcess(), 1);
     std::abort();
 }
 
-// The locks that the library has taken so far. (The C runtime in the DLL has some of its own.)
+// The locks that the library has entered so far. (The C runtime in the DLL has locks of its own.)
 std::set<CRITICAL_SECTION*>& LocksOfTheLibrary() {
     static auto& locks = *new std::set<CRITICAL_SECTION*>;
     return locks;
@@ -456,7 +457,7 @@ ULONG WINAPI ForbiddenRelease(IUnknown*) {
     EndWithFailure();
 }
 
-// All documents share the table of functions in which this puts another Release.
+// Replaces Release in the virtual function table, which all documents share.
 void ForbidRelease(IUnknown* document) {
     void** const release = *reinterpret_cast<void***>(document) + 2;
     DWORD protection = 0;
@@ -502,7 +503,7 @@ const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& fo
                                         return 0;
                                     }};
 
-// The other thread holds the critical section of the document that it makes.
+// The other thread holds the critical section of the document that it creates.
 const RegisterRole endsDuringCreation{
     L"ends-during-creation", [](const Folders& folders) {
         Library& dll = LoadForGood(folders);
@@ -513,7 +514,7 @@ const RegisterRole endsDuringCreation{
         return 0;
     }};
 
-// The other thread holds the busy marker of the file that it writes.
+// The other thread holds the busy marker of the file that it saves.
 const RegisterRole endsDuringASave{
     L"ends-during-a-save", [](const Folders& folders) {
         Library& dll = LoadForGood(folders);

@@ -1,5 +1,5 @@
-// Whole lives of the library, each in a process of its own: which thread uses it, in which kind of apartment,
-// and in which order COM, the library and the process end.
+// Tests of the library's lifetime, each in a separate process: the threads and apartments that use the
+// library, and the order of its unloading, the end of COM and the end of the process.
 #include <windows.h>
 
 #include <array>
@@ -25,12 +25,12 @@ public:
     ~ComOn() { CoUninitialize(); }
 };
 
-// The library as a client has it that ends its use as it likes.
+// A client that may or may not call ZOTDamExit and free the library.
 class Client {
 public:
     void Load() { module.emplace(Library::ProgramFolder() / L"ZOTDam.dll"); }
 
-    // Loads everything that the library can keep, and saves.
+    // Makes the library load everything that it caches, and save.
     bool Use(std::int32_t value) const {
         auto ignore = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
         Text setting = {};
@@ -45,7 +45,7 @@ public:
 
     bool Exit() const { return Get<decltype(ZOTDam::ZOTDamExit)>("ZOTDamExit")(); }
 
-    // What calls after a ZOTDamExit find.
+    // Returns whether the exports behave as they must after ZOTDamExit.
     bool IsOver() const {
         return Count() == CatalogueUnavailable && Stored() == -1 &&
                !Get<decltype(ZOTDam::SetCommonSetting)>("SetCommonSetting")(L"Name", L"late") && Exit();
@@ -75,12 +75,12 @@ private:
     std::optional<Module> module;
 };
 
-// The client outlives all static objects, so that the process ends as it stands.
+// The client is never destroyed, so that it does not free the library when the process ends.
 Client& NewClient() {
     return *new Client;
 }
 
-// Runs on a thread of its own that ends before this returns.
+// Runs the action on another thread and waits until that thread has ended.
 bool OnAnotherThread(const std::function<bool()>& action) {
     bool result = false;
     std::thread{[&] { result = action(); }}.join();
@@ -137,17 +137,17 @@ bool Live(const Life& life) {
     return EndUse(client, life) && isRight;
 }
 
-// Arguments: the folders, and the place of the life among all.
+// The arguments are the folders and the index of the life.
 const RegisterRole live{L"live", [](const std::vector<std::wstring>& arguments) {
                             EnterInstallation(arguments);
                             return Live(Lives().at(std::stoul(arguments.at(2)))) ? AllWasRight : 1;
                         }};
 
-// ---- Particular lives ----
+// ---- Special cases ----
 
 using Story = bool (*)(Client&);
 
-// Each step on a thread of its own, and the end on one that never had COM.
+// Performs each step on a new thread. The threads of the last two steps have not initialised COM.
 bool PassFromThreadToThread(Client& client) {
     const auto withCom = [&](COINIT apartment, std::int32_t value) {
         return OnAnotherThread([&] {
@@ -173,7 +173,7 @@ bool FreeWithoutExitWhereComNeverWas(Client& client) {
     return client.Free() && isRight;
 }
 
-// A thread without COM of its own can use what another thread keeps for all.
+// A thread that has not initialised COM can use the multithreaded apartment of another thread.
 bool UseTheMtaOfAnotherThread(Client& client) {
     const ComOn com{COINIT_MULTITHREADED};
     client.Load();
@@ -210,7 +210,7 @@ bool EndOnAnotherThread(Client& client) {
     return false;
 }
 
-// Another thread is wherever it is in the library when this one ends the process.
+// Ends the process while another thread is at an arbitrary point in the library.
 bool EndWhileAnotherThreadWorks(Client& client) {
     const HANDLE used = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     std::thread{[&client, used] {
@@ -249,7 +249,7 @@ protected:
         return SecondProcess{role, WithFolders(installation, {argument})}.WaitForExit();
     }
 
-    // The process has left the file whole and free.
+    // Expects that the ended process left a complete file and no busy marker.
     void ExpectItsLastValues() {
         EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, UserMarker), nullptr);
         EXPECT_TRUE(IsXml(installation.UserFile()));

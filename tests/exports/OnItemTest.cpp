@@ -1,11 +1,11 @@
-// What an OnItem may do while an export enumerates: call exports, and throw.
+// Tests of OnItem callbacks that call exports or throw exceptions during an enumeration.
 #include "support/Blocks.h"
 #include "support/DataFiles.h"
 #include "support/ExportTest.h"
 
 namespace ZOTDam::Test {
 
-// Calls GetParameter with an OnItem that does something at the first item; gives the items.
+// Tests with an OnItem of GetParameter that performs an action at the first item.
 class OnItemTest : public ExportTest {
 protected:
     OnItemTest() { WriteDefaults(TwoFunctions); }
@@ -62,14 +62,14 @@ TEST_F(OnItemTest, OfTheDefaultsMayCallExitToo) {
     EXPECT_EQ(items, defaults);
 }
 
-// What a client may throw from its OnItem.
+// An exception that a client throws from OnItem.
 struct ClientFailure {
     int item;
 };
 
 class ThrowingOnItemTest : public OnItemTest {
 protected:
-    // Enumerates up to the given item, whose OnItem throws; gives the item that the failure carries.
+    // Calls the export with an OnItem that throws at the given item. Returns the item in the exception.
     int CaughtAt(decltype(&ZOTDam::GetParameter) enumerate, int failingItem) {
         int item = 0;
         auto callback = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue*) {

@@ -1,5 +1,5 @@
-// The functions 7 and 8 switch between two refresh rates and are hidden when the display lacks one of them.
-// What a function's AC items offer is visible here too, since the first two of them are the rates.
+// Tests of the functions 7 and 8, which switch between two refresh rates and are hidden if the display does
+// not support both. The first two AC items are the rates, so reading the items' options is tested here too.
 #include <climits>
 #include <cstring>
 
@@ -11,7 +11,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// A function of the defaults with the given display items and the default {1, 2}.
+// Returns a function with the given display items and the default {1, 2}.
 std::string RateFunction(std::int32_t id, const std::string& acItems, const std::string& dcItems = {}) {
     return FunctionWith(id, {.acItems = acItems, .dcItems = dcItems, .defaults = {1, 2}});
 }
@@ -26,7 +26,7 @@ class RefreshRateTest : public SettingsTest {
 protected:
     FakeDisplay& Display(const std::vector<DWORD>& rates) { return display.emplace(Dll().Handle(), rates); }
 
-    // Whether the function 7 is shown, which the scheme holds.
+    // Returns whether function 7, which the scheme contains, is shown.
     bool IsShown(const std::string& acItems, const std::vector<DWORD>& rates) {
         return AreShown(RateFunction(7, acItems), rates);
     }
@@ -38,7 +38,7 @@ protected:
         return GetParameter(Balanced) == Params{{7, {1, 2}}};
     }
 
-    // What remains of a stored scheme, which may be completed, on a display with 60 Hz only.
+    // Returns the parameters of a stored scheme, completed if necessary, on a display with only 60 Hz.
     Params OnA60HzDisplay(const std::string& functions, const std::string& stored) {
         Display({60});
         WriteFunctions(functions);
@@ -136,7 +136,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DifferenceCase{"OppositeSigns", -60, 60, false}),
     CaseName<DifferenceCase>);
 
-// Numbers of 32 bits wrap, in the options as in the modes.
+// The difference of two rates wraps around at 32 bits.
 INSTANTIATE_TEST_SUITE_P(
     Wrapping, RateDifferenceTest,
     testing::Values(DifferenceCase{"MinusOneAndZero", -1, 0, true},
@@ -152,7 +152,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DifferenceCase{"SmallestAndOne", INT_MIN, 1, false}),
     CaseName<DifferenceCase>);
 
-// ---- What the display is asked ----
+// ---- Queries to the display ----
 
 TEST_F(RefreshRateTest, AsksThePrimaryDisplay) {
     IsShown(Options({"60", "48"}), {60, 48});
@@ -188,7 +188,8 @@ TEST_F(RefreshRateTest, AsksAnewForEachCall) {
     EXPECT_EQ(GetParameter(Balanced), Params{});
 }
 
-// Display drivers tell from the size which fields they may fill, and some show other modes for another size.
+// The size stays 0, because drivers use it to decide which fields to fill, and some return other modes for
+// another size.
 TEST_F(RefreshRateTest, AsksWithAStructureOfZeros) {
     OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + RateFunction(8, Options({"60", "48"})),
                    OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
@@ -217,7 +218,7 @@ TEST_F(RefreshRateTest, AModeThatSetsNoRateHasTheOneOfTheModeBefore) {
     EXPECT_FALSE(IsShown(Options({"60", "0"}), {60, FakeDisplay::RateLeftAsItIs}));
 }
 
-// ---- Which functions are judged ----
+// ---- Which functions are checked ----
 
 struct UnjudgedCase {
     std::string name;
@@ -255,7 +256,7 @@ TEST_F(RefreshRateTest, JudgesByTheAcItemsAlone) {
     EXPECT_TRUE(AreShown(RateFunction(7, Options({"60", "60"}), Options({"60", "48"})), {60}));
 }
 
-// ---- What the AC items offer ----
+// ---- Options of the AC items ----
 
 TEST_F(RefreshRateTest, AnItemWithoutOptionHasTheOneOfTheItemBefore) {
     EXPECT_TRUE(IsShown(R"(<DisplayItem Option="48"/><DisplayItem Label="x"/>)", {48}));

@@ -1,4 +1,4 @@
-// ResetDefault: empties the user settings as this process last read them, and saves.
+// Tests of ResetDefault, which clears the user settings that this process read last and saves them.
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/FatefulPlatform.h"
@@ -10,7 +10,7 @@ protected:
     void WriteScheme() const {
         WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6))));
     }
-    // The reset works on what was read last, so something has to be read first.
+    // ResetDefault clears the settings in memory, so they must be read first.
     void ReadUserSettings() { Dll().TEVGetParam(&HighPerformance); }
     bool Reset() {
         ReadUserSettings();

@@ -1,5 +1,5 @@
-// What a save makes of the file and of its folder: the attributes and rights of the old file stay, nothing is
-// left beside it, and where no new file can take its place the file itself is written.
+// Tests of the file and its folder after a save: the file keeps its attributes and access rights, and no
+// other file remains. A file that cannot be replaced is overwritten.
 #include <algorithm>
 #include <array>
 #include <list>
@@ -15,7 +15,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// The list of access rights of a file, as text.
+// Returns the access control list of a file as a string.
 std::wstring RightsOf(const std::filesystem::path& file) {
     std::array<char, 1000> descriptor;
     DWORD size = 0;
@@ -52,7 +52,7 @@ protected:
     std::filesystem::path NewFile() const { return SiblingOf(File()); }
     std::filesystem::path UnreadableCopy() const { return UnreadableCopyOf(File()); }
 
-    // Nothing is in the folder but the file.
+    // Expects that the folder contains only the file.
     void ExpectTheFileAlone(const std::string& content) const {
         EXPECT_EQ(UserSettings(), content);
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator{File().parent_path()}, {}), 1);
@@ -110,9 +110,9 @@ TEST_F(SavedFileTest, TheDefaultsKeepAttributesAndRightsToo) {
     EXPECT_EQ(RightsOf(installation.DefaultsFile()), rights);
 }
 
-// ---- What an earlier save has left ----
+// ---- Leftover files of an earlier save ----
 
-// Where not every system protects files by their attributes, this does.
+// Emulates the protection of read-only and hidden files, which not every system has.
 class ProtectedFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {
 protected:
     void SetUp() override {
@@ -183,7 +183,7 @@ TEST_F(SavedFileTest, AnUnreadableFileStaysWhereItsCopyDoesNotReachTheDisk) {
     EXPECT_EQ(UserSettings(), "<unreadable");
 }
 
-// ---- No new file can be made ----
+// ---- The temporary file cannot be created ----
 
 TEST_F(SavedFileTest, IsWrittenItselfWhereAFolderHasTheNameOfTheNewFile) {
     std::filesystem::create_directory(NewFile());
@@ -228,7 +228,7 @@ TEST_F(SavedFileTest, StaysWhereNeitherItNorANewOneCanBeWritten) {
     EXPECT_EQ(UserSettings(), before);
 }
 
-// ---- The new file cannot take the place of the old one ----
+// ---- The file cannot be replaced ----
 
 TEST_F(SavedFileTest, IsWrittenItselfWhereItsReplacementIsNotAllowed) {
     const FatefulPlatform platform{Dll().Handle()};
@@ -258,11 +258,11 @@ TEST_P(UnsharedFileTest, IsLeftToTheProgramThatLetsNobodyWrite) {
     EXPECT_TRUE(Save());
 }
 
-// ---- The disk fills up while the file itself is written ----
+// ---- The disk becomes full while the file is overwritten ----
 
 namespace {
 
-// How large a file can become.
+// The maximum size of a file.
 DWORD spaceForAFile = 0;
 
 BOOL WINAPI WriteAsFarAsThereIsSpace(HANDLE file, LPCVOID data, DWORD size, LPDWORD written,

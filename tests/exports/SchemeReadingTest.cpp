@@ -1,4 +1,4 @@
-// GetParameter: the user's values, completed from the defaults.
+// Tests of GetParameter, which enumerates the user's values, completed from the defaults.
 #include "support/NumberTexts.h"
 #include "support/SettingsTest.h"
 
@@ -6,13 +6,13 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// Defaults of the functions 1 to 3 that a test can tell apart.
+// Different defaults for the functions 1 to 3.
 constexpr char ThreeDefaults[] = R"(
     <Function ID="1"><Display/><Commands/><Default ACParamIndex="11" DCParamIndex="12"/></Function>
     <Function ID="2"><Display/><Commands/><Default ACParamIndex="21" DCParamIndex="22"/></Function>
     <Function ID="3"><Display/><Commands/><Default ACParamIndex="31" DCParamIndex="32"/></Function>)";
 
-// As the defaults are written for a scheme that is read for the first time.
+// Returns the functions as they are written for a scheme that is read for the first time.
 std::string ThreeNewFunctions() {
     return NewFunction(1, 11, 12) + NewFunction(2, 21, 22) + NewFunction(3, 31, 32);
 }
@@ -23,7 +23,7 @@ const Params ThreeDefaultParams{{1, {11, 12}}, {2, {21, 22}}, {3, {31, 32}}};
 
 class SchemeReadingTest : public SettingsTest {
 protected:
-    // What a stored scheme gives by itself: with a catalogue that has no function, nothing completes it.
+    // Returns the parameters of the stored schemes only. The catalogue is empty, so no function is added.
     Params StoredIn(const std::string& schemes) {
         WriteFunctions("");
         WriteSchemes(schemes);
@@ -34,7 +34,7 @@ protected:
         return StoredIn(OldScheme(BalancedText, functions));
     }
 
-    // What a stored scheme gives with the defaults of the functions 1 to 3.
+    // Returns the parameters of a stored scheme, completed from the defaults of the functions 1 to 3.
     Params CompletedFrom(const std::string& schemes) {
         WriteFunctions(ThreeDefaults);
         WriteSchemes(schemes);
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, StoredNumberTest, testing::ValuesIn(NumberText
 
 class StoredGuidTest : public SchemeReadingTest, public testing::WithParamInterface<GuidCase> {};
 
-// A scheme that is not found enters the file behind it, which an empty catalogue leaves without functions.
+// A scheme that is not found is appended. It has no functions, because the catalogue is empty.
 TEST_P(StoredGuidTest, IsComparedAsText) {
     const std::string stored = OldScheme(GetParam().guid, OldFunction(1, 2, 3));
     EXPECT_EQ(StoredIn(stored), (GetParam().matches ? Params{{1, {2, 3}}} : Params{}));
@@ -143,7 +143,7 @@ TEST_P(StoredGuidTest, IsComparedAsText) {
 
 INSTANTIATE_TEST_SUITE_P(Guids, StoredGuidTest, testing::ValuesIn(GuidCases()), CaseName<GuidCase>);
 
-// ---- What is passed over ----
+// ---- Ignored nodes ----
 
 TEST_F(SchemeReadingTest, PassesOverOtherKindsOfNodes) {
     EXPECT_EQ(StoredIn("<?PowerScheme?>text<!--<PowerScheme/>-->" +
@@ -488,7 +488,7 @@ TEST_F(SchemeReadingTest, ADeletedSchemeIsNotAnEmptyOne) {
     EXPECT_EQ(CompletedFrom(""), ThreeDefaultParams);
 }
 
-// ---- Functions that lack an attribute ----
+// ---- Functions that are missing an attribute ----
 
 TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutDcOnByTheDefaults) {
     EXPECT_EQ(CompletedFromBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" ACParamIndex="4"/>)" +

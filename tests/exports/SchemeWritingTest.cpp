@@ -1,4 +1,4 @@
-// SetParameter: what it writes into the user settings file, and which maps it takes.
+// Tests of SetParameter: the maps that it accepts, and the user settings file that it writes.
 #include <windows.h>
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace ZOTDam::Test {
 
 class SchemeWritingTest : public ExportTest {
 protected:
-    // A user file of one scheme with these functions.
+    // Writes user settings with one scheme that has the given functions.
     void WriteScheme(const std::string& functions) const {
         WriteUserSettings(OldUserFile(OldScheme(BalancedText, functions)));
     }
@@ -201,7 +201,7 @@ TEST_F(SchemeWritingTest, KeepsFunctionsThatTheCatalogueDoesNotKnow) {
 
 // ---- Maps as clients build them ----
 
-// Each order of filling gives the tree another shape; the entries are always the ids 1 to 7.
+// The parameter is the order of inserting the ids 1 to 7. Each order results in a tree of a different shape.
 class TreeShapeTest : public SchemeWritingTest,
                       public testing::WithParamInterface<std::vector<std::int32_t>> {};
 
@@ -232,7 +232,7 @@ TEST_F(SchemeWritingTest, TakesAMapWithOneEntry) {
     EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
 }
 
-// Linked as a red-black tree is: the colours, which belong to the client, alternate by level.
+// The nodes are linked as a red-black tree. Their colours belong to the client, so they may have any value.
 TEST_F(SchemeWritingTest, TakesARedBlackTreeWhateverItsColours) {
     ParamTreeNode nil{}, two{}, one{}, four{}, three{}, five{};
     nil = {&one, &two, &five, 1, 1, 0, {}};
@@ -275,7 +275,7 @@ TEST_F(SchemeWritingTest, TakesALeftChainOfTenThousandEntries) {
     EXPECT_EQ(UserSettings(), NewSchemeFile(stored));
 }
 
-// Either access would end the test program: the pages do not grant it.
+// The memory is protected, so either access would terminate the test program.
 TEST_F(SchemeWritingTest, NeitherWritesTheClientsMapNorTouchesTheClientsWord) {
     const ReadOnlyClientMap map{{{2, {3, 4}}, {1, {5, 6}}, {3, {7, 8}}}};
     EXPECT_TRUE(SetParameter(map.get()));

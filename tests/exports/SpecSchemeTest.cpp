@@ -1,4 +1,4 @@
-// The Windows power settings that the base catalogue prescribes, as GetSpecScheme enumerates them.
+// Tests of GetSpecScheme, which enumerates the Windows power settings that the base catalogue prescribes.
 #include "support/Blocks.h"
 #include "support/DomDocuments.h"
 #include "support/NumberTexts.h"
@@ -21,7 +21,7 @@ const std::string NoGuid = "{aaaaaaaa-0000-4000-8000-00000000000a}";
 
 constexpr char AllZero[] = "00000000-0000-0000-0000-000000000000";
 
-// Two of everything, and nothing twice.
+// Returns a section with several different elements on each level.
 std::string FullSection() {
     return SchemeXml(A, SubGroupXml(B, SettingXml(C, "1", "2") + SettingXml(D, "3", "4")) +
                             SubGroupXml(C, SettingXml(D, "5", "6"))) +
@@ -30,7 +30,7 @@ std::string FullSection() {
 
 const Schemes fullSchemes = {{A, {{B, {{C, 1, 2}, {D, 3, 4}}}, {C, {{D, 5, 6}}}}}, {B, {{A, {{B, -7, -8}}}}}};
 
-// A GUID that is written in another way than the 36 characters.
+// Returns the usual cases and more GUIDs that are not well-formed.
 std::vector<GuidCase> MoreGuidCases() {
     std::vector<GuidCase> cases = GuidCases();
     for (const auto& [name, guid] : std::vector<std::pair<std::string, std::string>>{
@@ -58,7 +58,7 @@ protected:
         return "<ZOTBase><SpecSchemes>" + schemes + "</SpecSchemes></ZOTBase>";
     }
 
-    // What the export enumerates; a false result fails the test.
+    // Returns the enumerated schemes. Fails the test if the export returns false.
     Schemes GetSpecScheme() {
         Schemes schemes;
         auto collect = MakeCallback<IGetSpecSchemeCallback>(
@@ -72,12 +72,12 @@ protected:
         return GetSpecScheme();
     }
 
-    // Of a scheme with these subgroups, and another one behind it.
+    // Returns the schemes of a section with these subgroups in the first scheme, followed by a second scheme.
     Schemes SchemesWithSubGroups(const std::string& subGroups) {
         return SchemesOf(SchemeXml(A, subGroups) + SchemeXml(B));
     }
 
-    // Of a scheme with a subgroup with these settings, and another one behind it.
+    // Does the same with these settings in the only subgroup of the first scheme.
     Schemes SchemesWithSettings(const std::string& settings) {
         return SchemesWithSubGroups(SubGroupXml(A, settings));
     }
@@ -85,10 +85,10 @@ protected:
     const Schemes onlyTheOther = {{B}};
 
 private:
-    ComScope com;  // for the DOM of the test itself
+    ComScope com;  // for the DOM that the test itself uses
 };
 
-// ---- All of it ----
+// ---- All levels ----
 
 TEST_F(SpecSchemeTest, HasAllThreeLevelsInTheOrderOfTheFile) {
     EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
@@ -148,7 +148,7 @@ TEST_F(SpecSchemeTest, IgnoresUnknownAttributesAndChildrenAndOtherKindsOfNodes) 
               (Schemes{{A, {{B, {{C, 1, 2}}}}}}));
 }
 
-// Where each level does not look for its elements.
+// Elements at other levels or in other elements are ignored.
 TEST_F(SpecSchemeTest, TakesOnlyDirectChildrenOnEachLevel) {
     const std::string setting = SettingXml(C, "1", "2");
     EXPECT_EQ(SchemesOf("<All>" + SchemeXml(B) + "</All>" + SubGroupXml(B, setting) + setting +
@@ -232,10 +232,10 @@ INSTANTIATE_TEST_SUITE_P(, SpecNumberTest, testing::ValuesIn(NumberTexts()), Cas
 
 // ---- GUIDs ----
 
-// One that does not convert leaves out its element, and nothing else.
+// The parameter is a GUID. If it is not well-formed, only its element is omitted.
 class SpecGuidTest : public SpecSchemeTest, public testing::WithParamInterface<GuidCase> {
 protected:
-    // An element between two sound ones, if it is there.
+    // Returns two valid elements, with the given element between them if its GUID is well-formed.
     template <class Element>
     static std::vector<Element> WithOthers(const Element& element) {
         if (GetParam().matches)
@@ -278,7 +278,7 @@ TEST_F(SpecSchemeTest, IsEmptyWhereNoSchemeHasAGuid) {
 
 // ---- Missing attributes ----
 
-// Each stands among sound settings, and fails their subgroup, and so the scheme.
+// The parameter is an invalid setting among valid ones. It fails its subgroup and therefore the scheme.
 class FailingSettingTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(FailingSettingTest, LeavesOutTheScheme) {
@@ -325,7 +325,7 @@ INSTANTIATE_TEST_SUITE_P(
                                                "\"><ACValue>1</ACValue><DCValue>2</DCValue></PowerSetting>"}),
     CaseName<XmlCase>);
 
-// Each stands among sound subgroups, and fails their scheme.
+// The parameter is an invalid subgroup among valid ones. It fails the whole scheme.
 class FailingSubGroupTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(FailingSubGroupTest, LeavesOutTheScheme) {
@@ -349,7 +349,7 @@ INSTANTIATE_TEST_SUITE_P(
                             SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"\" DCValue=\"1\"/>")}),
     CaseName<XmlCase>);
 
-// Each stands between two sound schemes, and fails neither.
+// The parameter is an invalid scheme between two valid ones. Only the invalid scheme is omitted.
 class LeftOutSchemeTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
 TEST_P(LeftOutSchemeTest, IsLeftOutAlone) {
@@ -374,8 +374,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 class FailingSpecReadTest : public SpecSchemeTest {
 protected:
-    // What is enumerated while no attribute with the value "fails" can be read. When it can, it is a value
-    // like any other, so that nothing but the failure leaves out what the test misses.
+    // Enumerates while reads of attributes with the value "fails" fail. Tests then enumerate again without
+    // the failure, to show that only the failure omits elements.
     Schemes WhileReadsFail(const std::string& schemes) {
         const UnreadableValue failure{L"fails"};
         return SchemesOf(SchemeXml(B) + schemes + SchemeXml(C));

@@ -1,4 +1,4 @@
-// The file of the string table: which one it is, and when it is read.
+// Tests of the string table's file: which file is used, and when it is read.
 #include <windows.h>
 
 #include <msxml2.h>
@@ -154,7 +154,7 @@ TEST_F(LanguageTest, AFoundCopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-// Languages for which the system has no name, or an empty one.
+// The parameter is a language for which the system returns no name or an empty name.
 class NamelessLanguageTest : public LanguageTest, public testing::WithParamInterface<LANGID> {
 protected:
     void WriteCopyBesideTheTable() const { WriteCopy(L"", Entry("Key", "beside")); }

@@ -1,4 +1,4 @@
-// What text the string table has for a key.
+// Tests of looking up keys in the string table.
 #include "support/TranslationTest.h"
 
 namespace ZOTDam::Test {
@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t LongestText = TextCapacity - 1;
 
-// A character that takes two UTF-16 units.
+// A character of two UTF-16 code units.
 constexpr char Battery[] = "\U0001F50B";
 constexpr wchar_t WideBattery[] = L"\U0001F50B";
 

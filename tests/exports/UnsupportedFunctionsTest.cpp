@@ -1,4 +1,5 @@
-// GetFunctionBaseUnSupported: the functions of the base catalogue that the catalogue of this machine lacks.
+// Tests of GetFunctionBaseUnSupported, which enumerates the functions of the base catalogue that are not in
+// the catalogue.
 #include "support/Blocks.h"
 #include "support/DomDocuments.h"
 #include "support/FunctionBaseTest.h"
@@ -16,7 +17,7 @@ class UnsupportedFunctionsTest : public FunctionBaseTest {
 protected:
     IdList UnsupportedIds() { return Ids(GetFunctionBaseUnSupported()); }
 
-    // Of a base catalogue and a catalogue with these functions.
+    // Returns the unsupported ids for a base catalogue and a catalogue with these functions.
     IdList UnsupportedIn(std::initializer_list<std::int32_t> base,
                          std::initializer_list<std::int32_t> catalogue) {
         WriteBaseFunctions(BaseFunctions(base));
@@ -25,7 +26,7 @@ protected:
     }
 };
 
-// ---- Which functions ----
+// ---- Functions ----
 
 TEST_F(UnsupportedFunctionsTest, AreThoseThatTheCatalogueLacks) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3, 4, 5}, {2, 4}), (IdList{1, 3, 5}));
@@ -139,7 +140,7 @@ TEST_F(UnsupportedFunctionsTest, HoldOneReferenceToEachNode) {
     EXPECT_EQ(XmlOf(display.get()), L"<Display/>");
 }
 
-// Removing one by one must not take so long that nobody waits for it.
+// Removing the supported functions one by one must not make the call too slow.
 TEST_F(UnsupportedFunctionsTest, AreFoundAmongManyFunctions) {
     std::string base;
     std::string catalogue;
