@@ -1,5 +1,5 @@
-// Guards a test program's own blocks from the first test on. Before that, the program allocates too many
-// objects to register its tests: guarding them all would exhaust the pages of the system.
+// Guards a test program's own blocks from the first test on. The registration of the tests before that
+// allocates so many blocks that guarding them would exhaust the memory mappings of the process.
 #include <gtest/gtest.h>
 
 #include "GuardedHeap.h"
