@@ -26,7 +26,7 @@ std::string Utf16(std::string_view ascii) {
     return text;
 }
 
-// Contents that every XML parser rejects.
+// Contents that the library does not load.
 std::vector<XmlCase> UnreadableContents() {
     return {
         {"Nothing", ""},

@@ -322,7 +322,7 @@ TEST_F(UnsavedEditTest, IsLostWithTheNextUseWhenThereIsNoFile) {
     EXPECT_NE(UserSettings().find("<Function ID=\"2\""), std::string::npos);
 }
 
-// A function without "ID" makes the write end before its save. The next save writes the changes in memory.
+// A write that reaches a function without "ID" is not saved. The next save writes its changes in memory.
 TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest) {
     WriteUserSettings(
         OldUserFile(OldScheme(BalancedText, OldFunction(5, 1, 1) + "<Function/>" + OldFunction(6, 1, 1))));

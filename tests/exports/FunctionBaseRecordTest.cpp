@@ -80,7 +80,7 @@ TEST_F(FunctionBaseRecordTest, IgnoresAttributesInANamespace) {
         (FunctionBase{.families = {{{{}}, {{}}}}}));
 }
 
-// ---- Texts ----
+// ---- Strings ----
 
 class BaseTextTest : public FunctionBaseRecordTest, public testing::WithParamInterface<TextField> {
 protected:

@@ -127,7 +127,7 @@ TEST_F(ReplacedCatalogueTest, MayHaveAThousandCommandsInOneFunction) {
         EXPECT_EQ(commands[static_cast<std::size_t>(id)].first, id);
 }
 
-// ---- Texts ----
+// ---- Strings ----
 
 class AdoptedTextTest : public ReplacedCatalogueTest {
 protected:

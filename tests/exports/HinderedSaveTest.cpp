@@ -45,7 +45,7 @@ bool ReplaceFunctions(const Library& dll) {
     return dll.AddFunctionDefault(&holder);
 }
 
-// GetParameter and GetCommandInfo save too: they store the defaults of a scheme that is not stored yet.
+// The exports that read a scheme save too: they store the defaults of a scheme that is not stored yet.
 std::vector<SavingCall> SavingCalls() {
     constexpr DataFile user = DataFile::UserSettings;
     constexpr DataFile defaults = DataFile::Defaults;
@@ -73,7 +73,7 @@ std::vector<SavingCall> SavingCalls() {
     };
 }
 
-// ---- Hindrances ----
+// ---- Conflicting attributes and handles ----
 
 class ReadOnlyFile {
 public:
@@ -121,8 +121,8 @@ const Hindrance Permitting[] = {
     {"WhileOpenForAnything", Reading, SharesAll},
 };
 
-// Handles with which systems differ. Some systems allow the replacement of a file that is being written or is
-// locked.
+// Handles that systems treat differently. Some systems allow the replacement of a file that is being written
+// or is locked.
 const Hindrance Undecided[] = {
     {"WhileOpenForReadingAndDeleting", Reading, SharesDeleting}, {"WhileWritten", Writing, SharesWriting},
     {"WhileWrittenWithAnythingShared", Writing, SharesAll},      {"WhileLocked", Reading, SharesAll, true},
@@ -141,7 +141,7 @@ const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>
 
 }  // namespace
 
-// Tests with hindrances that occur after the library has read both files.
+// Tests of conflicts that occur after the library has read both files.
 class HinderedSaveTest : public FunctionDefaultsTest {
 protected:
     HinderedSaveTest() {
@@ -163,7 +163,7 @@ protected:
         EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
     }
 
-    // Returns the content of the file after a save without hindrance, and restores the old file.
+    // Returns the content of the file after a successful save and restores the old file.
     std::string ContentSavedBy(const SavingCall& saving) {
         ReadBothFiles();
         EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
@@ -206,7 +206,7 @@ protected:
     std::set<std::string> before;
 };
 
-// ---- Each call with each hindrance ----
+// ---- Each call with each conflict ----
 
 class SavingCallTest : public HinderedSaveTest, public testing::WithParamInterface<SavingCall> {
 protected:

@@ -27,7 +27,7 @@ void Store(const Library& dll, const GUID& scheme, std::int32_t value) {
     dll.SetParameter(&scheme, ParamHolder{AllFunctionsSetTo(value)}.get());
 }
 
-// Replaces all functions with functions whose ids begin with the given one.
+// Replaces all functions with functions whose ids start at firstId.
 void ReplaceFunctions(const Library& dll, std::int32_t firstId) {
     FunctionBaseHolder holder;
     for (std::int32_t id = firstId; id < firstId + FunctionCount; ++id)

@@ -25,7 +25,7 @@ public:
     ~ComOn() { CoUninitialize(); }
 };
 
-// A client that may or may not call ZOTDamExit and free the library.
+// A client that can end its use of the library in different ways.
 class Client {
 public:
     void Load() { module.emplace(Library::ProgramFolder() / L"ZOTDam.dll"); }
@@ -147,7 +147,7 @@ const RegisterRole live{L"live", [](const std::vector<std::wstring>& arguments) 
 
 using Story = bool (*)(Client&);
 
-// Performs each step on a new thread. The threads of the last two steps have not initialised COM.
+// Performs each step on a new thread. The threads that load, exit and free the library do not initialise COM.
 bool PassFromThreadToThread(Client& client) {
     const auto withCom = [&](COINIT apartment, std::int32_t value) {
         return OnAnotherThread([&] {

@@ -30,7 +30,7 @@ std::string FullSection() {
 
 const Schemes fullSchemes = {{A, {{B, {{C, 1, 2}, {D, 3, 4}}}, {C, {{D, 5, 6}}}}}, {B, {{A, {{B, -7, -8}}}}}};
 
-// Returns the usual cases and more GUIDs that are not well-formed.
+// Returns the usual cases and more malformed GUIDs.
 std::vector<GuidCase> MoreGuidCases() {
     std::vector<GuidCase> cases = GuidCases();
     for (const auto& [name, guid] : std::vector<std::pair<std::string, std::string>>{
@@ -232,10 +232,10 @@ INSTANTIATE_TEST_SUITE_P(, SpecNumberTest, testing::ValuesIn(NumberTexts()), Cas
 
 // ---- GUIDs ----
 
-// The parameter is a GUID. If it is not well-formed, only its element is omitted.
+// The parameter is a GUID. If it is malformed, only its element is omitted.
 class SpecGuidTest : public SpecSchemeTest, public testing::WithParamInterface<GuidCase> {
 protected:
-    // Returns two valid elements, with the given element between them if its GUID is well-formed.
+    // Returns two valid elements, with the given element between them if its GUID is valid.
     template <class Element>
     static std::vector<Element> WithOthers(const Element& element) {
         if (GetParam().matches)

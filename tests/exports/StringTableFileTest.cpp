@@ -218,7 +218,7 @@ TEST_F(StringTableTest, AMissingFolderIsAnEmptyTable) {
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));
 }
 
-// ---- When it is read ----
+// ---- When the file is read ----
 
 TEST_F(StringTableTest, IsNotReadWhenTheLibraryIsLoaded) {
     Dll();

@@ -149,7 +149,7 @@ TEST_F(StringTableTest, HasNoTextForAnEmptyKeyInAnEntryWithoutName) {
     EXPECT_EQ(TextOf("", "<data><value>nameless</value></data>" + Entry("", "Text")), L"Text");
 }
 
-// ---- Texts ----
+// ---- Values ----
 
 struct ValueCase {
     std::string name;
