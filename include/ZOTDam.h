@@ -1,16 +1,16 @@
 // ZOTDam, the data access module of QUEN Power Management: records, lists, callbacks and exports.
 //
-// Every byte here is a fixed binary interface: programs built with other compilers, and from C, use the
-// same DLL. The assertions beside each group prove the layout in every build.
+// The types in this header are a fixed binary interface: C programs and programs built with other compilers
+// use the same DLL. The static assertions after each type verify its layout in every build.
 //
-// What holds for every export:
-//  - The caller has initialised COM on the calling thread and keeps it so until ZOTDamExit has returned.
-//  - Exports are not called concurrently. An OnItem may call exports itself.
-//  - No error code is given, and no exception of the library gets out. What a client's own OnItem throws
-//    passes through to that client.
-//  - Pointers are not null, unless said otherwise. Texts are UTF-16.
-//  - What a client passes in is read and never changed or freed; what OnItem receives, the client neither
-//    changes nor frees. A record is valid only while its OnItem runs.
+// Rules for every export:
+//  - The caller must initialise COM on the calling thread and keep it initialised until ZOTDamExit returns.
+//  - Exports must not be called concurrently. OnItem may call exports.
+//  - Exports return no error codes and let no exception of the library escape. An exception that a client's
+//    OnItem throws passes through to that client.
+//  - Pointers must not be null unless stated otherwise. Strings are UTF-16.
+//  - The library only reads its input arguments; it never changes or frees them. The client must not change
+//    or free the data that OnItem receives. A record is valid only while its OnItem runs.
 #pragma once
 
 #include <guiddef.h>
@@ -23,7 +23,8 @@ struct IXMLDOMNode;
 
 namespace ZOTDam {
 
-// Units of a fixed text field and of a caller's text buffer, the terminating zero included.
+// The size of a fixed string field and of a caller's string buffer, in UTF-16 code units, including the
+// terminating zero.
 inline constexpr std::size_t TextCapacity = 260;
 
 using Text = wchar_t[TextCapacity];
@@ -32,13 +33,13 @@ static_assert(sizeof(Text) == 520);
 
 // ---- Lists ----------------------------------------------------------------------------------------------
 
-// What every node of a List begins with; the sentinel is these two links and nothing more.
+// The links at the start of every List node. The sentinel consists of these two links only.
 struct ListLinks {
     ListLinks* next;
     ListLinks* prev;
 };
 
-// The sentinel of all empty lists, so that a list without records allocates nothing. Never written.
+// The shared sentinel of all empty lists, so that an empty list allocates nothing. It is never written.
 inline ListLinks EmptyListLinks{&EmptyListLinks, &EmptyListLinks};
 
 // A doubly linked list that owns its records, in the layout that all clients share.
@@ -83,7 +84,7 @@ public:
 
     iterator begin() noexcept { return iterator{head->next}; }
     iterator end() noexcept { return iterator{head}; }
-    // A list that a client has built may say that it is empty by its count alone.
+    // A client may mark its own list as empty by the count alone, so the links are not followed then.
     const_iterator begin() const noexcept { return empty() ? end() : const_iterator{head->next}; }
     const_iterator end() const noexcept { return const_iterator{head}; }
     std::size_t size() const noexcept { return static_cast<std::size_t>(count); }
@@ -150,7 +151,7 @@ static_assert(sizeof(ListLinks) == 16 && offsetof(ListLinks, next) == 0 && offse
 
 // One option that a function offers on one power source.
 struct DisplayItem {
-    std::int32_t option = 0;  // the value that the option stands for
+    std::int32_t option = 0;  // the value of the option
     Text label = {};
 };
 
@@ -163,8 +164,8 @@ struct FunctionRecord {
     std::int32_t flag = 0;
     Text name = {};
     Text group = {};
-    List<DisplayItem> acDisplayItems;  // options on mains power
-    List<DisplayItem> dcDisplayItems;  // options on battery
+    List<DisplayItem> acDisplayItems;  // options when plugged in (AC)
+    List<DisplayItem> dcDisplayItems;  // options on battery (DC)
 };
 
 static_assert(sizeof(FunctionRecord) == 1080 && sizeof(List<DisplayItem>) == 16);
@@ -175,8 +176,8 @@ static_assert(offsetof(FunctionRecord, dcDisplayItems) == 1064);
 
 // ---- Functions of the base catalogue --------------------------------------------------------------------
 
-// A pointer that holds one counted reference. Copying and destroying one needs the complete interface type
-// (<msxml6.h>, or <msxml2.h> where a toolchain lacks it).
+// An owning pointer to a reference-counted COM interface. Copying and destroying it requires the complete
+// interface type: include <msxml6.h>, or <msxml2.h> if the toolchain has no <msxml6.h>.
 template <class Interface>
 class CountedPointer {
 public:
@@ -218,7 +219,7 @@ static_assert(offsetof(BaseCommandItem, event) == 4 && offsetof(BaseCommandItem,
 static_assert(offsetof(BaseCommandItem, paramIndex1) == 12 && offsetof(BaseCommandItem, paramIndex2) == 16);
 static_assert(offsetof(BaseCommandItem, flag) == 20 && offsetof(BaseCommandItem, specInfo1) == 24);
 
-// A check that the client makes to find out whether this machine supports a function.
+// A check that the client runs to determine whether this machine supports a function.
 struct CheckExistItem {
     std::int32_t checkFlag = 0;
     Text param1 = {};
@@ -239,7 +240,7 @@ struct CommandFamily {
 static_assert(sizeof(CommandFamily) == 32 && offsetof(CommandFamily, commandItems) == 0);
 static_assert(offsetof(CommandFamily, checkExistItems) == 16);
 
-// A function that the suite knows, whether or not this machine supports it.
+// A function of the suite, whether or not this machine supports it.
 struct FunctionBaseRecord {
     std::int32_t id = 0;
     std::int32_t type = 0;
@@ -259,9 +260,9 @@ static_assert(offsetof(FunctionBaseRecord, group) == 532 &&
 static_assert(offsetof(FunctionBaseRecord, defaultNode) == 1064);
 static_assert(offsetof(FunctionBaseRecord, commandFamilies) == 1072);
 
-// What AddFunctionDefault takes.
+// The argument of AddFunctionDefault.
 struct FunctionBaseHolder {
-    void* clientWord = nullptr;  // the client's own; neither read nor written
+    void* clientWord = nullptr;  // reserved for the client; the library never accesses it
     List<FunctionBaseRecord> records;
 };
 
@@ -269,9 +270,10 @@ static_assert(sizeof(FunctionBaseHolder) == 24 && offsetof(FunctionBaseHolder, r
 
 // ---- Parameters of a power scheme -----------------------------------------------------------------------
 
-// What one function is set to in one power scheme: zero-based positions in its lists of display items.
+// The parameters of one function in one power scheme: zero-based positions in the function's lists of display
+// items.
 struct ParamValue {
-    std::int32_t ACParamIndex = 0;  // on mains power
+    std::int32_t ACParamIndex = 0;  // when plugged in
     std::int32_t DCParamIndex = 0;  // on battery
 
     bool operator==(const ParamValue&) const noexcept = default;
@@ -280,7 +282,7 @@ struct ParamValue {
 static_assert(sizeof(ParamValue) == 8 && offsetof(ParamValue, ACParamIndex) == 0);
 static_assert(offsetof(ParamValue, DCParamIndex) == 4);
 
-// A node of a ParamTree. `color` belongs to the client; the module never reads it.
+// A node of a ParamTree. `color` belongs to the client; the library never reads it.
 struct ParamTreeNode {
     ParamTreeNode* left;
     ParamTreeNode* parent;
@@ -296,9 +298,9 @@ static_assert(offsetof(ParamTreeNode, parent) == 8 && offsetof(ParamTreeNode, ri
 static_assert(offsetof(ParamTreeNode, color) == 24 && offsetof(ParamTreeNode, isNil) == 25);
 static_assert(offsetof(ParamTreeNode, functionId) == 28 && offsetof(ParamTreeNode, value) == 32);
 
-// A client's map from function id to ParamValue: a binary search tree ordered by signed id. `head` is the
-// nil node: its left is the smallest node, its parent the root, its right the largest, and every missing
-// child is the nil node. The tree need not be balanced.
+// A client's map from function id to ParamValue: a binary search tree ordered by signed id. `head` is the nil
+// node. Its left link is the smallest node, its parent link the root and its right link the largest node.
+// Every missing child is the nil node. The tree need not be balanced.
 struct ParamTree {
     class Iterator {
     public:
@@ -327,7 +329,7 @@ struct ParamTree {
         const ParamTreeNode* node;
     };
 
-    // In ascending order of the ids.
+    // Iterates in ascending order of the ids.
     Iterator begin() const noexcept { return Iterator{head->left}; }
     Iterator end() const noexcept { return Iterator{head}; }
     bool empty() const noexcept { return count == 0; }
@@ -338,17 +340,17 @@ struct ParamTree {
 
 static_assert(sizeof(ParamTree) == 16 && offsetof(ParamTree, head) == 0 && offsetof(ParamTree, count) == 8);
 
-// What SetParameter takes.
+// The argument of SetParameter.
 struct ParamMapHolder {
-    void* clientWord;  // the client's own; neither read nor written
+    void* clientWord;  // reserved for the client; the library never accesses it
     ParamTree params;
 };
 
 static_assert(sizeof(ParamMapHolder) == 24 && offsetof(ParamMapHolder, params) == 8);
 
-// The options that a function has in the scheme that TEVGetParam loaded.
+// The options of a function in the scheme that TEVGetParam loaded.
 struct FuncCurValue {
-    std::uint32_t FunctionId;  // 7 for the functions 7 and 8, which share one refresh rate
+    std::uint32_t FunctionId;  // 7 for functions 7 and 8, which share one refresh rate
     std::uint32_t ACValue;
     std::uint32_t DCValue;
 };
@@ -396,7 +398,7 @@ static_assert(offsetof(SpecSubGroupRecord, powerSettings) == 16);
 struct SpecSchemeRecord {
     GUID scheme = {};
     std::uint8_t reserved[16] = {};  // always zero
-    Text unused1 = {};               // the three texts are always empty
+    Text unused1 = {};               // the three strings are always empty
     Text unused2 = {};
     Text unused3 = {};
     List<SpecSubGroupRecord> subGroups;
@@ -409,8 +411,9 @@ static_assert(offsetof(SpecSchemeRecord, subGroups) == 1592);
 
 // ---- Callbacks ------------------------------------------------------------------------------------------
 
-// An enumerating export calls OnItem once per item, on the caller's thread and before it returns. A client
-// in C passes a pointer to a struct whose first member points to a table whose first entry is OnItem.
+// An export that enumerates calls OnItem once per item, on the caller's thread, before the export returns. A
+// C client passes a pointer to a struct whose first member points to a function table with OnItem as its
+// first entry.
 
 struct IGetFunctionBaseCallback {
     virtual void OnItem(const FunctionBaseRecord* record) = 0;
@@ -455,98 +458,102 @@ inline constexpr std::uint32_t CatalogueUnavailable = 0xFFFFFFFF;
 
 extern "C" {
 
-// The number of functions in the catalogue, which the first call that needs it reads from the defaults file;
-// CatalogueUnavailable when it cannot be loaded.
+// Returns the number of functions in the catalogue. Returns CatalogueUnavailable when the catalogue cannot be
+// loaded, or after ZOTDamExit. The first call that needs the catalogue reads it from the defaults file.
 std::uint32_t GetFuncCount();
 
-// Enumerates every function of the base catalogue, in the order of the file. False for a null callback, or
-// after ZOTDamExit; otherwise true. A function that cannot be read ends the enumeration; those before it are
-// given.
+// Enumerates every function of the base catalogue, in file order. A function that cannot be read ends the
+// enumeration; the functions before it are still enumerated. Returns false for a null callback or after
+// ZOTDamExit, otherwise true.
 bool GetFunctionBase(IGetFunctionBaseCallback* callback);
 
-// Enumerates the functions of the base catalogue that the catalogue lacks; results as GetFunctionBase. None
-// is given when the catalogue cannot be loaded or a function cannot be read.
+// Enumerates the functions of the base catalogue that are not in the catalogue. Enumerates nothing when the
+// catalogue cannot be loaded or a function cannot be read. Returns the same results as GetFunctionBase.
 bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
 
-// Enumerates the catalogue by ascending id, with names, groups and labels in the user's language; a key for
-// which the string table has no text stands for itself. Results as GetFunctionBase.
+// Enumerates the functions of the catalogue by ascending id, with names, groups and labels in the user's
+// language. A key without a text in the string table stays unchanged. Returns the same results as
+// GetFunctionBase.
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
-// Makes the holder's records the functions of the defaults file, in place of all that it had, and saves it. A
-// record without command items is left out; one that cannot be written ends the writing. A catalogue that is
-// loaded already stays as it is until the library is loaded anew. False for a null holder or an empty list,
-// or after ZOTDamExit; otherwise true, whatever became of the writing.
+// Replaces all functions in the defaults file with the holder's records and saves the file. A record without
+// command items is left out. A record that cannot be written ends the writing. A catalogue that is already
+// loaded does not change until the library is unloaded and loaded again. Returns false for a null holder, for
+// an empty list, or after ZOTDamExit; otherwise true, even when writing failed.
 bool AddFunctionDefault(const FunctionBaseHolder* holder);
 
-// Enumerates what the functions are set to in a power scheme, by ascending id: the user's values, completed
-// from the defaults. A scheme or function that the user settings file lacks is added to it, but no function
-// to a scheme of which none can be read. Functions 7 and 8 are left out when the primary display lacks one of
-// their two refresh rates. The all-zero scheme has no items. False for a null callback, or after ZOTDamExit;
-// otherwise true, even when nothing could be read.
+// Enumerates the parameters of a power scheme by ascending function id: the user's values, completed with the
+// defaults. A scheme or function that is missing from the user settings file is added to it, but functions
+// are never added to an existing scheme without a readable function. Functions 7 and 8 are left out when the
+// primary display does not support one of their two refresh rates. The all-zero scheme has no items. Returns
+// false for a null callback or after ZOTDamExit; otherwise true, even when nothing could be read.
 bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
 
-// Enumerates the defaults of a power scheme, by ascending id; results as GetParameter.
+// Enumerates the default parameters of a power scheme by ascending function id. Returns the same results as
+// GetParameter.
 bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback);
 
-// Stores the holder's values for a power scheme in the user settings file; functions that the holder leaves
-// out keep theirs. False for a null holder or an empty map, or after ZOTDamExit; otherwise true, whatever
-// became of the writing. The all-zero scheme is never written.
+// Stores the holder's values for a power scheme in the user settings file. Functions that are not in the
+// holder keep their values. The all-zero scheme is never written. Returns false for a null holder, for an
+// empty map, or after ZOTDamExit; otherwise true, even when writing failed.
 bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 
 // Removes all schemes and common settings from the user settings as this process last read them, and saves
-// the file. False when there was no scheme to remove (then nothing is saved), or after ZOTDamExit.
+// the file. Returns false and saves nothing when there was no scheme to remove, or after ZOTDamExit.
 bool ResetDefault();
 
-// Loads a power scheme's parameters for GetFuncCurValue, in place of those loaded before. False when neither
-// the user settings nor all of the defaults could be read (those that could be are loaded all the same), or
-// after ZOTDamExit.
+// Loads the parameters of a power scheme for GetFuncCurValue, replacing those of the previous call. Returns
+// false when neither the user settings nor all of the defaults could be read, or after ZOTDamExit. After an
+// incomplete read, the parameters that could be read are still loaded.
 bool TEVGetParam(const GUID* scheme);
 
-// Gives the options of the function at a zero-based position of the catalogue, in the scheme that TEVGetParam
-// loaded. `value` is not null; a field whose parameter selects no display item is left as it is. A function
-// that the scheme lacks gives its first options. False, and `value` untouched, when no parameters are loaded,
-// the catalogue has no such position, or after ZOTDamExit. A position of 2^31 or more means the first
-// function, if there are several.
+// Retrieves the options of one function in the scheme that TEVGetParam loaded. `position` is a zero-based
+// position in the catalogue; a position of 2^31 or more means the first function if there are several.
+// `value` must not be null. A field whose parameter selects no display item is left unchanged. A function
+// that is missing from the scheme has its first options. Returns false and leaves `value` unchanged when no
+// parameters are loaded, when the catalogue has no such position, or after ZOTDamExit.
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 
-// Enumerates the commands of every function that the scheme sets, by ascending function id and then in the
-// order of the file, each with the options that the scheme's parameters select (0 where they select none);
-// results as GetParameter.
+// Enumerates the commands of every function that the scheme sets, by ascending function id and then in file
+// order. Each command has the options that the scheme's parameters select, or 0 if they select none. Returns
+// the same results as GetParameter.
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 
-// Lists the functions that two schemes set differently, for one power source (mode 1: mains, 2: battery).
-// `names` and `values` are buffers of TextCapacity units. `names` gets a line "- name" for each function,
-// those of the group "Group1Name" first, and `values` in the same order the text of what scheme B sets it to,
-// which may be empty; each line ends in a line feed and a carriage return, in this order. What does not fit
-// is cut off. True when there was a difference and both texts were written. A null buffer is left out, and
-// gives false after all else has been done.
+// Lists the functions that two schemes set differently, for one power source (mode 1: plugged in, mode 2: on
+// battery). `names` and `values` are buffers of TextCapacity UTF-16 code units. `names` receives a line "-
+// name" for each function; functions of the group "Group1Name" come first. `values` receives, in the same
+// order, a line with the label of the option that scheme B selects; the label may be empty. Each line ends
+// with a line feed followed by a carriage return. Text that does not fit is truncated. Returns true when
+// there was a difference and both buffers were written. A null buffer is skipped; the function then does all
+// other work and returns false.
 bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mode, wchar_t* names,
                      wchar_t* values);
 
-// Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order;
-// results as GetFunctionBase. A scheme in which an attribute is missing is left out, and so is a scheme, a
-// subgroup or a setting whose GUID is malformed.
+// Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order. A
+// scheme is left out when an attribute is missing from it or from an element inside it. A scheme, subgroup or
+// setting with a malformed GUID is also left out. Returns the same results as GetFunctionBase.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
-// Copies the named common setting of the user, else of the defaults, else of the base catalogue into `value`,
-// a buffer of TextCapacity units. The case of the name counts. An empty value is one; one that does not fit
-// the buffer is none. False, and the buffer untouched, for a null name, when none has it, or after
-// ZOTDamExit.
+// Copies the named common setting into `value`, a buffer of TextCapacity UTF-16 code units. Searches the user
+// settings first, then the defaults, then the base catalogue. The name is case-sensitive. An empty value is
+// valid; a value that does not fit into the buffer counts as missing. Returns false and leaves the buffer
+// unchanged for a null name, when no source has the setting, or after ZOTDamExit.
 bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
-// Stores a common setting in the user settings file. The name is an XML name without a colon and not "xmlns",
-// the value has only characters that XML 1.0 can hold. False for null or other arguments, when the file
-// cannot be written, or after ZOTDamExit. While another process uses the file, the setting stays in memory,
-// which counts as success.
+// Stores a common setting in the user settings file. The name must be an XML name without a colon and must
+// not be "xmlns". The value must contain only characters that XML 1.0 allows. Returns false for null or
+// invalid arguments, when the file cannot be written, or after ZOTDamExit. While another process uses the
+// file, the setting stays in memory and the function returns true.
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value);
 
-// Replaces the common settings of the defaults file with those of the base catalogue, and saves it. False
-// when the base catalogue has none, when the file cannot be written, or after ZOTDamExit; true, with the
-// change in memory only, while another process uses the file.
+// Replaces the common settings of the defaults file with those of the base catalogue and saves the file.
+// Returns false when the base catalogue has no common settings, when the file cannot be written, or after
+// ZOTDamExit. While another process uses the file, the change stays in memory and the function returns true.
 bool InitCommonSetting();
 
-// Releases everything that the library holds, all COM objects included. The last call before unloading the
-// library and before the thread's CoUninitialize; calling it again does nothing. Always true.
+// Releases the documents and tables of the library, including all COM objects. This must be the last call
+// before the client unloads the library and before the thread's CoUninitialize. Further calls have no effect.
+// Always returns true.
 bool ZOTDamExit();
 }
 

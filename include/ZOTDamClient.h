@@ -1,5 +1,5 @@
-// What a C++ program needs around ZOTDam.h to use the DLL: COM on its thread, the loaded library with its
-// exports, lambdas as callbacks, and the holder that SetParameter takes.
+// C++ helpers for clients of ZOTDam.h: they initialise COM, load the library with its exports, turn lambdas
+// into callbacks, and build the holder for SetParameter.
 //
 //     ZOTDam::Library library;
 //     auto print = ZOTDam::MakeCallback<ZOTDam::IGetParameterCallback>(
@@ -21,7 +21,7 @@
 
 namespace ZOTDam {
 
-// Keeps COM initialised on the thread that makes it.
+// Initialises COM on the current thread for the lifetime of the object.
 class ComScope {
 public:
     ComScope() noexcept : result{CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)} {}
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    HRESULT result;  // fails, harmlessly, on a thread that has COM in another mode already
+    HRESULT result;  // failure is harmless if the thread already uses another COM mode
 };
 
 inline std::string Utf8(const std::filesystem::path& path) {
@@ -45,7 +45,8 @@ class LibraryError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A loaded DLL, for a scope. Its destructor frees the DLL.
+// A loaded DLL, freed by the destructor. The constructor throws LibraryError when the DLL cannot be loaded;
+// Export throws it when the export is missing.
 class Module {
 public:
     explicit Module(const std::filesystem::path& file)
@@ -71,17 +72,18 @@ private:
     HMODULE handle;
 };
 
-// ZOTDam.dll with its exports, for the use of one thread. Its destructor calls ZOTDamExit, frees the DLL and
-// leaves COM, in this order.
+// ZOTDam.dll with its exports, for use by one thread. The destructor calls ZOTDamExit, frees the DLL and
+// uninitialises COM, in this order.
 class Library {
     ComScope com;
     Module module;
 
 public:
-    // Loads the DLL that lies beside the running program.
+    // Loads ZOTDam.dll from the folder of the running program. Throws LibraryError like the other
+    // constructor.
     Library() : Library{ProgramFolder() / L"ZOTDam.dll"} {}
 
-    // Throws LibraryError.
+    // Throws LibraryError when the DLL cannot be loaded or an export is missing.
     explicit Library(const std::filesystem::path& file) : module{file} {}
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
@@ -137,8 +139,8 @@ Callback<Interface, Function> MakeCallback(Function onItem) {
     return Callback<Interface, Function>{std::move(onItem)};
 }
 
-// A holder for SetParameter, filled from a map. The tree in it is a chain: each node has the next one as its
-// right child.
+// A holder for SetParameter, built from a map. Its tree is a chain: the right child of each node is the next
+// node.
 class ParamHolder {
 public:
     explicit ParamHolder(const std::map<std::int32_t, ParamValue>& params) : nodes(params.size() + 1) {
