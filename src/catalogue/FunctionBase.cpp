@@ -9,7 +9,8 @@ namespace ZOTDam {
 
 namespace {
 
-// Deliberate: one set of working records for the whole read. They carry over what an element lacks.
+// Deliberate: one set of working records for the whole read, so that an element inherits the previous
+// element's value of each missing attribute.
 struct WorkingRecords {
     FunctionBaseRecord function;
     BaseCommandItem commandItem;

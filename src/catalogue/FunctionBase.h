@@ -1,17 +1,18 @@
-// The base catalogue: every function that the suite knows, with the checks by which the client finds out
-// whether this machine supports it.
+// The base catalogue: all functions of the suite, with the checks that tell the client whether this machine
+// supports them.
 #pragma once
 
 #include "catalogue/FunctionTable.h"
 
 namespace ZOTDam {
 
-// Appends a record of every function of the base catalogue. An attribute that an element lacks keeps the
-// value of the element before it, across functions and families. False when a function cannot be read; those
+// Appends a record for every function of the base catalogue. A missing attribute inherits the previous
+// element's value, across functions and families. Returns false when a function cannot be read; the records
 // before it stay in `output`.
 bool ReadFunctionBase(List<FunctionBaseRecord>& output) noexcept;
 
-// Makes `output` the records of the functions that the table lacks. On failure it is empty.
+// Replaces the content of `output` with the functions of the base catalogue that are not in the table. On
+// failure, returns false and leaves `output` empty.
 bool SelectUnsupportedFunctions(CFunctionTable& table, List<FunctionBaseRecord>& output) noexcept;
 
 }  // namespace ZOTDam

@@ -23,7 +23,7 @@ void WriteCommandItem(IXMLDOMElement* commands, const BaseCommandItem& item) {
     WriteAttribute(element, L"SpecInfo1", item.specInfo1);
 }
 
-// Families and their checks serve only to find out what the machine supports: they are not written.
+// Families and their checks are not written: they only serve to determine what the machine supports.
 IXMLDOMElementPtr WriteCommands(IXMLDOMElement* function, const List<CommandFamily>& families) {
     IXMLDOMElementPtr commands = CreateChild(function, L"Commands");
     for (const CommandFamily& family : families)
@@ -32,7 +32,8 @@ IXMLDOMElementPtr WriteCommands(IXMLDOMElement* function, const List<CommandFami
     return commands;
 }
 
-// The function enters the section when it is complete, so that a failure leaves no part of it there.
+// The function is appended to the section only when it is complete, so that a failure leaves no partial
+// function.
 void WriteFunction(IXMLDOMElement* functions, const FunctionBaseRecord& record) {
     const IXMLDOMElementPtr function = CreateElement(functions, L"Function");
     WriteAttribute(function, L"ID", record.id);
@@ -43,7 +44,7 @@ void WriteFunction(IXMLDOMElement* functions, const FunctionBaseRecord& record) 
     AppendCopy(function, record.displayNode);
     AppendCopy(function, record.defaultNode);
     const IXMLDOMElementPtr commands = WriteCommands(function, record.commandFamilies);
-    // Deliberate: a function that nothing carries out is left out.
+    // Deliberate: a function without commands is left out.
     if (SelectChild(commands, L"CommandItem"))
         AppendChild(functions, function);
 }

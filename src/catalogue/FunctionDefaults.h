@@ -5,12 +5,13 @@
 
 namespace ZOTDam {
 
-// Makes the records the only functions of the defaults file, and saves it. A record without commands is left
-// out. False when a record could not be written; those before it are, and are saved. A skipped or failed save
-// is not reported.
+// Replaces the functions of the defaults file with the records and saves the file. A record without commands
+// is left out. Returns false when a record could not be written; the records before it are written and saved.
+// A skipped or failed save is not reported.
 bool ReplaceFunctionDefaults(const List<FunctionBaseRecord>& records) noexcept;
 
-// Appends the records to the section, with copies of the elements to which they point.
+// Appends the records to the section, with copies of the elements that they point to. Returns false when a
+// record could not be written.
 bool WriteFunctionDefaults(IXMLDOMElement* functions, const List<FunctionBaseRecord>& records) noexcept;
 
 }  // namespace ZOTDam

@@ -21,8 +21,8 @@ bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
         const std::int32_t id = ReadFunctionElement(function, record);
         if (id < 0 || !ReadCommandItems(SelectChild(function, L"Commands"), commands))
             return false;
-        // The function that comes first keeps its id. Lists move into the table; numbers and texts are
-        // copied, and stay for a function that lacks them.
+        // If two functions have the same id, the first one is used. Moving a record moves its lists, but
+        // copies its numbers and strings, so the next function can inherit them.
         table.functions.try_emplace(id, std::move(record));
         table.commands.try_emplace(id, std::move(commands));
     }

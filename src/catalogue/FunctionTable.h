@@ -1,4 +1,4 @@
-// The catalogue: the functions in use on this machine, as the defaults file lists them.
+// The catalogue: the functions in use on this machine, as listed in the defaults file.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +11,10 @@
 
 namespace ZOTDam {
 
-// A command that carries out a function's parameter; the parameter indices say which option it takes.
+// A command that applies a function's parameter. The parameter indices determine which options the command
+// takes.
 struct CommandItem {
-    std::int32_t preset0 = 0;  // no file sets the presets
+    std::int32_t preset0 = 0;  // the presets are not read from any file
     std::int32_t preset1 = 1;
     std::int32_t id = 0;
     std::int32_t event = 0;
@@ -24,15 +25,14 @@ struct CommandItem {
     std::wstring specInfo1;
 };
 
-// Both maps are keyed by function id. The table counts as loaded when neither is empty.
+// The functions and commands, keyed by function id. The table counts as loaded when neither map is empty.
 struct CFunctionTable {
     using Functions = std::map<std::int32_t, FunctionRecord>;
 
     Functions functions;
     std::map<std::int32_t, std::vector<CommandItem>> commands;
 
-    // The functions by position, in ascending order of their ids: clients ask for one position after the
-    // other.
+    // The functions in ascending order of their ids, because clients access them by position.
     std::vector<Functions::const_iterator> positions;
 
     bool IsLoaded() const noexcept { return !functions.empty() && !commands.empty(); }
@@ -43,7 +43,8 @@ struct CFunctionTable {
     }
 };
 
-// Loads the table from the defaults unless it is loaded already: later changes of the file are not seen.
+// Loads the table from the defaults unless it is already loaded; later changes of the file have no effect.
+// Returns false when the table cannot be loaded.
 bool EnsureFunctionTable(CFunctionTable& table) noexcept;
 
 }  // namespace ZOTDam

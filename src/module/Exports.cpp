@@ -1,6 +1,6 @@
-// The eighteen exports: argument checks, the rule of the all-zero scheme, the owner's operation, and the walk
-// of its result. The operations turn their failures into results themselves; nothing is caught here, so that
-// what a client's OnItem throws reaches that client.
+// The eighteen exports. Each one checks its arguments, applies the rule for the all-zero scheme, calls the
+// operation and enumerates the result. The operations convert their own failures into results. Nothing is
+// caught here, so that an exception from a client's OnItem reaches that client.
 
 #include "catalogue/FunctionBase.h"
 #include "catalogue/FunctionDefaults.h"
@@ -135,8 +135,8 @@ bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mod
     if (FunctionTable == nullptr)
         return false;
     const bool different = BuildDifferenceTexts(*FunctionTable, *schemeA, *schemeB, mode, names, values);
-    // Deliberately late: the comparison runs, with all that it loads and stores, even when its result is
-    // lost.
+    // Deliberately checked last: the comparison, with all that it loads and saves, runs even when its result
+    // is discarded.
     return names != nullptr && values != nullptr && different;
 }
 

@@ -11,7 +11,8 @@ namespace ZOTDam {
 
 namespace {
 
-// No static destructor takes the cache apart: when the process ends, nothing may be touched.
+// Raw storage, because a static destructor of the cache would also run at process shutdown, when nothing may
+// be accessed.
 alignas(ParamMap) std::byte cacheStorage[sizeof(ParamMap)];
 
 template <class Object>

@@ -1,5 +1,5 @@
-// The module's own objects: built in this order when the library is loaded, gone when it is unloaded. Nothing
-// is read from disk before an export needs it.
+// The module's own objects, created in this order when the library is loaded and released at the latest when
+// it is unloaded. No file is read before an export needs it.
 #pragma once
 
 #include "catalogue/FunctionTable.h"
@@ -9,15 +9,15 @@
 
 namespace ZOTDam {
 
-// Null after ReleaseGlobals, and where memory did not suffice at load.
+// Null after ReleaseGlobals, or when the allocation at load failed.
 extern CSpecSchemeReader* SpecSchemeReader;
 extern CCommonSettingStore* CommonSettingStore;
 extern CFunctionTable* FunctionTable;
 
-// Outlives ReleaseGlobals, deliberately: it holds what TEVGetParam loaded until TEVGetParam runs again.
+// Deliberately outlives ReleaseGlobals: it keeps what TEVGetParam loaded until TEVGetParam runs again.
 extern ParamMap& CurrentParamCache;
 
-// Releases the three above; calling it again does nothing.
+// Releases the three objects above. Further calls have no effect.
 void ReleaseGlobals() noexcept;
 
 }  // namespace ZOTDam

@@ -1,5 +1,5 @@
-// Parts of the C++ runtime that g++ links in, made anew for a small library that must survive when memory
-// runs out and leave nothing behind when it is unloaded. Other compilers' runtimes are the system's.
+// Replacements for parts of the g++ runtime: this small library must survive allocation failures and leave no
+// memory allocated at module unload. Other compilers use the system's runtime.
 #ifdef __GNUC__
 
 #include <cxxabi.h>
@@ -9,8 +9,8 @@
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the names of the runtime
 
-// The runtime's handler for unhandled exceptions would bring a demangler and a printf of its own, a quarter
-// of the DLL, to print a message that nobody sees.
+// The runtime's handler for unhandled exceptions would add a demangler and a printf, a quarter of the DLL,
+// only to print a message that is never displayed.
 namespace __gnu_cxx {
 
 void __verbose_terminate_handler() {
@@ -19,8 +19,8 @@ void __verbose_terminate_handler() {
 
 }  // namespace __gnu_cxx
 
-// The runtime holds memory in reserve for exceptions, and forgets it when a library is unloaded. Made first,
-// this object goes last.
+// The runtime keeps a memory reserve for exceptions and does not free it at module unload. Constructed first,
+// this object is destroyed last.
 namespace __gnu_cxx {
 
 void __freeres();
@@ -44,9 +44,9 @@ __attribute__((init_priority(101))) CExceptionReserve exceptionReserve;
 
 }  // namespace ZOTDam
 
-// The runtime allocates a thread's exception state when the thread first throws, and ends the process when it
-// cannot, which is just when std::bad_alloc is thrown. Here the loader provides it, with the thread's other
-// storage.
+// The runtime allocates a thread's exception state on the thread's first throw and terminates the process
+// when the allocation fails. That is most likely when std::bad_alloc is thrown. Here the loader allocates the
+// state as part of the thread-local storage.
 namespace __cxxabiv1 {
 
 struct __cxa_eh_globals {
@@ -61,11 +61,12 @@ extern "C" {
 extern unsigned int _tls_index;
 extern char _tls_start;
 
-// Where this stands in the template of the thread's storage, its copies stand in the storage.
+// An object in the template of the thread-local storage. Each thread's copy has the same offset in the
+// storage of that thread.
 __attribute__((section(".tls$"))) abi::__cxa_eh_globals exceptionState = {};
 
 abi::__cxa_eh_globals* __cxa_get_globals() noexcept {
-    char** storages = nullptr;  // of the running thread, one of each module
+    char** storages = nullptr;  // the thread-local storage of the current thread, one block per module
     asm("movq %%gs:0x58, %0" : "=r"(storages));
     const auto place = reinterpret_cast<char*>(&exceptionState) - &_tls_start;
     return reinterpret_cast<abi::__cxa_eh_globals*>(storages[_tls_index] + place);
