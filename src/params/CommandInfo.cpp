@@ -42,7 +42,8 @@ bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandI
 
 void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output) {
     for (const auto& [functionId, commands] : table.commands) {
-        // Deliberate: asked anew for each function, since the first command adds an entry to an empty map.
+        // Deliberate: checked again for each function, because the first command adds an entry to an empty
+        // map.
         if (!params.empty() && !params.contains(functionId))
             continue;
         for (const CommandItem& command : commands)

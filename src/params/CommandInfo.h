@@ -5,12 +5,13 @@
 
 namespace ZOTDam {
 
-// Appends every command of the catalogue with the options that a scheme selects for it. False, and nothing
-// appended, when the catalogue or the scheme cannot be loaded.
+// Appends the commands of every function that a scheme sets, with the options that the scheme selects.
+// Returns false and appends nothing when the catalogue or the scheme cannot be loaded.
 bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandInfoRecord>& output) noexcept;
 
-// The same for parameters that are loaded already. Where there are none, the first function with commands
-// gets its first options, and an entry in `params`, and the functions behind it give no commands.
+// The same for parameters that are already loaded. If `params` is empty, only the commands of the first
+// function that has any are appended, with the function's first options, and the function is added to
+// `params`.
 void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output);
 
 }  // namespace ZOTDam

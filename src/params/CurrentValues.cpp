@@ -14,13 +14,14 @@ namespace {
 using Positions = decltype(CFunctionTable::positions);
 
 Positions::const_iterator FindPosition(const Positions& positions, std::uint32_t position) noexcept {
-    // Deliberate: a position is a signed number, and a negative one means the first of several functions.
+    // Deliberate: the position is treated as signed. A negative one means the first function if there are
+    // several.
     if (static_cast<std::int32_t>(position) < 0)
         return positions.size() > 1 ? positions.begin() : positions.end();
     return position < positions.size() ? std::next(positions.begin(), position) : positions.end();
 }
 
-// The two refresh-rate functions report under one id.
+// The two refresh-rate functions are reported with the same id.
 std::uint32_t ReportedId(std::int32_t functionId) noexcept {
     return static_cast<std::uint32_t>(functionId == 8 ? 7 : functionId);
 }

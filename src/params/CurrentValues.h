@@ -5,12 +5,13 @@
 
 namespace ZOTDam {
 
-// Fills `cache` with a scheme's effective parameters, or else with its defaults.
+// Replaces the content of `cache` with a scheme's effective parameters, or else with its defaults. Returns
+// false when neither could be read completely.
 bool ReloadCurrentValues(CFunctionTable& table, const GUID& scheme, ParamMap& cache) noexcept;
 
-// Gives the current options of the function at a position of the table; a field whose parameter selects no
-// display item stays as it is. A function that the cache lacks enters it with its first options. False when
-// the table has no such position.
+// Reads the current options of the function at a position of the table. A field whose parameter selects no
+// display item is left unchanged. A function that is missing from the cache is added to it with its first
+// options. Returns false when the table has no such position.
 bool ReadCurrentValue(const CFunctionTable& table, ParamMap& cache, std::uint32_t position,
                       FuncCurValue& value) noexcept;
 

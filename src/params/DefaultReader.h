@@ -4,9 +4,9 @@
 
 namespace ZOTDam {
 
-// Adds the default parameters of a scheme to `out`: of each function the item for the scheme, or else its
-// generic default. False when the defaults lack the functions or one of them cannot be read; what was read
-// before it stays in `out`.
+// Adds the default parameters of a scheme to `out`: for each function the item for the scheme, or else the
+// function's generic default. Returns false when the "Functions" section is missing or one of its functions
+// cannot be read; the parameters before that function stay in `out`.
 bool ReadDefaultSchemeParameters(const GUID& scheme, ParamMap& out) noexcept;
 
 }  // namespace ZOTDam

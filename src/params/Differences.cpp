@@ -13,7 +13,7 @@ namespace ZOTDam {
 
 namespace {
 
-// The group whose functions come first.
+// The group whose functions are listed first.
 constexpr std::wstring_view LeadingGroup = L"Group1Name";
 
 // Deliberate: the line feed comes first. The suite's programs split the texts at this pair.
@@ -24,7 +24,7 @@ struct DifferenceTexts {
     std::wstring values;
 };
 
-// Null for a mode that compares nothing.
+// Returns null for an unknown mode.
 const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
     switch (mode) {
         case 1:

@@ -7,9 +7,9 @@
 
 namespace ZOTDam {
 
-// The parameters of one power scheme, by ascending function id. Whoever fills one leaves a value that is
-// there already in place: the first value read for an id counts. Most files have ascending ids, so it begins
-// to look for the place of a new one at the end.
+// The parameters of one power scheme, by ascending function id. Code that fills a map keeps existing entries:
+// the first value read for an id counts. Most files have ascending ids, so the end of the map is used as the
+// insertion hint.
 using ParamMap = std::map<std::int32_t, ParamValue>;
 
 }  // namespace ZOTDam

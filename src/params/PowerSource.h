@@ -4,7 +4,8 @@
 
 namespace ZOTDam {
 
-// Mains power or battery: a parameter has a value for each, and a function has options for each.
+// AC (plugged in) or DC (on battery). A parameter has one value and a function has one list of options for
+// each.
 struct PowerSource {
     std::int32_t ParamValue::*paramIndex;
     List<DisplayItem> FunctionRecord::*displayItems;
@@ -13,8 +14,8 @@ struct PowerSource {
 inline constexpr PowerSource Mains{&ParamValue::ACParamIndex, &FunctionRecord::acDisplayItems};
 inline constexpr PowerSource Battery{&ParamValue::DCParamIndex, &FunctionRecord::dcDisplayItems};
 
-// The display item that a parameter selects on a power source, or null when the function has none at that
-// position.
+// Returns the display item that a parameter selects on a power source, or null when the function has no item
+// at that position.
 const DisplayItem* SelectDisplayItem(const FunctionRecord& function, const ParamValue& param,
                                      const PowerSource& source) noexcept;
 

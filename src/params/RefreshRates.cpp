@@ -10,14 +10,14 @@ bool IsRefreshRateFunction(std::int32_t functionId) noexcept {
     return functionId == 7 || functionId == 8;
 }
 
-// Displays report 59 Hz for 59.94 Hz, so a rate that is off by one is the same. The difference wraps.
+// Displays report 59 Hz for 59.94 Hz, so rates that differ by one are equal. The subtraction wraps around.
 bool IsSameRate(std::int32_t rate, DWORD frequency) noexcept {
     const auto difference = static_cast<std::int32_t>(static_cast<std::uint32_t>(rate) - frequency);
     return difference >= -1 && difference <= 1;
 }
 
 bool DisplayOffers(std::int32_t rateA, std::int32_t rateB) noexcept {
-    // Deliberate: the structure goes in with a size of zero, and is not reset between the modes.
+    // Deliberate: dmSize is zero, and the structure is not reset between the modes.
     DEVMODEW mode = {};
     bool offersA = false;
     bool offersB = false;

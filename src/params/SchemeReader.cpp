@@ -11,7 +11,7 @@ namespace ZOTDam {
 
 namespace {
 
-// A scheme that is read for the first time enters the user settings with its defaults.
+// Reads the defaults of a scheme that is missing from the user settings and adds the scheme to them.
 bool AdoptDefaults(CXmlZOTPowercfg& settings, const GUID& scheme, IXMLDOMElement* powerSchemes,
                    ParamMap& out) {
     out.clear();
@@ -22,8 +22,9 @@ bool AdoptDefaults(CXmlZOTPowercfg& settings, const GUID& scheme, IXMLDOMElement
     return true;
 }
 
-// Adds the functions that `out` lacks and removes those that the display cannot serve, in one walk: what is
-// removed counts when the next function asks whether `out` is empty. True when a function was added.
+// Adds the functions that are missing from `out` and removes those that the display does not support. A
+// single loop does both, because a removal can empty `out`, and the check for the next function must see
+// that. Returns true when a function was added.
 bool CompleteParameters(const CFunctionTable& table, const GUID& scheme, ParamMap& out) {
     ParamMap defaults;
     bool added = false;
@@ -47,7 +48,7 @@ bool LoadSchemeParameters(CFunctionTable& table, const GUID& scheme, ParamMap& o
     return FalseOnException([&] {
         const bool catalogueLoaded = EnsureFunctionTable(table);
         CXmlZOTPowercfg* settings = OpenUserSettings();
-        // Deliberate: without the user settings, `out` stays as it is.
+        // Deliberate: without the user settings, `out` is left unchanged.
         if (settings == nullptr)
             return catalogueLoaded;
         const IXMLDOMElementPtr powerSchemes = settings->PowerSchemes();
@@ -68,7 +69,7 @@ bool ReadUserSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, 
     for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, L"Function")) {
         std::int32_t id = 0;
         ParamValue value;
-        // A function that lacks an attribute ends the reading; those behind it count as missing.
+        // A function with a missing attribute ends the reading; it and all later functions count as missing.
         if (!ReadAttribute(function, L"ID", id) || !ReadParamValue(function, value))
             break;
         out.try_emplace(out.end(), id, value);

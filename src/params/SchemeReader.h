@@ -6,12 +6,12 @@
 
 namespace ZOTDam {
 
-// Adds the effective parameters of a scheme to `out`: the user's values, completed from the defaults. A
-// scheme or function that the user settings lack is written into them. Functions whose refresh rates the
-// display lacks are left out. After a failure, what is in `out` stays.
+// Adds the effective parameters of a scheme to `out`: the user's values, completed with the defaults. A
+// scheme or function that is missing from the user settings is added to them. Functions whose refresh rates
+// the display does not support are left out. On failure, returns false; `out` may then be partially filled.
 bool LoadSchemeParameters(CFunctionTable& table, const GUID& scheme, ParamMap& out) noexcept;
 
-// Adds what the user settings hold for a scheme to `out`. False when they do not hold the scheme.
+// Adds the parameters of a scheme in the user settings to `out`. Returns false when the scheme is not there.
 bool ReadUserSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, ParamMap& out);
 
 }  // namespace ZOTDam

@@ -1,4 +1,4 @@
-// How schemes and parameters stand in the data files, for their readers and their writer.
+// The format of schemes and parameters in the data files, shared by their readers and their writer.
 #pragma once
 
 #include "platform/GuidText.h"
@@ -6,14 +6,14 @@
 
 namespace ZOTDam {
 
-// Finds the first of the named child elements that has this GUID; `found` stays as it is when none has. False
-// when an element without a GUID ended the search: it hides the elements behind it.
+// Finds the first child element with this name and GUID; leaves `found` unchanged when no element matches.
+// Returns false when an element without a GUID ended the search; the elements after it are not examined.
 bool FindByGuid(IXMLDOMNode* parent, const CName& name, const CGuidText& guid, IXMLDOMElementPtr& found);
 
-// The stored scheme that readers and the writer take for this GUID, or null.
+// Returns the stored scheme that readers and the writer use for this GUID, or null.
 IXMLDOMElementPtr FindScheme(IXMLDOMElement* powerSchemes, const CGuidText& guid);
 
-// Reads both parameters. False when the element lacks one.
+// Reads both parameters. Returns false when one of the attributes is missing.
 bool ReadParamValue(IXMLDOMElement* element, ParamValue& value);
 
 }  // namespace ZOTDam

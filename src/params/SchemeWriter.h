@@ -5,23 +5,23 @@
 
 namespace ZOTDam {
 
-// Writes a scheme's parameters into the user settings as they are on disk, and saves them. A skipped or
-// failed save is not reported.
+// Reads the user settings from disk again, writes a scheme's parameters into them and saves them. A skipped
+// or failed save is not reported.
 bool SaveSchemeParameters(const GUID& scheme, const ParamMap& params) noexcept;
 
-// The same for the map that a client hands over.
+// The same for a client's map.
 bool SaveSchemeParameters(const GUID& scheme, const ParamTree& params) noexcept;
 
-// Writes into the scheme's element, which is created when missing.
+// Writes the parameters into the scheme's element, which is created when it is missing.
 bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, const ParamMap& params);
 
-// Updates the functions that the scheme's element has, appends those that it lacks and removes none. False
-// when a function without an id kept the ones behind it from being updated; the appending goes on all the
-// same.
+// Updates the functions in the scheme's element and appends those that are missing; removes no function.
+// Returns false when a function without an id ended the update; the functions that were not updated are still
+// appended.
 bool WriteFunctionParameters(IXMLDOMElement* schemeElement, const ParamMap& params);
 
-// Removes all schemes and common settings from the user settings as this process last read them, and saves.
-// False, and nothing is saved, when there was no scheme.
+// Removes all schemes and common settings from the user settings as this process last read them, and saves
+// them. Returns false and saves nothing when they contain no schemes.
 bool ResetUserSettings() noexcept;
 
 }  // namespace ZOTDam

@@ -10,7 +10,7 @@ namespace ZOTDam {
 
 namespace {
 
-// Reads one level: of each element its GUID, and by `readContent` what else belongs to the record.
+// Reads one level: the GUID of each element, and the rest of its record with `readContent`.
 template <class Record, class ReadContent>
 bool ReadLevel(IXMLDOMElement* parent, const CName& elementName, const CName& guidName, GUID Record::*guid,
                List<Record>& records, ReadContent readContent) {

@@ -5,14 +5,15 @@
 
 namespace ZOTDam {
 
-// Reads the Windows power settings that the base catalogue prescribes. It holds no state.
+// Reads the Windows power settings that the base catalogue prescribes. Has no state.
 //
-// On each of the three levels an element with a malformed GUID is left out, and that is all. One that lacks
-// an attribute, or whose own elements do not all have theirs, is left out too, and makes the level fail,
-// which leaves out the element above it.
+// On each of the three levels, an element with a malformed GUID is left out without further effect. An
+// element with a missing attribute is also left out, and reading its level fails. A failure on one level
+// leaves out the parent element on the level above and makes that level fail as well.
 class CSpecSchemeReader {
 public:
-    // Makes `schemes` what the section holds; none of it where an exception ends the reading.
+    // Replaces the content of `schemes` with the schemes of the section. Returns false when reading a level
+    // failed. An exception leaves `schemes` empty.
     bool ReadSchemes(List<SpecSchemeRecord>& schemes) const noexcept;
 
 private:

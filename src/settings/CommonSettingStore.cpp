@@ -56,7 +56,7 @@ bool CCommonSettingStore::Initialise() const noexcept {
         const IXMLDOMElementPtr root = defaults->Root();
         if (!source || !root)
             return false;
-        // The copy comes first: where it fails, the old settings stay.
+        // Copied first: when the copy fails, the old settings stay.
         const IXMLDOMNodePtr copy = ImportNode(root, source);
         if (const IXMLDOMElementPtr old = SelectChild(root, L"CommonSettings"))
             RemoveChild(root, old);

@@ -2,19 +2,21 @@
 
 namespace ZOTDam {
 
-// The common settings: named texts, of the user, of the defaults and of the base catalogue. It holds no state
-// of its own. Buffers have TextCapacity units; every failure means false, and leaves them untouched.
+// The common settings: named strings of the user, of the defaults and of the base catalogue. Has no state.
+// Buffers have TextCapacity UTF-16 code units. On failure, every function returns false and leaves the buffer
+// unchanged.
 class CCommonSettingStore {
 public:
-    // One source each. A text that does not fit the buffer counts as missing; an empty one is there.
+    // Each function reads from one source. A string that does not fit into the buffer counts as missing; an
+    // empty string is valid.
     bool ReadFromUserSettings(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromDefaults(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromBase(const wchar_t* name, wchar_t* value) const noexcept;
 
-    // Into the user settings as they are on disk, which are saved.
+    // Reads the user settings from disk again, stores the setting in them and saves them.
     bool Write(const wchar_t* name, const wchar_t* value) const noexcept;
 
-    // Makes the settings of the base catalogue the only ones of the defaults, which are saved.
+    // Replaces the common settings of the defaults with those of the base catalogue and saves the defaults.
     bool Initialise() const noexcept;
 };
 
