@@ -499,7 +499,7 @@ bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callb
 bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 
 // Removes all schemes and common settings from the user settings as this process last read them, and saves
-// the file. Returns false and saves nothing when there was no scheme to remove, or after ZOTDamExit.
+// the file. Returns false and saves nothing when the user settings contain no schemes, or after ZOTDamExit.
 bool ResetDefault();
 
 // Loads the parameters of a power scheme for GetFuncCurValue, replacing those of the previous call. Returns

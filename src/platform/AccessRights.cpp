@@ -4,7 +4,7 @@ namespace ZOTDam {
 
 namespace {
 
-// A library of the system that is there only while it is needed.
+// A system library that stays loaded for the lifetime of this object.
 class CSystemLibrary {
 public:
     explicit CSystemLibrary(const wchar_t* name) noexcept : module{LoadLibraryW(name)} {}
@@ -29,14 +29,14 @@ private:
 }  // namespace
 
 CAccessRights::CAccessRights(const std::wstring& path) {
-    // Nothing but a save asks for access rights, so the library that knows them is not imported.
+    // Only a save reads access rights, so the DLL loads advapi32.dll here instead of importing it.
     const CSystemLibrary security{L"advapi32.dll"};
     const auto getFileSecurity = security.Find<decltype(GetFileSecurityW)>("GetFileSecurityW");
     if (getFileSecurity == nullptr)
         return;
-    // The list of rights alone: another owner can be given only by those who have a privilege for it.
+    // Only the DACL, because setting another owner requires a privilege.
     constexpr SECURITY_INFORMATION list = DACL_SECURITY_INFORMATION;
-    // Each call opens the file: the first one asks for as much as common lists need.
+    // Each call opens the file, so the first buffer is large enough for common lists.
     DWORD size = 512;
     bool isKnown = false;
     do {

@@ -7,13 +7,14 @@
 
 namespace ZOTDam {
 
-// Who may do what with a file, so that another file can be made with the same rights.
+// The access rights of a file, for creating another file with the same rights.
 class CAccessRights {
 public:
     explicit CAccessRights(const std::wstring& path);
 
-    // Null where there is no such file, or it does not tell: a new file then has the rights that its folder
-    // gives. Valid as long as this object.
+    // Returns the rights for CreateFileW. Returns null when the file does not exist or its rights cannot be
+    // read; a new file then inherits the rights of its folder. The pointer is valid for the lifetime of this
+    // object.
     SECURITY_ATTRIBUTES* ForNewFile() noexcept;
 
 private:

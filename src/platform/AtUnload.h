@@ -1,13 +1,15 @@
-// What happens when the library is unloaded, and what must not happen when the process ends.
+// A scope guard for module unload, and the flag that marks process shutdown.
 #pragma once
 
 namespace ZOTDam {
 
-// Set by DllMain when the process ends. Then the other threads are gone, wherever they were, and modules that
-// our pointers lead to may be gone too: nothing may be released, no lock may be taken.
+// Set by DllMain at process shutdown. At that point, the other threads have been terminated at arbitrary
+// positions, and modules that the library's pointers refer to may already be unloaded. No resource may be
+// released and no lock may be taken.
 inline bool processIsEnding = false;
 
-// Runs an action when its scope ends, which for a static object means: when the library is unloaded.
+// Runs an action at the end of a scope; for a static object, at module unload. Does nothing at process
+// shutdown.
 template <class Action>
 class CAtUnload {
 public:

@@ -16,7 +16,7 @@ public:
             DeleteCriticalSection(&section);
     }
 
-    // The names that std::lock_guard asks for.
+    // Named as std::lock_guard requires.
     void lock() noexcept { EnterCriticalSection(&section); }
     void unlock() noexcept { LeaveCriticalSection(&section); }
 

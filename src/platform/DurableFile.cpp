@@ -7,21 +7,22 @@ namespace ZOTDam {
 
 namespace {
 
-// What became of one step of a save.
+// The result of one step of a save.
 enum class Step : unsigned char {
     Done,
-    Refused,  // which need not keep anybody from writing into the file itself
+    Refused,  // failed, but writing the file in place may still succeed
     Failed,
 };
 
-// To be called at once when the system has refused something. A full disk would not hold the file itself
-// either, and what was in it would be lost.
+// Classifies the last error; must be called directly after the system call that failed. On a full disk,
+// writing the file in place would fail as well and could lose the old content.
 Step Refusal() noexcept {
     const DWORD error = GetLastError();
     return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL ? Step::Failed : Step::Refused;
 }
 
-// Of the same length, so that no path becomes too long by it.
+// Returns the path of the temporary file. It has the same length as `path`, so it does not exceed a path
+// limit.
 std::wstring SiblingOf(const std::wstring& path) {
     constexpr std::wstring_view extension = L".new";
     return path.substr(0, path.size() - extension.size()).append(extension);
@@ -32,7 +33,7 @@ bool IsReadOnly(const std::wstring& path) noexcept {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
-// Those attributes of a file with which another one can be made.
+// Returns the attributes of a file that can be passed to CreateFileW for another file.
 DWORD AttributesOf(const std::wstring& path) noexcept {
     constexpr DWORD kept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
                            FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
@@ -40,7 +41,7 @@ DWORD AttributesOf(const std::wstring& path) noexcept {
     return attributes == INVALID_FILE_ATTRIBUTES ? FILE_ATTRIBUTE_NORMAL : attributes & kept;
 }
 
-// A hidden or read-only file would resist both what follows here and being written anew.
+// Clears the attributes, because deleting a read-only file or overwriting a hidden or read-only one fails.
 void RemoveProtection(const std::wstring& path) noexcept {
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
@@ -59,7 +60,7 @@ HANDLE CreateSibling(const std::wstring& sibling, const std::wstring& path) {
     const HANDLE created = create();
     if (created != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS)
         return created;
-    // What a process has left that died in a save.
+    // The file was left by a process that terminated during a save.
     Remove(sibling);
     return create();
 }
@@ -71,11 +72,11 @@ Step WriteSibling(const std::wstring& sibling, const std::wstring& path, std::st
     return file.Write(content) ? Step::Done : Step::Failed;
 }
 
-// ReplaceFileW would keep even more of the old file, but in two steps.
+// Atomically replaces the target. ReplaceFileW would preserve more of the old file, but needs two steps.
 Step MoveOver(const std::wstring& source, const std::wstring& target) noexcept {
     constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    // Who only has a look at the file is gone soon, so a refusal is not the end at once. Nobody waits,
-    // though.
+    // A program that only reads the file usually closes it soon, so the rename is retried. The attempts only
+    // yield the processor; they do not sleep.
     constexpr int attempts = 20;
     Step step = Step::Refused;
     for (int attempt = 0; attempt < attempts && step == Step::Refused; ++attempt) {
@@ -86,7 +87,8 @@ Step MoveOver(const std::wstring& source, const std::wstring& target) noexcept {
     return step;
 }
 
-// A process that dies in here leaves a mixture; a disk that refuses does not.
+// Not atomic: if the process terminates in this function, the file has mixed content. After a write error,
+// the old content is restored.
 bool WriteInPlace(const std::wstring& path, std::string_view content) {
     bool isNew = false;
     {
@@ -107,10 +109,10 @@ bool WriteInPlace(const std::wstring& path, std::string_view content) {
 
 }  // namespace
 
-// The content goes into a sibling file first, which takes the file's place in one step, and only when all of
-// it is on the disk. In a folder that admits no sibling the file itself is written.
+// Writes a temporary file first, flushes it to disk and then renames it over the target. If creating or
+// renaming the temporary file fails for another reason than a full disk, writes the target in place.
 bool WriteDurably(const std::wstring& path, std::string_view content) {
-    // Some systems would move another file over a read-only one.
+    // Some systems let a rename replace a read-only file.
     if (IsReadOnly(path))
         return false;
     const std::wstring sibling = SiblingOf(path);

@@ -1,4 +1,4 @@
-// Files that the battery may fail at any moment.
+// Writes and copies of files that survive a power failure at any moment.
 #pragma once
 
 #include <string>
@@ -6,12 +6,13 @@
 
 namespace ZOTDam {
 
-// Makes the content all that the file holds. Whoever reads the file at any moment, even after the process or
-// the machine has died, finds the old content or the new one, whole; a write that fails leaves the old one.
-// The attributes of the file and its access rights stay.
+// Atomically replaces the file's content and keeps the file's attributes and access rights. A reader always
+// gets either the complete old content or the complete new content, even after the process or the machine has
+// failed. If a temporary file cannot replace the file, writes the file in place, which is not atomic. Returns
+// false, with the old content in place, when the write fails or the file is read-only.
 bool WriteDurably(const std::wstring& path, std::string_view content);
 
-// Copies a file over what may stand at the other path.
+// Copies a file to the other path, replacing any file there, and flushes the copy to disk.
 bool CopyDurably(const std::wstring& source, const std::wstring& target) noexcept;
 
 }  // namespace ZOTDam

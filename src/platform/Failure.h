@@ -2,7 +2,7 @@
 
 namespace ZOTDam {
 
-// Runs an operation for which every failure, of whatever kind, means false.
+// Runs an operation and returns its result, or false when it throws any exception.
 template <class Operation>
 bool FalseOnException(Operation&& operation) noexcept {
     try {

@@ -7,7 +7,7 @@
 
 namespace ZOTDam {
 
-// An open file, closed at the end of its scope.
+// An open file, closed by the destructor.
 class CFile {
 public:
     explicit CFile(HANDLE opened) noexcept : handle{opened} {}
@@ -20,13 +20,13 @@ public:
 
     bool IsOpen() const noexcept { return handle != INVALID_HANDLE_VALUE; }
 
-    // Reads the file from its beginning to its end.
+    // Reads the complete file.
     bool Read(std::string& content) const;
 
-    // Makes this all that the file holds, on the disk itself. False where the disk did not take all of it.
+    // Replaces the file's content and flushes it to disk. Returns false when not everything could be written.
     bool Write(std::string_view content) const noexcept;
 
-    // Brings to the disk what the system still holds of the file.
+    // Flushes the data that the system has buffered for the file to disk.
     bool Flush() const noexcept { return FlushFileBuffers(handle) != FALSE; }
 
 private:

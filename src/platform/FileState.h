@@ -5,7 +5,7 @@
 
 namespace ZOTDam {
 
-// What the folder says of a file. It changes with the file's content.
+// The last-write time and size of a file, used to detect changes of its content.
 struct FileState {
     std::uint64_t writeTime = 0;  // in 100 ns since 1601, UTC
     std::uint64_t size = 0;       // in bytes
@@ -13,7 +13,7 @@ struct FileState {
     bool operator==(const FileState&) const = default;
 };
 
-// All zero when there is no such file.
+// Returns zeros when the file does not exist.
 FileState StateOf(const std::wstring& path) noexcept;
 
 }  // namespace ZOTDam

@@ -4,9 +4,9 @@
 
 namespace ZOTDam {
 
-// The path of a file in a folder that is named with environment variables ("%ProgramData%\\..."). The
-// expanded folder has to fit `capacity` units with its terminator; one that does not gives an empty path,
-// at which nothing exists.
+// Returns the path of a file in a folder that is specified with environment variables ("%ProgramData%\\...").
+// The expanded folder and its terminator must fit into `capacity` UTF-16 code units; otherwise the function
+// returns an empty path, which no file has.
 std::wstring FileInFolder(const wchar_t* folder, const wchar_t* fileName, unsigned long capacity);
 
 }  // namespace ZOTDam

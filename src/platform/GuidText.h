@@ -6,21 +6,21 @@
 
 namespace ZOTDam {
 
-// A GUID as the data files write it: 36 characters, lower case, no braces.
+// A GUID in the format of the data files: 36 characters, lower case, no braces.
 class CGuidText {
 public:
     explicit CGuidText(const GUID& guid);
 
     const wchar_t* c_str() const noexcept { return text.data(); }
 
-    // Whether another text is this GUID; the case of its letters does not matter.
+    // Returns whether another string is this GUID. The comparison is case-insensitive.
     bool Matches(const wchar_t* other) const noexcept;
 
 private:
     std::array<wchar_t, 37> text{};
 };
 
-// Only that form is taken, in any case.
+// Parses this format, in upper or lower case. Returns false for any other format.
 bool ParseGuid(const wchar_t* text, GUID& guid) noexcept;
 
 }  // namespace ZOTDam

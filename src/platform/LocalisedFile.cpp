@@ -10,14 +10,14 @@ namespace {
 
 using LanguageName = wchar_t[LOCALE_NAME_MAX_LENGTH];
 
-// False when the system has no name for the user's language.
+// Returns false when the system has no name for the user's language.
 bool GetUserLanguage(LanguageName& name) noexcept {
     name[0] = L'\0';
     const LCID locale = MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT);
     return LCIDToLocaleName(locale, name, LOCALE_NAME_MAX_LENGTH, 0) != 0 && name[0] != L'\0';
 }
 
-// Where a system without a lookup would have the copy: "Folder\en-US\File.xml.mui".
+// The path of the copy on a system that does not implement the lookup: "Folder\en-US\File.xml.mui".
 std::wstring CopyInSubfolder(const std::wstring& neutralFile, const wchar_t* language) {
     const std::size_t fileName = neutralFile.rfind(L'\\') + 1;
     return neutralFile.substr(0, fileName) + language + L'\\' + neutralFile.substr(fileName) + L".mui";

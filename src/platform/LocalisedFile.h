@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// The copy of a file for the user's language, or the file itself where there is no copy. Copies for parent
-// languages or for those that the system prefers do not count. No path stays none.
+// Returns the path of the file's copy for the user's language, or the file's own path when no copy exists.
+// Copies for parent languages or for the system's preferred languages are ignored. An empty path stays empty.
 std::wstring LocalisedFile(const std::wstring& neutralFile);
 
 }  // namespace ZOTDam
