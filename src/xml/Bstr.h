@@ -7,7 +7,7 @@
 
 namespace ZOTDam {
 
-// A BSTR that a call hands out or takes. (_bstr_t would allocate a block of its own beside each.)
+// A BSTR that a call returns or takes. (_bstr_t would make an additional heap allocation for each one.)
 class CBstr {
 public:
     CBstr() noexcept = default;

@@ -4,7 +4,7 @@ namespace ZOTDam {
 
 namespace {
 
-// Access is denied to a marker that another user's process has made.
+// Opening or creating a mutex of another user's process fails with ERROR_ACCESS_DENIED.
 bool TellsOfAnotherHolder(DWORD error) noexcept {
     return error == ERROR_ALREADY_EXISTS || error == ERROR_ACCESS_DENIED;
 }
@@ -28,7 +28,7 @@ CBusyMarker::CBusyMarker(const wchar_t* name) noexcept {
 }
 
 CBusyMarker::~CBusyMarker() {
-    // The last handle takes the marker with it, so ownership needs no release of its own.
+    // Closing the last handle destroys the mutex, so ownership is not released separately.
     if (mutex != nullptr)
         CloseHandle(mutex);
 }

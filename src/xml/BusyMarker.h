@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// Marks a data file as busy, for all processes of the session, while one of them reads or writes it. Nobody
-// waits for the marker: whoever finds it leaves the file alone.
+// A named mutex used as a busy flag for a data file, for all processes of the session. The flag is
+// non-blocking: a process that finds the file busy does not access it.
 class CBusyMarker {
 public:
     explicit CBusyMarker(const wchar_t* name) noexcept;
@@ -13,8 +13,9 @@ public:
     CBusyMarker& operator=(const CBusyMarker&) = delete;
     ~CBusyMarker();
 
-    // Whether the file is free for us. It is, too, where no marker could be made although nobody has it:
-    // better to go on without one than never to read or save.
+    // Returns true when this process may use the file. This is also the case when the mutex could not be
+    // created although no other process holds it: working without the marker is better than never reading or
+    // saving.
     bool IsOurs() const noexcept { return ours; }
 
 private:

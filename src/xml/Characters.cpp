@@ -34,7 +34,7 @@ bool IsIn(const Range (&ranges)[Size], char32_t character) noexcept {
     });
 }
 
-// Removes the first character from a text. A surrogate without its partner stands for itself.
+// Removes the first character from a string and returns it. Returns an unpaired surrogate unchanged.
 char32_t TakeCharacter(std::wstring_view& text) noexcept {
     const wchar_t first = text.front();
     text.remove_prefix(1);

@@ -1,14 +1,15 @@
-// What XML 1.0 can carry. Some DOMs take anything and then save a file that no parser reads again.
+// The characters that XML 1.0 allows. Some DOMs accept any character and then save a file that no parser can
+// read.
 #pragma once
 
 #include <string_view>
 
 namespace ZOTDam {
 
-// Whether a text is a name without a colon.
+// Returns whether a string is an XML name without a colon.
 bool IsNcName(std::wstring_view text) noexcept;
 
-// Whether a text has only characters that a document may contain. An unpaired surrogate is none.
+// Returns whether a document may contain all characters of a string. It may not contain unpaired surrogates.
 bool IsXmlText(std::wstring_view text) noexcept;
 
 }  // namespace ZOTDam

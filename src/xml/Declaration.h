@@ -4,11 +4,11 @@
 
 namespace ZOTDam {
 
-// Gives an empty document the declaration that all new files begin with.
+// Appends the XML declaration of new files to an empty document.
 void AppendDeclaration(IXMLDOMDocument* document);
 
-// Makes the declaration of a document that is about to be saved say UTF-8. Some DOMs write UTF-8 whatever it
-// says, and a file that says otherwise would be read wrongly, or not at all.
+// Changes the XML declaration of a document to UTF-8 before the document is saved. Some DOMs always write
+// UTF-8; with another encoding in the declaration, the file would be read incorrectly or not at all.
 void DeclareUtf8(IXMLDOMDocument* document);
 
 }  // namespace ZOTDam

@@ -1,4 +1,4 @@
-// The documents that all of the module works on.
+// The documents that the whole module uses.
 #pragma once
 
 #include "xml/Singleton.h"
@@ -14,10 +14,11 @@ extern CSingleton<CXmlZOTBase> BaseCatalogue;
 extern CSingleton<CXmlZOTDefault> Defaults;
 extern CSingleton<CXmlZOTPowercfg> UserSettings;
 
-// The user settings as they are on disk now, or null. Every use but the reset begins with this.
+// Reads the user settings from disk again and returns them, or null. Every operation except the reset starts
+// with this call.
 CXmlZOTPowercfg* OpenUserSettings() noexcept;
 
-// Releases all four, in the order in which they stand above.
+// Releases all four documents, in the order of their declarations.
 void ReleaseDocuments() noexcept;
 
 }  // namespace ZOTDam

@@ -43,7 +43,7 @@ bool IsNamed(IXMLDOMElement* element, const CName& name) {
     return tag.View() == name.View() && !HasNamespace(element);
 }
 
-// The first element of that name among a node and its following siblings.
+// Returns the first element with this name among a node and its following siblings, or null.
 IXMLDOMElementPtr FirstNamed(IXMLDOMNodePtr node, const CName& name) {
     while (node) {
         const IXMLDOMElementPtr element = node;
@@ -182,7 +182,7 @@ IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, 
 
 IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
     IXMLDOMElementPtr element = EmptyElement(OwnerDocument(parent), name);
-    // Deliberate: the line feed and the tab put a later child on a line of its own, indented.
+    // Deliberate: the line feed and the tab place a later child on its own, indented line.
     if (V_VT(&value) == VT_EMPTY)
         Check(element->put_text(CName{L"\n\t"}.AsBstr()), element.GetInterfacePtr());
     else
@@ -197,14 +197,14 @@ IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _var
 }
 
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
-    // A copy could name entities that only the type of the other document declares, and would never be read
-    // again.
+    // A copy could reference entities that only the other document's DTD declares; the saved file could then
+    // never be loaded again.
     if (HasDocumentType(OwnerDocument(node)))
         _com_issue_error(E_INVALIDARG);
     IXMLDOMNodePtr copy;
     const IXMLDOMDocument3Ptr document = OwnerDocument(parent);
     const HRESULT imported = document->importNode(node, VARIANT_TRUE, &copy);
-    // Some DOMs cannot import, but take the nodes of other documents as they are.
+    // Some DOMs do not implement importNode, but accept nodes of other documents.
     if (imported == E_NOTIMPL)
         Check(node->cloneNode(VARIANT_TRUE, &copy), node);
     else

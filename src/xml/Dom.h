@@ -1,5 +1,5 @@
-// Reading and writing elements and attributes. Every function throws the DOM's failures as _com_error, and
-// E_POINTER for an element that is null.
+// Functions that read and write elements and attributes. Every function throws the DOM's failures as
+// _com_error, and E_POINTER for a null element.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,9 @@
 
 namespace ZOTDam {
 
-// The child elements of `parent` that have the given name and no namespace, in document order, for a
-// range-for. (Siblings are walked: a DOM compiles an XPath anew for each selection, which costs more than
-// looking at the few children that an element of our files has.)
+// The child elements of `parent` that have the given name and no namespace, in document order, for use in a
+// range-based for loop. (The iterator walks the siblings, because a DOM compiles the XPath of each selection,
+// which costs more than checking the few children of an element in the data files.)
 class CSelection {
 public:
     CSelection(IXMLDOMNode* parent, const CName& childName);
@@ -45,45 +45,45 @@ inline CSelection SelectChildren(IXMLDOMNode* parent, const CName& name) {
     return {parent, name};
 }
 
-// The first of the children that SelectChildren would give, or null.
+// Returns the first element that SelectChildren would return, or null.
 IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CName& name);
 
-// Reads an attribute. False, and `field` untouched, when the element lacks it. A number is read up to its
-// first character that is no digit; a text that does not fit a fixed field is refused with E_INVALIDARG,
-// since a part of it would be a different text.
+// Reads an attribute. Returns false and leaves `field` unchanged when the attribute is missing. A number is
+// read up to its first non-digit character. Throws E_INVALIDARG when a string does not fit into a fixed
+// field, because a truncated string would be a different value.
 bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::int32_t& field);
 bool ReadAttribute(IXMLDOMElement* element, const CName& name, Text& field);
 bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& field);
 
-// Reads the text of an element for display: what does not fit is cut off.
+// Reads the text of an element for display. Truncates text that does not fit.
 void ReadElementText(IXMLDOMElement* element, Text& field);
 
-// Sets an attribute, creating it when it is missing. A text that XML cannot carry is refused with
-// E_INVALIDARG.
+// Sets an attribute, creating it when it is missing. Throws E_INVALIDARG for a string that XML cannot
+// represent.
 void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t value);
 void WriteAttribute(IXMLDOMElement* element, const CName& name, const wchar_t* value);
 
-// The same for an attribute whose name comes from outside. To set one, the name has to be one without a
-// prefix and must not stand for a namespace; others are refused with E_INVALIDARG.
+// The same for an attribute whose name comes from the client. WriteNamedAttribute throws E_INVALIDARG unless
+// the name is valid, has no prefix and does not declare a namespace.
 bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstring& value);
 void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wchar_t* value);
 
 // Appends an empty element; `parent` may be the document itself.
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name);
 
-// Makes an element with a value, or with none, for the document of `parent`. CreateElement leaves the
-// appending to the caller.
+// Creates an element, with or without a value, for the document of `parent`. CreateChild also appends it;
+// CreateElement leaves that to the caller.
 IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
 IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
 
-// Makes a deep copy of a node of another document, for the document of `parent`, without appending it. A node
-// of a document with a document type is refused with E_INVALIDARG.
+// Creates a deep copy of a node of another document, for the document of `parent`, without appending it.
+// Throws E_INVALIDARG when the node's document has a document type.
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node);
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);
 void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child);
 
-// Removes all children, of whatever kind. True when there was one.
+// Removes all children of any kind. Returns false when the node has no children.
 bool RemoveChildren(IXMLDOMNode* parent);
 
 void RemoveAttributes(IXMLDOMNode* element);

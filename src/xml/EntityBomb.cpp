@@ -12,12 +12,12 @@ namespace ZOTDam {
 
 namespace {
 
-// A DOM puts a text together by appending the entities one by one, each time to a new copy of all before:
-// this many bytes are copied in a tenth of a second.
+// A DOM builds a text by appending one entity after the other, each time to a new copy of the previous text.
+// It copies this many bytes in a tenth of a second.
 constexpr std::uint64_t MaxCopiedBytes = 1'000'000'000;
 
-// The bytes of a file, but for zeros. What is sought here is ASCII, and so the same in UTF-8 as in UTF-16 and
-// UTF-32 without the zeros.
+// Returns the bytes of a file without zeros. The keywords searched for are ASCII, so without the zeros they
+// are the same in UTF-8, UTF-16 and UTF-32.
 std::string ReadMarkup(const std::wstring& path) {
     const CFile file{CreateFileW(path.c_str(), GENERIC_READ,
                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -30,13 +30,13 @@ std::string ReadMarkup(const std::wstring& path) {
     return bytes;
 }
 
-// Removes all before a text, and the text. Nothing remains where the text is not found.
+// Removes a string and everything before it, or everything when the string is not found.
 void SkipPast(std::string_view& markup, std::string_view text) {
     const std::size_t found = markup.find(text);
     markup.remove_prefix(found == std::string_view::npos ? markup.size() : found + text.size());
 }
 
-// Removes all up to the end of the next text in quotes. Gives its length.
+// Removes everything up to the end of the next quoted string. Returns the length of that string.
 std::size_t SkipLiteral(std::string_view& markup) {
     const std::size_t open = markup.find_first_of("'\"");
     if (open == std::string_view::npos)

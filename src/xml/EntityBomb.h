@@ -4,9 +4,10 @@
 
 namespace ZOTDam {
 
-// Whether an XML file declares entities that would keep a DOM busy for minutes: parameter entities, on whose
-// growth some parsers never end, or texts that are so long and so often used that to put them together takes
-// as long. MSXML 6 refuses every document type, other DOMs do not. Where no file can be read there is none.
+// Returns whether an XML file declares entities that would keep a DOM busy for minutes: parameter entities,
+// whose expansion never ends in some parsers, or entities so long and so frequent that expanding them takes
+// minutes. MSXML 6 rejects every document type, other DOMs do not. Returns false when the file cannot be
+// read.
 bool IsEntityBomb(const std::wstring& path);
 
 }  // namespace ZOTDam

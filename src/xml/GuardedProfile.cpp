@@ -41,7 +41,7 @@ bool CGuardedProfile::Save() noexcept {
         const CBusyMarker marker{markerName};
         if (!marker.IsOurs())
             return true;
-        // Without a file, whatever has become of it, there is nothing to lose.
+        // If the file does not exist, for whatever reason, a save cannot destroy data.
         const FileContent threatened = IsFile(Path()) ? fileContent : FileContent::Known;
         if (threatened == FileContent::Unknown)
             return true;
@@ -49,8 +49,8 @@ bool CGuardedProfile::Save() noexcept {
     });
 }
 
-// A load fails alike for a file that is no XML and for one that another program keeps from being read. What
-// is open here, that program cannot have: what does not load now either is no XML.
+// A load fails both for content that is not well-formed and for a file that another program has locked. While
+// the file is open here, no other program can lock it, so a second failure is due to the content.
 CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
     FileContent content = FileContent::Missed;
     FalseOnException([&] {
@@ -82,7 +82,7 @@ bool CGuardedProfile::ReplaceFile() {
     return true;
 }
 
-// A file that is no XML is about to lose all that it holds: a copy of it stays.
+// A file without loadable content is about to be overwritten, so a copy of it is kept.
 bool CGuardedProfile::SetUnreadableFileAside() const {
     return fileContent != FileContent::NoXml || !FileExists() || CopyDurably(Path(), Path() + L".unreadable");
 }

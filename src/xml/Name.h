@@ -9,8 +9,8 @@
 
 namespace ZOTDam {
 
-// An element or attribute name that COM can take as a BSTR. The text stands in place behind its length, as in
-// every BSTR, so passing a name allocates nothing.
+// An element or attribute name that COM can take as a BSTR. As in every BSTR, the string is stored directly
+// after its length, so passing a name allocates nothing.
 class CName {
 public:
     template <std::size_t Size>
@@ -21,7 +21,7 @@ public:
         std::copy_n(literal, Size, text);
     }
 
-    // DOM calls take their BSTR arguments without const, and leave them as they are.
+    // DOM methods take their BSTR arguments without const, but do not change them.
     BSTR AsBstr() const noexcept { return const_cast<BSTR>(text); }
     std::wstring_view View() const noexcept { return {text, byteLength / sizeof(wchar_t)}; }
 

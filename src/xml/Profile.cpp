@@ -19,7 +19,7 @@ constexpr CLSID DomDocument60 = {
 
 IXMLDOMDocument2Ptr CreateDocument() noexcept {
     IXMLDOMDocument2Ptr document;
-    // A document that cannot be set to load synchronously would answer before it has read anything.
+    // An asynchronous load would return before the file is read.
     if (FAILED(document.CreateInstance(DomDocument60, nullptr, CLSCTX_ALL)) ||
         FAILED(document->put_async(VARIANT_FALSE)))
         return {};
@@ -63,7 +63,7 @@ bool CZOTProfile::LoadOrThrow() {
     return loaded == VARIANT_TRUE;
 }
 
-// The file has to be read for it, which a file that is as it was last time is spared.
+// The check reads the whole file, so it is skipped when the file is unchanged since the last check.
 bool CZOTProfile::IsFileHarmless() {
     const FileState state = StateOf(path);
     if (state != harmless && !IsEntityBomb(path))

@@ -7,8 +7,8 @@
 
 namespace ZOTDam {
 
-// One data file as a DOM document. Where the DOM cannot be created (COM not initialised on the thread) the
-// object stands all the same: it finds nothing, and loading and saving fail.
+// A data file as a DOM document. If the DOM cannot be created (COM is not initialised on the thread), the
+// object is still valid: searches find nothing, and loading and saving fail.
 class CZOTProfile {
 public:
     explicit CZOTProfile(std::wstring filePath);
@@ -16,32 +16,34 @@ public:
     CZOTProfile& operator=(const CZOTProfile&) = delete;
     virtual ~CZOTProfile() = default;
 
-    // The first child element of that name, created when there is none. Null for a null parent.
+    // Returns the first child element with this name, which is created when it is missing. Returns null for a
+    // null parent.
     virtual IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CName& name);
 
-    // The document element, whatever its name, or null.
+    // Returns the document element, whatever its name, or null.
     IXMLDOMElementPtr FindRoot() const;
 
 protected:
     bool FileExists() const noexcept;
     const std::wstring& Path() const noexcept { return path; }
 
-    // Reads the document's file. A failed load leaves an empty document. An entity bomb is not loaded.
+    // Loads the file into the document. Returns false and leaves an empty document when the load fails. A
+    // file with an entity bomb is not loaded.
     bool Load() noexcept;
 
-    // The same, but a load that did not come to an answer, for want of memory or of a DOM, throws.
+    // The same, but throws when there is no DOM or not enough memory.
     bool LoadOrThrow();
 
-    // Writes the document over its file: all of it, or nothing.
+    // Replaces the file with the document, completely or not at all. Returns false on failure.
     bool Write() noexcept;
 
-    // The first child of the root with that name, or null. Creates nothing.
+    // Returns the first child of the root with this name, or null. Creates nothing.
     IXMLDOMElementPtr FindSection(const CName& name) const;
 
     IXMLDOMElementPtr CreateRoot(const CName& name);
 
-    // Removes all children of a section of the root. True only when there was one: an empty section gives
-    // false, and so does a document without a root, in which nothing is created.
+    // Removes all children of a section of the root. Returns false when the section is empty, or when the
+    // document has no root; the function creates no root.
     bool ClearSection(const CName& name);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace ZOTDam {
 
-// The one object of a document class, made on first use and again after a release.
+// The only instance of a document class, created on first use and again after a release.
 template <class Document>
 class CSingleton {
 public:
@@ -21,7 +21,7 @@ public:
             Release();
     }
 
-    // Null when the object could not be made.
+    // Returns null when the object could not be created.
     Document* Get() noexcept {
         if (document == nullptr) {
             const std::lock_guard guard{section};
@@ -35,7 +35,8 @@ public:
         if (document == nullptr)
             return;
         const std::lock_guard guard{section};
-        // The pointer is null before the object goes: nobody finds half a document.
+        // The pointer is cleared before the object is destroyed, so Get never returns a partly destroyed
+        // document.
         const std::unique_ptr<Document> released{document.exchange(nullptr)};
     }
 

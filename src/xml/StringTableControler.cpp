@@ -35,7 +35,7 @@ bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexc
         const auto entry = std::ranges::find_if(entries, isSought);
         if (entry == entries.end())
             return false;
-        // Deliberate: an entry without a text hides the later ones of its name.
+        // Deliberate: an entry without a text hides later entries with the same name.
         const IXMLDOMElementPtr value = SelectChild(entry->element, L"value");
         if (!value)
             return false;

@@ -7,14 +7,14 @@
 
 namespace ZOTDam {
 
-// The texts that the user reads, each found by a key. The table for the user's language is read once.
+// The texts that the user reads, each identified by a key. The table for the user's language is read once.
 class CStringTableControler : public CZOTProfile {
 public:
     CStringTableControler();
 
-    // Gives the text of the first entry for the key; the case of ASCII letters does not matter. False, and
-    // `output` untouched, when there is no entry, or when that entry has no text. The key may stand in
-    // `output` itself.
+    // Copies the text of the first entry for the key to `output`. The case of ASCII letters is ignored.
+    // Returns false and leaves `output` unchanged when no entry is found or the first one has no text. `key`
+    // may be `output` itself.
     bool Lookup(const wchar_t* key, Text& output) const noexcept;
 
 private:
@@ -25,7 +25,7 @@ private:
 
     void ReadEntries();
 
-    // The entries in the order of the file: looking at a name costs far less here than in the document.
+    // The entries in file order. Comparing a name here is much faster than in the document.
     std::vector<Entry> entries;
 };
 

@@ -6,7 +6,8 @@
 
 namespace ZOTDam {
 
-// Keeps what a DOM writes. Some DOMs go on when a stream refuses something: this one remembers it.
+// A stream that stores the output of a DOM. Some DOMs continue after a failed write, so the stream records
+// the failure.
 class CTextStream final : public IStream {
 public:
     CTextStream() = default;
@@ -14,7 +15,7 @@ public:
     CTextStream& operator=(const CTextStream&) = delete;
     ~CTextStream() = default;
 
-    // Whether nothing is missing of what was written.
+    // Returns whether every write has succeeded.
     bool IsComplete() const noexcept { return complete; }
 
     const std::string& Text() const noexcept { return text; }
@@ -22,12 +23,12 @@ public:
     HRESULT WINAPI Write(const void* data, ULONG size, ULONG* written) noexcept override;
     HRESULT WINAPI Commit(DWORD flags) noexcept override;
 
-    // The stream lives where it is declared, so nobody's references count.
+    // The owner of the stream determines its lifetime, so references are not counted.
     HRESULT WINAPI QueryInterface(REFIID iid, void** object) noexcept override;
     ULONG WINAPI AddRef() noexcept override;
     ULONG WINAPI Release() noexcept override;
 
-    // All else is not needed to write a document from its beginning to its end.
+    // The other methods are not needed to write a document sequentially.
     HRESULT WINAPI Read(void* data, ULONG size, ULONG* read) noexcept override;
     HRESULT WINAPI Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* position) noexcept override;
     HRESULT WINAPI SetSize(ULARGE_INTEGER size) noexcept override;

@@ -6,7 +6,7 @@ namespace ZOTDam {
 
 namespace {
 
-// The conversions of the C runtime must not see the null pointer that is a BSTR's way to be empty.
+// A null BSTR is an empty string, but the conversions of the C runtime do not accept a null pointer.
 const wchar_t* TextOf(const wchar_t* text) noexcept {
     return text != nullptr ? text : L"";
 }

@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// Gives a variant the value that a text stands for. The type that the variant has decides the conversion;
-// text without digits is 0, and a type without a conversion clears the variant.
+// Converts a string to the current type of the variant and stores the result in it. A string without digits
+// is converted to 0. A type without a conversion clears the variant.
 void FillFromText(_variant_t& value, BSTR text);
 
 }  // namespace ZOTDam

@@ -4,12 +4,12 @@
 
 namespace ZOTDam {
 
-// The base catalogue: every function that the suite knows. It is read once and never written.
+// The base catalogue: all functions of the suite. It is read once and never written.
 class CXmlZOTBase : public CZOTProfile {
 public:
     CXmlZOTBase();
 
-    // Only finds: nothing is ever created in the base catalogue.
+    // Only searches: nothing is ever created in the base catalogue.
     IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CName& name) override;
 
     IXMLDOMElementPtr CommonSettings() { return GetChildNode(FindRoot(), L"CommonSettings"); }

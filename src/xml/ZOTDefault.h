@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// The defaults: the functions in use on this machine with their default parameters. The file is read when the
-// object is made and not again, so this process sees other processes' changes only after ZOTDamExit.
+// The defaults: the functions in use on this machine with their default parameters. The file is read only
+// when the object is created, so this process sees other processes' changes only after ZOTDamExit.
 class CXmlZOTDefault : public CGuardedProfile {
 public:
     CXmlZOTDefault();
@@ -13,7 +13,8 @@ public:
     IXMLDOMElementPtr CommonSettings() { return Section(L"CommonSettings"); }
     IXMLDOMElementPtr Functions() { return Section(L"Functions"); }
 
-    // For readers: without a catalogue they must fail, not find one that they have just created.
+    // For readers: without a catalogue they must fail instead of finding a section that they have just
+    // created.
     IXMLDOMElementPtr FindFunctions() const { return FindSection(L"Functions"); }
 
 private:

@@ -13,7 +13,7 @@ bool CXmlZOTPowercfg::ResetSkeleton() {
     if (!ClearSection(L"PowerSchemes"))
         return false;
     ClearSection(L"CommonSettings");
-    // The settings themselves are attributes.
+    // The common settings are attributes of their section.
     RemoveAttributes(CommonSettings());
     return true;
 }

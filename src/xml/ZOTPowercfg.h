@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// The user settings. The file is opened anew before each use, so that every operation works on what is on
-// disk now; only the reset works on what this process read last.
+// The user settings. The file is read again before each use, so that every operation uses the current content
+// on disk. Only the reset uses the content that this process read last.
 class CXmlZOTPowercfg : public CGuardedProfile {
 public:
     CXmlZOTPowercfg();
@@ -13,11 +13,12 @@ public:
     IXMLDOMElementPtr CommonSettings() { return Section(L"CommonSettings"); }
     IXMLDOMElementPtr PowerSchemes() { return Section(L"PowerSchemes"); }
 
-    // Empties both sections. False, and the common settings stay, when there was no scheme to remove.
+    // Empties both sections. Returns false and keeps the common settings when the settings contain no
+    // schemes.
     bool ResetSkeleton();
 
 private:
-    // What was read from a file that is gone is no longer true.
+    // Settings that were read from a deleted file are no longer valid.
     void OpenWithoutFile() override { ResetSkeleton(); }
 };
 
