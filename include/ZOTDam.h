@@ -467,12 +467,13 @@ std::uint32_t GetFuncCount();
 // ZOTDamExit, otherwise true.
 bool GetFunctionBase(IGetFunctionBaseCallback* callback);
 
-// Enumerates the functions of the base catalogue that are not in the catalogue. Enumerates nothing when the
-// catalogue cannot be loaded or a function cannot be read. Returns the same results as GetFunctionBase.
+// Enumerates the functions of the base catalogue that are missing from the catalogue. Enumerates nothing when
+// the catalogue cannot be loaded or a function cannot be read. The return value is the same as for
+// GetFunctionBase.
 bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
 
 // Enumerates the functions of the catalogue by ascending id, with names, groups and labels in the user's
-// language. A key without a text in the string table stays unchanged. Returns the same results as
+// language. A key without a text in the string table stays unchanged. The return value is the same as for
 // GetFunctionBase.
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
@@ -489,8 +490,8 @@ bool AddFunctionDefault(const FunctionBaseHolder* holder);
 // false for a null callback or after ZOTDamExit; otherwise true, even when nothing could be read.
 bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
 
-// Enumerates the default parameters of a power scheme by ascending function id. Returns the same results as
-// GetParameter.
+// Enumerates the default parameters of a power scheme by ascending function id. The return value is the same
+// as for GetParameter.
 bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback);
 
 // Stores the holder's values for a power scheme in the user settings file. Functions that are not in the
@@ -509,29 +510,29 @@ bool TEVGetParam(const GUID* scheme);
 
 // Retrieves the options of one function in the scheme that TEVGetParam loaded. `position` is a zero-based
 // position in the catalogue; a position of 2^31 or more means the first function if there are several.
-// `value` must not be null. A field whose parameter selects no display item is left unchanged. A function
-// that is missing from the scheme has its first options. Returns false and leaves `value` unchanged when no
-// parameters are loaded, when the catalogue has no such position, or after ZOTDamExit.
+// `value` must not be null. A field whose parameter selects no display item is left unchanged. For a function
+// that is missing from the scheme, retrieves its first options. Returns false and leaves `value` unchanged
+// when no parameters are loaded, when the catalogue has no such position, or after ZOTDamExit.
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 
 // Enumerates the commands of every function that the scheme sets, by ascending function id and then in file
-// order. Each command has the options that the scheme's parameters select, or 0 if they select none. Returns
-// the same results as GetParameter.
+// order. Each command has the options that the scheme's parameters select, or 0 if they select none. The
+// return value is the same as for GetParameter.
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 
 // Lists the functions that two schemes set differently, for one power source (mode 1: plugged in, mode 2: on
-// battery). `names` and `values` are buffers of TextCapacity UTF-16 code units. `names` receives a line "-
-// name" for each function; functions of the group "Group1Name" come first. `values` receives, in the same
+// battery). `names` and `values` are buffers of TextCapacity UTF-16 code units. For each function, `names`
+// receives a line "- name"; functions of the group "Group1Name" come first. `values` receives, in the same
 // order, a line with the label of the option that scheme B selects; the label may be empty. Each line ends
-// with a line feed followed by a carriage return. Text that does not fit is truncated. Returns true when
-// there was a difference and both buffers were written. A null buffer is skipped; the function then does all
-// other work and returns false.
+// with a line feed followed by a carriage return. Text that does not fit is truncated. Returns true when the
+// schemes differ and both buffers were written. A null buffer is skipped; the function then does all other
+// work and returns false.
 bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mode, wchar_t* names,
                      wchar_t* values);
 
 // Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order. A
 // scheme is left out when an attribute is missing from it or from an element inside it. A scheme, subgroup or
-// setting with a malformed GUID is also left out. Returns the same results as GetFunctionBase.
+// setting with a malformed GUID is also left out. The return value is the same as for GetFunctionBase.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
 // Copies the named common setting into `value`, a buffer of TextCapacity UTF-16 code units. Searches the user

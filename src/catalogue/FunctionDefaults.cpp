@@ -23,7 +23,8 @@ void WriteCommandItem(IXMLDOMElement* commands, const BaseCommandItem& item) {
     WriteAttribute(element, L"SpecInfo1", item.specInfo1);
 }
 
-// Families and their checks are not written: only the check for the machine's support needs them.
+// Families and their checks are not written. They only serve to determine whether the machine supports a
+// function.
 IXMLDOMElementPtr WriteCommands(IXMLDOMElement* function, const List<CommandFamily>& families) {
     IXMLDOMElementPtr commands = CreateChild(function, L"Commands");
     for (const CommandFamily& family : families)

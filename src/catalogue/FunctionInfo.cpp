@@ -25,7 +25,7 @@ bool CollectFunctionInfo(CFunctionTable& table, std::map<std::int32_t, FunctionR
 }
 
 FunctionRecord LocaliseFunctionRecord(FunctionRecord record) noexcept {
-    // Each key is replaced in place, so a key without a text is displayed itself.
+    // Each key is replaced in place, so the user sees the key itself when it has no text.
     if (const CStringTableControler* stringTable = StringTable.Get()) {
         stringTable->Lookup(record.group, record.group);
         stringTable->Lookup(record.name, record.name);

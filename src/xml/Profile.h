@@ -31,7 +31,7 @@ protected:
     // file with an entity bomb is not loaded.
     bool Load() noexcept;
 
-    // The same, but throws when there is no DOM or not enough memory.
+    // The same, but throws when the DOM or memory is not available.
     bool LoadOrThrow();
 
     // Replaces the file with the document, completely or not at all. Returns false on failure.
