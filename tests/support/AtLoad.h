@@ -1,5 +1,6 @@
-// Runs a function of the test when the process loads ZOTDam.dll: after the loader has filled in the imports
-// of the DLL, and before the DLL initialises itself. So a test learns of what the DLL takes at its load, too.
+// Runs a function of the test when the process loads ZOTDam.dll: after the loader has resolved the imports of
+// the DLL and before the DLL initialises itself. A test can thus observe allocations of the DLL while it is
+// loaded.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +11,7 @@
 
 namespace ZOTDam::Test {
 
-// While this lives, each load runs the function.
+// Runs the function on each load of the DLL while this object exists.
 class AtLoad {
 public:
     explicit AtLoad(std::function<void(HMODULE dll)> function) : onLoad{std::move(function)} {
@@ -23,7 +24,7 @@ public:
     ~AtLoad() { Find<LONG NTAPI(void*)>("LdrUnregisterDllNotification")(registration); }
 
 private:
-    // As the loader passes them. The headers do not declare them.
+    // The structures that the loader passes. The headers do not declare them.
     struct CountedText {
         USHORT size;  // in bytes
         USHORT capacity;

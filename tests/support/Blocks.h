@@ -1,4 +1,4 @@
-// The blocks that the DLL has from the C runtime's heap, counted until the DLL is freed.
+// Counts the memory blocks that the DLL allocates from the C runtime's heap, until the DLL is freed.
 #pragma once
 
 #include <windows.h>
@@ -25,13 +25,13 @@ public:
         freedFromBefore = 0;
     }
 
-    // Of those that it took while it was watched.
+    // The number of blocks that were allocated since Watch and are not freed.
     static std::size_t Live() { return live.size(); }
 
-    // The freed ones that it took before, when it was loaded.
+    // The number of freed blocks that were allocated before Watch, while the DLL was being loaded.
     static int FreedFromBefore() { return freedFromBefore; }
 
-    // What takes the place of the runtime's functions. A test may put its own functions before them.
+    // Replacements for the functions of the runtime. A test may install its own functions that call these.
     static void* Malloc(std::size_t size) { return Know(std::malloc(size)); }
     static void* Calloc(std::size_t count, std::size_t size) { return Know(std::calloc(count, size)); }
     static void* Realloc(void* block, std::size_t size) {

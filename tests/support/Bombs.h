@@ -7,7 +7,7 @@
 
 namespace ZOTDam::Test {
 
-// Entities a0, a1, ... of which each stands for ten of the one before it.
+// Entities a0, a1, ... Each expands to ten references to the previous one.
 inline std::string GrowingEntities(int levels, const std::string& first) {
     std::string type = "<!DOCTYPE R [<!ENTITY a0 \"" + first + "\">";
     for (int level = 1; level <= levels; ++level)
@@ -16,7 +16,7 @@ inline std::string GrowingEntities(int levels, const std::string& first) {
     return type + "]>";
 }
 
-// The same with parameter entities, of which the last one is used at once.
+// The same with parameter entities. The document type references the last one immediately.
 inline std::string GrowingParameterEntities(int levels) {
     std::string type = R"(<!DOCTYPE R [<!ENTITY % p0 "<!ENTITY a 'boom'>">)";
     for (int level = 1; level <= levels; ++level)
@@ -25,7 +25,7 @@ inline std::string GrowingParameterEntities(int levels) {
     return type + "%p" + std::to_string(levels) + ";]>";
 }
 
-// An entity x of that many characters.
+// An entity x with the given number of characters.
 inline std::string EntityOf(std::size_t size) {
     return "<!DOCTYPE R [<!ENTITY x \"" + std::string(size, 'x') + "\">]>";
 }

@@ -1,4 +1,4 @@
-// Random choices: always the same ones for one seed.
+// Random choices. The same seed always produces the same choices.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A client that trusts nothing: it checks what the exports hand to it, and writes it down.
+// A client that checks everything the exports pass to it, and records it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 
 namespace ZOTDam::Test {
 
-// Records as text, with a check of everything that a client relies on.
+// Writes records as text, and checks everything that a client relies on.
 class RecordWriter {
 public:
     void Write(std::int32_t number) { text += std::to_wstring(number) + L' '; }
@@ -112,12 +112,12 @@ class CheckingClient {
     }
 
 public:
-    // `onItem` runs within every OnItem.
+    // `onItem` runs inside every OnItem.
     explicit CheckingClient(
         const Library& library, std::function<void()> onItem = [] {})
         : dll{library}, duringItem{std::move(onItem)} {}
 
-    // The result of an export, which has to be a bool for every client.
+    // Returns the result of an export, which must be a valid bool for clients in any language.
     template <class... Arguments>
     static bool Call(bool (*exported)(Arguments...), std::type_identity_t<Arguments>... arguments) {
         const int result = RawResult(exported, arguments...);
@@ -163,7 +163,7 @@ public:
     }
 
 private:
-    // A client's buffer: a page without access follows it, so that no unit behind it is touched unseen.
+    // A client's buffer. An inaccessible page follows it, so that any access past its end is detected.
     class CheckedBuffer {
     public:
         CheckedBuffer() { std::fill_n(get(), TextCapacity, Untouched); }
@@ -190,7 +190,7 @@ private:
     std::function<void()> duringItem;
 };
 
-// What all reading exports give.
+// Returns the results of all exports that read.
 inline std::wstring ReadEverything(const Library& dll, const GUID& scheme) {
     const CheckingClient client{dll};
     std::wstring text = std::to_wstring(dll.GetFuncCount());

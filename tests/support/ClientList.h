@@ -1,4 +1,4 @@
-// A client's own lists in the layout that AddFunctionDefault takes, linked by the test.
+// A client's own lists in the layout that AddFunctionDefault reads. The test links their nodes.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace ZOTDam::Test {
 
-// A list as its bytes are.
+// The memory layout of a list.
 struct RawList {
     ListLinks* head;
     std::uint64_t count;
@@ -24,7 +24,7 @@ RawList& Raw(List<Record>& list) noexcept {
     return reinterpret_cast<RawList&>(list);
 }
 
-// Lets a list say that it has so many records, whatever it has, while this lives.
+// Sets the stored count of a list, regardless of its actual number of records, for a scope.
 class ClaimedCount {
 public:
     template <class Record>
@@ -40,7 +40,7 @@ private:
     std::uint64_t real;
 };
 
-// Memory that ends where a page without access begins.
+// Memory that ends at the start of an inaccessible page.
 class GuardedBlock {
 public:
     explicit GuardedBlock(std::size_t size)
@@ -70,11 +70,12 @@ private:
     BYTE* block;
 };
 
-// A copy of a list, with all that its records hold, that can only be read: every node and every sentinel is
-// the end of a page before one without access. The references of the records stay with the original.
+// A read-only copy of a list, including everything that its records contain. Every node and every sentinel
+// ends at a page boundary, and the next page is inaccessible. The original keeps the references that the
+// records hold.
 class ReadOnlyRecords {
 public:
-    // The client's word in the holder cannot even be read: it is the last of a page without access.
+    // The client's word in the holder cannot even be read: it is the last word of an inaccessible page.
     explicit ReadOnlyRecords(const List<FunctionBaseRecord>& records)
         : memory{static_cast<BYTE*>(
               VirtualAlloc(nullptr, 2 * GuardedBlock::PageSize, MEM_COMMIT, PAGE_READWRITE))},
@@ -92,7 +93,7 @@ public:
     const FunctionBaseHolder* get() const noexcept { return holder; }
 
 private:
-    // As a list has it: its size keeps what ends with a page aligned.
+    // A node as the list lays it out. Its size keeps an object that ends at a page boundary aligned.
     template <class Record>
     struct Node {
         ListLinks links;

@@ -1,4 +1,5 @@
-// A client's own map in the layout that SetParameter takes, linked by the test, which so decides its shape.
+// A client's own map in the layout that SetParameter reads. The test links its nodes and so controls its
+// shape.
 #pragma once
 
 #include <windows.h>
@@ -14,8 +15,8 @@ namespace ZOTDam::Test {
 
 using ClientEntry = std::pair<std::int32_t, ParamValue>;
 
-// Links the nodes of a search tree: `nodes[0]` becomes the nil node, the others take the entries. A tree that
-// is filled without balancing gets its shape from the order of the entries.
+// Links the nodes of a search tree: `nodes[0]` becomes the nil node, and the other nodes receive the entries.
+// The tree is not balanced, so its shape depends on the order of the entries.
 inline void LinkClientMap(std::span<ParamTreeNode> nodes, std::span<const ClientEntry> entries) {
     ParamTreeNode* const nil = nodes.data();
     *nil = {nil, nil, nil, 1, 1, 0, {}};
@@ -44,7 +45,7 @@ public:
     ClientMap(const ClientMap&) = delete;
     ClientMap& operator=(const ClientMap&) = delete;
 
-    // The same entries under another count than the tree has.
+    // Returns the same entries with a count that differs from the size of the tree.
     const ParamMapHolder* WithCount(std::uint64_t count) {
         holder.params.count = count;
         return &holder;
@@ -58,8 +59,8 @@ private:
     ParamMapHolder holder{};
 };
 
-// A map that can only be read, with a client word that cannot even be read: it is the last word of a page
-// without access, and the map begins with the next page.
+// A read-only map whose client word cannot even be read. The client word is the last word of an inaccessible
+// page, and the map begins on the next page.
 class ReadOnlyClientMap {
 public:
     explicit ReadOnlyClientMap(const std::vector<ClientEntry>& entries)

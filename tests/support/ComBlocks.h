@@ -1,4 +1,5 @@
-// The blocks that the process has from COM's allocator: the texts of COM, and what COM's calls hand out.
+// Counts the memory blocks that the process allocates from COM's allocator: strings and the results of COM
+// calls.
 #pragma once
 
 #include <objbase.h>
@@ -8,11 +9,11 @@
 
 namespace ZOTDam::Test {
 
-// COM tells an object of this class of each block from the first use on until the process ends: COM keeps the
-// object as long as a block lives of which it has told.
+// COM reports every block to an object of this class, from the first use until the process ends. COM keeps
+// the object as long as a block exists that it has reported.
 class ComBlocks final : public IMallocSpy {
 public:
-    // Those that were taken since the first use and not freed.
+    // The number of blocks that were allocated since the first use and are not freed.
     static long long Live() {
         static ComBlocks& blocks = *new ComBlocks;
         return blocks.live;
@@ -37,7 +38,8 @@ public:
     }
     void WINAPI PostFree(BOOL) override {}
 
-    // A block that is moved stays one; a null pointer becomes one, and one of no size none.
+    // A reallocated block counts as one block. A null pointer becomes a block, and a block of size 0 is
+    // freed.
     SIZE_T WINAPI PreRealloc(void* block, SIZE_T size, void** moved, BOOL isKnown) override {
         *moved = block;
         wasLive = block != nullptr && isKnown != FALSE;
@@ -60,7 +62,7 @@ public:
     void WINAPI PostHeapMinimize() override {}
 
 private:
-    // COM would keep some of the freed texts for later use, and they would not be told as freed.
+    // COM would otherwise cache some freed strings and not report them as freed.
     ComBlocks() {
         const auto setNoCache = reinterpret_cast<void(WINAPI*)()>(
             reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"oleaut32.dll"), "SetOaNoCache")));

@@ -1,4 +1,4 @@
-// The fixture of tests about common settings: it writes the "CommonSettings" of the three files, and reads
+// The fixture of tests for common settings. It writes the "CommonSettings" of the three files and reads
 // single settings.
 #pragma once
 
@@ -14,7 +14,7 @@ inline const std::optional<std::wstring> Missing;
 
 class CommonSettingsTest : public ExportTest {
 protected:
-    // A file with nothing but settings, which are written as attributes.
+    // A file that contains only settings, written as attributes.
     static std::string FileWith(const std::string& settings) {
         return "<Any><CommonSettings " + settings + "/></Any>";
     }
@@ -26,7 +26,8 @@ protected:
     bool HasDefaultsFile() const { return std::filesystem::exists(installation.DefaultsFile()); }
     std::string Base() const { return ReadFile(installation.BaseFile()); }
 
-    // What GetCommonSetting finds. A miss leaves all of the buffer untouched, and nothing writes behind it.
+    // Returns the value that GetCommonSetting finds. On a miss the whole buffer must be unchanged, and
+    // nothing may be written past its end.
     std::optional<std::wstring> Setting(const std::wstring& name) {
         wchar_t buffer[TextCapacity + 1];
         std::ranges::fill(buffer, Untouched);
@@ -43,7 +44,7 @@ protected:
     }
 
 private:
-    ComScope com;  // for the DOM of the test itself
+    ComScope com;  // for the test's own DOM
     static constexpr wchar_t Untouched = L'\x2603';
 };
 

@@ -17,7 +17,7 @@ void PrintRunningTest() {
         std::fprintf(stderr, "[ CRASHED  ] %s.%s\n", test->test_suite_name(), test->name());
 }
 
-// As an address of the file that the linker wrote, which is what debuggers ask for.
+// Prints the address as a module and an offset, which a debugger can resolve.
 void PrintPlace(void* address) {
     HMODULE module = nullptr;
     wchar_t file[MAX_PATH] = {};

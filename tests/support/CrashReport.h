@@ -1,4 +1,4 @@
-// Lets a crash say which test it ends, and where, instead of waiting for a debugger.
+// Reports the running test and the address of a crash, instead of waiting for a debugger.
 #pragma once
 
 namespace ZOTDam::Test {

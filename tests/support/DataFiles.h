@@ -1,4 +1,4 @@
-// The texts of small data files, in the form in which the library writes them.
+// The content of small data files, in the form that the library writes.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ inline std::string FunctionAttributes(std::int32_t id, std::int32_t ac, std::int
            "\" DCParamIndex=\"" + std::to_string(dc) + "\"";
 }
 
-// A function that was in the file already.
+// A function that was already in the file.
 inline std::string OldFunction(std::int32_t id, std::int32_t ac, std::int32_t dc) {
     return FunctionAttributes(id, ac, dc) + "/>";
 }
@@ -35,17 +35,17 @@ inline std::string NewScheme(const std::string& guid, const std::string& functio
     return OldScheme(guid, "\n\t" + functions);
 }
 
-// A user settings file without a declaration, as it is read and written back.
+// A user settings file without an XML declaration, in the form that is read and written back.
 inline std::string OldUserFile(const std::string& schemes) {
     return "<OrloPowerCfg><PowerSchemes>" + schemes + "</PowerSchemes></OrloPowerCfg>\n";
 }
 
-// The user settings file that the library makes where there was none.
+// The user settings file that the library creates when no file exists.
 inline std::string NewUserFile(const std::string& schemes) {
     return "<?xml version='1.0' encoding='UTF-8'?>\n" + OldUserFile(schemes);
 }
 
-// The same file once it has been read and written again.
+// The same file after it has been read and written again.
 inline std::string RewrittenUserFile(const std::string& schemes) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + OldUserFile(schemes);
 }

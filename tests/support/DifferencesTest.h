@@ -1,4 +1,4 @@
-// The fixture of tests about GetDiffFuncList: two schemes, whose functions are set differently.
+// The fixture of tests for GetDiffFuncList: two schemes with different values for the functions.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +14,7 @@ inline constexpr std::uint32_t Battery = 2;
 
 inline const std::string LeadingGroup = "Group1Name";
 
-// A function with its name, its group, and two labels on either power source: AcOff, AcOn, DcOff and DcOn.
+// A function with a name, a group, and two labels on each power source: AcOff, AcOn, DcOff and DcOn.
 inline std::string NamedFunction(std::int32_t id, const std::string& name,
                                  const std::string& group = "Other") {
     return FunctionWith(id, {.attributes = "Name=\"" + name + "\" Group=\"" + group + "\"",
@@ -22,7 +22,7 @@ inline std::string NamedFunction(std::int32_t id, const std::string& name,
                              .dcItems = Labels({"DcOff", "DcOn"})});
 }
 
-// The result and what then stands in the buffers.
+// The result of the call and the content of the buffers after it.
 struct Difference {
     bool result;
     std::wstring names;
@@ -38,7 +38,7 @@ inline void PrintTo(const Difference& difference, std::ostream* out) {
 
 inline const Difference None = {false, L"untouched", L"untouched"};
 
-// A caller's buffer, with a unit behind it that nobody may write.
+// A caller's buffer, followed by a code unit that must not be written.
 struct GuardedBuffer {
     Text text = L"untouched";
     wchar_t guard = L'#';
@@ -66,7 +66,7 @@ protected:
         WriteSchemes(OldScheme(BalancedText, balanced) + OldScheme(HighPerformanceText, highPerformance));
     }
 
-    // Both schemes hold these functions; the first has them off on both power sources, the second on.
+    // Stores these functions in both schemes: off in the first and on in the second, on both power sources.
     void StoreDifferent(std::initializer_list<std::int32_t> ids) const {
         std::string off;
         std::string on;
@@ -77,7 +77,7 @@ protected:
         Store(off, on);
     }
 
-    // The function 1, called Dim, is at 0 in the first scheme and at a position in the second.
+    // Function 1, named Dim, has position 0 in the first scheme and the given position in the second.
     void WriteDimAt(std::int32_t position) const {
         WriteFunctions(NamedFunction(1, "Dim"));
         Store(OldFunction(1, 0, 0), OldFunction(1, position, position));
@@ -104,14 +104,14 @@ protected:
         return names;
     }
 
-    // The user settings when both schemes entered them one after the other, with their defaults of the
+    // The user settings after both schemes have been added, one after the other, with their defaults of
     // function 1.
     static std::string BothAdopted(const std::string& guidA = BalancedText) {
         return RewrittenUserFile(OldScheme(guidA, OldFunction(1, 0, 0)) +
                                  NewScheme(HighPerformanceText, NewFunction(1, 1, 1)));
     }
 
-    // The function 1 has other defaults in the second scheme, and neither scheme is stored.
+    // Function 1 has different defaults in the second scheme, and neither scheme is stored.
     void WriteDifferentDefaults() const {
         WriteFunctions(FunctionWith(1, {.attributes = R"(Name="Dim")",
                                         .acItems = Labels({"AcOff", "AcOn"}),

@@ -1,5 +1,5 @@
-// The calls that the library makes of the DOM while an object of this class lives: a test can let one fail,
-// and learns how many references to objects of the DOM the library holds.
+// Intercepts the calls that the library makes to the DOM while an object of this class exists. A test can
+// make a call fail, and can query how many references to DOM objects the library holds.
 #pragma once
 
 #include <windows.h>
@@ -17,7 +17,7 @@ namespace ZOTDam::Test {
 
 class DomCalls {
 public:
-    // Begins to count the calls of a DLL. The patch is to be destroyed before the DLL is freed.
+    // Starts counting the calls of a DLL. The patch must be destroyed before the DLL is freed.
     static ImportPatch Watch(HMODULE dll) {
         image = reinterpret_cast<std::uintptr_t>(dll);
         imageSize = LoadedImage{dll}.Headers().OptionalHeader.SizeOfImage;
@@ -27,17 +27,17 @@ public:
         return ImportPatch{dll, "CoCreateInstance", &Create};
     }
 
-    // What the DLL has taken and not given back.
+    // The number of references that the DLL has taken and not released.
     static long long HeldReferences() noexcept { return taken - givenBack; }
     static long long TakenReferences() noexcept { return taken; }
 
-    // Asked at each call, unless null: whether the call is to fail for want of memory.
+    // Queried at each call unless null. If it returns true, the call fails with an out-of-memory error.
     inline static bool (*isToFail)() = nullptr;
 
-    // Whether no processing instruction can be made, and so no declaration of a new file.
+    // If true, creating a processing instruction fails. A new file then has no XML declaration.
     inline static bool refusesInstructions = false;
 
-    // What takes the place of the system's function. A test may put its own function before it.
+    // The replacement for the system's function. A test may install its own function that calls this one.
     static HRESULT WINAPI Create(REFCLSID type, IUnknown* outer, DWORD context, REFIID iid, void** object) {
         const HRESULT result = CoCreateInstance(type, outer, context, iid, object);
         taken += SUCCEEDED(result) && IsCounted(*object);
@@ -52,7 +52,7 @@ private:
     static constexpr std::size_t ReleaseSlot = 2;
     static constexpr std::size_t CreateInstructionSlot = 52;
 
-    // ---- Which argument of a method receives an object; 0 for none ----
+    // ---- The argument of a method that receives an object; 0 if there is none ----
 
     static constexpr int ReceiverOfAnyNode(std::size_t slot) {
         switch (slot) {
@@ -127,8 +127,8 @@ private:
         return result;
     }
 
-    // While an object of this class lives, a call of the DLL is under way. The DOM may make further calls of
-    // itself to carry it out, some of them with a jump, which leaves the return address of the DLL.
+    // Marks that a call of the DLL is in progress while an object of this class exists. To perform it, the
+    // DOM may call its own methods. Some of these calls are jumps, which keep the return address in the DLL.
     class CallUnderWay {
     public:
         CallUnderWay() noexcept { isCallUnderWay = true; }
@@ -137,8 +137,8 @@ private:
         ~CallUnderWay() { isCallUnderWay = false; }
     };
 
-    // The functions that all objects of a kind share, with others in their places. A DOM may have no object
-    // of the kind, and two kinds may share one table: then the first of them replaces its functions.
+    // Replaces the functions in the table that all objects of a kind share. A DOM may not support a kind of
+    // object. If two kinds share one table, the first one replaces its functions.
     template <std::size_t Kind, Class Type, std::size_t Size>
     class Table {
     public:
@@ -165,8 +165,9 @@ private:
             return object == nullptr || IsCounted(object) ? nullptr : *reinterpret_cast<void***>(object);
         }
 
-        // Those of IDispatch, and createNode, have too many arguments to be passed on, and the library does
-        // not call them. InterfaceSupportsErrorInfo, which has one of their places, hands out no object.
+        // The methods of IDispatch and createNode have too many arguments to be forwarded, and the library
+        // does not call them. InterfaceSupportsErrorInfo occupies one of their slots. It does not return an
+        // object.
         static constexpr bool IsPassedOn(std::size_t slot) { return slot < 3 || (slot >= 7 && slot != 56); }
 
         template <std::size_t... Indices>
@@ -213,7 +214,7 @@ private:
         return OwnedInterface<IXMLDOMNamedNodeMap>{attributes};
     }
 
-    // Null when the object does not tell which of its methods leave error information.
+    // Returns null if the object does not support ISupportErrorInfo.
     static OwnedInterface<IUnknown> ErrorSupportOf(IUnknown* object) {
         void* support = nullptr;
         object->QueryInterface(IID_ISupportErrorInfo, &support);
@@ -227,7 +228,8 @@ private:
     inline static bool isCallUnderWay = false;
     inline static std::array<void**, 16> tables = {};
 
-    // An object of each kind. They live as long as the patches: when the DOM is unloaded, so are its tables.
+    // One object of each kind. They live as long as the patches, because unloading the DOM unloads its
+    // tables.
     ComScope com;
     XmlTree tree = XmlTree::OfText(L"<?i d?><E a=\"v\">text<!--c--><F/><![CDATA[d]]></E>");
     Node document = tree.Find(L"/");
@@ -248,7 +250,7 @@ private:
     Table<6, Class::OtherNode, 43> cdataTable{cdata.get()};
     Table<7, Class::Attributes, 13> attributesTable{attributes.get()};
 
-    // With ISupportErrorInfo, an object hands out a reference to another object or to a part of itself.
+    // For ISupportErrorInfo, an object returns a reference to another object or to a part of itself.
     template <std::size_t Kind>
     using ErrorSupportTable = Table<Kind, Class::ErrorSupport, 4>;
     ErrorSupportTable<8> documentErrors{ErrorSupportOf(document.get()).get()};

@@ -1,5 +1,5 @@
-// The DOM documents that the DLL makes while this object lives: they are counted, and stay known until the
-// test ends, which can so find out who still holds them.
+// Counts the DOM documents that the DLL creates while this object exists. It keeps a reference to each one
+// until the end of the test, so that the test can find out which of them have other references.
 #pragma once
 
 #include <objbase.h>
@@ -24,14 +24,14 @@ public:
             document->Release();
     }
 
-    // To be called before the DLL is freed.
+    // Must be called before the DLL is freed.
     void StopCounting() { patch.reset(); }
 
     std::size_t Made() const noexcept { return made.size(); }
 
     IUnknown* Last() const { return made.back(); }
 
-    // Those that somebody holds beside this object.
+    // The number of documents that have references other than that of this object.
     std::size_t StillHeld() const noexcept {
         std::size_t held = 0;
         for (IUnknown* document : made) {
@@ -41,7 +41,7 @@ public:
         return held;
     }
 
-    // Lets every further attempt fail.
+    // Makes every further attempt to create a document fail.
     void Fail(HRESULT error) noexcept { failure = error; }
 
 private:

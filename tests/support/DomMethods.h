@@ -1,4 +1,4 @@
-// Methods of the DOM, with functions of the test in their place. All objects of a class share one table.
+// Replaces methods of the DOM with functions of the test. All objects of a class share one table.
 #pragma once
 
 #include <objbase.h>
@@ -75,7 +75,7 @@ private:
 
     static void** Table(IUnknown* object) { return *reinterpret_cast<void***>(object); }
 
-    // One of each class. They live as long as the patch: who unloads the DOM unloads its tables.
+    // One object of each class. They live as long as the patch, because unloading the DOM unloads its tables.
     void MakeObjects() {
         constexpr CLSID DomDocument60 = {
             0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
@@ -97,15 +97,15 @@ private:
     std::optional<SlotPatch> patch;
 };
 
-// Lets a method fail for a scope, whatever its arguments.
+// Makes every call of a method fail for a scope. It ignores the arguments.
 class FailingDomMethod : public DomMethodPatch {
 public:
     explicit FailingDomMethod(DomMethod method)
         : DomMethodPatch{method, +[]() WINAPI -> HRESULT { return E_FAIL; }} {}
 };
 
-// Lets one call of a method fail for a scope: the n-th. The others go on to the DOM with their arguments,
-// which fit four registers.
+// Makes the n-th call of a method fail for a scope. The other calls are forwarded to the DOM with their
+// arguments, which fit in four registers.
 class DomMethodFailingOnce : public DomMethodPatch {
 public:
     DomMethodFailingOnce(DomMethod method, int call) : DomMethodPatch{method, &Count} {

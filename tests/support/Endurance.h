@@ -1,5 +1,5 @@
-// Tests that repeat something very often: a short run of them belongs to all tests, the long run takes its
-// time.
+// Support for stress tests. They repeat their work briefly as part of all tests, and many times in the long
+// run.
 #pragma once
 
 #include <cstdlib>
@@ -8,12 +8,12 @@
 
 namespace ZOTDam::Test {
 
-// How often a test repeats its work. The environment asks for the long run.
+// Returns how often a test repeats its work. An environment variable selects the long run.
 inline int Rounds(int inShortRun, int inLongRun) {
     return std::getenv("ZOTDAM_LONG_RUN") != nullptr ? inLongRun : inShortRun;
 }
 
-// Shows a number that a test has measured.
+// Prints a number that a test has measured.
 template <class Value>
 void ShowFigure(std::string_view what, const Value& value) {
     std::cout << "[  FIGURE  ] " << what << ": " << value << std::endl;

@@ -1,4 +1,4 @@
-// The error information that the library gets from COM: always the same object, which counts its references.
+// The error information that COM returns to the library: a single object that counts its references.
 #pragma once
 
 #include <objbase.h>
@@ -10,14 +10,14 @@ namespace ZOTDam::Test {
 
 class ErrorInfos final : public IErrorInfo {
 public:
-    // What takes the place of the system's GetErrorInfo.
+    // The replacement for the system's GetErrorInfo.
     static HRESULT WINAPI Get(ULONG, IErrorInfo** information) {
         *information = &OnlyOne();
         ++OnlyOne().references;
         return S_OK;
     }
 
-    // The references that were handed out and not given back.
+    // The number of references that were returned and not released.
     static long long Held() noexcept { return OnlyOne().references; }
 
     static void Forget() noexcept { OnlyOne().references = 0; }

@@ -1,4 +1,4 @@
-// Calls of all exports, for tests that ask no more of them than to survive and to answer.
+// Calls of all exports, for tests that only check that the calls return and that the results are valid.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 
 namespace ZOTDam::Test {
 
-// The byte that an export gives as its bool, as a client in another language sees it.
+// Returns the byte that an export returns as its bool, as a client in another language sees it.
 template <class... Arguments>
 int RawResult(bool (*exported)(Arguments...), std::type_identity_t<Arguments>... arguments) {
     return reinterpret_cast<unsigned char (*)(Arguments...)>(reinterpret_cast<void*>(exported))(arguments...);
@@ -57,7 +57,7 @@ inline std::vector<int> RawResultsOfTheWritingExports(const Library& dll, const 
     };
 }
 
-// Calls every export, the two that throw things away last.
+// Calls every export. ResetDefault and ZOTDamExit, which discard state, come last.
 inline void CallEveryExport(const Library& dll, const GUID& scheme) {
     const auto isBool = [](int result) { return result == 0 || result == 1; };
     EXPECT_TRUE(std::ranges::all_of(RawResultsOfTheReadingExports(dll, scheme), isBool));

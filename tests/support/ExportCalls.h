@@ -1,4 +1,5 @@
-// A call of each export, on an installation that gives each something to do, and what a client sees of it.
+// One call of each export, an installation that provides data for all of them, and the results that a client
+// sees.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace ZOTDam::Test {
 
 using Lines = std::vector<std::wstring>;
 
-// What an export gave: its result, and what OnItem or the buffers received.
+// The output of an export: its result, and the data passed to OnItem or written to the buffers.
 struct Answer {
     std::uint32_t result = 0;
     Lines items = {};
@@ -36,7 +37,7 @@ inline std::wstring Word(std::int64_t number) {
     return std::to_wstring(number);
 }
 
-// Texts and numbers, separated by spaces.
+// Joins strings and numbers with spaces.
 template <class First, class... Others>
 std::wstring Line(const First& first, const Others&... others) {
     return (Word(first) + ... + (L" " + Word(others)));
@@ -139,7 +140,7 @@ inline Answer CommonSetting(const Library& dll, const wchar_t* name) {
     return {found, {value}};
 }
 
-// Hands over two functions, the second of them with nodes of a document of the client.
+// Passes two functions to AddFunctionDefault. The second one refers to nodes of a document of the client.
 inline Answer Replaced(const Library& dll) {
     const XmlTree tree = XmlTree::OfText(L"<F><Display><AC/></Display><Default ACParamIndex=\"1\"/></F>");
     FunctionBaseRecord withNodes = Record(2);
@@ -154,14 +155,14 @@ struct ExportCall {
     Answer answer;
     Answer (*call)(const Library& dll);
     void (*before)(const Library& dll) = [](const Library&) {
-    };  // what the call needs to have something to do
+    };  // creates the state that the call needs to return data
 };
 
 inline void PrintTo(const ExportCall& call, std::ostream* out) {
     *out << call.exportName;
 }
 
-// The position of a function that the loaded scheme lacks, since the display offers no other rate than 60.
+// The position of the function that is hidden because the display supports only a rate of 60.
 inline constexpr std::uint32_t PositionOfTheHiddenFunction = 2;
 
 inline const std::vector<ExportCall> callsOfAllExports = {
@@ -217,7 +218,7 @@ inline const std::vector<ExportCall> callsOfAllExports = {
 
 // ---- The installation ----
 
-// A base catalogue in which each function and each scheme is whole.
+// A base catalogue with complete functions and schemes.
 inline constexpr char WholeBase[] = R"(<ZOTBase><CommonSettings base="base"/><Functions>
     <Function ID="1" Name="Dim"><Display/><Default/><Commands><CommandFamily>
         <CommandItem SpecInfo1="s"/><CheckExistItem Param1="p"/></CommandFamily></Commands></Function>
@@ -253,7 +254,7 @@ inline constexpr char FullDefaults[] = R"(<ZOTDefault><Functions>
     </Display><Commands/><Default ACParamIndex="1" DCParamIndex="1"/></Function>
 </Functions><CommonSettings default="default"/></ZOTDefault>)";
 
-// The high-performance scheme is stored with all functions, the balanced one with the first.
+// The high-performance scheme is stored with all functions, the balanced scheme with the first one.
 inline std::string FullUserSettings() {
     return "<OrloPowerCfg><PowerSchemes>" +
            OldScheme(HighPerformanceText,
@@ -272,7 +273,7 @@ protected:
         WriteSettings();
     }
 
-    // Writes the two files that the library writes, if it has written them.
+    // Restores the two files that the library writes, if they have changed.
     void WriteSettings() const {
         if (UserSettings() != FullUserSettings())
             WriteUserSettings(FullUserSettings());

@@ -1,5 +1,5 @@
-// The fixture of all tests that go through the exports: an empty installation, and the DLL, which is loaded
-// afresh for each test when the test first uses it.
+// The fixture of all tests that use the exports. It provides an empty installation, and loads the DLL when a
+// test first uses it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 
 namespace ZOTDam {
 
-// So that a failing test shows the values.
+// Lets a failing test print the values.
 inline void PrintTo(const ParamValue& value, std::ostream* out) {
     *out << "{AC " << value.ACParamIndex << ", DC " << value.DCParamIndex << "}";
 }
@@ -47,7 +47,7 @@ protected:
         return *library;
     }
 
-    // Ends the use of the DLL as a client does, so that the next use loads it anew.
+    // Unloads the DLL as a client does. The next use loads it again.
     void Unload() { library.reset(); }
 
     void WriteDefaults(std::string_view xml) const { WriteFile(installation.DefaultsFile(), xml); }
@@ -57,7 +57,7 @@ protected:
     std::string UserSettings() const { return ReadFile(installation.UserFile()); }
     std::string Defaults() const { return ReadFile(installation.DefaultsFile()); }
 
-    // What the export enumerates; a false result fails the test.
+    // Collects the items that the export enumerates. The test fails if the export returns false.
     Params GetParameter(const GUID& scheme) { return Collect(Dll().GetParameter, scheme); }
     Params GetParameterDefault(const GUID& scheme) { return Collect(Dll().GetParameterDefault, scheme); }
 

@@ -1,4 +1,4 @@
-// A primary display whose modes a test chooses.
+// A fake primary display with modes that a test sets.
 #pragma once
 
 #include <windows.h>
@@ -12,8 +12,8 @@
 
 namespace ZOTDam::Test {
 
-// The display that the module sees while this object lives; there is one at a time. It is also a record of
-// what the module asks it.
+// The display that the module sees while this object exists; only one may exist at a time. It also records
+// the calls of the module.
 class FakeDisplay {
 public:
     struct Call {
@@ -31,7 +31,7 @@ public:
     FakeDisplay& operator=(const FakeDisplay&) = delete;
     ~FakeDisplay() { current = nullptr; }
 
-    // Another display takes its place once the module has asked for the first mode of this one.
+    // Replaces the display with another one after the module has queried the first mode.
     void ChangeAfterFirstMode(std::vector<DWORD> modeRates) { nextRates = std::move(modeRates); }
 
     const std::vector<Call>& Calls() const noexcept { return calls; }
@@ -43,7 +43,7 @@ public:
         return numbers;
     }
 
-    // As a display driver may do: answers for a mode without setting its rate.
+    // Some display drivers return a mode without setting its rate.
     static constexpr DWORD RateLeftAsItIs = 0xABCD;
 
 private:

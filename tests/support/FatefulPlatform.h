@@ -1,4 +1,4 @@
-// The functions of the platform that a save needs, made to end the process or to refuse their service.
+// Fault injection for the system functions that a save calls: a call can end the process or fail.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +15,7 @@ enum class Fate { Passes, DiesBefore, DiesAfter, Refuses };
 
 inline constexpr UINT DiedAsPlanned = 77;
 
-// Why a function refuses its service.
+// The error code of a failing function.
 inline DWORD refusalReason = ERROR_DISK_FULL;
 
 [[noreturn]] inline void Die() {
@@ -23,7 +23,7 @@ inline DWORD refusalReason = ERROR_DISK_FULL;
     std::abort();
 }
 
-// One function of the platform, with what is to become of its calls.
+// A replacement for one system function, and the fault to inject into its calls.
 template <auto& Function, class Signature>
 struct FatefulCall;
 
@@ -55,7 +55,7 @@ using MovingFile = Fateful<MoveFileExW>;
 using CopyingFile = Fateful<CopyFileW>;
 using DeletingFile = Fateful<DeleteFileW>;
 
-// A save opens files to write them; what only reads a file passes.
+// A save opens files for writing. Opening a file only for reading is not affected.
 inline HANDLE WINAPI CreateFatefully(LPCWSTR name, DWORD access, DWORD sharing,
                                      LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD attributes,
                                      HANDLE model) {
@@ -63,7 +63,7 @@ inline HANDLE WINAPI CreateFatefully(LPCWSTR name, DWORD access, DWORD sharing,
     return open(name, access, sharing, security, disposition, attributes, model);
 }
 
-// Puts the calls between the loaded DLL and the platform.
+// Redirects the calls of the loaded DLL to the replacements.
 struct FatefulPlatform {
     explicit FatefulPlatform(HMODULE dll)
         : patches{ImportPatch{dll, "CreateFileW", &CreateFatefully},

@@ -46,7 +46,7 @@ const std::vector<std::string> WrongNumbers = {"",
                                                "&#x661;",
                                                std::string(1000, '9')};
 
-// Of all lengths about the limit of a field, with all that XML can say in a text.
+// Strings with lengths around the limit of a field, and with every kind of XML text content.
 const std::vector<std::string> WrongTexts = {"",
                                              " ",
                                              " padded ",

@@ -1,5 +1,5 @@
-// Makes data files by chance: of all that such a file may hold any number, and, in most of them, here and
-// there something that it should not hold. The same chance makes the same files.
+// Generates random data files. They contain any number of the elements that such a file may have, and most of
+// them also contain errors. The same random numbers produce the same files.
 #pragma once
 
 #include <string>
@@ -59,7 +59,7 @@ private:
     bool GoesWrong() { return trouble != 0 && chance.OneIn(trouble); }
 
     Chance& chance;
-    std::size_t trouble = 0;  // one part of the document in so many is wrong; none for 0
+    std::size_t trouble = 0;  // one in this many parts of the document is wrong; 0 for no errors
 };
 
 }  // namespace ZOTDam::Test

@@ -1,4 +1,4 @@
-// What GetFunctionBase enumerates, kept beyond the call.
+// Copies of the records that GetFunctionBase enumerates, which remain valid after the call.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -65,7 +65,7 @@ inline void PrintTo(const Family& family, std::ostream* out) {
          << testing::PrintToString(family.checks);
 }
 
-// The nodes are kept as their XML; without a value they are null.
+// Nodes are stored as XML. A null node has no value.
 struct FunctionBase {
     std::int32_t id = 0;
     std::int32_t type = 0;
@@ -87,7 +87,7 @@ inline void PrintTo(const FunctionBase& function, std::ostream* out) {
          << testing::PrintToString(function.families) << "}";
 }
 
-// A DOM may put line breaks and tabs between the tags to show it; they are left out.
+// Returns the XML of a node without line breaks and tabs, which a DOM may insert between tags.
 inline std::wstring XmlOf(IXMLDOMNode* node) {
     if (node == nullptr)
         return L"no node";
@@ -126,7 +126,7 @@ inline FunctionBase Kept(const FunctionBaseRecord& record) {
     return kept;
 }
 
-// The references to an object; none to a null pointer.
+// Returns the number of references to an object, or 0 for a null pointer.
 inline ULONG References(IUnknown* counted) {
     if (counted == nullptr)
         return 0;

@@ -1,4 +1,4 @@
-// The fixture of tests about the functions of the base catalogue.
+// The fixture of tests for the functions of the base catalogue.
 #pragma once
 
 #include "support/FunctionBase.h"
@@ -6,7 +6,7 @@
 
 namespace ZOTDam::Test {
 
-// A function that has nothing but what its record cannot do without.
+// The smallest function that can be read.
 inline std::string BaseFunction(std::int32_t id, const std::string& families = {}) {
     return "<Function ID=\"" + std::to_string(id) + "\"><Commands>" + families + "</Commands></Function>";
 }
@@ -22,14 +22,14 @@ inline std::string CommandFamilies(const std::string& items) {
     return "<CommandFamily>" + items + "</CommandFamily>";
 }
 
-// One text of a function, and where its record has it.
+// One text of a function, and its location in the record.
 struct TextField {
     std::string name;
     std::string before;
     std::string behind;
     std::wstring (*find)(const FunctionBase& function);
 
-    // A function that has nothing but this text.
+    // A function that contains only this text.
     std::string Function(const std::string& text) const { return before + text + behind; }
 };
 
@@ -88,7 +88,7 @@ protected:
         WriteBase("<ZOTBase><Functions>" + functions + "</Functions></ZOTBase>");
     }
 
-    // What the exports enumerate; a false result fails the test.
+    // Collect the items that the exports enumerate. The test fails if an export returns false.
     std::vector<FunctionBase> GetFunctionBase() { return Collect(Dll().GetFunctionBase); }
     std::vector<FunctionBase> GetFunctionBaseUnSupported() {
         return Collect(Dll().GetFunctionBaseUnSupported);
@@ -123,7 +123,7 @@ private:
         return records;
     }
 
-    ComScope com;  // for the nodes that a test holds beyond the life of the library
+    ComScope com;  // for the nodes that a test keeps after the library is unloaded
 };
 
 }  // namespace ZOTDam::Test

@@ -1,5 +1,4 @@
-// The fixture of tests about AddFunctionDefault: records to hand over, and the form in which they are
-// written.
+// The fixture of tests for AddFunctionDefault: records to pass, and their form in the file.
 #pragma once
 
 #include <algorithm>
@@ -30,7 +29,7 @@ inline CommandFamily Family(std::initializer_list<std::int32_t> commandIds) {
     return family;
 }
 
-// A record that has nothing but its families.
+// A record that contains only its families.
 inline FunctionBaseRecord RecordWith(std::int32_t id, std::initializer_list<CommandFamily> families) {
     FunctionBaseRecord record;
     record.id = id;
@@ -39,7 +38,7 @@ inline FunctionBaseRecord RecordWith(std::int32_t id, std::initializer_list<Comm
     return record;
 }
 
-// The smallest record that is written: its one command has its id.
+// The smallest record that is written. Its only command has the same ID as the record.
 inline FunctionBaseRecord Record(std::int32_t id) {
     return RecordWith(id, {Family({id})});
 }
@@ -51,7 +50,7 @@ inline FunctionBaseHolder HolderOf(std::initializer_list<FunctionBaseRecord> rec
     return holder;
 }
 
-// ---- What is written ----
+// ---- Written XML ----
 
 inline std::string WrittenCommand(std::int32_t id) {
     return "<CommandItem ID=\"" + std::to_string(id) +
@@ -64,28 +63,28 @@ inline std::string WrittenWith(std::int32_t id, const std::string& commands, con
            nodes + "<Commands>\n\t" + commands + "</Commands></Function>";
 }
 
-// The smallest record, and with copies of nodes.
+// The smallest record in its written form, optionally with copies of nodes.
 inline std::string Written(std::int32_t id, const std::string& nodes = {}) {
     return WrittenWith(id, WrittenCommand(id), nodes);
 }
 
-// A defaults file without a declaration, as it is read and written back.
+// A defaults file without an XML declaration, in the form that is read and written back.
 inline std::string OldDefaults(const std::string& functions) {
     const std::string section =
         functions.empty() ? "<Functions/>" : "<Functions>" + functions + "</Functions>";
     return "<ZOTDefault>" + section + "</ZOTDefault>\n";
 }
 
-// The defaults file that the library makes where there was none.
+// The defaults file that the library creates when no file exists.
 inline std::string NewDefaults(const std::string& functions) {
     return "<?xml version='1.0' encoding='UTF-8'?>\n" + OldDefaults(functions);
 }
 
 class FunctionDefaultsTest : public TranslationTest {
-    ComScope com;  // for the DOM of the test itself
+    ComScope com;  // for the test's own DOM
 
 protected:
-    // Ten functions that a replacement removes.
+    // Writes ten functions, which a replacement removes.
     FunctionDefaultsTest() { WriteFunctions(Functions({1, 2, 3, 4, 5, 6, 7, 8, 9, 10})); }
 
     void Replace(const FunctionBaseHolder& holder) { EXPECT_TRUE(Dll().AddFunctionDefault(&holder)); }
@@ -95,11 +94,11 @@ protected:
     bool HasDefaults() const { return std::filesystem::exists(installation.DefaultsFile()); }
     std::filesystem::path KeptDefaults() const { return UnreadableCopyOf(installation.DefaultsFile()); }
 
-    // What the exports enumerate, kept as a client keeps it.
+    // Copies of the records that the exports enumerate.
     FunctionBaseHolder Base() { return Kept(Dll().GetFunctionBase); }
     FunctionBaseHolder Unsupported() { return Kept(Dll().GetFunctionBaseUnSupported); }
 
-    // A record with a "Default" of a document of the test, by which a change in memory can be seen.
+    // A record with a "Default" node of the test's own document, so that a change in memory can be detected.
     static FunctionBaseRecord RecordWithDefault(std::int32_t id, std::int32_t ac, std::int32_t dc) {
         FunctionBaseRecord record = Record(id);
         record.defaultNode = XmlTree::OfText(L"<Default ACParamIndex=\"" + std::to_wstring(ac) +

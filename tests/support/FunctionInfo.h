@@ -1,4 +1,4 @@
-// What GetFunctionInfo enumerates, kept beyond the call.
+// Copies of the records that GetFunctionInfo enumerates, which remain valid after the call.
 #pragma once
 
 #include <gtest/gtest.h>

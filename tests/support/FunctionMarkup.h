@@ -1,4 +1,4 @@
-// Functions of the defaults with all that clients see of them: names, groups, display items and commands.
+// Functions of the defaults with all the data that clients see: names, groups, display items and commands.
 #pragma once
 
 #include "support/SettingsTest.h"
@@ -19,7 +19,7 @@ inline std::string Labels(std::initializer_list<std::string> labels) {
     return items;
 }
 
-// What a function is made of beside its id; a test names the parts that it is about.
+// The parts of a function besides its ID. A test sets the parts that it checks.
 struct FunctionParts {
     std::string attributes = {};
     std::string acItems = {};

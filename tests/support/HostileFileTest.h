@@ -1,4 +1,4 @@
-// Each of the four data files with something hostile in it: one pattern for each file, which a case fills in.
+// Hostile content in each of the four data files. Each file has a pattern that a test case fills in.
 #pragma once
 
 #include <string_view>
@@ -9,8 +9,8 @@
 
 namespace ZOTDam::Test {
 
-// What a case puts into a file: in front of the root, as the values of attributes, as children of elements,
-// and as attributes of an element.
+// The content that a test case inserts into a file: text in front of the root, attribute values, child
+// elements, and attributes.
 struct Hostility {
     std::string name;
     std::string prolog = {};
@@ -23,7 +23,7 @@ inline void PrintTo(const Hostility& hostility, std::ostream* out) {
     *out << hostility.name;
 }
 
-// One of the four files, as a pattern in which the words in brackets are replaced.
+// One of the four files, as a pattern with bracketed placeholders.
 struct Target {
     std::string name;
     std::filesystem::path (Installation::*file)() const;

@@ -1,4 +1,4 @@
-// Puts a function of the test in the place of one that a loaded module imports, for a scope.
+// Replaces a function that a loaded module imports with a function of the test, for a scope.
 #pragma once
 
 #include <cstring>
@@ -8,7 +8,7 @@
 
 namespace ZOTDam::Test {
 
-// Where the module keeps the address of a function; null when it does not import the function.
+// Returns the slot with the address of an imported function, or null if the module does not import it.
 inline void** ImportSlot(HMODULE module, const char* importedName) {
     auto* const base = reinterpret_cast<BYTE*>(module);
     const auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
@@ -27,8 +27,8 @@ inline void** ImportSlot(HMODULE module, const char* importedName) {
     return nullptr;
 }
 
-// The compiler and the linker decide about the imports that only the C++ runtime needs. A function that is
-// not imported cannot be called, so there is nothing to replace.
+// The compiler and the linker decide which functions are imported only for the C++ runtime. A function that
+// is not imported cannot be called, so it needs no replacement.
 inline bool IsImported(HMODULE module, const char* name) {
     return ImportSlot(module, name) != nullptr;
 }
@@ -48,7 +48,7 @@ private:
     }
 };
 
-// The patch ends with the module.
+// Applies a patch that stays in place until the module is unloaded.
 template <class Function>
 void PatchForGood(HMODULE module, const char* importedName, Function* replacement) {
     static_cast<void>(new ImportPatch{module, importedName, replacement});
