@@ -1,5 +1,5 @@
-// A suite installation in folders of its own, to which %ProgramFiles% and %ProgramData% of this process
-// point. They lie in the temporary folder, or where the environment says: ZOTDAM_TEST_FOLDER.
+// A suite installation in its own folders. %ProgramFiles% and %ProgramData% of this process point to them.
+// The folders are created in the temporary folder, or in the folder that ZOTDAM_TEST_FOLDER names.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +16,7 @@ namespace ZOTDam::Test {
 class Installation {
 public:
     Installation() {
-        // Another process may have made a folder of the same name, or have left it behind.
+        // A folder of this name may exist already, created by another process.
         do
             root = NextRoot();
         while (!std::filesystem::create_directory(root));
@@ -54,8 +54,8 @@ private:
     std::filesystem::path root;
 };
 
-// What the library puts beside a file: the new content until it is complete, and the old one if it was no
-// XML.
+// The files that the library creates next to a data file: the temporary file with the new content, and the
+// copy of a file that was not well-formed.
 inline std::filesystem::path SiblingOf(std::filesystem::path file) {
     return file.replace_extension(L".new");
 }

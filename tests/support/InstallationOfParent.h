@@ -1,4 +1,4 @@
-// How a second process finds the installation of the test that starts it.
+// Lets a second process find the installation of the test that starts it.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +10,8 @@
 
 namespace ZOTDam::Test {
 
-// A starting process gets these folders from the system and not from its parent, so they go with its
-// arguments, as the first two.
+// The system sets these folders when a process starts; they are not inherited from the parent. They are
+// therefore passed as the first two arguments.
 inline std::vector<std::wstring> WithFolders(const Installation& installation,
                                              std::vector<std::wstring> arguments = {}) {
     arguments.insert(arguments.begin(), {installation.ProgramFiles(), installation.ProgramData()});

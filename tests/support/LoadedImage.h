@@ -1,4 +1,4 @@
-// The directories of a module that the process has loaded.
+// The export and import directories of a loaded module.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +16,7 @@ public:
         return *At<IMAGE_NT_HEADERS>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
     }
 
-    // What the module exports by name, in the order of its directory.
+    // Returns the names that the module exports, in the order of its export directory.
     std::vector<std::string> ExportedNames() const {
         std::vector<std::string> names;
         const auto* const name = At<DWORD>(Exports().AddressOfNames);
@@ -25,7 +25,7 @@ public:
         return names;
     }
 
-    // Names or not, all that the module exports.
+    // Returns the number of all exports, with or without a name.
     std::size_t ExportCount() const { return Exports().NumberOfFunctions; }
 
     std::vector<std::string> ImportedModules() const {

@@ -1,4 +1,4 @@
-// How the DLL looks for busy markers, makes and closes them.
+// Intercepts the calls that open, create and close busy markers.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -23,8 +23,7 @@ inline HANDLE AnyMutex(DWORD error) {
     return mutex;
 }
 
-// Records how the DLL looks for markers, makes and closes them. A test can answer the first two calls in the
-// system's place.
+// Records how the DLL opens, creates and closes markers. A test can supply the result of the first two calls.
 class MarkerCalls {
 public:
     explicit MarkerCalls(HMODULE dll)
@@ -34,15 +33,15 @@ public:
         current = this;
     }
 
-    Names looked;               // for these names it has looked,
-    Names made;                 // these it has tried to make,
-    std::set<HANDLE> unclosed;  // and these handles it still has.
+    Names looked;               // the names that the DLL tried to open
+    Names made;                 // the names that it tried to create
+    std::set<HANDLE> unclosed;  // the handles that it has not closed
 
     std::function<std::optional<HANDLE>()> onOpen = [] { return std::nullopt; };
     std::function<std::optional<HANDLE>()> onCreate = [] { return std::nullopt; };
     std::function<void()> beforeClose = [] {};
 
-    // Lets the DLL find a marker when it looks for the n-th time, and only then.
+    // Makes the n-th attempt to open a marker succeed, and only this one.
     void BeBusyAtLook(std::size_t number) {
         onOpen = [this, number]() -> std::optional<HANDLE> {
             if (looked.size() == number)
@@ -74,7 +73,7 @@ private:
         return CloseHandle(handle);
     }
 
-    // The error code goes on to the caller as it is.
+    // Preserves the last error code for the caller.
     static HANDLE Keep(HANDLE handle) {
         const DWORD error = GetLastError();
         if (handle != nullptr)

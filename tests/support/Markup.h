@@ -1,4 +1,4 @@
-// A DOM document of a test, made from text, for the tests that link the DOM layer.
+// A DOM document that a test creates from a string, for tests that link the DOM layer.
 #pragma once
 
 #include <stdexcept>
@@ -30,7 +30,7 @@ private:
     IXMLDOMDocument2Ptr document;
 };
 
-// The XML of a node. A DOM may put line breaks and tabs between the tags to show it; they are left out.
+// Returns the XML of a node without line breaks and tabs, which a DOM may insert between tags.
 inline std::wstring XmlOf(IXMLDOMNode* node) {
     BSTR xml = nullptr;
     node->get_xml(&xml);
@@ -40,7 +40,7 @@ inline std::wstring XmlOf(IXMLDOMNode* node) {
     return text;
 }
 
-// The failure that an action throws as a _com_error; S_OK when it throws none.
+// Returns the error code of the _com_error that an action throws, or S_OK if it does not throw one.
 template <class Action>
 HRESULT ThrownBy(Action&& action) {
     try {

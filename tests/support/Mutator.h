@@ -1,4 +1,4 @@
-// Damages XML by chance.
+// Damages XML at random.
 #pragma once
 
 #include <algorithm>
@@ -39,7 +39,7 @@ private:
         }
     }
 
-    // Works on the tags, so that most results are still XML.
+    // Changes only tags, so that most results are still well-formed.
     void ChangeStructure(std::string& xml) {
         std::vector<std::string> tags = Split(xml);
         const std::size_t tag = chance.Below(tags.size());
@@ -64,7 +64,7 @@ private:
             xml += kept;
     }
 
-    // Each piece begins with the "<" of a tag, but for what stands before the first.
+    // Splits the XML in front of each "<". The first piece is the text before the first tag.
     static std::vector<std::string> Split(const std::string& xml) {
         std::vector<std::string> tags(1);
         for (const char character : xml) {

@@ -1,4 +1,4 @@
-// The texts that an attribute can hold where a number is expected, and the numbers that they are read as.
+// Attribute values where a number is expected, and the numbers that they are read as.
 #pragma once
 
 #include <cstdint>

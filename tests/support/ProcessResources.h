@@ -1,4 +1,4 @@
-// What this process has of the things that a library can forget to give back.
+// Counts the resources of this process that a library can leak.
 #pragma once
 
 #include <windows.h>
@@ -9,8 +9,8 @@
 
 namespace ZOTDam::Test {
 
-// By trying the values that the first thousand handles of a process have, since not every system counts the
-// handles. A new handle has the lowest free value, so a leak fills them up.
+// Counts the open handles by testing the first thousand possible handle values, because not every system can
+// count handles. A new handle has the lowest free value, so a leak fills these values.
 inline int OpenHandles() {
     int count = 0;
     for (UINT_PTR value = 4; value < 0x1000; value += 4) {
@@ -36,7 +36,7 @@ inline int LoadedModules() {
     return static_cast<int>(size / sizeof(HMODULE));
 }
 
-// Of this process alone, in use or not.
+// Returns the size of the private memory that is committed by this process, whether it is used or not.
 inline int CommittedKilobytes() {
     std::size_t bytes = 0;
     MEMORY_BASIC_INFORMATION region = {};

@@ -10,7 +10,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// Nothing happens in between, so nothing may have changed.
+// Reads twice with no other call in between, so the results must be equal.
 template <class Read>
 void ExpectTheSameTwice(Read read) {
     const auto first = read();
@@ -108,7 +108,7 @@ void RandomClient::ReadSpecSchemes() {
 
 void RandomClient::ReadParameters() {
     const GUID scheme = Scheme();
-    // The first reading may complete what is stored, and so make more of it readable.
+    // The first call may complete the stored values, so that more of them can be read.
     client.Read(dll.GetParameter, scheme);
     ExpectTheSameTwice([&] { return client.Read(dll.GetParameter, scheme); });
 }
@@ -166,7 +166,7 @@ void RandomClient::CopySettings() {
     CheckingClient::Call(dll.InitCommonSetting);
 }
 
-// ---- Calls that are not one after the other ----
+// ---- Nested calls, and calls after the end ----
 
 void RandomClient::CallWithinItems() {
     const CheckingClient busy{dll, [this] {
@@ -188,7 +188,7 @@ void RandomClient::CallWithinItems() {
     }
 }
 
-// The last of the calls would call others within their items in turn, without an end.
+// Excludes the last call, which would nest further calls without end.
 void RandomClient::CallAnother() {
     const Call call = Calls[static_cast<std::size_t>(chance.Below(Calls.size() - 1))];
     (this->*call)();

@@ -1,5 +1,4 @@
-// A client that calls every export, in an order and with arguments that chance decides, and checks all
-// answers.
+// A client that calls every export in random order with random arguments, and checks all results.
 #pragma once
 
 #include <functional>
@@ -15,7 +14,7 @@ class RandomClient {
 public:
     RandomClient(const Library& library, Chance& source) : dll{library}, chance{source}, client{library} {}
 
-    // Calls each export at least once, ZOTDamExit last. `between` runs now and then between two calls.
+    // Calls each export at least once, and ZOTDamExit last. `between` runs at random between two calls.
     void CallEverything(const std::function<void()>& between);
 
 private:

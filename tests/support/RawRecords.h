@@ -1,4 +1,4 @@
-// Records and lists as a client sees them that knows nothing but their bytes.
+// Access to records and lists for a client that only knows their memory layout.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,12 +18,12 @@ Value At(const void* record, std::size_t offset) {
     return value;
 }
 
-// The text of a field.
+// Returns the text of a field.
 inline const wchar_t* TextAt(const void* record, std::size_t offset) {
     return reinterpret_cast<const wchar_t*>(static_cast<const char*>(record) + offset);
 }
 
-// The records that a list has when it is walked along one of the two links of its nodes.
+// Returns the records of a list, following one of the two links of its nodes.
 inline std::vector<const void*> RecordsAlong(const void* list, std::size_t link) {
     const void* const sentinel = At<const void*>(list, 0);
     std::vector<const void*> records;
@@ -33,7 +33,8 @@ inline std::vector<const void*> RecordsAlong(const void* list, std::size_t link)
     return records;
 }
 
-// The records of the list at an offset, which has the same ones both ways, and counts them.
+// Returns the records of the list at an offset. Checks that both directions have the same records and that
+// the count is correct.
 inline std::vector<const void*> ListAt(const void* record, std::size_t offset) {
     const void* const list = static_cast<const char*>(record) + offset;
     std::vector<const void*> records = RecordsAlong(list, 8);

@@ -1,6 +1,6 @@
-// How many resources of each kind the library holds at a moment. The numbers are taken from its own calls:
-// the functions that it imports, the references to objects of the DOM, and COM's allocator. So they are exact
-// and do not depend on how a heap of the system keeps its blocks.
+// The number of resources of each kind that the library holds at one time. The numbers come from its own
+// calls: the functions that it imports, the references to DOM objects, and COM's allocator. They are
+// therefore exact and do not depend on how the system's heap manages its blocks.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@
 
 namespace ZOTDam::Test {
 
-// ---- What the DLL takes and gives back through pairs of imported functions ----
+// ---- Resources that the DLL acquires and releases through pairs of imported functions ----
 
 enum Taken { GuidTexts, Handles, Locks, CriticalSections, ThreadSlots, Libraries, TakenCount };
 
@@ -27,7 +27,7 @@ using TakenCounts = std::array<int, TakenCount>;
 
 inline TakenCounts takenThroughImports;
 
-// Whether a call has taken or given back what it was to take or give back, by its result.
+// Returns whether a call has acquired or released its resource.
 inline bool IsSuccess(const void* handle) noexcept {
     return handle != nullptr && handle != INVALID_HANDLE_VALUE;
 }
@@ -44,7 +44,7 @@ inline bool IsSuccess(RPC_STATUS status) noexcept {
     return status == RPC_S_OK;
 }
 
-// In the place of an imported function: counts the call, unless it fails.
+// The replacement for an imported function. It counts each successful call.
 template <auto Original, Taken What, int Step>
 struct Counted;
 
@@ -73,7 +73,8 @@ void CountGivingBack(HMODULE dll, const char* name) {
     PatchForGoodIfImported(dll, name, &Counted<GiveBack, What, -1>::Call);
 }
 
-// Begins to count what a DLL takes. To be called when the DLL is loaded, before it initialises itself.
+// Starts counting the resources of a DLL. Must be called when the DLL is loaded, before it initialises
+// itself.
 inline void CountResources(HMODULE dll) {
     Blocks::Watch(dll);
     ErrorInfos::Forget();

@@ -64,7 +64,7 @@ DWORD SecondProcess::WaitForExit() noexcept {
 
 void SecondProcess::Suspend() noexcept {
     SuspendThread(thread);
-    // The suspension is only asked for by that call. Its context can be had once the thread stands still.
+    // SuspendThread only requests the suspension. GetThreadContext returns after the thread is suspended.
     CONTEXT context = {};
     context.ContextFlags = CONTEXT_CONTROL;
     GetThreadContext(thread, &context);

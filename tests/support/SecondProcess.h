@@ -1,4 +1,4 @@
-// The test program, started once more as another process that plays a named role.
+// Starts the test program as a second process that runs a named role.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,8 @@
 
 namespace ZOTDam::Test {
 
-// Starts `role` with arguments and returns once the role has called SignalReady; the destructor kills it.
+// Starts `role` with arguments and returns after the role has called SignalReady. The destructor kills the
+// process.
 class SecondProcess {
 public:
     explicit SecondProcess(const std::wstring& role, const std::vector<std::wstring>& arguments = {});
@@ -21,7 +22,7 @@ public:
     void Kill() noexcept;
     DWORD WaitForExit() noexcept;
 
-    // Stops the thread that plays the role wherever it is, and lets it go on.
+    // Suspends the thread that runs the role at its current instruction, and resumes it.
     void Suspend() noexcept;
     void Resume() noexcept;
 
@@ -30,7 +31,7 @@ private:
     HANDLE thread = nullptr;
 };
 
-// The other side: a role is a function that gets the arguments and gives the exit code.
+// A role: a function that receives the arguments and returns the exit code.
 using Role = std::function<int(const std::vector<std::wstring>&)>;
 
 struct RegisterRole {
@@ -39,10 +40,11 @@ struct RegisterRole {
 
 void SignalReady();
 
-// Runs the role that the command line names. False when it names none: then this is the test program itself.
+// Runs the role that the command line names. Returns false if it names no role: this process is then the test
+// program itself.
 bool RunRole(const std::vector<std::wstring>& commandLine, int& exitCode);
 
-// A role that holds the named mutex until it is killed: SecondProcess{HoldMutex, {L"name"}}.
+// A role that holds the named mutex until the process is killed: SecondProcess{HoldMutex, {L"name"}}.
 inline constexpr wchar_t HoldMutex[] = L"hold-mutex";
 
 }  // namespace ZOTDam::Test

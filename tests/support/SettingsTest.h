@@ -1,5 +1,5 @@
-// The fixture of tests about the content of the defaults and the user settings: it writes the files around
-// the part that a test is about.
+// The fixture of tests for the content of the defaults and the user settings. It writes the parts of the
+// files that a test does not set.
 #pragma once
 
 #include <initializer_list>
@@ -9,7 +9,7 @@
 
 namespace ZOTDam::Test {
 
-// A function of the defaults that has nothing but what the catalogue demands, and the given children.
+// The smallest function of the defaults that is valid, with the given children.
 inline std::string Function(std::int32_t id, const std::string& children = {}) {
     return "<Function ID=\"" + std::to_string(id) + "\"><Display/><Commands/>" + children + "</Function>";
 }
@@ -21,18 +21,18 @@ inline std::string Functions(std::initializer_list<std::int32_t> ids) {
     return functions;
 }
 
-// One way to write something, with the name that its test gets.
+// One form of the XML, and the name of its test.
 struct XmlCase {
     std::string name;
     std::string xml;
 };
 
-// Not the text, which may have some hundred thousand characters.
+// Omits the XML, which may have several hundred thousand characters.
 inline void PrintTo(const XmlCase& xmlCase, std::ostream* out) {
     *out << xmlCase.name;
 }
 
-// One way to write the GUID of the balanced scheme, or not quite.
+// One form of the GUID of the balanced scheme, which may be invalid.
 struct GuidCase {
     std::string name;
     std::string guid;

@@ -1,4 +1,4 @@
-// Memory that processes have in common.
+// Memory that several processes share.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,8 @@
 
 namespace ZOTDam::Test {
 
-// One object for all processes that name it. It begins as zeros and lives as long as one of them has it.
+// One object for all processes that use its name. It is initialised with zeros and exists as long as a
+// process has it open.
 template <class Object>
 class SharedMemory {
 public:

@@ -1,5 +1,5 @@
-// Shortages: the n-th of the library's calls that hand out memory or an object fails, alone or with all that
-// follow it.
+// Fault injection: the n-th of the library's calls that return memory or an object fails, either alone or
+// together with all later ones.
 #pragma once
 
 #include <objbase.h>
@@ -19,7 +19,7 @@
 
 namespace ZOTDam::Test {
 
-// While this lives, the n-th call fails.
+// Makes the n-th call fail while this object exists.
 class FailingCall {
 public:
     FailingCall(int call, bool shortageLasts) noexcept {
@@ -34,7 +34,7 @@ public:
         lasts = false;
     }
 
-    // Whether the call that is being made is to fail.
+    // Returns whether the current call must fail.
     static bool IsDue() noexcept {
         if (hasFailed && lasts)
             return true;
@@ -44,7 +44,7 @@ public:
         return true;
     }
 
-    // Whether there were so many calls, also after its end.
+    // Returns whether the n-th call was reached. Remains valid after the object is destroyed.
     static bool HasFailed() noexcept { return hasFailed; }
 
 private:
@@ -60,12 +60,12 @@ public:
     PatchedImports(const PatchedImports&) = delete;
     PatchedImports& operator=(const PatchedImports&) = delete;
     ~PatchedImports() {
-        // The first to come is the last to go.
+        // Patches must be removed in reverse order.
         while (!patches.empty())
             patches.pop_back();
     }
 
-    // Only what the DLL imports is patched.
+    // Patches the function if the DLL imports it.
     template <class Function>
     void Patch(const char* name, Function* replacement) {
         if (IsImported(module, name))
@@ -80,7 +80,7 @@ private:
 struct Shortage {
     std::string name;
     void (*install)(PatchedImports& imports);
-    int stepInShortRun = 1;  // from one failing call to the next
+    int stepInShortRun = 1;  // the distance from one failing call to the next
 };
 
 namespace Shortages {

@@ -1,4 +1,4 @@
-// Puts a function of the test into a table of functions, for a scope.
+// Replaces an entry of a function table with a function of the test, for a scope.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// What GetSpecScheme enumerates, kept beyond the call, and the XML of the same.
+// Copies of the records that GetSpecScheme enumerates, which remain valid after the call, and their XML.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@
 
 namespace ZOTDam::Test {
 
-// The GUIDs are kept as their texts.
+// The GUIDs are stored as text.
 struct SpecPowerSetting {
     std::string guid;
     std::int32_t ac = 0;
@@ -67,7 +67,7 @@ inline SpecSubGroup Kept(const SpecSubGroupRecord& record) {
     return kept;
 }
 
-// What lies between the GUID and the list is always zero.
+// Copies a record. The bytes between the GUID and the list must be zero.
 inline SpecScheme Kept(const SpecSchemeRecord& record) {
     const auto* const bytes = reinterpret_cast<const char*>(&record);
     EXPECT_TRUE(std::all_of(bytes + offsetof(SpecSchemeRecord, reserved),

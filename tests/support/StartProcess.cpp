@@ -6,10 +6,10 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// Every process of wine needs a page at a fixed address. Linux places the heap of a process at random, and in
-// about one of 2,000 processes it covers this page. The process then ends before it runs, and CreateProcessW
-// fails with ERROR_INTERNAL_ERROR. The scripts turn the random placement off where they may; elsewhere the
-// next process has another heap.
+// Every wine process needs a page at a fixed address. Linux places the heap of a process at a random address,
+// and in about one of 2,000 processes it covers this page. Such a process ends before it runs, and
+// CreateProcessW fails with ERROR_INTERNAL_ERROR. The scripts disable the randomisation where they can.
+// Elsewhere another attempt succeeds, because the next process has a different heap address.
 constexpr int Attempts = 5;
 
 bool HasOtherLayoutNextTime(DWORD error) {

@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 struct ProcessStart {
     std::wstring program;      // the path of the executable file
-    std::wstring commandLine;  // with the program as the first word
+    std::wstring commandLine;  // begins with the program
     DWORD flags = 0;
     bool inheritsHandles = false;
     const wchar_t* folder = nullptr;  // the working folder, or null for that of this process

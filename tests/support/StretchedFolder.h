@@ -8,8 +8,8 @@
 
 namespace ZOTDam::Test {
 
-// Lets a variable name the same folder in so many more units that what begins with it and goes on with `rest`
-// has the given number.
+// Sets a variable to a longer path of the same folder, so that the path followed by `rest` has the given
+// number of UTF-16 code units.
 inline void Stretch(const wchar_t* variable, const std::filesystem::path& folder, const std::wstring& rest,
                     std::size_t units) {
     std::wstring stretched = folder.wstring();

@@ -1,5 +1,4 @@
-// The fixture of tests about texts in the user's language: string tables beside a catalogue whose texts are
-// keys.
+// The fixture of tests for localised texts: string tables, and a catalogue whose texts are their keys.
 #pragma once
 
 #include "support/FunctionInfo.h"
@@ -20,7 +19,7 @@ class TranslationTest : public SettingsTest {
 protected:
     void WriteEntries(const std::string& entries) const { WriteStringTable(StringTable(entries)); }
 
-    // Where the lookup of the library itself finds the string table for a language.
+    // Returns the path where the library's own lookup finds the string table for a language.
     std::filesystem::path CopyFor(const std::wstring& language) const {
         return installation.StringTableFile().parent_path() / language / L"StringTable.xml.mui";
     }
@@ -30,7 +29,7 @@ protected:
         WriteFile(CopyFor(language), StringTable(entries));
     }
 
-    // What the export enumerates; a false result fails the test.
+    // Collects the items that the export enumerates. The test fails if the export returns false.
     std::vector<FunctionInfo> GetFunctionInfo() {
         std::vector<FunctionInfo> infos;
         auto collect = MakeCallback<IGetFunctionInfoCallback>(
@@ -45,7 +44,7 @@ protected:
     }
 };
 
-// A catalogue of one function, and a neutral string table with the text "neutral" for its name.
+// A catalogue with one function, and a neutral string table that maps its name to "neutral".
 class StringTableTest : public TranslationTest {
 protected:
     StringTableTest() {
@@ -57,7 +56,7 @@ protected:
         WriteFunctions("<Function ID=\"1\" Name=\"" + key + "\"><Display/><Commands/></Function>");
     }
 
-    // What a table with these entries has for a key: itself when there is no text.
+    // Returns the text that a table with these entries has for a key, or the key if the text is missing.
     std::wstring TextOf(const std::string& key, const std::string& entries) {
         WriteKey(key);
         WriteEntries(entries);

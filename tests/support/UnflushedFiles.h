@@ -1,4 +1,4 @@
-// For tests that save very often and do not ask whether a file survives the end of the power.
+// Support for tests that save very often and do not check whether a file survives a power failure.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,8 @@
 
 namespace ZOTDam::Test {
 
-// In the place of FlushFileBuffers. The disk would take most of the time of such a test.
+// The replacement for FlushFileBuffers. Otherwise such a test would spend most of its time waiting for the
+// disk.
 inline BOOL WINAPI DoNotFlush(HANDLE) {
     return TRUE;
 }

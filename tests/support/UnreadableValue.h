@@ -1,4 +1,4 @@
-// Lets the DOM fail to read every attribute that has a certain value, for a scope.
+// Makes the DOM fail to read every attribute that has a certain value, for a scope.
 #pragma once
 
 #include <cwchar>

@@ -1,5 +1,5 @@
-// The language of the user and the system's lookup of localised files, as the DLL finds them while this
-// object lives. To be destroyed before the DLL is freed.
+// A fake user language and a fake system lookup of localised files for the DLL. The object must be destroyed
+// before the DLL is freed.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ inline constexpr LANGID French = MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH);
 
 class UserLanguage {
 public:
-    // What the lookup was asked for.
+    // The arguments of a call of the lookup.
     struct Question {
         DWORD flags;
         std::wstring file;
@@ -29,7 +29,7 @@ public:
         ULONGLONG enumerator;
     };
 
-    // The lookup is one that the system lacks, until the test says otherwise.
+    // By default, the lookup behaves as on a system that does not support it.
     UserLanguage(HMODULE dll, LANGID id)
         : language{id},
           languagePatch{dll, "GetUserDefaultUILanguage", &Language},

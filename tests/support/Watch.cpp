@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// Fixed memory, since a crash may leave no other.
+// Static buffers, because no other memory may be usable after a crash.
 std::array<char, 200> currentStep = {};
 std::array<char, 300> lastWords = {};
 

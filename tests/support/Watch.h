@@ -1,4 +1,4 @@
-// Tells what a test program was at when it crashed or hung, and ends a program that hangs.
+// Reports the current step of a test program that crashes or hangs, and ends a program that hangs.
 #pragma once
 
 #include <windows.h>
@@ -11,13 +11,13 @@ namespace ZOTDam::Test {
 
 class Watch {
 public:
-    // `limit` is how long a step may take, generously, in milliseconds.
+    // `limit` is the maximum duration of a step in milliseconds. It should be generous.
     explicit Watch(DWORD limit);
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
     ~Watch();
 
-    // Begins a step, which ends the one before.
+    // Begins a step and ends the previous one.
     void Begin(const std::string& step);
 
 private:

@@ -1,4 +1,4 @@
-// The DLL, freshly loaded, with imports that a test patches and DOM calls that are counted.
+// A freshly loaded DLL whose imports a test can patch and whose DOM calls are counted.
 #pragma once
 
 #include "support/DomCalls.h"
@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 class WatchedDll {
 public:
-    // The display offers a rate of 60 and no other.
+    // The display supports only a rate of 60.
     WatchedDll() {
         imports.Patch("FlushFileBuffers", &DoNotFlush);
         imports.Patch(

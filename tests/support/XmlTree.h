@@ -1,4 +1,4 @@
-// A document of the test itself, and a description of what a node holds, to compare with other nodes.
+// A document of the test itself, and the description of a node's content for comparison with other nodes.
 #pragma once
 
 #include <iterator>
@@ -29,7 +29,7 @@ public:
         return tree;
     }
 
-    // The first node that the XPath selects; null when there is none.
+    // Returns the first node that the XPath expression selects, or null if it selects no node.
     Node Find(const std::wstring& path) const {
         const OwnedBstr query{SysAllocString(path.c_str())};
         IXMLDOMNode* found = nullptr;
@@ -64,7 +64,7 @@ inline std::wstring ValueOf(IXMLDOMNode& node) {
     return text;
 }
 
-// How a namespace is declared is left out: what it means is part of the names.
+// Omits namespace declarations, because the names include the namespaces.
 inline std::wstring DescribedAttributes(IXMLDOMNode& node) {
     IXMLDOMNamedNodeMap* map = nullptr;
     if (node.get_attributes(&map) != S_OK)
@@ -81,7 +81,8 @@ inline std::wstring DescribedAttributes(IXMLDOMNode& node) {
     return description;
 }
 
-// A node with all that it holds, one node to a line: its kind, name, attributes and value. There may be none.
+// Describes a node and its descendants, one node per line, with kind, name, attributes and value. The node
+// may be null.
 inline std::wstring Described(IXMLDOMNode* node, std::size_t depth = 0) {
     if (node == nullptr)
         return L"nothing";

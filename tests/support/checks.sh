@@ -1,5 +1,5 @@
-# What scripts share that check something and count it. Sourced, not run; what the scripts of the project share comes
-# with it. The script ends with report_checks.
+# Functions for scripts that run checks and count them. This file is sourced, not run, and also sources
+# scripts/common.sh. The script ends with report_checks.
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
 
 folder=$(mktemp -d)
@@ -7,7 +7,7 @@ trap 'rm -rf "$folder"' EXIT
 passed=0
 failed=0
 
-# check TITLE COMMAND...: counts whether the command succeeds, whose output is the reason if it does not.
+# check TITLE COMMAND...: counts whether the command succeeds. If it fails, its output is the reason.
 check() {
     local title=$1
     shift
