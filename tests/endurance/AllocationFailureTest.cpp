@@ -1,6 +1,6 @@
-// Every allocation of the DLL fails in its turn, and every call that hands out memory or an object: no export
-// crashes, lets an exception out, gives half an answer, spoils a file or loses a block or a reference, and
-// the next call works.
+// Makes each allocation of the DLL fail in turn, and each other call that returns memory or an object. No
+// export may crash, throw an exception, return an incomplete result, damage a file, or leak memory or a
+// reference. The next call must work.
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -15,9 +15,9 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// ---- What an export may answer when memory is short ----
+// ---- Allowed results of an export when memory is short ----
 
-// Each item is one of those that may stand in its place; those behind a failure may be missing.
+// Each item must be one of the alternatives for its position. Items after a failure may be missing.
 bool BeginsAs(const Lines& items, const std::vector<Lines>& alternatives) {
     return items.size() <= alternatives.size() &&
            std::equal(items.begin(), items.end(), alternatives.begin(),
@@ -30,7 +30,7 @@ bool IsTrue(const Answer& answer, const Answer&) {
     return answer.result == 1;
 }
 
-// Nothing but the failure value; buffers are as they were.
+// The export returns only its failure value and leaves the buffers unchanged.
 bool IsRefusal(const Answer& answer, const Answer&) {
     const Lines untouched = {L"untouched", L"0 0 0"};
     return answer.result == 0 && std::ranges::all_of(answer.items, [&](const std::wstring& item) {
@@ -51,7 +51,7 @@ bool IsEmpty(const Answer& answer, const Answer&) {
     return answer == Answer{1, {}};
 }
 
-// All that is there is whole and in its order.
+// All returned items are complete and in the right order.
 bool HasSome(const Answer& answer, const Answer& whole) {
     auto place = whole.items.begin();
     return answer.result == 1 && std::ranges::all_of(answer.items, [&](const std::wstring& item) {
@@ -60,7 +60,7 @@ bool HasSome(const Answer& answer, const Answer& whole) {
            });
 }
 
-// A text may be its key; a function is there with all its display items, or not at all.
+// A text may be replaced with its key. A function is returned with all its display items or not at all.
 bool HasKeysOrTexts(const Answer& answer, const Answer&) {
     std::vector<Lines> functions(3);
     for (const wchar_t* name : {L"Key", L"Text"})
@@ -74,7 +74,7 @@ bool HasKeysOrTexts(const Answer& answer, const Answer&) {
     return answer.result == 1 && BeginsAs(answer.items, functions);
 }
 
-// Values that are stored, or the defaults where the stored ones could not be read.
+// The values are stored ones, or defaults where the stored values could not be read.
 bool HasKnownValues(const Answer& answer, const Answer&) {
     static const Lines known = {L"1: 0 8", L"1: 1 1", L"1: 1 3", L"1: 0 0", L"2: 9 10",
                                 L"2: 4 5", L"2: 6 7", L"2: 0 0", L"7: 0 1", L"7: 1 1"};
@@ -92,7 +92,7 @@ bool HasCommands(const Answer& answer, const Answer&) {
                                                           L"22 0 12 another text that none of them holds"}});
 }
 
-// A text that is not to be had is empty, or is its key.
+// A text that cannot be obtained is empty or replaced with its key.
 bool HasDifferences(const Answer& answer, const Answer& whole) {
     if (IsRefusal(answer, whole))
         return true;
@@ -103,7 +103,7 @@ bool HasDifferences(const Answer& answer, const Answer& whole) {
            lines(answer.items[0]) == lines(answer.items[1]);
 }
 
-// The setting is that of a later source where an earlier one could not be read.
+// The setting comes from a later source if an earlier one could not be read.
 bool IsOfAnySource(const Answer& answer, const Answer& whole) {
     return IsRefusal(answer, whole) || answer == Answer{1, {L"default"}} || answer == Answer{1, {L"base"}};
 }
@@ -114,10 +114,10 @@ struct Use {
     std::string name;
     ExportCall call;
     bool (*isAllowed)(const Answer& answer, const Answer& whole);
-    // What the files may hold afterwards.
+    // The allowed content of the files after the call.
     enum Effect {
         OldOrNew,
-        NewWhenTold,  // the new content, unless the export tells its failure
+        NewWhenTold,  // the new content, unless the export reports a failure
         Partly,       // some of the new content
     } effect = OldOrNew;
 };
@@ -172,7 +172,7 @@ const std::vector<Use> uses = {
     Of("ZOTDamExit", &IsTrue),
 };
 
-// The failures that were injected into the calls of an export.
+// The number of failures that were injected into the calls of an export.
 struct Injections {
     int atFirstUse = 0;
     int atLaterUse = 0;
@@ -200,8 +200,8 @@ std::vector<Trial> Trials() {
     return trials;
 }
 
-// The use of a freshly loaded DLL with calls that a shortage can reach. In the end the DLL has given back
-// every reference and freed every block.
+// A freshly loaded DLL whose calls can be made to fail. At the end, the DLL must have released every
+// reference and freed every block.
 class Session {
 public:
     explicit Session(const Shortage& shortage) {
@@ -239,7 +239,7 @@ protected:
                        testing::PrintToString(injections[call.exportName]));
     }
 
-    // What the export makes of the files is the same for all shortages.
+    // The effect of the export on the files is the same for all shortages, so it is determined only once.
     void SetUp() override {
         const auto [known, isNew] = knownFiles.try_emplace(use.name);
         if (isNew) {
@@ -251,7 +251,7 @@ protected:
         wholeFiles = known->second;
     }
 
-    // What the two files of the library hold.
+    // The content of the two files that the library writes.
     using FileTexts = std::pair<std::string, std::string>;
     FileTexts Files() const { return {UserSettings(), Defaults()}; }
 
@@ -273,7 +273,7 @@ protected:
 
     std::filesystem::path KeptUserSettings() const { return UnreadableCopyOf(installation.UserFile()); }
 
-    // Lets the n-th call fail during a use of the export. False when it had not so many calls.
+    // Makes the n-th call fail during a use of the export. Returns false if the export made fewer calls.
     bool UseWithFailure(const Session& session, int failingCall, bool lasts) {
         Prepare(session);
         const FileTexts old = Files();
@@ -303,7 +303,7 @@ protected:
                     (IsXml(installation.UserFile()) && IsXml(installation.DefaultsFile())));
     }
 
-    // A file whose reading failed may have been replaced; then there is a copy of it.
+    // A file that could not be read may have been replaced. In this case a copy of it exists.
     bool IsKept(const FileTexts& old) const {
         return ReadFile(KeptUserSettings()) == old.first || ReadFile(KeptDefaults()) == old.second;
     }
@@ -315,14 +315,14 @@ protected:
                std::string::npos;
     }
 
-    // Whether these are the functions of the whole file, or the first of them.
+    // Returns whether these are all functions of the complete file, or the first ones.
     bool HoldsWholeFunctions(const std::string& defaults) const {
         const bool isEmpty = defaults.find("<Functions/>") != std::string::npos;
         return wholeFiles.second.starts_with(
             defaults.substr(0, defaults.find(isEmpty ? "/>" : "</Functions>")));
     }
 
-    // From one failing call to the next. The short run leaves some out where there are many.
+    // The distance from one failing call to the next. The short run skips calls where there are many.
     int Step(bool lasts) const { return Rounds(shortage.stepInShortRun * (lasts ? 3 : 1), 1); }
 
     int& InjectionsOf(int Injections::*when) const { return injections[use.call.exportName].*when; }
@@ -349,7 +349,7 @@ TEST_P(AllocationFailureTest, IsSurvivedAtTheFirstUse) {
             const Session session{shortage};
             hasFailed = UseWithFailure(session, call, lasts);
             InjectionsOf(&Injections::atFirstUse) += hasFailed;
-            // What could not be read at the first use is read again only when the library is loaded anew.
+            // Data that could not be read at the first use is read again only after the library is reloaded.
             Prepare(session);
             ExpectAllowed(Called(session));
         }

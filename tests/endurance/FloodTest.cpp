@@ -1,4 +1,4 @@
-// Data files that overwhelm by their size, in each of the four files. The sizes grow in the long run.
+// Oversized content in each of the four data files. The sizes are larger in the long run.
 #include "support/CheckingClient.h"
 #include "support/Endurance.h"
 #include "support/HostileFileTest.h"
@@ -34,7 +34,7 @@ std::vector<Hostility> Floods() {
         {"LongComment", {}, "plain", "<!--" + longText + "-->"},
         {"LongElementName", {}, "plain", "<" + longText + "/>"},
         {"LongAttributeName", {}, "plain", {}, longText + "=\"v\""},
-        // A DOM may compare each attribute of an element with each.
+        // A DOM may compare every attribute of an element with all others, which takes quadratic time.
         {"ManyAttributes", {}, "plain", {}, ManyAttributes(Rounds(500, 10000))},
         {"ManyComments", {}, "plain", Repeated("<!---->", many)},
         {"ManyInstructions", {}, "plain", Repeated("<?a?>", many)},

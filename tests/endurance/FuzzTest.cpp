@@ -1,5 +1,5 @@
-// All four data files, made and damaged by chance, and every export on them. A seed makes a round; the
-// environment may name the first seed, the number of rounds, and a folder that gets the files of each round
+// Calls every export on randomly generated and damaged data files. Each round uses one seed. Environment
+// variables can set the first seed, the number of rounds, and a folder that receives the files of each round
 // before it begins: ZOTDAM_FUZZ_SEED, ZOTDAM_FUZZ_ROUNDS, ZOTDAM_FUZZ_FOLDER.
 #include "support/Endurance.h"
 #include "support/ExportTest.h"
@@ -23,7 +23,7 @@ unsigned NumberOr(const char* variable, unsigned otherwise) {
 
 class FuzzTest : public ExportTest {
 protected:
-    // One file, and what the round has written there.
+    // A file, and the content that the round has written to it.
     struct Input {
         std::filesystem::path file;
         std::string content;
@@ -65,7 +65,8 @@ private:
 
     static void ExpectUntouched(const Input& input) { EXPECT_TRUE(ReadFile(input.file) == input.content); }
 
-    // A file that the library writes is XML from then on, and what was none before is kept beside it.
+    // A file that the library has written must be well-formed. A copy that it has kept must have the old
+    // content.
     static void ExpectWhole(const Input& input) {
         EXPECT_FALSE(std::filesystem::exists(SiblingOf(input.file)));
         if (ReadFile(input.file) == input.content)
@@ -76,7 +77,7 @@ private:
         }
     }
 
-    // For the rounds: a client keeps COM, and with it the DOM, while it loads and frees the library.
+    // Keeps COM, and with it the DOM, loaded between the rounds, as a client does.
     ComScope com;
     Watch watch{60000};
     const char* folder = std::getenv("ZOTDAM_FUZZ_FOLDER");

@@ -1,5 +1,5 @@
-// Processes that save in a loop and are killed at random moments. The file they save is then what it was
-// before the save or what it was to become: whole, and nothing in between.
+// Kills processes at random moments while they save in a loop. The file must then have either the complete
+// old content or the complete new content.
 #include <functional>
 #include <random>
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int FunctionCount = 40;
 
-// The two states between which a file changes are of different length: a mixture would be seen.
+// The two states of the file differ in length, so that a mixture is detected.
 enum class State { Short, Long };
 
 void StoreParameters(const Library& dll, State state) {
@@ -37,7 +37,7 @@ void StoreFunctions(const Library& dll, State state) {
     dll.AddFunctionDefault(&holder);
 }
 
-// One export that saves, and the file to which it does.
+// An export that saves, and the file that it writes.
 struct Saver {
     std::string name;
     void (*save)(const Library& dll, State state);
@@ -84,7 +84,7 @@ VARIANT AsVariant(const OwnedBstr& text) {
     return variant;
 }
 
-// As a program does that has nothing but the DOM. The two states come from files beside the one that it
+// Saves as a program that uses only the DOM does. The two states are read from files next to the one that it
 // saves.
 const RegisterRole savesWithTheDomInALoop{
     SavesWithTheDomInALoop, [](const std::vector<std::wstring>& arguments) -> int {
@@ -102,7 +102,7 @@ const RegisterRole savesWithTheDomInALoop{
             [&](State state) { (state == State::Short ? shortDocument : longDocument)->save(target); });
     }};
 
-// The DOM drops white space: it saves a file in another form than the one that it read.
+// The DOM drops white space, so it saves a file in a different form from the one that it read.
 std::string RewrittenByTheDom(const std::filesystem::path& file) {
     const ComScope com;
     const auto document = NewDocument();
@@ -112,7 +112,7 @@ std::string RewrittenByTheDom(const std::filesystem::path& file) {
     return ReadFile(file);
 }
 
-// Returns when so many microseconds have passed, which no sleep does exactly enough.
+// Waits in a loop for a number of microseconds, because a sleep is not precise enough.
 void SpinFor(int microseconds) {
     LARGE_INTEGER frequency;
     LARGE_INTEGER start;
@@ -135,19 +135,20 @@ protected:
         return file += extension;
     }
 
-    // What the file holds when it has been saved whole.
+    // Saves the state and returns the content of the file.
     std::string Saved(State state) {
         GetParam().save(Dll(), state);
         return ReadFile(File());
     }
 
     void SetUp() override {
-        Saved(State::Short);  // a file that is made has another declaration than one that is saved again
+        Saved(State::Short);  // a new file has a different declaration from one that is saved again
         longContent = Saved(State::Long);
         shortContent = Saved(State::Short);
     }
 
-    // Kills processes of the role, and counts the files that are neither of the two then.
+    // Kills processes that run the role. Returns how often the file had neither of the two states after a
+    // kill.
     int FilesSpoiled(const wchar_t* role, int kills) {
         std::mt19937 random{1};
         const std::string& name = GetParam().name;
@@ -165,7 +166,7 @@ protected:
 
     std::string longContent;
     std::string shortContent;
-    int interrupted = 0;  // saves whose new file was there but not yet in its place
+    int interrupted = 0;  // kills that left a temporary file
 };
 
 INSTANTIATE_TEST_SUITE_P(, KillTest, testing::ValuesIn(savers), CaseName<Saver>);
@@ -182,7 +183,7 @@ TEST_P(KillTest, LeavesTheOldOrTheNewFile) {
     EXPECT_FALSE(std::filesystem::exists(SiblingOf(File())));
 }
 
-// Shows that the kills come at the right moments: what writes into the file itself is met by them.
+// Shows that the kills happen at the right moments: they interrupt saves that write directly to the file.
 TEST_P(KillTest, OfASaveByTheDomItselfSpoilsFiles) {
     WriteFile(Beside(".long"), longContent);
     WriteFile(Beside(".short"), shortContent);

@@ -1,5 +1,5 @@
-// Every export is called very often, with success and in trouble: after a ZOTDamExit the library holds no
-// more than when it was loaded, and after FreeLibrary nothing.
+// Calls every export very often, both with success and with failures. After ZOTDamExit the library must hold
+// no more resources than when it was loaded, and after FreeLibrary none.
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -15,7 +15,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// ---- Trouble ----
+// ---- Failures ----
 
 void SetAttributes(const Installation& installation, DWORD attributes) {
     SetFileAttributesW(installation.UserFile().c_str(), attributes);
@@ -26,7 +26,7 @@ struct CloseMarker {
     void operator()(HANDLE marker) const noexcept { CloseHandle(marker); }
 };
 
-// What surrounds the calls of a DLL that has read its documents.
+// The environment for the calls of a DLL that has read its documents.
 struct Surroundings {
     const Installation& installation;
     PatchedImports& imports;
@@ -36,7 +36,7 @@ struct Surroundings {
 struct Trouble {
     std::string name;
     void (*begin)(Surroundings& surroundings);
-    bool comesAndGoes = false;  // in each round, another call of the DLL fails
+    bool comesAndGoes = false;  // each round makes a different call of the DLL fail
 };
 
 void BeginNone(Surroundings&) {}
@@ -55,8 +55,8 @@ void RemoveFolders(Surroundings& surroundings) {
     std::filesystem::remove_all(surroundings.installation.ProgramData());
 }
 
-// Some DOMs lose memory of their own with each declaration that they make. So none is made where a file that
-// could not be read would be written anew.
+// Some DOMs leak memory with each XML declaration that they create. Creating one therefore fails here, where
+// the library would otherwise replace a file that it could not read.
 void LackMemory(Surroundings& surroundings) {
     DomCalls::refusesInstructions = true;
     Shortages::OfMemory(surroundings.imports);
@@ -99,8 +99,8 @@ protected:
     static void SetUpTestSuite() { domCalls.emplace(); }
     static void TearDownTestSuite() { domCalls.reset(); }
 
-    // Calls the export so often in a DLL of its own, and returns what the DLL holds after a ZOTDamExit. After
-    // FreeLibrary it holds nothing.
+    // Calls the export the given number of times in a freshly loaded DLL, and returns the resources that the
+    // DLL holds after ZOTDamExit. Checks that it holds none after FreeLibrary.
     ResourceSnapshot HeldAfter(int calls) {
         Restore();
         const ResourceSnapshot nothing{.blocks = 0, .domReferences = 0, .errorInfos = 0, .taken = {}};
@@ -111,7 +111,7 @@ protected:
 
     void TearDown() override { SetAttributes(installation, FILE_ATTRIBUTE_NORMAL); }
 
-    // So many that each of the calls that fail in turn has failed.
+    // The number of calls after which the sequence of failing calls repeats.
     const int fewCalls = Rounds(20, 100);
     const Trouble& trouble = GetParam().trouble;
     long long references = 0;
@@ -179,7 +179,7 @@ TEST_P(LeakTest, ManyCallsHoldNoMoreThanAFew) {
                                     " KiB of private memory more than after " + std::to_string(fewCalls));
 }
 
-// ---- That no export is left out, and that a leak would be seen ----
+// ---- Checks that no export is left out and that leaks are detected ----
 
 TEST(CallsOfAllExports, AreThoseOfTheDll) {
     std::vector<std::string> names;
@@ -189,7 +189,7 @@ TEST(CallsOfAllExports, AreThoseOfTheDll) {
     EXPECT_EQ(names, LoadedImage{Library{}.Handle()}.ExportedNames());
 }
 
-// Calls functions as the library does: through its table of imports.
+// Calls functions as the library does: through its import table.
 class ResourceSnapshotTest : public testing::Test {
 protected:
     template <class Function>

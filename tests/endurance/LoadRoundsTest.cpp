@@ -1,4 +1,4 @@
-// The library, loaded and freed again and again in one process.
+// Loads and frees the library many times in one process.
 #include <objbase.h>
 
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// The library as a client has it that frees it without a ZOTDamExit: the destructor that calls it never runs.
+// A library that a client frees without calling ZOTDamExit. The destructor that would call it never runs.
 union LibraryWithoutExit {
     LibraryWithoutExit() : library{} {}
     LibraryWithoutExit(const LibraryWithoutExit&) = delete;
@@ -66,8 +66,8 @@ protected:
         ASSERT_EQ(Blocks::Live(), 0u);
     }
 
-    // The first lives load what other libraries keep for good. The system, too, keeps a little now and then,
-    // but no handle in each round, and nothing large.
+    // The first rounds load what other libraries never release. The system may also keep a small amount of
+    // memory, but not a handle in each round, and no large amount.
     void ExpectThatEachRoundGivesBackWhatItTook(const std::function<void()>& life) {
         for (int round = 0; round < 3; ++round)
             LiveOnce(life);
@@ -85,7 +85,7 @@ protected:
         ShowFigure("further KB of memory", after.committedKilobytes - before.committedKilobytes);
     }
 
-    ComScope com;  // so that COM stays between the rounds
+    ComScope com;  // keeps COM initialised between the rounds
 };
 
 TEST_F(LoadRoundsTest, WhatIsCountedCounts) {

@@ -1,4 +1,4 @@
-// Eight processes that write and read one user settings file, and what is to be seen of it meanwhile.
+// Eight processes write and read one user settings file while the test observes it.
 #include <windows.h>
 
 #include <algorithm>
@@ -24,9 +24,9 @@ constexpr std::int32_t ProcessCount = 8;
 constexpr std::int32_t FunctionCount = 12;
 constexpr DWORD Patience = 60000;
 
-// ---- What is written ----
+// ---- Written values ----
 
-// Every write has a number that tells the writing process and its round. Number 0 stands in the defaults.
+// Every write has a number that identifies the writing process and its round. The defaults contain number 0.
 using Stamp = std::int32_t;
 
 constexpr std::int32_t MaxRounds = 1'000'000;
@@ -35,7 +35,7 @@ constexpr Stamp StampOf(std::int32_t process, std::int32_t round) {
     return (process + 1) * MaxRounds + round;
 }
 
-// A value from two writes does not match itself.
+// The two halves of a value do not match if they come from two writes.
 constexpr ParamValue ValueOf(Stamp stamp) {
     return {stamp, ~stamp};
 }
@@ -47,7 +47,7 @@ std::map<std::int32_t, ParamValue> AllFunctionsSetTo(Stamp stamp) {
     return params;
 }
 
-// Texts of all lengths, so that a new file is longer or shorter than the old one.
+// Strings of different lengths, so that a new file is longer or shorter than the old one.
 std::wstring TextOf(Stamp stamp) {
     std::wstring text;
     for (Stamp count = 0; count <= stamp % 20; ++count)
@@ -69,13 +69,13 @@ std::optional<Stamp> StampIn(const std::wstring& text) {
     return text == TextOf(stamp) ? std::optional{stamp} : std::nullopt;
 }
 
-// ---- What the processes have in common ----
+// ---- Shared state of the processes ----
 
 struct Board {
-    std::array<std::atomic<std::int32_t>, ProcessCount> rounds;  // that each process has begun
+    std::array<std::atomic<std::int32_t>, ProcessCount> rounds;  // the rounds that each process has begun
     std::atomic<int> calls;
     std::atomic<int> failedWrites;
-    std::atomic<int> wrongValues;   // that nobody ever wrote, or not at once
+    std::atomic<int> wrongValues;   // values that no single call wrote
     std::atomic<int> replacements;  // of the file
     std::atomic<int> refusedReplacements;
     std::atomic<int> waits;
@@ -89,7 +89,7 @@ struct Board {
     }
 };
 
-// The processes begin together, and tell of every round.
+// Lets the processes begin together and report each round.
 struct Meeting {
     explicit Meeting(const std::wstring& name)
         : board{name + L"-board"},
@@ -144,11 +144,12 @@ public:
         PatchForGood(dll.Handle(), "MoveFileExW", &CountReplacement);
         PatchForGoodIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
         PatchForGoodIfImported(dll.Handle(), "Sleep", &CountSleep);
-        // The defaults are read once, and a process that found them busy would have none.
+        // Reads the defaults now. They are read only once, and a process that finds them busy would have
+        // none.
         dll.GetFuncCount();
     }
 
-    // What all processes write, and what only this one writes.
+    // Writes and reads either the values that all processes share or those of this process alone.
     void Round() {
         const Stamp stamp = StampOf(number, ++board.rounds[number]);
         GUID ownScheme = PowerSaver;
@@ -168,7 +169,7 @@ private:
         const std::int64_t start = Microseconds();
         call();
         const std::int64_t duration = Microseconds() - start;
-        // Those who ask without a pause whether the file is busy keep each other from it.
+        // Processes that check without a pause whether the file is busy keep it busy for each other.
         Sleep(random() % (2 * ProcessCount));
         ++board.calls;
         std::int64_t longest = board.longestCall;
@@ -210,8 +211,8 @@ private:
     std::minstd_rand random;
 };
 
-// Arguments: the folders, the name of the meeting, the number of the process, and its rounds; without
-// rounds, it goes on until all are to end.
+// Arguments: the folders, the name of the meeting, the number of the process, and its number of rounds. With
+// 0 rounds, the process runs until the test ends.
 const RegisterRole writeAndRead{WriteAndRead, [](const std::vector<std::wstring>& arguments) {
                                     EnterInstallation(arguments);
                                     const Meeting meeting{arguments.at(2)};
@@ -227,7 +228,7 @@ const RegisterRole writeAndRead{WriteAndRead, [](const std::vector<std::wstring>
                                     return 0;
                                 }};
 
-// Reads a file whatever others do with it.
+// Reads a file that other processes may be using.
 std::string ReadFileInUse(const std::filesystem::path& path) {
     const HANDLE file =
         CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -270,14 +271,14 @@ protected:
 
     void AwaitRound() { ASSERT_EQ(WaitForSingleObject(meeting.progress, Patience), WAIT_OBJECT_0); }
 
-    // A process may stand still in the middle of a replacement, when the file does not open for a DOM.
+    // Checks a copy, because a DOM cannot open the file while a suspended process is replacing it.
     bool IsWhole() const {
         const std::filesystem::path copy = installation.ProgramData() / L"copy.xml";
         WriteFile(copy, ReadFileInUse(installation.UserFile()));
         return IsXml(copy);
     }
 
-    // Looks at the file while all stand still, each wherever it is: as if the machine had stopped.
+    // Suspends all processes at arbitrary points, as if the machine had stopped, and checks the file.
     void LookAtTheFile() {
         for (auto& process : processes)
             process->Suspend();
@@ -300,7 +301,7 @@ protected:
         EXPECT_EQ(meeting.board->waits, 0);
     }
 
-    // As if nothing had happened, this process reads and writes.
+    // Checks that this process can read and write the file as usual.
     void ExpectThatTheNextSaveWorks() {
         EXPECT_TRUE(IsXml(installation.UserFile()));
         const std::optional<Stamp> last = StampIn(GetParameter(Balanced));
