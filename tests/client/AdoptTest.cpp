@@ -1,4 +1,4 @@
-// zotdamctl adopt.
+// Tests of zotdamctl adopt.
 #include "client/BaseCatalogueTest.h"
 
 namespace ZOTDam::Test {

@@ -1,11 +1,12 @@
-// The fixture of the tests of commands on the base catalogue.
+// The fixture of the tests of commands that read the base catalogue.
 #pragma once
 
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
 
-// Function 1 has all that a function can have, function 2 only what it must, function 3 not even a command.
+// Function 1 has all possible parts, function 2 only the required ones, and function 3 does not even have a
+// command.
 inline constexpr char ThreeBaseFunctions[] = R"(<ZOTBase><CommonSettings Warning="10"/><Functions>
     <Function ID="1" Type="2" Flag="3" Name="DimKey" Group="ScreenKey">
         <Display><AC><DisplayItem Label="BrightKey" Option="100"/><DisplayItem Label="DarkKey" Option="20"/></AC>

@@ -1,4 +1,4 @@
-// zotdamctl base.
+// Tests of zotdamctl base.
 #include "client/BaseCatalogueTest.h"
 
 namespace ZOTDam::Test {

@@ -10,9 +10,9 @@ namespace ZOTDam::Test {
 namespace {
 
 constexpr DWORD Patience = 60000;
-constexpr DWORD PipeCapacity = 1 << 20;  // for all that a program writes, as it is read only in the end
+constexpr DWORD PipeCapacity = 1 << 20;  // for all output of a program, which is read only at its end
 
-// A pipe whose end for writing goes to another process.
+// A pipe whose write end is passed to another process.
 class Pipe {
 public:
     Pipe() {

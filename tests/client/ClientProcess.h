@@ -1,4 +1,4 @@
-// A program, run to its end, with what it wrote.
+// Runs a program to its end and captures its output.
 #pragma once
 
 #include <windows.h>

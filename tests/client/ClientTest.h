@@ -1,4 +1,4 @@
-// The fixture of the tests that run zotdamctl on an installation of their own.
+// The fixture of the tests that run zotdamctl on a separate installation.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,10 +15,10 @@ namespace ZOTDam::Test {
 using Json = nlohmann::json;
 using Arguments = std::vector<std::wstring>;
 
-// The exit statuses of zotdamctl.
+// The exit codes of zotdamctl.
 enum : DWORD { Success = 0, Failure = 1, WrongUsage = 2 };
 
-// A display has never both rates of function 8.
+// A display never supports both rates of function 8.
 inline constexpr char ThreeFunctions[] = R"(<ZOTDefault><Functions>
     <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
     <Function ID="2"><Display/><Commands/><Default ACParamIndex="0" DCParamIndex="0">
@@ -34,7 +34,8 @@ class ClientTest : public TranslationTest {
 protected:
     static std::filesystem::path Client() { return Library::ProgramFolder() / L"zotdamctl.exe"; }
 
-    // On this installation, which options have to name: the system sets %ProgramFiles% anew in each process.
+    // Passes the folders of the installation as options, because the system sets %ProgramFiles% for each
+    // process.
     Outcome Run(const Arguments& arguments) const {
         Arguments all = {L"--program-files", installation.ProgramFiles(), L"--program-data",
                          installation.ProgramData()};
@@ -61,7 +62,7 @@ protected:
         EXPECT_EQ(outcome.errors, "zotdamctl: " + sentence + "\n");
     }
 
-    // Without the catalogue, the command fails with a sentence that names the file.
+    // Checks that the command fails without the catalogue, with a message that names the file.
     void ExpectToNeedTheCatalogue(const Arguments& arguments) const {
         std::filesystem::remove(installation.DefaultsFile());
         ExpectError(arguments, Failure, MissingCatalogue());
@@ -90,7 +91,7 @@ protected:
         return programFiles / L"Orlo" / L"QUEN Power Management" / L"ZOTDefault.xml";
     }
 
-    // For the sentences.
+    // Parts of the messages.
     std::string UserFile() const { return "The user settings file " + Utf8(installation.UserFile()); }
     std::string DefaultsTitle() const { return "The defaults file " + Utf8(installation.DefaultsFile()); }
     std::string MissingCatalogue() const { return MissingCatalogue(installation.ProgramFiles()); }

@@ -1,11 +1,11 @@
-// The command line of zotdamctl: its options, and what it refuses.
+// Tests of the command line of zotdamctl: options and errors.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
 
 class CommandLineTest : public ClientTest {
 protected:
-    // A second installation, with one function.
+    // Creates a second installation with one function.
     std::filesystem::path MakeProgramFiles(const std::wstring& name) const {
         const std::filesystem::path folder = installation.ProgramData() / name;
         std::filesystem::create_directories(DefaultsFile(folder).parent_path());

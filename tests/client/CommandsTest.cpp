@@ -1,9 +1,9 @@
-// zotdamctl commands.
+// Tests of zotdamctl commands.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
 
-// Two options on each power source, and two commands.
+// A function with two options on each power source, and with two commands.
 constexpr char Brightness[] = R"(<Function ID="1"><Display>
     <AC><DisplayItem Option="1000"/><DisplayItem Option="-20"/></AC>
     <DC><DisplayItem Option="30"/><DisplayItem Option="40"/></DC>

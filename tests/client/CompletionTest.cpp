@@ -1,4 +1,4 @@
-// zotdamctl completion. tests/completion/completion.sh lets bash carry the script out.
+// Tests of zotdamctl completion. tests/completion/completion.sh runs the script in bash.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {

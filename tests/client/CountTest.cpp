@@ -1,4 +1,4 @@
-// zotdamctl count.
+// Tests of zotdamctl count.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {

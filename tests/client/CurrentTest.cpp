@@ -1,9 +1,9 @@
-// zotdamctl current.
+// Tests of zotdamctl current.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
 
-// A function with two options on mains power and three on battery.
+// A function with two options on AC and three on DC.
 constexpr char Brightness[] = R"(<Function ID="1"><Display>
     <AC><DisplayItem Option="1000"/><DisplayItem Option="-20"/></AC>
     <DC><DisplayItem Option="0"/><DisplayItem Option="-1"/><DisplayItem Option="7"/></DC>

@@ -1,4 +1,4 @@
-// zotdamctl diff.
+// Tests of zotdamctl diff.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
@@ -9,8 +9,8 @@ constexpr char BalancedToHighPerformance[] =
 
 class DiffTest : public ClientTest {
 protected:
-    // Two functions, of which the second is listed first. The schemes set the first one differently on both
-    // power sources and the second one on mains only.
+    // Two functions; the second one is listed first. The schemes set the first one differently on both power
+    // sources, and the second one differently on AC only.
     DiffTest() {
         WriteFunctions(NamedFunction(1, "LightKey", "Other") + NamedFunction(2, "SleepKey", "Group1Name"));
         WriteSchemes(OldScheme(BalancedText, OldFunction(1, 0, 0) + OldFunction(2, 0, 0)) +
@@ -166,10 +166,11 @@ TEST_F(DiffTest, RefusesWhatIsNoScheme) {
     ExpectUnknownScheme({L"diff", L"balanced", L"saver"}, "saver");
 }
 
-// The library's texts hold 259 UTF-16 units. Each line takes four beside the name, or two beside the setting.
+// The library's buffers hold 259 UTF-16 code units. Each line takes four more than the name, or two more than
+// the setting.
 class LongDiffTest : public DiffTest {
 protected:
-    // The names of the two functions, in the order of the list.
+    // Writes the names of the two functions, in the order of the list.
     void WriteNames(const std::string& first, const std::string& second) const {
         WriteFunctions(NamedFunction(1, "FirstKey") + NamedFunction(2, "SecondKey"));
         WriteEntries(Entry("FirstKey", first) + Entry("SecondKey", second) + Settings);

@@ -1,4 +1,5 @@
-// What zotdamctl doctor tells of each flaw of the base catalogue, and that the library does what it says.
+// Tests that zotdamctl doctor reports each flaw of the base catalogue, and that the library behaves as
+// reported.
 #include "client/DoctorTest.h"
 
 namespace ZOTDam::Test {
@@ -22,7 +23,7 @@ const std::string Ignored = "the library ignores it";
 const std::string IgnoredWithAll = "the library ignores it with all that it holds";
 const std::string OnlyTheFirst = "the library reads only the first one";
 
-// A catalogue in which the functions of the base catalogue count as unsupported.
+// Writes a catalogue that makes the functions of the base catalogue unsupported.
 void WriteCatalogueOfAnother(const DoctorTest& test) {
     WriteFile(test.PathOf(File::Defaults),
               "<ZOTDefault><Functions><Function "
@@ -170,7 +171,7 @@ std::vector<Flaw> FlawsOfTheBaseDocument() {
     };
 }
 
-// The first spec scheme has two subgroups, of which the first has two settings.
+// The first spec scheme has two subgroups. The first subgroup has two settings.
 void ExpectTheFirstSchemeToBeLeftOut(DoctorTest& test) {
     const auto schemes = test.SpecSchemes();
     ASSERT_EQ(schemes.size(), 1u);

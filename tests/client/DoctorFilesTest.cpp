@@ -1,5 +1,5 @@
-// What zotdamctl doctor tells of a file that the library cannot have, or where it cannot store, and that the
-// library does what it says.
+// Tests that zotdamctl doctor reports each file that the library cannot read or write, and that the library
+// behaves as reported.
 #include "client/DoctorTest.h"
 #include "support/Bombs.h"
 #include "support/OpenFile.h"
@@ -8,7 +8,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// What the library loses with a file, as the finding says it and as it shows.
+// The data that the library loses with a file: the consequence that the finding reports, and a check of it.
 struct Loss {
     std::string name;
     File file;
@@ -39,7 +39,7 @@ void ExpectTheDefaults(DoctorTest& test) {
     EXPECT_EQ(test.Setting(L"Warning"), L"10");
 }
 
-// The first thing that is stored are the defaults, when a scheme is read.
+// The library first stores something when a scheme is read: the defaults of the scheme.
 const Loss UserSettings = {
     "UserSettings", File::UserSettings,
     "the library goes by the defaults; it sets the file aside when it first stores something",

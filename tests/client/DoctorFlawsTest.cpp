@@ -1,4 +1,4 @@
-// What zotdamctl doctor tells of each flaw of the data files, and that the library does what it says.
+// Tests that zotdamctl doctor reports each flaw of the data files, and that the library behaves as reported.
 #include "client/DoctorTest.h"
 
 namespace ZOTDam::Test {
@@ -7,7 +7,7 @@ namespace {
 
 const std::string TooLong(TextCapacity, 't');
 
-// ---- Where ----
+// ---- Elements ----
 
 const std::string Function1 = "/ZOTDefault/Functions/Function[1]";
 const std::string Function2 = "/ZOTDefault/Functions/Function[2]";
@@ -15,7 +15,7 @@ const std::string Command1 = Function1 + "/Commands/CommandItem[1]";
 const std::string DefaultItem1 = Function1 + "/Default/DefaultItem";
 const std::string UserScheme1 = "/OrloPowerCfg/PowerSchemes/PowerScheme[1]";
 
-// ---- What the library says and does ----
+// ---- Consequences, and checks of them ----
 
 const std::string Refused = "the library refuses the whole catalogue";
 const std::string Ignored = "the library ignores it";

@@ -1,4 +1,4 @@
-// zotdamctl doctor: what it examines, and how it tells what it has found.
+// Tests of zotdamctl doctor: the files that it examines, and its report.
 #include "client/DoctorTest.h"
 
 namespace ZOTDam::Test {
@@ -19,7 +19,7 @@ std::wstring LanguageOfUser() {
 
 class DoctorReportTest : public DoctorTest {
 protected:
-    // Replaces the first such part of a healthy file.
+    // Replaces the first occurrence of a part of a healthy file.
     void Change(File file, const std::string& part, const std::string& replacement) const {
         WriteFile(PathOf(file), Replaced(Healthy(file), part, replacement));
     }
@@ -31,7 +31,7 @@ protected:
         return outcome.output;
     }
 
-    // Of the only finding.
+    // Returns the problem of the only finding.
     std::string Problem(const Arguments& arguments = {L"--json"}) const {
         const Json findings = FindingsWith(1, arguments);
         EXPECT_EQ(findings.size(), 1u) << findings;

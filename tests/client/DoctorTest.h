@@ -1,4 +1,4 @@
-// The fixture of the tests of zotdamctl doctor: an installation without a flaw, and what the library makes of
+// The fixture of the tests of zotdamctl doctor: an installation without flaws, and the library's results for
 // it.
 #pragma once
 
@@ -36,7 +36,7 @@ inline constexpr char HealthyBase[] = R"(<ZOTBase><CommonSettings Warning="5" Sh
   <SchemeItem SchemeGUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c"/>
 </SpecSchemes></ZOTBase>)";
 
-// The default of function 1 is for all schemes but the second.
+// The default of function 1 applies to all schemes except the second one.
 inline constexpr char HealthyDefaults[] = R"(<ZOTDefault><CommonSettings Warning="10"/><Functions>
   <Function ID="1" Flag="1" Type="2" Name="LightKey" Group="ScreenKey"><Display>
     <AC><DisplayItem Label="BrightKey" Option="100"/><DisplayItem Label="DarkKey" Option="20"/></AC>
@@ -63,7 +63,7 @@ inline constexpr char HealthyUserSettings[] = R"(<OrloPowerCfg><CommonSettings W
   </PowerScheme>
 </PowerSchemes></OrloPowerCfg>)";
 
-// What the library gives for these files.
+// The values that the library returns for these files.
 inline const Params StoredForBalanced = {{1, {1, 0}}, {2, {1, 0}}};
 inline const Params StoredForHighPerformance = {{1, {1, 1}}, {2, {0, 0}}};
 inline const Params DefaultsOfBalanced = {{1, {0, 1}}, {2, {0, 0}}};
@@ -81,7 +81,7 @@ enum class File : unsigned char { Base, Defaults, UserSettings, StringTable };
 
 class DoctorTest : public ClientTest {
 public:
-    // For the lambdas of tables.
+    // Make the functions accessible to the lambdas in tables.
     using ClientTest::GetFunctionInfo;
     using ClientTest::GetParameter;
     using ClientTest::GetParameterDefault;
@@ -137,7 +137,7 @@ public:
     List<FunctionBaseRecord> BaseFunctions() { return Collect(Dll().GetFunctionBase); }
     List<FunctionBaseRecord> UnsupportedFunctions() { return Collect(Dll().GetFunctionBaseUnSupported); }
 
-    // Makes all functions of the base catalogue the catalogue.
+    // Makes the catalogue contain all functions of the base catalogue.
     void AdoptAll() {
         {
             const FunctionBaseHolder holder{nullptr, BaseFunctions()};
@@ -154,7 +154,7 @@ public:
         return schemes;
     }
 
-    // "none" when there is no such setting.
+    // Returns "none" if the setting does not exist.
     std::wstring Setting(const wchar_t* name) {
         Text value = {};
         return Dll().GetCommonSetting(name, value) ? value : L"none";
@@ -168,7 +168,7 @@ protected:
         return Run(arguments);
     }
 
-    // The findings, with the exit status that they demand.
+    // Returns the findings, and checks the exit code.
     Json FindingsWith(DWORD exitStatus, const Arguments& arguments = {L"--json"}) const {
         const Outcome outcome = RunDoctor(arguments);
         EXPECT_EQ(outcome.exitStatus, exitStatus);
@@ -176,7 +176,7 @@ protected:
         return Json::parse(outcome.output)["findings"];
     }
 
-    // Without the problem, which is a sentence for people.
+    // Returns a finding without its problem, which is a message for people.
     Json FindingIn(File file, const Json& element, const std::string& kind,
                    const std::string& consequence) const {
         return {
@@ -201,16 +201,16 @@ private:
     }
 };
 
-// One thing wrong with a file, and what the library does about it.
+// A flaw in a file, and the resulting behaviour of the library.
 struct Flaw {
     std::string name;
     File file;
-    std::string healthy;  // the part of the healthy file that is replaced; empty for all of it
+    std::string healthy;  // the part of the healthy file to replace; empty for the whole file
     std::string flawed;
     std::string kind;
     std::string element;
     std::string consequence;
-    std::function<void(DoctorTest&)> check;  // that the library does so
+    std::function<void(DoctorTest&)> check;  // checks the consequence
 };
 
 inline void PrintTo(const Flaw& flaw, std::ostream* out) {

@@ -1,4 +1,4 @@
-// zotdamctl functions.
+// Tests of zotdamctl functions.
 #include <map>
 
 #include "client/ClientTest.h"
@@ -142,7 +142,7 @@ protected:
 
     std::filesystem::path TemporaryFolder() const { return installation.ProgramData() / L"Temp"; }
 
-    // All that is in the installation and in the temporary folder.
+    // Returns the content of all files in the installation and in the temporary folder.
     std::map<std::filesystem::path, std::string> Everything() const {
         std::map<std::filesystem::path, std::string> everything;
         for (const std::filesystem::path& folder : {installation.ProgramFiles(), installation.ProgramData()})

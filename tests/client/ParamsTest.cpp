@@ -1,4 +1,4 @@
-// zotdamctl params.
+// Tests of zotdamctl params.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {

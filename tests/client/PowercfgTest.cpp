@@ -1,4 +1,4 @@
-// The words of powercfg that zotdamctl knows: aliases of schemes, setacvalueindex, setdcvalueindex.
+// Tests of the powercfg names that zotdamctl accepts: aliases of schemes, setacvalueindex, setdcvalueindex.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {

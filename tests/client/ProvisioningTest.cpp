@@ -1,5 +1,5 @@
-// From what the suite ships, the base catalogue and the string tables, to a machine in use. Each command runs
-// in a process of its own.
+// Provisions a machine from the files that the suite ships: the base catalogue and the string tables. Each
+// command runs in a separate process.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
@@ -15,7 +15,7 @@ protected:
         Output({L"setting", L"init"});
     }
 
-    // What the base catalogue has of a function.
+    // Returns a function of the base catalogue.
     Json BaseFunction(std::size_t index) const { return JsonOutput({L"base"})["functions"][index]; }
 };
 

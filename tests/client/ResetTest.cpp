@@ -1,4 +1,4 @@
-// zotdamctl reset.
+// Tests of zotdamctl reset.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {

@@ -1,4 +1,4 @@
-// zotdamctl on a copy of the sample installation.
+// Tests of zotdamctl on a copy of the sample installation.
 #include <set>
 
 #include "client/ClientTest.h"
@@ -14,10 +14,11 @@ protected:
         std::filesystem::copy(samples / L"ProgramData", installation.ProgramData(), everything);
     }
 
-    // Makes the string table for a language the neutral one.
+    // Replaces the neutral string table with the one of a language.
     void UseLanguage(const std::wstring& language) const { WriteStringTable(ReadFile(CopyFor(language))); }
 
-    // What the string tables have to translate: what is shown where there is none.
+    // Returns the keys that the string tables must translate: the texts that are shown without a string
+    // table.
     std::set<std::string> Keys() const {
         std::filesystem::remove(installation.StringTableFile());
         return TextsOf(JsonOutput({L"functions"})["functions"]);

@@ -1,4 +1,4 @@
-// zotdamctl set.
+// Tests of zotdamctl set.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {

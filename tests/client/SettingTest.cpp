@@ -1,4 +1,4 @@
-// zotdamctl setting.
+// Tests of zotdamctl setting.
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
@@ -19,7 +19,7 @@ protected:
         return JsonOutput({L"setting", L"get", name})["value"];
     }
 
-    // Its value is what `setting get` finds then.
+    // Stores a value and checks that `setting get` returns it.
     void ExpectStored(const std::wstring& value) const {
         Output({L"setting", L"set", L"Warning", L"--", value});
         EXPECT_EQ(Get(L"Warning"), Utf8(value));

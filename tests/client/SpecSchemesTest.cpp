@@ -1,4 +1,4 @@
-// zotdamctl spec-schemes.
+// Tests of zotdamctl spec-schemes.
 #include "client/BaseCatalogueTest.h"
 
 namespace ZOTDam::Test {
