@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Lets bash complete words of zotdamctl's command line with the script that zotdamctl writes for it. The last line counts
-# the checks; the exit status is 0 when all have passed.
+# Completes words of zotdamctl's command line in bash, with the script that zotdamctl generates. The last line counts
+# the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
 
 install_toolchain
@@ -9,7 +9,7 @@ make_prefix
 
 source <(wine "$build/bin/zotdamctl.exe" completion bash)
 
-# completes TO WORD...: whether the last word is completed to these.
+# completes TO WORD...: checks whether the last word is completed to TO.
 completes() {
     local to=$1
     shift

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs the examples of docs/clients.md, each program on a copy of the samples, and checks what they print and write. The
-# last line counts the checks; the exit status is 0 when all have passed. Another build than the release is named by its
-# preset:
+# Runs the example programs of docs/clients.md, each on a copy of the samples, and checks their output and the files
+# that they write. The last line counts the checks; the exit code is 0 if all of them have passed. A preset selects
+# another build than the release:
 #     tests/examples/examples.sh [debug|guarded|sanitized]
 source "$(dirname "$0")/../support/checks.sh"
 preset=${1:-$preset}
@@ -12,7 +12,7 @@ install_packages python3
 build_targets examples_cpp examples_c
 make_prefix
 
-# Runs the program of a language. Its output is kept without the carriage returns.
+# Runs the program of a language. Its output is kept without carriage returns.
 run() {
     mkdir "$folder/$1"
     cp -r samples/. "$folder/$1"

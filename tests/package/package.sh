@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Makes the packages and checks them: that a second build, elsewhere, gives the same bytes, what the files are like and
-# where they are installed, and that projects which know nothing of this one build and run with them. The last line
-# counts the checks; the exit status is 0 when all have passed.
+# Builds the packages and checks that a second build in another folder produces the same bytes, that the files are
+# correct and installed in the right folders, and that independent projects build and run with them. The last line
+# counts the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
 
-# Whether the command gives the lines of the standard input, in any order.
+# Checks whether the command prints the lines of the standard input, in any order.
 gives() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
 
 tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
@@ -29,7 +29,7 @@ build_again() {
         TZ=UTC cpack --config "$second/build/CPackConfig.cmake" -B "$second/build"
 }
 
-# It runs beside the checks that do without it.
+# The second build runs in the background while the checks that do not need it run.
 say 'Building in another folder'
 build_again >"$folder/second.log" 2>&1 &
 second_build=$!
@@ -55,7 +55,7 @@ names_its_symbols() {
         grep -a "^$1\.debug" "$folder/link"
 }
 
-# The file that the debug information has for the address of a function.
+# Prints the source file that the debug information names for the address of a function.
 source_of() {
     local address line
     address=$(tool nm "$build/bin/ZOTDam.dll.debug" | sed -n "s/ T $1\$//p")
@@ -88,7 +88,7 @@ check 'the debug information tells where a function is written' \
 check 'the import library for mingw has the eighteen exports' \
     gives functions_of "$build/src/libZOTDam.dll.a" <"$folder/exports"
 
-# The format that MSVC's own librarian writes.
+# Prints the symbols in the format that MSVC's librarian writes.
 short_imports_of() { llvm-readobj "$1" | sed -n '/^Format: COFF-import-file/,/^$/s/^Symbol: \([^_].*\)/\1/p'; }
 
 check 'the import library for MSVC has the eighteen exports in the short format' \
@@ -170,8 +170,8 @@ int main(int, char** folders) {
 }
 PROGRAM
 
-# build_project SOURCE BUILD: with nothing but the installation. In batches, to save time: the project's own build compiles
-# each source of the examples by itself.
+# build_project SOURCE BUILD: builds a project with the installation alone. Sources are compiled in batches to save
+# time; the project's own build compiles each source of the examples separately.
 build_project() {
     cmake -S "$1" -B "$2" -G Ninja -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_UNITY_BUILD=ON \
         -DCMAKE_C_COMPILER=x86_64-w64-mingw32-gcc-posix -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix \
@@ -179,7 +179,7 @@ build_project() {
         cmake --build "$2"
 }
 
-# What mingw's linker makes of the import library for MSVC.
+# Links a program with mingw's linker and the import library for MSVC.
 link_with_library_for_msvc() {
     mkdir "$folder/msvc" && cp "$build/bin/ZOTDam.dll" "$folder/msvc" &&
         tool g++-posix -std=c++20 -static -I "$installation/$package/include" "$folder/consumer/main.cpp" \

@@ -1,4 +1,4 @@
-"""Tests of the test runner: every test is counted once, whatever becomes of its program."""
+"""Tests of the test runner: every test is counted once, however its program ends."""
 import json
 import os
 import sys
@@ -15,7 +15,7 @@ def result(name, **more):
 
 
 def document(*tests):
-    """Returns what GoogleTest writes for these tests of the suite A, and for all tests of the suite B."""
+    """Returns the results that GoogleTest writes for these tests of suite A and for all tests of suite B."""
     passed = [result(name) for name in ('One', 'Two', 'Three')]
     return json.dumps({'testsuites': [{'name': 'A', 'testsuite': list(tests)}, {'name': 'B', 'testsuite': passed}]})
 
@@ -28,7 +28,7 @@ class ShardTest(unittest.TestCase):
         self.environment = {**os.environ, 'ZOTDAM_WINEPREFIX': self.folder.name}
 
     def shard_of(self, script, index=0, count=1):
-        """Runs a shell script, in which $1 is the file for the results, as the test program."""
+        """Returns a shard that runs a shell script as the test program. $1 is the file for the results."""
         self.swap(run_tests, 'test_command', lambda build, program, pattern, path: ['bash', '-c', script, 'bash', path])
         shard = run_tests.Shard(self.folder.name, 'program', TESTS, index, count, None)
         shard.execute(self.environment)

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Checks the schemas: what is right validates, what the library would drop, refuse or misunderstand does not. The last
-# line counts the checks; the exit status is 0 when all have passed.
+# Checks the schemas: they accept correct files, and they reject files that the library would reject, misread or ignore
+# in part. The last line counts the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
 
 install_packages libxml2-utils
 
-# Validates the text from the standard input as a file of the given name.
+# Validates the standard input as a file with the given name.
 validate() {
     cat >"$folder/$1"
     scripts/validate.sh "$folder/$1" 2>&1 | tee "$folder/log"
@@ -24,7 +24,7 @@ refuses() { check "$1: $2" is_refused_for "$1" "$3"; }
 balanced=381b4222-f694-41f0-9685-ff5bb260df2e
 long_text=$(printf 'x%.0s' {1..260})
 
-# The parts of a function. Every case below differs in one of them.
+# The parts of a function. Each case below changes one of them.
 attributes='ID="1" Flag="1" Type="1" Name="LightName" Group="Group1Name"'
 items='<DisplayItem Label="On" Option="1"/><DisplayItem Label="Off" Option="0"/>'
 display="<Display><AC>$items</AC><DC>$items</DC></Display>"
@@ -44,7 +44,7 @@ function_of() { echo "<Function $attributes>$*</Function>"; }
 validate_samples() { scripts/validate.sh >"$folder/log" 2>&1; }
 check 'the samples' validate_samples
 
-# The examples of the document are complete files: the root element tells which.
+# The examples of the document are complete files. The root element determines the kind of file.
 examples_of() {
     awk '/^```xml$/ { inside = 1; next } /^```$/ { if (inside) printf "%c", 0; inside = 0 } inside' "$1"
 }
