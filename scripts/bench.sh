@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Measures each export against plain MSXML code that does the same, on data files of four sizes, and puts the figures
-# into docs/performance.md and docs/performance.svg. What follows the command goes to the program: --seconds 5, --sizes 10,100.
+# Measures each export against plain MSXML code for the same task, on data files of four sizes, and writes the figures
+# to docs/performance.md and docs/performance.svg. The arguments are passed to the program: --seconds 5, --sizes 10,100.
 source "$(dirname "$0")/common.sh"
 preset=bench
 build=build/$preset
@@ -9,7 +9,7 @@ install_toolchain
 build_targets zotdam_bench
 make_prefix
 
-# A processor that has fallen asleep takes longer to wake up than most of what is measured here.
+# Keeps the processor awake, because an idle processor takes longer to wake up than most of the measured calls.
 nice -n 19 bash -c 'while :; do :; done' &
 trap "kill $!" EXIT
 
@@ -30,5 +30,5 @@ say "Measuring memory"
     echo '![Cost over size](performance.svg)'
 } | tee -a "$build/performance.md"
 
-# Between the two marks of the document stands what was measured last.
+# Replaces the figures between the two marks in the document.
 sed -i -e "/<!-- figures -->/,/<!-- end of figures -->/{//!d}" -e "/<!-- figures -->/r $build/performance.md" docs/performance.md

@@ -1,21 +1,21 @@
-# What the scripts of this folder share: the packages, the build and the wine prefix. Sourced, not run.
+# Shared code of the scripts in this folder: the packages, the build and the wine prefix. Sourced, not run.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 preset=release
 build=build/$preset
 
-# The wine prefix. Programs that run side by side have one each, which ZOTDAM_WINEPREFIX names: a copy of the first one.
+# The wine prefix. Programs that run in parallel use separate copies of the first one, which ZOTDAM_WINEPREFIX names.
 first_prefix=$PWD/build/wine
 export WINEPREFIX="${ZOTDAM_WINEPREFIX:-$first_prefix}"
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
-# Without a UTF-8 locale, wine cannot name files in every script.
+# Without a UTF-8 locale, wine does not support file names in all writing systems.
 export LC_ALL=C.UTF-8
 
-# Linux places the heap of a process at random. In about one of 2,000 processes it covers a page that wine needs at a fixed
-# address, and the process ends before it runs. Where the random placement cannot be turned off, as in some containers, such
-# a start is repeated.
+# Linux places the heap of a process at a random address. In about one of 2,000 processes it covers a page that wine
+# needs at a fixed address, and the process ends before it runs. Some containers cannot disable the randomisation: there,
+# such a start is repeated.
 if setarch --addr-no-randomize true 2>/dev/null; then
     fixed_layout=(setarch --addr-no-randomize)
     wine() { "${fixed_layout[@]}" wine "$@"; }
@@ -37,7 +37,7 @@ fi
 
 say() { printf '== %s\n' "$*" >&2; }
 
-# Installs those of the given Debian packages that are missing.
+# Installs the given Debian packages that are not installed yet.
 install_packages() {
     local missing=() package
     for package in "$@"; do
@@ -57,8 +57,8 @@ install_toolchain() {
         googletest libcli11-dev nlohmann-json3-dev wine wine64
 }
 
-# Builds the given targets, or all; silent unless something fails. The scripts that run side by side in scripts/test.sh
-# find everything built: one build folder takes one build at a time.
+# Builds the given targets, or all of them. Prints the log only if the build fails. The scripts that scripts/test.sh
+# runs in parallel skip the build, because a build folder supports only one build at a time.
 build_targets() {
     [ "${ZOTDAM_BUILT:-}" != "$build" ] || return 0
     say "Building ($preset)"
@@ -70,11 +70,11 @@ build_targets() {
     fi
 }
 
-# When the commit was made that is checked out, in seconds; now, where there is no repository.
+# Prints the time of the checked-out commit in seconds, or the current time outside a repository.
 commit_time() { git log -1 --format=%ct 2>/dev/null || date +%s; }
 
-# Makes the wine prefix if it does not exist. Several scripts may do this at the same time. Drive T: is the folder that
-# ZOTDAM_TEST_FILES names.
+# Creates the wine prefix if it does not exist. Several scripts may do this at the same time. Drive T: is the folder
+# that ZOTDAM_TEST_FILES names.
 make_prefix() {
     if [ ! -f "$WINEPREFIX/system.reg" ]; then
         mkdir -p build
@@ -92,12 +92,12 @@ make_prefix() {
 
 make_first_prefix() {
     say "Making the wine prefix"
-    # The programs that wineboot starts live longer than the lock.
+    # The programs that wineboot starts run longer than this function and must not inherit the lock.
     WINEPREFIX=$first_prefix "${fixed_layout[@]}" wineboot --init >/dev/null 2>&1 9>&-
     WINEPREFIX=$first_prefix wineserver --wait
 }
 
-# Copies what programs write and links the rest, which takes some 700 MB.
+# Copies the files that programs write, and links the rest, which takes about 700 MB.
 copy_first_prefix() {
     local copy
     copy=$(mktemp -d "$WINEPREFIX.XXXXXX")

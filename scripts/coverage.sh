@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Runs all tests and tells which lines and branches of src/ they reach: a table, and then each line that they do not
-# reach, with the reason that unreached-lines.txt has for it. Fails when a reason is missing, or with fewer than 98 % of
-# the lines.
+# Runs all tests and reports the lines and branches of src/ that they reach: a table, and then each line that they do
+# not reach, with its reason from unreached-lines.txt. Fails if a reason is missing or if less than 98 % of the lines
+# are reached.
 source "$(dirname "$0")/common.sh"
 preset=coverage
 build=build/$preset
 
 install_packages gcovr
-# The compiler's counters hold a handle and some memory of their own in each DLL that was loaded.
+# The compiler's counters keep a handle and some memory for each loaded DLL, which these tests would report as a leak.
 export GTEST_FILTER='-LeakTest.*:LoadRoundsTest.*:*/LeakTest.*'
 [ ! -d "$build" ] || find "$build" -name '*.gcda' -delete
 # Programs that end at the same time would overwrite each other's counters.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes a bare Debian system in build/debian, clones the commit that is checked out into it, and runs scripts/run.sh and
-# scripts/test.sh there, which install what they need. Needs root.
+# Creates a bare Debian system in build/debian and clones the checked-out commit into it. Then runs scripts/run.sh and
+# scripts/test.sh there, which install the packages that they need. Requires root.
 #     scripts/debian.sh bookworm|trixie
 case $* in
     bookworm | trixie) release=$1 ;;
@@ -22,7 +22,7 @@ inside() {
 }
 
 release_system() {
-    # Programs of wine end a little after the last test.
+    # Wine processes may run for a short time after the last test.
     inside 'for server in build/wine*/; do WINEPREFIX=$PWD/$server wineserver --kill; done' >/dev/null 2>&1 || true
     sleep 1
     local folder
@@ -47,7 +47,7 @@ make_system() {
     git clone --quiet --no-hardlinks . "$system/root/ZOTDam"
 }
 
-# timed SCRIPT: runs it in the system and tells how long it took.
+# timed SCRIPT: runs the script in the system and prints its duration.
 timed() {
     local begin=$SECONDS status=0
     inside "$1" || status=$?

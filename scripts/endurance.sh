@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the endurance tests at full length, or those that a GoogleTest filter names, and shows their figures:
+# Runs the stress tests at full length and prints their figures. A GoogleTest filter selects some of the tests:
 #     scripts/endurance.sh ['KillTest.*']
 source "$(dirname "$0")/common.sh"
 

@@ -31,7 +31,7 @@ def read_regions():
 
 
 def splice(document, regions):
-    """Gives the document with the regions of now, and what is wrong with its quotes."""
+    """Returns the document with the current regions, and the errors of its quotes."""
     quoted = set()
     errors = []
 

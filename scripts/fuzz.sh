@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Runs every export on data files that are made and damaged by chance, for long, and counts them. A round is one seed and
-# at least one file of each of the four kinds; without arguments there are 25,000 rounds, from seed 0:
+# Runs every export on a large number of randomly generated and damaged data files, and counts them. A round uses one
+# seed and at least one file of each of the four kinds. The default is 25,000 rounds, starting with seed 0:
 #     scripts/fuzz.sh [ROUNDS [FIRST_SEED]]
-# What fails names its seed, and leaves the files that it was given in build/fuzz.
+# A failure is reported with its seed, and its input files are copied to build/fuzz.
 source "$(dirname "$0")/common.sh"
 
 rounds=${1:-25000}
@@ -11,7 +11,7 @@ first=${2:-0}
 install_toolchain
 build_targets endurance_tests
 
-# The rounds write many small files: in memory, where that can be.
+# The rounds write many small files, which are kept in memory if possible.
 work=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "$PWD/build")" zotdam-fuzz.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/inputs"
@@ -27,7 +27,7 @@ ZOTDAM_FUZZ_ROUNDS=$rounds ZOTDAM_FUZZ_SEED=$first \
     wine "$build/bin/endurance_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || status=$?
 seconds=$(($(date +%s) - begin))
 
-# A program that dies says nothing of what has passed, whatever status wine gives for it.
+# Requires the line of the passed test, because wine may return any exit code for a program that crashes.
 if [ "$status" -ne 0 ] || ! tr -d '\r' <"$log" | grep -q '^\[  PASSED  \] 1 test\.$'; then
     rm -rf build/fuzz
     cp -r "$work/inputs" build/fuzz

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the release and makes its packages, which lie in build/release then: ZOTDam-VERSION-win64.zip with everything
-# that users and developers of clients need, and ZOTDam-VERSION-win64-symbols.zip with the debug information. They are
-# the same whoever makes them of a commit.
+# Builds the release and creates its packages in build/release: ZOTDam-VERSION-win64.zip with everything that users and
+# developers of clients need, and ZOTDam-VERSION-win64-symbols.zip with the debug information. The same commit always
+# produces the same packages.
 source "$(dirname "$0")/common.sh"
 
 install_toolchain

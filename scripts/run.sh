@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the library and its command-line client, and runs the client in the wine prefix. With arguments it works on the
-# sample installation. Without arguments it gives a short tour: a machine that has only what the suite ships is
-# provisioned, shown and changed.
+# sample installation. Without arguments it runs a short tour, which provisions a machine from the files that the suite
+# ships, and then shows and changes its settings.
 #   scripts/run.sh [zotdamctl arguments]
 source "$(dirname "$0")/common.sh"
 
@@ -17,7 +17,7 @@ zotdamctl() {
     wine "$build/bin/zotdamctl.exe" "$@"
 }
 
-# step TEXT LINES ARGUMENTS...: says what the command shows, and shows the beginning of its output.
+# step TEXT LINES ARGUMENTS...: prints a description of the command and the beginning of its output.
 step() {
     local text=$1 lines=$2 output
     shift 2
@@ -28,7 +28,7 @@ step() {
 }
 
 if [ $# -gt 0 ]; then
-    # What earlier calls have changed stays.
+    # Files that earlier calls have changed are kept.
     cp -rn samples/. "$drive"
     zotdamctl "$@"
     exit
@@ -36,7 +36,7 @@ fi
 
 rm -rf "$user_settings"
 cp -r samples/. "$drive"
-# What the suite ships is the base catalogue and the string tables; the tour makes the rest.
+# The suite ships only the base catalogue and the string tables. The tour creates the other files.
 rm "$installation/ZOTDefault.xml" "$user_settings/ZOTPowercfg.xml"
 step 'The base catalogue: what the suite knows of each function, and how to check for it' 6 base
 step 'Provisioning: this machine gets all of the functions' 1 adopt --all

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the tests of a build folder side by side and counts them. scripts/test.sh calls it after the build.
+"""Runs the tests of a build folder in parallel and counts them. scripts/test.sh calls it after the build.
 
-Each test program is split into shards. A worker runs one shard at a time in a wine prefix of its own, because the tests
-use named objects that all programs of one wine server share. The counts come from the programs' own lists and results
-(--gtest_output=json): a test without a result failed. The checks (tests/NAME/NAME.sh) count themselves in their last line.
+Each test program is split into shards. A worker runs one shard at a time in a separate wine prefix, because the tests
+use named objects that all programs of one wine server share. The counts come from the test lists and results of the
+programs (--gtest_output=json). A test without a result has failed. The checks (tests/NAME/NAME.sh) print their own
+counts in their last line.
 """
 import argparse
 import fnmatch
@@ -19,17 +20,17 @@ import tempfile
 import threading
 import time
 
-# How many shards each program has. Shards of about the same length keep all workers busy until the end.
+# The number of shards of each program. Shards of similar length keep all workers busy until the end.
 PROGRAMS = {'endurance_tests': 8, 'export_tests': 8, 'client_tests': 4, 'inside_tests': 1}
 CHECKS = ['package', 'examples', 'schemas', 'completion', 'runner']
-TIME_LIMIT = 1800  # seconds for a shard or a check: a program that takes longer hangs
+TIME_LIMIT = 1800  # seconds for a shard or a check; a program that takes longer counts as hung
 SPACE_FOR_FILES = 2 << 30  # bytes
 
 
 class Job:
     """A shard of a test program, or a check, and its result."""
 
-    processes = set()  # that run now
+    processes = set()  # the running ones
 
     def __init__(self, name, command, log, tests=()):
         self.name = name
@@ -37,11 +38,11 @@ class Job:
         self.log = log
         self.tests = tests
         self.passed = 0
-        self.failures = [(test, 'it did not run') for test in tests or [name]]  # pairs: what failed, and why
+        self.failures = [(test, 'it did not run') for test in tests or [name]]  # pairs of a name and the reason
         self.seconds = 0
 
     def run(self, environment):
-        """Runs the program. Returns a text if it did not end well."""
+        """Runs the program. Returns a description of the problem if it fails."""
         start = time.monotonic()
         try:
             with open(self.log, 'wb') as log:
@@ -90,7 +91,7 @@ class Shard(Job):
             print(self.output()[-4000:])
 
     def done(self):
-        """How many of the tests have ended, while the program runs. For the eye: the results count."""
+        """Returns how many tests have ended while the program runs. For display only; the results are authoritative."""
         if not os.path.exists(self.log):
             return 0
         return len(re.findall(r'^\[(?:       OK |  FAILED  )\] .*\(\d+ ms\)$', self.output(), re.M))
@@ -134,7 +135,7 @@ def tests_in(document):
 
 
 def read_results(path):
-    """Returns the tests that ran, each with its failures as one text: empty for a test that passed."""
+    """Returns the tests that ran, each with its failures as one string, which is empty for a passed test."""
     document = read_json(path)
     if document is None:
         return {}
@@ -143,7 +144,7 @@ def read_results(path):
 
 
 def list_tests(build, program, pattern, environment):
-    """Returns the names of the tests in the order in which they run, or None if the program does not tell."""
+    """Returns the names of the tests in the order in which they run, or None if the program does not list them."""
     path = os.path.join(build, 'tests', 'results', f'{program}-list.json')
     remove(path)
     subprocess.run([*test_command(build, program, pattern, path), '--gtest_list_tests'], env=environment,
@@ -153,7 +154,7 @@ def list_tests(build, program, pattern, environment):
 
 
 def kill(process):
-    """Kills a process with all that it started."""
+    """Kills a process and all processes that it started."""
     try:
         os.killpg(process.pid, signal.SIGKILL)
     except ProcessLookupError:
@@ -172,7 +173,7 @@ def stop_server(environment):
 
 
 def folder_for_files():
-    """Returns a new folder for the files of the tests: in memory, where there is room."""
+    """Returns a new folder for the files of the tests, in memory if there is enough space."""
     memory = '/dev/shm'
     has_room = os.access(memory, os.W_OK) and shutil.disk_usage(memory).free >= SPACE_FOR_FILES
     return tempfile.mkdtemp(prefix='zotdam-tests-', dir=memory if has_room else None)
@@ -220,7 +221,7 @@ class Progress:
 
 
 class Workers:
-    """Threads, each of which has a wine prefix of its own."""
+    """Threads with separate wine prefixes."""
 
     def __init__(self, count, files):
         self.environments = []

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Builds everything and runs all tests. The last line counts them; the exit status is 0 when all have passed.
+# Builds everything and runs all tests. The last line counts them; the exit code is 0 if all of them have passed.
 #     scripts/test.sh [PRESET] [--filter PATTERN] [--list] [--jobs N]
-# PRESET          another build than the release: debug, clang, guarded, sanitized
-# --filter        runs the tests whose names match, as in 'ResetTest.*', or one of the checks in tests/NAME/NAME.sh
-# --list          prints the names of the tests and checks, and runs none
-# --jobs          how many programs run at the same time; as many as there are processors without it
+# PRESET      another build than the release: debug, clang, guarded, sanitized
+# --filter    runs the tests whose names match, as in 'ResetTest.*', or one of the checks in tests/NAME/NAME.sh
+# --list      prints the names of the tests and checks, and runs none
+# --jobs      how many programs run at the same time (default: the number of processors)
 case " $* " in
     *' --help '* | *' -h '*)
         sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"

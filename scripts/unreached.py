@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Lists the lines that no test reaches, each with the reason that a file has for it, and fails when there is none.
+"""Lists the lines that no test reaches, each with its reason from a file. Fails if a reason is missing.
 
-The file of reasons names a line by its text, so that it keeps its reason where it moves:
+The file of reasons identifies a line by its text, so that the reason remains valid if the line moves:
 
     src/folder/File.cpp: the text of the line
         The reason.

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Validates data files against their schemas, which their names tell; without arguments, those of the samples.
+# Validates data files against the schemas that belong to their names. The default is the files of the samples:
 #   scripts/validate.sh [file...]
-# Before the scripts' folder becomes the current one.
+# Resolves the paths before common.sh changes the current folder.
 files=()
 for file in "$@"; do
     files+=("$(realpath -- "$file")")
