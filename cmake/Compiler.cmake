@@ -1,5 +1,5 @@
-# What every target of the project is compiled with: all warnings as errors, Unicode Windows headers, and, for
-# the compilers that come with a runtime of their own, that runtime linked in.
+# The compiler options of every target of the project: all warnings as errors, Unicode Windows headers, and a static
+# runtime for the compilers that have their own runtime.
 add_library(zotdam_compiler INTERFACE)
 target_compile_definitions(zotdam_compiler INTERFACE
   UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
@@ -17,9 +17,10 @@ else()
   target_link_options(zotdam_compiler INTERFACE
     -static -Wl,--gc-sections -Wl,--nxcompat,--dynamicbase,--high-entropy-va)
 
-  # One commit gives the same release, byte for byte, wherever and whenever it is built. The debug information, whose
-  # checksum is in the programs, has the paths that /ZOTDam/build/release would see, relative ones as ccache makes them.
-  # (Of prefixes that fit, the compiler takes the last.)
+  # A commit always produces the same release, byte for byte, independent of the folder and time of the build. The
+  # checksum of the debug information is part of the programs, so its paths are mapped to those of a build in
+  # /ZOTDam/build/release. Paths of sources are relative, as ccache makes them. (If several prefixes match, the compiler
+  # uses the last one.)
   target_compile_options(zotdam_compiler INTERFACE $<$<CONFIG:Release>:
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=../../
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=/ZOTDam/build/release
@@ -27,9 +28,9 @@ else()
   target_link_options(zotdam_compiler INTERFACE -Wl,--no-insert-timestamp)
 endif()
 
-# Lets the release compile the sources of a target in batches: most of the time goes into the headers of Windows and of
-# the standard library, which each batch reads once. All other builds compile each source by itself, so that a header
-# that a source forgets is found.
+# Compiles the sources of a target in batches in the release build. Most of the time goes into the headers of Windows
+# and of the standard library, which each batch reads once. All other builds compile each source separately, so that
+# missing includes are detected.
 function(compile_in_batches target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release")
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)

@@ -1,9 +1,9 @@
-# What is installed, in four components, and the packages that cpack makes of them: one of the symbols, one of the rest.
-# The layout of the folders is that of the sources, so that the links in the documents hold.
+# The four components of the installation, and the packages that cpack creates: one with the symbols and one with
+# everything else. The folders have the same layout as in the sources, so that the links in the documents stay valid.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Installs a program or library. Its debug information becomes a file of its own, which debuggers find beside it.
+# Installs a program or library. Its debug information goes into a separate file next to it, where debuggers find it.
 function(ship target)
   install(TARGETS ${target}
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
@@ -12,7 +12,7 @@ function(ship target)
     set(symbols $<TARGET_PDB_FILE:${target}>)
   elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(symbols ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_NAME:${target}>.debug)
-    # Without the variable, the time of the build gets into the file.
+    # Without this variable, the file would contain the time of the build.
     set(objcopy ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})
     add_custom_command(TARGET ${target} POST_BUILD
       COMMAND ${objcopy} --only-keep-debug $<TARGET_FILE:${target}> ${symbols}
@@ -24,7 +24,7 @@ function(ship target)
   install(FILES ${symbols} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
 endfunction()
 
-# MSVC's linker wants an import library in a format that mingw's linker does not write.
+# MSVC's linker needs an import library in a format that mingw's linker does not write.
 if(MINGW)
   find_program(ZOTDAM_LLVM_DLLTOOL llvm-dlltool DOC "Makes the import library for MSVC, which is left out without it")
 endif()

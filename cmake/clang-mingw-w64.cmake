@@ -1,4 +1,4 @@
-# Cross-building with clang, on the headers and the runtime of mingw-w64's g++.
+# Cross-compilation with clang, using the headers and the runtime of mingw-w64's g++.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(triple x86_64-w64-mingw32)
@@ -13,7 +13,7 @@ set(CMAKE_C_COMPILER_TARGET ${triple})
 set(CMAKE_CXX_COMPILER_TARGET ${triple})
 set(CMAKE_RC_COMPILER ${triple}-windres)
 set(CMAKE_CXX_FLAGS_INIT "-isystem ${gcc_folder}/include/c++ -isystem ${gcc_folder}/include/c++/${triple}")
-# Behind everything else, so that a target can name folders that are searched first.
+# These folders come last, so that a target can name folders that are searched first.
 set(CMAKE_C_STANDARD_LIBRARIES "-L${gcc_folder}")
 set(CMAKE_CXX_STANDARD_LIBRARIES "-L${gcc_folder} -lstdc++ -lgcc_eh -lpthread")
 
