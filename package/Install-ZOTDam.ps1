@@ -1,38 +1,38 @@
 <#
 .SYNOPSIS
-Installs the ZOTDam library of this package where QUEN Power Management looks for it, or removes it.
+Installs the ZOTDam library of this package in the folders of QUEN Power Management, or removes it.
 
 .DESCRIPTION
-Puts ZOTDam.dll, zotdamctl.exe, the base catalogue (data\ZOTBase.xml), the defaults (ZOTDefault.xml) and the string
-tables with their language copies into "%ProgramFiles%\Orlo\QUEN Power Management", and creates the folder of the user
+Copies ZOTDam.dll, zotdamctl.exe, the base catalogue (data\ZOTBase.xml), the defaults (ZOTDefault.xml) and the string
+tables with their language copies to "%ProgramFiles%\Orlo\QUEN Power Management", and creates the folder of the user
 settings, "%ProgramData%\Orlo Corporation\QUEN Power Management".
 
-The user settings (ZOTPowercfg.xml) are never written and never removed. Defaults that differ from those of the package
-were written on this machine, and are kept, too, unless -Force is given. What is kept is told in a warning.
+The user settings (ZOTPowercfg.xml) are never written or removed. Defaults that differ from those of the package were
+written on this machine. They are also kept, unless -Force is specified. A warning names each file that is kept.
 
-Needs an administrator, but not with -WhatIf. Programs that use the library have to be closed: the library comes
-first, so nothing is done while it is in use.
+Requires administrator rights, except with -WhatIf. Close all programs that use the library first. The library is the
+first file to be replaced or removed, so nothing is changed while it is in use.
 
 .PARAMETER Uninstall
-Removes what the installation has put there, and the folders that are empty then.
+Removes the installed files, and the folders that are empty afterwards.
 
 .PARAMETER Force
-Replaces, or removes, defaults that were written on this machine, too.
+Also replaces or removes defaults that were written on this machine.
 
 .EXAMPLE
 .\Install-ZOTDam.ps1 -WhatIf
 
-Tells what would be done, and does nothing.
+Shows the actions without performing them.
 
 .EXAMPLE
 .\Install-ZOTDam.ps1
 
-Installs the library, or updates it.
+Installs or updates the library.
 
 .EXAMPLE
 .\Install-ZOTDam.ps1 -Uninstall -Force
 
-Removes all but the user settings.
+Removes everything except the user settings.
 #>
 [CmdletBinding(SupportsShouldProcess = $true)]
 param(
@@ -43,13 +43,13 @@ param(
 Set-StrictMode -Version Latest
 $ErrorActionPreference = 'Stop'
 
-# A 32-bit PowerShell has the folder of 32-bit programs in "ProgramFiles".
+# In a 32-bit PowerShell, "ProgramFiles" is the folder of the 32-bit programs.
 $programFiles = if ($env:ProgramW6432) { $env:ProgramW6432 } else { $env:ProgramFiles }
 $installation = Join-Path $programFiles 'Orlo\QUEN Power Management'
 $userSettings = Join-Path $env:ProgramData 'Orlo Corporation\QUEN Power Management'
 $defaults = Join-Path $installation 'ZOTDefault.xml'
 
-# Each file of the package with its place, the library first.
+# Returns each file of the package with its target path, the library first.
 function Get-ShippedFile {
     foreach ($name in 'ZOTDam.dll', 'zotdamctl.exe') {
         $source = Join-Path $PSScriptRoot "bin\$name"
@@ -62,7 +62,7 @@ function Get-ShippedFile {
     }
 }
 
-# Whether the file at the place was written on this machine and is to be kept.
+# Returns whether the installed file was written on this machine and must be kept.
 function Test-Kept($file) {
     if ($Force -or $file.Target -ne $defaults -or -not (Test-Path -LiteralPath $defaults)) {
         return $false
@@ -97,7 +97,7 @@ function Uninstall-File($file) {
     }
 }
 
-# The folders of the installation, the innermost first.
+# Returns the folders of the installation, the innermost first.
 function Get-InstallationFolder($files) {
     $files | ForEach-Object { Split-Path -Parent $_.Target } | Sort-Object -Unique |
         Sort-Object -Property Length -Descending
