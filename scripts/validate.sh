@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Validates data files against the schemas that belong to their names. The default is the files of the samples:
+# Validates data files against the schemas that match their names. Without arguments, it validates the samples:
 #   scripts/validate.sh [file...]
 # Resolves the paths before common.sh changes the current folder.
 files=()

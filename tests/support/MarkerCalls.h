@@ -23,7 +23,8 @@ inline HANDLE AnyMutex(DWORD error) {
     return mutex;
 }
 
-// Records how the DLL opens, creates and closes markers. A test can supply the result of the first two calls.
+// Records how the DLL opens, creates and closes markers. A test can supply the results of opening and
+// creating them.
 class MarkerCalls {
 public:
     explicit MarkerCalls(HMODULE dll)
