@@ -11,7 +11,7 @@ constexpr char EndOfReading[] =
 
 const When Adopted = "once the function is adopted, ";
 
-// The records into which the library reads all functions, one after the other.
+// Checks the functions with the working records that the library reads them into.
 class BaseFunctions {
 public:
     explicit BaseFunctions(Findings& fileFindings) : findings{fileFindings} {}
@@ -74,7 +74,7 @@ private:
     IdsInUse ids;
 };
 
-// Null, with a finding, when the section is missing.
+// Returns null and reports a finding if the section is missing.
 const Element* RequireSection(const Element& root, std::wstring_view name, const std::string& consequence,
                               Findings& findings) {
     const Element* const section = root.ChildNamed(name);

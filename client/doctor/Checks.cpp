@@ -42,7 +42,7 @@ std::wstring_view Trimmed(std::wstring_view text) {
                                             : text.substr(first, text.find_last_not_of(Blanks) + 1 - first);
 }
 
-// Whether a text is nothing but a number, and one that fits.
+// Returns whether a string consists of one 32-bit number, apart from surrounding white space.
 bool IsNumber(std::wstring_view text) {
     std::string digits = ToUtf8(Trimmed(text));
     if (digits.starts_with('+') && !digits.starts_with("+-"))
@@ -53,12 +53,12 @@ bool IsNumber(std::wstring_view text) {
     return error == std::errc{} && stop == end;
 }
 
-// By the same function as the library.
+// Uses the same function as the library.
 std::int32_t ReadNumber(const std::wstring& text) {
     return static_cast<std::int32_t>(_wtol(text.c_str()));
 }
 
-// 36 characters without braces: the form of which a GUID's text is compared and converted.
+// Returns whether a string has the form that the library accepts: 36 characters without braces.
 bool IsGuid(std::wstring_view text) {
     constexpr std::wstring_view Form = L"xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
     return std::ranges::equal(text, Form, [](wchar_t character, wchar_t form) {

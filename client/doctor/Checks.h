@@ -1,4 +1,4 @@
-// What is checked alike in several files.
+// Checks that apply to several files.
 #pragma once
 
 #include <cstdint>
@@ -14,31 +14,32 @@ namespace ZOTDam::Client {
 
 using Names = std::initializer_list<std::wstring_view>;
 
-// A text of a file for a sentence: in quotes, on one line.
+// Returns a string of a file for use in a sentence: in quotes, on one line, shortened if it is long.
 std::string Quoted(std::wstring_view text);
 
-// Reports what an element has beside the attributes and children that the library reads of it, and all but
-// the first of those children of which it reads one.
+// Reports attributes and children that the library does not read. Also reports repeated children if the
+// library reads only the first one.
 void CheckContent(const Element& element, Names attributes, Names singleChildren, Names children,
                   Findings& findings);
 
-// Reports children that differ from a name only in case or by a namespace.
+// Reports children whose name differs from the given name only in case or by a namespace.
 void CheckSpelling(const Element& parent, std::wstring_view name, Findings& findings);
 
-// What the library reads a text as; what differs from what is written is reported.
+// Returns the number that the library reads from a string. Reports strings that are not a 32-bit number.
 std::int32_t NumberFrom(const Element& element, std::wstring_view attribute, const std::wstring& text,
                         Findings& findings);
 
-// Reports a text that does not fit a field of the library. The name is that of the attribute or child which
-// has the text.
+// Reports a string that does not fit a field of the library. `name` is the attribute or child that contains
+// it.
 void CheckLength(const Element& element, std::wstring_view name, std::wstring_view text, const char* kind,
                  const std::string& consequence, Findings& findings);
 
-// Whether the library takes a text for a GUID; another one is reported.
+// Returns whether the library accepts a string as a GUID. Reports other strings.
 bool CheckGuid(const Element& element, std::wstring_view attribute, const std::wstring& text,
                Findings& findings);
 
-// The GUIDs of elements, of which the first one with a GUID is found; others are reported.
+// Tracks the GUIDs of elements. The library reads only the first element with a GUID; later ones are
+// reported.
 class GuidsInUse {
 public:
     void Check(const Element& element, std::wstring text, Findings& findings);
@@ -47,25 +48,26 @@ private:
     std::map<std::wstring, std::string> paths;
 };
 
-// The ids of functions, of which the first one with an id counts.
+// Tracks the ids of functions. Only the first function with an id counts.
 class IdsInUse {
 public:
-    // Whether the id is new; another one is reported.
+    // Returns whether the id is new. Reports a duplicate.
     bool Check(const Element& element, std::int32_t id, const std::string& consequence, Findings& findings);
 
 private:
     std::map<std::int32_t, std::string> paths;
 };
 
-// The library reads the elements of a list into one record: what an element lacks, it has of the one before.
+// The record into which the library reads all elements of a list. A missing attribute therefore inherits the
+// previous element's value.
 class WorkingRecord {
 public:
-    // Reads an attribute, reports it as carried over or missing where the element lacks it, and otherwise,
-    // with a kind and a consequence, where it is too long.
+    // Reads an attribute. Reports a missing attribute as inherited or missing, and a value that is too long
+    // with the given kind and consequence.
     void Text(const Element& element, const wchar_t* attribute, const char* kind,
               const std::string& consequence, Findings& findings);
 
-    // The same for a number; gives what the record then holds.
+    // The same for a number. Returns the number that the record then holds.
     std::int32_t Number(const Element& element, const wchar_t* attribute, Findings& findings);
 
 private:

@@ -4,7 +4,7 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// The catalogue as the library builds it, function by function.
+// Builds the catalogue as the library does, function by function.
 class Catalogue {
 public:
     explicit Catalogue(Findings& fileFindings) : findings{fileFindings} {}
@@ -27,7 +27,7 @@ public:
     CatalogueOptions Options() && { return std::move(options); }
 
 private:
-    // The id under which the function enters the catalogue, if it does.
+    // Returns the id of the function in the catalogue, or nothing if the function is not added.
     std::optional<std::int32_t> CheckId(const Element& function) {
         const std::wstring* const text = function.FindAttribute(L"ID");
         if (text == nullptr) {

@@ -1,4 +1,4 @@
-// Examines the data files, and finds what the library does not tell.
+// Examines the data files for problems that the library does not report.
 #pragma once
 
 #include <filesystem>
@@ -10,12 +10,12 @@
 
 namespace ZOTDam::Client {
 
-// All four files, in the order in which they are examined.
+// The findings of all four files, in the order of examination.
 using Diagnosis = std::vector<Findings>;
 
 Diagnosis ExamineDataFiles(const std::filesystem::path& stringTable);
 
-// The exit status is 0 without findings, 2 when a file could not be examined, else 1.
+// The exit code is 0 if there are no findings, 2 if a file could not be examined, and 1 otherwise.
 Report ReportOf(const Diagnosis& diagnosis);
 
 }  // namespace ZOTDam::Client

@@ -10,7 +10,7 @@ namespace {
 
 enum DoctorStatus : int { Clean = 0, Found = 1, NotExamined = 2 };
 
-// One line for the problem and one for the consequence, both behind the kind.
+// Returns the kind followed by the problem, and the consequence on a second line.
 std::string LinesOf(const Finding& finding, std::size_t kindWidth) {
     constexpr char Indentation[] = "        ";
     return Indentation + finding.kind + std::string(kindWidth - finding.kind.size() + 2, ' ') +
@@ -18,7 +18,7 @@ std::string LinesOf(const Finding& finding, std::size_t kindWidth) {
            Indentation + std::string(kindWidth + 2, ' ') + finding.consequence + "\n";
 }
 
-// The findings below the elements to which they belong, those of the file as a whole first.
+// Returns the findings grouped by element; those of the file as a whole come first.
 std::string LinesOf(const Findings& file, std::size_t kindWidth) {
     std::string text = Heading(file.Title() + " " + Utf8(file.Path())) + "\n";
     std::string element;

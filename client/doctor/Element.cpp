@@ -10,7 +10,7 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// Nothing below is ever read, however deep a file goes.
+// The library reads no element below this depth, so deeper ones are not examined.
 constexpr std::size_t MaxDepth = 8;
 
 Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number) {
@@ -25,7 +25,7 @@ Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number) {
     return element;
 }
 
-// An element whose children are being added.
+// An element to which children are still being added.
 class OpenElement {
 public:
     OpenElement(IXMLDOMNode* node, std::string path, std::size_t number)
@@ -53,7 +53,7 @@ private:
     Element element;
     std::vector<Node> nodes;
     std::size_t next = 0;
-    std::map<std::wstring, std::size_t> totals;  // of the children, by name
+    std::map<std::wstring, std::size_t> totals;  // number of children by name
     std::map<std::wstring, std::size_t> positions;
 };
 

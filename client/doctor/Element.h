@@ -1,4 +1,4 @@
-// A data file as a tree, in which each element knows where it stands.
+// The element tree of a data file. Each element stores its path.
 #pragma once
 
 #include <cstddef>
@@ -15,8 +15,8 @@ struct Element {
     bool hasNamespace = false;
     std::vector<Attribute> attributes;
     std::vector<Element> children;
-    std::wstring text;       // of a string table's "value" alone: no other text is ever read
-    std::string path;        // from the root, with positions among elements of the same name
+    std::wstring text;       // only of "value" in a string table: no other text is read
+    std::string path;        // from the root, with positions if siblings have the same name
     std::size_t number = 0;  // in the order of the file
 
     // The library finds elements by their exact name, and only those without a namespace.
@@ -24,10 +24,10 @@ struct Element {
 
     std::vector<const Element*> ChildrenNamed(std::wstring_view sought) const;
 
-    // The first one, or null.
+    // Returns the first child with this name, or null.
     const Element* ChildNamed(std::wstring_view sought) const;
 
-    // The value, or null.
+    // Returns the value, or null.
     const std::wstring* FindAttribute(std::wstring_view sought) const;
 };
 

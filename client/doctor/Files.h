@@ -1,4 +1,4 @@
-// What is examined of each data file.
+// The checks of each data file.
 #pragma once
 
 #include <cstdint>
@@ -11,28 +11,28 @@
 
 namespace ZOTDam::Client {
 
-// The options of the functions in use, by their ids.
+// The number of options of each function in use, by id.
 using CatalogueOptions = std::map<std::int32_t, OptionCounts>;
 
 void CheckBase(const Element& root, Findings& findings);
 
-// Nothing when the library refuses the catalogue.
+// Returns nothing if the library rejects the catalogue.
 std::optional<CatalogueOptions> CheckDefaults(const Element& root, Findings& findings);
 
-// Without a catalogue, nothing is known of the functions.
+// If `catalogue` is null, functions and options are not checked against it.
 void CheckUserSettings(const Element& root, const CatalogueOptions* catalogue, Findings& findings);
 
-// The keys for which a string table has an entry, in lower case.
+// The keys of a string table's entries, in lower case.
 using TextKeys = std::set<std::wstring>;
 
 TextKeys CheckStringTable(const Element& root, Findings& findings);
 
-// Reports the texts of the defaults file that a string table does not translate.
+// Reports the keys of the defaults file that are missing from a string table.
 void CheckTranslations(const Element& defaultsRoot, const TextKeys& keys, const std::string& stringTable,
                        Findings& findings);
 
-// "CommonSettings" is alike in the three files that can have it. The consequence is that of a value that is
-// too long.
+// Checks "CommonSettings", which has the same form in all three files. `consequence` applies to a value that
+// is too long.
 void CheckCommonSettings(const Element& root, const std::string& consequence, Findings& findings);
 
 void CheckSpecSchemes(const Element& specSchemes, Findings& findings);

@@ -11,16 +11,16 @@
 
 namespace ZOTDam::Client {
 
-// Something that the library ignores, drops, carries over or refuses without a word.
+// Something that the library silently ignores, drops, inherits or rejects.
 struct Finding {
     std::string kind;         // stable, in kebab case
-    std::string element;      // its path; empty for the file as a whole
-    std::string problem;      // what is wrong, as the half of a sentence
-    std::string consequence;  // what the library does, likewise
-    std::size_t number = 0;   // of the element in its file
+    std::string element;      // the path; empty for the file as a whole
+    std::string problem;      // a clause without a full stop
+    std::string consequence;  // the library's behaviour, likewise
+    std::size_t number = 0;   // position of the element in the file
 };
 
-// What is found in one file.
+// The findings of one file.
 class Findings {
 public:
     Findings(std::string fileTitle, std::filesystem::path filePath)
@@ -35,7 +35,7 @@ public:
         list.push_back({std::move(kind), {}, std::move(problem), std::move(consequence)});
     }
 
-    // The same for what keeps the file from being examined.
+    // The same for a problem that prevents the examination of the file.
     void AddObstacle(std::string kind, std::string problem, std::string consequence) {
         examined = false;
         AddToFile(std::move(kind), std::move(problem), std::move(consequence));
@@ -46,10 +46,10 @@ public:
     bool IsEmpty() const noexcept { return list.empty(); }
     bool IsExamined() const noexcept { return examined; }
 
-    // Whether the library does this somewhere in the file.
+    // Returns whether any finding has this consequence.
     bool HasConsequence(std::string_view consequence) const;
 
-    // In the order of the file.
+    // Returns the findings in the order of their elements in the file.
     std::vector<Finding> InOrder() const;
 
 private:

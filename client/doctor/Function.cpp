@@ -24,7 +24,7 @@ void CheckParameter(const Element& element, const wchar_t* attribute, std::size_
                     Findings& findings) {
     const std::wstring& text = *element.FindAttribute(attribute);
     const std::int32_t index = NumberFrom(element, attribute, text, findings);
-    // The one parameter that a function without options can have.
+    // 0 is the only possible parameter of a function without options.
     if (index == 0 && options == 0)
         return;
     if (index < 0 || static_cast<std::size_t>(index) >= options)

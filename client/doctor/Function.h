@@ -1,4 +1,4 @@
-// What functions have alike in the defaults file and in the base catalogue, from which they are copied.
+// Checks that functions in the defaults file and in the base catalogue have in common.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace ZOTDam::Client {
 
-// How many options a function has on each power source.
+// The number of options of a function for each power source.
 struct OptionCounts {
     std::size_t ac = 0;
     std::size_t dc = 0;
@@ -16,19 +16,20 @@ struct OptionCounts {
 
 inline constexpr char CatalogueRefused[] = "the library refuses the whole catalogue";
 
-// When a flaw tells: at once, or, in the base catalogue, once a function is adopted. It begins a sentence.
+// A prefix of a consequence that states when it applies: empty for immediately, or, in the base catalogue,
+// once the function is adopted.
 using When = std::string;
 
 OptionCounts CheckDisplay(const Element& function, const When& when, Findings& findings);
 
 void CheckDefault(const Element& function, const OptionCounts& options, const When& when, Findings& findings);
 
-// Checks what an element says about both power sources. It is none to go by when it lacks one: then this has
-// the given consequence. The options may be unknown.
+// Checks the parameters of an element for both power sources. If one is missing, it reports the given
+// consequence. If `options` is null, the values are not checked.
 void CheckParameters(const Element& element, const OptionCounts* options, const std::string& consequence,
                      Findings& findings);
 
-// Checks the attributes of a command, with what becomes of a text that is too long.
+// Checks the attributes of a command. The kind and the consequence apply to a string that is too long.
 void CheckCommand(const Element& command, WorkingRecord& working, const char* longTextKind,
                   const std::string& longTextConsequence, Findings& findings);
 

@@ -7,7 +7,7 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// The case of ASCII letters does not matter for a key.
+// Keys are compared without regard to the case of ASCII letters.
 std::wstring LowerCase(std::wstring key) {
     std::ranges::transform(key, key.begin(), [](wchar_t unit) {
         return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
@@ -62,7 +62,7 @@ public:
     Translations(const TextKeys& tableKeys, std::string table, Findings& fileFindings)
         : keys{tableKeys}, stringTable{std::move(table)}, findings{fileFindings} {}
 
-    // Each key is reported where it stands first.
+    // Reports each key only at its first occurrence.
     void Check(const Element& element, const wchar_t* attribute, const char* consequence) {
         const std::wstring* const key = element.FindAttribute(attribute);
         if (key == nullptr || key->empty())

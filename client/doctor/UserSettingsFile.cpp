@@ -4,7 +4,8 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// A function that cannot be read ends the reading of its scheme, which is completed only if it has any.
+// Reading of a scheme stops at the first function that cannot be read. Missing functions are added only if at
+// least one function was read.
 constexpr char NothingRead[] = "the library finds the scheme empty and gives it no defaults";
 constexpr char RestIsDefault[] =
     "in this scheme, the library reads neither this function nor those behind it: it goes by their defaults";
@@ -28,7 +29,7 @@ public:
     }
 
 private:
-    // The options of the function, or null.
+    // Returns the options of the function, or null if the catalogue does not contain it.
     const OptionCounts* CheckId(const Element& function, std::int32_t id) {
         ids.Check(function, id, "the library goes by the first one", findings);
         if (catalogue == nullptr)

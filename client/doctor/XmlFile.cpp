@@ -38,7 +38,7 @@ bool Load(IXMLDOMDocument& document, const std::filesystem::path& path) {
     return result == S_OK && loaded == VARIANT_TRUE;
 }
 
-// " at line 3, column 7", as far as the parser tells.
+// Returns " at line 3, column 7", as far as the parser reports the position.
 std::string PlaceOfError(IXMLDOMDocument& document) {
     IXMLDOMParseError* parseError = nullptr;
     if (document.get_parseError(&parseError) != S_OK)
@@ -87,7 +87,7 @@ bool IsMissing(const FileToExamine& file, Findings& findings) {
     return true;
 }
 
-// With the separator behind it.
+// Includes the trailing separator.
 std::size_t LengthOfFolder(const std::filesystem::path& path) {
     return path.native().rfind(L'\\') + 1;
 }
@@ -104,7 +104,7 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
     }
     if (IsMissing(file, findings))
         return {};
-    // Nobody writes the file as long as this has it open.
+    // Prevents other processes from writing the file while it is examined.
     const CFile opened{CreateFileW(findings.Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
     if (!opened.IsOpen()) {

@@ -8,19 +8,20 @@
 
 namespace ZOTDam::Client {
 
-// What becomes of the library's work when it cannot have one of the files.
+// The consequences if the library cannot load a file.
 struct Loss {
-    const char* missing;     // null for a file that need not be there
-    const char* unreadable;  // when the file cannot be opened
+    const char* missing;     // null for an optional file
+    const char* unreadable;  // the file cannot be opened
     const char* noXml;
 };
 
 struct FileToExamine {
-    std::size_t folderCapacity;  // the units that the library has for the folder's name, with a zero
+    std::size_t folderCapacity;  // code units of the library's buffer for the folder, with the null
     Loss loss;
 };
 
-// Reads a file as the library does, and reports what keeps it from that. Nothing where there is no document.
+// Reads a file as the library does, and reports any problem that prevents it. Returns nothing if there is no
+// document.
 std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings);
 
 }  // namespace ZOTDam::Client
