@@ -9,7 +9,7 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// A field keeps its value where the attribute is missing, as in the library.
+// As in the library, a field keeps its value if the attribute is missing.
 void Read(IXMLDOMNode* element, const wchar_t* attribute, std::int32_t& field) {
     if (const auto text = ReadAttribute(element, attribute))
         field = std::wcstol(text->c_str(), nullptr, 10);

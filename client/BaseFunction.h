@@ -11,15 +11,15 @@
 
 namespace ZOTDam::Client {
 
-// What a function of the base catalogue has by default: in general, or in one power scheme.
+// The default parameters of a function of the base catalogue, for all schemes or for one power scheme.
 struct DefaultValue {
-    std::string scheme;  // its GUID as it stands; empty for the general default
+    std::string scheme;  // its GUID as in the file; empty for the general default
     std::int32_t ac = 0;
     std::int32_t dc = 0;
 };
 
-// A function of the base catalogue, with the content of the elements to which its record points. It can be
-// made only while the record is valid.
+// A function of the base catalogue, with the content of the elements that its record refers to. It refers to
+// the record, so the record must outlive it.
 class BaseFunction {
 public:
     explicit BaseFunction(const FunctionBaseRecord& functionRecord);

@@ -5,7 +5,7 @@
 
 namespace ZOTDam::Client {
 
-// The number of functions. Throws an Error, which names the file, when the catalogue cannot be loaded.
+// Returns the number of functions. Throws an Error that names the file if the catalogue cannot be loaded.
 std::uint32_t RequireCatalogue(const Library& library, const std::filesystem::path& file = PathOf(Defaults));
 
 }  // namespace ZOTDam::Client

@@ -40,8 +40,8 @@ class Parser {
 public:
     Parser() {
         app.require_subcommand(0, 1);
-        // What commands inherit comes before them. The general options may also stand behind the command, and
-        // a slash begins a folder, not an option.
+        // Set before the commands are added, because commands inherit these settings. General options may
+        // also follow the command, and a slash begins a path, not an option.
         app.fallthrough()->allow_windows_style_options(false);
         app.set_version_flag("--version", "zotdamctl " ZOTDAM_VERSION, "Print the version and exit");
         app.footer("SCHEME or OTHER is the GUID of a power scheme, or " + SchemeNames() + ".\n" +
@@ -60,7 +60,7 @@ public:
     const CLI::App& App() const noexcept { return app; }
 
     std::variant<Invocation, Information> Parse(std::vector<std::string> arguments) {
-        std::ranges::reverse(arguments);  // the order that CLI11 takes
+        std::ranges::reverse(arguments);  // the order that CLI11 expects
         try {
             app.parse(std::move(arguments));
         } catch (const CLI::Success& request) {

@@ -1,4 +1,4 @@
-// What the command line asks for.
+// Parses the command line.
 #pragma once
 
 #include <filesystem>
@@ -13,7 +13,7 @@
 
 namespace ZOTDam::Client {
 
-// A command with its arguments. It throws Error.
+// A command with its arguments. Throws Error.
 using Action = std::function<Report()>;
 
 struct Invocation {
@@ -24,7 +24,7 @@ struct Invocation {
     std::optional<std::filesystem::path> programData;
 };
 
-// A text that the user asked for with --help or --version.
+// The text that --help or --version requests.
 using Information = std::string;
 
 // Throws UsageError.

@@ -11,9 +11,9 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// A command, or the program itself, whose path is empty, and what may stand behind it.
+// A command, or the program itself (with an empty path), and the words that may follow it.
 struct Place {
-    std::string path;  // each word of it with a space before it
+    std::string path;  // each word is preceded by a space
     std::vector<std::string> words;
 };
 
@@ -44,7 +44,7 @@ Place PlaceOf(const CLI::App& command, const std::string& path, const std::vecto
     return place;
 }
 
-// The options of the program may also stand behind each command.
+// The options of the program, which may also follow each command.
 std::vector<std::string> GeneralWords(const CLI::App& app) {
     std::vector<std::string> words;
     for (const CLI::Option* option : app.get_options())

@@ -1,4 +1,4 @@
-// Scripts with which a shell completes the words of a command line.
+// Scripts that complete the words of a command line in a shell.
 #pragma once
 
 #include <string>

@@ -8,14 +8,14 @@
 
 namespace ZOTDam::Client {
 
-// The arguments of the running program, without its own name.
+// Returns the arguments of the process, without the name of the program.
 std::vector<std::string> Arguments();
 
-// Lets the console carry out the escape sequences in the output. False where the output goes elsewhere, or
-// the console cannot.
+// Makes the console process escape sequences in the output. Returns false if the output is redirected, or if
+// the console does not support them.
 bool EnableEscapeSequences() noexcept;
 
-// For its scope, what goes to the standard streams is UTF-8 and stays as written, without carriage returns.
+// For its scope, the standard streams write UTF-8 and do not convert line endings.
 class Utf8Output {
 public:
     Utf8Output() noexcept;
@@ -24,7 +24,7 @@ public:
     ~Utf8Output();
 
 private:
-    UINT consoleCodePage;  // the console keeps its code page when the program ends; 0 without a console
+    UINT consoleCodePage;  // restored because it outlives the process; 0 without a console
 };
 
 }  // namespace ZOTDam::Client

@@ -31,7 +31,8 @@ bool IsBusy(const DataFile& file) noexcept {
     return true;
 }
 
-// Some systems let an administrator open a read-only file for writing, but the library leaves it alone.
+// Checks the attribute too: on some systems an administrator can open a read-only file for writing, but the
+// library never writes to it.
 bool IsWritable(const std::filesystem::path& file) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     return (attributes & FILE_ATTRIBUTE_READONLY) == 0 &&
@@ -44,7 +45,7 @@ bool IsLanguageName(const std::string& text) {
     });
 }
 
-// Empty where the system has no name for it.
+// Returns an empty string if the system has no name for the language.
 std::wstring LanguageOfUser() {
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
     LCIDToLocaleName(MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
@@ -89,7 +90,7 @@ std::filesystem::path StringTableOfUser() {
     if (GetFileMUIPath(MUI_LANGUAGE_NAME, neutral.c_str(), language.data(), &languageSize, found, &foundSize,
                        &enumerator) != FALSE)
         return found;
-    // Some systems lack the lookup: there the library looks for the copy itself.
+    // Some systems do not implement the lookup. On these, the library searches for the copy itself.
     const bool isUnknown = GetLastError() == ERROR_CALL_NOT_IMPLEMENTED;
     std::error_code error;
     return isUnknown && exists(copy, error) ? copy : neutral;

@@ -1,4 +1,4 @@
-// Where the suite keeps its files, and whether those that the library writes can be written now.
+// The locations of the suite's data files, and checks whether the writable ones can be written.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@ namespace ZOTDam::Client {
 struct DataFile {
     const char* title;
     const wchar_t* location;    // with environment variables
-    const wchar_t* busyMarker;  // the mutex of a program that loads or saves the file; null where none saves
+    const wchar_t* busyMarker;  // the mutex held while the file is loaded or saved; null if it is never saved
 };
 
 inline constexpr DataFile BaseCatalogue = {
@@ -20,24 +20,25 @@ inline constexpr DataFile UserSettings = {
     "user settings file", LR"(%ProgramData%\Orlo Corporation\QUEN Power Management\ZOTPowercfg.xml)",
     L"XmlZOTPowercfgMutex"};
 
-// Let this process work with the files below another folder. Only before the library is loaded.
+// Redirect this process to the files in another folder. Must be called before the library is loaded.
 void RedirectProgramFiles(const std::filesystem::path& folder);
 void RedirectProgramData(const std::filesystem::path& folder);
 
 std::filesystem::path PathOf(const DataFile& file);
 
-// For sentences: "defaults file C:\...".
+// Returns the title and the path: "defaults file C:\...".
 std::string TitleOf(const DataFile& file);
 
-// The copy of the string table for a language, which may not exist. Throws UsageError for what is no name of
-// a language.
+// Returns the path of a language's copy of the string table; the file may not exist. Throws UsageError if the
+// argument is not a valid language name.
 std::filesystem::path StringTableFor(const std::string& language);
 
-// The string table that the library reads for this user.
+// Returns the path of the string table that the library reads for this user.
 std::filesystem::path StringTableOfUser();
 
-// The library neither waits for a file nor tells that a load was skipped or a save had no effect. These throw
-// an Error when another program is using the file, or when it cannot be written.
+// The library does not wait for a file, and it does not report that a load was skipped or that a save had no
+// effect. These functions throw an Error if another program is using the file. RequireSaved also throws if
+// the file cannot be written.
 void RequireIdle(const DataFile& file);
 void RequireSaved(const DataFile& file);
 

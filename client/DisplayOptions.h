@@ -1,4 +1,4 @@
-// The options of a function on one power source, as commands show them.
+// The options of a function for one power source, as commands show them.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,8 @@ using Options = std::vector<Option>;
 
 Options OptionsOf(const List<DisplayItem>& items);
 
-// "0: Fast (10)  1: Slow (20)": the positions, by which parameters name the options, and what they stand for.
+// Returns the positions, labels and options: "0: Fast (10)  1: Slow (20)". Parameters refer to options by
+// position.
 std::string OptionsText(const Options& options);
 Json OptionsJson(const Options& options);
 

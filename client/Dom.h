@@ -1,4 +1,4 @@
-// Reads XML elements: those that the library hands out as DOM nodes, and those of the data files.
+// Reads XML elements: those that the library returns as DOM nodes, and those of the data files.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@ struct ReleaseInterface {
 
 using Node = std::unique_ptr<IXMLDOMNode, ReleaseInterface>;
 
-// The children of that name, in their order; none for a null parent.
+// Returns the children with this name, in document order; none for a null parent.
 std::vector<Node> SelectChildren(IXMLDOMNode* parent, const wchar_t* name);
 
 std::vector<Node> ChildElements(IXMLDOMNode* parent);
@@ -32,7 +32,7 @@ struct Attribute {
 
 std::vector<Attribute> ReadAttributes(IXMLDOMNode* element);
 
-// The name as it stands, with its prefix.
+// Returns the qualified name, with its prefix.
 std::wstring NameOf(IXMLDOMNode* node);
 
 std::wstring TextOf(IXMLDOMNode* node);

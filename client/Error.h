@@ -1,16 +1,16 @@
-// What the client tells its user when it fails: one sentence.
+// Exceptions of the client. Each message is one sentence for the user.
 #pragma once
 
 #include <stdexcept>
 
 namespace ZOTDam::Client {
 
-// A command was not carried out.
+// A command failed.
 class Error : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The command line makes no sense.
+// The command line is invalid.
 class UsageError : public Error {
     using Error::Error;
 };

@@ -23,7 +23,7 @@ std::filesystem::path RequireStringTable(const std::string& language) {
 LanguagePreview::TemporaryFolder::TemporaryFolder()
     : path{std::filesystem::temp_directory_path() /
            (L"zotdamctl-" + std::to_wstring(GetCurrentProcessId()))} {
-    remove_all(path);  // a killed process of this number may have left one
+    remove_all(path);  // may be left by a killed process with the same id
     create_directory(path);
 }
 
@@ -39,7 +39,7 @@ LanguagePreview::LanguagePreview(const std::string& language) {
     const std::filesystem::path copy = PathOf(Defaults);
     create_directories(copy.parent_path());
     std::error_code error;
-    copy_file(defaults, copy, error);  // without it, the catalogue cannot be loaded either
+    copy_file(defaults, copy, error);  // if it fails, loading the catalogue reports the error
     if (!copy_file(table, copy.parent_path() / L"StringTable.xml", error))
         throw Error{"The string table " + Utf8(table) + " cannot be read."};
 }

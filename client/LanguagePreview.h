@@ -5,11 +5,12 @@
 
 namespace ZOTDam::Client {
 
-// Shows the catalogue as the users of another language see it: for its scope, and only before the library is
-// loaded, this process works with a copy of the installation whose one string table is that of the language.
+// Shows the catalogue in another language. For its scope, it redirects this process to a copy of the
+// installation with the string table of that language. Must be created before the library is loaded.
 class LanguagePreview {
 public:
-    // Throws UsageError for what is no name of a language, and Error where it has no string table.
+    // Throws UsageError if the argument is not a valid language name, and Error if there is no string table
+    // for the language.
     explicit LanguagePreview(const std::string& language);
 
 private:

@@ -1,4 +1,4 @@
-// zotdamctl: the settings of QUEN Power Management on the command line.
+// zotdamctl: the command-line client for the settings of QUEN Power Management.
 #include <exception>
 #include <iostream>
 
@@ -13,7 +13,7 @@ namespace {
 
 enum ExitStatus : int { Success = 0, Failure = 1, WrongUsage = 2 };
 
-// Gives the exit status.
+// Returns the exit code.
 int CarryOut(const Invocation& invocation) {
     if (invocation.programFiles)
         RedirectProgramFiles(*invocation.programFiles);

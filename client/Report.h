@@ -7,11 +7,11 @@ namespace ZOTDam::Client {
 
 using Json = nlohmann::ordered_json;
 
-// What a command tells: as text for people, and as JSON for programs.
+// The output of a command: text for people, and JSON for programs.
 struct Report {
     std::string text;
     Json json;
-    int exitStatus = 0;  // of the program
+    int exitStatus = 0;  // the exit code of the program
 };
 
 }  // namespace ZOTDam::Client

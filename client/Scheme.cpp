@@ -19,7 +19,7 @@ bool IsSameIgnoringCase(std::string_view text, std::string_view alias) {
                               [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - 'a' + 'A' : a) == b; });
 }
 
-// The text has one wide character per byte: what is not ASCII is no GUID anyway.
+// Widens each byte to one character. This is sufficient, because a GUID has only ASCII characters.
 bool ParseGuid(std::string_view text, GUID& guid) {
     const bool braces = text.starts_with('{') && text.ends_with('}');
     std::wstring braced{text.begin(), text.end()};
@@ -37,7 +37,7 @@ GUID ParseScheme(std::string_view text) {
     if (named != WindowsSchemes.end())
         return named->scheme;
     GUID scheme = {};
-    // The library treats the GUID of all zeros as no scheme.
+    // The library does not accept the all-zero GUID as a scheme.
     if (!ParseGuid(text, scheme) || scheme == GUID{})
         throw UsageError{"\"" + std::string{text} + "\" is no power scheme: give its GUID, or " +
                          SchemeNames() + "."};

@@ -14,7 +14,7 @@ inline constexpr GUID Balanced = {
 
 struct NamedScheme {
     std::string_view name;
-    std::string_view alias;  // that of powercfg
+    std::string_view alias;  // the name in powercfg
     GUID scheme;
 };
 
@@ -28,17 +28,16 @@ inline constexpr std::array WindowsSchemes = {
                 {0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}}},
 };
 
-// From a GUID, with or without braces, or the name or alias of one of the schemes of Windows. Throws
-// UsageError.
+// Parses a GUID, with or without braces, or the name or alias of a Windows power scheme. Throws UsageError.
 GUID ParseScheme(std::string_view text);
 
-// 36 characters in lower case.
+// Returns the GUID as 36 characters in lower case, without braces.
 std::string SchemeGuid(const GUID& scheme);
 
-// For people: the GUID, with the name before it when the scheme has one.
+// Returns the display text of a scheme: "name (GUID)", or the GUID alone if the scheme has no name.
 std::string SchemeTitle(const GUID& scheme);
 
-// The names of the schemes of Windows: "balanced, high-performance or power-saver".
+// Returns the names of the Windows power schemes: "balanced, high-performance or power-saver".
 std::string SchemeNames();
 
 }  // namespace ZOTDam::Client

@@ -1,4 +1,4 @@
-// How texts stand out on the console.
+// Text styles on the console.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@ namespace ZOTDam::Client {
 
 enum class Styling : unsigned char { Automatic, Always, Never };
 
-// Until this is called, texts are plain. Automatic styles them on a console that can show it, unless the
+// Until this is called, texts are not styled. Automatic styles them on a console that supports it, unless the
 // environment variable NO_COLOR is set.
 void SetStyling(Styling styling);
 
-// A heading, in bold where texts are styled.
+// Returns a heading, in bold if texts are styled.
 std::string Heading(const std::string& text);
 
 }  // namespace ZOTDam::Client

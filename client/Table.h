@@ -8,7 +8,7 @@ namespace ZOTDam::Client {
 
 enum class Align : unsigned char { Left, Right };
 
-// Rows of texts under headings, set in columns.
+// A table of strings, aligned in columns with headings.
 class Table {
 public:
     struct Column {

@@ -26,8 +26,8 @@ bool IsIn(const Range (&ranges)[Size], wchar_t unit) {
         ranges, [unit](const Range& range) { return range.first <= unit && unit <= range.last; });
 }
 
-// A surrogate counts for half of its pair, which is as wide as two columns: those beyond the basic plane are
-// ideographs and pictures, with few exceptions.
+// Counts each surrogate as one column, so a pair takes two: with few exceptions, characters beyond the basic
+// plane are ideographs and pictures, which are two columns wide.
 std::size_t WidthOf(wchar_t unit) {
     if (IsIn(CombiningMarks, unit))
         return 0;

@@ -1,4 +1,4 @@
-// Texts: UTF-16 as the library gives them, UTF-8 on the command line and in all output.
+// Converts strings: the library uses UTF-16, the command line and all output use UTF-8.
 #pragma once
 
 #include <string>
@@ -9,7 +9,8 @@ namespace ZOTDam::Client {
 std::string ToUtf8(std::wstring_view text);
 std::wstring ToUtf16(std::string_view utf8);
 
-// The columns that a text takes on a terminal: two for each ideograph and the like, none for combining marks.
+// Returns the number of columns that a text takes on a terminal: two for each ideograph or similar character,
+// none for combining marks.
 std::size_t DisplayWidth(std::string_view utf8);
 
 }  // namespace ZOTDam::Client

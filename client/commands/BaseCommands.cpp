@@ -22,7 +22,7 @@ struct AdoptArguments {
     bool all;
 };
 
-// A base catalogue that cannot be read gives no functions, and nothing more.
+// The library enumerates no functions if the base catalogue cannot be read, and reports no error.
 void RequireBaseCatalogue() {
     if (!exists(PathOf(BaseCatalogue)))
         throw Error{"The " + TitleOf(BaseCatalogue) + " does not exist."};
@@ -45,7 +45,7 @@ Report ListBaseFunctions(const BaseArguments& arguments) {
     return report;
 }
 
-// The records of the chosen functions, which outlive the enumeration.
+// Returns copies of the selected functions' records, which remain valid after the enumeration.
 List<FunctionBaseRecord> CollectBaseFunctions(const Library& library, const AdoptArguments& arguments) {
     List<FunctionBaseRecord> records;
     Ids missing = arguments.ids;

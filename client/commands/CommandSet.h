@@ -1,4 +1,4 @@
-// How commands enter the command line.
+// Adds commands to the command-line parser.
 #pragma once
 
 #include <guiddef.h>
@@ -19,14 +19,14 @@ class App;
 
 namespace ZOTDam::Client {
 
-// The commands of the program, or those that stand behind one of its commands.
+// The commands of the program, or the subcommands of one of its commands.
 class CommandSet {
 public:
-    // The command that the user gives becomes `chosenAction`.
+    // Parsing stores the selected command in `chosenAction`.
     CommandSet(CLI::App& parentApp, Action& chosenAction) : parent{parentApp}, chosen{chosenAction} {}
 
-    // Adds a command: `examples` are uses of it as one would type them behind the name of the program,
-    // `declare` tells the parser where the arguments go, `run` carries the command out.
+    // Adds a command. `examples` are example command lines without the program name, `declare` binds the
+    // arguments to the parser, and `run` executes the command.
     template <class Arguments>
     void Add(const char* name, const char* description, std::initializer_list<std::string_view> examples,
              void (*declare)(CLI::App&, Arguments&), Report (*run)(const Arguments&)) {
@@ -40,7 +40,7 @@ public:
         AddCommand(name, description, examples, run);
     }
 
-    // Adds a command that only leads to others.
+    // Adds a command that consists only of subcommands.
     CommandSet AddSet(const char* name, const char* description);
 
 private:
@@ -51,7 +51,7 @@ private:
     Action& chosen;
 };
 
-// Arguments that commands declare. Each is required, but for the one that takes any number of numbers.
+// Declare an argument of a command. All are required, except the one that accepts any number of numbers.
 void AddArgument(CLI::App& command, const char* name, std::string& text, const char* description);
 void AddArgument(CLI::App& command, const char* name, std::int32_t& number, const char* description);
 void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description);
@@ -60,7 +60,7 @@ void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& nu
 
 void AddFlag(CLI::App& command, const char* name, bool& flag, const char* description);
 
-// Adds an option with a value, which the help calls by the name of its type.
+// Adds an option with a value. The help shows the value as `type`.
 void AddOption(CLI::App& command, const char* name, const char* type, std::optional<std::string>& text,
                const char* description);
 

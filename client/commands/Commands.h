@@ -1,4 +1,4 @@
-// The commands of zotdamctl, by what they are about.
+// The commands of zotdamctl, grouped by subject.
 #pragma once
 
 #include "commands/CommandSet.h"

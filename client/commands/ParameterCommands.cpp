@@ -60,7 +60,7 @@ Report ListParams(const ParamsArguments& arguments) {
     const Params params =
         Collect(arguments.defaults ? library.GetParameterDefault : library.GetParameter, arguments.scheme);
     if (!arguments.defaults)
-        RequireIdle(UserSettings);  // the library would have given the defaults for the user's values
+        RequireIdle(UserSettings);  // else the library returned the defaults, not the user's values
     Json list = Json::array();
     for (const auto& [functionId, value] : params)
         list.push_back(ParamJson(functionId, value));
@@ -71,7 +71,8 @@ Report ListParams(const ParamsArguments& arguments) {
              {"parameters", list}}};
 }
 
-// An option, or nothing when the parameter selects none: then the library leaves the field as it finds it.
+// Returns the option, or nothing if the parameter selects none. In that case the library does not write the
+// field, so the two initial values differ.
 std::optional<std::int32_t> Option(std::uint32_t overZeros, std::uint32_t overOnes) {
     if (overZeros != overOnes)
         return {};
@@ -109,8 +110,7 @@ Report ListCurrentOptions(const CurrentArguments& arguments) {
             {{"scheme", SchemeGuid(arguments.scheme)}, {"options", list}}};
 }
 
-// A function that the library knows neither from the catalogue nor from the user's settings is a typing
-// error.
+// Throws if the function is in neither the catalogue nor the user's settings: the id is probably mistyped.
 void RequireFunction(const Library& library, const SetParameterArguments& arguments) {
     if (Collect(library.GetParameterDefault, arguments.scheme).contains(arguments.functionId) ||
         Collect(library.GetParameter, arguments.scheme).contains(arguments.functionId))
@@ -119,12 +119,13 @@ void RequireFunction(const Library& library, const SetParameterArguments& argume
                 std::to_string(arguments.functionId) + "."};
 }
 
-// The library leaves these two out when the display lacks one of their refresh rates.
+// The library omits these two if the display does not support one of their refresh rates.
 bool MayBeHidden(std::int32_t functionId) noexcept {
     return functionId == 7 || functionId == 8;
 }
 
-// Whether the value arrived but is hidden. Throws when it did not arrive, of which the library tells nothing.
+// Returns whether the function is hidden, so that its value cannot be verified. Throws if the value was not
+// stored, because the library does not report it.
 bool VerifyStored(const Library& library, const SetParameterArguments& arguments) {
     const Params params = Collect(library.GetParameter, arguments.scheme);
     RequireSaved(UserSettings);
@@ -157,7 +158,7 @@ Report SetParams(const SetParameterArguments& arguments) {
     return Store(library, arguments);
 }
 
-// Sets one of the two indices of a function; the other one stays.
+// Sets one of the two indices of a function and keeps the other one.
 template <std::int32_t ParamValue::*Index>
 Report SetIndex(const SetIndexArguments& arguments) {
     SetParameterArguments all = {arguments.scheme, arguments.functionId, {}};
@@ -183,7 +184,7 @@ void DeclareSetIndex(CLI::App& command, SetIndexArguments& arguments) {
 
 Report Reset() {
     const Library library;
-    // The library resets the settings as this process last read them, so it has to read them first.
+    // The library resets the settings that this process last read, so they must be read first.
     Text any = {};
     library.GetCommonSetting(L"any", any);
     const bool reset = library.ResetDefault();

@@ -56,10 +56,11 @@ struct Difference {
 
 struct Differences {
     std::vector<Difference> list;
-    bool complete = true;  // the library's texts are cut where they do not fit its buffers
+    bool complete = true;  // false if the library may have truncated a string
 };
 
-// The lines of one of the library's texts. Each ends in this pair; what follows the last one is cut off.
+// Splits one of the library's strings into lines. Each line ends with this pair. The rest after the last pair
+// is a truncated line and is dropped.
 std::vector<std::string> Lines(std::wstring_view text) {
     constexpr std::wstring_view LineEnd = L"\n\r";
     std::vector<std::string> lines;
@@ -70,7 +71,7 @@ std::vector<std::string> Lines(std::wstring_view text) {
     return lines;
 }
 
-// A text that is cut has one unit less where it would have ended inside a surrogate pair.
+// A truncated string is one code unit shorter if it would have ended inside a surrogate pair.
 bool MayBeCut(std::wstring_view text) {
     return text.size() + 2 >= TextCapacity;
 }
@@ -83,7 +84,7 @@ Differences Compare(const Library& library, const DiffArguments& arguments, std:
     const std::vector<std::string> settings = Lines(values);
     Differences differences{{}, !MayBeCut(names) && !MayBeCut(values)};
     for (std::size_t i = 0; i < functions.size() && i < settings.size(); ++i)
-        differences.list.push_back({functions[i].substr(2), settings[i]});  // behind the "- "
+        differences.list.push_back({functions[i].substr(2), settings[i]});  // without the "- "
     return differences;
 }
 

@@ -22,7 +22,7 @@ Report GetSetting(const GetSettingArguments& arguments) {
     const Library library;
     ZOTDam::Text value = {};
     const bool found = library.GetCommonSetting(ToUtf16(arguments.name).c_str(), value);
-    // The library would have passed over a file in use, and answered from the next one.
+    // The library skips a file in use and returns the value of the next file.
     RequireIdle(UserSettings);
     RequireIdle(Defaults);
     if (!found)
