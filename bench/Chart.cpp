@@ -17,7 +17,7 @@ constexpr double PlotHeight = 100;
 constexpr double Left = 38;
 constexpr double Top = 28;
 
-// The decades of microseconds that every panel shows.
+// The range of every panel, in decades of microseconds.
 constexpr double LowestDecade = -2;
 constexpr double HighestDecade = 8;
 
@@ -26,7 +26,7 @@ struct Point {
     double cost;
 };
 
-// Places costs and sizes in a panel.
+// Converts costs and sizes to positions in a panel.
 struct Scale {
     double smallest;
     double largest;

@@ -7,8 +7,8 @@
 
 namespace ZOTDam::Bench {
 
-// Draws an SVG: one panel for each export, cost over size, both on logarithmic scales; the library as a line,
-// its floor as a dashed one.
+// Draws an SVG chart with one panel for each export. A panel shows cost over size on logarithmic scales: a
+// solid line for the library, a dashed line for the baseline.
 void WriteChart(const std::vector<Result>& results, std::ostream& out);
 
 }  // namespace ZOTDam::Bench

@@ -11,7 +11,7 @@ constexpr int DisplayItems = 3;
 constexpr int LabelCount = 20;
 constexpr int GroupCount = 10;
 
-// The refresh-rate functions have the ids 7 and 8: they come in at every size.
+// Ids start at 1 so that the refresh-rate functions, 7 and 8, are included at every size.
 constexpr int FirstId = 1;
 
 std::string Attribute(const char* name, const std::string& value) {
@@ -22,7 +22,7 @@ std::string Attribute(const char* name, int value) {
     return Attribute(name, std::to_string(value));
 }
 
-// The keys spread over all of the string table.
+// Distributes the keys over the whole string table.
 std::string NameKey(int id) {
     return "FunctionName" + std::to_string(id * 7 % (StringTableEntries - LabelCount - GroupCount));
 }

@@ -1,17 +1,17 @@
-// Data files of a given size, with the attributes and items that functions of real catalogues have.
+// Generates data files of a given size. Functions have the same attributes and items as in real catalogues.
 #pragma once
 
 #include <string>
 
 namespace ZOTDam::Bench {
 
-// How many entries the string table has, whatever the size of the other files.
+// The number of entries of the string table, which does not depend on the size of the other files.
 inline constexpr int StringTableEntries = 2000;
 
 std::string DefaultsFile(int functions);
 std::string UserFile(int functions);
 
-// As many functions, and as many settings in spec schemes.
+// Contains this number of functions, and the same number of settings in spec schemes.
 std::string BaseFile(int functions);
 
 std::string StringTable();

@@ -197,7 +197,7 @@ long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme) {
     ForEach(FindScheme(settings, scheme), L"Function", [&](IXMLDOMNode* function) {
         sum += Numbers(function, {L"ID", L"ACParamIndex", L"DCParamIndex"});
     });
-    // Once for each of the two refresh-rate functions.
+    // The library queries the display once for each of the two refresh-rate functions.
     return sum + QueryDisplay() + QueryDisplay();
 }
 

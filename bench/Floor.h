@@ -1,5 +1,5 @@
-// What a program without the library would write for each of its exports: straight-line MSXML code that makes
-// the same loads, selections, reads, writes and saves, and the same queries of the display, and nothing else.
+// The baseline of each export: the straight-line MSXML code that a program would use without the library. It
+// only makes the same loads, selections, reads, writes, saves and display queries.
 #pragma once
 
 #include <vector>
@@ -8,10 +8,10 @@
 
 namespace ZOTDam::Bench {
 
-// How a writing program brings its document to the disk.
+// The method that saves a document.
 using SaveDocument = void (PlainDocument::*)(const std::filesystem::path& file) const;
 
-// The nodes of a base function that a client hands over.
+// The nodes of a base function that a client passes to the library.
 struct PlainFunction {
     IXMLDOMNodePtr display;
     IXMLDOMNodePtr defaults;
@@ -25,17 +25,16 @@ long ReadBase(const PlainDocument& base);
 long ReadSpecSchemes(const PlainDocument& base);
 long ReadDefaultParameters(const PlainDocument& defaults);
 
-// The same with the calls that a DOM carries out fastest: from sibling to sibling, and each attribute by its
-// name.
+// The same with the calls that the DOM executes fastest: from sibling to sibling, and attributes by name.
 long WalkDefaultParameters(const PlainDocument& defaults);
 
 long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme);
 long ReadSetting(const std::filesystem::path& userFile);
 
-// Looks for each key of each function at all entries of the table, one after the other, until it is found.
+// Looks up each key of each function with a linear search of the table's entries.
 long TranslateFunctions(const PlainDocument& defaults, const PlainDocument& stringTable);
 
-// The same for the keys of a difference in every function.
+// The same for the keys of a list of differences that contains every function.
 long TranslateDifferences(const PlainDocument& defaults, const PlainDocument& stringTable);
 
 void WriteScheme(const std::filesystem::path& userFile, const wchar_t* scheme, SaveDocument save);

@@ -1,4 +1,4 @@
-// Measures each export of the library against its floor.
+// Compares each export of the library with its baseline.
 #include <windows.h>
 
 #include <psapi.h>
@@ -17,7 +17,7 @@ namespace ZOTDam::Bench {
 
 namespace {
 
-// In KiB, of all that the library holds for data files of that size.
+// Returns the peak memory of this process in KiB, after the library has loaded all data of this size.
 unsigned long long PeakMemory(int functions) {
     Workbench bench{functions};
     bench.FillLibrary();

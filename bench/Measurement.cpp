@@ -11,7 +11,7 @@ namespace {
 constexpr int FewestRounds = 3;
 constexpr int MostRounds = 301;
 
-// What is over sooner than the clock can tell is repeated.
+// Shorter runs, in microseconds, are repeated because of the resolution of the clock.
 constexpr double ShortestRun = 200;
 
 double Now() {

@@ -6,16 +6,16 @@
 
 namespace ZOTDam::Bench {
 
-// One export at one size, and what it is compared with.
+// One export at one size, and its baseline.
 struct Case {
     std::string name;
     std::function<void()> library;
-    std::function<void()> floor = {};         // none where no document is touched
-    std::function<void()> prepare = {};       // before each call of the library, untimed
-    std::function<void()> prepareFloor = {};  // before each floor
+    std::function<void()> floor = {};         // empty if no document is used
+    std::function<void()> prepare = {};       // before each call of the library, not measured
+    std::function<void()> prepareFloor = {};  // before each run of the baseline
 };
 
-// Medians in microseconds. The ratio is the median of the ratios of the rounds.
+// Medians in microseconds. The ratio is the median of the rounds' ratios.
 struct Result {
     std::string name;
     int size = 0;
@@ -25,7 +25,7 @@ struct Result {
     double ratio = 0;
 };
 
-// Runs the library and the floor in turn, as often as the time allows.
+// Runs the library and the baseline alternately, as often as the time permits.
 Result Measure(const Case& measured, int size, double seconds);
 
 double Median(std::vector<double> values);

@@ -1,5 +1,5 @@
-// The calls of MSXML that programs consist of which have no library: selections by XPath, attributes through
-// the attribute map. Failures are not looked at.
+// The MSXML calls of a program that does not use the library: selections by XPath, attributes through the
+// attribute map. Errors are not checked.
 #pragma once
 
 #include <comdef.h>
@@ -19,7 +19,7 @@ namespace ZOTDam::Bench {
 
 _COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, __uuidof(IXMLDOMNodeList));
 
-// A document that is loaded from a file.
+// A document loaded from a file.
 class PlainDocument {
 public:
     explicit PlainDocument(const std::filesystem::path& file);
@@ -27,17 +27,18 @@ public:
     IXMLDOMDocument2Ptr operator->() const { return document; }
     IXMLDOMNodePtr Root() const;
 
-    // As the library saves: beside the file, through to the disk, and moved over the file.
+    // Saves as the library does: writes a temporary file, flushes it to the disk and replaces the file with
+    // it.
     void SaveDurably(const std::filesystem::path& file) const;
 
-    // As the DOM saves.
+    // Saves with the DOM's own method.
     void Save(const std::filesystem::path& file) const;
 
 private:
     IXMLDOMDocument2Ptr document;
 };
 
-// The first of these children for which the predicate holds, or null.
+// Returns the first child with this name that satisfies the predicate, or null.
 template <class Predicate>
 IXMLDOMNodePtr Find(IXMLDOMNode* parent, const CName& name, Predicate predicate) {
     IXMLDOMNodeListPtr children;
@@ -63,7 +64,7 @@ void ForEach(IXMLDOMNode* parent, const CName& name, Action action) {
 
 IXMLDOMNodePtr Child(IXMLDOMNode* parent, const CName& name);
 
-// A sum over what was read: nobody may leave a read out.
+// Return a sum over the values read, so that no read can be omitted.
 long Numbers(IXMLDOMNode* element, std::initializer_list<CName> names);
 long Texts(IXMLDOMNode* element, std::initializer_list<CName> names);
 _variant_t Attribute(IXMLDOMNode* element, const CName& name);

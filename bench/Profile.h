@@ -6,7 +6,8 @@
 
 namespace ZOTDam::Bench {
 
-// In which modules a call spends its time, in percent: a thousand times a second somebody looks where it is.
+// Returns the percentage of a call's time that is spent in each module. A second thread samples the call
+// about a thousand times per second.
 std::map<std::string, double> Profile(const std::function<void()>& call, double seconds);
 
 }  // namespace ZOTDam::Bench

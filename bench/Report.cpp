@@ -11,7 +11,7 @@ namespace ZOTDam::Bench {
 
 namespace {
 
-// Three digits, in the unit that suits the number.
+// Formats a duration with three digits, in a suitable unit.
 std::string Duration(double microseconds) {
     static constexpr struct {
         double factor;
@@ -37,7 +37,7 @@ std::string Ratio(const Result& result) {
     return result.floor > 0 ? Decimal(result.ratio) : "";
 }
 
-// The results of one export, by size.
+// The results of an export, by size.
 using BySize = std::map<int, Result>;
 
 std::vector<std::pair<std::string, BySize>> ByExport(const std::vector<Result>& results) {
@@ -52,7 +52,7 @@ std::vector<std::pair<std::string, BySize>> ByExport(const std::vector<Result>& 
     return grouped;
 }
 
-// How much the largest size costs, as a multiple of the one before it.
+// Returns the cost at the largest size, divided by the cost at the previous size.
 std::string Slope(const BySize& sizes) {
     if (sizes.size() < 2)
         return "";

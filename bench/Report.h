@@ -7,10 +7,10 @@
 
 namespace ZOTDam::Bench {
 
-// A line of the table on the terminal.
+// Prints one row of the table on the terminal.
 void PrintRow(const Result& result);
 
-// Writes those for which there is a file name.
+// Writes the reports whose file name is not empty.
 void WriteReports(const std::vector<Result>& results, const std::string& json, const std::string& markdown,
                   const std::string& chart);
 

@@ -15,7 +15,7 @@ constexpr GUID HighPerformance = {
 constexpr wchar_t BalancedText[] = L"381b4222-f694-41f0-9685-ff5bb260df2e";
 constexpr wchar_t HighPerformanceText[] = L"8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c";
 
-// A callback that does nothing: the floor has none.
+// A callback that does nothing, because the baseline has no callbacks.
 template <class Interface>
 Interface* Nobody() {
     static auto callback = MakeCallback<Interface>([](auto...) {});
@@ -68,7 +68,7 @@ void Workbench::FillLibrary() {
 }
 
 void Workbench::UnloadLibrary() {
-    // The records that the client keeps hold nodes of the library's documents.
+    // Freed first, because these records hold nodes of the library's documents.
     handedOver.records.clear();
     library.reset();
 }

@@ -1,4 +1,4 @@
-// An installation of a given size with the library on it, and the documents of the floor beside.
+// An installation of a given size, with the loaded library and the documents of the baseline.
 #pragma once
 
 #include <optional>
@@ -12,17 +12,17 @@
 
 namespace ZOTDam::Bench {
 
-// Marks the cases whose floor saves as the DOM does: not through to the disk, and not in one step.
+// Marks the cases whose baseline uses the DOM's save, which neither flushes to the disk nor is atomic.
 inline constexpr std::string_view PlainSaveSuffix = " (DOM's save)";
 
 class Workbench {
 public:
     explicit Workbench(int functions);
 
-    // The exports, in an order in which none disturbs a later one.
+    // Returns the exports, ordered so that no export affects a later one.
     std::vector<Case> Cases();
 
-    // Makes the library hold all that it can hold.
+    // Makes the library load all data that it can hold.
     void FillLibrary();
 
 private:
@@ -34,13 +34,13 @@ private:
 
     void UnloadLibrary();
 
-    // No floor where asking the DOM for each text would take minutes.
+    // Returns no baseline if looking up each text in the DOM would take minutes.
     std::function<void()> UnlessTooLong(std::function<void()> floor) const;
 
     void WriteUserFiles() const;
     FunctionBaseHolder BaseFunctions() const;
 
-    // The floor writes to files of its own beside those of the library.
+    // The baseline writes to separate files, in the folders of the library's files.
     std::filesystem::path FloorUserFile() const;
     std::filesystem::path FloorDefaultsFile() const;
 
