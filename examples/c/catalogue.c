@@ -78,7 +78,7 @@ void ListUnsupported(const struct ZdExports* zd) {
 /* [end GetFunctionBaseUnSupported] */
 
 /* [begin CopyLists] */
-/* A node is its links and, behind them, the record. */
+/* A node consists of its links, followed by the record. */
 static void* Allocate(size_t size) {
     void* const memory = malloc(size);
     if (memory == NULL)
@@ -92,7 +92,7 @@ static void MakeEmpty(struct ZdList* list) {
     list->count = 0;
 }
 
-/* Appends a copy of a record, and gives the copy. */
+/* Appends a copy of a record and returns the copy. */
 static void* Append(struct ZdList* list, const void* record, size_t size) {
     struct ZdLinks* const node = Allocate(sizeof *node + size);
     node->next = list->head;
@@ -122,7 +122,7 @@ static void FreeList(struct ZdList* list) {
 /* [end CopyLists] */
 
 /* [begin CopyFunctionBase] */
-/* A copy of a record has lists of its own, and a reference of its own to each node. */
+/* Copies a record with its lists, and adds a reference to each node. */
 static void AppendFunction(struct ZdList* functions, const struct ZdFunctionBaseRecord* record) {
     struct ZdFunctionBaseRecord* const copy = Append(functions, record, sizeof *record);
     struct ZdLinks* node;
@@ -159,14 +159,14 @@ static void FreeFunctions(struct ZdList* functions) {
 /* [end CopyFunctionBase] */
 
 /* [begin AddFunctionDefault] */
-/* A callback's own data follows the table. */
+/* The data of a callback follows the pointer to its table. */
 struct Keeper {
     struct ZdFunctionBaseCallback callback;
     struct ZdList* functions;
 };
 
 static void Keep(struct ZdFunctionBaseCallback* self, const struct ZdFunctionBaseRecord* record) {
-    /* A real program makes the checks of each record and keeps those that this machine supports. */
+    /* A real program performs each record's checks and keeps only the supported functions. */
     AppendFunction(((struct Keeper*)self)->functions, record);
 }
 

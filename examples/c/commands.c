@@ -18,8 +18,8 @@ void ListCommands(const struct ZdExports* zd, const GUID* scheme) {
 /* [end GetCommandInfo] */
 
 /* [begin GetDiffFuncList] */
-/* Ends the text behind its first line, and gives what follows. A line ends in a line feed and a carriage
- * return. */
+/* Terminates the string after its first line and returns the rest. A line ends with a line feed and a
+ * carriage return. */
 static wchar_t* EndLine(wchar_t* text) {
     wchar_t* const end = wcsstr(text, L"\n\r");
     if (end == NULL)
@@ -37,7 +37,7 @@ void ListDifferences(const struct ZdExports* zd, const GUID* schemeA, const GUID
         puts("no difference");
         return;
     }
-    /* Both texts are cut to the buffers, each for itself: one may have fewer lines than the other. */
+    /* Each string is truncated separately, so one may have fewer lines than the other. */
     while (*name != L'\0') {
         wchar_t* const nextName = EndLine(name);
         wchar_t* const nextValue = EndLine(value);

@@ -1,4 +1,4 @@
-/* The examples of docs/clients.md in C. Each prints what it sees, the same as its counterpart in C++. */
+/* The C examples of docs/clients.md. Each prints the same results as the C++ example. */
 #ifndef ZOTDAM_EXAMPLES_H
 #define ZOTDAM_EXAMPLES_H
 
@@ -9,7 +9,7 @@ struct Library {
     struct ZdExports exports;
 };
 
-/* text.c: a text as UTF-8, for the console. At most four of these are valid at a time. */
+/* text.c: converts a string to UTF-8 for the console. Only the last four results are valid. */
 const char* ToUtf8(const wchar_t* text);
 const char* YesOrNo(bool answer);
 

@@ -6,7 +6,7 @@
 #include "examples.h"
 
 /* [begin Load] */
-/* The DLL that lies beside the program. */
+/* Loads the DLL from the folder of the program. */
 static HMODULE LoadDll(void) {
     wchar_t path[MAX_PATH];
     const DWORD length = GetModuleFileNameW(NULL, path, MAX_PATH);
@@ -17,13 +17,13 @@ static HMODULE LoadDll(void) {
     return LoadLibraryExW(path, NULL, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
-/* COM is to be initialised on this thread before. */
+/* Initialise COM on this thread before calling this. */
 bool Load(struct Library* library) {
     library->dll = LoadDll();
     if (library->dll == NULL)
         return false;
     bool complete = true;
-    /* A function pointer of any type may take the detour over void (*)(void). */
+    /* Function pointers of any type can be converted by way of void (*)(void). */
 #define LOAD_EXPORT(result, name, arguments)                                                          \
     library->exports.name = (result(*) arguments)(void (*)(void))GetProcAddress(library->dll, #name); \
     complete = complete && library->exports.name != NULL;
@@ -34,7 +34,7 @@ bool Load(struct Library* library) {
     return complete;
 }
 
-/* COM is to be left after this. */
+/* Call CoUninitialize only after this. */
 void Unload(struct Library* library) {
     library->exports.ZOTDamExit();
     FreeLibrary(library->dll);
@@ -63,7 +63,7 @@ bool LoadByHand(void) {
         return false;
     const uint32_t before = library.exports.GetFuncCount();
     library.exports.ZOTDamExit();
-    library.exports.ZOTDamExit(); /* does nothing more, and is true again */
+    library.exports.ZOTDamExit(); /* has no further effect and returns true again */
     const bool unavailable = library.exports.GetFuncCount() == ZD_CATALOGUE_UNAVAILABLE;
     printf("before ZOTDamExit: %u functions, after it: %s\n", before, unavailable ? "none" : "some");
     FreeLibrary(library.dll);

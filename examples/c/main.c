@@ -1,5 +1,5 @@
-/* Runs all examples on a copy of an installation, the folders "Program Files" and "ProgramData" in the given
-   folder: examples_c FOLDER */
+/* Runs all examples on a copy of an installation. FOLDER must contain the folders "Program Files" and
+   "ProgramData": examples_c FOLDER */
 #include <objbase.h>
 
 #include <stdio.h>
@@ -10,7 +10,7 @@ static const GUID balanced = {0x381b4222, 0xf694, 0x41f0, {0x96, 0x85, 0xff, 0x5
 static const GUID powerSaver = {0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}};
 
 /* [begin DataFolders] */
-/* The library finds its files through two variables of its process, "ProgramFiles" and "ProgramData". */
+/* "ProgramFiles" and "ProgramData" in the environment determine the folders of the library's files. */
 static bool Redirect(const char* variable, const char* folder, const char* subfolder) {
     char absolute[MAX_PATH];
     char path[MAX_PATH];

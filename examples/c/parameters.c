@@ -40,12 +40,12 @@ void ChangeParameters(const struct ZdExports* zd, const GUID* scheme) {
     struct ZdParameterCallback callback = {&table};
     struct ZdParamTreeNode nil, first, second;
     const struct ZdParamMapHolder holder = {NULL, {&nil, 2}};
-    /* The tree has the first node as its root, and the second, of a larger id, to the right of it. */
+    /* The first node is the root. The second node has a larger id, so it is the right child. */
     first = (struct ZdParamTreeNode){&nil, &nil, &second, 1, 0, 1, {0, 2}};
     second = (struct ZdParamTreeNode){&nil, &first, &nil, 1, 0, 2, {5, 5}};
     nil = (struct ZdParamTreeNode){&first, &first, &second, 1, 1, 0, {0, 0}};
     printf("accepted: %s\n", YesOrNo(zd->SetParameter(scheme, &holder)));
-    /* True says nothing about the file. Who has to know reads the values again. */
+    /* True does not mean that the file was written. To verify it, read the values again. */
     zd->GetParameter(scheme, &callback);
 }
 /* [end SetParameter] */
@@ -58,7 +58,7 @@ void LoadCurrentValues(const struct ZdExports* zd, const GUID* scheme) {
 
 /* [begin GetFuncCurValue] */
 void ListCurrentValues(const struct ZdExports* zd) {
-    /* Set before each call: a field whose parameter selects no option stays as it is. */
+    /* Initialise before each call: a field is unchanged if its parameter selects no option. */
     static const struct ZdFuncCurValue none = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
     struct ZdFuncCurValue value = none;
     for (uint32_t position = 0; zd->GetFuncCurValue(position, &value); ++position) {
@@ -71,10 +71,10 @@ void ListCurrentValues(const struct ZdExports* zd) {
 
 /* [begin ResetDefault] */
 void ForgetEverything(const struct ZdExports* zd) {
-    /* ResetDefault works on what this process has read last: reading a setting reads the file. */
+    /* ResetDefault uses the settings that this process last read. Reading a setting reads the file. */
     ZdText ignored;
     zd->GetCommonSetting(L"any", ignored);
     printf("reset: %s\n", YesOrNo(zd->ResetDefault()));
-    printf("reset again: %s\n", YesOrNo(zd->ResetDefault())); /* no scheme is left */
+    printf("reset again: %s\n", YesOrNo(zd->ResetDefault())); /* there are no schemes left */
 }
 /* [end ResetDefault] */

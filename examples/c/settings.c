@@ -42,7 +42,7 @@ void ReadSetting(const struct ZdExports* zd) {
 /* [begin SetCommonSetting] */
 void ChangeSetting(const struct ZdExports* zd) {
     printf("stored: %s\n", YesOrNo(zd->SetCommonSetting(L"LowBatteryWarning", L"20")));
-    /* A name that no XML attribute can have is refused. */
+    /* A name that is not valid for an XML attribute is rejected. */
     printf("stored: %s\n", YesOrNo(zd->SetCommonSetting(L"low battery", L"20")));
 }
 /* [end SetCommonSetting] */

@@ -1,7 +1,7 @@
 #include "examples.h"
 
 const char* ToUtf8(const wchar_t* text) {
-    /* A unit of UTF-16 takes up to three bytes. */
+    /* A UTF-16 code unit takes up to three bytes. */
     static char texts[4][3 * ZD_TEXT_CAPACITY];
     static unsigned int next;
     char* const utf8 = texts[next++ % 4];

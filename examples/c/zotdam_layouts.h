@@ -1,5 +1,5 @@
-/* The records, lists, maps and callbacks of ZOTDam.dll for C (C11, x86-64): what include/ZOTDam.h declares in
-   C++. Every number is an offset or a size of the binary interface, proved by the compiler. */
+/* The records, lists, maps and callbacks of ZOTDam.dll for C (C11, x86-64), as include/ZOTDam.h declares them
+   for C++. Every number is an offset or a size of the binary interface, checked at compile time. */
 #ifndef ZOTDAM_LAYOUTS_H
 #define ZOTDAM_LAYOUTS_H
 
@@ -32,13 +32,13 @@ ZD_SIZE(ZdLinks, 16);
 
 struct ZdList {
     struct ZdLinks*
-        head;       /* the sentinel: next is the first node, prev the last, both itself in an empty list */
-    uint64_t count; /* 0 says that the list is empty, whatever the links say */
+        head;       /* the sentinel: next is the first node, prev the last; itself if the list is empty */
+    uint64_t count; /* if 0, the list is empty, regardless of the links */
 };
 ZD_SIZE(ZdList, 16);
 ZD_AT(ZdList, count, 8);
 
-/* The record of a node, which follows the links. */
+/* Returns the record of a node, which follows the links. */
 #define ZD_RECORD(type, links) ((const struct type*)((const struct ZdLinks*)(links) + 1))
 
 /* ---- Functions of the catalogue -------------------------------------------------------------------------
@@ -114,7 +114,7 @@ struct ZdFunctionBaseRecord {
     int32_t flag;
     ZdText name;
     ZdText group;
-    struct IXMLDOMNode* displayNode; /* one reference of its own, or null */
+    struct IXMLDOMNode* displayNode; /* owns one reference, or null */
     struct IXMLDOMNode* defaultNode;
     struct ZdList commandFamilies; /* of ZdCommandFamily */
 };
@@ -148,7 +148,7 @@ struct ZdParamTreeNode {
     struct ZdParamTreeNode* left;
     struct ZdParamTreeNode* parent;
     struct ZdParamTreeNode* right;
-    char color; /* the client's own */
+    char color; /* for the client */
     char isNil; /* 1 for the nil node, 0 for all others */
     int32_t functionId;
     struct ZdParamValue value;
@@ -254,7 +254,7 @@ struct ZdFunctionInfoTable {
                    const struct ZdFunctionRecord* record);
 };
 
-/* Of GetParameter and GetParameterDefault. */
+/* For GetParameter and GetParameterDefault. */
 struct ZdParameterCallback {
     const struct ZdParameterTable* table;
 };

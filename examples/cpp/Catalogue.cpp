@@ -1,4 +1,4 @@
-// The records of the base catalogue refer to nodes of its document.
+// Required because the records of the base catalogue refer to nodes of its document.
 #include <msxml2.h>
 
 #include <cstdio>
@@ -19,7 +19,7 @@ void CountFunctions(const ZOTDam::Library& library) {
 
 // [begin GetFunctionInfo]
 void ListFunctions(const ZOTDam::Library& library) {
-    // The library's records are gone when GetFunctionInfo returns. A copy takes the lists along.
+    // The records are valid only during the callback. Copying a record also copies its lists.
     std::map<std::uint32_t, ZOTDam::FunctionRecord> functions;
     auto keep = ZOTDam::MakeCallback<ZOTDam::IGetFunctionInfoCallback>(
         [&](std::uint32_t id, const ZOTDam::FunctionRecord* record) { functions.emplace(id, *record); });
@@ -60,14 +60,14 @@ void ListUnsupported(const ZOTDam::Library& library) {
 
 // [begin AddFunctionDefault]
 void AdoptAll(const ZOTDam::Library& library) {
-    // A real program makes the checks of each record and keeps those that this machine supports.
+    // A real program performs each record's checks and keeps only the supported functions.
     ZOTDam::FunctionBaseHolder holder;
     auto keep = ZOTDam::MakeCallback<ZOTDam::IGetFunctionBaseCallback>(
         [&](const ZOTDam::FunctionBaseRecord* record) { holder.records.push_back(*record); });
     library.GetFunctionBase(&keep);
     std::printf("%zu functions adopted: %s\n", holder.records.size(),
                 library.AddFunctionDefault(&holder) ? "yes" : "no");
-}  // the copies give back their nodes here, while COM is still initialised
+}  // the copies release their nodes here, while COM is still initialised
 // [end AddFunctionDefault]
 
 }  // namespace Examples

@@ -25,14 +25,14 @@ void ListDifferences(const ZOTDam::Library& library, const GUID& schemeA, const 
         std::puts("no difference");
         return;
     }
-    // Removes the first line and gives it. A line ends in a line feed and a carriage return.
+    // Removes and returns the first line. A line ends with a line feed and a carriage return.
     const auto takeLine = [](std::wstring& text) {
         const std::size_t end = text.find(L"\n\r");
         std::wstring line = text.substr(0, end);
         text.erase(0, end == std::wstring::npos ? end : end + 2);
         return line;
     };
-    // Both texts are cut to the buffers, each for itself: one may have fewer lines than the other.
+    // Each string is truncated separately, so one may have fewer lines than the other.
     std::wstring restOfValues = values;
     for (std::wstring rest = names; !rest.empty();) {
         const std::wstring name = takeLine(rest);

@@ -1,4 +1,4 @@
-// The examples of docs/clients.md in C++. Each prints what it sees, and says what it asks of its caller.
+// The C++ examples of docs/clients.md. Each prints its results.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ inline constexpr GUID Balanced = {
 inline constexpr GUID PowerSaver = {
     0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}};
 
-// For the console.
+// Converts a string to UTF-8 for the console.
 std::string ToUtf8(const wchar_t* text);
 
 // Lifetime.cpp

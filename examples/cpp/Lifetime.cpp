@@ -13,13 +13,13 @@ void LoadAndUnload() {
 
 // [begin ZOTDamExit]
 void LoadByHand() {
-    const ZOTDam::ComScope com;  // first in, last out
+    const ZOTDam::ComScope com;  // initialised first, released last
     const ZOTDam::Module module{ZOTDam::Library::ProgramFolder() / L"ZOTDam.dll"};
     const auto getFuncCount = module.Export<decltype(&ZOTDam::GetFuncCount)>("GetFuncCount");
     const auto zotDamExit = module.Export<decltype(&ZOTDam::ZOTDamExit)>("ZOTDamExit");
     const std::uint32_t before = getFuncCount();
     zotDamExit();
-    zotDamExit();  // does nothing more, and is true again
+    zotDamExit();  // has no further effect and returns true again
     const bool unavailable = getFuncCount() == ZOTDam::CatalogueUnavailable;
     std::printf("before ZOTDamExit: %u functions, after it: %s\n", before, unavailable ? "none" : "some");
 }

@@ -1,5 +1,5 @@
-// Runs all examples on a copy of an installation, the folders "Program Files" and "ProgramData" in the given
-// folder:
+// Runs all examples on a copy of an installation. FOLDER must contain the folders "Program Files" and
+// "ProgramData":
 //     examples_cpp FOLDER
 #include <cstdio>
 #include <exception>
@@ -11,7 +11,7 @@ namespace Examples {
 namespace {
 
 // [begin DataFolders]
-// The library finds its files through these two variables of its process.
+// These two environment variables of the process determine the folders of the library's files.
 void WorkOn(const std::filesystem::path& folder) {
     SetEnvironmentVariableW(L"ProgramFiles", (folder / L"Program Files").c_str());
     SetEnvironmentVariableW(L"ProgramData", (folder / L"ProgramData").c_str());

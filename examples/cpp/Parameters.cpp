@@ -27,11 +27,11 @@ void ListDefaults(const ZOTDam::Library& library, const GUID& scheme) {
 
 // [begin SetParameter]
 void ChangeParameters(const ZOTDam::Library& library, const GUID& scheme) {
-    // Function 1: the first option on mains, the third on battery; function 2: the last of six on both.
+    // Function 1: first option when plugged in, third on battery. Function 2: last of six for both.
     const ZOTDam::ParamHolder changes{{{1, {0, 2}}, {2, {5, 5}}}};
     std::printf("accepted: %s\n", library.SetParameter(&scheme, changes.get()) ? "yes" : "no");
 
-    // True says nothing about the file. Who has to know reads the values again.
+    // True does not mean that the file was written. To verify it, read the values again.
     auto print = ZOTDam::MakeCallback<ZOTDam::IGetParameterCallback>(
         [](std::int32_t id, const ZOTDam::ParamValue* value) {
             if (id == 1 || id == 2)
@@ -50,7 +50,7 @@ void LoadCurrentValues(const ZOTDam::Library& library, const GUID& scheme) {
 // [begin GetFuncCurValue]
 void ListCurrentValues(const ZOTDam::Library& library) {
     constexpr std::uint32_t none = 0xFFFFFFFF;
-    // Set before each call: a field whose parameter selects no option stays as it is.
+    // Initialise before each call: a field is unchanged if its parameter selects no option.
     ZOTDam::FuncCurValue value{none, none, none};
     for (std::uint32_t position = 0; library.GetFuncCurValue(position, &value); ++position) {
         std::printf("function %u: option %u on mains, %u on battery\n", value.FunctionId, value.ACValue,
@@ -62,11 +62,11 @@ void ListCurrentValues(const ZOTDam::Library& library) {
 
 // [begin ResetDefault]
 void ForgetEverything(const ZOTDam::Library& library) {
-    // ResetDefault works on what this process has read last: reading a setting reads the file.
+    // ResetDefault uses the settings that this process last read. Reading a setting reads the file.
     wchar_t ignored[ZOTDam::TextCapacity];
     library.GetCommonSetting(L"any", ignored);
     std::printf("reset: %s\n", library.ResetDefault() ? "yes" : "no");
-    std::printf("reset again: %s\n", library.ResetDefault() ? "yes" : "no");  // no scheme is left
+    std::printf("reset again: %s\n", library.ResetDefault() ? "yes" : "no");  // there are no schemes left
 }
 // [end ResetDefault]
 

@@ -33,7 +33,7 @@ void ReadSetting(const ZOTDam::Library& library) {
 // [begin SetCommonSetting]
 void ChangeSetting(const ZOTDam::Library& library) {
     std::printf("stored: %s\n", library.SetCommonSetting(L"LowBatteryWarning", L"20") ? "yes" : "no");
-    // A name that no XML attribute can have is refused.
+    // A name that is not valid for an XML attribute is rejected.
     std::printf("stored: %s\n", library.SetCommonSetting(L"low battery", L"20") ? "yes" : "no");
 }
 // [end SetCommonSetting]
