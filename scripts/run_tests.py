@@ -61,6 +61,8 @@ class Job:
             self.seconds = time.monotonic() - start
 
     def output(self):
+        if not os.path.exists(self.log):
+            return ''
         with open(self.log, errors='replace') as log:
             return log.read().replace('\r', '')
 
@@ -87,13 +89,11 @@ class Shard(Job):
                 self.passed += 1
         if problem and not self.failures:
             self.failures.append((self.name, problem))
-        if problem and not results and os.path.exists(self.log):
+        if problem and not results:
             print(self.output()[-4000:])
 
     def done(self):
         """Returns how many tests have ended while the program runs. For display only; the results are authoritative."""
-        if not os.path.exists(self.log):
-            return 0
         return len(re.findall(r'^\[(?:       OK |  FAILED  )\] .*\(\d+ ms\)$', self.output(), re.M))
 
 
@@ -104,7 +104,7 @@ class Check(Job):
 
     def execute(self, environment):
         problem = self.run(environment)
-        output = self.output() if os.path.exists(self.log) else ''
+        output = self.output()
         counts = re.search(r'^(\d+) passed, (\d+) failed$', output.rsplit('\n', 2)[-2] if '\n' in output else '')
         failed = int(counts.group(2)) if counts else 1
         self.passed = int(counts.group(1)) if counts else 0
@@ -268,7 +268,7 @@ def collect_lists(build, pattern, workers):
     def task(program):
         return lambda environment: lists.update({program: list_tests(build, program, pattern, environment)})
     workers.run([task(program) for program in PROGRAMS])
-    return {program: lists[program] for program in PROGRAMS}
+    return {program: lists.get(program) for program in PROGRAMS}
 
 
 def make_jobs(build, lists, checks, pattern):
