@@ -89,7 +89,7 @@ private:
 
 TEST_F(FuzzTest, NoInputCrashesAnExportOrSpoilsAFile) {
     const unsigned first = NumberOr("ZOTDAM_FUZZ_SEED", 0);
-    const unsigned rounds = NumberOr("ZOTDAM_FUZZ_ROUNDS", static_cast<unsigned>(Rounds(150, 5000)));
+    const unsigned rounds = NumberOr("ZOTDAM_FUZZ_ROUNDS", static_cast<unsigned>(Rounds(80, 5000)));
     for (unsigned seed = first; seed - first < rounds; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         ASSERT_NO_THROW(Round(seed));

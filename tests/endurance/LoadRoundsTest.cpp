@@ -72,7 +72,7 @@ protected:
         for (int round = 0; round < 3; ++round)
             LiveOnce(life);
         const ProcessResources before;
-        const int rounds = Rounds(20, 1000);
+        const int rounds = Rounds(12, 1000);
         for (int round = 0; round < rounds && !HasFailure(); ++round)
             LiveOnce(life);
         const ProcessResources after;

@@ -183,7 +183,7 @@ inline void OfMarkers(PatchedImports& imports) {
 }  // namespace Shortages
 
 inline const std::vector<Shortage> shortages = {
-    {"Memory", &Shortages::OfMemory},       {"Texts", &Shortages::OfTexts},
+    {"Memory", &Shortages::OfMemory, 3},    {"Texts", &Shortages::OfTexts},
     {"Variants", &Shortages::OfVariants},   {"GuidTexts", &Shortages::OfGuidTexts},
     {"Documents", &Shortages::OfDocuments}, {"DomCalls", &Shortages::OfTheDom, 7},
     {"Paths", &Shortages::OfPaths},         {"Markers", &Shortages::OfMarkers},
