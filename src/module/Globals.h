@@ -4,8 +4,8 @@
 
 #include "catalogue/FunctionTable.h"
 #include "params/ParamMap.h"
-#include "schemes/SpecSchemeReader.h"
 #include "settings/CommonSettingStore.h"
+#include "spec_schemes/SpecSchemeReader.h"
 
 namespace ZOTDam {
 

@@ -1,7 +1,7 @@
 // The documents that the whole module uses.
 #pragma once
 
-#include "xml/Singleton.h"
+#include "platform/Singleton.h"
 #include "xml/StringTableControler.h"
 #include "xml/ZOTBase.h"
 #include "xml/ZOTDefault.h"

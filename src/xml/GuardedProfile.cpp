@@ -4,10 +4,10 @@
 
 #include <utility>
 
+#include "platform/BusyMarker.h"
 #include "platform/DurableFile.h"
 #include "platform/Failure.h"
 #include "platform/File.h"
-#include "xml/BusyMarker.h"
 
 namespace ZOTDam {
 

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/DataFolders.h"
 #include "platform/Failure.h"
 #include "platform/Folder.h"
 #include "platform/LocalisedFile.h"
-#include "xml/DataFolders.h"
 
 namespace ZOTDam {
 

@@ -1,5 +1,5 @@
 // Tests of the busy marker with fake mutex functions, for results that a second process cannot cause.
-#include "xml/BusyMarker.h"
+#include "platform/BusyMarker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "xml/BusyMarker.h"
+#include "platform/BusyMarker.h"
 
 namespace ZOTDam {
 

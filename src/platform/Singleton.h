@@ -9,8 +9,8 @@
 
 namespace ZOTDam {
 
-// The only instance of a document class, created on first use and again after a release.
-template <class Document>
+// The only instance of a class, created on first use and again after a release.
+template <class Object>
 class CSingleton {
 public:
     CSingleton() = default;
@@ -22,35 +22,35 @@ public:
     }
 
     // Returns null when the object could not be created.
-    Document* Get() noexcept {
-        if (document == nullptr) {
+    Object* Get() noexcept {
+        if (object == nullptr) {
             const std::lock_guard guard{section};
-            if (document == nullptr)
-                document = Create();
+            if (object == nullptr)
+                object = Create();
         }
-        return document;
+        return object;
     }
 
     void Release() noexcept {
-        if (document == nullptr)
+        if (object == nullptr)
             return;
         const std::lock_guard guard{section};
         // The pointer is cleared before the object is destroyed, so Get never returns a partly destroyed
-        // document.
-        const std::unique_ptr<Document> released{document.exchange(nullptr)};
+        // object.
+        const std::unique_ptr<Object> released{object.exchange(nullptr)};
     }
 
 private:
-    static Document* Create() noexcept {
+    static Object* Create() noexcept {
         try {
-            return new Document;
+            return new Object;
         } catch (...) {
             return nullptr;
         }
     }
 
     CCriticalSection section;
-    std::atomic<Document*> document = nullptr;
+    std::atomic<Object*> object = nullptr;
 };
 
 }  // namespace ZOTDam

@@ -1,4 +1,4 @@
-#include "schemes/SpecSchemeReader.h"
+#include "spec_schemes/SpecSchemeReader.h"
 
 #include <utility>
 
