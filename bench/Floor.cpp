@@ -6,7 +6,7 @@ namespace ZOTDam::Bench {
 
 namespace {
 
-bool Has(IXMLDOMNode* element, const CName& name, const wchar_t* text) {
+bool Has(IXMLDOMNode* element, const CXmlName& name, const wchar_t* text) {
     const _variant_t value = Attribute(element, name);
     return _wcsicmp(V_BSTR(&value), text) == 0;
 }
@@ -19,7 +19,7 @@ IXMLDOMNodePtr FindScheme(const PlainDocument& settings, const wchar_t* scheme) 
 long ReadDisplayItems(IXMLDOMNode* function) {
     long sum = 0;
     const IXMLDOMNodePtr display = Child(function, L"Display");
-    for (const CName& source : {CName{L"AC"}, CName{L"DC"}})
+    for (const CXmlName& source : {CXmlName{L"AC"}, CXmlName{L"DC"}})
         ForEach(Child(display, source), L"DisplayItem",
                 [&](IXMLDOMNode* item) { sum += Texts(item, {L"Label"}) + Numbers(item, {L"Option"}); });
     return sum;
@@ -63,7 +63,7 @@ IXMLDOMNodePtr FirstChild(IXMLDOMNode* parent) {
 }
 
 template <class Action>
-void ForEachSibling(IXMLDOMNodePtr node, const CName& name, Action action) {
+void ForEachSibling(IXMLDOMNodePtr node, const CXmlName& name, Action action) {
     while (node) {
         if (const IXMLDOMElementPtr element = node) {
             BSTR tag = nullptr;
@@ -78,18 +78,18 @@ void ForEachSibling(IXMLDOMNodePtr node, const CName& name, Action action) {
     }
 }
 
-_variant_t ReadAttribute(IXMLDOMElement* element, const CName& name) {
+_variant_t ReadAttribute(IXMLDOMElement* element, const CXmlName& name) {
     _variant_t value;
     element->getAttribute(name.AsBstr(), &value);
     return value;
 }
 
-long Number(IXMLDOMElement* element, const CName& name) {
+long Number(IXMLDOMElement* element, const CXmlName& name) {
     const _variant_t value = ReadAttribute(element, name);
     return _wtol(V_BSTR(&value));
 }
 
-bool IsText(IXMLDOMElement* element, const CName& name, const wchar_t* text) {
+bool IsText(IXMLDOMElement* element, const CXmlName& name, const wchar_t* text) {
     const _variant_t value = ReadAttribute(element, name);
     return _wcsicmp(V_BSTR(&value), text) == 0;
 }
@@ -100,8 +100,8 @@ void CreateCommands(const PlainDocument& defaults, int count, IXMLDOMNode* funct
     for (int i = 0; i < count; ++i) {
         const IXMLDOMNodePtr item = CreateElement(defaults, L"CommandItem");
         Append(commands, item);
-        for (const CName& name : {CName{L"ID"}, CName{L"Event"}, CName{L"Flag"}, CName{L"State"},
-                                  CName{L"ParamIndex1"}, CName{L"ParamIndex2"}})
+        for (const CXmlName& name : {CXmlName{L"ID"}, CXmlName{L"Event"}, CXmlName{L"Flag"},
+                                     CXmlName{L"State"}, CXmlName{L"ParamIndex1"}, CXmlName{L"ParamIndex2"}})
             SetAttribute(item, name, 1);
         SetAttribute(item, L"SpecInfo1", L"SUB_VIDEO VIDEOIDLE");
     }
@@ -142,7 +142,7 @@ long ReadBase(const PlainDocument& base) {
 
 long ReadSpecSchemes(const PlainDocument& base) {
     long sum = 0;
-    const auto readGuid = [&](IXMLDOMNode* element, const CName& name) {
+    const auto readGuid = [&](IXMLDOMNode* element, const CXmlName& name) {
         const _variant_t text = Attribute(element, name);
         GUID guid = {};
         UuidFromStringW(reinterpret_cast<RPC_WSTR>(V_BSTR(&text)), &guid);
@@ -208,7 +208,7 @@ long ReadSetting(const std::filesystem::path& userFile) {
 
 long TranslateFunctions(const PlainDocument& defaults, const PlainDocument& stringTable) {
     long sum = 0;
-    const auto translate = [&](IXMLDOMNode* element, const CName& name) {
+    const auto translate = [&](IXMLDOMNode* element, const CXmlName& name) {
         const _variant_t key = Attribute(element, name);
         sum += Translate(V_BSTR(&key), stringTable);
     };
@@ -216,7 +216,7 @@ long TranslateFunctions(const PlainDocument& defaults, const PlainDocument& stri
         translate(function, L"Group");
         translate(function, L"Name");
         const IXMLDOMNodePtr display = Child(function, L"Display");
-        for (const CName& source : {CName{L"AC"}, CName{L"DC"}})
+        for (const CXmlName& source : {CXmlName{L"AC"}, CXmlName{L"DC"}})
             ForEach(Child(display, source), L"DisplayItem",
                     [&](IXMLDOMNode* item) { translate(item, L"Label"); });
     });
@@ -265,7 +265,7 @@ void ReplaceFunctions(const PlainDocument& defaults, const std::vector<PlainFunc
     for (const PlainFunction& source : functions) {
         const IXMLDOMNodePtr function = CreateElement(defaults, L"Function");
         Append(section, function);
-        for (const CName& name : {CName{L"ID"}, CName{L"Flag"}, CName{L"Type"}})
+        for (const CXmlName& name : {CXmlName{L"ID"}, CXmlName{L"Flag"}, CXmlName{L"Type"}})
             SetAttribute(function, name, 1);
         SetAttribute(function, L"Name", L"FunctionName1");
         SetAttribute(function, L"Group", L"Group1Name");
@@ -292,7 +292,7 @@ void ResetSettings(const PlainDocument& settings, const std::filesystem::path& f
     RemoveChildren(common);
     IXMLDOMElementPtr {
         common
-        } -> removeAttribute(CName{L"User"}.AsBstr());
+        } -> removeAttribute(CXmlName{L"User"}.AsBstr());
     (settings.*save)(file);
 }
 

@@ -39,13 +39,13 @@ void PlainDocument::Save(const std::filesystem::path& file) const {
     document->save(_variant_t{file.c_str()});
 }
 
-IXMLDOMNodePtr Child(IXMLDOMNode* parent, const CName& name) {
+IXMLDOMNodePtr Child(IXMLDOMNode* parent, const CXmlName& name) {
     IXMLDOMNodePtr child;
     parent->selectSingleNode(name.AsBstr(), &child);
     return child;
 }
 
-_variant_t Attribute(IXMLDOMNode* element, const CName& name) {
+_variant_t Attribute(IXMLDOMNode* element, const CXmlName& name) {
     IXMLDOMNamedNodeMapPtr attributes;
     element->get_attributes(&attributes);
     IXMLDOMNodePtr attribute;
@@ -55,40 +55,40 @@ _variant_t Attribute(IXMLDOMNode* element, const CName& name) {
     return value;
 }
 
-long Numbers(IXMLDOMNode* element, std::initializer_list<CName> names) {
+long Numbers(IXMLDOMNode* element, std::initializer_list<CXmlName> names) {
     long sum = 0;
-    for (const CName& name : names) {
+    for (const CXmlName& name : names) {
         const _variant_t value = Attribute(element, name);
         sum += _wtol(V_BSTR(&value));
     }
     return sum;
 }
 
-long Texts(IXMLDOMNode* element, std::initializer_list<CName> names) {
+long Texts(IXMLDOMNode* element, std::initializer_list<CXmlName> names) {
     long sum = 0;
-    for (const CName& name : names) {
+    for (const CXmlName& name : names) {
         const _variant_t value = Attribute(element, name);
         sum += static_cast<long>(SysStringLen(V_BSTR(&value)));
     }
     return sum;
 }
 
-void SetAttribute(IXMLDOMNode* element, const CName& name, const wchar_t* value) {
+void SetAttribute(IXMLDOMNode* element, const CXmlName& name, const wchar_t* value) {
     IXMLDOMElementPtr {
         element
         } -> setAttribute(name.AsBstr(), _variant_t{value});
 }
 
-void SetAttribute(IXMLDOMNode* element, const CName& name, std::int32_t value) {
+void SetAttribute(IXMLDOMNode* element, const CXmlName& name, std::int32_t value) {
     wchar_t digits[12];
     _itow_s(value, digits, std::size(digits), 10);
     SetAttribute(element, name, digits);
 }
 
-IXMLDOMNodePtr CreateElement(const PlainDocument& document, const CName& name) {
+IXMLDOMNodePtr CreateElement(const PlainDocument& document, const CXmlName& name) {
     IXMLDOMElementPtr element;
     document->createElement(name.AsBstr(), &element);
-    element->put_text(CName{L"\n\t"}.AsBstr());
+    element->put_text(CXmlName{L"\n\t"}.AsBstr());
     return element;
 }
 

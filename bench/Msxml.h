@@ -9,7 +9,7 @@
 #include <initializer_list>
 
 #include "xml/Com.h"
-#include "xml/Name.h"
+#include "xml/XmlName.h"
 
 #ifdef __MINGW32__
 __CRT_UUID_DECL(IXMLDOMNodeList, 0x2933bf82, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
@@ -40,7 +40,7 @@ private:
 
 // Returns the first child with this name that satisfies the predicate, or null.
 template <class Predicate>
-IXMLDOMNodePtr Find(IXMLDOMNode* parent, const CName& name, Predicate predicate) {
+IXMLDOMNodePtr Find(IXMLDOMNode* parent, const CXmlName& name, Predicate predicate) {
     IXMLDOMNodeListPtr children;
     parent->selectNodes(name.AsBstr(), &children);
     long length = 0;
@@ -55,23 +55,23 @@ IXMLDOMNodePtr Find(IXMLDOMNode* parent, const CName& name, Predicate predicate)
 }
 
 template <class Action>
-void ForEach(IXMLDOMNode* parent, const CName& name, Action action) {
+void ForEach(IXMLDOMNode* parent, const CXmlName& name, Action action) {
     Find(parent, name, [&](IXMLDOMNode* child) {
         action(child);
         return false;
     });
 }
 
-IXMLDOMNodePtr Child(IXMLDOMNode* parent, const CName& name);
+IXMLDOMNodePtr Child(IXMLDOMNode* parent, const CXmlName& name);
 
 // Return a sum over the values read, so that no read can be omitted.
-long Numbers(IXMLDOMNode* element, std::initializer_list<CName> names);
-long Texts(IXMLDOMNode* element, std::initializer_list<CName> names);
-_variant_t Attribute(IXMLDOMNode* element, const CName& name);
+long Numbers(IXMLDOMNode* element, std::initializer_list<CXmlName> names);
+long Texts(IXMLDOMNode* element, std::initializer_list<CXmlName> names);
+_variant_t Attribute(IXMLDOMNode* element, const CXmlName& name);
 
-void SetAttribute(IXMLDOMNode* element, const CName& name, const wchar_t* value);
-void SetAttribute(IXMLDOMNode* element, const CName& name, std::int32_t value);
-IXMLDOMNodePtr CreateElement(const PlainDocument& document, const CName& name);
+void SetAttribute(IXMLDOMNode* element, const CXmlName& name, const wchar_t* value);
+void SetAttribute(IXMLDOMNode* element, const CXmlName& name, std::int32_t value);
+IXMLDOMNodePtr CreateElement(const PlainDocument& document, const CXmlName& name);
 void Append(IXMLDOMNode* parent, IXMLDOMNode* child);
 void RemoveChildren(IXMLDOMNode* parent);
 

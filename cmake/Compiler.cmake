@@ -6,7 +6,8 @@ target_compile_definitions(zotdam_compiler INTERFACE
 target_include_directories(zotdam_compiler INTERFACE ${PROJECT_SOURCE_DIR}/include)
 
 if(MSVC)
-  target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8)
+  # Constructor parameters have the names of the members that they initialize, which 4458 reports.
+  target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8 /wd4458)
   target_link_options(zotdam_compiler INTERFACE "$<$<CONFIG:Release>:/DEBUG;/OPT:REF;/OPT:ICF>")
   set(CMAKE_MSVC_DEBUG_INFORMATION_FORMAT ProgramDatabase)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")

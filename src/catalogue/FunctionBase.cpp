@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -70,7 +70,7 @@ FunctionBaseRecord ReadFunction(IXMLDOMElement* element, WorkingRecords& working
 
 bool ReadFunctionBase(List<FunctionBaseRecord>& output) noexcept {
     return FalseOnException([&] {
-        CXmlZOTBase* base = BaseCatalogue.Get();
+        CXmlZOTBase* base = BaseCatalogueDocument.Get();
         if (base == nullptr)
             return false;
         const IXMLDOMElementPtr functions = base->Functions();

@@ -1,6 +1,6 @@
 #include "catalogue/FunctionDefaults.h"
 
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -54,7 +54,7 @@ void WriteFunction(IXMLDOMElement* functions, const FunctionBaseRecord& record) 
 
 bool ReplaceFunctionDefaults(const List<FunctionBaseRecord>& records) noexcept {
     return FalseOnException([&] {
-        CXmlZOTDefault* defaults = Defaults.Get();
+        CXmlZOTDefault* defaults = DefaultsDocument.Get();
         // Deliberate: without a document there is nothing to write, which counts as success.
         if (defaults == nullptr)
             return true;

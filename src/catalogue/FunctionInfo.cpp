@@ -1,6 +1,6 @@
 #include "catalogue/FunctionInfo.h"
 
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -26,7 +26,7 @@ bool CollectFunctionInfo(CFunctionTable& table, std::map<std::int32_t, FunctionR
 
 FunctionRecord LocaliseFunctionRecord(FunctionRecord record) noexcept {
     // Each key is replaced in place, so the user sees the key itself when it has no text.
-    if (const CStringTableControler* stringTable = StringTable.Get()) {
+    if (const CStringTableControler* stringTable = StringTableDocument.Get()) {
         stringTable->Lookup(record.group, record.group);
         stringTable->Lookup(record.name, record.name);
         TranslateLabels(*stringTable, record.acDisplayItems);

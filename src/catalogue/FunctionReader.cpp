@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Dom.h"
 
 namespace ZOTDam {

@@ -1,7 +1,7 @@
 #include "catalogue/FunctionTable.h"
 
 #include "catalogue/FunctionReader.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -11,7 +11,7 @@ bool EnsureFunctionTable(CFunctionTable& table) noexcept {
         return true;
     table.Clear();
     return FalseOnException([&] {
-        const CXmlZOTDefault* defaults = Defaults.Get();
+        const CXmlZOTDefault* defaults = DefaultsDocument.Get();
         if (defaults == nullptr)
             return false;
         const IXMLDOMElementPtr functions = defaults->FindFunctions();

@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include "platform/AtUnload.h"
+#include "platform/ModuleUnload.h"
 
-BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
-    if (reason == DLL_PROCESS_DETACH && processEnds != nullptr)
-        ZOTDam::processIsEnding = true;
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processShutdown) {
+    if (reason == DLL_PROCESS_DETACH && processShutdown != nullptr)
+        ZOTDam::isProcessShuttingDown = true;
     return TRUE;
 }

@@ -5,7 +5,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/AtUnload.h"
+#include "platform/ModuleUnload.h"
 
 namespace ZOTDam {
 
@@ -35,7 +35,7 @@ void ReleaseGlobals() noexcept {
 
 namespace {
 
-const CAtUnload releaseAtUnload{[]() noexcept {
+const CUnloadGuard releaseGuard{[]() noexcept {
     ReleaseGlobals();
     std::destroy_at(&CurrentParamCache);
 }};

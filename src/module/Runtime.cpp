@@ -5,7 +5,7 @@
 #include <cxxabi.h>
 #include <cstdlib>
 
-#include "platform/AtUnload.h"
+#include "platform/ModuleUnload.h"
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the names of the runtime
 
@@ -33,7 +33,7 @@ namespace {
 
 struct CExceptionReserve {
     ~CExceptionReserve() {
-        if (!processIsEnding)
+        if (!isProcessShuttingDown)
             __gnu_cxx::__freeres();
     }
 };

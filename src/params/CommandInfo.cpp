@@ -2,7 +2,7 @@
 
 #include "params/PowerSource.h"
 #include "params/SchemeReader.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "platform/FixedText.h"
 
 namespace ZOTDam {
@@ -11,7 +11,7 @@ namespace {
 
 std::int32_t ResolveOption(const FunctionRecord& function, const ParamValue& param,
                            std::int32_t paramIndex) noexcept {
-    const DisplayItem* item = SelectDisplayItem(function, param, paramIndex == 0 ? Mains : Battery);
+    const DisplayItem* item = SelectDisplayItem(function, param, paramIndex == 0 ? AC : DC);
     return item != nullptr ? item->option : 0;
 }
 

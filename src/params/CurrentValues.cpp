@@ -5,7 +5,7 @@
 #include "params/DefaultReader.h"
 #include "params/PowerSource.h"
 #include "params/SchemeReader.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 
 namespace ZOTDam {
 
@@ -47,8 +47,8 @@ bool ReadCurrentValue(const CFunctionTable& table, ParamMap& cache, std::uint32_
         const auto& [functionId, function] = **found;
         const ParamValue& param = cache[functionId];
         value.FunctionId = ReportedId(functionId);
-        ReadOption(SelectDisplayItem(function, param, Mains), value.ACValue);
-        ReadOption(SelectDisplayItem(function, param, Battery), value.DCValue);
+        ReadOption(SelectDisplayItem(function, param, AC), value.ACValue);
+        ReadOption(SelectDisplayItem(function, param, DC), value.DCValue);
         return true;
     });
 }

@@ -1,14 +1,14 @@
 #include "params/DefaultReader.h"
 
 #include "params/SchemeSection.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
 
 namespace {
 
-bool ReadDefault(IXMLDOMElement* defaultElement, const CGuidText& guid, ParamValue& value) {
+bool ReadDefault(IXMLDOMElement* defaultElement, const CGuidString& guid, ParamValue& value) {
     IXMLDOMElementPtr source = defaultElement;
     return FindByGuid(defaultElement, L"DefaultItem", guid, source) && ReadParamValue(source, value);
 }
@@ -17,13 +17,13 @@ bool ReadDefault(IXMLDOMElement* defaultElement, const CGuidText& guid, ParamVal
 
 bool ReadDefaultSchemeParameters(const GUID& scheme, ParamMap& out) noexcept {
     return FalseOnException([&] {
-        const CXmlZOTDefault* defaults = Defaults.Get();
+        const CXmlZOTDefault* defaults = DefaultsDocument.Get();
         if (defaults == nullptr)
             return false;
         const IXMLDOMElementPtr functions = defaults->FindFunctions();
         if (!functions)
             return false;
-        const CGuidText guid{scheme};
+        const CGuidString guid{scheme};
         for (const IXMLDOMElementPtr& function : SelectChildren(functions, L"Function")) {
             std::int32_t id = 0;
             ParamValue value;

@@ -5,7 +5,7 @@
 
 #include "params/PowerSource.h"
 #include "params/SchemeReader.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "platform/FixedText.h"
 #include "xml/Documents.h"
 
@@ -28,9 +28,9 @@ struct DifferenceTexts {
 const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
     switch (mode) {
         case 1:
-            return &Mains;
+            return &AC;
         case 2:
-            return &Battery;
+            return &DC;
         default:
             return nullptr;
     }
@@ -38,7 +38,7 @@ const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
 
 void AppendDifference(FunctionRecord& function, const DisplayItem* selected, DifferenceTexts& texts) {
     Text value = {};
-    if (const CStringTableControler* stringTable = StringTable.Get()) {
+    if (const CStringTableControler* stringTable = StringTableDocument.Get()) {
         stringTable->Lookup(function.name, function.name);
         stringTable->Lookup(selected != nullptr ? selected->label : L"", value);
     }

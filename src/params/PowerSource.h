@@ -11,8 +11,8 @@ struct PowerSource {
     List<DisplayItem> FunctionRecord::*displayItems;
 };
 
-inline constexpr PowerSource Mains{&ParamValue::ACParamIndex, &FunctionRecord::acDisplayItems};
-inline constexpr PowerSource Battery{&ParamValue::DCParamIndex, &FunctionRecord::dcDisplayItems};
+inline constexpr PowerSource AC{&ParamValue::ACParamIndex, &FunctionRecord::acDisplayItems};
+inline constexpr PowerSource DC{&ParamValue::DCParamIndex, &FunctionRecord::dcDisplayItems};
 
 // Returns the display item that a parameter selects on a power source, or null when the function has no item
 // at that position.

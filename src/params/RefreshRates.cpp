@@ -16,15 +16,15 @@ bool IsSameRate(std::int32_t rate, DWORD frequency) noexcept {
     return difference >= -1 && difference <= 1;
 }
 
-bool DisplayOffers(std::int32_t rateA, std::int32_t rateB) noexcept {
+bool DisplaySupports(std::int32_t rateA, std::int32_t rateB) noexcept {
     // Deliberate: dmSize is zero, and the structure is not reset between the modes.
     DEVMODEW mode = {};
-    bool offersA = false;
-    bool offersB = false;
+    bool supportsA = false;
+    bool supportsB = false;
     for (DWORD number = 0; EnumDisplaySettingsW(nullptr, number, &mode) != FALSE; ++number) {
-        offersA = offersA || IsSameRate(rateA, mode.dmDisplayFrequency);
-        offersB = offersB || IsSameRate(rateB, mode.dmDisplayFrequency);
-        if (offersA && offersB)
+        supportsA = supportsA || IsSameRate(rateA, mode.dmDisplayFrequency);
+        supportsB = supportsB || IsSameRate(rateB, mode.dmDisplayFrequency);
+        if (supportsA && supportsB)
             return true;
     }
     return false;
@@ -32,14 +32,14 @@ bool DisplayOffers(std::int32_t rateA, std::int32_t rateB) noexcept {
 
 }  // namespace
 
-bool LacksRefreshRate(std::int32_t functionId, const FunctionRecord& function) noexcept {
+bool HasUnsupportedRefreshRate(std::int32_t functionId, const FunctionRecord& function) noexcept {
     const List<DisplayItem>& rates = function.acDisplayItems;
     if (!IsRefreshRateFunction(functionId) || rates.size() < 2)
         return false;
     auto rate = rates.begin();
     const std::int32_t rateA = rate->option;
     ++rate;
-    return !DisplayOffers(rateA, rate->option);
+    return !DisplaySupports(rateA, rate->option);
 }
 
 }  // namespace ZOTDam

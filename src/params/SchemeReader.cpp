@@ -4,7 +4,7 @@
 #include "params/RefreshRates.h"
 #include "params/SchemeSection.h"
 #include "params/SchemeWriter.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -12,8 +12,8 @@ namespace ZOTDam {
 namespace {
 
 // Reads the defaults of a scheme that is missing from the user settings and adds the scheme to them.
-bool AdoptDefaults(CXmlZOTPowercfg& settings, const GUID& scheme, IXMLDOMElement* powerSchemes,
-                   ParamMap& out) {
+bool AddSchemeWithDefaults(CXmlZOTPowercfg& settings, const GUID& scheme, IXMLDOMElement* powerSchemes,
+                           ParamMap& out) {
     out.clear();
     if (!ReadDefaultSchemeParameters(scheme, out))
         return false;
@@ -36,7 +36,7 @@ bool CompleteParameters(const CFunctionTable& table, const GUID& scheme, ParamMa
             out.emplace(id, defaults[id]);
             added = true;
         }
-        if (LacksRefreshRate(id, function))
+        if (HasUnsupportedRefreshRate(id, function))
             out.erase(id);
     }
     return added;
@@ -55,7 +55,7 @@ bool LoadSchemeParameters(CFunctionTable& table, const GUID& scheme, ParamMap& o
         if (!catalogueLoaded || !powerSchemes)
             return false;
         if (!ReadUserSchemeParameters(scheme, powerSchemes, out) &&
-            !AdoptDefaults(*settings, scheme, powerSchemes, out))
+            !AddSchemeWithDefaults(*settings, scheme, powerSchemes, out))
             return false;
         const bool added = CompleteParameters(table, scheme, out);
         return !added || SaveSchemeParameters(scheme, out);
@@ -63,7 +63,7 @@ bool LoadSchemeParameters(CFunctionTable& table, const GUID& scheme, ParamMap& o
 }
 
 bool ReadUserSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, ParamMap& out) {
-    const IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, CGuidText{scheme});
+    const IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, CGuidString{scheme});
     if (!schemeElement)
         return false;
     for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, L"Function")) {

@@ -2,7 +2,8 @@
 
 namespace ZOTDam {
 
-bool FindByGuid(IXMLDOMNode* parent, const CName& name, const CGuidText& guid, IXMLDOMElementPtr& found) {
+bool FindByGuid(IXMLDOMNode* parent, const CXmlName& name, const CGuidString& guid,
+                IXMLDOMElementPtr& found) {
     std::wstring text;
     for (const IXMLDOMElementPtr& element : SelectChildren(parent, name)) {
         if (!ReadAttribute(element, L"GUID", text))
@@ -15,7 +16,7 @@ bool FindByGuid(IXMLDOMNode* parent, const CName& name, const CGuidText& guid, I
     return true;
 }
 
-IXMLDOMElementPtr FindScheme(IXMLDOMElement* powerSchemes, const CGuidText& guid) {
+IXMLDOMElementPtr FindScheme(IXMLDOMElement* powerSchemes, const CGuidString& guid) {
     IXMLDOMElementPtr scheme;
     FindByGuid(powerSchemes, L"PowerScheme", guid, scheme);
     return scheme;

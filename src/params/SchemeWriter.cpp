@@ -3,7 +3,7 @@
 #include <set>
 
 #include "params/SchemeSection.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -65,7 +65,7 @@ bool SaveSchemeParameters(const GUID& scheme, const ParamTree& params) noexcept 
 }
 
 bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, const ParamMap& params) {
-    const CGuidText guid{scheme};
+    const CGuidString guid{scheme};
     IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, guid);
     if (!schemeElement) {
         schemeElement = CreateChild(powerSchemes, L"PowerScheme");
@@ -83,7 +83,7 @@ bool WriteFunctionParameters(IXMLDOMElement* schemeElement, const ParamMap& para
 
 bool ResetUserSettings() noexcept {
     return FalseOnException([] {
-        CXmlZOTPowercfg* settings = UserSettings.Get();
+        CXmlZOTPowercfg* settings = UserSettingsDocument.Get();
         // Deliberate: without a document there is nothing to reset, which counts as success.
         if (settings == nullptr)
             return true;

@@ -5,14 +5,14 @@ namespace ZOTDam {
 namespace {
 
 // Opening or creating a mutex of another user's process fails with ERROR_ACCESS_DENIED.
-bool TellsOfAnotherHolder(DWORD error) noexcept {
+bool MeansAnotherHolder(DWORD error) noexcept {
     return error == ERROR_ALREADY_EXISTS || error == ERROR_ACCESS_DENIED;
 }
 
 bool IsHeldByAnother(const wchar_t* name) noexcept {
     const HANDLE held = OpenMutexW(SYNCHRONIZE | MUTEX_MODIFY_STATE, FALSE, name);
     if (held == nullptr)
-        return TellsOfAnotherHolder(GetLastError());
+        return MeansAnotherHolder(GetLastError());
     CloseHandle(held);
     return true;
 }
@@ -24,7 +24,7 @@ CBusyMarker::CBusyMarker(const wchar_t* name) noexcept {
         return;
     SetLastError(ERROR_SUCCESS);
     mutex = CreateMutexW(nullptr, TRUE, name);
-    ours = !TellsOfAnotherHolder(GetLastError());
+    acquired = !MeansAnotherHolder(GetLastError());
 }
 
 CBusyMarker::~CBusyMarker() {

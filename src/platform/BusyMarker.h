@@ -16,11 +16,11 @@ public:
     // Returns true when this process may use the file. This is also the case when the mutex could not be
     // created although no other process holds it: working without the marker is better than never reading or
     // saving.
-    bool IsOurs() const noexcept { return ours; }
+    bool IsAcquired() const noexcept { return acquired; }
 
 private:
     HANDLE mutex = nullptr;
-    bool ours = false;
+    bool acquired = false;
 };
 
 }  // namespace ZOTDam

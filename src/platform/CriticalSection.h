@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/AtUnload.h"
+#include "platform/ModuleUnload.h"
 
 namespace ZOTDam {
 
@@ -12,7 +12,7 @@ public:
     CCriticalSection(const CCriticalSection&) = delete;
     CCriticalSection& operator=(const CCriticalSection&) = delete;
     ~CCriticalSection() {
-        if (!processIsEnding)
+        if (!isProcessShuttingDown)
             DeleteCriticalSection(&section);
     }
 

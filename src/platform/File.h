@@ -10,7 +10,7 @@ namespace ZOTDam {
 // An open file, closed by the destructor.
 class CFile {
 public:
-    explicit CFile(HANDLE opened) noexcept : handle{opened} {}
+    explicit CFile(HANDLE handle) noexcept : handle{handle} {}
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
     ~CFile() {

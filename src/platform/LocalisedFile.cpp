@@ -18,7 +18,7 @@ bool GetUserLanguage(LanguageName& name) noexcept {
 }
 
 // The path of the copy on a system that does not implement the lookup: "Folder\en-US\File.xml.mui".
-std::wstring CopyInSubfolder(const std::wstring& neutralFile, const wchar_t* language) {
+std::wstring PathInLanguageFolder(const std::wstring& neutralFile, const wchar_t* language) {
     const std::size_t fileName = neutralFile.rfind(L'\\') + 1;
     return neutralFile.substr(0, fileName) + language + L'\\' + neutralFile.substr(fileName) + L".mui";
 }
@@ -37,9 +37,9 @@ std::wstring LocalisedFile(const std::wstring& neutralFile) {
                        &enumerator) != FALSE)
         return copy;
     if (GetLastError() == ERROR_CALL_NOT_IMPLEMENTED) {
-        std::wstring copyInSubfolder = CopyInSubfolder(neutralFile, language);
-        if (PathFileExistsW(copyInSubfolder.c_str()) != FALSE)
-            return copyInSubfolder;
+        std::wstring copyInLanguageFolder = PathInLanguageFolder(neutralFile, language);
+        if (PathFileExistsW(copyInLanguageFolder.c_str()) != FALSE)
+            return copyInLanguageFolder;
     }
     return neutralFile;
 }

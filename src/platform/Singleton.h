@@ -4,8 +4,8 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/AtUnload.h"
 #include "platform/CriticalSection.h"
+#include "platform/ModuleUnload.h"
 
 namespace ZOTDam {
 
@@ -17,7 +17,7 @@ public:
     CSingleton(const CSingleton&) = delete;
     CSingleton& operator=(const CSingleton&) = delete;
     ~CSingleton() {
-        if (!processIsEnding)
+        if (!isProcessShuttingDown)
             Release();
     }
 

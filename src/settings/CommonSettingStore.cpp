@@ -1,6 +1,6 @@
 #include "settings/CommonSettingStore.h"
 
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "platform/FixedText.h"
 #include "xml/Documents.h"
 
@@ -29,11 +29,11 @@ bool CCommonSettingStore::ReadFromUserSettings(const wchar_t* name, wchar_t* val
 }
 
 bool CCommonSettingStore::ReadFromDefaults(const wchar_t* name, wchar_t* value) const noexcept {
-    return ReadFrom(Defaults.Get(), name, value);
+    return ReadFrom(DefaultsDocument.Get(), name, value);
 }
 
 bool CCommonSettingStore::ReadFromBase(const wchar_t* name, wchar_t* value) const noexcept {
-    return ReadFrom(BaseCatalogue.Get(), name, value);
+    return ReadFrom(BaseCatalogueDocument.Get(), name, value);
 }
 
 bool CCommonSettingStore::Write(const wchar_t* name, const wchar_t* value) const noexcept {
@@ -48,8 +48,8 @@ bool CCommonSettingStore::Write(const wchar_t* name, const wchar_t* value) const
 
 bool CCommonSettingStore::Initialise() const noexcept {
     return FalseOnException([] {
-        CXmlZOTBase* base = BaseCatalogue.Get();
-        CXmlZOTDefault* defaults = Defaults.Get();
+        CXmlZOTBase* base = BaseCatalogueDocument.Get();
+        CXmlZOTDefault* defaults = DefaultsDocument.Get();
         if (base == nullptr || defaults == nullptr)
             return false;
         const IXMLDOMElementPtr source = base->CommonSettings();

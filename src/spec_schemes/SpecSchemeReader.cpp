@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/Failure.h"
-#include "platform/GuidText.h"
+#include "platform/FalseOnException.h"
+#include "platform/GuidString.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -12,8 +12,8 @@ namespace {
 
 // Reads one level: the GUID of each element, and the rest of its record with `readContent`.
 template <class Record, class ReadContent>
-bool ReadLevel(IXMLDOMElement* parent, const CName& elementName, const CName& guidName, GUID Record::*guid,
-               List<Record>& records, ReadContent readContent) {
+bool ReadLevel(IXMLDOMElement* parent, const CXmlName& elementName, const CXmlName& guidName,
+               GUID Record::*guid, List<Record>& records, ReadContent readContent) {
     bool complete = true;
     for (const IXMLDOMElementPtr& element : SelectChildren(parent, elementName)) {
         Record record;
@@ -31,7 +31,7 @@ bool ReadLevel(IXMLDOMElement* parent, const CName& elementName, const CName& gu
 bool CSpecSchemeReader::ReadSchemes(List<SpecSchemeRecord>& schemes) const noexcept {
     schemes.clear();
     return FalseOnException([&] {
-        CXmlZOTBase* base = BaseCatalogue.Get();
+        CXmlZOTBase* base = BaseCatalogueDocument.Get();
         if (base == nullptr)
             return false;
         List<SpecSchemeRecord> read;

@@ -11,7 +11,7 @@ namespace ZOTDam {
 class CBstr {
 public:
     CBstr() noexcept = default;
-    explicit CBstr(const wchar_t* copied) : text{SysAllocString(copied)} {
+    explicit CBstr(const wchar_t* string) : text{SysAllocString(string)} {
         if (text == nullptr)
             throw std::bad_alloc{};
     }

@@ -6,7 +6,7 @@ namespace {
 
 _COM_SMARTPTR_TYPEDEF(ISupportErrorInfo, __uuidof(ISupportErrorInfo));
 
-bool LeavesErrorInfo(IUnknown* source, REFIID calledInterface) {
+bool SupportsErrorInfo(IUnknown* source, REFIID calledInterface) {
     const ISupportErrorInfoPtr support{source};
     return support && support->InterfaceSupportsErrorInfo(calledInterface) == S_OK;
 }
@@ -15,7 +15,7 @@ bool LeavesErrorInfo(IUnknown* source, REFIID calledInterface) {
 
 void ThrowComError(HRESULT failure, IUnknown* source, REFIID calledInterface) {
     IErrorInfo* information = nullptr;
-    if (LeavesErrorInfo(source, calledInterface))
+    if (SupportsErrorInfo(source, calledInterface))
         GetErrorInfo(0, &information);
     throw _com_error{failure, information};
 }

@@ -2,23 +2,23 @@
 
 namespace ZOTDam {
 
-CSingleton<CStringTableControler> StringTable;
-CSingleton<CXmlZOTBase> BaseCatalogue;
-CSingleton<CXmlZOTDefault> Defaults;
-CSingleton<CXmlZOTPowercfg> UserSettings;
+CSingleton<CStringTableControler> StringTableDocument;
+CSingleton<CXmlZOTBase> BaseCatalogueDocument;
+CSingleton<CXmlZOTDefault> DefaultsDocument;
+CSingleton<CXmlZOTPowercfg> UserSettingsDocument;
 
 CXmlZOTPowercfg* OpenUserSettings() noexcept {
-    CXmlZOTPowercfg* settings = UserSettings.Get();
+    CXmlZOTPowercfg* settings = UserSettingsDocument.Get();
     if (settings != nullptr)
         settings->Open();
     return settings;
 }
 
 void ReleaseDocuments() noexcept {
-    StringTable.Release();
-    BaseCatalogue.Release();
-    Defaults.Release();
-    UserSettings.Release();
+    StringTableDocument.Release();
+    BaseCatalogueDocument.Release();
+    DefaultsDocument.Release();
+    UserSettingsDocument.Release();
 }
 
 }  // namespace ZOTDam

@@ -9,10 +9,10 @@
 
 namespace ZOTDam {
 
-extern CSingleton<CStringTableControler> StringTable;
-extern CSingleton<CXmlZOTBase> BaseCatalogue;
-extern CSingleton<CXmlZOTDefault> Defaults;
-extern CSingleton<CXmlZOTPowercfg> UserSettings;
+extern CSingleton<CStringTableControler> StringTableDocument;
+extern CSingleton<CXmlZOTBase> BaseCatalogueDocument;
+extern CSingleton<CXmlZOTDefault> DefaultsDocument;
+extern CSingleton<CXmlZOTPowercfg> UserSettingsDocument;
 
 // Reads the user settings from disk again and returns them, or null. Every operation except the reset starts
 // with this call.

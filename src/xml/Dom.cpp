@@ -5,27 +5,27 @@
 
 #include "platform/FixedText.h"
 #include "xml/Bstr.h"
-#include "xml/Characters.h"
-#include "xml/Variant.h"
+#include "xml/VariantFromString.h"
+#include "xml/XmlCharacters.h"
 
 namespace ZOTDam {
 
 namespace {
 
 template <class Interface>
-Interface* Required(Interface* node) {
+Interface* RequireNode(Interface* node) {
     if (node == nullptr)
         _com_issue_error(E_POINTER);
     return node;
 }
 
-IXMLDOMNodePtr FirstChild(IXMLDOMNode* parent) {
+IXMLDOMNodePtr GetFirstChild(IXMLDOMNode* parent) {
     IXMLDOMNodePtr child;
-    Check(Required(parent)->get_firstChild(&child), parent);
+    Check(RequireNode(parent)->get_firstChild(&child), parent);
     return child;
 }
 
-IXMLDOMNodePtr NextSibling(IXMLDOMNode* node) {
+IXMLDOMNodePtr GetNextSibling(IXMLDOMNode* node) {
     IXMLDOMNodePtr sibling;
     Check(node->get_nextSibling(&sibling), node);
     return sibling;
@@ -37,31 +37,31 @@ bool HasNamespace(IXMLDOMNode* node) {
     return !uri.View().empty();
 }
 
-bool IsNamed(IXMLDOMElement* element, const CName& name) {
+bool IsNamed(IXMLDOMElement* element, const CXmlName& name) {
     CBstr tag;
     Check(element->get_tagName(tag.Receive()), element);
     return tag.View() == name.View() && !HasNamespace(element);
 }
 
 // Returns the first element with this name among a node and its following siblings, or null.
-IXMLDOMElementPtr FirstNamed(IXMLDOMNodePtr node, const CName& name) {
+IXMLDOMElementPtr FindFirstNamed(IXMLDOMNodePtr node, const CXmlName& name) {
     while (node) {
         const IXMLDOMElementPtr element = node;
         if (element && IsNamed(element, name))
             return element;
-        node = NextSibling(node);
+        node = GetNextSibling(node);
     }
     return {};
 }
 
-bool ReadAttributeText(IXMLDOMElement* element, const CName& name, _variant_t& text) {
-    if (Check(Required(element)->getAttribute(name.AsBstr(), &text), element) != S_OK)
+bool ReadAttributeText(IXMLDOMElement* element, const CXmlName& name, _variant_t& text) {
+    if (Check(RequireNode(element)->getAttribute(name.AsBstr(), &text), element) != S_OK)
         return false;
     text.ChangeType(VT_BSTR);
     return true;
 }
 
-_variant_t ReadTypedValue(IXMLDOMNode* node) {
+_variant_t GetTypedValue(IXMLDOMNode* node) {
     _variant_t value;
     Check(node->get_nodeTypedValue(&value), node);
     value.ChangeType(VT_BSTR);
@@ -75,12 +75,12 @@ std::wstring_view View(const _variant_t& text) noexcept {
 void SetAttribute(IXMLDOMElement* element, BSTR name, const wchar_t* value) {
     if (!IsXmlText(value))
         _com_issue_error(E_INVALIDARG);
-    Check(Required(element)->setAttribute(name, _variant_t{value}), element);
+    Check(RequireNode(element)->setAttribute(name, _variant_t{value}), element);
 }
 
-IXMLDOMDocumentPtr OwnerDocument(IXMLDOMNode* node) {
+IXMLDOMDocumentPtr GetOwnerDocument(IXMLDOMNode* node) {
     IXMLDOMDocumentPtr document;
-    Check(Required(node)->get_ownerDocument(&document), node);
+    Check(RequireNode(node)->get_ownerDocument(&document), node);
     return document;
 }
 
@@ -92,40 +92,40 @@ bool HasDocumentType(IXMLDOMDocument* document) {
     return type != nullptr;
 }
 
-IXMLDOMElementPtr EmptyElement(IXMLDOMDocument* document, const CName& name) {
+IXMLDOMElementPtr CreateEmptyElement(IXMLDOMDocument* document, const CXmlName& name) {
     IXMLDOMElementPtr element;
-    Check(Required(document)->createElement(name.AsBstr(), &element), document);
+    Check(RequireNode(document)->createElement(name.AsBstr(), &element), document);
     return element;
 }
 
 }  // namespace
 
-CSelection::CSelection(IXMLDOMNode* parent, const CName& childName)
-    : firstChild{FirstChild(parent)}, name{childName} {}
+CSelection::CSelection(IXMLDOMNode* parent, const CXmlName& name)
+    : firstChild{GetFirstChild(parent)}, name{name} {}
 
-CSelection::Iterator::Iterator(const IXMLDOMNodePtr& first, const CName& childName)
-    : element{FirstNamed(first, childName)}, name{childName} {}
+CSelection::Iterator::Iterator(const IXMLDOMNodePtr& first, const CXmlName& name)
+    : element{FindFirstNamed(first, name)}, name{name} {}
 
 CSelection::Iterator& CSelection::Iterator::operator++() {
-    element = FirstNamed(NextSibling(element), name);
+    element = FindFirstNamed(GetNextSibling(element), name);
     return *this;
 }
 
-IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CName& name) {
-    return FirstNamed(FirstChild(parent), name);
+IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CXmlName& name) {
+    return FindFirstNamed(GetFirstChild(parent), name);
 }
 
-bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::int32_t& field) {
+bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t& field) {
     _variant_t text;
     if (!ReadAttributeText(element, name, text))
         return false;
     _variant_t number{0L};
-    FillFromText(number, V_BSTR(&text));
+    FillFromString(number, V_BSTR(&text));
     field = V_I4(&number);
     return true;
 }
 
-bool ReadAttribute(IXMLDOMElement* element, const CName& name, Text& field) {
+bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, Text& field) {
     _variant_t text;
     if (!ReadAttributeText(element, name, text))
         return false;
@@ -135,7 +135,7 @@ bool ReadAttribute(IXMLDOMElement* element, const CName& name, Text& field) {
     return true;
 }
 
-bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& field) {
+bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, std::wstring& field) {
     _variant_t text;
     if (!ReadAttributeText(element, name, text))
         return false;
@@ -144,27 +144,27 @@ bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& fie
 }
 
 void ReadElementText(IXMLDOMElement* element, Text& field) {
-    CopyTruncated(View(ReadTypedValue(Required(element))), field);
+    CopyTruncated(View(GetTypedValue(RequireNode(element))), field);
 }
 
-void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t value) {
+void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t value) {
     wchar_t digits[12];
     _itow_s(value, digits, std::size(digits), 10);
     WriteAttribute(element, name, digits);
 }
 
-void WriteAttribute(IXMLDOMElement* element, const CName& name, const wchar_t* value) {
+void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, const wchar_t* value) {
     SetAttribute(element, name.AsBstr(), value);
 }
 
 bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstring& value) {
     IXMLDOMNamedNodeMapPtr attributes;
-    Check(Required(element)->get_attributes(&attributes), element);
+    Check(RequireNode(element)->get_attributes(&attributes), element);
     IXMLDOMNodePtr attribute;
     Check(attributes->getNamedItem(CBstr{name}.AsBstr(), &attribute), attributes.GetInterfacePtr());
     if (!attribute)
         return false;
-    value = View(ReadTypedValue(attribute));
+    value = View(GetTypedValue(attribute));
     return true;
 }
 
@@ -174,23 +174,23 @@ void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wch
     SetAttribute(element, CBstr{name}.AsBstr(), value);
 }
 
-IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name) {
-    IXMLDOMElementPtr element = EmptyElement(document, name);
+IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CXmlName& name) {
+    IXMLDOMElementPtr element = CreateEmptyElement(document, name);
     AppendChild(parent, element);
     return element;
 }
 
-IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
-    IXMLDOMElementPtr element = EmptyElement(OwnerDocument(parent), name);
+IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CXmlName& name, const _variant_t& value) {
+    IXMLDOMElementPtr element = CreateEmptyElement(GetOwnerDocument(parent), name);
     // Deliberate: the line feed and the tab place a later child on its own, indented line.
     if (V_VT(&value) == VT_EMPTY)
-        Check(element->put_text(CName{L"\n\t"}.AsBstr()), element.GetInterfacePtr());
+        Check(element->put_text(CXmlName{L"\n\t"}.AsBstr()), element.GetInterfacePtr());
     else
         Check(element->put_nodeTypedValue(value), element.GetInterfacePtr());
     return element;
 }
 
-IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value) {
+IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CXmlName& name, const _variant_t& value) {
     IXMLDOMElementPtr element = CreateElement(parent, name, value);
     AppendChild(parent, element);
     return element;
@@ -199,10 +199,10 @@ IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _var
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
     // A copy could reference entities that only the other document's DTD declares; the saved file could then
     // never be loaded again.
-    if (HasDocumentType(OwnerDocument(node)))
+    if (HasDocumentType(GetOwnerDocument(node)))
         _com_issue_error(E_INVALIDARG);
     IXMLDOMNodePtr copy;
-    const IXMLDOMDocument3Ptr document = OwnerDocument(parent);
+    const IXMLDOMDocument3Ptr document = GetOwnerDocument(parent);
     const HRESULT imported = document->importNode(node, VARIANT_TRUE, &copy);
     // Some DOMs do not implement importNode, but accept nodes of other documents.
     if (imported == E_NOTIMPL)
@@ -214,17 +214,17 @@ IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
     IXMLDOMNodePtr appended;
-    Check(Required(parent)->appendChild(child, &appended), parent);
+    Check(RequireNode(parent)->appendChild(child, &appended), parent);
 }
 
 void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
     IXMLDOMNodePtr removed;
-    Check(Required(parent)->removeChild(child, &removed), parent);
+    Check(RequireNode(parent)->removeChild(child, &removed), parent);
 }
 
 bool RemoveChildren(IXMLDOMNode* parent) {
     bool removed = false;
-    while (const IXMLDOMNodePtr child = FirstChild(parent)) {
+    while (const IXMLDOMNodePtr child = GetFirstChild(parent)) {
         RemoveChild(parent, child);
         removed = true;
     }
@@ -233,7 +233,7 @@ bool RemoveChildren(IXMLDOMNode* parent) {
 
 void RemoveAttributes(IXMLDOMNode* element) {
     IXMLDOMNamedNodeMapPtr attributes;
-    Check(Required(element)->get_attributes(&attributes), element);
+    Check(RequireNode(element)->get_attributes(&attributes), element);
     long count = 0;
     Check(attributes->get_length(&count), attributes.GetInterfacePtr());
     for (long i = count - 1; i >= 0; --i) {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "xml/Com.h"
-#include "xml/Name.h"
+#include "xml/XmlName.h"
 #include "ZOTDam.h"
 
 namespace ZOTDam {
@@ -17,11 +17,11 @@ namespace ZOTDam {
 // which costs more than checking the few children of an element in the data files.)
 class CSelection {
 public:
-    CSelection(IXMLDOMNode* parent, const CName& childName);
+    CSelection(IXMLDOMNode* parent, const CXmlName& name);
 
     class Iterator {
     public:
-        Iterator(const IXMLDOMNodePtr& first, const CName& name);
+        Iterator(const IXMLDOMNodePtr& first, const CXmlName& name);
         const IXMLDOMElementPtr& operator*() const noexcept { return element; }
         Iterator& operator++();
         bool operator==(std::default_sentinel_t) const noexcept {
@@ -30,7 +30,7 @@ public:
 
     private:
         IXMLDOMElementPtr element;
-        const CName& name;
+        const CXmlName& name;
     };
 
     Iterator begin() const { return {firstChild, name}; }
@@ -38,30 +38,30 @@ public:
 
 private:
     IXMLDOMNodePtr firstChild;
-    CName name;
+    CXmlName name;
 };
 
-inline CSelection SelectChildren(IXMLDOMNode* parent, const CName& name) {
+inline CSelection SelectChildren(IXMLDOMNode* parent, const CXmlName& name) {
     return {parent, name};
 }
 
 // Returns the first element that SelectChildren would return, or null.
-IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CName& name);
+IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CXmlName& name);
 
 // Reads an attribute. Returns false and leaves `field` unchanged when the attribute is missing. A number is
 // read up to its first non-digit character. Throws E_INVALIDARG when a string does not fit into a fixed
 // field, because a truncated string would be a different value.
-bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::int32_t& field);
-bool ReadAttribute(IXMLDOMElement* element, const CName& name, Text& field);
-bool ReadAttribute(IXMLDOMElement* element, const CName& name, std::wstring& field);
+bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t& field);
+bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, Text& field);
+bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, std::wstring& field);
 
 // Reads the text of an element for display. Truncates text that does not fit.
 void ReadElementText(IXMLDOMElement* element, Text& field);
 
 // Sets an attribute, creating it when it is missing. Throws E_INVALIDARG for a string that XML cannot
 // represent.
-void WriteAttribute(IXMLDOMElement* element, const CName& name, std::int32_t value);
-void WriteAttribute(IXMLDOMElement* element, const CName& name, const wchar_t* value);
+void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t value);
+void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, const wchar_t* value);
 
 // The same for an attribute whose name comes from the client. WriteNamedAttribute throws E_INVALIDARG unless
 // the name is valid, has no prefix and does not declare a namespace.
@@ -69,12 +69,12 @@ bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstri
 void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wchar_t* value);
 
 // Appends an empty element; `parent` may be the document itself.
-IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CName& name);
+IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CXmlName& name);
 
 // Creates an element, with or without a value, for the document of `parent`. CreateChild also appends it;
 // CreateElement leaves that to the caller.
-IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
-IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CName& name, const _variant_t& value = {});
+IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CXmlName& name, const _variant_t& value = {});
+IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CXmlName& name, const _variant_t& value = {});
 
 // Creates a deep copy of a node of another document, for the document of `parent`, without appending it.
 // Throws E_INVALIDARG when the node's document has a document type.

@@ -4,9 +4,9 @@
 
 #include <utility>
 
+#include "platform/AtomicFile.h"
 #include "platform/BusyMarker.h"
-#include "platform/DurableFile.h"
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 #include "platform/File.h"
 
 namespace ZOTDam {
@@ -20,9 +20,8 @@ bool IsFile(const std::wstring& path) noexcept {
 
 }  // namespace
 
-CGuardedProfile::CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName,
-                                 const CName& newRootName)
-    : CZOTProfile{std::move(filePath)}, markerName{busyMarkerName}, rootName{newRootName} {}
+CGuardedProfile::CGuardedProfile(std::wstring path, const wchar_t* markerName, const CXmlName& rootName)
+    : CZOTProfile{std::move(path)}, markerName{markerName}, rootName{rootName} {}
 
 void CGuardedProfile::Open() noexcept {
     if (!FileExists()) {
@@ -31,7 +30,7 @@ void CGuardedProfile::Open() noexcept {
             OpenWithoutFile();
             return true;
         });
-    } else if (const CBusyMarker marker{markerName}; marker.IsOurs()) {
+    } else if (const CBusyMarker marker{markerName}; marker.IsAcquired()) {
         fileContent = ReadFile();
     }
 }
@@ -39,20 +38,20 @@ void CGuardedProfile::Open() noexcept {
 bool CGuardedProfile::Save() noexcept {
     return FalseOnException([this] {
         const CBusyMarker marker{markerName};
-        if (!marker.IsOurs())
+        if (!marker.IsAcquired())
             return true;
         // If the file does not exist, for whatever reason, a save cannot destroy data.
-        const FileContent threatened = IsFile(Path()) ? fileContent : FileContent::Known;
-        if (threatened == FileContent::Unknown)
+        const FileContent contentAtRisk = IsFile(Path()) ? fileContent : FileContent::Known;
+        if (contentAtRisk == FileContent::Unknown)
             return true;
-        return threatened != FileContent::Missed && ReplaceFile();
+        return contentAtRisk != FileContent::LoadFailed && ReplaceFile();
     });
 }
 
 // A load fails both for content that is not well-formed and for a file that another program has locked. While
 // the file is open here, no other program can lock it, so a second failure is due to the content.
 CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
-    FileContent content = FileContent::Missed;
+    FileContent content = FileContent::LoadFailed;
     FalseOnException([&] {
         if (LoadOrThrow()) {
             content = FileContent::Known;
@@ -64,7 +63,7 @@ CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
         if (!file.IsOpen() || !file.Read(bytes))
             content = FileContent::Unknown;
         else
-            content = LoadOrThrow() ? FileContent::Known : FileContent::NoXml;
+            content = LoadOrThrow() ? FileContent::Known : FileContent::NotWellFormed;
         return true;
     });
     return content;
@@ -76,15 +75,16 @@ IXMLDOMElementPtr CGuardedProfile::Root() {
 }
 
 bool CGuardedProfile::ReplaceFile() {
-    if (!SetUnreadableFileAside() || !Write())
+    if (!BackUpUnreadableFile() || !Write())
         return false;
     fileContent = FileContent::Known;
     return true;
 }
 
 // A file without loadable content is about to be overwritten, so a copy of it is kept.
-bool CGuardedProfile::SetUnreadableFileAside() const {
-    return fileContent != FileContent::NoXml || !FileExists() || CopyDurably(Path(), Path() + L".unreadable");
+bool CGuardedProfile::BackUpUnreadableFile() const {
+    return fileContent != FileContent::NotWellFormed || !FileExists() ||
+           CopyAndFlush(Path(), Path() + L".unreadable");
 }
 
 }  // namespace ZOTDam

@@ -18,10 +18,10 @@ public:
     IXMLDOMElementPtr Root();
 
 protected:
-    CGuardedProfile(std::wstring filePath, const wchar_t* busyMarkerName, const CName& newRootName);
+    CGuardedProfile(std::wstring path, const wchar_t* markerName, const CXmlName& rootName);
 
     // Returns a child of the root, which is created when it is missing.
-    IXMLDOMElementPtr Section(const CName& name) { return GetChildNode(Root(), name); }
+    IXMLDOMElementPtr Section(const CXmlName& name) { return GetChildNode(Root(), name); }
 
 private:
     // Prepares the document when the file does not exist.
@@ -29,18 +29,18 @@ private:
 
     // The relation of the document in memory to the file.
     enum class FileContent : unsigned char {
-        Unknown,  // the file was never read, could not be opened, or was created later
-        Known,    // the document is based on the file's content
-        NoXml,    // the file was read, but its content cannot be loaded (not well-formed)
-        Missed,   // the load failed: no DOM or not enough memory
+        Unknown,        // the file was never read, could not be opened, or was created later
+        Known,          // the document is based on the file's content
+        NotWellFormed,  // the file was read, but its content cannot be loaded (not well-formed)
+        LoadFailed,     // the load failed: no DOM or not enough memory
     };
 
     FileContent ReadFile() noexcept;
-    bool SetUnreadableFileAside() const;
+    bool BackUpUnreadableFile() const;
     bool ReplaceFile();
 
     const wchar_t* markerName;
-    CName rootName;
+    CXmlName rootName;
     FileContent fileContent = FileContent::Unknown;
 };
 

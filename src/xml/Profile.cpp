@@ -4,11 +4,11 @@
 
 #include <utility>
 
-#include "platform/DurableFile.h"
-#include "platform/Failure.h"
-#include "xml/Declaration.h"
+#include "platform/AtomicFile.h"
+#include "platform/FalseOnException.h"
 #include "xml/EntityBomb.h"
 #include "xml/TextStream.h"
+#include "xml/XmlDeclaration.h"
 
 namespace ZOTDam {
 
@@ -28,9 +28,9 @@ IXMLDOMDocument2Ptr CreateDocument() noexcept {
 
 }  // namespace
 
-CZOTProfile::CZOTProfile(std::wstring filePath) : document{CreateDocument()}, path{std::move(filePath)} {}
+CZOTProfile::CZOTProfile(std::wstring path) : document{CreateDocument()}, path{std::move(path)} {}
 
-IXMLDOMElementPtr CZOTProfile::GetChildNode(IXMLDOMNode* parent, const CName& name) {
+IXMLDOMElementPtr CZOTProfile::GetChildNode(IXMLDOMNode* parent, const CXmlName& name) {
     if (parent == nullptr)
         return {};
     if (const IXMLDOMElementPtr found = SelectChild(parent, name))
@@ -55,8 +55,8 @@ bool CZOTProfile::Load() noexcept {
 
 bool CZOTProfile::LoadOrThrow() {
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    if (!IsFileHarmless()) {
-        Check(document->loadXML(CName{L""}.AsBstr(), &loaded), document.GetInterfacePtr());
+    if (!HasNoEntityBomb()) {
+        Check(document->loadXML(CXmlName{L""}.AsBstr(), &loaded), document.GetInterfacePtr());
         return false;
     }
     Check(document->load(_variant_t{path.c_str()}, &loaded), document.GetInterfacePtr());
@@ -64,11 +64,11 @@ bool CZOTProfile::LoadOrThrow() {
 }
 
 // The check reads the whole file, so it is skipped when the file is unchanged since the last check.
-bool CZOTProfile::IsFileHarmless() {
+bool CZOTProfile::HasNoEntityBomb() {
     const FileState state = StateOf(path);
-    if (state != harmless && !IsEntityBomb(path))
-        harmless = state;
-    return state == harmless;
+    if (state != checkedState && !IsEntityBomb(path))
+        checkedState = state;
+    return state == checkedState;
 }
 
 bool CZOTProfile::Write() noexcept {
@@ -78,23 +78,23 @@ bool CZOTProfile::Write() noexcept {
         DeclareUtf8(document);
         CTextStream stream;
         return document->save(_variant_t{&stream}) == S_OK && stream.IsComplete() &&
-               WriteDurably(path, stream.Text());
+               ReplaceAtomically(path, stream.Text());
     });
 }
 
-IXMLDOMElementPtr CZOTProfile::FindSection(const CName& name) const {
+IXMLDOMElementPtr CZOTProfile::FindSection(const CXmlName& name) const {
     const IXMLDOMElementPtr root = FindRoot();
     return root ? SelectChild(root, name) : IXMLDOMElementPtr{};
 }
 
-IXMLDOMElementPtr CZOTProfile::CreateRoot(const CName& name) {
+IXMLDOMElementPtr CZOTProfile::CreateRoot(const CXmlName& name) {
     if (!document)
         return {};
     AppendDeclaration(document);
     return AppendElement(document, document, name);
 }
 
-bool CZOTProfile::ClearSection(const CName& name) {
+bool CZOTProfile::ClearSection(const CXmlName& name) {
     const IXMLDOMElementPtr root = FindRoot();
     return root && RemoveChildren(GetChildNode(root, name));
 }

@@ -11,14 +11,14 @@ namespace ZOTDam {
 // object is still valid: searches find nothing, and loading and saving fail.
 class CZOTProfile {
 public:
-    explicit CZOTProfile(std::wstring filePath);
+    explicit CZOTProfile(std::wstring path);
     CZOTProfile(const CZOTProfile&) = delete;
     CZOTProfile& operator=(const CZOTProfile&) = delete;
     virtual ~CZOTProfile() = default;
 
     // Returns the first child element with this name, which is created when it is missing. Returns null for a
     // null parent.
-    virtual IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CName& name);
+    virtual IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CXmlName& name);
 
     // Returns the document element, whatever its name, or null.
     IXMLDOMElementPtr FindRoot() const;
@@ -38,20 +38,20 @@ protected:
     bool Write() noexcept;
 
     // Returns the first child of the root with this name, or null. Creates nothing.
-    IXMLDOMElementPtr FindSection(const CName& name) const;
+    IXMLDOMElementPtr FindSection(const CXmlName& name) const;
 
-    IXMLDOMElementPtr CreateRoot(const CName& name);
+    IXMLDOMElementPtr CreateRoot(const CXmlName& name);
 
     // Removes all children of a section of the root. Returns false when the section is empty, or when the
     // document has no root; the function creates no root.
-    bool ClearSection(const CName& name);
+    bool ClearSection(const CXmlName& name);
 
 private:
-    bool IsFileHarmless();
+    bool HasNoEntityBomb();
 
     IXMLDOMDocument2Ptr document;
     std::wstring path;
-    FileState harmless;
+    FileState checkedState;
 };
 
 }  // namespace ZOTDam

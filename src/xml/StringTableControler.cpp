@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "platform/DataFolders.h"
-#include "platform/Failure.h"
-#include "platform/Folder.h"
+#include "platform/FalseOnException.h"
+#include "platform/FileInFolder.h"
 #include "platform/LocalisedFile.h"
 
 namespace ZOTDam {

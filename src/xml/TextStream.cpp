@@ -1,6 +1,6 @@
 #include "xml/TextStream.h"
 
-#include "platform/Failure.h"
+#include "platform/FalseOnException.h"
 
 namespace ZOTDam {
 

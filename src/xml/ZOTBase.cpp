@@ -1,7 +1,7 @@
 #include "xml/ZOTBase.h"
 
 #include "platform/DataFolders.h"
-#include "platform/Folder.h"
+#include "platform/FileInFolder.h"
 
 namespace ZOTDam {
 
@@ -10,7 +10,7 @@ CXmlZOTBase::CXmlZOTBase()
     Load();
 }
 
-IXMLDOMElementPtr CXmlZOTBase::GetChildNode(IXMLDOMNode* parent, const CName& name) {
+IXMLDOMElementPtr CXmlZOTBase::GetChildNode(IXMLDOMNode* parent, const CXmlName& name) {
     return parent != nullptr ? SelectChild(parent, name) : IXMLDOMElementPtr{};
 }
 

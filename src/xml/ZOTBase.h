@@ -10,7 +10,7 @@ public:
     CXmlZOTBase();
 
     // Only searches: nothing is ever created in the base catalogue.
-    IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CName& name) override;
+    IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CXmlName& name) override;
 
     IXMLDOMElementPtr CommonSettings() { return GetChildNode(FindRoot(), L"CommonSettings"); }
     IXMLDOMElementPtr Functions() { return GetChildNode(FindRoot(), L"Functions"); }

@@ -1,7 +1,7 @@
 #include "xml/ZOTDefault.h"
 
 #include "platform/DataFolders.h"
-#include "platform/Folder.h"
+#include "platform/FileInFolder.h"
 
 namespace ZOTDam {
 

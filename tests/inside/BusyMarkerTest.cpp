@@ -54,7 +54,7 @@ bool Exists() {
 
 TEST(BusyMarkerTest, IsOursWhenNobodyHasIt) {
     const CBusyMarker marker{Name};
-    EXPECT_TRUE(marker.IsOurs());
+    EXPECT_TRUE(marker.IsAcquired());
     EXPECT_TRUE(Exists());
 }
 
@@ -65,15 +65,15 @@ TEST(BusyMarkerTest, VanishesWithItsScope) {
 
 TEST(BusyMarkerTest, IsNotOursWhileThisProcessHasIt) {
     const CBusyMarker first{Name};
-    EXPECT_FALSE(CBusyMarker{Name}.IsOurs());
-    EXPECT_TRUE(first.IsOurs());
+    EXPECT_FALSE(CBusyMarker{Name}.IsAcquired());
+    EXPECT_TRUE(first.IsAcquired());
 }
 
 TEST(BusyMarkerTest, IsNotOursWhileAnotherProcessHasIt) {
     SecondProcess other{HoldMutex, {Name}};
-    EXPECT_FALSE(CBusyMarker{Name}.IsOurs());
+    EXPECT_FALSE(CBusyMarker{Name}.IsAcquired());
     other.Kill();
-    EXPECT_TRUE(CBusyMarker{Name}.IsOurs());
+    EXPECT_TRUE(CBusyMarker{Name}.IsAcquired());
 }
 
 TEST(BusyMarkerTest, AProbeDoesNotKeepTheMarkerOfTheOtherAlive) {
@@ -86,12 +86,12 @@ TEST(BusyMarkerTest, AProbeDoesNotKeepTheMarkerOfTheOtherAlive) {
 
 TEST(BusyMarkerTest, MarkersOfOtherNamesDoNotMatter) {
     const CBusyMarker other{L"zotdam-dom-test-other-marker"};
-    EXPECT_TRUE(CBusyMarker{Name}.IsOurs());
+    EXPECT_TRUE(CBusyMarker{Name}.IsAcquired());
 }
 
 TEST(BusyMarkerTest, ANameThatIsNoMutexIsNoReasonToStop) {
     const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, Name);
-    EXPECT_TRUE(CBusyMarker{Name}.IsOurs());
+    EXPECT_TRUE(CBusyMarker{Name}.IsAcquired());
     CloseHandle(event);
 }
 
@@ -104,7 +104,7 @@ protected:
         const ImportPatch open{program, "OpenMutexW", OpenMutexStandIn};
         const ImportPatch create{program, "CreateMutexW", CreateMutexStandIn};
         const ImportPatch close{program, "CloseHandle", CloseHandleStandIn};
-        return CBusyMarker{Name}.IsOurs();
+        return CBusyMarker{Name}.IsAcquired();
     }
 
     static inline const HANDLE someHandle = reinterpret_cast<HANDLE>(0x1234);

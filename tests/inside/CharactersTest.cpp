@@ -1,5 +1,5 @@
 // Tests of the characters that XML allows in names and in text.
-#include "xml/Characters.h"
+#include "xml/XmlCharacters.h"
 
 #include <gtest/gtest.h>
 

@@ -161,7 +161,7 @@ protected:
         // Marks the copy, so that a test can recognise it.
         IXMLDOMElementPtr {
             *copy
-            } -> setAttribute(CName{L"By"}.AsBstr(), _variant_t{L"import"});
+            } -> setAttribute(CXmlName{L"By"}.AsBstr(), _variant_t{L"import"});
         return result;
     }
 };

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "support/Markup.h"
-#include "xml/Variant.h"
+#include "xml/VariantFromString.h"
 #include "ZOTDamClient.h"
 
 namespace ZOTDam::Test {
@@ -382,7 +382,7 @@ class FailureTest : public DomTest {};
 TEST_F(FailureTest, AFailureOfTheDomKeepsItsCode) {
     const Markup markup{L"<R/>"};
     IXMLDOMElementPtr element;
-    const HRESULT refusal = markup.Document()->createElement(CName{L""}.AsBstr(), &element);
+    const HRESULT refusal = markup.Document()->createElement(CXmlName{L""}.AsBstr(), &element);
     ASSERT_TRUE(FAILED(refusal));
     EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), markup.Root(), L""); }), refusal);
 }
@@ -456,7 +456,7 @@ TEST_F(FailureTest, TakesNoErrorInformationThatAnotherCallLeft) {
 template <class Value>
 _variant_t Filled(Value typed, const wchar_t* text) {
     _variant_t value{typed};
-    FillFromText(value, _bstr_t{text});
+    FillFromString(value, _bstr_t{text});
     return value;
 }
 
@@ -494,7 +494,7 @@ TEST(VariantTest, ADoubleKeepsItsPrecision) {
 TEST(VariantTest, ATextIsACopyOfItsWholeLength) {
     const _bstr_t withZero{SysAllocStringLen(L"a\0b", 3), false};
     _variant_t value{L"old"};
-    FillFromText(value, withZero);
+    FillFromString(value, withZero);
     EXPECT_EQ((std::wstring{V_BSTR(&value), SysStringLen(V_BSTR(&value))}), (std::wstring{L"a\0b", 3}));
     EXPECT_NE(V_BSTR(&value), static_cast<BSTR>(withZero));
 }
@@ -503,16 +503,16 @@ TEST(VariantTest, ATypeWithoutAConversionIsCleared) {
     EXPECT_EQ(Filled(CY{}, L"12").vt, VT_EMPTY);
     EXPECT_EQ(Filled(static_cast<unsigned char>(1), L"12").vt, VT_EMPTY);
     _variant_t empty;
-    FillFromText(empty, _bstr_t{L"12"});
+    FillFromString(empty, _bstr_t{L"12"});
     EXPECT_EQ(V_VT(&empty), VT_EMPTY);
 }
 
 TEST(VariantTest, ANullTextIsAnEmptyOne) {
     _variant_t number{7L};
-    FillFromText(number, nullptr);
+    FillFromString(number, nullptr);
     EXPECT_EQ(V_I4(&number), 0);
     _variant_t text{L"old"};
-    FillFromText(text, nullptr);
+    FillFromString(text, nullptr);
     EXPECT_EQ(V_VT(&text), VT_BSTR);
     EXPECT_EQ(SysStringLen(V_BSTR(&text)), 0u);
 }
@@ -520,16 +520,16 @@ TEST(VariantTest, ANullTextIsAnEmptyOne) {
 // ---- Names ----
 
 TEST(NameTest, IsATextThatComTakes) {
-    const CName name{L"PowerSchemes"};
+    const CXmlName name{L"PowerSchemes"};
     EXPECT_EQ(SysStringLen(name.AsBstr()), 12u);
     EXPECT_STREQ(name.AsBstr(), L"PowerSchemes");
     EXPECT_EQ(name.View(), L"PowerSchemes");
 }
 
 TEST(NameTest, ACopyStandsOnItsOwn) {
-    CName copy{L"A"};
+    CXmlName copy{L"A"};
     {
-        const CName name{L"Function"};
+        const CXmlName name{L"Function"};
         copy = name;
     }
     EXPECT_EQ(SysStringLen(copy.AsBstr()), 8u);
@@ -537,8 +537,8 @@ TEST(NameTest, ACopyStandsOnItsOwn) {
 }
 
 TEST(NameTest, MayBeEmpty) {
-    EXPECT_EQ(SysStringLen(CName{L""}.AsBstr()), 0u);
-    EXPECT_TRUE(CName{L""}.View().empty());
+    EXPECT_EQ(SysStringLen(CXmlName{L""}.AsBstr()), 0u);
+    EXPECT_TRUE(CXmlName{L""}.View().empty());
 }
 
 }  // namespace ZOTDam::Test

@@ -5,7 +5,7 @@
 
 #include <thread>
 
-#include "platform/Folder.h"
+#include "platform/FileInFolder.h"
 #include "support/Installation.h"
 #include "support/Markup.h"
 #include "xml/Documents.h"

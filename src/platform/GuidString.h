@@ -7,9 +7,9 @@
 namespace ZOTDam {
 
 // A GUID in the format of the data files: 36 characters, lower case, no braces.
-class CGuidText {
+class CGuidString {
 public:
-    explicit CGuidText(const GUID& guid);
+    explicit CGuidString(const GUID& guid);
 
     const wchar_t* c_str() const noexcept { return text.data(); }
 

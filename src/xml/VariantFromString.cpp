@@ -1,4 +1,4 @@
-#include "xml/Variant.h"
+#include "xml/VariantFromString.h"
 
 #include <cstdlib>
 
@@ -7,26 +7,26 @@ namespace ZOTDam {
 namespace {
 
 // A null BSTR is an empty string, but the conversions of the C runtime do not accept a null pointer.
-const wchar_t* TextOf(const wchar_t* text) noexcept {
+const wchar_t* OrEmpty(const wchar_t* text) noexcept {
     return text != nullptr ? text : L"";
 }
 
 }  // namespace
 
-void FillFromText(_variant_t& value, BSTR text) {
+void FillFromString(_variant_t& value, BSTR text) {
     switch (V_VT(&value)) {
         case VT_I2:
         case VT_BOOL:
-            V_I2(&value) = static_cast<SHORT>(_wtoi(TextOf(text)));
+            V_I2(&value) = static_cast<SHORT>(_wtoi(OrEmpty(text)));
             break;
         case VT_I4:
-            V_I4(&value) = _wtol(TextOf(text));
+            V_I4(&value) = _wtol(OrEmpty(text));
             break;
         case VT_R4:
-            V_R4(&value) = static_cast<float>(_wtof(TextOf(text)));
+            V_R4(&value) = static_cast<float>(_wtof(OrEmpty(text)));
             break;
         case VT_R8:
-            V_R8(&value) = _wtof(TextOf(text));
+            V_R8(&value) = _wtof(OrEmpty(text));
             break;
         case VT_BSTR:
             value = _variant_t{_bstr_t{text, true}};

@@ -1,4 +1,4 @@
-#include "platform/DurableFile.h"
+#include "platform/AtomicFile.h"
 
 #include "platform/AccessRights.h"
 #include "platform/File.h"
@@ -8,22 +8,23 @@ namespace ZOTDam {
 namespace {
 
 // The result of one step of a save.
-enum class Step : unsigned char {
-    Done,
-    Refused,  // failed, but writing the file in place may still succeed
+enum class WriteResult : unsigned char {
+    Succeeded,
+    FileInUse,  // failed, but writing the file in place may still succeed
     Failed,
 };
 
 // Classifies the last error; must be called directly after the system call that failed. On a full disk,
 // writing the file in place would fail as well and could lose the old content.
-Step Refusal() noexcept {
+WriteResult ClassifyLastError() noexcept {
     const DWORD error = GetLastError();
-    return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL ? Step::Failed : Step::Refused;
+    return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL ? WriteResult::Failed
+                                                                       : WriteResult::FileInUse;
 }
 
 // Returns the path of the temporary file. It has the same length as `path`, so it does not exceed a path
 // limit.
-std::wstring SiblingOf(const std::wstring& path) {
+std::wstring TemporaryFileFor(const std::wstring& path) {
     constexpr std::wstring_view extension = L".new";
     return path.substr(0, path.size() - extension.size()).append(extension);
 }
@@ -51,40 +52,42 @@ void Remove(const std::wstring& path) noexcept {
     DeleteFileW(path.c_str());
 }
 
-HANDLE CreateSibling(const std::wstring& sibling, const std::wstring& path) {
+HANDLE CreateTemporaryFile(const std::wstring& temporaryFile, const std::wstring& path) {
     CAccessRights rights{path};
     const auto create = [&] {
-        return CreateFileW(sibling.c_str(), GENERIC_WRITE, 0, rights.ForNewFile(), CREATE_NEW,
+        return CreateFileW(temporaryFile.c_str(), GENERIC_WRITE, 0, rights.ForNewFile(), CREATE_NEW,
                            AttributesOf(path), nullptr);
     };
     const HANDLE created = create();
     if (created != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS)
         return created;
     // The file was left by a process that terminated during a save.
-    Remove(sibling);
+    Remove(temporaryFile);
     return create();
 }
 
-Step WriteSibling(const std::wstring& sibling, const std::wstring& path, std::string_view content) {
-    const CFile file{CreateSibling(sibling, path)};
+WriteResult WriteTemporaryFile(const std::wstring& temporaryFile, const std::wstring& path,
+                               std::string_view content) {
+    const CFile file{CreateTemporaryFile(temporaryFile, path)};
     if (!file.IsOpen())
-        return Refusal();
-    return file.Write(content) ? Step::Done : Step::Failed;
+        return ClassifyLastError();
+    return file.Write(content) ? WriteResult::Succeeded : WriteResult::Failed;
 }
 
 // Atomically replaces the target. ReplaceFileW would preserve more of the old file, but needs two steps.
-Step MoveOver(const std::wstring& source, const std::wstring& target) noexcept {
+WriteResult RenameOver(const std::wstring& source, const std::wstring& target) noexcept {
     constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
     // A program that only reads the file usually closes it soon, so the rename is retried. The attempts only
     // yield the processor; they do not sleep.
     constexpr int attempts = 20;
-    Step step = Step::Refused;
-    for (int attempt = 0; attempt < attempts && step == Step::Refused; ++attempt) {
+    WriteResult result = WriteResult::FileInUse;
+    for (int attempt = 0; attempt < attempts && result == WriteResult::FileInUse; ++attempt) {
         if (attempt > 0)
             SwitchToThread();
-        step = MoveFileExW(source.c_str(), target.c_str(), flags) != FALSE ? Step::Done : Refusal();
+        result = MoveFileExW(source.c_str(), target.c_str(), flags) != FALSE ? WriteResult::Succeeded
+                                                                             : ClassifyLastError();
     }
-    return step;
+    return result;
 }
 
 // Not atomic: if the process terminates in this function, the file has mixed content. After a write error,
@@ -111,20 +114,21 @@ bool WriteInPlace(const std::wstring& path, std::string_view content) {
 
 // Writes a temporary file first, flushes it to disk and then renames it over the target. If creating or
 // renaming the temporary file fails for another reason than a full disk, writes the target in place.
-bool WriteDurably(const std::wstring& path, std::string_view content) {
+bool ReplaceAtomically(const std::wstring& path, std::string_view content) {
     // Some systems let a rename replace a read-only file.
     if (IsReadOnly(path))
         return false;
-    const std::wstring sibling = SiblingOf(path);
-    Step step = WriteSibling(sibling, path, content);
-    if (step == Step::Done)
-        step = MoveOver(sibling, path);
-    if (step != Step::Done)
-        Remove(sibling);
-    return step == Step::Done || (step == Step::Refused && WriteInPlace(path, content));
+    const std::wstring temporaryFile = TemporaryFileFor(path);
+    WriteResult result = WriteTemporaryFile(temporaryFile, path, content);
+    if (result == WriteResult::Succeeded)
+        result = RenameOver(temporaryFile, path);
+    if (result != WriteResult::Succeeded)
+        Remove(temporaryFile);
+    return result == WriteResult::Succeeded ||
+           (result == WriteResult::FileInUse && WriteInPlace(path, content));
 }
 
-bool CopyDurably(const std::wstring& source, const std::wstring& target) noexcept {
+bool CopyAndFlush(const std::wstring& source, const std::wstring& target) noexcept {
     RemoveProtection(target);
     if (CopyFileW(source.c_str(), target.c_str(), FALSE) == FALSE)
         return false;

@@ -1,4 +1,4 @@
-#include "platform/Folder.h"
+#include "platform/FileInFolder.h"
 
 #include <windows.h>
 

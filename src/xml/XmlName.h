@@ -11,10 +11,10 @@ namespace ZOTDam {
 
 // An element or attribute name that COM can take as a BSTR. As in every BSTR, the string is stored directly
 // after its length, so passing a name allocates nothing.
-class CName {
+class CXmlName {
 public:
     template <std::size_t Size>
-    constexpr CName(
+    constexpr CXmlName(
         const wchar_t (&literal)[Size]) noexcept  // implicit: names are written where they are used
         : byteLength{(Size - 1) * sizeof(wchar_t)} {
         static_assert(Size <= Capacity);

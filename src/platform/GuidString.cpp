@@ -1,4 +1,4 @@
-#include "platform/GuidText.h"
+#include "platform/GuidString.h"
 
 #include <windows.h>
 
@@ -9,7 +9,7 @@
 
 namespace ZOTDam {
 
-CGuidText::CGuidText(const GUID& guid) {
+CGuidString::CGuidString(const GUID& guid) {
     RPC_WSTR allocated = nullptr;
     if (UuidToStringW(const_cast<UUID*>(&guid), &allocated) != RPC_S_OK)
         throw std::bad_alloc{};
@@ -17,7 +17,7 @@ CGuidText::CGuidText(const GUID& guid) {
     RpcStringFreeW(&allocated);
 }
 
-bool CGuidText::Matches(const wchar_t* other) const noexcept {
+bool CGuidString::Matches(const wchar_t* other) const noexcept {
     return _wcsicmp(text.data(), other) == 0;
 }
 

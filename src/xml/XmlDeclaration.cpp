@@ -1,10 +1,10 @@
-#include "xml/Declaration.h"
+#include "xml/XmlDeclaration.h"
 
 #include <shlwapi.h>
 
 #include "xml/Bstr.h"
 #include "xml/Dom.h"
-#include "xml/Name.h"
+#include "xml/XmlName.h"
 
 namespace ZOTDam {
 
@@ -12,13 +12,13 @@ namespace {
 
 IXMLDOMProcessingInstructionPtr CreateDeclaration(IXMLDOMDocument* document) {
     IXMLDOMProcessingInstructionPtr declaration;
-    Check(document->createProcessingInstruction(CName{L"xml"}.AsBstr(),
+    Check(document->createProcessingInstruction(CXmlName{L"xml"}.AsBstr(),
                                                 _bstr_t{L"version='1.0' encoding='UTF-8'"}, &declaration),
           document);
     return declaration;
 }
 
-bool IsForOtherEncoding(IXMLDOMProcessingInstruction* declaration) {
+bool NamesOtherEncoding(IXMLDOMProcessingInstruction* declaration) {
     CBstr target;
     CBstr data;
     Check(declaration->get_target(target.Receive()), declaration);
@@ -37,7 +37,7 @@ void DeclareUtf8(IXMLDOMDocument* document) {
     IXMLDOMNodePtr first;
     Check(document->get_firstChild(&first), document);
     const IXMLDOMProcessingInstructionPtr declaration = first;
-    if (!declaration || !IsForOtherEncoding(declaration))
+    if (!declaration || !NamesOtherEncoding(declaration))
         return;
     IXMLDOMNodePtr replaced;
     Check(document->replaceChild(CreateDeclaration(document), declaration, &replaced), document);

@@ -1,4 +1,4 @@
-#include "xml/Characters.h"
+#include "xml/XmlCharacters.h"
 
 #include <windows.h>
 
@@ -23,7 +23,7 @@ constexpr Range NameStartCharacters[] = {
     {0x2C00, 0x2FEF}, {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
 };
 
-constexpr Range FurtherNameCharacters[] = {
+constexpr Range OtherNameCharacters[] = {
     {U'-', U'.'}, {U'0', U'9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
 };
 
@@ -35,7 +35,7 @@ bool IsIn(const Range (&ranges)[Size], char32_t character) noexcept {
 }
 
 // Removes the first character from a string and returns it. Returns an unpaired surrogate unchanged.
-char32_t TakeCharacter(std::wstring_view& text) noexcept {
+char32_t RemoveFirstCharacter(std::wstring_view& text) noexcept {
     const wchar_t first = text.front();
     text.remove_prefix(1);
     if (text.empty() || !IS_SURROGATE_PAIR(first, text.front()))
@@ -48,11 +48,11 @@ char32_t TakeCharacter(std::wstring_view& text) noexcept {
 }  // namespace
 
 bool IsNcName(std::wstring_view text) noexcept {
-    if (text.empty() || !IsIn(NameStartCharacters, TakeCharacter(text)))
+    if (text.empty() || !IsIn(NameStartCharacters, RemoveFirstCharacter(text)))
         return false;
     while (!text.empty()) {
-        const char32_t character = TakeCharacter(text);
-        if (!IsIn(NameStartCharacters, character) && !IsIn(FurtherNameCharacters, character))
+        const char32_t character = RemoveFirstCharacter(text);
+        if (!IsIn(NameStartCharacters, character) && !IsIn(OtherNameCharacters, character))
             return false;
     }
     return true;
@@ -60,7 +60,7 @@ bool IsNcName(std::wstring_view text) noexcept {
 
 bool IsXmlText(std::wstring_view text) noexcept {
     while (!text.empty())
-        if (!IsIn(TextCharacters, TakeCharacter(text)))
+        if (!IsIn(TextCharacters, RemoveFirstCharacter(text)))
             return false;
     return true;
 }
