@@ -4,13 +4,6 @@
 
 namespace ZOTDam::Bench {
 
-namespace {
-
-constexpr CLSID DomDocument60 = {
-    0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
-
-}  // namespace
-
 PlainDocument::PlainDocument(const std::filesystem::path& file) {
     document.CreateInstance(DomDocument60);
     document->put_async(VARIANT_FALSE);

@@ -11,10 +11,6 @@
 #include "xml/Com.h"
 #include "xml/XmlName.h"
 
-#ifdef __MINGW32__
-__CRT_UUID_DECL(IXMLDOMNodeList, 0x2933bf82, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
-#endif
-
 namespace ZOTDam::Bench {
 
 _COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, __uuidof(IXMLDOMNodeList));

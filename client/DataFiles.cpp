@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "Error.h"
+#include "platform/LocalisedFile.h"
 #include "Text.h"
 #include "ZOTDamClient.h"
 
@@ -24,7 +25,7 @@ void Redirect(const wchar_t* variable, const std::filesystem::path& folder) {
 }
 
 bool IsBusy(const DataFile& file) noexcept {
-    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, file.busyMarker);
+    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, file.location.busyMarker);
     if (marker == nullptr)
         return GetLastError() == ERROR_ACCESS_DENIED;
     CloseHandle(marker);
@@ -45,13 +46,6 @@ bool IsLanguageName(const std::string& text) {
     });
 }
 
-// Returns an empty string if the system has no name for the language.
-std::wstring LanguageOfUser() {
-    wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
-    LCIDToLocaleName(MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
-    return name;
-}
-
 }  // namespace
 
 void RedirectProgramFiles(const std::filesystem::path& folder) {
@@ -63,7 +57,7 @@ void RedirectProgramData(const std::filesystem::path& folder) {
 }
 
 std::filesystem::path PathOf(const DataFile& file) {
-    return Expand(file.location);
+    return Expand(file.location.folder) / file.location.fileName;
 }
 
 std::string TitleOf(const DataFile& file) {
@@ -73,27 +67,12 @@ std::string TitleOf(const DataFile& file) {
 std::filesystem::path StringTableFor(const std::string& language) {
     if (!IsLanguageName(language))
         throw UsageError{"\"" + language + "\" is no language: give its name, such as de-DE."};
-    return PathOf(Defaults).parent_path() / ToUtf16(language) / L"StringTable.xml.mui";
+    return PathOf(Defaults).parent_path() / ToUtf16(language) /
+           (std::wstring{StringTableLocation.fileName} + L".mui");
 }
 
 std::filesystem::path StringTableOfUser() {
-    std::filesystem::path neutral = PathOf(Defaults).replace_filename(L"StringTable.xml");
-    std::wstring language = LanguageOfUser();
-    if (language.empty())
-        return neutral;
-    const std::filesystem::path copy = StringTableFor(ToUtf8(language));
-    wchar_t found[MAX_PATH] = {};
-    ULONG languageSize = LOCALE_NAME_MAX_LENGTH;
-    ULONG foundSize = MAX_PATH;
-    ULONGLONG enumerator = 0;
-    language.resize(languageSize);
-    if (GetFileMUIPath(MUI_LANGUAGE_NAME, neutral.c_str(), language.data(), &languageSize, found, &foundSize,
-                       &enumerator) != FALSE)
-        return found;
-    // Some systems do not implement the lookup. On these, the library searches for the copy itself.
-    const bool isUnknown = GetLastError() == ERROR_CALL_NOT_IMPLEMENTED;
-    std::error_code error;
-    return isUnknown && exists(copy, error) ? copy : neutral;
+    return LocalisedFile(PathOf(Defaults).replace_filename(StringTableLocation.fileName));
 }
 
 void RequireIdle(const DataFile& file) {

@@ -4,21 +4,18 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/DataFiles.h"
+
 namespace ZOTDam::Client {
 
 struct DataFile {
     const char* title;
-    const wchar_t* location;    // with environment variables
-    const wchar_t* busyMarker;  // the mutex held while the file is loaded or saved; null if it is never saved
+    DataFileLocation location;
 };
 
-inline constexpr DataFile BaseCatalogue = {
-    "base catalogue", LR"(%ProgramFiles%\Orlo\QUEN Power Management\data\ZOTBase.xml)", nullptr};
-inline constexpr DataFile Defaults = {
-    "defaults file", LR"(%ProgramFiles%\Orlo\QUEN Power Management\ZOTDefault.xml)", L"XmlZOTDefaultMutex"};
-inline constexpr DataFile UserSettings = {
-    "user settings file", LR"(%ProgramData%\Orlo Corporation\QUEN Power Management\ZOTPowercfg.xml)",
-    L"XmlZOTPowercfgMutex"};
+inline constexpr DataFile BaseCatalogue = {"base catalogue", BaseCatalogueLocation};
+inline constexpr DataFile Defaults = {"defaults file", DefaultsLocation};
+inline constexpr DataFile UserSettings = {"user settings file", UserSettingsLocation};
 
 // Redirect this process to the files in another folder. Must be called before the library is loaded.
 void RedirectProgramFiles(const std::filesystem::path& folder);

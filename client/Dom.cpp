@@ -1,31 +1,16 @@
 #include "Dom.h"
 
-#include <oleauto.h>
-
-#include <new>
 #include <utility>
 
 #include "Error.h"
+#include "xml/Bstr.h"
 
 namespace ZOTDam::Client {
 
 namespace {
 
-using NodeList = std::unique_ptr<IXMLDOMNodeList, ReleaseInterface>;
-using NodeMap = std::unique_ptr<IXMLDOMNamedNodeMap, ReleaseInterface>;
-
-struct FreeBstr {
-    void operator()(BSTR text) const noexcept { SysFreeString(text); }
-};
-
-using Bstr = std::unique_ptr<OLECHAR, FreeBstr>;
-
-Bstr MakeBstr(const wchar_t* text) {
-    Bstr copy{SysAllocString(text)};
-    if (!copy)
-        throw std::bad_alloc{};
-    return copy;
-}
+using NodeList = OwnedInterface<IXMLDOMNodeList>;
+using NodeMap = OwnedInterface<IXMLDOMNamedNodeMap>;
 
 void Check(HRESULT result) {
     if (FAILED(result))
@@ -37,7 +22,7 @@ using TextGetter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);
 std::wstring Get(IXMLDOMNode* node, TextGetter getter) {
     BSTR text = nullptr;
     Check((node->*getter)(&text));
-    const Bstr owner{text};
+    const OwnedBstr owner{text};
     return {text, SysStringLen(text)};
 }
 
@@ -60,7 +45,7 @@ std::vector<Node> SelectChildren(IXMLDOMNode* parent, const wchar_t* name) {
     if (parent == nullptr)
         return children;
     IXMLDOMNodeList* selected = nullptr;
-    Check(parent->selectNodes(MakeBstr(name).get(), &selected));
+    Check(parent->selectNodes(CBstr{name}.AsBstr(), &selected));
     const NodeList list{selected};
     for (IXMLDOMNode* child = nullptr; list->nextNode(&child) == S_OK;)
         children.emplace_back(child);
@@ -85,7 +70,7 @@ std::vector<Node> ChildElements(IXMLDOMNode* parent) {
 std::optional<std::wstring> ReadAttribute(IXMLDOMNode* element, const wchar_t* name) {
     const NodeMap map = AttributesOf(element);
     IXMLDOMNode* found = nullptr;
-    Check(map->getNamedItem(MakeBstr(name).get(), &found));
+    Check(map->getNamedItem(CBstr{name}.AsBstr(), &found));
     const Node attribute{found};
     if (!attribute)
         return {};

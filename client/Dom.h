@@ -1,22 +1,16 @@
 // Reads XML elements: those that the library returns as DOM nodes, and those of the data files.
 #pragma once
 
-#include <windows.h>
-
-#include <msxml2.h>
-
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "xml/ComOwners.h"
+#include "xml/DomInterfaces.h"
+
 namespace ZOTDam::Client {
 
-struct ReleaseInterface {
-    void operator()(IUnknown* counted) const noexcept { counted->Release(); }
-};
-
-using Node = std::unique_ptr<IXMLDOMNode, ReleaseInterface>;
+using Node = OwnedInterface<IXMLDOMNode>;
 
 // Returns the children with this name, in document order; none for a null parent.
 std::vector<Node> SelectChildren(IXMLDOMNode* parent, const wchar_t* name);

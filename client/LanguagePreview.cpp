@@ -40,7 +40,7 @@ LanguagePreview::LanguagePreview(const std::string& language) {
     create_directories(copy.parent_path());
     std::error_code error;
     copy_file(defaults, copy, error);  // if it fails, loading the catalogue reports the error
-    if (!copy_file(table, copy.parent_path() / L"StringTable.xml", error))
+    if (!copy_file(table, copy.parent_path() / StringTableLocation.fileName, error))
         throw Error{"The string table " + Utf8(table) + " cannot be read."};
 }
 

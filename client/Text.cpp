@@ -2,29 +2,19 @@
 
 #include <windows.h>
 
-#include <algorithm>
+#include "platform/CharacterRange.h"
 
 namespace ZOTDam::Client {
 
 namespace {
 
-struct Range {
-    wchar_t first;
-    wchar_t last;
-};
-
-constexpr Range WideCharacters[] = {
+constexpr CharacterRange WideCharacters[] = {
     {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3},
     {0xF900, 0xFAFF}, {0xFE30, 0xFE6F}, {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6},
 };
 
-constexpr Range CombiningMarks[] = {{0x0300, 0x036F}, {0x200B, 0x200F}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}};
-
-template <std::size_t Size>
-bool IsIn(const Range (&ranges)[Size], wchar_t unit) {
-    return std::ranges::any_of(
-        ranges, [unit](const Range& range) { return range.first <= unit && unit <= range.last; });
-}
+constexpr CharacterRange CombiningMarks[] = {
+    {0x0300, 0x036F}, {0x200B, 0x200F}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}};
 
 // Counts each surrogate as one column, so a pair takes two: with few exceptions, characters beyond the basic
 // plane are ideographs and pictures, which are two columns wide.

@@ -14,13 +14,14 @@ constexpr char NoCatalogue[] = "there is no catalogue: the library has no functi
 constexpr char NoBase[] = "the library has no base functions, no spec schemes and no settings to initialise";
 constexpr char NoTexts[] = "the user sees keys in place of all texts";
 
-constexpr FileToExamine BaseFile = {256, {NoBase, NoBase, NoBase}};
-constexpr FileToExamine DefaultsFile = {256, {NoCatalogue, NoCatalogue, NoCatalogue}};
+constexpr FileToExamine BaseFile = {BaseCatalogueLocation.folderCapacity, {NoBase, NoBase, NoBase}};
+constexpr FileToExamine DefaultsFile = {DefaultsLocation.folderCapacity,
+                                        {NoCatalogue, NoCatalogue, NoCatalogue}};
 constexpr FileToExamine UserSettingsFile = {
-    256,
+    UserSettingsLocation.folderCapacity,
     {nullptr, "the library goes by the defaults and stores nothing",
      "the library goes by the defaults; it sets the file aside when it first stores something"}};
-constexpr FileToExamine StringTableFile = {260, {NoTexts, NoTexts, NoTexts}};
+constexpr FileToExamine StringTableFile = {StringTableLocation.folderCapacity, {NoTexts, NoTexts, NoTexts}};
 
 void CheckPlaceToStore(Findings& findings) {
     std::error_code error;

@@ -13,15 +13,11 @@ namespace ZOTDam::Client {
 
 namespace {
 
-using Document = std::unique_ptr<IXMLDOMDocument, ReleaseInterface>;
+using Document = OwnedInterface<IXMLDOMDocument>;
 
 Document NewDocument() {
-    constexpr CLSID DomDocument60 = {
-        0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
-    constexpr IID DomDocument = {
-        0x2933bf81, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
     void* created = nullptr;
-    if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, DomDocument, &created)))
+    if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, __uuidof(IXMLDOMDocument), &created)))
         throw Error{"MSXML 6 is missing."};
     Document document{static_cast<IXMLDOMDocument*>(created)};
     document->put_async(VARIANT_FALSE);
@@ -43,7 +39,7 @@ std::string PlaceOfError(IXMLDOMDocument& document) {
     IXMLDOMParseError* parseError = nullptr;
     if (document.get_parseError(&parseError) != S_OK)
         return {};
-    const std::unique_ptr<IXMLDOMParseError, ReleaseInterface> error{parseError};
+    const OwnedInterface<IXMLDOMParseError> error{parseError};
     long line = 0;
     long column = 0;
     if (error->get_line(&line) != S_OK || line == 0)
@@ -53,11 +49,8 @@ std::string PlaceOfError(IXMLDOMDocument& document) {
 }
 
 bool HasDocumentType(IXMLDOMDocument& document) {
-    IXMLDOMDocumentType* type = nullptr;
-    const bool found = document.get_doctype(&type) == S_OK && type != nullptr;
-    if (type != nullptr)
-        type->Release();
-    return found;
+    bool found = false;
+    return FindDocumentType(&document, found) == S_OK && found;
 }
 
 Node RootOf(IXMLDOMDocument& document) {

@@ -13,4 +13,8 @@ std::wstring FileInFolder(const wchar_t* folder, const wchar_t* fileName, unsign
     return path + fileName;
 }
 
+std::wstring PathOf(const DataFileLocation& location) {
+    return FileInFolder(location.folder, location.fileName, location.folderCapacity);
+}
+
 }  // namespace ZOTDam

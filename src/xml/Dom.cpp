@@ -85,11 +85,9 @@ IXMLDOMDocumentPtr GetOwnerDocument(IXMLDOMNode* node) {
 }
 
 bool HasDocumentType(IXMLDOMDocument* document) {
-    IXMLDOMDocumentType* type = nullptr;
-    Check(document->get_doctype(&type), document);
-    if (type != nullptr)
-        type->Release();
-    return type != nullptr;
+    bool found = false;
+    Check(FindDocumentType(document, found), document);
+    return found;
 }
 
 IXMLDOMElementPtr CreateEmptyElement(IXMLDOMDocument* document, const CXmlName& name) {

@@ -14,9 +14,6 @@ namespace ZOTDam {
 
 namespace {
 
-constexpr CLSID DomDocument60 = {
-    0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
-
 IXMLDOMDocument2Ptr CreateDocument() noexcept {
     IXMLDOMDocument2Ptr document;
     // An asynchronous load would return before the file is read.

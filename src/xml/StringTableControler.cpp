@@ -5,7 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/DataFolders.h"
 #include "platform/FalseOnException.h"
 #include "platform/FileInFolder.h"
 #include "platform/LocalisedFile.h"
@@ -20,9 +19,7 @@ bool IsSameKey(const std::wstring& name, std::wstring_view key) noexcept {
 
 }  // namespace
 
-CStringTableControler::CStringTableControler()
-    : CZOTProfile{
-          LocalisedFile(FileInFolder(InstallationFolder, L"StringTable.xml", StringTableFolderCapacity))} {
+CStringTableControler::CStringTableControler() : CZOTProfile{LocalisedFile(PathOf(StringTableLocation))} {
     if (FileExists() && Load())
         ReadEntries();
 }

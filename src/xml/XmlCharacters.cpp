@@ -2,37 +2,25 @@
 
 #include <windows.h>
 
-#include <algorithm>
+#include "platform/CharacterRange.h"
 
 namespace ZOTDam {
 
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-constexpr Range TextCharacters[] = {
+constexpr CharacterRange TextCharacters[] = {
     {0x9, 0xA}, {0xD, 0xD}, {0x20, 0xD7FF}, {0xE000, 0xFFFD}, {0x10000, 0x10FFFF},
 };
 
-constexpr Range NameStartCharacters[] = {
+constexpr CharacterRange NameStartCharacters[] = {
     {U'A', U'Z'},     {U'_', U'_'},     {U'a', U'z'},     {0xC0, 0xD6},     {0xD8, 0xF6},
     {0xF8, 0x2FF},    {0x370, 0x37D},   {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F},
     {0x2C00, 0x2FEF}, {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
 };
 
-constexpr Range OtherNameCharacters[] = {
+constexpr CharacterRange OtherNameCharacters[] = {
     {U'-', U'.'}, {U'0', U'9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
 };
-
-template <std::size_t Size>
-bool IsIn(const Range (&ranges)[Size], char32_t character) noexcept {
-    return std::ranges::any_of(ranges, [character](const Range& range) {
-        return range.first <= character && character <= range.last;
-    });
-}
 
 // Removes the first character from a string and returns it. Returns an unpaired surrogate unchanged.
 char32_t RemoveFirstCharacter(std::wstring_view& text) noexcept {

@@ -1,12 +1,10 @@
 #include "xml/ZOTBase.h"
 
-#include "platform/DataFolders.h"
 #include "platform/FileInFolder.h"
 
 namespace ZOTDam {
 
-CXmlZOTBase::CXmlZOTBase()
-    : CZOTProfile{FileInFolder(BaseCatalogueFolder, L"ZOTBase.xml", DataFolderCapacity)} {
+CXmlZOTBase::CXmlZOTBase() : CZOTProfile{PathOf(BaseCatalogueLocation)} {
     Load();
 }
 

@@ -1,13 +1,11 @@
 #include "xml/ZOTPowercfg.h"
 
-#include "platform/DataFolders.h"
 #include "platform/FileInFolder.h"
 
 namespace ZOTDam {
 
 CXmlZOTPowercfg::CXmlZOTPowercfg()
-    : CGuardedProfile{FileInFolder(UserSettingsFolder, L"ZOTPowercfg.xml", DataFolderCapacity),
-                      L"XmlZOTPowercfgMutex", L"OrloPowerCfg"} {}
+    : CGuardedProfile{PathOf(UserSettingsLocation), UserSettingsLocation.busyMarker, L"OrloPowerCfg"} {}
 
 bool CXmlZOTPowercfg::ResetSkeleton() {
     if (!ClearSection(L"PowerSchemes"))

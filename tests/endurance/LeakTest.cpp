@@ -10,6 +10,7 @@
 #include "support/ProcessResources.h"
 #include "support/ResourceSnapshot.h"
 #include "support/WatchedDll.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 
@@ -237,8 +238,6 @@ TEST_F(ResourceSnapshotTest, CountsATextInAVariant) {
 }
 
 TEST_F(ResourceSnapshotTest, CountsADocumentOfTheDom) {
-    constexpr CLSID DomDocument60 = {
-        0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
     void* document = nullptr;
     Imported<decltype(CoCreateInstance)>("CoCreateInstance")(DomDocument60, nullptr, CLSCTX_ALL, IID_IUnknown,
                                                              &document);

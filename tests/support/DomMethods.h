@@ -3,13 +3,13 @@
 
 #include <objbase.h>
 
-#include <msxml2.h>
 #include <oleauto.h>
 
 #include <optional>
 #include <stdexcept>
 
 #include "support/SlotPatch.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 
@@ -77,12 +77,9 @@ private:
 
     // One object of each class. They live as long as the patch, because unloading the DOM unloads its tables.
     void MakeObjects() {
-        constexpr CLSID DomDocument60 = {
-            0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
-        constexpr IID DomDocument3 = {
-            0x2933bf96, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
         void* created = nullptr;
-        if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, DomDocument3, &created)))
+        if (FAILED(
+                CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, __uuidof(IXMLDOMDocument3), &created)))
             throw std::runtime_error{"there is no DOM"};
         document = static_cast<IXMLDOMDocument2*>(created);
         const BSTR name = SysAllocString(L"E");
