@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/FalseOnException.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -18,32 +19,32 @@ struct WorkingRecords {
 };
 
 void ReadCommandItem(IXMLDOMElement* element, BaseCommandItem& item) {
-    ReadAttribute(element, L"ID", item.id);
-    ReadAttribute(element, L"Event", item.event);
-    ReadAttribute(element, L"Flag", item.flag);
-    ReadAttribute(element, L"State", item.state);
-    ReadAttribute(element, L"ParamIndex1", item.paramIndex1);
-    ReadAttribute(element, L"ParamIndex2", item.paramIndex2);
-    ReadAttribute(element, L"SpecInfo1", item.specInfo1);
+    ReadAttribute(element, Attributes::ID, item.id);
+    ReadAttribute(element, Attributes::Event, item.event);
+    ReadAttribute(element, Attributes::Flag, item.flag);
+    ReadAttribute(element, Attributes::State, item.state);
+    ReadAttribute(element, Attributes::ParamIndex1, item.paramIndex1);
+    ReadAttribute(element, Attributes::ParamIndex2, item.paramIndex2);
+    ReadAttribute(element, Attributes::SpecInfo1, item.specInfo1);
 }
 
 void ReadCheckExistItem(IXMLDOMElement* element, CheckExistItem& item) {
-    ReadAttribute(element, L"CheckFlag", item.checkFlag);
-    ReadAttribute(element, L"Param1", item.param1);
-    ReadAttribute(element, L"Param2", item.param2);
-    ReadAttribute(element, L"Param3", item.param3);
-    ReadAttribute(element, L"Param4", item.param4);
+    ReadAttribute(element, Attributes::CheckFlag, item.checkFlag);
+    ReadAttribute(element, Attributes::Param1, item.param1);
+    ReadAttribute(element, Attributes::Param2, item.param2);
+    ReadAttribute(element, Attributes::Param3, item.param3);
+    ReadAttribute(element, Attributes::Param4, item.param4);
 }
 
 List<CommandFamily> ReadCommandFamilies(IXMLDOMElement* commands, WorkingRecords& working) {
     List<CommandFamily> families;
-    for (const IXMLDOMElementPtr& familyElement : SelectChildren(commands, L"CommandFamily")) {
+    for (const IXMLDOMElementPtr& familyElement : SelectChildren(commands, Elements::CommandFamily)) {
         CommandFamily family;
-        for (const IXMLDOMElementPtr& item : SelectChildren(familyElement, L"CommandItem")) {
+        for (const IXMLDOMElementPtr& item : SelectChildren(familyElement, Elements::CommandItem)) {
             ReadCommandItem(item, working.commandItem);
             family.commandItems.push_back(working.commandItem);
         }
-        for (const IXMLDOMElementPtr& item : SelectChildren(familyElement, L"CheckExistItem")) {
+        for (const IXMLDOMElementPtr& item : SelectChildren(familyElement, Elements::CheckExistItem)) {
             ReadCheckExistItem(item, working.checkExistItem);
             family.checkExistItems.push_back(working.checkExistItem);
         }
@@ -54,15 +55,15 @@ List<CommandFamily> ReadCommandFamilies(IXMLDOMElement* commands, WorkingRecords
 
 FunctionBaseRecord ReadFunction(IXMLDOMElement* element, WorkingRecords& working) {
     FunctionBaseRecord& function = working.function;
-    ReadAttribute(element, L"ID", function.id);
-    ReadAttribute(element, L"Group", function.group);
-    ReadAttribute(element, L"Flag", function.flag);
-    ReadAttribute(element, L"Name", function.name);
-    ReadAttribute(element, L"Type", function.type);
+    ReadAttribute(element, Attributes::ID, function.id);
+    ReadAttribute(element, Attributes::Group, function.group);
+    ReadAttribute(element, Attributes::Flag, function.flag);
+    ReadAttribute(element, Attributes::Name, function.name);
+    ReadAttribute(element, Attributes::Type, function.type);
     FunctionBaseRecord record = function;
-    record.displayNode = CountedPointer<IXMLDOMNode>{SelectChild(element, L"Display")};
-    record.defaultNode = CountedPointer<IXMLDOMNode>{SelectChild(element, L"Default")};
-    record.commandFamilies = ReadCommandFamilies(SelectChild(element, L"Commands"), working);
+    record.displayNode = CountedPointer<IXMLDOMNode>{SelectChild(element, Elements::Display)};
+    record.defaultNode = CountedPointer<IXMLDOMNode>{SelectChild(element, Elements::Default)};
+    record.commandFamilies = ReadCommandFamilies(SelectChild(element, Elements::Commands), working);
     return record;
 }
 
@@ -77,7 +78,7 @@ bool ReadFunctionBase(List<FunctionBaseRecord>& output) noexcept {
         if (!functions)
             return false;
         WorkingRecords working;
-        for (const IXMLDOMElementPtr& function : SelectChildren(functions, L"Function"))
+        for (const IXMLDOMElementPtr& function : SelectChildren(functions, Elements::Function))
             output.push_back(ReadFunction(function, working));
         return true;
     });

@@ -1,6 +1,7 @@
 #include "catalogue/FunctionDefaults.h"
 
 #include "platform/FalseOnException.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -13,20 +14,20 @@ void AppendCopy(IXMLDOMElement* function, const CountedPointer<IXMLDOMNode>& nod
 }
 
 void WriteCommandItem(IXMLDOMElement* commands, const BaseCommandItem& item) {
-    const IXMLDOMElementPtr element = CreateChild(commands, L"CommandItem");
-    WriteAttribute(element, L"ID", item.id);
-    WriteAttribute(element, L"Event", item.event);
-    WriteAttribute(element, L"Flag", item.flag);
-    WriteAttribute(element, L"State", item.state);
-    WriteAttribute(element, L"ParamIndex1", item.paramIndex1);
-    WriteAttribute(element, L"ParamIndex2", item.paramIndex2);
-    WriteAttribute(element, L"SpecInfo1", item.specInfo1);
+    const IXMLDOMElementPtr element = CreateChild(commands, Elements::CommandItem);
+    WriteAttribute(element, Attributes::ID, item.id);
+    WriteAttribute(element, Attributes::Event, item.event);
+    WriteAttribute(element, Attributes::Flag, item.flag);
+    WriteAttribute(element, Attributes::State, item.state);
+    WriteAttribute(element, Attributes::ParamIndex1, item.paramIndex1);
+    WriteAttribute(element, Attributes::ParamIndex2, item.paramIndex2);
+    WriteAttribute(element, Attributes::SpecInfo1, item.specInfo1);
 }
 
 // Families and their checks are not written. They only serve to determine whether the machine supports a
 // function.
 IXMLDOMElementPtr WriteCommands(IXMLDOMElement* function, const List<CommandFamily>& families) {
-    IXMLDOMElementPtr commands = CreateChild(function, L"Commands");
+    IXMLDOMElementPtr commands = CreateChild(function, Elements::Commands);
     for (const CommandFamily& family : families)
         for (const BaseCommandItem& item : family.commandItems)
             WriteCommandItem(commands, item);
@@ -36,17 +37,17 @@ IXMLDOMElementPtr WriteCommands(IXMLDOMElement* function, const List<CommandFami
 // The function is appended to the section only when it is complete, so that a failure leaves no partial
 // function.
 void WriteFunction(IXMLDOMElement* functions, const FunctionBaseRecord& record) {
-    const IXMLDOMElementPtr function = CreateElement(functions, L"Function");
-    WriteAttribute(function, L"ID", record.id);
-    WriteAttribute(function, L"Flag", record.flag);
-    WriteAttribute(function, L"Type", record.type);
-    WriteAttribute(function, L"Name", record.name);
-    WriteAttribute(function, L"Group", record.group);
+    const IXMLDOMElementPtr function = CreateElement(functions, Elements::Function);
+    WriteAttribute(function, Attributes::ID, record.id);
+    WriteAttribute(function, Attributes::Flag, record.flag);
+    WriteAttribute(function, Attributes::Type, record.type);
+    WriteAttribute(function, Attributes::Name, record.name);
+    WriteAttribute(function, Attributes::Group, record.group);
     AppendCopy(function, record.displayNode);
     AppendCopy(function, record.defaultNode);
     const IXMLDOMElementPtr commands = WriteCommands(function, record.commandFamilies);
     // Deliberate: a function without commands is left out.
-    if (SelectChild(commands, L"CommandItem"))
+    if (SelectChild(commands, Elements::CommandItem))
         AppendChild(functions, function);
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/FalseOnException.h"
+#include "xml/DataFileElements.h"
 #include "xml/Dom.h"
 
 namespace ZOTDam {
@@ -14,12 +15,12 @@ constexpr std::int32_t Unreadable = -1;
 bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
     FunctionRecord record;
     std::vector<CommandItem> commands;
-    for (const IXMLDOMElementPtr& function : SelectChildren(functions, L"Function")) {
+    for (const IXMLDOMElementPtr& function : SelectChildren(functions, Elements::Function)) {
         record.acDisplayItems.clear();
         record.dcDisplayItems.clear();
         commands.clear();
         const std::int32_t id = ReadFunctionElement(function, record);
-        if (id < 0 || !ReadCommandItems(SelectChild(function, L"Commands"), commands))
+        if (id < 0 || !ReadCommandItems(SelectChild(function, Elements::Commands), commands))
             return false;
         // If two functions have the same id, the first one is used. Moving a record moves its lists, but
         // copies its numbers and strings, so the next function can inherit them.
@@ -45,14 +46,14 @@ bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcep
 std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record) noexcept {
     std::int32_t id = Unreadable;
     const bool read = FalseOnException([&] {
-        ReadAttribute(function, L"ID", id);
-        ReadAttribute(function, L"Flag", record.flag);
-        ReadAttribute(function, L"Type", record.type);
-        ReadAttribute(function, L"Name", record.name);
-        ReadAttribute(function, L"Group", record.group);
-        const IXMLDOMElementPtr display = SelectChild(function, L"Display");
-        ReadDisplayItems(SelectChild(display, L"AC"), record.acDisplayItems);
-        ReadDisplayItems(SelectChild(display, L"DC"), record.dcDisplayItems);
+        ReadAttribute(function, Attributes::ID, id);
+        ReadAttribute(function, Attributes::Flag, record.flag);
+        ReadAttribute(function, Attributes::Type, record.type);
+        ReadAttribute(function, Attributes::Name, record.name);
+        ReadAttribute(function, Attributes::Group, record.group);
+        const IXMLDOMElementPtr display = SelectChild(function, Elements::Display);
+        ReadDisplayItems(SelectChild(display, Elements::AC), record.acDisplayItems);
+        ReadDisplayItems(SelectChild(display, Elements::DC), record.dcDisplayItems);
         return true;
     });
     return read ? id : Unreadable;
@@ -62,9 +63,9 @@ bool ReadDisplayItems(IXMLDOMElement* listElement, List<DisplayItem>& list) {
     if (listElement == nullptr)
         return false;
     DisplayItem item;
-    for (const IXMLDOMElementPtr& displayItem : SelectChildren(listElement, L"DisplayItem")) {
-        ReadAttribute(displayItem, L"Label", item.label);
-        ReadAttribute(displayItem, L"Option", item.option);
+    for (const IXMLDOMElementPtr& displayItem : SelectChildren(listElement, Elements::DisplayItem)) {
+        ReadAttribute(displayItem, Attributes::Label, item.label);
+        ReadAttribute(displayItem, Attributes::Option, item.option);
         list.push_back(item);
     }
     return true;
@@ -73,14 +74,14 @@ bool ReadDisplayItems(IXMLDOMElement* listElement, List<DisplayItem>& list) {
 bool ReadCommandItems(IXMLDOMElement* commands, std::vector<CommandItem>& list) noexcept {
     return FalseOnException([&] {
         CommandItem item;
-        for (const IXMLDOMElementPtr& commandItem : SelectChildren(commands, L"CommandItem")) {
-            ReadAttribute(commandItem, L"Event", item.event);
-            ReadAttribute(commandItem, L"Flag", item.flag);
-            ReadAttribute(commandItem, L"ID", item.id);
-            ReadAttribute(commandItem, L"State", item.state);
-            ReadAttribute(commandItem, L"ParamIndex1", item.paramIndex1);
-            ReadAttribute(commandItem, L"ParamIndex2", item.paramIndex2);
-            ReadAttribute(commandItem, L"SpecInfo1", item.specInfo1);
+        for (const IXMLDOMElementPtr& commandItem : SelectChildren(commands, Elements::CommandItem)) {
+            ReadAttribute(commandItem, Attributes::Event, item.event);
+            ReadAttribute(commandItem, Attributes::Flag, item.flag);
+            ReadAttribute(commandItem, Attributes::ID, item.id);
+            ReadAttribute(commandItem, Attributes::State, item.state);
+            ReadAttribute(commandItem, Attributes::ParamIndex1, item.paramIndex1);
+            ReadAttribute(commandItem, Attributes::ParamIndex2, item.paramIndex2);
+            ReadAttribute(commandItem, Attributes::SpecInfo1, item.specInfo1);
             list.push_back(item);
         }
         return true;

@@ -2,6 +2,7 @@
 
 #include "params/SchemeSection.h"
 #include "platform/FalseOnException.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -10,7 +11,7 @@ namespace {
 
 bool ReadDefault(IXMLDOMElement* defaultElement, const CGuidString& guid, ParamValue& value) {
     IXMLDOMElementPtr source = defaultElement;
-    return FindByGuid(defaultElement, L"DefaultItem", guid, source) && ReadParamValue(source, value);
+    return FindByGuid(defaultElement, Elements::DefaultItem, guid, source) && ReadParamValue(source, value);
 }
 
 }  // namespace
@@ -24,11 +25,11 @@ bool ReadDefaultSchemeParameters(const GUID& scheme, ParamMap& out) noexcept {
         if (!functions)
             return false;
         const CGuidString guid{scheme};
-        for (const IXMLDOMElementPtr& function : SelectChildren(functions, L"Function")) {
+        for (const IXMLDOMElementPtr& function : SelectChildren(functions, Elements::Function)) {
             std::int32_t id = 0;
             ParamValue value;
-            if (!ReadAttribute(function, L"ID", id) ||
-                !ReadDefault(SelectChild(function, L"Default"), guid, value))
+            if (!ReadAttribute(function, Attributes::ID, id) ||
+                !ReadDefault(SelectChild(function, Elements::Default), guid, value))
                 return false;
             out.try_emplace(out.end(), id, value);
         }

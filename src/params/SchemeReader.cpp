@@ -5,6 +5,7 @@
 #include "params/SchemeSection.h"
 #include "params/SchemeWriter.h"
 #include "platform/FalseOnException.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -66,11 +67,11 @@ bool ReadUserSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, 
     const IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, CGuidString{scheme});
     if (!schemeElement)
         return false;
-    for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, L"Function")) {
+    for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, Elements::Function)) {
         std::int32_t id = 0;
         ParamValue value;
         // A function with a missing attribute ends the reading; it and all later functions count as missing.
-        if (!ReadAttribute(function, L"ID", id) || !ReadParamValue(function, value))
+        if (!ReadAttribute(function, Attributes::ID, id) || !ReadParamValue(function, value))
             break;
         out.try_emplace(out.end(), id, value);
     }

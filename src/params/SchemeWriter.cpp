@@ -4,6 +4,7 @@
 
 #include "params/SchemeSection.h"
 #include "platform/FalseOnException.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -11,15 +12,15 @@ namespace ZOTDam {
 namespace {
 
 void WriteParamValue(IXMLDOMElement* function, const ParamValue& value) {
-    WriteAttribute(function, L"ACParamIndex", value.ACParamIndex);
-    WriteAttribute(function, L"DCParamIndex", value.DCParamIndex);
+    WriteAttribute(function, Attributes::ACParamIndex, value.ACParamIndex);
+    WriteAttribute(function, Attributes::DCParamIndex, value.DCParamIndex);
 }
 
 bool UpdateFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
                      std::set<std::int32_t>& handledIds) {
-    for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, L"Function")) {
+    for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, Elements::Function)) {
         std::int32_t id = 0;
-        if (!ReadAttribute(function, L"ID", id))
+        if (!ReadAttribute(function, Attributes::ID, id))
             return false;
         if (const auto entry = params.find(id); entry != params.end()) {
             handledIds.insert(id);
@@ -34,8 +35,8 @@ void AppendFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
     for (const auto& [id, value] : params) {
         if (handledIds.contains(id))
             continue;
-        const IXMLDOMElementPtr function = CreateChild(schemeElement, L"Function");
-        WriteAttribute(function, L"ID", id);
+        const IXMLDOMElementPtr function = CreateChild(schemeElement, Elements::Function);
+        WriteAttribute(function, Attributes::ID, id);
         WriteParamValue(function, value);
     }
 }
@@ -68,8 +69,8 @@ bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, con
     const CGuidString guid{scheme};
     IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, guid);
     if (!schemeElement) {
-        schemeElement = CreateChild(powerSchemes, L"PowerScheme");
-        WriteAttribute(schemeElement, L"GUID", guid.c_str());
+        schemeElement = CreateChild(powerSchemes, Elements::PowerScheme);
+        WriteAttribute(schemeElement, Attributes::GUID, guid.c_str());
     }
     return WriteFunctionParameters(schemeElement, params);
 }

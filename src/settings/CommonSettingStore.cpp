@@ -2,6 +2,7 @@
 
 #include "platform/FalseOnException.h"
 #include "platform/FixedText.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -58,7 +59,7 @@ bool CCommonSettingStore::Initialise() const noexcept {
             return false;
         // Copied first: when the copy fails, the old settings stay.
         const IXMLDOMNodePtr copy = ImportNode(root, source);
-        if (const IXMLDOMElementPtr old = SelectChild(root, L"CommonSettings"))
+        if (const IXMLDOMElementPtr old = SelectChild(root, Elements::CommonSettings))
             RemoveChild(root, old);
         AppendChild(root, copy);
         return defaults->Save();

@@ -4,6 +4,7 @@
 
 #include "platform/FalseOnException.h"
 #include "platform/GuidString.h"
+#include "xml/DataFileElements.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -36,8 +37,8 @@ bool CSpecSchemeReader::ReadSchemes(List<SpecSchemeRecord>& schemes) const noexc
             return false;
         List<SpecSchemeRecord> read;
         const bool complete =
-            ReadLevel(base->SpecSchemes(), L"SchemeItem", L"SchemeGUID", &SpecSchemeRecord::scheme, read,
-                      [](IXMLDOMElement* element, SpecSchemeRecord& record) {
+            ReadLevel(base->SpecSchemes(), Elements::SchemeItem, Attributes::SchemeGUID,
+                      &SpecSchemeRecord::scheme, read, [](IXMLDOMElement* element, SpecSchemeRecord& record) {
                           return ReadSubGroups(element, record.subGroups);
                       });
         schemes = std::move(read);
@@ -47,8 +48,8 @@ bool CSpecSchemeReader::ReadSchemes(List<SpecSchemeRecord>& schemes) const noexc
 
 bool CSpecSchemeReader::ReadSubGroups(IXMLDOMElement* scheme, List<SpecSubGroupRecord>& subGroups) noexcept {
     return FalseOnException([&] {
-        return ReadLevel(scheme, L"SubGroup", L"SubGroupGUID", &SpecSubGroupRecord::subGroup, subGroups,
-                         [](IXMLDOMElement* element, SpecSubGroupRecord& record) {
+        return ReadLevel(scheme, Elements::SubGroup, Attributes::SubGroupGUID, &SpecSubGroupRecord::subGroup,
+                         subGroups, [](IXMLDOMElement* element, SpecSubGroupRecord& record) {
                              return ReadPowerSettings(element, record.powerSettings);
                          });
     });
@@ -57,11 +58,11 @@ bool CSpecSchemeReader::ReadSubGroups(IXMLDOMElement* scheme, List<SpecSubGroupR
 bool CSpecSchemeReader::ReadPowerSettings(IXMLDOMElement* subGroup,
                                           List<SpecPowerSettingRecord>& powerSettings) noexcept {
     return FalseOnException([&] {
-        return ReadLevel(subGroup, L"PowerSetting", L"PowerSettingGUID",
+        return ReadLevel(subGroup, Elements::PowerSetting, Attributes::PowerSettingGUID,
                          &SpecPowerSettingRecord::powerSetting, powerSettings,
                          [](IXMLDOMElement* element, SpecPowerSettingRecord& record) {
-                             return ReadAttribute(element, L"ACValue", record.acValue) &&
-                                    ReadAttribute(element, L"DCValue", record.dcValue);
+                             return ReadAttribute(element, Attributes::ACValue, record.acValue) &&
+                                    ReadAttribute(element, Attributes::DCValue, record.dcValue);
                          });
     });
 }

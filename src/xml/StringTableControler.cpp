@@ -8,6 +8,7 @@
 #include "platform/FalseOnException.h"
 #include "platform/FileInFolder.h"
 #include "platform/LocalisedFile.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam {
 
@@ -33,7 +34,7 @@ bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexc
         if (entry == entries.end())
             return false;
         // Deliberate: an entry without a text hides later entries with the same name.
-        const IXMLDOMElementPtr value = SelectChild(entry->element, L"value");
+        const IXMLDOMElementPtr value = SelectChild(entry->element, Elements::TextValue);
         if (!value)
             return false;
         ReadElementText(value, output);
@@ -42,9 +43,9 @@ bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexc
 }
 
 void CStringTableControler::ReadEntries() {
-    for (const IXMLDOMElementPtr& element : SelectChildren(FindRoot(), L"data")) {
+    for (const IXMLDOMElementPtr& element : SelectChildren(FindRoot(), Elements::TextEntry)) {
         Entry entry{{}, element};
-        if (ReadAttribute(element, L"name", entry.name))
+        if (ReadAttribute(element, Attributes::TextKey, entry.name))
             entries.push_back(std::move(entry));
     }
 }

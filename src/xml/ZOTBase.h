@@ -1,5 +1,6 @@
 #pragma once
 
+#include "xml/DataFileElements.h"
 #include "xml/Profile.h"
 
 namespace ZOTDam {
@@ -12,9 +13,9 @@ public:
     // Only searches: nothing is ever created in the base catalogue.
     IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CXmlName& name) override;
 
-    IXMLDOMElementPtr CommonSettings() { return GetChildNode(FindRoot(), L"CommonSettings"); }
-    IXMLDOMElementPtr Functions() { return GetChildNode(FindRoot(), L"Functions"); }
-    IXMLDOMElementPtr SpecSchemes() { return GetChildNode(FindRoot(), L"SpecSchemes"); }
+    IXMLDOMElementPtr CommonSettings() { return GetChildNode(FindRoot(), Elements::CommonSettings); }
+    IXMLDOMElementPtr Functions() { return GetChildNode(FindRoot(), Elements::Functions); }
+    IXMLDOMElementPtr SpecSchemes() { return GetChildNode(FindRoot(), Elements::SpecSchemes); }
 };
 
 }  // namespace ZOTDam

@@ -1,11 +1,12 @@
 #include "xml/ZOTDefault.h"
 
 #include "platform/FileInFolder.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam {
 
 CXmlZOTDefault::CXmlZOTDefault()
-    : CGuardedProfile{PathOf(DefaultsLocation), DefaultsLocation.busyMarker, L"ZOTDefault"} {
+    : CGuardedProfile{PathOf(DefaultsLocation), DefaultsLocation.busyMarker, Elements::ZOTDefault} {
     Open();
 }
 

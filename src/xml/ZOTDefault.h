@@ -1,5 +1,6 @@
 #pragma once
 
+#include "xml/DataFileElements.h"
 #include "xml/GuardedProfile.h"
 
 namespace ZOTDam {
@@ -10,12 +11,12 @@ class CXmlZOTDefault : public CGuardedProfile {
 public:
     CXmlZOTDefault();
 
-    IXMLDOMElementPtr CommonSettings() { return Section(L"CommonSettings"); }
-    IXMLDOMElementPtr Functions() { return Section(L"Functions"); }
+    IXMLDOMElementPtr CommonSettings() { return Section(Elements::CommonSettings); }
+    IXMLDOMElementPtr Functions() { return Section(Elements::Functions); }
 
     // For readers: without a catalogue they must fail instead of finding a section that they have just
     // created.
-    IXMLDOMElementPtr FindFunctions() const { return FindSection(L"Functions"); }
+    IXMLDOMElementPtr FindFunctions() const { return FindSection(Elements::Functions); }
 
 private:
     void OpenWithoutFile() override { Root(); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "xml/DataFileElements.h"
 #include "xml/GuardedProfile.h"
 
 namespace ZOTDam {
@@ -10,8 +11,8 @@ class CXmlZOTPowercfg : public CGuardedProfile {
 public:
     CXmlZOTPowercfg();
 
-    IXMLDOMElementPtr CommonSettings() { return Section(L"CommonSettings"); }
-    IXMLDOMElementPtr PowerSchemes() { return Section(L"PowerSchemes"); }
+    IXMLDOMElementPtr CommonSettings() { return Section(Elements::CommonSettings); }
+    IXMLDOMElementPtr PowerSchemes() { return Section(Elements::PowerSchemes); }
 
     // Empties both sections. Returns false and keeps the common settings when the settings contain no
     // schemes.
