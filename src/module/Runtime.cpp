@@ -1,9 +1,12 @@
-// Replacements for parts of the g++ runtime: this small library must survive allocation failures and leave no
-// memory allocated at module unload. Other compilers use the system's runtime.
-#ifdef __GNUC__
+// Replacements for parts of the g++ runtime of mingw-w64 on x86-64: this small library must survive
+// allocation failures and leave no memory allocated at module unload. They depend on the internals of the
+// runtime and are tested with those of g++ 12 and 14; clang 14 links that of g++ 12. Other runtimes are used
+// unchanged.
+#include <cstdlib>
+
+#if defined(__MINGW64_VERSION_MAJOR) && defined(__GLIBCXX__) && defined(__x86_64__)
 
 #include <cxxabi.h>
-#include <cstdlib>
 
 #include "platform/ModuleUnload.h"
 

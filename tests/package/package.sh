@@ -85,6 +85,10 @@ for program in ZOTDam.dll zotdamctl.exe; do
 done
 check 'the debug information tells where a function is written' \
     gives source_of GetFuncCount <<<'/ZOTDam/src/module/Exports.cpp'
+# The replaced functions of the compiler's runtime: the linker must take them from the library's own source.
+for function in __cxa_get_globals __cxa_get_globals_fast _ZN9__gnu_cxx27__verbose_terminate_handlerEv; do
+    check "ZOTDam.dll replaces $function" gives source_of "$function" <<<'/ZOTDam/src/module/Runtime.cpp'
+done
 check 'the import library for mingw has the eighteen exports' \
     gives functions_of "$build/src/libZOTDam.dll.a" <"$folder/exports"
 
