@@ -43,20 +43,19 @@ bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcep
     return loaded;
 }
 
-std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record) noexcept {
+std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record) {
     std::int32_t id = Unreadable;
-    const bool read = FalseOnException([&] {
-        ReadAttribute(function, Attributes::ID, id);
-        ReadAttribute(function, Attributes::Flag, record.flag);
-        ReadAttribute(function, Attributes::Type, record.type);
-        ReadAttribute(function, Attributes::Name, record.name);
-        ReadAttribute(function, Attributes::Group, record.group);
-        const IXMLDOMElementPtr display = SelectChild(function, Elements::Display);
-        ReadDisplayItems(SelectChild(display, Elements::AC), record.acDisplayItems);
-        ReadDisplayItems(SelectChild(display, Elements::DC), record.dcDisplayItems);
-        return true;
-    });
-    return read ? id : Unreadable;
+    if (function == nullptr)
+        return id;
+    ReadAttribute(function, Attributes::ID, id);
+    ReadAttribute(function, Attributes::Flag, record.flag);
+    ReadAttribute(function, Attributes::Type, record.type);
+    ReadAttribute(function, Attributes::Name, record.name);
+    ReadAttribute(function, Attributes::Group, record.group);
+    const IXMLDOMElementPtr display = SelectChild(function, Elements::Display);
+    ReadDisplayItems(SelectChild(display, Elements::AC), record.acDisplayItems);
+    ReadDisplayItems(SelectChild(display, Elements::DC), record.dcDisplayItems);
+    return id;
 }
 
 bool ReadDisplayItems(IXMLDOMElement* listElement, List<DisplayItem>& list) {
@@ -71,21 +70,21 @@ bool ReadDisplayItems(IXMLDOMElement* listElement, List<DisplayItem>& list) {
     return true;
 }
 
-bool ReadCommandItems(IXMLDOMElement* commands, std::vector<CommandItem>& list) noexcept {
-    return FalseOnException([&] {
-        CommandItem item;
-        for (const IXMLDOMElementPtr& commandItem : SelectChildren(commands, Elements::CommandItem)) {
-            ReadAttribute(commandItem, Attributes::Event, item.event);
-            ReadAttribute(commandItem, Attributes::Flag, item.flag);
-            ReadAttribute(commandItem, Attributes::ID, item.id);
-            ReadAttribute(commandItem, Attributes::State, item.state);
-            ReadAttribute(commandItem, Attributes::ParamIndex1, item.paramIndex1);
-            ReadAttribute(commandItem, Attributes::ParamIndex2, item.paramIndex2);
-            ReadAttribute(commandItem, Attributes::SpecInfo1, item.specInfo1);
-            list.push_back(item);
-        }
-        return true;
-    });
+bool ReadCommandItems(IXMLDOMElement* commands, std::vector<CommandItem>& list) {
+    if (commands == nullptr)
+        return false;
+    CommandItem item;
+    for (const IXMLDOMElementPtr& commandItem : SelectChildren(commands, Elements::CommandItem)) {
+        ReadAttribute(commandItem, Attributes::Event, item.event);
+        ReadAttribute(commandItem, Attributes::Flag, item.flag);
+        ReadAttribute(commandItem, Attributes::ID, item.id);
+        ReadAttribute(commandItem, Attributes::State, item.state);
+        ReadAttribute(commandItem, Attributes::ParamIndex1, item.paramIndex1);
+        ReadAttribute(commandItem, Attributes::ParamIndex2, item.paramIndex2);
+        ReadAttribute(commandItem, Attributes::SpecInfo1, item.specInfo1);
+        list.push_back(item);
+    }
+    return true;
 }
 
 }  // namespace ZOTDam

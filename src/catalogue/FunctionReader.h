@@ -1,5 +1,6 @@
 // Functions that read the "Functions" section of the defaults file. An element with a missing attribute
-// inherits the previous element's value: the working records are deliberately not reset in between.
+// inherits the previous element's value: the working records are deliberately not reset in between. Only
+// LoadFunctionTable catches exceptions.
 #pragma once
 
 #include <cstdint>
@@ -14,13 +15,13 @@ namespace ZOTDam {
 // catalogue is never used.
 bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcept;
 
-// Returns the function's id, or -1 when the id is missing or the element cannot be read.
-std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record) noexcept;
+// Returns the function's id, or -1 when the id is missing or `function` is null.
+std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record);
 
 // Appends the items to `list`. Returns false when `listElement` is null.
 bool ReadDisplayItems(IXMLDOMElement* listElement, List<DisplayItem>& list);
 
-// Appends the items to `list`. Returns false when `commands` is null or cannot be read.
-bool ReadCommandItems(IXMLDOMElement* commands, std::vector<CommandItem>& list) noexcept;
+// Appends the items to `list`. Returns false when `commands` is null.
+bool ReadCommandItems(IXMLDOMElement* commands, std::vector<CommandItem>& list);
 
 }  // namespace ZOTDam

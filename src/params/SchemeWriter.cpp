@@ -41,19 +41,21 @@ void AppendFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
     }
 }
 
+bool WriteToUserSettings(const GUID& scheme, const ParamMap& params) {
+    CXmlZOTPowercfg* settings = OpenUserSettings();
+    if (settings == nullptr)
+        return false;
+    const IXMLDOMElementPtr powerSchemes = settings->PowerSchemes();
+    if (!powerSchemes || !WriteSchemeParameters(scheme, powerSchemes, params))
+        return false;
+    settings->Save();
+    return true;
+}
+
 }  // namespace
 
 bool SaveSchemeParameters(const GUID& scheme, const ParamMap& params) noexcept {
-    return FalseOnException([&] {
-        CXmlZOTPowercfg* settings = OpenUserSettings();
-        if (settings == nullptr)
-            return false;
-        const IXMLDOMElementPtr powerSchemes = settings->PowerSchemes();
-        if (!powerSchemes || !WriteSchemeParameters(scheme, powerSchemes, params))
-            return false;
-        settings->Save();
-        return true;
-    });
+    return FalseOnException([&] { return WriteToUserSettings(scheme, params); });
 }
 
 bool SaveSchemeParameters(const GUID& scheme, const ParamTree& params) noexcept {
@@ -61,7 +63,7 @@ bool SaveSchemeParameters(const GUID& scheme, const ParamTree& params) noexcept 
         ParamMap copy;
         for (const ParamTreeNode& node : params)
             copy.emplace_hint(copy.end(), node.functionId, node.value);
-        return SaveSchemeParameters(scheme, copy);
+        return WriteToUserSettings(scheme, copy);
     });
 }
 
