@@ -35,7 +35,7 @@ void ReleaseGlobals() noexcept {
 
 namespace {
 
-const CUnloadGuard releaseGuard{[]() noexcept {
+const CUnloadGuard ReleaseGuard{[]() noexcept {
     ReleaseGlobals();
     std::destroy_at(&CurrentParamCache);
 }};
