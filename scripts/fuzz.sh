@@ -9,7 +9,7 @@ rounds=${1:-25000}
 first=${2:-0}
 
 install_toolchain
-build_targets endurance_tests
+build_targets stress_tests
 
 # The rounds write many small files, which are kept in memory if possible.
 work=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "$PWD/build")" zotdam-fuzz.XXXXXX)
@@ -24,7 +24,7 @@ log=$build/fuzz.log
 status=0
 ZOTDAM_FUZZ_ROUNDS=$rounds ZOTDAM_FUZZ_SEED=$first \
     ZOTDAM_FUZZ_FOLDER='T:\inputs' \
-    wine "$build/bin/endurance_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || status=$?
+    wine "$build/bin/stress_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || status=$?
 seconds=$(($(date +%s) - begin))
 
 # Requires the line of the passed test, because wine may return any exit code for a program that crashes.

@@ -1,5 +1,5 @@
 // Tests with hostile XML in each of the four data files: entities that refer to other files, entities that
-// expand exponentially, and deep nesting. tests/endurance/FloodTest.cpp tests files of an excessive size.
+// expand exponentially, and deep nesting. tests/stress/FloodTest.cpp tests files of an excessive size.
 #include "support/Bombs.h"
 #include "support/CheckingClient.h"
 #include "support/HostileFileTest.h"

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Runs the stress tests at full length and prints their figures. A GoogleTest filter selects some of the tests:
-#     scripts/endurance.sh ['KillTest.*']
+#     scripts/stress.sh ['KillTest.*']
 source "$(dirname "$0")/common.sh"
 
 install_toolchain
-build_targets endurance_tests
+build_targets stress_tests
 make_prefix
 
-say "Running the endurance tests"
-ZOTDAM_LONG_RUN=1 wine "$build/bin/endurance_tests.exe" --gtest_filter="${1:-*}"
+say "Running the stress tests"
+ZOTDAM_LONG_RUN=1 wine "$build/bin/stress_tests.exe" --gtest_filter="${1:-*}"

@@ -1,11 +1,11 @@
 // Calls every export on randomly generated and damaged data files. Each round uses one seed. Environment
 // variables can set the first seed, the number of rounds, and a folder that receives the files of each round
 // before it begins: ZOTDAM_FUZZ_SEED, ZOTDAM_FUZZ_ROUNDS, ZOTDAM_FUZZ_FOLDER.
-#include "support/Endurance.h"
 #include "support/ExportTest.h"
 #include "support/FileGenerator.h"
 #include "support/Mutator.h"
 #include "support/RandomClient.h"
+#include "support/Stress.h"
 #include "support/UnflushedFiles.h"
 #include "support/Watch.h"
 #include "support/XmlFile.h"

@@ -7,8 +7,8 @@
 #include <set>
 #include <utility>
 
-#include "support/Endurance.h"
 #include "support/ExportCalls.h"
+#include "support/Stress.h"
 #include "support/WatchedDll.h"
 
 namespace ZOTDam::Test {

@@ -8,11 +8,11 @@
 #include <random>
 #include <string>
 
-#include "support/Endurance.h"
 #include "support/ImportPatch.h"
 #include "support/InstallationOfParent.h"
 #include "support/SettingsTest.h"
 #include "support/SharedMemory.h"
+#include "support/Stress.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {

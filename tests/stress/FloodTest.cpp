@@ -1,8 +1,8 @@
 // Oversized content in each of the four data files. The sizes are larger in the long run.
 #include "support/CheckingClient.h"
-#include "support/Endurance.h"
 #include "support/HostileFileTest.h"
 #include "support/Repeated.h"
+#include "support/Stress.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {

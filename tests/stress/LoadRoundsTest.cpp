@@ -7,10 +7,10 @@
 
 #include "support/AtLoad.h"
 #include "support/Blocks.h"
-#include "support/Endurance.h"
 #include "support/EveryExport.h"
 #include "support/ProcessResources.h"
 #include "support/SettingsTest.h"
+#include "support/Stress.h"
 #include "support/UnflushedFiles.h"
 
 namespace ZOTDam::Test {

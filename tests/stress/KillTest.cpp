@@ -4,9 +4,9 @@
 #include <random>
 
 #include "support/DataFiles.h"
-#include "support/Endurance.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/InstallationOfParent.h"
+#include "support/Stress.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {

@@ -4,11 +4,11 @@
 #include <memory>
 #include <optional>
 
-#include "support/Endurance.h"
 #include "support/ExportCalls.h"
 #include "support/LoadedImage.h"
 #include "support/ProcessResources.h"
 #include "support/ResourceSnapshot.h"
+#include "support/Stress.h"
 #include "support/WatchedDll.h"
 #include "xml/DomInterfaces.h"
 
