@@ -4,7 +4,7 @@
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
-#include "support/FatefulPlatform.h"
+#include "support/FaultInjection.h"
 #include "support/MarkerCalls.h"
 #include "support/XmlFile.h"
 
@@ -376,8 +376,8 @@ TEST_F(FailedInitTest, AFileThatAnotherProgramReadsStaysAsItIs) {
 }
 
 TEST_F(FailedInitTest, AFileThatCannotBeReplacedStaysAsItIs) {
-    const FatefulPlatform platform{Dll().Handle()};
-    MovingFile::fate = Fate::Refuses;
+    const FaultInjection injection{Dll().Handle()};
+    MoveFileHook::fault = InjectedFault::Fail;
     ExpectFailure();
 }
 

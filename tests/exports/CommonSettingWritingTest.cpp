@@ -4,7 +4,7 @@
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/DomMethods.h"
-#include "support/FatefulPlatform.h"
+#include "support/FaultInjection.h"
 #include "support/MarkerCalls.h"
 #include "support/XmlFile.h"
 
@@ -523,8 +523,8 @@ TEST_F(FailedSettingTest, AFolderInThePlaceOfTheFileStays) {
 
 TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
     WriteUserValues(R"(Name="old")");
-    const FatefulPlatform platform{Dll().Handle()};
-    MovingFile::fate = Fate::Refuses;
+    const FaultInjection injection{Dll().Handle()};
+    MoveFileHook::fault = InjectedFault::Fail;
     ExpectFailure();
     ExpectThatTheOldValueIsStillRead();
 }

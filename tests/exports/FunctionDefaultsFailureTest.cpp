@@ -2,7 +2,7 @@
 // not report them to the client.
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
-#include "support/FatefulPlatform.h"
+#include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/MarkerCalls.h"
 
@@ -251,8 +251,8 @@ TEST_F(FailedSaveTest, IsOneOntoAFileThatAnotherProgramReads) {
 
 TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
     {
-        const FatefulPlatform platform{Dll().Handle()};
-        MovingFile::fate = Fate::Refuses;
+        const FaultInjection injection{Dll().Handle()};
+        MoveFileHook::fault = InjectedFault::Fail;
         ExpectAChangeInMemoryOnly();
         EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
     }

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "support/DataFiles.h"
-#include "support/FatefulPlatform.h"
+#include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/InstallationOfParent.h"
 
@@ -12,8 +12,8 @@ namespace ZOTDam::Test {
 
 namespace {
 
-constexpr wchar_t SaveAndDie[] = L"save-and-die";
-constexpr wchar_t ReplaceAndDie[] = L"replace-and-die";
+constexpr wchar_t SaveAndExit[] = L"save-and-exit";
+constexpr wchar_t ReplaceAndExit[] = L"replace-and-exit";
 constexpr int FunctionCount = 40;
 
 std::map<std::int32_t, ParamValue> AllFunctionsSetTo(std::int32_t value) {
@@ -45,7 +45,7 @@ std::string FileOfFunctions(std::int32_t firstId) {
 // The fault, if any, to inject into each call of a save, and whether the save stores the new content.
 struct SavePlan {
     std::string name;
-    std::array<Fate, 5> fates;
+    std::array<InjectedFault, 5> faults;
     bool isStored;
 };
 
@@ -55,37 +55,37 @@ void PrintTo(const SavePlan& plan, std::ostream* out) {
 
 // The third argument contains one digit for the fault of each call.
 template <class Save>
-int SaveUnderFates(const std::vector<std::wstring>& arguments, Save save) {
+int SaveWithFaults(const std::vector<std::wstring>& arguments, Save save) {
     EnterInstallation(arguments);
     const Library dll;
-    const FatefulPlatform platform{dll.Handle()};
-    for (std::size_t call = 0; Fate* const fate : FatefulPlatform::Fates())
-        *fate = static_cast<Fate>(arguments.at(2).at(call++) - L'0');
+    const FaultInjection injection{dll.Handle()};
+    for (std::size_t call = 0; InjectedFault* const fault : FaultInjection::Faults())
+        *fault = static_cast<InjectedFault>(arguments.at(2).at(call++) - L'0');
     save(dll);
     return 0;
 }
 
-const RegisterRole saveAndDie{SaveAndDie, [](const std::vector<std::wstring>& arguments) {
-                                  return SaveUnderFates(arguments,
-                                                        [](const Library& dll) { Store(dll, Balanced, 2); });
-                              }};
+const RegisterRole saveAndExit{SaveAndExit, [](const std::vector<std::wstring>& arguments) {
+                                   return SaveWithFaults(arguments,
+                                                         [](const Library& dll) { Store(dll, Balanced, 2); });
+                               }};
 
-const RegisterRole replaceAndDie{ReplaceAndDie, [](const std::vector<std::wstring>& arguments) {
-                                     return SaveUnderFates(
-                                         arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
-                                 }};
+const RegisterRole replaceAndExit{ReplaceAndExit, [](const std::vector<std::wstring>& arguments) {
+                                      return SaveWithFaults(
+                                          arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
+                                  }};
 
 std::wstring AsArgument(const SavePlan& plan) {
     std::wstring argument;
-    for (const Fate fate : plan.fates)
-        argument += static_cast<wchar_t>(L'0' + static_cast<int>(fate));
+    for (const InjectedFault fault : plan.faults)
+        argument += static_cast<wchar_t>(L'0' + static_cast<int>(fault));
     return argument;
 }
 
-constexpr Fate Passes = Fate::Passes;
-constexpr Fate DiesBefore = Fate::DiesBefore;
-constexpr Fate DiesAfter = Fate::DiesAfter;
-constexpr Fate Refuses = Fate::Refuses;
+constexpr InjectedFault None = InjectedFault::None;
+constexpr InjectedFault ExitBefore = InjectedFault::ExitBefore;
+constexpr InjectedFault ExitAfter = InjectedFault::ExitAfter;
+constexpr InjectedFault Fail = InjectedFault::Fail;
 
 }  // namespace
 
@@ -126,31 +126,30 @@ protected:
 
 class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
 protected:
-    void SaveInAProcessThatDies(const wchar_t* role = SaveAndDie) {
+    void SaveInExitingProcess(const wchar_t* role = SaveAndExit) {
         SecondProcess saver{role, WithFolders(installation, {AsArgument(GetParam())})};
-        ASSERT_EQ(saver.WaitForExit(), DiedAsPlanned);
+        ASSERT_EQ(saver.WaitForExit(), InjectedExitCode);
     }
 };
 
 INSTANTIATE_TEST_SUITE_P(
     , DeathInASaveTest,
     testing::Values(
-        SavePlan{"BeforeTheNewFileIsOpened", {DiesBefore, Passes, Passes, Passes, Passes}, false},
-        SavePlan{"OnceTheNewFileIsOpen", {DiesAfter, Passes, Passes, Passes, Passes}, false},
-        SavePlan{"BeforeTheFlush", {Passes, DiesBefore, Passes, Passes, Passes}, false},
-        SavePlan{"BehindTheFlush", {Passes, DiesAfter, Passes, Passes, Passes}, false},
-        SavePlan{"BeforeTheMove", {Passes, Passes, DiesBefore, Passes, Passes}, false},
-        SavePlan{"BehindTheMove", {Passes, Passes, DiesAfter, Passes, Passes}, true},
-        SavePlan{
-            "BeforeTheClearingBehindARefusedFlush", {Passes, Refuses, Passes, Passes, DiesBefore}, false},
-        SavePlan{"BehindTheClearingBehindARefusedMove", {Passes, Passes, Refuses, Passes, DiesAfter}, false}),
+        SavePlan{"BeforeTheNewFileIsOpened", {ExitBefore, None, None, None, None}, false},
+        SavePlan{"OnceTheNewFileIsOpen", {ExitAfter, None, None, None, None}, false},
+        SavePlan{"BeforeTheFlush", {None, ExitBefore, None, None, None}, false},
+        SavePlan{"BehindTheFlush", {None, ExitAfter, None, None, None}, false},
+        SavePlan{"BeforeTheMove", {None, None, ExitBefore, None, None}, false},
+        SavePlan{"BehindTheMove", {None, None, ExitAfter, None, None}, true},
+        SavePlan{"BeforeTheClearingBehindARefusedFlush", {None, Fail, None, None, ExitBefore}, false},
+        SavePlan{"BehindTheClearingBehindARefusedMove", {None, None, Fail, None, ExitAfter}, false}),
     CaseName<SavePlan>);
 
 TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
     EXPECT_TRUE(SetParameter(HighPerformance, AllFunctionsSetTo(5)));
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     const std::string before = UserSettings();
-    SaveInAProcessThatDies();
+    SaveInExitingProcess();
     EXPECT_EQ(UserSettings() == before, !GetParam().isStored);
     EXPECT_TRUE(IsXml(installation.UserFile()));
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 1);
@@ -160,7 +159,7 @@ TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
 }
 
 TEST_P(DeathInASaveTest, OfTheFirstFileLeavesNoFileOrAWholeOne) {
-    SaveInAProcessThatDies();
+    SaveInExitingProcess();
     EXPECT_EQ(HasUserSettings(), GetParam().isStored);
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 0);
     ExpectThatTheNextSaveWorks();
@@ -168,7 +167,7 @@ TEST_P(DeathInASaveTest, OfTheFirstFileLeavesNoFileOrAWholeOne) {
 
 TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
     const std::string before = Defaults();
-    SaveInAProcessThatDies(ReplaceAndDie);
+    SaveInExitingProcess(ReplaceAndExit);
     EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
     ReplaceFunctions(Dll(), 200);
     EXPECT_EQ(Defaults(), FileOfFunctions(200));
@@ -177,15 +176,14 @@ TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
 
 class DeathInACopyTest : public DeathInASaveTest {};
 
-INSTANTIATE_TEST_SUITE_P(
-    , DeathInACopyTest,
-    testing::Values(SavePlan{"Before", {Passes, Passes, Passes, DiesBefore, Passes}, false},
-                    SavePlan{"Behind", {Passes, Passes, Passes, DiesAfter, Passes}, false}),
-    CaseName<SavePlan>);
+INSTANTIATE_TEST_SUITE_P(, DeathInACopyTest,
+                         testing::Values(SavePlan{"Before", {None, None, None, ExitBefore, None}, false},
+                                         SavePlan{"Behind", {None, None, None, ExitAfter, None}, false}),
+                         CaseName<SavePlan>);
 
 TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
     WriteUserSettings("<unreadable");
-    SaveInAProcessThatDies();
+    SaveInExitingProcess();
     EXPECT_EQ(UserSettings(), "<unreadable");
     ExpectThatTheNextSaveWorks();
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
@@ -216,20 +214,20 @@ TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
 
 class RefusedSaveTest : public InterruptedSaveTest {
 protected:
-    // Saves while one function of the platform fails.
+    // Saves while one system function fails.
     template <class Call>
-    void SaveWithRefused() {
-        const FatefulPlatform platform{Dll().Handle()};
-        Call::fate = Fate::Refuses;
+    void SaveWithFailing() {
+        const FaultInjection injection{Dll().Handle()};
+        Call::fault = InjectedFault::Fail;
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
         EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"value"));
     }
 
     template <class Call>
-    void ExpectThatARefusalChangesNothing() {
+    void ExpectFailureChangesNothing() {
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
         const std::string before = UserSettings();
-        SaveWithRefused<Call>();
+        SaveWithFailing<Call>();
         EXPECT_EQ(UserSettings(), before);
         EXPECT_FALSE(std::filesystem::exists(NewFile()));
         EXPECT_EQ(StoredValue(Balanced), 1);
@@ -238,19 +236,19 @@ protected:
 };
 
 TEST_F(RefusedSaveTest, ARefusedOpeningChangesNothing) {
-    ExpectThatARefusalChangesNothing<OpeningFile>();
+    ExpectFailureChangesNothing<CreateFileHook>();
 }
 
 TEST_F(RefusedSaveTest, ARefusedFlushChangesNothing) {
-    ExpectThatARefusalChangesNothing<FlushingFile>();
+    ExpectFailureChangesNothing<FlushFileHook>();
 }
 
 TEST_F(RefusedSaveTest, ARefusedMoveChangesNothing) {
-    ExpectThatARefusalChangesNothing<MovingFile>();
+    ExpectFailureChangesNothing<MoveFileHook>();
 }
 
 TEST_F(RefusedSaveTest, ARefusedFirstSaveLeavesNoFile) {
-    SaveWithRefused<MovingFile>();
+    SaveWithFailing<MoveFileHook>();
     EXPECT_FALSE(HasUserSettings());
     EXPECT_FALSE(std::filesystem::exists(NewFile()));
     ExpectThatTheNextSaveWorks();
@@ -258,7 +256,7 @@ TEST_F(RefusedSaveTest, ARefusedFirstSaveLeavesNoFile) {
 
 TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
     WriteUserSettings("<unreadable");
-    SaveWithRefused<CopyingFile>();
+    SaveWithFailing<CopyFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_FALSE(std::filesystem::exists(NewFile()));
     ExpectThatTheNextSaveWorks();
@@ -267,15 +265,15 @@ TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
 
 TEST_F(RefusedSaveTest, AnUnreadableFileWhoseReplacementIsRefusedStaysBesideItsCopy) {
     WriteUserSettings("<unreadable");
-    SaveWithRefused<MovingFile>();
+    SaveWithFailing<MoveFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
     ExpectThatTheNextSaveWorks();
 }
 
 TEST_F(RefusedSaveTest, AReadGivesItsResultAllTheSame) {
-    const FatefulPlatform platform{Dll().Handle()};
-    MovingFile::fate = Fate::Refuses;
+    const FaultInjection injection{Dll().Handle()};
+    MoveFileHook::fault = InjectedFault::Fail;
     EXPECT_EQ(StoredValue(Balanced), 0);
     EXPECT_FALSE(HasUserSettings());
 }

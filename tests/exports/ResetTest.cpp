@@ -1,7 +1,7 @@
 // Tests of ResetDefault, which clears the user settings that this process read last and saves them.
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
-#include "support/FatefulPlatform.h"
+#include "support/FaultInjection.h"
 
 namespace ZOTDam::Test {
 
@@ -212,8 +212,8 @@ TEST_F(ResetTest, IgnoresASaveThatFails) {
     WriteScheme();
     ReadUserSettings();
     const std::string file = UserSettings();
-    const FatefulPlatform platform{Dll().Handle()};
-    MovingFile::fate = Fate::Refuses;
+    const FaultInjection injection{Dll().Handle()};
+    MoveFileHook::fault = InjectedFault::Fail;
     EXPECT_TRUE(Dll().ResetDefault());
     EXPECT_EQ(UserSettings(), file);
 }

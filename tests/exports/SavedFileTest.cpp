@@ -5,7 +5,7 @@
 #include <list>
 #include <utility>
 
-#include "support/FatefulPlatform.h"
+#include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/OpenFile.h"
 
@@ -231,9 +231,9 @@ TEST_F(SavedFileTest, StaysWhereNeitherItNorANewOneCanBeWritten) {
 // ---- The file cannot be replaced ----
 
 TEST_F(SavedFileTest, IsWrittenItselfWhereItsReplacementIsNotAllowed) {
-    const FatefulPlatform platform{Dll().Handle()};
-    refusalReason = ERROR_ACCESS_DENIED;
-    MovingFile::fate = Fate::Refuses;
+    const FaultInjection injection{Dll().Handle()};
+    injectedError = ERROR_ACCESS_DENIED;
+    MoveFileHook::fault = InjectedFault::Fail;
     EXPECT_TRUE(Save());
     ExpectTheFileAlone(after);
 }
