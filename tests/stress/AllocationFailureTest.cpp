@@ -15,10 +15,10 @@ namespace ZOTDam::Test {
 
 namespace {
 
-// ---- Allowed results of an export when memory is short ----
+// ---- Allowed results of an export when an allocation fails ----
 
 // Each item must be one of the alternatives for its position. Items after a failure may be missing.
-bool BeginsAs(const Lines& items, const std::vector<Lines>& alternatives) {
+bool IsPrefixOf(const Lines& items, const std::vector<Lines>& alternatives) {
     return items.size() <= alternatives.size() &&
            std::equal(items.begin(), items.end(), alternatives.begin(),
                       [](const std::wstring& item, const Lines& allowed) {
@@ -31,7 +31,7 @@ bool IsTrue(const Answer& answer, const Answer&) {
 }
 
 // The export returns only its failure value and leaves the buffers unchanged.
-bool IsRefusal(const Answer& answer, const Answer&) {
+bool IsFailure(const Answer& answer, const Answer&) {
     const Lines untouched = {L"untouched", L"0 0 0"};
     return answer.result == 0 && std::ranges::all_of(answer.items, [&](const std::wstring& item) {
                return std::ranges::count(untouched, item) != 0;
@@ -42,7 +42,7 @@ bool IsUnavailable(const Answer& answer, const Answer&) {
     return answer.result == CatalogueUnavailable;
 }
 
-bool IsABeginning(const Answer& answer, const Answer& whole) {
+bool IsPrefix(const Answer& answer, const Answer& whole) {
     return answer.result == 1 && answer.items.size() <= whole.items.size() &&
            std::equal(answer.items.begin(), answer.items.end(), whole.items.begin());
 }
@@ -71,7 +71,7 @@ bool HasKeysOrTexts(const Answer& answer, const Answer&) {
                 functions[2].push_back(Line(L"7: Group1Name Other", 60, first, 48, second));
         }
     functions[1] = {L"2: Group1Name Other"};
-    return answer.result == 1 && BeginsAs(answer.items, functions);
+    return answer.result == 1 && IsPrefixOf(answer.items, functions);
 }
 
 // The values are stored ones, or defaults where the stored values could not be read.
@@ -86,15 +86,16 @@ bool HasKnownValues(const Answer& answer, const Answer&) {
 
 // The options are those of the stored values, or of the defaults where these could not be read.
 bool HasCommands(const Answer& answer, const Answer&) {
-    return answer.result == 1 && BeginsAs(answer.items, {{L"21 11 11 a text that no small buffer holds",
-                                                          L"21 12 12 a text that no small buffer holds"},
-                                                         {L"22 0 11 another text that none of them holds",
-                                                          L"22 0 12 another text that none of them holds"}});
+    return answer.result == 1 &&
+           IsPrefixOf(answer.items, {{L"21 11 11 a text that no small buffer holds",
+                                      L"21 12 12 a text that no small buffer holds"},
+                                     {L"22 0 11 another text that none of them holds",
+                                      L"22 0 12 another text that none of them holds"}});
 }
 
 // A text that cannot be obtained is empty or replaced with its key.
 bool HasDifferences(const Answer& answer, const Answer& whole) {
-    if (IsRefusal(answer, whole))
+    if (IsFailure(answer, whole))
         return true;
     const auto lines = [](const std::wstring& text) { return std::ranges::count(text, L'\r'); };
     static const Lines names = {L"- Key\n\r", L"- Text\n\r", L"- Other\n\r", L"- Key\n\r- Other\n\r",
@@ -105,7 +106,7 @@ bool HasDifferences(const Answer& answer, const Answer& whole) {
 
 // The setting comes from a later source if an earlier one could not be read.
 bool IsOfAnySource(const Answer& answer, const Answer& whole) {
-    return IsRefusal(answer, whole) || answer == Answer{1, {L"default"}} || answer == Answer{1, {L"base"}};
+    return IsFailure(answer, whole) || answer == Answer{1, {L"default"}} || answer == Answer{1, {L"base"}};
 }
 
 // ---- Uses of the exports ----
@@ -117,24 +118,24 @@ struct Use {
     // The allowed content of the files after the call.
     enum Effect {
         OldOrNew,
-        NewWhenTold,  // the new content, unless the export reports a failure
-        Partly,       // some of the new content
+        NewUnlessFailed,  // the new content, unless the export reports a failure
+        Partly,           // some of the new content
     } effect = OldOrNew;
 };
 
-Use Of(const std::string& exportName, bool (*isAllowed)(const Answer&, const Answer&),
-       Use::Effect effect = Use::OldOrNew) {
+Use UseOf(const std::string& exportName, bool (*isAllowed)(const Answer&, const Answer&),
+          Use::Effect effect = Use::OldOrNew) {
     const auto call = std::ranges::find(callsOfAllExports, exportName, &ExportCall::exportName);
     return {exportName, *call, isAllowed, effect};
 }
 
 const std::vector<Use> uses = {
-    Of("GetFuncCount", &IsUnavailable),
-    Of("GetFunctionBase", &IsABeginning),
-    Of("GetFunctionBaseUnSupported", &IsEmpty),
-    Of("GetFunctionInfo", &HasKeysOrTexts),
-    Of("AddFunctionDefault", &IsTrue, Use::Partly),
-    Of("GetParameter", &HasKnownValues, Use::Partly),
+    UseOf("GetFuncCount", &IsUnavailable),
+    UseOf("GetFunctionBase", &IsPrefix),
+    UseOf("GetFunctionBaseUnSupported", &IsEmpty),
+    UseOf("GetFunctionInfo", &HasKeysOrTexts),
+    UseOf("AddFunctionDefault", &IsTrue, Use::Partly),
+    UseOf("GetParameter", &HasKnownValues, Use::Partly),
     {"GetParameterOfANewScheme",
      {"GetParameter",
       {1, {L"1: 1 3", L"2: 4 5"}},
@@ -147,29 +148,29 @@ const std::vector<Use> uses = {
       [](const Library& dll) { return Enumerated(dll.GetParameter, Balanced); }},
      &HasKnownValues,
      Use::Partly},
-    Of("GetParameterDefault", &IsABeginning),
-    Of("SetParameter", &IsTrue),
+    UseOf("GetParameterDefault", &IsPrefix),
+    UseOf("SetParameter", &IsTrue),
     {"SetParameterOfANewScheme",
      {"SetParameter", {1}, [](const Library& dll) { return Stored(dll, PowerSaver); }},
      &IsTrue},
-    Of("ResetDefault", &IsRefusal),
-    Of("TEVGetParam", &IsRefusal, Use::Partly),
-    Of("GetFuncCurValue", &IsRefusal),
-    Of("GetCommandInfo", &HasCommands, Use::Partly),
-    Of("GetDiffFuncList", &HasDifferences, Use::Partly),
-    Of("GetSpecScheme", &HasSome),
-    Of("GetCommonSetting", &IsRefusal),
+    UseOf("ResetDefault", &IsFailure),
+    UseOf("TEVGetParam", &IsFailure, Use::Partly),
+    UseOf("GetFuncCurValue", &IsFailure),
+    UseOf("GetCommandInfo", &HasCommands, Use::Partly),
+    UseOf("GetDiffFuncList", &HasDifferences, Use::Partly),
+    UseOf("GetSpecScheme", &HasSome),
+    UseOf("GetCommonSetting", &IsFailure),
     {"GetCommonSettingOfTheUser",
      {"GetCommonSetting", {1, {L"user"}}, [](const Library& dll) { return CommonSetting(dll, L"user"); }},
-     &IsRefusal},
+     &IsFailure},
     {"GetCommonSettingOfTheDefaults",
      {"GetCommonSetting",
       {1, {L"default"}},
       [](const Library& dll) { return CommonSetting(dll, L"default"); }},
      &IsOfAnySource},
-    Of("SetCommonSetting", &IsRefusal, Use::NewWhenTold),
-    Of("InitCommonSetting", &IsRefusal, Use::NewWhenTold),
-    Of("ZOTDamExit", &IsTrue),
+    UseOf("SetCommonSetting", &IsFailure, Use::NewUnlessFailed),
+    UseOf("InitCommonSetting", &IsFailure, Use::NewUnlessFailed),
+    UseOf("ZOTDamExit", &IsTrue),
 };
 
 // The number of failures that were injected into the calls of an export.
@@ -182,31 +183,31 @@ void PrintTo(const Injections& injections, std::ostream* out) {
     *out << injections.atFirstUse << " at the first use, " << injections.atLaterUse << " at a later one";
 }
 
-struct Trial {
+struct Case {
     std::string name;
-    Shortage shortage;
+    AllocationFailure kind;
     Use use;
 };
 
-void PrintTo(const Trial& trial, std::ostream* out) {
-    *out << trial.name;
+void PrintTo(const Case& testCase, std::ostream* out) {
+    *out << testCase.name;
 }
 
-std::vector<Trial> Trials() {
-    std::vector<Trial> trials;
+std::vector<Case> Cases() {
+    std::vector<Case> cases;
     for (const Use& use : uses)
-        for (const Shortage& shortage : shortages)
-            trials.push_back({use.name + "Without" + shortage.name, shortage, use});
-    return trials;
+        for (const AllocationFailure& kind : allocationFailures)
+            cases.push_back({use.name + "Without" + kind.name, kind, use});
+    return cases;
 }
 
 // A freshly loaded DLL whose calls can be made to fail. At the end, the DLL must have released every
-// reference and freed every block.
+// reference and freed all memory.
 class Session {
 public:
-    explicit Session(const Shortage& shortage) {
+    explicit Session(const AllocationFailure& kind) {
         Blocks::Watch(Dll().Handle());
-        shortage.install(watched.Imports());
+        kind.install(watched.Imports());
     }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -228,7 +229,7 @@ private:
 
 }  // namespace
 
-class AllocationFailureTest : public ExportCallsTest, public testing::WithParamInterface<Trial> {
+class AllocationFailureTest : public ExportCallsTest, public testing::WithParamInterface<Case> {
 protected:
     static void SetUpTestSuite() { domCalls.emplace(); }
 
@@ -239,13 +240,14 @@ protected:
                        testing::PrintToString(injections[call.exportName]));
     }
 
-    // The effect of the export on the files is the same for all shortages, so it is determined only once.
+    // The effect of the export on the files is the same for all kinds of failure, so it is determined only
+    // once.
     void SetUp() override {
         const auto [known, isNew] = knownFiles.try_emplace(use.name);
         if (isNew) {
-            const Session session{noShortage};
+            const Session session{noFailure};
             use.call.before(session.Dll());
-            EXPECT_EQ(Called(session), whole);
+            EXPECT_EQ(Call(session), whole);
             known->second = Files();
         }
         wholeFiles = known->second;
@@ -255,7 +257,7 @@ protected:
     using FileTexts = std::pair<std::string, std::string>;
     FileTexts Files() const { return {UserSettings(), Defaults()}; }
 
-    Answer Called(const Session& session) const {
+    Answer Call(const Session& session) const {
         try {
             return use.call.call(session.Dll());
         } catch (...) {
@@ -274,16 +276,16 @@ protected:
     std::filesystem::path KeptUserSettings() const { return UnreadableCopyOf(installation.UserFile()); }
 
     // Makes the n-th call fail during a use of the export. Returns false if the export made fewer calls.
-    bool UseWithFailure(const Session& session, int failingCall, bool lasts) {
+    bool CallWithFailure(const Session& session, int failingCall, bool lasts) {
         Prepare(session);
         const FileTexts old = Files();
         Answer answer;
         {
             const FailingCall failure{failingCall, lasts};
-            answer = Called(session);
+            answer = Call(session);
         }
         ExpectAllowed(answer);
-        ExpectThatNothingIsLost(old, answer == whole);
+        ExpectNothingLost(old, answer == whole);
         return FailingCall::HasFailed();
     }
 
@@ -292,12 +294,12 @@ protected:
             << testing::PrintToString(answer);
     }
 
-    void ExpectThatNothingIsLost(const FileTexts& old, bool succeeded) const {
+    void ExpectNothingLost(const FileTexts& old, bool succeeded) const {
         const FileTexts now = Files();
         const bool isStored = now == wholeFiles;
-        const bool isOld = now == old && !(succeeded && use.effect == Use::NewWhenTold);
+        const bool isOld = now == old && !(succeeded && use.effect == Use::NewUnlessFailed);
         const bool isPartly =
-            use.effect == Use::Partly && HoldsWhatWasStored(now.first) && HoldsWholeFunctions(now.second);
+            use.effect == Use::Partly && HoldsStoredScheme(now.first) && HoldsWholeFunctions(now.second);
         EXPECT_TRUE(isStored || isOld || isPartly || IsKept(old)) << now.first << now.second;
         EXPECT_TRUE(isStored || isOld ||
                     (IsXml(installation.UserFile()) && IsXml(installation.DefaultsFile())));
@@ -308,7 +310,7 @@ protected:
         return ReadFile(KeptUserSettings()) == old.first || ReadFile(KeptDefaults()) == old.second;
     }
 
-    static bool HoldsWhatWasStored(const std::string& userSettings) {
+    static bool HoldsStoredScheme(const std::string& userSettings) {
         const std::string stored = FullUserSettings();
         const std::size_t begin = stored.find("<PowerScheme ");
         return userSettings.find(stored.substr(begin, stored.find("</PowerScheme>") - begin)) !=
@@ -323,49 +325,49 @@ protected:
     }
 
     // The distance from one failing call to the next. The short run skips calls where there are many.
-    int Step(bool lasts) const { return Rounds(shortage.stepInShortRun * (lasts ? 3 : 1), 1); }
+    int Step(bool lasts) const { return Rounds(kind.stepInShortRun * (lasts ? 3 : 1), 1); }
 
     int& InjectionsOf(int Injections::*when) const { return injections[use.call.exportName].*when; }
 
     const Use& use = GetParam().use;
-    const Shortage& shortage = GetParam().shortage;
+    const AllocationFailure& kind = GetParam().kind;
     const Answer& whole = use.call.answer;
     FileTexts wholeFiles;
 
 private:
-    inline static const Shortage noShortage = {"Nothing", [](PatchedImports&) {}};
+    inline static const AllocationFailure noFailure = {"Nothing", [](PatchedImports&) {}};
     inline static std::optional<DomCalls> domCalls;
     inline static std::map<std::string, Injections> injections;
     inline static std::map<std::string, FileTexts> knownFiles;
 };
 
-INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Trials()), CaseName<Trial>);
+INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Cases()), CaseName<Case>);
 
 TEST_P(AllocationFailureTest, IsSurvivedAtTheFirstUse) {
     for (const bool lasts : {false, true}) {
         bool hasFailed = true;
         for (int call = 1; hasFailed; call += Step(lasts)) {
             SCOPED_TRACE(call);
-            const Session session{shortage};
-            hasFailed = UseWithFailure(session, call, lasts);
+            const Session session{kind};
+            hasFailed = CallWithFailure(session, call, lasts);
             InjectionsOf(&Injections::atFirstUse) += hasFailed;
             // Data that could not be read at the first use is read again only after the library is reloaded.
             Prepare(session);
-            ExpectAllowed(Called(session));
+            ExpectAllowed(Call(session));
         }
     }
 }
 
 TEST_P(AllocationFailureTest, IsSurvivedAtALaterUse) {
-    const Session session{shortage};
+    const Session session{kind};
     Prepare(session);
-    EXPECT_EQ(Called(session), whole);
+    EXPECT_EQ(Call(session), whole);
     for (const bool lasts : {false, true})
-        for (int call = 1; UseWithFailure(session, call, lasts); call += Step(lasts)) {
+        for (int call = 1; CallWithFailure(session, call, lasts); call += Step(lasts)) {
             SCOPED_TRACE(call);
             ++InjectionsOf(&Injections::atLaterUse);
             Prepare(session);
-            EXPECT_EQ(Called(session), whole);
+            EXPECT_EQ(Call(session), whole);
         }
 }
 

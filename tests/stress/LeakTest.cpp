@@ -28,74 +28,77 @@ struct CloseMarker {
 };
 
 // The environment for the calls of a DLL that has read its documents.
-struct Surroundings {
+struct Environment {
     const Installation& installation;
     PatchedImports& imports;
     std::vector<std::unique_ptr<void, CloseMarker>> markers = {};
 };
 
-struct Trouble {
+struct Condition {
     std::string name;
-    void (*begin)(Surroundings& surroundings);
-    bool comesAndGoes = false;  // each round makes a different call of the DLL fail
+    void (*begin)(Environment& environment);
+    bool isIntermittent = false;  // each round makes a different call of the DLL fail
 };
 
-void BeginNone(Surroundings&) {}
+void BeginNone(Environment&) {}
 
-void HoldMarkers(Surroundings& surroundings) {
+void HoldMarkers(Environment& environment) {
     for (const wchar_t* name : {DefaultsMarker, UserMarker})
-        surroundings.markers.emplace_back(CreateMutexW(nullptr, FALSE, name));
+        environment.markers.emplace_back(CreateMutexW(nullptr, FALSE, name));
 }
 
-void ProtectFiles(Surroundings& surroundings) {
-    SetAttributes(surroundings.installation, FILE_ATTRIBUTE_READONLY);
+void ProtectFiles(Environment& environment) {
+    SetAttributes(environment.installation, FILE_ATTRIBUTE_READONLY);
 }
 
-void RemoveFolders(Surroundings& surroundings) {
-    std::filesystem::remove_all(surroundings.installation.ProgramFiles());
-    std::filesystem::remove_all(surroundings.installation.ProgramData());
+void RemoveFolders(Environment& environment) {
+    std::filesystem::remove_all(environment.installation.ProgramFiles());
+    std::filesystem::remove_all(environment.installation.ProgramData());
 }
 
 // Some DOMs leak memory with each XML declaration that they create. Creating one therefore fails here, where
 // the library would otherwise replace a file that it could not read.
-void LackMemory(Surroundings& surroundings) {
-    DomCalls::refusesInstructions = true;
-    Shortages::OfMemory(surroundings.imports);
-    Shortages::OfTexts(surroundings.imports);
+void FailAllocations(Environment& environment) {
+    DomCalls::failInstructions = true;
+    AllocationFailures::FailMemory(environment.imports);
+    AllocationFailures::FailStrings(environment.imports);
 }
 
-void LetTheDomFail(Surroundings& surroundings) {
-    DomCalls::refusesInstructions = true;
-    Shortages::OfTheDom(surroundings.imports);
+void FailDomCalls(Environment& environment) {
+    DomCalls::failInstructions = true;
+    AllocationFailures::FailDom(environment.imports);
 }
 
-const std::vector<Trouble> troubles = {
-    {"WithSuccess", &BeginNone},          {"WithBusyFiles", &HoldMarkers},
-    {"WithReadOnlyFiles", &ProtectFiles}, {"WithoutFolders", &RemoveFolders},
-    {"WithoutMemory", &LackMemory, true}, {"WithAFailingDom", &LetTheDomFail, true},
+const std::vector<Condition> conditions = {
+    {"WithSuccess", &BeginNone},
+    {"WithBusyFiles", &HoldMarkers},
+    {"WithReadOnlyFiles", &ProtectFiles},
+    {"WithoutFolders", &RemoveFolders},
+    {"WithoutMemory", &FailAllocations, true},
+    {"WithAFailingDom", &FailDomCalls, true},
 };
 
-struct Trial {
+struct Case {
     std::string name;
     ExportCall call;
-    Trouble trouble;
+    Condition condition;
 };
 
-void PrintTo(const Trial& trial, std::ostream* out) {
-    *out << trial.name;
+void PrintTo(const Case& testCase, std::ostream* out) {
+    *out << testCase.name;
 }
 
-std::vector<Trial> Trials() {
-    std::vector<Trial> trials;
-    for (const Trouble& trouble : troubles)
+std::vector<Case> Cases() {
+    std::vector<Case> cases;
+    for (const Condition& condition : conditions)
         for (const ExportCall& call : callsOfAllExports)
-            trials.push_back({call.exportName + trouble.name, call, trouble});
-    return trials;
+            cases.push_back({call.exportName + condition.name, call, condition});
+    return cases;
 }
 
 }  // namespace
 
-class LeakTest : public ExportCallsTest, public testing::WithParamInterface<Trial> {
+class LeakTest : public ExportCallsTest, public testing::WithParamInterface<Case> {
 protected:
     static void SetUpTestSuite() { domCalls.emplace(); }
     static void TearDownTestSuite() { domCalls.reset(); }
@@ -114,7 +117,7 @@ protected:
 
     // The number of calls after which the sequence of failing calls repeats.
     const int fewCalls = Rounds(20, 100);
-    const Trouble& trouble = GetParam().trouble;
+    const Condition& condition = GetParam().condition;
     long long references = 0;
     int memoryInUse = 0;
 
@@ -124,16 +127,16 @@ private:
         WatchedDll dll;
         const ResourceSnapshot loaded;
         EXPECT_EQ(Call(dll), GetParam().call.answer);
-        Surroundings surroundings{installation, dll.Imports()};
-        trouble.begin(surroundings);
+        Environment environment{installation, dll.Imports()};
+        condition.begin(environment);
         for (int i = 1; i < calls; ++i) {
             const std::optional<FailingCall> failure = FailureOf(i);
             const bool isSame = Call(dll) == GetParam().call.answer;
-            EXPECT_TRUE(isSame || trouble.begin != &BeginNone);
+            EXPECT_TRUE(isSame || condition.begin != &BeginNone);
         }
         memoryInUse = CommittedKilobytes();
         EXPECT_TRUE(dll.Exports().ZOTDamExit());
-        surroundings.markers.clear();
+        environment.markers.clear();
         references = DomCalls::TakenReferences();
         const ResourceSnapshot held;
         EXPECT_LE(held.blocks, loaded.blocks);
@@ -159,7 +162,7 @@ private:
     }
 
     std::optional<FailingCall> FailureOf(int call) const {
-        if (!trouble.comesAndGoes)
+        if (!condition.isIntermittent)
             return std::nullopt;
         return std::optional<FailingCall>{std::in_place, call % fewCalls + 1, false};
     }
@@ -167,10 +170,10 @@ private:
     inline static std::optional<DomCalls> domCalls;
 };
 
-INSTANTIATE_TEST_SUITE_P(, LeakTest, testing::ValuesIn(Trials()), CaseName<Trial>);
+INSTANTIATE_TEST_SUITE_P(, LeakTest, testing::ValuesIn(Cases()), CaseName<Case>);
 
 TEST_P(LeakTest, ManyCallsHoldNoMoreThanAFew) {
-    const int calls = Rounds(2 * fewCalls, trouble.begin == &BeginNone ? 10000 : 1000);
+    const int calls = Rounds(2 * fewCalls, condition.begin == &BeginNone ? 10000 : 1000);
     const ResourceSnapshot heldByAFew = HeldAfter(fewCalls);
     const int memoryOfAFew = memoryInUse;
     EXPECT_EQ(HeldAfter(calls), heldByAFew);

@@ -23,7 +23,7 @@ public:
         imageSize = LoadedImage{dll}.Headers().OptionalHeader.SizeOfImage;
         taken = 0;
         givenBack = 0;
-        refusesInstructions = false;
+        failInstructions = false;
         return ImportPatch{dll, "CoCreateInstance", &Create};
     }
 
@@ -32,10 +32,10 @@ public:
     static long long TakenReferences() noexcept { return taken; }
 
     // Queried at each call unless null. If it returns true, the call fails with an out-of-memory error.
-    inline static bool (*isToFail)() = nullptr;
+    inline static bool (*mustFail)() = nullptr;
 
     // If true, creating a processing instruction fails. A new file then has no XML declaration.
-    inline static bool refusesInstructions = false;
+    inline static bool failInstructions = false;
 
     // The replacement for the system's function. A test may install its own function that calls this one.
     static HRESULT WINAPI Create(REFCLSID type, IUnknown* outer, DWORD context, REFIID iid, void** object) {
@@ -120,7 +120,7 @@ private:
 
     template <class Call>
     static HRESULT Answer(void** receiver, Call call) {
-        if (isToFail != nullptr && isToFail())
+        if (mustFail != nullptr && mustFail())
             return Fail(receiver);
         const HRESULT result = call();
         taken += SUCCEEDED(result) && receiver != nullptr && IsCounted(*receiver);
@@ -198,7 +198,7 @@ private:
                 constexpr int receiver = Receiver(Type, Slot);
                 void* const arguments[] = {nullptr, first, second, third};
                 auto** const received = static_cast<void**>(arguments[receiver]);
-                if (Type == Class::Document && Slot == CreateInstructionSlot && refusesInstructions)
+                if (Type == Class::Document && Slot == CreateInstructionSlot && failInstructions)
                     return Fail(received);
                 return Answer(received, call);
             }

@@ -15,7 +15,7 @@ public:
         if (FAILED(document.CreateInstance(L"Msxml2.DOMDocument.6.0")) ||
             FAILED(document->put_async(VARIANT_FALSE)) ||
             document->loadXML(_bstr_t{xml.c_str()}, &loaded) != S_OK)
-            throw std::invalid_argument{"no XML"};
+            throw std::invalid_argument{"not well-formed"};
     }
 
     IXMLDOMDocument2* Document() const noexcept { return document; }

@@ -1,8 +1,8 @@
 // A freshly loaded DLL whose imports a test can patch and whose DOM calls are counted.
 #pragma once
 
+#include "support/AllocationFailures.h"
 #include "support/DomCalls.h"
-#include "support/Shortage.h"
 #include "support/UnflushedFiles.h"
 
 namespace ZOTDam::Test {
@@ -20,7 +20,7 @@ public:
     }
     WatchedDll(const WatchedDll&) = delete;
     WatchedDll& operator=(const WatchedDll&) = delete;
-    ~WatchedDll() { DomCalls::isToFail = nullptr; }
+    ~WatchedDll() { DomCalls::mustFail = nullptr; }
 
     const Library& Exports() const noexcept { return dll; }
     PatchedImports& Imports() noexcept { return imports; }

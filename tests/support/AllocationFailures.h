@@ -22,9 +22,9 @@ namespace ZOTDam::Test {
 // Makes the n-th call fail while this object exists.
 class FailingCall {
 public:
-    FailingCall(int call, bool shortageLasts) noexcept {
+    FailingCall(int call, bool failureLasts) noexcept {
         callsUntilFailure = call;
-        lasts = shortageLasts;
+        lasts = failureLasts;
         hasFailed = false;
     }
     FailingCall(const FailingCall&) = delete;
@@ -77,13 +77,13 @@ private:
     std::list<ImportPatch> patches;
 };
 
-struct Shortage {
+struct AllocationFailure {
     std::string name;
     void (*install)(PatchedImports& imports);
     int stepInShortRun = 1;  // the distance from one failing call to the next
 };
 
-namespace Shortages {
+namespace AllocationFailures {
 
 inline void* Malloc(std::size_t size) {
     return FailingCall::IsDue() ? nullptr : Blocks::Malloc(size);
@@ -97,7 +97,7 @@ inline void* Realloc(void* block, std::size_t size) {
     return FailingCall::IsDue() ? nullptr : Blocks::Realloc(block, size);
 }
 
-inline void OfMemory(PatchedImports& imports) {
+inline void FailMemory(PatchedImports& imports) {
     imports.Patch("malloc", &Malloc);
     imports.Patch("calloc", &Calloc);
     imports.Patch("realloc", &Realloc);
@@ -115,7 +115,7 @@ inline BSTR WINAPI AllocStringByteLen(LPCSTR text, UINT length) {
     return FailingCall::IsDue() ? nullptr : SysAllocStringByteLen(text, length);
 }
 
-inline void OfTexts(PatchedImports& imports) {
+inline void FailStrings(PatchedImports& imports) {
     imports.Patch("SysAllocString", &AllocString);
     imports.Patch("SysAllocStringLen", &AllocStringLen);
     imports.Patch("SysAllocStringByteLen", &AllocStringByteLen);
@@ -130,7 +130,7 @@ inline HRESULT WINAPI Copy(VARIANTARG* target, const VARIANTARG* source) {
     return FailingCall::IsDue() ? E_OUTOFMEMORY : VariantCopy(target, const_cast<VARIANTARG*>(source));
 }
 
-inline void OfVariants(PatchedImports& imports) {
+inline void FailVariants(PatchedImports& imports) {
     imports.Patch("VariantChangeType", &ChangeType);
     imports.Patch("VariantCopy", &Copy);
 }
@@ -139,7 +139,7 @@ inline RPC_STATUS RPC_ENTRY UuidToText(const UUID* uuid, RPC_WSTR* text) {
     return FailingCall::IsDue() ? RPC_S_OUT_OF_MEMORY : UuidToStringW(const_cast<UUID*>(uuid), text);
 }
 
-inline void OfGuidTexts(PatchedImports& imports) {
+inline void FailGuidStrings(PatchedImports& imports) {
     imports.Patch("UuidToStringW", &UuidToText);
 }
 
@@ -152,20 +152,20 @@ inline HRESULT WINAPI Run(LPUNKNOWN object) {
     return FailingCall::IsDue() ? E_OUTOFMEMORY : OleRun(object);
 }
 
-inline void OfDocuments(PatchedImports& imports) {
+inline void FailDocuments(PatchedImports& imports) {
     imports.Patch("CoCreateInstance", &CreateInstance);
     imports.Patch("OleRun", &Run);
 }
 
-inline void OfTheDom(PatchedImports&) {
-    DomCalls::isToFail = &FailingCall::IsDue;
+inline void FailDom(PatchedImports&) {
+    DomCalls::mustFail = &FailingCall::IsDue;
 }
 
 inline DWORD WINAPI ExpandStrings(LPCWSTR source, LPWSTR target, DWORD size) {
     return FailingCall::IsDue() ? 0 : ExpandEnvironmentStringsW(source, target, size);
 }
 
-inline void OfPaths(PatchedImports& imports) {
+inline void FailPaths(PatchedImports& imports) {
     imports.Patch("ExpandEnvironmentStringsW", &ExpandStrings);
 }
 
@@ -176,17 +176,17 @@ inline HANDLE WINAPI CreateMarker(LPSECURITY_ATTRIBUTES attributes, BOOL owner, 
     return nullptr;
 }
 
-inline void OfMarkers(PatchedImports& imports) {
+inline void FailMarkers(PatchedImports& imports) {
     imports.Patch("CreateMutexW", &CreateMarker);
 }
 
-}  // namespace Shortages
+}  // namespace AllocationFailures
 
-inline const std::vector<Shortage> shortages = {
-    {"Memory", &Shortages::OfMemory, 3},    {"Texts", &Shortages::OfTexts},
-    {"Variants", &Shortages::OfVariants},   {"GuidTexts", &Shortages::OfGuidTexts},
-    {"Documents", &Shortages::OfDocuments}, {"DomCalls", &Shortages::OfTheDom, 7},
-    {"Paths", &Shortages::OfPaths},         {"Markers", &Shortages::OfMarkers},
+inline const std::vector<AllocationFailure> allocationFailures = {
+    {"Memory", &AllocationFailures::FailMemory, 3},    {"Texts", &AllocationFailures::FailStrings},
+    {"Variants", &AllocationFailures::FailVariants},   {"GuidTexts", &AllocationFailures::FailGuidStrings},
+    {"Documents", &AllocationFailures::FailDocuments}, {"DomCalls", &AllocationFailures::FailDom, 7},
+    {"Paths", &AllocationFailures::FailPaths},         {"Markers", &AllocationFailures::FailMarkers},
 };
 
 }  // namespace ZOTDam::Test
