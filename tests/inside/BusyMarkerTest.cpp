@@ -25,20 +25,20 @@ struct Platform {
     std::vector<HANDLE> closed;
 } platform;
 
-HANDLE WINAPI OpenMutexStandIn(DWORD access, BOOL inheritable, LPCWSTR) {
+HANDLE WINAPI OpenMutexHook(DWORD access, BOOL inheritable, LPCWSTR) {
     platform.openAccess = access;
     platform.openInheritable = inheritable;
     SetLastError(platform.openError);
     return nullptr;
 }
 
-HANDLE WINAPI CreateMutexStandIn(LPSECURITY_ATTRIBUTES, BOOL initialOwner, LPCWSTR) {
+HANDLE WINAPI CreateMutexHook(LPSECURITY_ATTRIBUTES, BOOL initialOwner, LPCWSTR) {
     platform.initialOwner = initialOwner;
     SetLastError(platform.createError);
     return platform.created;
 }
 
-BOOL WINAPI CloseHandleStandIn(HANDLE handle) {
+BOOL WINAPI CloseHandleHook(HANDLE handle) {
     platform.closed.push_back(handle);
     return TRUE;
 }
@@ -101,9 +101,9 @@ protected:
 
     static bool IsOurs() {
         const HMODULE program = GetModuleHandleW(nullptr);
-        const ImportPatch open{program, "OpenMutexW", OpenMutexStandIn};
-        const ImportPatch create{program, "CreateMutexW", CreateMutexStandIn};
-        const ImportPatch close{program, "CloseHandle", CloseHandleStandIn};
+        const ImportPatch open{program, "OpenMutexW", OpenMutexHook};
+        const ImportPatch create{program, "CreateMutexW", CreateMutexHook};
+        const ImportPatch close{program, "CloseHandle", CloseHandleHook};
         return CBusyMarker{Name}.IsAcquired();
     }
 

@@ -137,7 +137,7 @@ private:
         memoryInUse = CommittedKilobytes();
         EXPECT_TRUE(dll.Exports().ZOTDamExit());
         environment.markers.clear();
-        references = DomCalls::TakenReferences();
+        references = DomCalls::AcquiredReferences();
         const ResourceSnapshot held;
         EXPECT_LE(held.blocks, loaded.blocks);
         EXPECT_EQ(held, (ResourceSnapshot{.blocks = held.blocks,

@@ -21,15 +21,15 @@ public:
     static ImportPatch Watch(HMODULE dll) {
         image = reinterpret_cast<std::uintptr_t>(dll);
         imageSize = LoadedImage{dll}.Headers().OptionalHeader.SizeOfImage;
-        taken = 0;
-        givenBack = 0;
+        acquired = 0;
+        released = 0;
         failInstructions = false;
         return ImportPatch{dll, "CoCreateInstance", &Create};
     }
 
-    // The number of references that the DLL has taken and not released.
-    static long long HeldReferences() noexcept { return taken - givenBack; }
-    static long long TakenReferences() noexcept { return taken; }
+    // The number of references that the DLL has acquired and not released.
+    static long long HeldReferences() noexcept { return acquired - released; }
+    static long long AcquiredReferences() noexcept { return acquired; }
 
     // Queried at each call unless null. If it returns true, the call fails with an out-of-memory error.
     inline static bool (*mustFail)() = nullptr;
@@ -40,7 +40,7 @@ public:
     // The replacement for the system's function. A test may install its own function that calls this one.
     static HRESULT WINAPI Create(REFCLSID type, IUnknown* outer, DWORD context, REFIID iid, void** object) {
         const HRESULT result = CoCreateInstance(type, outer, context, iid, object);
-        taken += SUCCEEDED(result) && IsCounted(*object);
+        acquired += SUCCEEDED(result) && IsCounted(*object);
         return result;
     }
 
@@ -123,18 +123,18 @@ private:
         if (mustFail != nullptr && mustFail())
             return Fail(receiver);
         const HRESULT result = call();
-        taken += SUCCEEDED(result) && receiver != nullptr && IsCounted(*receiver);
+        acquired += SUCCEEDED(result) && receiver != nullptr && IsCounted(*receiver);
         return result;
     }
 
     // Marks that a call of the DLL is in progress while an object of this class exists. To perform it, the
     // DOM may call its own methods. Some of these calls are jumps, which keep the return address in the DLL.
-    class CallUnderWay {
+    class CallInProgress {
     public:
-        CallUnderWay() noexcept { isCallUnderWay = true; }
-        CallUnderWay(const CallUnderWay&) = delete;
-        CallUnderWay& operator=(const CallUnderWay&) = delete;
-        ~CallUnderWay() { isCallUnderWay = false; }
+        CallInProgress() noexcept { isCallInProgress = true; }
+        CallInProgress(const CallInProgress&) = delete;
+        CallInProgress& operator=(const CallInProgress&) = delete;
+        ~CallInProgress() { isCallInProgress = false; }
     };
 
     // Replaces the functions in the table that all objects of a kind share. A DOM may not support a kind of
@@ -147,7 +147,7 @@ private:
                 return;
             std::copy_n(table, Size, originals.begin());
             tables[Kind] = table;
-            Write(StandIns(std::make_index_sequence<Size>{}));
+            Write(Hooks(std::make_index_sequence<Size>{}));
         }
         Table(const Table&) = delete;
         Table& operator=(const Table&) = delete;
@@ -168,12 +168,11 @@ private:
         // The methods of IDispatch and createNode have too many arguments to be forwarded, and the library
         // does not call them. InterfaceSupportsErrorInfo occupies one of their slots. It does not return an
         // object.
-        static constexpr bool IsPassedOn(std::size_t slot) { return slot < 3 || (slot >= 7 && slot != 56); }
+        static constexpr bool IsHooked(std::size_t slot) { return slot < 3 || (slot >= 7 && slot != 56); }
 
         template <std::size_t... Indices>
-        static Slots StandIns(std::index_sequence<Indices...>) {
-            return {
-                (IsPassedOn(Indices) ? reinterpret_cast<void*>(&StandIn<Indices>) : originals[Indices])...};
+        static Slots Hooks(std::index_sequence<Indices...>) {
+            return {(IsHooked(Indices) ? reinterpret_cast<void*>(&Hook<Indices>) : originals[Indices])...};
         }
 
         void Write(const Slots& functions) noexcept {
@@ -184,15 +183,15 @@ private:
         }
 
         template <std::size_t Slot>
-        static HRESULT WINAPI StandIn(void* object, void* first, void* second, void* third) {
+        static HRESULT WINAPI Hook(void* object, void* first, void* second, void* third) {
             const auto call = [&] {
                 return reinterpret_cast<Method*>(originals[Slot])(object, first, second, third);
             };
-            if (isCallUnderWay || !IsOfTheDll(__builtin_return_address(0)))
+            if (isCallInProgress || !IsOfTheDll(__builtin_return_address(0)))
                 return call();
-            const CallUnderWay underWay;
+            const CallInProgress inProgress;
             if constexpr (Slot == AddRefSlot || Slot == ReleaseSlot) {
-                ++(Slot == AddRefSlot ? taken : givenBack);
+                ++(Slot == AddRefSlot ? acquired : released);
                 return call();
             } else {
                 constexpr int receiver = Receiver(Type, Slot);
@@ -223,9 +222,9 @@ private:
 
     inline static std::uintptr_t image = 0;
     inline static std::uintptr_t imageSize = 0;
-    inline static long long taken = 0;
-    inline static long long givenBack = 0;
-    inline static bool isCallUnderWay = false;
+    inline static long long acquired = 0;
+    inline static long long released = 0;
+    inline static bool isCallInProgress = false;
     inline static std::array<void**, 16> tables = {};
 
     // One object of each kind. They live as long as the patches, because unloading the DOM unloads its
