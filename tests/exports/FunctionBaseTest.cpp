@@ -2,7 +2,7 @@
 // that cannot be read.
 #include "support/FunctionBaseTest.h"
 
-#include "support/Blocks.h"
+#include "support/HeapAllocations.h"
 #include "support/RawRecords.h"
 #include "support/UnreadableValue.h"
 
@@ -396,18 +396,18 @@ TEST_F(BaseOnItemTest, ThatThrowsReachesTheClientAndEndsTheEnumeration) {
 
 TEST_F(BaseOnItemTest, LeavesNoBlockBehindEvenIfItThrows) {
     GetFunctionBase();
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     ThrowAtItem(1);
     ThrowAtItem(2);
     RecordsWhile([this] { GetFunctionBase(); });
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 TEST_F(BaseOnItemTest, LeavesNoBlockBehindWhereAFunctionCannotBeRead) {
     RecordsOf(DimAndRate + std::string{"<Function><Display/><Default/></Function>"});
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     GetFunctionBase();
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 }  // namespace ZOTDam::Test

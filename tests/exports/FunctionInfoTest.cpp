@@ -6,8 +6,8 @@
 
 #include <cstring>
 
-#include "support/Blocks.h"
 #include "support/DomDocuments.h"
+#include "support/HeapAllocations.h"
 #include "support/TranslationTest.h"
 
 namespace ZOTDam::Test {
@@ -403,18 +403,18 @@ TEST_F(InfoOnItemTest, ThatThrowsReachesTheClientAndEndsTheEnumeration) {
 
 TEST_F(InfoOnItemTest, ThatThrowsKeepsNoBlock) {
     GetFunctionInfo();
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     ThrowAtItem(1);
     ThrowAtItem(2);
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 TEST_F(InfoOnItemTest, LeavesNoBlockBehind) {
     GetFunctionInfo();
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     GetFunctionInfo();
     InfosWhile([this] { GetFunctionInfo(); });
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 TEST_F(InfoOnItemTest, IsNotCalledAfterExit) {

@@ -8,10 +8,10 @@
 #include <thread>
 #include <utility>
 
-#include "support/Blocks.h"
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
 #include "support/ExportTest.h"
+#include "support/HeapAllocations.h"
 #include "support/ImportPatch.h"
 #include "support/InstallationOfParent.h"
 
@@ -64,13 +64,13 @@ protected:
 
     // Returns the number of heap allocations that remain after the DLL is loaded, used and freed.
     template <class Use>
-    static std::size_t BlocksLeftBy(Use&& use) {
+    static std::size_t AllocationsLeftBy(Use&& use) {
         {
             const BareDll dll;
-            Blocks::Watch(dll.Handle());
+            HeapAllocations::Track(dll.Handle());
             use(dll);
         }
-        return Blocks::Live();
+        return HeapAllocations::Count();
     }
 
     const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
@@ -138,11 +138,11 @@ TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
 }
 
 TEST_F(LifecycleTest, FreeingWithoutAnExitFreesEveryBlock) {
-    EXPECT_EQ(BlocksLeftBy([](const BareDll& dll) { dll.Fill(); }), 0u);
+    EXPECT_EQ(AllocationsLeftBy([](const BareDll& dll) { dll.Fill(); }), 0u);
 }
 
 TEST_F(LifecycleTest, FreeingAfterAnExitFreesEveryBlock) {
-    EXPECT_EQ(BlocksLeftBy([](const BareDll& dll) {
+    EXPECT_EQ(AllocationsLeftBy([](const BareDll& dll) {
                   dll.Fill();
                   dll.Exit();
               }),
@@ -150,7 +150,7 @@ TEST_F(LifecycleTest, FreeingAfterAnExitFreesEveryBlock) {
 }
 
 TEST_F(LifecycleTest, FreeingFreesADocumentWithoutADomToo) {
-    EXPECT_EQ(BlocksLeftBy([](const BareDll& dll) {
+    EXPECT_EQ(AllocationsLeftBy([](const BareDll& dll) {
                   DomDocuments documents{dll.Handle()};
                   documents.Fail(E_OUTOFMEMORY);
                   EXPECT_EQ(dll.Get<decltype(ZOTDam::GetFuncCount)>("GetFuncCount")(), CatalogueUnavailable);
@@ -159,10 +159,10 @@ TEST_F(LifecycleTest, FreeingFreesADocumentWithoutADomToo) {
 }
 
 TEST_F(LifecycleTest, FreeingWithoutAnExitFreesTheObjectsOfTheLoadAsAnExitDoes) {
-    BlocksLeftBy([](const BareDll& dll) { dll.Exit(); });
-    const int withExit = Blocks::FreedFromBefore();
-    BlocksLeftBy([](const BareDll&) {});
-    EXPECT_EQ(Blocks::FreedFromBefore(), withExit);
+    AllocationsLeftBy([](const BareDll& dll) { dll.Exit(); });
+    const int withExit = HeapAllocations::FreedUntracked();
+    AllocationsLeftBy([](const BareDll&) {});
+    EXPECT_EQ(HeapAllocations::FreedUntracked(), withExit);
 }
 
 TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
@@ -174,12 +174,12 @@ TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
         EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"value"));
         EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
     };
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     use();
-    const std::size_t before = Blocks::Live();
+    const std::size_t before = HeapAllocations::Count();
     for (int i = 0; i < 5; ++i)
         use();
-    EXPECT_EQ(Blocks::Live(), before);
+    EXPECT_EQ(HeapAllocations::Count(), before);
 }
 
 // ---- After ZOTDamExit ----

@@ -1,7 +1,7 @@
 // Tests of OnItem callbacks that call exports or throw exceptions during an enumeration.
-#include "support/Blocks.h"
 #include "support/DataFiles.h"
 #include "support/ExportTest.h"
+#include "support/HeapAllocations.h"
 
 namespace ZOTDam::Test {
 
@@ -102,10 +102,10 @@ TEST_F(ThrowingOnItemTest, LeavesTheLibraryUsable) {
 
 TEST_F(ThrowingOnItemTest, KeepsNoFurtherBlock) {
     GetParameter(Balanced);
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
     EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 }  // namespace ZOTDam::Test

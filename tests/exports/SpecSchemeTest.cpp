@@ -1,6 +1,6 @@
 // Tests of GetSpecScheme, which enumerates the Windows power settings that the base catalogue prescribes.
-#include "support/Blocks.h"
 #include "support/DomDocuments.h"
+#include "support/HeapAllocations.h"
 #include "support/NumberTexts.h"
 #include "support/RawRecords.h"
 #include "support/SettingsTest.h"
@@ -458,9 +458,9 @@ TEST_F(SpecSchemeTest, WritesNoFile) {
 
 TEST_F(SpecSchemeTest, KeepsNothingBetweenCalls) {
     SchemesOf(FullSection() + SchemeXml(A, SubGroupXml(B, "<PowerSetting/>")));
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     EXPECT_EQ(GetSpecScheme(), fullSchemes);
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 // ---- The records as bytes ----
@@ -525,11 +525,11 @@ TEST_F(SpecOnItemTest, MayCallExitAndStillGetsTheOtherItems) {
 
 TEST_F(SpecOnItemTest, ThatThrowsReachesTheClientAndKeepsNoBlock) {
     GetSpecScheme();
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     auto fail = MakeCallback<IGetSpecSchemeCallback>([](const SpecSchemeRecord*) { throw 1; });
     EXPECT_THROW(Dll().GetSpecScheme(&fail), int);
     EXPECT_EQ(GetSpecScheme(), fullSchemes);
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 }  // namespace ZOTDam::Test

@@ -1,8 +1,8 @@
 // Tests of GetFunctionBaseUnSupported, which enumerates the functions of the base catalogue that are not in
 // the catalogue.
-#include "support/Blocks.h"
 #include "support/DomDocuments.h"
 #include "support/FunctionBaseTest.h"
+#include "support/HeapAllocations.h"
 #include "support/UnreadableValue.h"
 
 namespace ZOTDam::Test {
@@ -353,11 +353,11 @@ TEST_F(UnsupportedOnItemTest, MayCallExitAndStillGetsTheOtherItems) {
 
 TEST_F(UnsupportedOnItemTest, ThatThrowsReachesTheClientAndKeepsNoBlock) {
     UnsupportedIds();
-    Blocks::Watch(Dll().Handle());
+    HeapAllocations::Track(Dll().Handle());
     auto fail = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) { throw 1; });
     EXPECT_THROW(Dll().GetFunctionBaseUnSupported(&fail), int);
     EXPECT_EQ(UnsupportedIds(), (IdList{2, 3}));
-    EXPECT_EQ(Blocks::Live(), 0u);
+    EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
 }  // namespace ZOTDam::Test

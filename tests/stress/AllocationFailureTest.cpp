@@ -206,7 +206,7 @@ std::vector<Case> Cases() {
 class Session {
 public:
     explicit Session(const AllocationFailure& kind) {
-        Blocks::Watch(Dll().Handle());
+        HeapAllocations::Track(Dll().Handle());
         kind.install(watched.Imports());
     }
     Session(const Session&) = delete;
@@ -219,11 +219,11 @@ public:
     const Library& Dll() const noexcept { return watched.Exports(); }
 
 private:
-    struct ExpectNoBlocks {
-        ~ExpectNoBlocks() { EXPECT_EQ(Blocks::Live(), 0u); }
+    struct ExpectNoAllocations {
+        ~ExpectNoAllocations() { EXPECT_EQ(HeapAllocations::Count(), 0u); }
     };
 
-    ExpectNoBlocks whenTheDllIsFreed;
+    ExpectNoAllocations whenTheDllIsFreed;
     WatchedDll watched;
 };
 

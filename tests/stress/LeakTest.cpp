@@ -107,7 +107,8 @@ protected:
     // DLL holds after ZOTDamExit. Checks that it holds none after FreeLibrary.
     ResourceSnapshot HeldAfter(int calls) {
         Restore();
-        const ResourceSnapshot nothing{.blocks = 0, .domReferences = 0, .errorInfos = 0, .taken = {}};
+        const ResourceSnapshot nothing{
+            .heapAllocations = 0, .domReferences = 0, .errorInfos = 0, .resources = {}};
         const ResourceSnapshot held = HeldByALoadedDllAfter(calls);
         EXPECT_EQ(ResourceSnapshot{}, nothing);
         return held;
@@ -123,7 +124,7 @@ protected:
 
 private:
     ResourceSnapshot HeldByALoadedDllAfter(int calls) {
-        const AtLoad counting{&CountResources};
+        const LoadHook counting{&CountResources};
         WatchedDll dll;
         const ResourceSnapshot loaded;
         EXPECT_EQ(Call(dll), GetParam().call.answer);
@@ -139,12 +140,12 @@ private:
         environment.markers.clear();
         references = DomCalls::AcquiredReferences();
         const ResourceSnapshot held;
-        EXPECT_LE(held.blocks, loaded.blocks);
-        EXPECT_EQ(held, (ResourceSnapshot{.blocks = held.blocks,
-                                          .comBlocks = loaded.comBlocks,
+        EXPECT_LE(held.heapAllocations, loaded.heapAllocations);
+        EXPECT_EQ(held, (ResourceSnapshot{.heapAllocations = held.heapAllocations,
+                                          .comAllocations = loaded.comAllocations,
                                           .domReferences = 0,
                                           .errorInfos = 0,
-                                          .taken = loaded.taken}));
+                                          .resources = loaded.resources}));
         return held;
     }
 
@@ -178,7 +179,7 @@ TEST_P(LeakTest, ManyCallsHoldNoMoreThanAFew) {
     const int memoryOfAFew = memoryInUse;
     EXPECT_EQ(HeldAfter(calls), heldByAFew);
     ShowFigure(GetParam().name, std::to_string(calls) + " calls, " + std::to_string(references) +
-                                    " references taken and given back, before ZOTDamExit " +
+                                    " references acquired and released, before ZOTDamExit " +
                                     std::to_string(memoryInUse - memoryOfAFew) +
                                     " KiB of private memory more than after " + std::to_string(fewCalls));
 }
@@ -202,26 +203,26 @@ protected:
     }
 
     DomCalls domCalls;
-    const AtLoad counting{&CountResources};
+    const LoadHook counting{&CountResources};
     const WatchedDll dll;
     const ResourceSnapshot before;
 };
 
 TEST_F(ResourceSnapshotTest, CountsTheBlocksOfTheLoad) {
-    EXPECT_GT(before.blocks, 0u);
-    EXPECT_GT(before.taken[CriticalSections], 0);
+    EXPECT_GT(before.heapAllocations, 0u);
+    EXPECT_GT(before.resources[CriticalSections], 0);
 }
 
 TEST_F(ResourceSnapshotTest, CountsABlockOfTheCRuntime) {
     void* const block = Imported<decltype(std::malloc)>("malloc")(16);
-    EXPECT_EQ(ResourceSnapshot{}.blocks, before.blocks + 1);
+    EXPECT_EQ(ResourceSnapshot{}.heapAllocations, before.heapAllocations + 1);
     Imported<decltype(std::free)>("free")(block);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
 TEST_F(ResourceSnapshotTest, CountsATextOfCom) {
     const BSTR text = Imported<decltype(SysAllocString)>("SysAllocString")(L"text");
-    EXPECT_EQ(ResourceSnapshot{}.comBlocks, before.comBlocks + 1);
+    EXPECT_EQ(ResourceSnapshot{}.comAllocations, before.comAllocations + 1);
     Imported<decltype(SysFreeString)>("SysFreeString")(text);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
@@ -235,7 +236,7 @@ TEST_F(ResourceSnapshotTest, CountsATextInAVariant) {
     VARIANT copy;
     VariantInit(&copy);
     Imported<decltype(VariantCopy)>("VariantCopy")(&copy, &source);
-    EXPECT_EQ(ResourceSnapshot{}.comBlocks, beforeTheCopy.comBlocks + 1);
+    EXPECT_EQ(ResourceSnapshot{}.comAllocations, beforeTheCopy.comAllocations + 1);
     Imported<decltype(VariantClear)>("VariantClear")(&copy);
     EXPECT_EQ(ResourceSnapshot{}, beforeTheCopy);
 }
@@ -259,7 +260,7 @@ TEST_F(ResourceSnapshotTest, CountsAnErrorInformationObject) {
 TEST_F(ResourceSnapshotTest, CountsAGuidText) {
     RPC_WSTR text = nullptr;
     Imported<decltype(UuidToStringW)>("UuidToStringW")(const_cast<GUID*>(&Balanced), &text);
-    EXPECT_EQ(ResourceSnapshot{}.taken[GuidTexts], before.taken[GuidTexts] + 1);
+    EXPECT_EQ(ResourceSnapshot{}.resources[GuidTexts], before.resources[GuidTexts] + 1);
     Imported<decltype(RpcStringFreeW)>("RpcStringFreeW")(&text);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
@@ -271,7 +272,7 @@ TEST_F(ResourceSnapshotTest, CountsTheHandlesOfMarkersAndFiles) {
         Imported<decltype(OpenMutexW)>("OpenMutexW")(SYNCHRONIZE, FALSE, name),
         Imported<decltype(CreateFileW)>("CreateFileW")(L"NUL", GENERIC_READ, FILE_SHARE_READ, nullptr,
                                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
-    EXPECT_EQ(ResourceSnapshot{}.taken[Handles], before.taken[Handles] + 3);
+    EXPECT_EQ(ResourceSnapshot{}.resources[Handles], before.resources[Handles] + 3);
     for (const HANDLE handle : handles)
         Imported<decltype(CloseHandle)>("CloseHandle")(handle);
     EXPECT_EQ(ResourceSnapshot{}, before);
@@ -291,8 +292,8 @@ TEST_F(ResourceSnapshotTest, CountsACriticalSectionAndItsLock) {
     Imported<decltype(InitializeCriticalSection)>("InitializeCriticalSection")(&section);
     Imported<decltype(EnterCriticalSection)>("EnterCriticalSection")(&section);
     const ResourceSnapshot locked;
-    EXPECT_EQ(locked.taken[CriticalSections], before.taken[CriticalSections] + 1);
-    EXPECT_EQ(locked.taken[Locks], before.taken[Locks] + 1);
+    EXPECT_EQ(locked.resources[CriticalSections], before.resources[CriticalSections] + 1);
+    EXPECT_EQ(locked.resources[Locks], before.resources[Locks] + 1);
     Imported<decltype(LeaveCriticalSection)>("LeaveCriticalSection")(&section);
     Imported<decltype(DeleteCriticalSection)>("DeleteCriticalSection")(&section);
     EXPECT_EQ(ResourceSnapshot{}, before);
@@ -300,14 +301,14 @@ TEST_F(ResourceSnapshotTest, CountsACriticalSectionAndItsLock) {
 
 TEST_F(ResourceSnapshotTest, CountsAThreadSlot) {
     const DWORD slot = Imported<decltype(TlsAlloc)>("TlsAlloc")();
-    EXPECT_EQ(ResourceSnapshot{}.taken[ThreadSlots], before.taken[ThreadSlots] + 1);
+    EXPECT_EQ(ResourceSnapshot{}.resources[ThreadSlots], before.resources[ThreadSlots] + 1);
     Imported<decltype(TlsFree)>("TlsFree")(slot);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
 TEST_F(ResourceSnapshotTest, CountsALibrary) {
     const HMODULE library = Imported<decltype(LoadLibraryW)>("LoadLibraryW")(L"kernel32.dll");
-    EXPECT_EQ(ResourceSnapshot{}.taken[Libraries], before.taken[Libraries] + 1);
+    EXPECT_EQ(ResourceSnapshot{}.resources[Libraries], before.resources[Libraries] + 1);
     Imported<decltype(FreeLibrary)>("FreeLibrary")(library);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }

@@ -5,9 +5,9 @@
 #include <functional>
 #include <thread>
 
-#include "support/AtLoad.h"
-#include "support/Blocks.h"
 #include "support/EveryExport.h"
+#include "support/HeapAllocations.h"
+#include "support/LoadHook.h"
 #include "support/ProcessResources.h"
 #include "support/SettingsTest.h"
 #include "support/Stress.h"
@@ -57,13 +57,13 @@ protected:
     void LiveOnce(const std::function<void()>& life) {
         WriteDefaults(TwoFunctions);
         std::filesystem::remove(installation.UserFile());
-        const AtLoad watching{[](HMODULE dll) {
-            Blocks::Watch(dll);
+        const LoadHook watching{[](HMODULE dll) {
+            HeapAllocations::Track(dll);
             LeaveFilesUnflushed(dll);
         }};
         life();
         ASSERT_EQ(GetModuleHandleW(L"ZOTDam.dll"), nullptr);
-        ASSERT_EQ(Blocks::Live(), 0u);
+        ASSERT_EQ(HeapAllocations::Count(), 0u);
     }
 
     // The first rounds load what other libraries never release. The system may also keep a small amount of

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "support/Blocks.h"
 #include "support/DomCalls.h"
+#include "support/HeapAllocations.h"
 #include "support/ImportPatch.h"
 
 namespace ZOTDam::Test {
@@ -86,15 +86,15 @@ struct AllocationFailure {
 namespace AllocationFailures {
 
 inline void* Malloc(std::size_t size) {
-    return FailingCall::IsDue() ? nullptr : Blocks::Malloc(size);
+    return FailingCall::IsDue() ? nullptr : HeapAllocations::Malloc(size);
 }
 
 inline void* Calloc(std::size_t count, std::size_t size) {
-    return FailingCall::IsDue() ? nullptr : Blocks::Calloc(count, size);
+    return FailingCall::IsDue() ? nullptr : HeapAllocations::Calloc(count, size);
 }
 
 inline void* Realloc(void* block, std::size_t size) {
-    return FailingCall::IsDue() ? nullptr : Blocks::Realloc(block, size);
+    return FailingCall::IsDue() ? nullptr : HeapAllocations::Realloc(block, size);
 }
 
 inline void FailMemory(PatchedImports& imports) {

@@ -18,7 +18,7 @@ namespace ZOTDam::Test {
 class DomCalls {
 public:
     // Starts counting the calls of a DLL. The patch must be destroyed before the DLL is freed.
-    static ImportPatch Watch(HMODULE dll) {
+    static ImportPatch Track(HMODULE dll) {
         image = reinterpret_cast<std::uintptr_t>(dll);
         imageSize = LoadedImage{dll}.Headers().OptionalHeader.SizeOfImage;
         acquired = 0;

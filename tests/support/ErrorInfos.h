@@ -12,15 +12,15 @@ class ErrorInfos final : public IErrorInfo {
 public:
     // The replacement for the system's GetErrorInfo.
     static HRESULT WINAPI Get(ULONG, IErrorInfo** information) {
-        *information = &OnlyOne();
-        ++OnlyOne().references;
+        *information = &Instance();
+        ++Instance().references;
         return S_OK;
     }
 
     // The number of references that were returned and not released.
-    static long long Held() noexcept { return OnlyOne().references; }
+    static long long Count() noexcept { return Instance().references; }
 
-    static void Forget() noexcept { OnlyOne().references = 0; }
+    static void Reset() noexcept { Instance().references = 0; }
 
     HRESULT WINAPI QueryInterface(REFIID, void** object) override {
         *object = nullptr;
@@ -36,9 +36,9 @@ public:
     HRESULT WINAPI GetHelpContext(DWORD*) override { return E_NOTIMPL; }
 
 private:
-    static ErrorInfos& OnlyOne() noexcept {
-        static ErrorInfos onlyOne;
-        return onlyOne;
+    static ErrorInfos& Instance() noexcept {
+        static ErrorInfos instance;
+        return instance;
     }
 
     ULONG references = 0;

@@ -27,7 +27,7 @@ public:
 
 private:
     Library dll;
-    ImportPatch domPatch = DomCalls::Watch(dll.Handle());
+    ImportPatch domPatch = DomCalls::Track(dll.Handle());
     PatchedImports imports{dll.Handle()};
 };
 

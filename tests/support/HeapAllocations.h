@@ -1,4 +1,4 @@
-// Counts the memory blocks that the DLL allocates from the C runtime's heap, until the DLL is freed.
+// Counts the allocations of the DLL from the C runtime's heap, until the DLL is freed.
 #pragma once
 
 #include <windows.h>
@@ -10,51 +10,51 @@
 
 namespace ZOTDam::Test {
 
-class Blocks {
+class HeapAllocations {
 public:
-    static void Watch(HMODULE dll) {
-        Forget();
+    static void Track(HMODULE dll) {
+        Reset();
         PatchForGood(dll, "malloc", &Malloc);
         PatchForGoodIfImported(dll, "calloc", &Calloc);
         PatchForGoodIfImported(dll, "realloc", &Realloc);
         PatchForGood(dll, "free", &Free);
     }
 
-    static void Forget() {
+    static void Reset() {
         live.clear();
-        freedFromBefore = 0;
+        freedUntracked = 0;
     }
 
-    // The number of blocks that were allocated since Watch and are not freed.
-    static std::size_t Live() { return live.size(); }
+    // The number of allocations since Track that are not freed.
+    static std::size_t Count() { return live.size(); }
 
-    // The number of freed blocks that were allocated before Watch, while the DLL was being loaded.
-    static int FreedFromBefore() { return freedFromBefore; }
+    // The number of freed allocations that were made before Track, while the DLL was being loaded.
+    static int FreedUntracked() { return freedUntracked; }
 
     // Replacements for the functions of the runtime. A test may install its own functions that call these.
-    static void* Malloc(std::size_t size) { return Know(std::malloc(size)); }
-    static void* Calloc(std::size_t count, std::size_t size) { return Know(std::calloc(count, size)); }
+    static void* Malloc(std::size_t size) { return Add(std::malloc(size)); }
+    static void* Calloc(std::size_t count, std::size_t size) { return Add(std::calloc(count, size)); }
     static void* Realloc(void* block, std::size_t size) {
         void* const moved = std::realloc(block, size);
         if (moved != nullptr)
             live.erase(block);
-        return Know(moved);
+        return Add(moved);
     }
     static void Free(void* block) {
         if (block != nullptr && live.erase(block) == 0)
-            ++freedFromBefore;
+            ++freedUntracked;
         std::free(block);
     }
 
 private:
-    static void* Know(void* block) {
+    static void* Add(void* block) {
         if (block != nullptr)
             live.insert(block);
         return block;
     }
 
     inline static std::set<void*> live;
-    inline static int freedFromBefore = 0;
+    inline static int freedUntracked = 0;
 };
 
 }  // namespace ZOTDam::Test

@@ -1,5 +1,5 @@
-// Counts the memory blocks that the process allocates from COM's allocator: strings and the results of COM
-// calls.
+// Counts the allocations of the process from COM's allocator: strings and the results of
+// COM calls.
 #pragma once
 
 #include <objbase.h>
@@ -9,14 +9,14 @@
 
 namespace ZOTDam::Test {
 
-// COM reports every block to an object of this class, from the first use until the process ends. COM keeps
-// the object as long as a block exists that it has reported.
-class ComBlocks final : public IMallocSpy {
+// COM reports every allocation to an object of this class, from the first use until the process ends. COM
+// keeps the object as long as an allocation exists that it has reported.
+class ComAllocations final : public IMallocSpy {
 public:
-    // The number of blocks that were allocated since the first use and are not freed.
-    static long long Live() {
-        static ComBlocks& blocks = *new ComBlocks;
-        return blocks.live;
+    // The number of allocations since the first use that are not freed.
+    static long long Count() {
+        static ComAllocations& allocations = *new ComAllocations;
+        return allocations.live;
     }
 
     HRESULT WINAPI QueryInterface(REFIID iid, void** object) override {
@@ -63,12 +63,12 @@ public:
 
 private:
     // COM would otherwise cache some freed strings and not report them as freed.
-    ComBlocks() {
+    ComAllocations() {
         const auto setNoCache = reinterpret_cast<void(WINAPI*)()>(
             reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"oleaut32.dll"), "SetOaNoCache")));
         setNoCache();
         if (FAILED(CoRegisterMallocSpy(this)))
-            throw std::runtime_error{"COM does not tell of its blocks"};
+            throw std::runtime_error{"COM does not report its allocations"};
     }
 
     long long live = 0;
