@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "support/ExportCalls.h"
+#include "support/HookedDll.h"
 #include "support/Stress.h"
-#include "support/WatchedDll.h"
 
 namespace ZOTDam::Test {
 
@@ -224,7 +224,7 @@ private:
     };
 
     ExpectNoAllocations whenTheDllIsFreed;
-    WatchedDll watched;
+    HookedDll watched;
 };
 
 }  // namespace

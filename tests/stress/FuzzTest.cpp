@@ -7,7 +7,7 @@
 #include "support/RandomClient.h"
 #include "support/Stress.h"
 #include "support/UnflushedFiles.h"
-#include "support/Watch.h"
+#include "support/Watchdog.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
@@ -30,7 +30,7 @@ protected:
     };
 
     void Round(unsigned seed) {
-        watch.Begin("seed " + std::to_string(seed));
+        watchdog.Begin("seed " + std::to_string(seed));
         Chance chance{seed};
         FileGenerator generator{chance};
         Give(defaults, Damaged(generator.Defaults(), chance));
@@ -79,7 +79,7 @@ private:
 
     // Keeps COM, and with it the DOM, loaded between the rounds, as a client does.
     ComScope com;
-    Watch watch{60000};
+    Watchdog watchdog{60000};
     const char* folder = std::getenv("ZOTDAM_FUZZ_FOLDER");
     Input defaults{installation.DefaultsFile(), {}};
     Input userSettings{installation.UserFile(), {}};

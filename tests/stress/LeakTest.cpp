@@ -5,11 +5,11 @@
 #include <optional>
 
 #include "support/ExportCalls.h"
+#include "support/HookedDll.h"
 #include "support/LoadedImage.h"
 #include "support/ProcessResources.h"
 #include "support/ResourceSnapshot.h"
 #include "support/Stress.h"
-#include "support/WatchedDll.h"
 #include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
@@ -125,7 +125,7 @@ protected:
 private:
     ResourceSnapshot HeldByALoadedDllAfter(int calls) {
         const LoadHook counting{&CountResources};
-        WatchedDll dll;
+        HookedDll dll;
         const ResourceSnapshot loaded;
         EXPECT_EQ(Call(dll), GetParam().call.answer);
         Environment environment{installation, dll.Imports()};
@@ -156,7 +156,7 @@ private:
         WriteInstallation();
     }
 
-    static Answer Call(const WatchedDll& dll) {
+    static Answer Call(const HookedDll& dll) {
         const ExportCall& call = GetParam().call;
         call.before(dll.Exports());
         return call.call(dll.Exports());
@@ -204,7 +204,7 @@ protected:
 
     DomCalls domCalls;
     const LoadHook counting{&CountResources};
-    const WatchedDll dll;
+    const HookedDll dll;
     const ResourceSnapshot before;
 };
 

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "support/SettingsTest.h"
-#include "support/Watch.h"
+#include "support/Watchdog.h"
 
 namespace ZOTDam::Test {
 
@@ -81,7 +81,7 @@ inline std::string NameOfCase(const testing::TestParamInfo<HostileCase>& info) {
 class HostileFileTest : public SettingsTest {
 protected:
     HostileFileTest() {
-        watch.Begin(testing::UnitTest::GetInstance()->current_test_info()->name());
+        watchdog.Begin(testing::UnitTest::GetInstance()->current_test_info()->name());
         for (const Target& target : Targets())
             Write(target, {"Harmless"});
     }
@@ -91,7 +91,7 @@ protected:
     }
 
 private:
-    Watch watch{600000};
+    Watchdog watchdog{600000};
 };
 
 }  // namespace ZOTDam::Test

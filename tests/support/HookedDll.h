@@ -7,10 +7,10 @@
 
 namespace ZOTDam::Test {
 
-class WatchedDll {
+class HookedDll {
 public:
     // The display supports only a rate of 60.
-    WatchedDll() {
+    HookedDll() {
         imports.Patch("FlushFileBuffers", &DoNotFlush);
         imports.Patch(
             "EnumDisplaySettingsW", +[](LPCWSTR, DWORD number, DEVMODEW* mode) WINAPI -> BOOL {
@@ -18,9 +18,9 @@ public:
                 return number == 0 ? TRUE : FALSE;
             });
     }
-    WatchedDll(const WatchedDll&) = delete;
-    WatchedDll& operator=(const WatchedDll&) = delete;
-    ~WatchedDll() { DomCalls::mustFail = nullptr; }
+    HookedDll(const HookedDll&) = delete;
+    HookedDll& operator=(const HookedDll&) = delete;
+    ~HookedDll() { DomCalls::mustFail = nullptr; }
 
     const Library& Exports() const noexcept { return dll; }
     PatchedImports& Imports() noexcept { return imports; }

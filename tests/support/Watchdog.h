@@ -9,13 +9,13 @@
 
 namespace ZOTDam::Test {
 
-class Watch {
+class Watchdog {
 public:
     // `limit` is the maximum duration of a step in milliseconds. It should be generous.
-    explicit Watch(DWORD limit);
-    Watch(const Watch&) = delete;
-    Watch& operator=(const Watch&) = delete;
-    ~Watch();
+    explicit Watchdog(DWORD limit);
+    Watchdog(const Watchdog&) = delete;
+    Watchdog& operator=(const Watchdog&) = delete;
+    ~Watchdog();
 
     // Begins a step and ends the previous one.
     void Begin(const std::string& step);
