@@ -31,30 +31,30 @@ protected:
 
     void Round(unsigned seed) {
         watchdog.Begin("seed " + std::to_string(seed));
-        Chance chance{seed};
-        FileGenerator generator{chance};
-        Give(defaults, Damaged(generator.Defaults(), chance));
-        Give(userSettings, Damaged(generator.UserSettings(), chance));
-        Give(base, Damaged(generator.Base(), chance));
-        Give(stringTable, Damaged(generator.StringTable(), chance));
+        Random random{seed};
+        FileGenerator generator{random};
+        WriteInput(defaults, MaybeMutate(generator.Defaults(), random));
+        WriteInput(userSettings, MaybeMutate(generator.UserSettings(), random));
+        WriteInput(base, MaybeMutate(generator.Base(), random));
+        WriteInput(stringTable, MaybeMutate(generator.StringTable(), random));
         LeaveFilesUnflushed(Dll().Handle());
-        RandomClient{Dll(), chance}.CallEverything(
-            [&] { Give(userSettings, Damaged(generator.UserSettings(), chance)); });
+        RandomClient{Dll(), random}.CallEverything(
+            [&] { WriteInput(userSettings, MaybeMutate(generator.UserSettings(), random)); });
         Unload();
         ExpectUntouched(base);
         ExpectUntouched(stringTable);
-        ExpectWhole(defaults);
-        ExpectWhole(userSettings);
+        ExpectWellFormed(defaults);
+        ExpectWellFormed(userSettings);
     }
 
     int inputs = 0;
 
 private:
-    static std::string Damaged(const std::string& xml, Chance& chance) {
-        return chance.OneIn(4) ? Mutator{chance}.Mutated(xml) : xml;
+    static std::string MaybeMutate(const std::string& xml, Random& random) {
+        return random.OneIn(4) ? Mutator{random}.Mutate(xml) : xml;
     }
 
-    void Give(Input& input, const std::string& content) {
+    void WriteInput(Input& input, const std::string& content) {
         std::filesystem::remove(UnreadableCopyOf(input.file));
         WriteFile(input.file, content);
         if (folder != nullptr)
@@ -67,7 +67,7 @@ private:
 
     // A file that the library has written must be well-formed. A copy that it has kept must have the old
     // content.
-    static void ExpectWhole(const Input& input) {
+    static void ExpectWellFormed(const Input& input) {
         EXPECT_FALSE(std::filesystem::exists(SiblingOf(input.file)));
         if (ReadFile(input.file) == input.content)
             return;

@@ -239,7 +239,7 @@ std::string FileGenerator::PowerScheme() {
 std::string FileGenerator::Entry() {
     const std::string text = Text();
     return Element("data", {{"name", Text()}},
-                   {Element("value", {}, {chance.OneIn(6) ? "<![CDATA[" + text + "]]>" : text})});
+                   {Element("value", {}, {random.OneIn(6) ? "<![CDATA[" + text + "]]>" : text})});
 }
 
 std::string FileGenerator::CommonSettings() {
@@ -250,10 +250,10 @@ std::string FileGenerator::CommonSettings() {
 
 template <class MakeRoot>
 std::string FileGenerator::Document(MakeRoot makeRoot) {
-    trouble = chance.Of({0, 0, 500, 150, 40, 15});
-    const std::string type = GoesWrong() || chance.OneIn(20) ? DocumentType() : std::string{};
+    trouble = random.ElementOf({0, 0, 500, 150, 40, 15});
+    const std::string type = GoesWrong() || random.OneIn(20) ? DocumentType() : std::string{};
     const std::string root = makeRoot();
-    const std::string declaration = chance.OneIn(2) ? R"(<?xml version="1.0" encoding="UTF-8"?>)"
+    const std::string declaration = random.OneIn(2) ? R"(<?xml version="1.0" encoding="UTF-8"?>)"
                                                       "\n"
                                                     : std::string{};
     std::string xml = declaration + BetweenElements() + type + root;
@@ -268,9 +268,9 @@ std::string FileGenerator::DocumentType() {
 }
 
 std::string FileGenerator::Encoded(const std::string& xml) {
-    if (!GoesWrong() && !chance.OneIn(10))
+    if (!GoesWrong() && !random.OneIn(10))
         return xml;
-    switch (chance.Below(9)) {
+    switch (random.Below(9)) {
         case 0:
             return "\xef\xbb\xbf" + xml;
         case 1:
@@ -286,9 +286,9 @@ std::string FileGenerator::Encoded(const std::string& xml) {
         case 6:
             return R"(<?xml version="1.0" encoding="ISO-8859-1"?>)" + xml;
         case 7:
-            return xml.substr(0, static_cast<std::size_t>(chance.Below(xml.size() + 1)));
+            return xml.substr(0, static_cast<std::size_t>(random.Below(xml.size() + 1)));
         default:
-            return xml + std::string(static_cast<std::size_t>(chance.Below(9)), '\0');
+            return xml + std::string(static_cast<std::size_t>(random.Below(9)), '\0');
     }
 }
 
@@ -311,7 +311,7 @@ std::string FileGenerator::WrongElement(const std::string& name, const std::stri
         return "<" + start + ">" + content + "</" + end + ">";
     };
     const std::string whole = element(name + attributes, children, name);
-    switch (chance.Below(13)) {
+    switch (random.Below(13)) {
         case 0:
             return {};
         case 1:
@@ -327,7 +327,7 @@ std::string FileGenerator::WrongElement(const std::string& name, const std::stri
         case 6:
             return children;
         case 7: {
-            const std::string& other = chance.Of(Names);
+            const std::string& other = random.ElementOf(Names);
             return element(other + attributes, children, other);
         }
         case 8:
@@ -335,7 +335,7 @@ std::string FileGenerator::WrongElement(const std::string& name, const std::stri
         case 9:
             return "<" + name + attributes + ">" + children;
         case 10: {
-            const int depth = chance.Below(300);
+            const int depth = random.Below(300);
             return Repeated("<" + name + ">", depth) + whole + Repeated("</" + name + ">", depth);
         }
         case 11:
@@ -348,8 +348,8 @@ std::string FileGenerator::WrongElement(const std::string& name, const std::stri
 std::string FileGenerator::Attribute(const char* name, const std::string& value) {
     const std::string whole = std::string{name} + "=\"" + value + "\"";
     if (!GoesWrong())
-        return chance.OneIn(60) ? std::string{} : " " + whole;
-    switch (chance.Below(6)) {
+        return random.OneIn(60) ? std::string{} : " " + whole;
+    switch (random.Below(6)) {
         case 0:
             return " p:" + whole + " xmlns:p=\"urn:any\"";
         case 1:
@@ -367,32 +367,32 @@ std::string FileGenerator::Attribute(const char* name, const std::string& value)
 
 std::string FileGenerator::BetweenElements() {
     if (!GoesWrong())
-        return chance.OneIn(3) ? "\n" : "";
-    return chance.Of<std::string>({"<!--a comment-->", "<?an instruction?>", "text",
-                                   "<![CDATA[<Function/>]]>", "&element;", "&text;", "&file;", "&#1;", "]]>",
-                                   " \r\n\t", "<Extra/>"});
+        return random.OneIn(3) ? "\n" : "";
+    return random.ElementOf<std::string>({"<!--a comment-->", "<?an instruction?>", "text",
+                                          "<![CDATA[<Function/>]]>", "&element;", "&text;", "&file;", "&#1;",
+                                          "]]>", " \r\n\t", "<Extra/>"});
 }
 
 template <class MakePart>
 std::vector<std::string> FileGenerator::Several(MakePart makePart) {
     std::vector<std::string> parts;
-    const int count = chance.OneIn(200) ? chance.Below(60) : chance.Of({0, 1, 1, 2, 2, 3, 3, 4});
+    const int count = random.OneIn(200) ? random.Below(60) : random.ElementOf({0, 1, 1, 2, 2, 3, 3, 4});
     for (int i = 0; i < count; ++i)
         parts.push_back(makePart());
     return parts;
 }
 
 std::string FileGenerator::Number(int limit) {
-    return GoesWrong() ? chance.Of(WrongNumbers)
-                       : std::to_string(chance.Below(static_cast<std::size_t>(limit)));
+    return GoesWrong() ? random.ElementOf(WrongNumbers)
+                       : std::to_string(random.Below(static_cast<std::size_t>(limit)));
 }
 
 std::string FileGenerator::Text() {
-    return GoesWrong() ? chance.Of(WrongTexts) : chance.Of(Keys);
+    return GoesWrong() ? random.ElementOf(WrongTexts) : random.ElementOf(Keys);
 }
 
 std::string FileGenerator::Guid() {
-    return GoesWrong() ? chance.Of(WrongGuids) : chance.Of(Guids);
+    return GoesWrong() ? random.ElementOf(WrongGuids) : random.ElementOf(Guids);
 }
 
 }  // namespace ZOTDam::Test

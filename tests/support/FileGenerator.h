@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "support/Chance.h"
+#include "support/Random.h"
 
 namespace ZOTDam::Test {
 
 class FileGenerator {
 public:
-    explicit FileGenerator(Chance& source) : chance{source} {}
+    explicit FileGenerator(Random& source) : random{source} {}
 
     std::string Defaults();
     std::string UserSettings();
@@ -56,9 +56,9 @@ private:
     std::string Text();
     std::string Guid();
 
-    bool GoesWrong() { return trouble != 0 && chance.OneIn(trouble); }
+    bool GoesWrong() { return trouble != 0 && random.OneIn(trouble); }
 
-    Chance& chance;
+    Random& random;
     std::size_t trouble = 0;  // one in this many parts of the document is wrong; 0 for no errors
 };
 

@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "support/Chance.h"
+#include "support/Random.h"
 
 namespace ZOTDam::Test {
 
 class Mutator {
 public:
-    explicit Mutator(Chance& source) : chance{source} {}
+    explicit Mutator(Random& source) : random{source} {}
 
-    std::string Mutated(std::string xml) {
-        for (int changes = 1 + chance.Below(4); changes > 0; --changes)
-            chance.Below(3) == 0 ? ChangeBytes(xml) : ChangeStructure(xml);
+    std::string Mutate(std::string xml) {
+        for (int changes = 1 + random.Below(4); changes > 0; --changes)
+            random.Below(3) == 0 ? ChangeBytes(xml) : ChangeStructure(xml);
         return xml;
     }
 
@@ -23,16 +23,16 @@ private:
     void ChangeBytes(std::string& xml) {
         if (xml.empty())
             return;
-        const std::size_t position = chance.Below(xml.size());
-        switch (chance.Below(4)) {
+        const std::size_t position = random.Below(xml.size());
+        switch (random.Below(4)) {
             case 0:
-                xml[position] = static_cast<char>(xml[position] ^ (1 << chance.Below(8)));
+                xml[position] = static_cast<char>(xml[position] ^ (1 << random.Below(8)));
                 break;
             case 1:
-                xml.insert(position, 1, static_cast<char>(chance.Below(256)));
+                xml.insert(position, 1, static_cast<char>(random.Below(256)));
                 break;
             case 2:
-                xml.erase(position, chance.Below(40));
+                xml.erase(position, random.Below(40));
                 break;
             default:
                 xml.resize(position);
@@ -42,16 +42,16 @@ private:
     // Changes only tags, so that most results are still well-formed.
     void ChangeStructure(std::string& xml) {
         std::vector<std::string> tags = Split(xml);
-        const std::size_t tag = chance.Below(tags.size());
-        switch (chance.Below(5)) {
+        const std::size_t tag = random.Below(tags.size());
+        switch (random.Below(5)) {
             case 0:
                 tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(tag));
                 break;
             case 1:
-                tags.insert(tags.begin() + chance.Below(tags.size()), tags[tag]);
+                tags.insert(tags.begin() + random.Below(tags.size()), tags[tag]);
                 break;
             case 2:
-                std::swap(tags[tag], tags[chance.Below(tags.size())]);
+                std::swap(tags[tag], tags[random.Below(tags.size())]);
                 break;
             case 3:
                 RemoveAttribute(tags[tag]);
@@ -106,10 +106,10 @@ private:
         const std::size_t begin = tag.find("=\"");
         const std::size_t end = tag.find('"', begin + 2);
         if (begin != std::string::npos && end != std::string::npos)
-            tag.replace(begin + 2, end - begin - 2, values[chance.Below(values.size())]);
+            tag.replace(begin + 2, end - begin - 2, values[random.Below(values.size())]);
     }
 
-    Chance& chance;
+    Random& random;
 };
 
 }  // namespace ZOTDam::Test

@@ -33,17 +33,17 @@ const std::vector<RandomClient::Call> RandomClient::Calls = {
 
 void RandomClient::CallEverything(const std::function<void()>& between) {
     std::vector<Call> calls = Calls;
-    for (int more = chance.Below(6); more > 0; --more)
-        calls.push_back(chance.Of(Calls));
+    for (int more = random.Below(6); more > 0; --more)
+        calls.push_back(random.ElementOf(Calls));
     for (std::size_t last = calls.size() - 1; last > 0; --last)
-        std::swap(calls[last], calls[static_cast<std::size_t>(chance.Below(last + 1))]);
+        std::swap(calls[last], calls[static_cast<std::size_t>(random.Below(last + 1))]);
     for (const Call call : calls) {
         (this->*call)();
-        if (chance.OneIn(15))
+        if (random.OneIn(15))
             between();
     }
     EXPECT_TRUE(CheckingClient::Call(dll.ZOTDamExit));
-    if (chance.OneIn(4))
+    if (random.OneIn(4))
         CallAfterTheEnd();
 }
 
@@ -68,21 +68,21 @@ void RandomClient::ReadFunctionInfo() {
 void RandomClient::AddDefaults() {
     FunctionBaseHolder holder;
     auto keep = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
-        if (chance.OneIn(4))
+        if (random.OneIn(4))
             return;
         holder.records.push_back(*record);
-        if (chance.OneIn(4))
+        if (random.OneIn(4))
             ChangeRecord(*holder.records.begin(), *record);
     });
     EXPECT_TRUE(
-        CheckingClient::Call(chance.OneIn(2) ? dll.GetFunctionBase : dll.GetFunctionBaseUnSupported, &keep));
-    if (chance.OneIn(6))
+        CheckingClient::Call(random.OneIn(2) ? dll.GetFunctionBase : dll.GetFunctionBaseUnSupported, &keep));
+    if (random.OneIn(6))
         holder.records.push_back(FunctionBaseRecord{});
     EXPECT_EQ(CheckingClient::Call(dll.AddFunctionDefault, &holder), !holder.records.empty());
 }
 
 void RandomClient::ChangeRecord(FunctionBaseRecord& record, const FunctionBaseRecord& other) {
-    switch (chance.Below(5)) {
+    switch (random.Below(5)) {
         case 0:
             record.id = Number();
             break;
@@ -90,7 +90,7 @@ void RandomClient::ChangeRecord(FunctionBaseRecord& record, const FunctionBaseRe
             CopyText(Value(), record.name);
             break;
         case 2:
-            record.displayNode = chance.OneIn(2) ? other.defaultNode : CountedPointer<IXMLDOMNode>{};
+            record.displayNode = random.OneIn(2) ? other.defaultNode : CountedPointer<IXMLDOMNode>{};
             break;
         case 3:
             record.defaultNode = record.displayNode;
@@ -121,7 +121,7 @@ void RandomClient::ReadDefaultParameters() {
 void RandomClient::StoreParameters() {
     std::set<std::int32_t> ids;
     std::vector<ClientEntry> entries;
-    for (int count = chance.Below(6); count > 0; --count)
+    for (int count = random.Below(6); count > 0; --count)
         if (const std::int32_t id = Number(); ids.insert(id).second)
             entries.push_back({id, {Number(), Number()}});
     const GUID scheme = Scheme();
@@ -134,7 +134,7 @@ void RandomClient::Reset() {
 
 void RandomClient::ReadCurrentValues() {
     const GUID scheme = Scheme();
-    if (!chance.OneIn(8))
+    if (!random.OneIn(8))
         CheckingClient::Call(dll.TEVGetParam, &scheme);
     for (const std::uint32_t position : {0u, 1u, 2u, 20u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
         ExpectTheSameTwice([&] { return client.ReadCurrentValue(position); });
@@ -170,10 +170,10 @@ void RandomClient::CopySettings() {
 
 void RandomClient::CallWithinItems() {
     const CheckingClient busy{dll, [this] {
-                                  if (chance.OneIn(4))
+                                  if (random.OneIn(4))
                                       CallAnother();
                               }};
-    switch (chance.Below(4)) {
+    switch (random.Below(4)) {
         case 0:
             busy.Read(dll.GetFunctionBase);
             break;
@@ -190,7 +190,7 @@ void RandomClient::CallWithinItems() {
 
 // Excludes the last call, which would nest further calls without end.
 void RandomClient::CallAnother() {
-    const Call call = Calls[static_cast<std::size_t>(chance.Below(Calls.size() - 1))];
+    const Call call = Calls[static_cast<std::size_t>(random.Below(Calls.size() - 1))];
     (this->*call)();
 }
 
@@ -211,28 +211,28 @@ void RandomClient::CallAfterTheEnd() {
 
 GUID RandomClient::Scheme() {
     GUID other = Balanced;
-    other.Data1 = chance.Number();
-    return chance.Of({Balanced, Balanced, HighPerformance, PowerSaver, GUID{}, other});
+    other.Data1 = random.Number();
+    return random.ElementOf({Balanced, Balanced, HighPerformance, PowerSaver, GUID{}, other});
 }
 
 std::int32_t RandomClient::Number() {
-    return chance.OneIn(10) ? chance.Of({-1, INT_MIN, INT_MAX, 100000}) : chance.Below(12);
+    return random.OneIn(10) ? random.ElementOf({-1, INT_MIN, INT_MAX, 100000}) : random.Below(12);
 }
 
 std::uint32_t RandomClient::Mode() {
-    return chance.Of({1u, 1u, 2u, 2u, 0u, 3u, 0xFFFFFFFFu});
+    return random.ElementOf({1u, 1u, 2u, 2u, 0u, 3u, 0xFFFFFFFFu});
 }
 
 std::wstring RandomClient::Name() {
-    return chance.Of<std::wstring>({L"Setting", L"Setting", L"Other", L"setting", L"Missing", L"lang",
-                                    L"xml:lang", L"", L"xmlns", L"a:b", L"1a", L"a b", L"gr\xfcn",
-                                    L"\xd83d\xde00", L"\xd83d", L"<", std::wstring(300, L'n')});
+    return random.ElementOf<std::wstring>({L"Setting", L"Setting", L"Other", L"setting", L"Missing", L"lang",
+                                           L"xml:lang", L"", L"xmlns", L"a:b", L"1a", L"a b", L"gr\xfcn",
+                                           L"\xd83d\xde00", L"\xd83d", L"<", std::wstring(300, L'n')});
 }
 
 std::wstring RandomClient::Value() {
-    return chance.Of<std::wstring>({L"value", L"", L" ", L"<&>\"'", L"]]>", L"\r\n\t", L"\x1", L"\xfffe",
-                                    L"\xd83d", L"\xd83d\xde00", L"gr\xfcn", std::wstring(259, L'v'),
-                                    std::wstring(260, L'v'), std::wstring(70000, L'v')});
+    return random.ElementOf<std::wstring>(
+        {L"value", L"", L" ", L"<&>\"'", L"]]>", L"\r\n\t", L"\x1", L"\xfffe", L"\xd83d", L"\xd83d\xde00",
+         L"gr\xfcn", std::wstring(259, L'v'), std::wstring(260, L'v'), std::wstring(70000, L'v')});
 }
 
 }  // namespace ZOTDam::Test

@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "support/Chance.h"
 #include "support/CheckingClient.h"
+#include "support/Random.h"
 
 namespace ZOTDam::Test {
 
 class RandomClient {
 public:
-    RandomClient(const Library& library, Chance& source) : dll{library}, chance{source}, client{library} {}
+    RandomClient(const Library& library, Random& source) : dll{library}, random{source}, client{library} {}
 
     // Calls each export at least once, and ZOTDamExit last. `between` runs at random between two calls.
     void CallEverything(const std::function<void()>& between);
@@ -49,7 +49,7 @@ private:
     std::wstring Value();
 
     const Library& dll;
-    Chance& chance;
+    Random& random;
     CheckingClient client;
 };
 

@@ -9,25 +9,25 @@
 
 namespace ZOTDam::Test {
 
-class Chance {
+class Random {
 public:
-    explicit Chance(unsigned seed) : random{seed} {}
+    explicit Random(unsigned seed) : engine{seed} {}
 
-    int Below(std::size_t limit) { return static_cast<int>(random() % limit); }
+    int Below(std::size_t limit) { return static_cast<int>(engine() % limit); }
     bool OneIn(std::size_t count) { return Below(count) == 0; }
-    std::uint32_t Number() { return static_cast<std::uint32_t>(random()); }
+    std::uint32_t Number() { return static_cast<std::uint32_t>(engine()); }
 
     template <class Choices>
-    const auto& Of(const Choices& choices) {
+    const auto& ElementOf(const Choices& choices) {
         return *std::next(std::begin(choices), Below(std::size(choices)));
     }
     template <class Choice>
-    const Choice& Of(std::initializer_list<Choice> choices) {
+    const Choice& ElementOf(std::initializer_list<Choice> choices) {
         return *(choices.begin() + Below(choices.size()));
     }
 
 private:
-    std::mt19937 random;
+    std::mt19937 engine;
 };
 
 }  // namespace ZOTDam::Test
