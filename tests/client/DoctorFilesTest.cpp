@@ -1,7 +1,7 @@
 // Tests that zotdamctl doctor reports each file that the library cannot read or write, and that the library
 // behaves as reported.
 #include "client/DoctorTest.h"
-#include "support/Bombs.h"
+#include "support/EntityBombs.h"
 #include "support/OpenFile.h"
 
 namespace ZOTDam::Test {

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <climits>
 
-#include "support/Bombs.h"
 #include "support/DataFiles.h"
+#include "support/EntityBombs.h"
 #include "support/EveryExport.h"
 #include "support/SettingsTest.h"
 #include "support/XmlFile.h"

@@ -6,7 +6,7 @@
 #include "support/DomDocuments.h"
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
-#include "support/StretchedFolder.h"
+#include "support/LongPaths.h"
 
 namespace ZOTDam::Test {
 
@@ -265,20 +265,20 @@ TEST_F(DocumentsTest, ThePlaceIsFixedWhenTheDocumentIsMade) {
 
 class LongFolderTest : public DocumentsTest {
 protected:
-    void StretchUserFolder(std::size_t units) const {
-        Stretch(L"ProgramData", installation.ProgramData(), L"\\Orlo Corporation\\QUEN Power Management\\",
-                units);
+    void SetLongUserPath(std::size_t codeUnits) const {
+        SetLongPath(L"ProgramData", installation.ProgramData(),
+                    L"\\Orlo Corporation\\QUEN Power Management\\", codeUnits);
     }
 };
 
 TEST_F(LongFolderTest, AUserFolderOf255UnitsIsUsed) {
-    StretchUserFolder(255);
+    SetLongUserPath(255);
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
 }
 
 TEST_F(LongFolderTest, InAUserFolderOf256UnitsNothingIsSaved) {
-    StretchUserFolder(256);
+    SetLongUserPath(256);
     EXPECT_TRUE(SetFunctionOne());
     for (const std::filesystem::directory_entry& entry :
          std::filesystem::recursive_directory_iterator{installation.ProgramData()})
@@ -286,7 +286,7 @@ TEST_F(LongFolderTest, InAUserFolderOf256UnitsNothingIsSaved) {
 }
 
 TEST_F(LongFolderTest, WithoutAUserFolderNothingIsSavedInTheCurrentFolderEither) {
-    StretchUserFolder(1000);
+    SetLongUserPath(1000);
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(installation.ProgramFiles());
     EXPECT_TRUE(SetFunctionOne());
@@ -298,13 +298,13 @@ TEST_F(LongFolderTest, WithoutAUserFolderNothingIsSavedInTheCurrentFolderEither)
 }
 
 TEST_F(LongFolderTest, AnInstallationFolderOf255UnitsIsUsed) {
-    StretchInstallationFolder(installation.ProgramFiles(), 255);
+    SetLongInstallationPath(installation.ProgramFiles(), 255);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
 TEST_F(LongFolderTest, InAnInstallationFolderOf256UnitsNothingIsFound) {
-    StretchInstallationFolder(installation.ProgramFiles(), 256);
+    SetLongInstallationPath(installation.ProgramFiles(), 256);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }

@@ -1,7 +1,7 @@
 // Tests of the base catalogue's file: where GetFunctionBase finds the functions, and when the file is read.
 #include "support/DomDocuments.h"
 #include "support/FunctionBaseTest.h"
-#include "support/StretchedFolder.h"
+#include "support/LongPaths.h"
 
 namespace ZOTDam::Test {
 
@@ -152,12 +152,12 @@ TEST_F(FunctionBaseFileTest, WritesNoFile) {
 }
 
 TEST_F(FunctionBaseFileTest, IsReadFromAFolderOf255Units) {
-    Stretch(L"ProgramFiles", installation.ProgramFiles(), L"\\Orlo\\QUEN Power Management\\data\\", 255);
+    SetLongPath(L"ProgramFiles", installation.ProgramFiles(), L"\\Orlo\\QUEN Power Management\\data\\", 255);
     EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{1});
 }
 
 TEST_F(FunctionBaseFileTest, IsNotReadFromAFolderThatDoesNotFit) {
-    StretchInstallationFolder(installation.ProgramFiles(), 256);
+    SetLongInstallationPath(installation.ProgramFiles(), 256);
     EXPECT_EQ(IdsOf(BaseFunction(1)), IdList{});
 }
 

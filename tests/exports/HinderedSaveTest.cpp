@@ -7,9 +7,9 @@
 #include <span>
 
 #include "support/FunctionDefaultsTest.h"
+#include "support/LongPaths.h"
 #include "support/MarkerCalls.h"
 #include "support/OpenFile.h"
-#include "support/StretchedFolder.h"
 
 namespace ZOTDam::Test {
 
@@ -358,17 +358,17 @@ TEST_F(HinderedSaveTest, DefaultsThatAnotherProgramWritesAtTheirOnlyLoadLoseNoth
 
 class LongFolderSaveTest : public HinderedSaveTest {
 protected:
-    void SaveInUserFolderOf(std::size_t units, const SavingCall& saving, bool expected) {
+    void SaveInUserFolderOf(std::size_t codeUnits, const SavingCall& saving, bool expected) {
         WriteUserSettings(OldSettings);
-        StretchUserFolder(installation.ProgramData(), units);
+        SetLongUserPath(installation.ProgramData(), codeUnits);
         ReadBothFiles();
         EXPECT_EQ(saving.call(Dll()), expected) << saving.name;
         Unload();
         EXPECT_EQ(Everything(), before);
     }
 
-    bool InitInInstallationFolderOf(std::size_t units) {
-        StretchInstallationFolder(installation.ProgramFiles(), units);
+    bool InitInInstallationFolderOf(std::size_t codeUnits) {
+        SetLongInstallationPath(installation.ProgramFiles(), codeUnits);
         return Dll().InitCommonSetting();
     }
 };
@@ -390,14 +390,14 @@ TEST_F(LongFolderSaveTest, InAUserFolderOf256UnitsNoCallSavesAndThereIsNothingTo
 }
 
 TEST_F(LongFolderSaveTest, InAnInstallationFolderOf255UnitsTheFunctionsAreSaved) {
-    StretchInstallationFolder(installation.ProgramFiles(), 255);
+    SetLongInstallationPath(installation.ProgramFiles(), 255);
     EXPECT_TRUE(ReplaceFunctions(Dll()));
     EXPECT_EQ(Defaults(), OldDefaults(Written(20)));
     EXPECT_EQ(Everything(), before);
 }
 
 TEST_F(LongFolderSaveTest, InAnInstallationFolderOf256UnitsTheFunctionsAreNotSaved) {
-    StretchInstallationFolder(installation.ProgramFiles(), 256);
+    SetLongInstallationPath(installation.ProgramFiles(), 256);
     EXPECT_TRUE(ReplaceFunctions(Dll()));
     EXPECT_EQ(Defaults(), OldDefaultsFile);
     EXPECT_EQ(Everything(), before);

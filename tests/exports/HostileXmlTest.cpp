@@ -1,7 +1,7 @@
 // Tests with hostile XML in each of the four data files: entities that refer to other files, entities that
 // expand exponentially, and deep nesting. tests/stress/FloodTest.cpp tests files of an excessive size.
-#include "support/Bombs.h"
 #include "support/CheckingClient.h"
+#include "support/EntityBombs.h"
 #include "support/HostileFileTest.h"
 #include "support/XmlFile.h"
 
@@ -16,7 +16,7 @@ constexpr char Secret[] = "the-secret";
 constexpr wchar_t WideSecret[] = L"the-secret";
 
 // [folder] and [uri] are replaced with the path and the URI of the folder with the secret files.
-std::vector<Hostility> Spies() {
+std::vector<HostileContent> ExternalReferences() {
     return {
         {"EntityOfAUri", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt">]>)", "plain", "&spy;"},
         {"EntityOfAPath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[folder]\secret.txt">]>)", "plain", "&spy;"},
@@ -65,21 +65,22 @@ protected:
                                                R"("><!ATTLIST Function Group CDATA ")" + secret + R"(">)");
     }
 
-    void WriteSpy() const {
+    void WriteHostileFile() const {
         const std::string uri = "file:///" + Replaced(Folder().generic_string(), " ", "%20");
-        const std::string xml = FilledIn(File(), std::get<Hostility>(GetParam()));
+        const std::string xml = FilledIn(File(), std::get<HostileContent>(GetParam()));
         WriteFile((installation.*File().file)(),
                   Replaced(Replaced(xml, "[uri]", uri), "[folder]", Folder().string()));
     }
 };
 
 INSTANTIATE_TEST_SUITE_P(, SpyTest,
-                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(Spies())),
+                         testing::Combine(testing::ValuesIn(Targets()),
+                                          testing::ValuesIn(ExternalReferences())),
                          NameOfCase);
 
 TEST_P(SpyTest, NoResultAndNoSavedFileShowsAnotherFile) {
     WriteSecrets();
-    WriteSpy();
+    WriteHostileFile();
     const std::wstring results = ReadEverything(Dll(), Balanced);
     EXPECT_EQ(results.find(WideSecret), std::wstring::npos) << testing::PrintToString(results);
     EXPECT_EQ(CheckingClient{Dll()}.ReadSetting(L"Leak"), L"");
@@ -104,7 +105,7 @@ TEST_P(OpenSecretTest, IsShown) {
 
 namespace {
 
-std::vector<Hostility> Bombs() {
+std::vector<HostileContent> EntityBombs() {
     return {
         {"EntitiesInElements", GrowingEntities(30, "boom"), "plain", "&a30;"},
         {"EntitiesInAttributes", GrowingEntities(30, "boom"), "&a30;"},
@@ -131,12 +132,12 @@ std::vector<Hostility> Bombs() {
 class BombTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
 
 INSTANTIATE_TEST_SUITE_P(, BombTest,
-                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(Bombs())),
+                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(EntityBombs())),
                          NameOfCase);
 
 TEST_P(BombTest, IsSurvivedByEveryExport) {
-    const auto& [target, hostility] = GetParam();
-    Write(target, hostility);
+    const auto& [target, content] = GetParam();
+    Write(target, content);
     CallEveryExport(Dll(), Balanced);
     EXPECT_TRUE(IsXml(installation.UserFile()));
 }

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "support/DomDocuments.h"
-#include "support/StretchedFolder.h"
+#include "support/LongPaths.h"
 #include "support/TranslationTest.h"
 #include "support/UserLanguage.h"
 
@@ -189,13 +189,13 @@ TEST_F(LanguageTest, ANameThatTheSystemGivesWithAFailureIsNone) {
 
 TEST_F(LanguageTest, AFolderOf259UnitsIsUsed) {
     LoadCatalogue();
-    StretchInstallationFolder(installation.ProgramFiles(), 259);
+    SetLongInstallationPath(installation.ProgramFiles(), 259);
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
 TEST_F(LanguageTest, InAFolderOf260UnitsNoTableIsFound) {
     LoadCatalogue();
-    StretchInstallationFolder(installation.ProgramFiles(), 260);
+    SetLongInstallationPath(installation.ProgramFiles(), 260);
     EXPECT_EQ(FirstName(), L"Key");
 }
 
@@ -204,7 +204,7 @@ TEST_F(LanguageTest, WithoutAFolderNoTableIsFoundInTheCurrentFolderEither) {
     const UserLanguage language{Dll().Handle(), German};
     WriteGermanCopy();
     std::filesystem::copy_file(CopyFor(L"de-DE"), CopyFor(L"de-DE").replace_filename(L".mui"));
-    StretchInstallationFolder(installation.ProgramFiles(), 1000);
+    SetLongInstallationPath(installation.ProgramFiles(), 1000);
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(installation.StringTableFile().parent_path());
     EXPECT_EQ(FirstName(), L"Key");

@@ -25,7 +25,7 @@ std::string ManyFunctions(int count) {
     return functions;
 }
 
-std::vector<Hostility> Floods() {
+std::vector<HostileContent> OversizedContents() {
     const int many = Rounds(1000, 20000);
     const std::string longText(static_cast<std::size_t>(Rounds(300000, 4000000)), 'x');
     return {
@@ -54,12 +54,13 @@ std::vector<Hostility> Floods() {
 class FloodTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
 
 INSTANTIATE_TEST_SUITE_P(, FloodTest,
-                         testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(Floods())),
+                         testing::Combine(testing::ValuesIn(Targets()),
+                                          testing::ValuesIn(OversizedContents())),
                          NameOfCase);
 
 TEST_P(FloodTest, IsSurvivedByEveryExport) {
-    const auto& [target, hostility] = GetParam();
-    Write(target, hostility);
+    const auto& [target, content] = GetParam();
+    Write(target, content);
     CallEveryExport(Dll(), Balanced);
     EXPECT_TRUE(IsXml(installation.UserFile()));
 }

@@ -11,7 +11,7 @@ namespace ZOTDam::Test {
 
 // The content that a test case inserts into a file: text in front of the root, attribute values, child
 // elements, and attributes.
-struct Hostility {
+struct HostileContent {
     std::string name;
     std::string prolog = {};
     std::string value = "plain";
@@ -19,8 +19,8 @@ struct Hostility {
     std::string attributes = {};
 };
 
-inline void PrintTo(const Hostility& hostility, std::ostream* out) {
-    *out << hostility.name;
+inline void PrintTo(const HostileContent& content, std::ostream* out) {
+    *out << content.name;
 }
 
 // One of the four files, as a pattern with bracketed placeholders.
@@ -64,15 +64,15 @@ inline std::string Replaced(std::string text, std::string_view word, const std::
     return result.append(text, begin);
 }
 
-inline std::string FilledIn(const Target& target, const Hostility& hostility) {
+inline std::string FilledIn(const Target& target, const HostileContent& content) {
     std::string xml = target.pattern;
-    xml = Replaced(xml, "[prolog]", hostility.prolog);
-    xml = Replaced(xml, "[value]", hostility.value);
-    xml = Replaced(xml, "[children]", hostility.children);
-    return Replaced(xml, "[attributes]", hostility.attributes);
+    xml = Replaced(xml, "[prolog]", content.prolog);
+    xml = Replaced(xml, "[value]", content.value);
+    xml = Replaced(xml, "[children]", content.children);
+    return Replaced(xml, "[attributes]", content.attributes);
 }
 
-using HostileCase = std::tuple<Target, Hostility>;
+using HostileCase = std::tuple<Target, HostileContent>;
 
 inline std::string NameOfCase(const testing::TestParamInfo<HostileCase>& info) {
     return std::get<1>(info.param).name + "In" + std::get<0>(info.param).name;
@@ -86,8 +86,8 @@ protected:
             Write(target, {"Harmless"});
     }
 
-    void Write(const Target& target, const Hostility& hostility) const {
-        WriteFile((installation.*target.file)(), FilledIn(target, hostility));
+    void Write(const Target& target, const HostileContent& content) const {
+        WriteFile((installation.*target.file)(), FilledIn(target, content));
     }
 
 private:
