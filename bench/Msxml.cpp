@@ -17,15 +17,15 @@ IXMLDOMNodePtr PlainDocument::Root() const {
     return root;
 }
 
-void PlainDocument::SaveDurably(const std::filesystem::path& file) const {
-    std::filesystem::path sibling = file;
-    sibling.replace_extension(L".new");
-    Save(sibling);
-    const HANDLE saved = CreateFileW(sibling.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                     FILE_ATTRIBUTE_NORMAL, nullptr);
+void PlainDocument::SaveAtomically(const std::filesystem::path& file) const {
+    std::filesystem::path temporaryFile = file;
+    temporaryFile.replace_extension(L".new");
+    Save(temporaryFile);
+    const HANDLE saved = CreateFileW(temporaryFile.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     FlushFileBuffers(saved);
     CloseHandle(saved);
-    MoveFileExW(sibling.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    MoveFileExW(temporaryFile.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
 void PlainDocument::Save(const std::filesystem::path& file) const {

@@ -25,7 +25,7 @@ public:
 
     // Saves as the library does: writes a temporary file, flushes it to the disk and replaces the file with
     // it.
-    void SaveDurably(const std::filesystem::path& file) const;
+    void SaveAtomically(const std::filesystem::path& file) const;
 
     // Saves with the DOM's own method.
     void Save(const std::filesystem::path& file) const;

@@ -51,7 +51,7 @@ std::vector<Case> Workbench::Cases() {
 
     std::vector<Case> cases;
     for (const auto& group :
-         {CatalogueCases(), ParameterCases(), SavingCases(&PlainDocument::SaveDurably, ""),
+         {CatalogueCases(), ParameterCases(), SavingCases(&PlainDocument::SaveAtomically, ""),
           SavingCases(&PlainDocument::Save, PlainSaveSuffix)})
         cases.insert(cases.end(), group.begin(), group.end());
     cases.push_back(FirstAnswerCase());

@@ -85,7 +85,7 @@ std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
 class BadInputTest : public SettingsTest {
 protected:
     std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
-    std::filesystem::path NewFile() const { return SiblingOf(installation.UserFile()); }
+    std::filesystem::path TemporaryFile() const { return TemporaryFileOf(installation.UserFile()); }
 
     // Expects the results that exports return if no catalogue is available.
     void ExpectNoCatalogue() {
@@ -216,7 +216,7 @@ TEST_F(BadInputTest, AnUnreadableFileThatCannotBeKeptIsNotReplaced) {
     WriteUserSettings("<broken");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
     EXPECT_EQ(UserSettings(), "<broken");
-    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 // ---- Readable files in another form ----
@@ -433,7 +433,7 @@ TEST_F(BadInputTest, AFolderInThePlaceOfTheUserSettingsLeavesTheDefaultsAndStays
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
     EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
-    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(BadInputTest, AFileInThePlaceOfTheFolderIsLeftAlone) {

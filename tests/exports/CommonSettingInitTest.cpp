@@ -17,7 +17,7 @@ protected:
     void ExpectFailureThatLeaves(const std::string& defaults) {
         EXPECT_FALSE(Init());
         EXPECT_EQ(Defaults(), defaults);
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
     }
 
     inline static const std::string NewFile =

@@ -476,7 +476,7 @@ protected:
     void ExpectFailure() {
         EXPECT_FALSE(Set(L"Name", L"new"));
         EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
     }
     void ExpectThatTheOldValueIsStillRead() { EXPECT_EQ(Setting(L"Name"), L"old"); }
 };

@@ -15,7 +15,7 @@ protected:
     bool SetFunctionOne() { return SetParameter(Balanced, {{1, {5, 6}}}); }
     bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
 
-    std::filesystem::path Sibling() const { return SiblingOf(installation.UserFile()); }
+    std::filesystem::path TemporaryFile() const { return TemporaryFileOf(installation.UserFile()); }
     std::filesystem::path Backup() const { return UnreadableCopyOf(installation.UserFile()); }
 
     // Writes user settings in the format that the library saves, so that tests can compare whole files.
@@ -361,7 +361,7 @@ TEST_F(SavingTest, TheNewContentIsWholeBesideTheOldFileBeforeItReplacesIt) {
     WriteStored();
     const ImportPatch patch{Dll().Handle(), "MoveFileExW", &LookAndFail};
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(seen.source, Sibling());
+    EXPECT_EQ(seen.source, TemporaryFile());
     EXPECT_EQ(seen.target, installation.UserFile());
     EXPECT_EQ(seen.newContent, Updated);
     EXPECT_EQ(seen.oldContent, Stored);
@@ -372,7 +372,7 @@ TEST_F(SavingTest, AFailedReplacementLeavesTheOldFileAndNoSibling) {
     const ImportPatch patch{Dll().Handle(), "MoveFileExW", &LookAndFail};
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Stored);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(SavingTest, ASiblingThatDoesNotReachTheDiskReplacesNothing) {
@@ -380,7 +380,7 @@ TEST_F(SavingTest, ASiblingThatDoesNotReachTheDiskReplacesNothing) {
     const ImportPatch patch{Dll().Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return FALSE; }};
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Stored);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(SavingTest, TheNewFileIsUtf8AndSaysSoWhateverTheOldOneDeclared) {
@@ -397,23 +397,23 @@ TEST_F(SavingTest, ASavedFileHasNeitherSiblingNorBackup) {
     WriteStored();
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Updated);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_FALSE(std::filesystem::exists(Backup()));
 }
 
 TEST_F(SavingTest, ANewFileHasNeitherSiblingNorBackup) {
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_FALSE(std::filesystem::exists(Backup()));
 }
 
 TEST_F(SavingTest, ASiblingThatWasLeftBehindIsReplaced) {
     WriteStored();
-    WriteFile(Sibling(), std::string(10000, 'x'));
+    WriteFile(TemporaryFile(), std::string(10000, 'x'));
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Updated);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(SavingTest, AReadOnlyFileStaysUnchanged) {
@@ -421,7 +421,7 @@ TEST_F(SavingTest, AReadOnlyFileStaysUnchanged) {
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Stored);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_FALSE(std::filesystem::exists(Backup()));
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
 }
@@ -433,7 +433,7 @@ TEST_F(SavingTest, AFileThatIsOpenWithoutSharingStaysUnchanged) {
     EXPECT_TRUE(SetFunctionOne());
     CloseHandle(lock);
     EXPECT_EQ(UserSettings(), Stored);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Updated);
 }
@@ -445,14 +445,14 @@ TEST_F(SavingTest, AFileThatIsOpenForReadingStaysUnchanged) {
     EXPECT_TRUE(SetFunctionOne());
     CloseHandle(lock);
     EXPECT_EQ(UserSettings(), Stored);
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(SavingTest, AFolderInThePlaceOfTheFileStays) {
     std::filesystem::create_directory(installation.UserFile());
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(SavingTest, AFileThatCannotBeOpenedIsNotReplaced) {
@@ -479,7 +479,7 @@ TEST_F(SavingTest, ACopyOfAFileThatDoesNotParseIsKept) {
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
     EXPECT_EQ(ReadFile(Backup()), "<OrloPowerCfg><PowerSchemes>");
-    EXPECT_FALSE(std::filesystem::exists(Sibling()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(SavingTest, ACopyOfAnEmptyFileIsKept) {

@@ -37,8 +37,8 @@ protected:
     void TearDown() override {
         EXPECT_EQ(UserSettings(), userSettings);
         EXPECT_EQ(Defaults(), defaults);
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
     }
 
     ImportPatch FillDiskAfter(DWORD bytes) {

@@ -254,7 +254,7 @@ TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
         const FaultInjection injection{Dll().Handle()};
         MoveFileHook::fault = InjectedFault::Fail;
         ExpectAChangeInMemoryOnly();
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
     }
     ExpectTheNextSaveToWork(Replaced);
 }

@@ -368,7 +368,7 @@ TEST_F(FunctionDefaultsTest, NoOtherFileIsWritten) {
     EXPECT_FALSE(HasUserSettings());
     EXPECT_EQ(ReadFile(installation.BaseFile()), RichBase);
     EXPECT_FALSE(std::filesystem::exists(KeptDefaults()));
-    EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
 }
 
 }  // namespace ZOTDam::Test

@@ -98,7 +98,7 @@ protected:
         WriteFunctions(functions);
     }
 
-    std::filesystem::path NewFile() const { return SiblingOf(installation.UserFile()); }
+    std::filesystem::path TemporaryFile() const { return TemporaryFileOf(installation.UserFile()); }
     std::filesystem::path KeptFile() const { return UnreadableCopyOf(installation.UserFile()); }
 
     // Returns the value that all functions of a scheme have, or -1 if only some were stored.
@@ -118,7 +118,7 @@ protected:
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(9)));
         EXPECT_EQ(StoredValue(Balanced), 9);
         EXPECT_TRUE(IsXml(installation.UserFile()));
-        EXPECT_FALSE(std::filesystem::exists(NewFile()));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     }
 };
 
@@ -171,7 +171,7 @@ TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
     EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
     ReplaceFunctions(Dll(), 200);
     EXPECT_EQ(Defaults(), FileOfFunctions(200));
-    EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.DefaultsFile())));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
 }
 
 class DeathInACopyTest : public DeathInASaveTest {};
@@ -193,7 +193,7 @@ TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
 
 TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
-    WriteFile(NewFile(), UserSettings().substr(0, 300));
+    WriteFile(TemporaryFile(), UserSettings().substr(0, 300));
     EXPECT_EQ(StoredValue(Balanced), 1);
     ExpectThatTheNextSaveWorks();
 }
@@ -201,12 +201,12 @@ TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
 TEST_F(InterruptedSaveTest, AWholeNewFileIsNotReadEither) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     std::string newer = UserSettings();
-    WriteFile(NewFile(), newer.replace(newer.find("=\"1\""), 4, "=\"6\""));
+    WriteFile(TemporaryFile(), newer.replace(newer.find("=\"1\""), 4, "=\"6\""));
     EXPECT_EQ(StoredValue(Balanced), 1);
 }
 
 TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
-    WriteFile(NewFile(), std::string(100000, 'x'));
+    WriteFile(TemporaryFile(), std::string(100000, 'x'));
     ExpectThatTheNextSaveWorks();
 }
 
@@ -229,7 +229,7 @@ protected:
         const std::string before = UserSettings();
         SaveWithFailing<Call>();
         EXPECT_EQ(UserSettings(), before);
-        EXPECT_FALSE(std::filesystem::exists(NewFile()));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
         EXPECT_EQ(StoredValue(Balanced), 1);
         ExpectThatTheNextSaveWorks();
     }
@@ -250,7 +250,7 @@ TEST_F(RefusedSaveTest, ARefusedMoveChangesNothing) {
 TEST_F(RefusedSaveTest, ARefusedFirstSaveLeavesNoFile) {
     SaveWithFailing<MoveFileHook>();
     EXPECT_FALSE(HasUserSettings());
-    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     ExpectThatTheNextSaveWorks();
 }
 
@@ -258,7 +258,7 @@ TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
     WriteUserSettings("<unreadable");
     SaveWithFailing<CopyFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
-    EXPECT_FALSE(std::filesystem::exists(NewFile()));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     ExpectThatTheNextSaveWorks();
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
 }

@@ -256,7 +256,7 @@ protected:
         EXPECT_EQ(GetParameter(Balanced), (Params{{1, {8, 8}}, {2, {8, 8}}}));
         EXPECT_TRUE(SetParameter(Balanced, {{1, {9, 9}}}));
         EXPECT_EQ(GetParameter(Balanced), (Params{{1, {9, 9}}, {2, {8, 8}}}));
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
     }
 };
 

@@ -49,7 +49,7 @@ protected:
     bool Save() { return Dll().SetCommonSetting(L"Name", L"value"); }
 
     std::filesystem::path File() const { return installation.UserFile(); }
-    std::filesystem::path NewFile() const { return SiblingOf(File()); }
+    std::filesystem::path TemporaryFile() const { return TemporaryFileOf(File()); }
     std::filesystem::path UnreadableCopy() const { return UnreadableCopyOf(File()); }
 
     // Expects that the folder contains only the file.
@@ -157,8 +157,8 @@ INSTANTIATE_TEST_SUITE_P(, ProtectedFileTest,
                                          FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
 
 TEST_P(ProtectedFileTest, IsNoObstacleWhereASaveHasLeftIt) {
-    WriteFile(NewFile(), "left");
-    SetFileAttributesW(NewFile().c_str(), GetParam());
+    WriteFile(TemporaryFile(), "left");
+    SetFileAttributesW(TemporaryFile().c_str(), GetParam());
     EXPECT_TRUE(Save());
     ExpectTheFileAlone(after);
     EXPECT_EQ(GetFileAttributesW(File().c_str()) & (GetParam() | FILE_ATTRIBUTE_HIDDEN), 0u);
@@ -186,22 +186,22 @@ TEST_F(SavedFileTest, AnUnreadableFileStaysWhereItsCopyDoesNotReachTheDisk) {
 // ---- The temporary file cannot be created ----
 
 TEST_F(SavedFileTest, IsWrittenItselfWhereAFolderHasTheNameOfTheNewFile) {
-    std::filesystem::create_directory(NewFile());
+    std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Save());
     EXPECT_EQ(UserSettings(), after);
-    EXPECT_TRUE(std::filesystem::is_directory(NewFile()));
+    EXPECT_TRUE(std::filesystem::is_directory(TemporaryFile()));
 }
 
 TEST_F(SavedFileTest, IsWrittenItselfWhereALeftOverIsInUse) {
-    WriteFile(NewFile(), "left");
-    const OpenFile program{NewFile(), GENERIC_READ, 0};
+    WriteFile(TemporaryFile(), "left");
+    const OpenFile program{TemporaryFile(), GENERIC_READ, 0};
     EXPECT_TRUE(Save());
     EXPECT_EQ(UserSettings(), after);
 }
 
 TEST_F(SavedFileTest, IsMadeWhereAFolderHasTheNameOfTheNewFile) {
     std::filesystem::remove(File());
-    std::filesystem::create_directory(NewFile());
+    std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Save());
     EXPECT_NE(UserSettings().find("<CommonSettings Name=\"value\"/>"), std::string::npos);
 }
@@ -210,19 +210,19 @@ TEST_F(SavedFileTest, HoldsNothingOfALongerOneOnceWrittenItself) {
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     const std::string content = UserSettings();
     WriteUserSettings(before);
-    std::filesystem::create_directory(NewFile());
+    std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     EXPECT_EQ(UserSettings(), content);
 }
 
 TEST_F(SavedFileTest, OfTheDefaultsIsWrittenItselfToo) {
-    std::filesystem::create_directory(SiblingOf(installation.DefaultsFile()));
+    std::filesystem::create_directory(TemporaryFileOf(installation.DefaultsFile()));
     Replace({Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
 TEST_F(SavedFileTest, StaysWhereNeitherItNorANewOneCanBeWritten) {
-    std::filesystem::create_directory(NewFile());
+    std::filesystem::create_directory(TemporaryFile());
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ};
     EXPECT_FALSE(Save());
     EXPECT_EQ(UserSettings(), before);
@@ -278,7 +278,7 @@ class NoSpaceForGrowthTest : public SavedFileTest {
 protected:
     void SetUp() override {
         SavedFileTest::SetUp();
-        std::filesystem::create_directory(NewFile());
+        std::filesystem::create_directory(TemporaryFile());
         spaceForAFile = static_cast<DWORD>(before.size());
         fullDisk.emplace(Dll().Handle(), "WriteFile", &WriteAsFarAsThereIsSpace);
     }

@@ -68,7 +68,7 @@ private:
     // A file that the library has written must be well-formed. A copy that it has kept must have the old
     // content.
     static void ExpectWellFormed(const Input& input) {
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(input.file)));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(input.file)));
         if (ReadFile(input.file) == input.content)
             return;
         EXPECT_TRUE(IsXml(input.file)) << input.file << " was written as\n" << ReadFile(input.file);

@@ -159,7 +159,7 @@ protected:
             saver.Kill();
             const std::string content = ReadFile(File());
             spoiled += content != shortContent && content != longContent;
-            interrupted += std::filesystem::exists(SiblingOf(File()));
+            interrupted += std::filesystem::exists(TemporaryFileOf(File()));
         }
         return spoiled;
     }
@@ -180,7 +180,7 @@ TEST_P(KillTest, LeavesTheOldOrTheNewFile) {
     ShowFigure(GetParam().name + ": files neither old nor new", spoiled);
     Unload();
     EXPECT_EQ(Saved(State::Long), longContent);
-    EXPECT_FALSE(std::filesystem::exists(SiblingOf(File())));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(File())));
 }
 
 // Shows that the kills happen at the right moments: they interrupt saves that write directly to the file.

@@ -309,7 +309,7 @@ protected:
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(5)));
         EXPECT_EQ(StampIn(GetParameter(Balanced)), 5);
         EXPECT_TRUE(IsXml(installation.UserFile()));
-        EXPECT_FALSE(std::filesystem::exists(SiblingOf(installation.UserFile())));
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
         EXPECT_FALSE(std::filesystem::exists(UnreadableCopyOf(installation.UserFile())));
     }
 

@@ -118,7 +118,7 @@ private:
 
 // The files that the library creates next to a data file: the temporary file with the new content, and the
 // copy of a file that was not well-formed.
-inline std::filesystem::path SiblingOf(std::filesystem::path file) {
+inline std::filesystem::path TemporaryFileOf(std::filesystem::path file) {
     return file.replace_extension(L".new");
 }
 
