@@ -9,7 +9,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-constexpr DWORD Patience = 60000;
+constexpr DWORD Timeout = 60000;
 constexpr DWORD PipeCapacity = 1 << 20;  // for all output of a program, which is read only at its end
 
 // A pipe whose write end is passed to another process.
@@ -71,7 +71,7 @@ Outcome RunProgram(const std::filesystem::path& program, const std::vector<std::
     const Pipe output;
     const Pipe errors;
     const HANDLE process = Start(program, CommandLine(program, arguments), workingFolder, output, errors);
-    if (WaitForSingleObject(process, Patience) != WAIT_OBJECT_0)
+    if (WaitForSingleObject(process, Timeout) != WAIT_OBJECT_0)
         TerminateProcess(process, STILL_ACTIVE);
     Outcome outcome = {STILL_ACTIVE, output.ReadAll(), errors.ReadAll()};
     GetExitCodeProcess(process, &outcome.exitStatus);

@@ -22,7 +22,7 @@ namespace {
 constexpr wchar_t WriteAndRead[] = L"write-and-read";
 constexpr std::int32_t ProcessCount = 8;
 constexpr std::int32_t FunctionCount = 12;
-constexpr DWORD Patience = 60000;
+constexpr DWORD Timeout = 60000;
 
 // ---- Written values ----
 
@@ -218,7 +218,7 @@ const RegisterRole writeAndRead{WriteAndRead, [](const std::vector<std::wstring>
                                     const Meeting meeting{arguments.at(2)};
                                     Participant participant{*meeting.board, std::stoi(arguments.at(3))};
                                     SignalReady();
-                                    WaitForSingleObject(meeting.start, Patience);
+                                    WaitForSingleObject(meeting.start, Timeout);
                                     const int rounds = std::stoi(arguments.at(4));
                                     for (int round = 0; rounds == 0 ? !meeting.board->ends : round < rounds;
                                          ++round) {
@@ -269,7 +269,7 @@ protected:
         SetEvent(meeting.start);
     }
 
-    void AwaitRound() { ASSERT_EQ(WaitForSingleObject(meeting.progress, Patience), WAIT_OBJECT_0); }
+    void AwaitRound() { ASSERT_EQ(WaitForSingleObject(meeting.progress, Timeout), WAIT_OBJECT_0); }
 
     // Checks a copy, because a DOM cannot open the file while a suspended process is replacing it.
     bool IsWhole() const {

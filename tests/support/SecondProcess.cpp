@@ -7,7 +7,7 @@ namespace ZOTDam::Test {
 namespace {
 
 constexpr wchar_t RoleSwitch[] = L"--role";
-constexpr DWORD Patience = 30000;
+constexpr DWORD Timeout = 30000;
 
 std::map<std::wstring, Role>& Roles() {
     static std::map<std::wstring, Role> roles;
@@ -40,7 +40,7 @@ SecondProcess::SecondProcess(const std::wstring& role, const std::vector<std::ws
     const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, ReadyEventName(started.dwProcessId).c_str());
     ResumeThread(thread);
     const HANDLE either[] = {ready, process};
-    WaitForMultipleObjects(2, either, FALSE, Patience);
+    WaitForMultipleObjects(2, either, FALSE, Timeout);
     CloseHandle(ready);
 }
 
@@ -52,12 +52,12 @@ SecondProcess::~SecondProcess() {
 
 void SecondProcess::Kill() noexcept {
     TerminateProcess(process, 1);
-    WaitForSingleObject(process, Patience);
+    WaitForSingleObject(process, Timeout);
 }
 
 DWORD SecondProcess::WaitForExit() noexcept {
     DWORD exitCode = STILL_ACTIVE;
-    WaitForSingleObject(process, Patience);
+    WaitForSingleObject(process, Timeout);
     GetExitCodeProcess(process, &exitCode);
     return exitCode;
 }
