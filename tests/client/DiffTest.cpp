@@ -30,8 +30,8 @@ protected:
         return {{"function", function}, {"setting", setting}};
     }
 
-    Json OnMains() const { return JsonOutput({L"diff", L"balanced", L"high-performance"})["ac"]; }
-    std::string OnBatteryText() const { return Output({L"diff", L"balanced", L"high-performance", L"--dc"}); }
+    Json AcJson() const { return JsonOutput({L"diff", L"balanced", L"high-performance"})["ac"]; }
+    std::string DcOutput() const { return Output({L"diff", L"balanced", L"high-performance", L"--dc"}); }
 
     inline static const std::string Settings = Entry("AcLowKey", "low") + Entry("AcHighKey", "high") +
                                                Entry("DcLowKey", "dim") + Entry("DcHighKey", "bright");
@@ -97,17 +97,17 @@ TEST_F(DiffTest, AlignsWideCharacters) {
 
 TEST_F(DiffTest, ComparesOnMainsOnly) {
     const Json json = JsonOutput({L"diff", L"balanced", L"high-performance", L"--ac"});
-    EXPECT_EQ(json["ac"], OnMains());
+    EXPECT_EQ(json["ac"], AcJson());
     EXPECT_FALSE(json.contains("dc"));
 }
 
 TEST_F(DiffTest, ComparesOnBatteryOnly) {
-    EXPECT_EQ(OnBatteryText(), std::string{BalancedToHighPerformance} +
-                                   "\n"
-                                   "On battery:\n"
-                                   "\n"
-                                   "Function    Setting\n"
-                                   "Brightness  bright\n");
+    EXPECT_EQ(DcOutput(), std::string{BalancedToHighPerformance} +
+                              "\n"
+                              "On battery:\n"
+                              "\n"
+                              "Function    Setting\n"
+                              "Brightness  bright\n");
     EXPECT_FALSE(JsonOutput({L"diff", L"--dc", L"balanced", L"high-performance"}).contains("ac"));
 }
 
@@ -130,13 +130,13 @@ TEST_F(DiffTest, TellsThatThereAreNoDifferences) {
 
 TEST_F(DiffTest, ShowsTheKeyOfAFunctionAndNothingForASettingWithoutTranslation) {
     WriteEntries(Entry("AcHighKey", "high"));
-    EXPECT_EQ(OnBatteryText(), std::string{BalancedToHighPerformance} +
-                                   "\n"
-                                   "On battery:\n"
-                                   "\n"
-                                   "Function  Setting\n"
-                                   "LightKey\n");
-    EXPECT_EQ(OnMains()["differences"],
+    EXPECT_EQ(DcOutput(), std::string{BalancedToHighPerformance} +
+                              "\n"
+                              "On battery:\n"
+                              "\n"
+                              "Function  Setting\n"
+                              "LightKey\n");
+    EXPECT_EQ(AcJson()["differences"],
               Json({Difference("SleepKey", "high"), Difference("LightKey", "high")}));
 }
 
@@ -149,7 +149,7 @@ TEST_F(DiffTest, ShowsSchemesWithoutNameByTheirGuids) {
 
 TEST_F(DiffTest, AnEmptyCatalogueHasNoDifferences) {
     WriteFunctions("");
-    EXPECT_EQ(OnMains()["differences"], Json::array());
+    EXPECT_EQ(AcJson()["differences"], Json::array());
 }
 
 TEST_F(DiffTest, FailsWithoutACatalogue) {
@@ -184,13 +184,13 @@ protected:
 
 TEST_F(LongDiffTest, IsCompleteWhenAllFits) {
     WriteNames(std::string(100, 'a'), std::string(149, 'b'));
-    EXPECT_EQ(OnMains()["differences"].size(), 2);
-    EXPECT_EQ(OnMains()["complete"], true);
+    EXPECT_EQ(AcJson()["differences"].size(), 2);
+    EXPECT_EQ(AcJson()["complete"], true);
 }
 
 TEST_F(LongDiffTest, LeavesOutAFunctionThatIsCut) {
     WriteNames(std::string(100, 'a'), std::string(152, 'b'));
-    EXPECT_EQ(OnMains(),
+    EXPECT_EQ(AcJson(),
               Json({{"differences", {Difference(std::string(100, 'a'), "high")}}, {"complete", false}}));
 }
 
@@ -208,25 +208,25 @@ TEST_F(LongDiffTest, TellsThatThereMayBeMore) {
 
 TEST_F(LongDiffTest, MayHaveMoreWhereTheLastLineJustFits) {
     WriteNames(std::string(100, 'a'), std::string(151, 'b'));
-    EXPECT_EQ(OnMains()["differences"].size(), 2);
-    EXPECT_EQ(OnMains()["complete"], false);
+    EXPECT_EQ(AcJson()["differences"].size(), 2);
+    EXPECT_EQ(AcJson()["complete"], false);
 }
 
 TEST_F(LongDiffTest, MayHaveMoreWhereASurrogatePairDoesNotFit) {
     WriteNames(std::string(100, 'a'), std::string(152, 'b') + "\U0001F50B");
-    EXPECT_EQ(OnMains()["differences"].size(), 1);
-    EXPECT_EQ(OnMains()["complete"], false);
+    EXPECT_EQ(AcJson()["differences"].size(), 1);
+    EXPECT_EQ(AcJson()["complete"], false);
 }
 
 TEST_F(LongDiffTest, LeavesOutAFunctionWhoseSettingIsCut) {
     WriteSettings(std::string(200, 'c'));
-    EXPECT_EQ(OnMains(), Json({{"differences", {Difference("Sleep after", std::string(200, 'c'))}},
-                               {"complete", false}}));
+    EXPECT_EQ(AcJson(), Json({{"differences", {Difference("Sleep after", std::string(200, 'c'))}},
+                              {"complete", false}}));
 }
 
 TEST_F(LongDiffTest, DoesNotTakeASingleCutLineForNoDifferences) {
     WriteNames(std::string(259, 'a'), "Sleep after");
-    EXPECT_EQ(OnMains(), Json({{"differences", Json::array()}, {"complete", false}}));
+    EXPECT_EQ(AcJson(), Json({{"differences", Json::array()}, {"complete", false}}));
     EXPECT_TRUE(Output({L"diff", L"balanced", L"high-performance", L"--ac"})
                     .ends_with("On mains:\n"
                                "\n"

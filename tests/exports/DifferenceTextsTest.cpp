@@ -24,8 +24,8 @@ TEST_F(DifferenceTextsTest, AreListedLineForLine) {
 TEST_F(DifferenceTextsTest, ShowTheValuesOfTheSecondScheme) {
     WriteDifferentDim();
     Translate({{"AcOn", "On"}, {"AcOff", "Off"}});
-    EXPECT_EQ(Compare(Mains, Balanced, HighPerformance).values, L"On\n\r");
-    EXPECT_EQ(Compare(Mains, HighPerformance, Balanced).values, L"Off\n\r");
+    EXPECT_EQ(Compare(Ac, Balanced, HighPerformance).values, L"On\n\r");
+    EXPECT_EQ(Compare(Ac, HighPerformance, Balanced).values, L"Off\n\r");
 }
 
 TEST_F(DifferenceTextsTest, HaveTheirTextsInAnyScript) {

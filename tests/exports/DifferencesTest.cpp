@@ -24,15 +24,15 @@ TEST_F(DifferencesTest, AreThoseOfThePowerSource) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 1, 0) + OldFunction(2, 0, 1));
     Translate({{"AcOn", "On mains power"}, {"DcOn", "On battery"}});
-    EXPECT_EQ(Compare(Mains), (Difference{true, L"- Dim\n\r", L"On mains power\n\r"}));
-    EXPECT_EQ(Compare(Battery), (Difference{true, L"- Sound\n\r", L"On battery\n\r"}));
+    EXPECT_EQ(Compare(Ac), (Difference{true, L"- Dim\n\r", L"On mains power\n\r"}));
+    EXPECT_EQ(Compare(Dc), (Difference{true, L"- Sound\n\r", L"On battery\n\r"}));
 }
 
 TEST_F(DifferencesTest, OnBatteryHaveTheLabelOfTheBatteryValue) {
     WriteFunctions(NamedFunction(1, "Dim"));
     Store(OldFunction(1, 0, 1), OldFunction(1, 1, 0));
     Translate({{"AcOn", "wrong"}, {"AcOff", "wrong"}, {"DcOn", "wrong"}, {"DcOff", "Off"}});
-    EXPECT_EQ(Compare(Battery).values, L"Off\n\r");
+    EXPECT_EQ(Compare(Dc).values, L"Off\n\r");
 }
 
 class OtherModeTest : public DifferencesTest, public testing::WithParamInterface<std::uint32_t> {};
@@ -58,18 +58,18 @@ INSTANTIATE_TEST_SUITE_P(Modes, OtherModeTest,
 TEST_F(DifferencesTest, AreNoneBetweenEqualSchemes) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 1, 0) + OldFunction(2, 0, 1), OldFunction(2, 0, 1) + OldFunction(1, 1, 0));
-    EXPECT_EQ(Compare(Mains), None);
-    EXPECT_EQ(Compare(Battery), None);
+    EXPECT_EQ(Compare(Ac), None);
+    EXPECT_EQ(Compare(Dc), None);
 }
 
 TEST_F(DifferencesTest, AreNoneBetweenASchemeAndItself) {
     WriteDifferentDim();
-    EXPECT_EQ(Compare(Mains, Balanced, Balanced), None);
+    EXPECT_EQ(Compare(Ac, Balanced, Balanced), None);
 }
 
 TEST_F(DifferencesTest, AreNoneBetweenASchemeAndItselfWhenItIsAdopted) {
     WriteDifferentDefaults();
-    EXPECT_EQ(Compare(Mains, HighPerformance, HighPerformance), None);
+    EXPECT_EQ(Compare(Ac, HighPerformance, HighPerformance), None);
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(HighPerformanceText, NewFunction(1, 1, 1))));
 }
 
@@ -92,13 +92,13 @@ TEST_F(DifferencesTest, OfTheAllZeroSchemeAreLikeThoseOfAnyOther) {
     WriteFunctions(NamedFunction(1, "Dim"));
     WriteSchemes(OldScheme(BalancedText, OldFunction(1, 0, 0)) +
                  OldScheme(AllZeroText, OldFunction(1, 1, 1)));
-    EXPECT_EQ(Compare(Mains, Balanced, AllZero).names, L"- Dim\n\r");
-    EXPECT_EQ(Compare(Mains, AllZero, Balanced).names, L"- Dim\n\r");
+    EXPECT_EQ(Compare(Ac, Balanced, AllZero).names, L"- Dim\n\r");
+    EXPECT_EQ(Compare(Ac, AllZero, Balanced).names, L"- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, MakeTheAllZeroSchemeEnterTheFile) {
     WriteDifferentDefaults();
-    EXPECT_EQ(Compare(Mains, AllZero, HighPerformance).names, L"- Dim\n\r");
+    EXPECT_EQ(Compare(Ac, AllZero, HighPerformance).names, L"- Dim\n\r");
     EXPECT_EQ(UserSettings(), BothAdopted(AllZeroText));
 }
 
@@ -225,35 +225,35 @@ TEST_F(DifferencesTest, GiveFalseForANullNamesBufferButWriteTheValues) {
     WriteDifferentDim();
     Translate({{"AcOn", "On"}});
     GuardedBuffer values;
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, nullptr, values.text));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, nullptr, values.text));
     EXPECT_EQ(TextIn(values), L"On\n\r");
 }
 
 TEST_F(DifferencesTest, GiveFalseForANullValuesBufferButWriteTheNames) {
     WriteDifferentDim();
     GuardedBuffer names;
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, names.text, nullptr));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, names.text, nullptr));
     EXPECT_EQ(TextIn(names), L"- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, LeaveTheOtherBufferWhereNothingDiffers) {
     WriteDimAt(0);
     GuardedBuffer buffer;
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, buffer.text, nullptr));
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, nullptr, buffer.text));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, buffer.text, nullptr));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, nullptr, buffer.text));
     EXPECT_EQ(TextIn(buffer), L"untouched");
 }
 
 TEST_F(DifferencesTest, StoreBothSchemesWithoutAnyBuffer) {
     WriteDifferentDefaults();
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Mains, nullptr, nullptr));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, nullptr, nullptr));
     EXPECT_EQ(UserSettings(), BothAdopted());
 }
 
 TEST_F(DifferencesTest, TranslateTheNamesWithoutAnyBuffer) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
-    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Battery, nullptr, nullptr));
+    EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Dc, nullptr, nullptr));
     EXPECT_EQ(ComparedNames(), L"- Black\n\r");
 }
 
@@ -295,8 +295,8 @@ TEST_F(DifferencesTest, AreNoneWhereASchemeCannotBeWrittenBack) {
     const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 0, 0) + nameless, OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
-    EXPECT_EQ(Compare(Mains, Balanced, HighPerformance), None);
-    EXPECT_EQ(Compare(Mains, HighPerformance, Balanced), None);
+    EXPECT_EQ(Compare(Ac, Balanced, HighPerformance), None);
+    EXPECT_EQ(Compare(Ac, HighPerformance, Balanced), None);
 }
 
 TEST_F(DifferencesTest, AreNoneWithoutACatalogue) {

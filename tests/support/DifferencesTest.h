@@ -9,8 +9,8 @@
 namespace ZOTDam::Test {
 
 inline constexpr std::size_t LongestText = TextCapacity - 1;
-inline constexpr std::uint32_t Mains = 1;
-inline constexpr std::uint32_t Battery = 2;
+inline constexpr std::uint32_t Ac = 1;
+inline constexpr std::uint32_t Dc = 2;
 
 inline const std::string LeadingGroup = "Group1Name";
 
@@ -51,7 +51,7 @@ inline std::wstring TextIn(const GuardedBuffer& buffer) {
 
 class DifferencesTest : public TranslationTest {
 protected:
-    Difference Compare(std::uint32_t mode = Mains, const GUID& schemeA = Balanced,
+    Difference Compare(std::uint32_t mode = Ac, const GUID& schemeA = Balanced,
                        const GUID& schemeB = HighPerformance) {
         GuardedBuffer names;
         GuardedBuffer values;
