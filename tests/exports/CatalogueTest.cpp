@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t LongestText = TextCapacity - 1;
 
-std::string Units(std::size_t count) {
+std::string CodeUnits(std::size_t count) {
     return std::string(count, 'n');
 }
 
@@ -282,17 +282,17 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     OverLongTexts, BrokenFunctionTest,
-    testing::Values(XmlCase{"NameOf260Units", FunctionWithName(Units(LongestText + 1))},
-                    XmlCase{"NameOf10000Units", FunctionWithName(Units(10000))},
+    testing::Values(XmlCase{"NameOf260Units", FunctionWithName(CodeUnits(LongestText + 1))},
+                    XmlCase{"NameOf10000Units", FunctionWithName(CodeUnits(10000))},
                     XmlCase{"NameOf130SurrogatePairs", FunctionWithName(SurrogatePairs(130))},
                     XmlCase{"NameThatEndsInsideASurrogatePair",
-                            FunctionWithName(Units(LongestText - 1) + SurrogatePairs(1))},
-                    XmlCase{"GroupOf260Units", FunctionWithGroup(Units(LongestText + 1))},
-                    XmlCase{"GroupOf10000Units", FunctionWithGroup(Units(10000))},
+                            FunctionWithName(CodeUnits(LongestText - 1) + SurrogatePairs(1))},
+                    XmlCase{"GroupOf260Units", FunctionWithGroup(CodeUnits(LongestText + 1))},
+                    XmlCase{"GroupOf10000Units", FunctionWithGroup(CodeUnits(10000))},
                     XmlCase{"GroupOf130SurrogatePairs", FunctionWithGroup(SurrogatePairs(130))},
-                    XmlCase{"AcLabelOf260Units", FunctionWithLabel("AC", Units(LongestText + 1))},
-                    XmlCase{"AcLabelOf10000Units", FunctionWithLabel("AC", Units(10000))},
-                    XmlCase{"DcLabelOf260Units", FunctionWithLabel("DC", Units(LongestText + 1))},
+                    XmlCase{"AcLabelOf260Units", FunctionWithLabel("AC", CodeUnits(LongestText + 1))},
+                    XmlCase{"AcLabelOf10000Units", FunctionWithLabel("AC", CodeUnits(10000))},
+                    XmlCase{"DcLabelOf260Units", FunctionWithLabel("DC", CodeUnits(LongestText + 1))},
                     XmlCase{"DcLabelOf130SurrogatePairs", FunctionWithLabel("DC", SurrogatePairs(130))}),
     CaseName<XmlCase>);
 
@@ -332,30 +332,30 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     LongTexts, SoundFunctionTest,
     testing::Values(
-        XmlCase{"NameOf259Units", FunctionWithName(Units(LongestText))},
-        XmlCase{"NameOf129SurrogatePairsAndOneUnit", FunctionWithName(SurrogatePairs(129) + Units(1))},
-        XmlCase{"GroupOf259Units", FunctionWithGroup(Units(LongestText))},
-        XmlCase{"GroupOf129SurrogatePairsAndOneUnit", FunctionWithGroup(SurrogatePairs(129) + Units(1))},
-        XmlCase{"AcLabelOf259Units", FunctionWithLabel("AC", Units(LongestText))},
-        XmlCase{"DcLabelOf259Units", FunctionWithLabel("DC", Units(LongestText))},
+        XmlCase{"NameOf259Units", FunctionWithName(CodeUnits(LongestText))},
+        XmlCase{"NameOf129SurrogatePairsAndOneUnit", FunctionWithName(SurrogatePairs(129) + CodeUnits(1))},
+        XmlCase{"GroupOf259Units", FunctionWithGroup(CodeUnits(LongestText))},
+        XmlCase{"GroupOf129SurrogatePairsAndOneUnit", FunctionWithGroup(SurrogatePairs(129) + CodeUnits(1))},
+        XmlCase{"AcLabelOf259Units", FunctionWithLabel("AC", CodeUnits(LongestText))},
+        XmlCase{"DcLabelOf259Units", FunctionWithLabel("DC", CodeUnits(LongestText))},
         XmlCase{"DcLabelOf129SurrogatePairsAndOneUnit",
-                FunctionWithLabel("DC", SurrogatePairs(129) + Units(1))},
-        XmlCase{"LabelInAListOfAnotherName", FunctionWithLabel("UPS", Units(10000))},
-        XmlCase{"TextThatNoFieldHolds",
-                "<Function ID=\"2\" Description=\"" + Units(10000) + "\"><Display/><Commands/></Function>"},
+                FunctionWithLabel("DC", SurrogatePairs(129) + CodeUnits(1))},
+        XmlCase{"LabelInAListOfAnotherName", FunctionWithLabel("UPS", CodeUnits(10000))},
+        XmlCase{"TextThatNoFieldHolds", "<Function ID=\"2\" Description=\"" + CodeUnits(10000) +
+                                            "\"><Display/><Commands/></Function>"},
         XmlCase{"SpecInfoOf10000Units", "<Function ID=\"2\"><Display/><Commands><CommandItem SpecInfo1=\"" +
-                                            Units(10000) + "\"/></Commands></Function>"}),
+                                            CodeUnits(10000) + "\"/></Commands></Function>"}),
     CaseName<XmlCase>);
 
 // Further elements of the same name are not read, so an overlong label in them does not fail the load.
 INSTANTIATE_TEST_SUITE_P(
     LaterDuplicates, SoundFunctionTest,
     testing::Values(XmlCase{"OfDisplay", "<Function ID=\"2\"><Display/><Display><AC><DisplayItem Label=\"" +
-                                             Units(10000) + "\"/></AC></Display><Commands/></Function>"},
+                                             CodeUnits(10000) + "\"/></AC></Display><Commands/></Function>"},
                     XmlCase{"OfAc", "<Function ID=\"2\"><Display><AC/><AC><DisplayItem Label=\"" +
-                                        Units(10000) + "\"/></AC></Display><Commands/></Function>"},
+                                        CodeUnits(10000) + "\"/></AC></Display><Commands/></Function>"},
                     XmlCase{"OfDc", "<Function ID=\"2\"><Display><DC/><DC><DisplayItem Label=\"" +
-                                        Units(10000) + "\"/></DC></Display><Commands/></Function>"},
+                                        CodeUnits(10000) + "\"/></DC></Display><Commands/></Function>"},
                     XmlCase{"OfCommands", R"(<Function ID="2"><Display/><Commands/><Commands/></Function>)"}),
     CaseName<XmlCase>);
 

@@ -17,14 +17,14 @@ std::string FunctionWith(const std::string& attributes, const std::string& famil
 }
 
 // Returns characters of two UTF-16 code units each.
-std::string Batteries(std::size_t count) {
+std::string SurrogatePairs(std::size_t count) {
     std::string text;
     while (count-- > 0)
         text += "\U0001F50B";
     return text;
 }
 
-std::wstring WideBatteries(std::size_t count) {
+std::wstring WideSurrogatePairs(std::size_t count) {
     std::wstring text;
     while (count-- > 0)
         text += L"\U0001F50B";
@@ -104,7 +104,7 @@ TEST_P(BaseTextTest, FitsWith259Units) {
 }
 
 TEST_P(BaseTextTest, FitsWith129SurrogatePairsAndOneUnit) {
-    EXPECT_EQ(TextOf(Batteries(129) + "t"), WideBatteries(129) + L"t");
+    EXPECT_EQ(TextOf(SurrogatePairs(129) + "t"), WideSurrogatePairs(129) + L"t");
 }
 
 TEST_P(BaseTextTest, DoesNotFitWith260Units) {
@@ -112,11 +112,11 @@ TEST_P(BaseTextTest, DoesNotFitWith260Units) {
 }
 
 TEST_P(BaseTextTest, DoesNotFitWith130SurrogatePairs) {
-    EXPECT_FALSE(IsRead(Batteries(130)));
+    EXPECT_FALSE(IsRead(SurrogatePairs(130)));
 }
 
 TEST_P(BaseTextTest, DoesNotFitWhereASurrogatePairWouldBeCut) {
-    EXPECT_FALSE(IsRead(std::string(258, 't') + Batteries(1)));
+    EXPECT_FALSE(IsRead(std::string(258, 't') + SurrogatePairs(1)));
 }
 
 TEST_P(BaseTextTest, DoesNotFitWith10000Units) {

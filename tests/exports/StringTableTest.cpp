@@ -8,8 +8,8 @@ namespace {
 constexpr std::size_t LongestText = TextCapacity - 1;
 
 // A character of two UTF-16 code units.
-constexpr char Battery[] = "\U0001F50B";
-constexpr wchar_t WideBattery[] = L"\U0001F50B";
+constexpr char SurrogatePair[] = "\U0001F50B";
+constexpr wchar_t WideSurrogatePair[] = L"\U0001F50B";
 
 std::string Entries(int count) {
     std::string entries;
@@ -228,12 +228,12 @@ TEST_F(StringTableTest, CutsAMuchLongerTextAfter259Units) {
 }
 
 TEST_F(StringTableTest, CutsATextBeforeASurrogatePairThatDoesNotFit) {
-    EXPECT_EQ(TextOf("Key", Entry("Key", std::string(258, 't') + Battery)), std::wstring(258, L't'));
+    EXPECT_EQ(TextOf("Key", Entry("Key", std::string(258, 't') + SurrogatePair)), std::wstring(258, L't'));
 }
 
 TEST_F(StringTableTest, CutsATextBehindASurrogatePairThatFits) {
-    EXPECT_EQ(TextOf("Key", Entry("Key", std::string(257, 't') + Battery + "u")),
-              std::wstring(257, L't') + WideBattery);
+    EXPECT_EQ(TextOf("Key", Entry("Key", std::string(257, 't') + SurrogatePair + "u")),
+              std::wstring(257, L't') + WideSurrogatePair);
 }
 
 }  // namespace ZOTDam::Test

@@ -108,11 +108,11 @@ std::string WithLineBreaks(const std::string& xml, const std::string& lineBreak)
 
 std::string Utf16(const std::string& utf8, bool bigEndian) {
     const int size = static_cast<int>(utf8.size());
-    std::wstring units(utf8.size(), L'\0');
-    units.resize(
-        static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, units.data(), size)));
+    std::wstring utf16(utf8.size(), L'\0');
+    utf16.resize(
+        static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, utf16.data(), size)));
     std::string bytes;
-    for (const wchar_t unit : units) {
+    for (const wchar_t unit : utf16) {
         const char low = static_cast<char>(unit & 0xFF);
         const char high = static_cast<char>(unit >> 8);
         bytes += bigEndian ? std::string{high, low} : std::string{low, high};
