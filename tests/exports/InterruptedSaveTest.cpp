@@ -114,7 +114,7 @@ protected:
     }
 
     // Expects that this process can save and read as usual.
-    void ExpectThatTheNextSaveWorks() {
+    void ExpectNextSaveWorks() {
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(9)));
         EXPECT_EQ(StoredValue(Balanced), 9);
         EXPECT_TRUE(IsXml(installation.UserFile()));
@@ -154,7 +154,7 @@ TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
     EXPECT_TRUE(IsXml(installation.UserFile()));
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 1);
     EXPECT_EQ(StoredValue(HighPerformance), 5);
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
     EXPECT_EQ(StoredValue(HighPerformance), 5);
 }
 
@@ -162,7 +162,7 @@ TEST_P(DeathInASaveTest, OfTheFirstFileLeavesNoFileOrAWholeOne) {
     SaveInExitingProcess();
     EXPECT_EQ(HasUserSettings(), GetParam().isStored);
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 0);
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
@@ -185,7 +185,7 @@ TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
     WriteUserSettings("<unreadable");
     SaveInExitingProcess();
     EXPECT_EQ(UserSettings(), "<unreadable");
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
 }
 
@@ -195,7 +195,7 @@ TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     WriteFile(TemporaryFile(), UserSettings().substr(0, 300));
     EXPECT_EQ(StoredValue(Balanced), 1);
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 TEST_F(InterruptedSaveTest, AWholeNewFileIsNotReadEither) {
@@ -207,7 +207,7 @@ TEST_F(InterruptedSaveTest, AWholeNewFileIsNotReadEither) {
 
 TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
     WriteFile(TemporaryFile(), std::string(100000, 'x'));
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 // ---- Failing file operations ----
@@ -231,7 +231,7 @@ protected:
         EXPECT_EQ(UserSettings(), before);
         EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
         EXPECT_EQ(StoredValue(Balanced), 1);
-        ExpectThatTheNextSaveWorks();
+        ExpectNextSaveWorks();
     }
 };
 
@@ -251,7 +251,7 @@ TEST_F(RefusedSaveTest, ARefusedFirstSaveLeavesNoFile) {
     SaveWithFailing<MoveFileHook>();
     EXPECT_FALSE(HasUserSettings());
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
@@ -259,7 +259,7 @@ TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
     SaveWithFailing<CopyFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
 }
 
@@ -268,7 +268,7 @@ TEST_F(RefusedSaveTest, AnUnreadableFileWhoseReplacementIsRefusedStaysBesideItsC
     SaveWithFailing<MoveFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 TEST_F(RefusedSaveTest, AReadGivesItsResultAllTheSame) {
@@ -284,7 +284,7 @@ TEST_F(RefusedSaveTest, AReadOnlyFileIsNotReplaced) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
     EXPECT_EQ(StoredValue(Balanced), 1);
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 TEST_F(RefusedSaveTest, AFileThatAnotherProgramReadsIsReplacedOnceItIsFree) {
@@ -294,7 +294,7 @@ TEST_F(RefusedSaveTest, AFileThatAnotherProgramReadsIsReplacedOnceItIsFree) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
     CloseHandle(reader);
     EXPECT_EQ(StoredValue(Balanced), 1);
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
 }
 
 }  // namespace ZOTDam::Test

@@ -302,7 +302,7 @@ protected:
     }
 
     // Checks that this process can read and write the file as usual.
-    void ExpectThatTheNextSaveWorks() {
+    void ExpectNextSaveWorks() {
         EXPECT_TRUE(IsXml(installation.UserFile()));
         const std::optional<Stamp> last = StampIn(GetParameter(Balanced));
         EXPECT_TRUE(last && meeting.board->WasWritten(*last));
@@ -331,7 +331,7 @@ TEST_F(StressTest, EightProcessesReadOnlyWhatOneOfThemWroteAndNoCallWaits) {
     StartAll(Rounds(12, 600));
     AwaitTheEnd();
     EXPECT_GT(meeting.board->replacements, 0);
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
     ShowFigures();
     ShowFigure("longest call in microseconds", meeting.board->longestCall.load());
 }
@@ -345,7 +345,7 @@ TEST_F(StressTest, TheFileIsWholeWheneverEightProcessesAreStopped) {
         LetThemGoOn();
     }
     AwaitTheEnd();
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
     ShowFigures();
     ShowFigure("looks at the file", looks);
 }
@@ -366,7 +366,7 @@ TEST_F(StressTest, TheFileIsWholeWhicheverOfEightProcessesDies) {
     }
     meeting.board->ends = true;
     AwaitTheEnd();
-    ExpectThatTheNextSaveWorks();
+    ExpectNextSaveWorks();
     ShowFigures();
     ShowFigure("processes killed", kills);
 }

@@ -88,7 +88,7 @@ private:
     std::filesystem::path path;
 };
 
-struct Hindrance {
+struct OpenMode {
     std::string name;
     DWORD access;
     DWORD shared;
@@ -103,27 +103,27 @@ constexpr DWORD SharesDeleting = FILE_SHARE_READ | FILE_SHARE_DELETE;
 constexpr DWORD SharesAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // Handles that prevent even the DOM from reading the file.
-const Hindrance Excluding[] = {
+const OpenMode BlockingReads[] = {
     {"WhileOpenForReadingWithoutSharing", Reading, 0},
     {"WhileOpenForWritingWithoutSharing", Writing, 0},
     {"WhileOpenForWritingForOneOnly", Writing, SharesReading},
 };
 
 // Handles that prevent other processes from writing to the file.
-const Hindrance Forbidding[] = {
+const OpenMode BlockingWrites[] = {
     {"WhileOpenForReadingOnly", Reading, SharesReading},
     {"WhileOpenForReadingOnlyAndLocked", Reading, SharesReading, true},
 };
 
 // Handles that allow other processes to write to the file.
-const Hindrance Permitting[] = {
+const OpenMode AllowingWrites[] = {
     {"WhileOpenForReadingAndWriting", Reading, SharesWriting},
     {"WhileOpenForAnything", Reading, SharesAll},
 };
 
 // Handles that systems treat differently. Some systems allow the replacement of a file that is being written
 // or is locked.
-const Hindrance Undecided[] = {
+const OpenMode SystemDependent[] = {
     {"WhileOpenForReadingAndDeleting", Reading, SharesDeleting}, {"WhileWritten", Writing, SharesWriting},
     {"WhileWrittenWithAnythingShared", Writing, SharesAll},      {"WhileLocked", Reading, SharesAll, true},
     {"WhileWrittenAndLocked", Writing, SharesAll, true},
@@ -174,10 +174,10 @@ protected:
         return content;
     }
 
-    bool CallHinderedBy(const Hindrance& hindrance, const SavingCall& saving) {
+    bool CallWhileOpen(const OpenMode& mode, const SavingCall& saving) {
         ReadBothFiles();
-        const OpenFile open{PathOf(saving.file), hindrance.access, hindrance.shared};
-        if (hindrance.isLocked)
+        const OpenFile open{PathOf(saving.file), mode.access, mode.shared};
+        if (mode.isLocked)
             open.Lock();
         return saving.call(Dll());
     }
@@ -192,7 +192,7 @@ protected:
     }
 
     // Expects that, after a failed save, the next save has the same result as without the failure.
-    void ExpectThatTheNextSaveWorks(const SavingCall& saving, const std::string& saved) {
+    void ExpectNextSaveWorks(const SavingCall& saving, const std::string& saved) {
         Unload();
         ReadBothFiles();
         EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
@@ -215,16 +215,16 @@ protected:
     const std::string& OldContent() const { return OldContentOf(Saving().file); }
     std::string Content() const { return ReadFile(Path()); }
 
-    void ExpectToBeHinderedBy(std::span<const Hindrance> hindrances, bool result) {
+    void ExpectUnchangedWhileOpen(std::span<const OpenMode> modes, bool result) {
         const std::string saved = ContentSavedBy(Saving());
-        for (const Hindrance& hindrance : hindrances) {
-            SCOPED_TRACE(hindrance.name);
-            EXPECT_EQ(CallHinderedBy(hindrance, Saving()), result);
+        for (const OpenMode& mode : modes) {
+            SCOPED_TRACE(mode.name);
+            EXPECT_EQ(CallWhileOpen(mode, Saving()), result);
             EXPECT_EQ(Content(), OldContent());
             EXPECT_EQ(Everything(), before);
             Unload();
         }
-        ExpectThatTheNextSaveWorks(Saving(), saved);
+        ExpectNextSaveWorks(Saving(), saved);
     }
 };
 
@@ -239,25 +239,25 @@ TEST_P(SavingCallTest, LeavesAReadOnlyFile) {
         EXPECT_EQ(Content(), OldContent());
         EXPECT_EQ(Everything(), before);
     }
-    ExpectThatTheNextSaveWorks(Saving(), saved);
+    ExpectNextSaveWorks(Saving(), saved);
 }
 
 // Only the user settings are read again before a save. If they cannot be read, the save is skipped as for a
 // busy file, which is not a failure.
 TEST_P(SavingCallTest, LeavesAFileThatNobodyCanRead) {
     const bool isSkipped = Saving().file == DataFile::UserSettings;
-    ExpectToBeHinderedBy(Excluding, isSkipped ? Saving().whenSaved : Saving().whenNotSaved);
+    ExpectUnchangedWhileOpen(BlockingReads, isSkipped ? Saving().whenSaved : Saving().whenNotSaved);
 }
 
 TEST_P(SavingCallTest, LeavesAFileThatNobodyMayWrite) {
-    ExpectToBeHinderedBy(Forbidding, Saving().whenNotSaved);
+    ExpectUnchangedWhileOpen(BlockingWrites, Saving().whenNotSaved);
 }
 
 TEST_P(SavingCallTest, SavesAFileThatOthersMayWrite) {
     const std::string saved = ContentSavedBy(Saving());
-    for (const Hindrance& hindrance : Permitting) {
-        SCOPED_TRACE(hindrance.name);
-        EXPECT_EQ(CallHinderedBy(hindrance, Saving()), Saving().whenSaved);
+    for (const OpenMode& mode : AllowingWrites) {
+        SCOPED_TRACE(mode.name);
+        EXPECT_EQ(CallWhileOpen(mode, Saving()), Saving().whenSaved);
         EXPECT_EQ(Content(), saved);
         EXPECT_EQ(Everything(), before);
         Unload();
@@ -267,9 +267,9 @@ TEST_P(SavingCallTest, SavesAFileThatOthersMayWrite) {
 
 TEST_P(SavingCallTest, SavesAFileThatAnotherProgramWritesOrLocksWholeOrNotAtAll) {
     const std::string saved = ContentSavedBy(Saving());
-    for (const Hindrance& hindrance : Undecided) {
-        SCOPED_TRACE(hindrance.name);
-        const bool result = CallHinderedBy(hindrance, Saving());
+    for (const OpenMode& mode : SystemDependent) {
+        SCOPED_TRACE(mode.name);
+        const bool result = CallWhileOpen(mode, Saving());
         const bool isSaved = Content() != OldContent();
         EXPECT_TRUE(!isSaved || (result == Saving().whenSaved && Content() == saved)) << Content();
         EXPECT_EQ(Everything(), before);
@@ -358,7 +358,7 @@ TEST_F(HinderedSaveTest, DefaultsThatAnotherProgramWritesAtTheirOnlyLoadLoseNoth
 
 class LongFolderSaveTest : public HinderedSaveTest {
 protected:
-    void SaveInUserFolderOf(std::size_t codeUnits, const SavingCall& saving, bool expected) {
+    void SaveInUserPathOf(std::size_t codeUnits, const SavingCall& saving, bool expected) {
         WriteUserSettings(OldSettings);
         SetLongUserPath(installation.ProgramData(), codeUnits);
         ReadBothFiles();
@@ -367,7 +367,7 @@ protected:
         EXPECT_EQ(Everything(), before);
     }
 
-    bool InitInInstallationFolderOf(std::size_t codeUnits) {
+    bool InitInInstallationPathOf(std::size_t codeUnits) {
         SetLongInstallationPath(installation.ProgramFiles(), codeUnits);
         return Dll().InitCommonSetting();
     }
@@ -376,7 +376,7 @@ protected:
 TEST_F(LongFolderSaveTest, InAUserFolderOf255UnitsEachCallSaves) {
     for (const SavingCall& saving : SavingCalls())
         if (saving.file == DataFile::UserSettings) {
-            SaveInUserFolderOf(255, saving, saving.whenSaved);
+            SaveInUserPathOf(255, saving, saving.whenSaved);
             EXPECT_NE(UserSettings(), OldSettings) << saving.name;
         }
 }
@@ -384,7 +384,7 @@ TEST_F(LongFolderSaveTest, InAUserFolderOf255UnitsEachCallSaves) {
 TEST_F(LongFolderSaveTest, InAUserFolderOf256UnitsNoCallSavesAndThereIsNothingToReset) {
     for (const SavingCall& saving : SavingCalls())
         if (saving.file == DataFile::UserSettings) {
-            SaveInUserFolderOf(256, saving, saving.whenNotSaved && saving.name != "ResetDefault");
+            SaveInUserPathOf(256, saving, saving.whenNotSaved && saving.name != "ResetDefault");
             EXPECT_EQ(UserSettings(), OldSettings) << saving.name;
         }
 }
@@ -405,13 +405,13 @@ TEST_F(LongFolderSaveTest, InAnInstallationFolderOf256UnitsTheFunctionsAreNotSav
 
 // The path of the base catalogue is five UTF-16 code units longer.
 TEST_F(LongFolderSaveTest, InAnInstallationFolderOf250UnitsTheDefaultSettingsAreSaved) {
-    EXPECT_TRUE(InitInInstallationFolderOf(250));
+    EXPECT_TRUE(InitInInstallationPathOf(250));
     EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);
     EXPECT_EQ(Everything(), before);
 }
 
 TEST_F(LongFolderSaveTest, InAnInstallationFolderOf251UnitsThereAreNoSettingsToSave) {
-    EXPECT_FALSE(InitInInstallationFolderOf(251));
+    EXPECT_FALSE(InitInInstallationPathOf(251));
     EXPECT_EQ(Defaults(), OldDefaultsFile);
     EXPECT_EQ(Everything(), before);
 }
