@@ -50,16 +50,16 @@ TEST_F(BusyMarkerTest, AWriteLooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave
     WriteFiles();
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker}));
-    EXPECT_EQ(calls.made, (Names{UserMarker, UserMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{UserMarker, UserMarker}));
+    EXPECT_EQ(calls.created, (Names{UserMarker, UserMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyMarkerTest, AWriteWithoutAFileLooksForTheMarkerBeforeItsSaveOnly) {
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(calls.looked, (Names{UserMarker}));
-    EXPECT_EQ(calls.made, (Names{UserMarker}));
+    EXPECT_EQ(calls.opened, (Names{UserMarker}));
+    EXPECT_EQ(calls.created, (Names{UserMarker}));
 }
 
 TEST_F(BusyMarkerTest, AReadThatStoresNothingLooksForTheMarkerOnce) {
@@ -67,8 +67,8 @@ TEST_F(BusyMarkerTest, AReadThatStoresNothingLooksForTheMarkerOnce) {
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(GetParameter(Balanced), stored);
-    EXPECT_EQ(calls.looked, (Names{UserMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{UserMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyMarkerTest, AResetLooksForTheMarkerOnceSinceItDoesNotReadTheFile) {
@@ -76,8 +76,8 @@ TEST_F(BusyMarkerTest, AResetLooksForTheMarkerOnceSinceItDoesNotReadTheFile) {
     EXPECT_EQ(GetParameter(Balanced), stored);
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(Dll().ResetDefault());
-    EXPECT_EQ(calls.looked, (Names{UserMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{UserMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyMarkerTest, TheDefaultsAreReadUnderTheirOwnMarkerOnce) {
@@ -85,15 +85,15 @@ TEST_F(BusyMarkerTest, TheDefaultsAreReadUnderTheirOwnMarkerOnce) {
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     GetParameterDefault(Balanced);
-    EXPECT_EQ(calls.looked, (Names{DefaultsMarker}));
-    EXPECT_EQ(calls.made, (Names{DefaultsMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{DefaultsMarker}));
+    EXPECT_EQ(calls.created, (Names{DefaultsMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyMarkerTest, WithoutADefaultsFileNoMarkerIsLookedFor) {
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
-    EXPECT_EQ(calls.looked, Names{});
+    EXPECT_EQ(calls.opened, Names{});
 }
 
 TEST_F(BusyMarkerTest, AFoundMarkerIsNotMadeAndItsHandleIsClosed) {
@@ -101,9 +101,9 @@ TEST_F(BusyMarkerTest, AFoundMarkerIsNotMadeAndItsHandleIsClosed) {
     MarkerCalls calls{Dll().Handle()};
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker}));
-    EXPECT_EQ(calls.made, Names{});
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{UserMarker, UserMarker}));
+    EXPECT_EQ(calls.created, Names{});
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheSaveFails) {
@@ -112,8 +112,8 @@ TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheSaveFails) {
                             +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(calls.made, (Names{UserMarker, UserMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.created, (Names{UserMarker, UserMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
     EXPECT_FALSE(MarkerExists(UserMarker));
 }
 
@@ -121,8 +121,8 @@ TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheLoadFails) {
     WriteDefaults("<ZOTDefault>");
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
-    EXPECT_EQ(calls.made, (Names{DefaultsMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.created, (Names{DefaultsMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyMarkerTest, TheFileIsReadBetweenTheMakingAndTheClosingOfTheMarker) {
@@ -151,7 +151,7 @@ TEST_F(BusyMarkerTest, TheFileIsWrittenBetweenTheMakingAndTheClosingOfTheMarker)
         EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6))));
     };
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(calls.made, (Names{UserMarker}));
+    EXPECT_EQ(calls.created, (Names{UserMarker}));
     EXPECT_FALSE(MarkerExists(UserMarker));
 }
 
@@ -183,7 +183,7 @@ TEST_F(BusyMarkerTest, AWriteLeavesAFileUnchangedThatWasBusyWheneverItWasToBeRea
     WriteUserSettings(OldUserFile(OldScheme(HighPerformanceText, OldFunction(1, 7, 8))));
     const std::string before = UserSettings();
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), before);
 }
@@ -265,12 +265,12 @@ TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
     EXPECT_EQ(GetParameter(Balanced), stored);
     WriteUserSettings("<OrloPowerCfg><Newer/></OrloPowerCfg>");
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(calls.looked.size(), 2u);
+    EXPECT_EQ(calls.opened.size(), 2u);
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 52, 53))));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 // Changes parameters in memory while the file is busy, so that they are not saved.
@@ -279,10 +279,10 @@ protected:
     void EditWithoutSaving() {
         MarkerCalls calls{Dll().Handle()};
         const std::size_t save = HasUserFile() ? 2 : 1;
-        calls.BeBusyAtLook(save);
+        calls.BeBusyAtOpen(save);
         EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-        EXPECT_EQ(calls.looked.size(), save);
-        EXPECT_TRUE(calls.unclosed.empty());
+        EXPECT_EQ(calls.opened.size(), save);
+        EXPECT_TRUE(calls.openHandles.empty());
     }
     const Params edited = {{1, {5, 6}}, {2, {52, 53}}};
 };
@@ -308,7 +308,7 @@ TEST_F(UnsavedEditTest, IsSavedWithTheNextSaveWhenNoLoadCameBefore) {
     WriteFiles();
     EditWithoutSaving();
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 7, 8))));
@@ -328,7 +328,7 @@ TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest
         OldUserFile(OldScheme(BalancedText, OldFunction(5, 1, 1) + "<Function/>" + OldFunction(6, 1, 1))));
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}, {6, {60, 61}}}));
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(HighPerformance, {{1, {2, 3}}}));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(5, 50, 51) + "<Function/>" +
@@ -343,7 +343,7 @@ TEST_F(BusyMarkerTest, AWriteAppendsEverythingWhereTheFirstFunctionHasNoId) {
     EXPECT_TRUE(SetParameter(Balanced, {{3, {30, 31}}, {5, {50, 51}}}));
     EXPECT_EQ(UserSettings(), file);
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(HighPerformance, {{1, {2, 3}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, functions + NewFunction(3, 30, 31) +
                                                                       NewFunction(5, 50, 51)) +
@@ -363,7 +363,7 @@ void PrintTo(const MarkerAnswer& answer, std::ostream* out) {
     *out << answer.name;
 }
 
-std::optional<HANDLE> AsTheSystemDoes() {
+std::optional<HANDLE> CallSystem() {
     return std::nullopt;
 }
 
@@ -373,8 +373,8 @@ std::optional<HANDLE> FailWith() {
 }
 
 template <DWORD Error>
-std::optional<HANDLE> GiveMutexWith() {
-    return AnyMutex(Error);
+std::optional<HANDLE> CreateMutexWith() {
+    return UnnamedMutex(Error);
 }
 
 class MarkerAnswerTest : public BusyMarkerTest, public testing::WithParamInterface<MarkerAnswer> {
@@ -391,7 +391,7 @@ TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsSaved) {
     Apply(calls);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(HasUserFile(), !Busy());
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsRead) {
@@ -399,21 +399,21 @@ TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsRead) {
     MarkerCalls calls{Dll().Handle()};
     Apply(calls);
     EXPECT_EQ(Dll().GetFuncCount(), Busy() ? CatalogueUnavailable : 2);
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 constexpr MarkerAnswer MarkerAnswers[] = {
-    {"NobodyHasIt", AsTheSystemDoes, AsTheSystemDoes, false},
-    {"ItOpens", GiveMutexWith<ERROR_SUCCESS>, AsTheSystemDoes, true},
-    {"ItOpensBesideAnOldErrorCode", GiveMutexWith<ERROR_FILE_NOT_FOUND>, AsTheSystemDoes, true},
-    {"OpeningIsDenied", FailWith<ERROR_ACCESS_DENIED>, AsTheSystemDoes, true},
-    {"OpeningFailsSinceItExists", FailWith<ERROR_ALREADY_EXISTS>, AsTheSystemDoes, true},
-    {"OpeningFailsOtherwise", FailWith<ERROR_NOT_ENOUGH_MEMORY>, AsTheSystemDoes, false},
-    {"MakingIsDenied", AsTheSystemDoes, FailWith<ERROR_ACCESS_DENIED>, true},
-    {"MakingFailsSinceItExists", AsTheSystemDoes, FailWith<ERROR_ALREADY_EXISTS>, true},
-    {"MakingFindsOneThatIsNew", AsTheSystemDoes, GiveMutexWith<ERROR_ALREADY_EXISTS>, true},
-    {"MakingFailsForLackOfMemory", AsTheSystemDoes, FailWith<ERROR_NOT_ENOUGH_MEMORY>, false},
-    {"MakingFailsSinceTheNameIsTaken", AsTheSystemDoes, FailWith<ERROR_INVALID_HANDLE>, false},
+    {"NobodyHasIt", CallSystem, CallSystem, false},
+    {"ItOpens", CreateMutexWith<ERROR_SUCCESS>, CallSystem, true},
+    {"ItOpensBesideAnOldErrorCode", CreateMutexWith<ERROR_FILE_NOT_FOUND>, CallSystem, true},
+    {"OpeningIsDenied", FailWith<ERROR_ACCESS_DENIED>, CallSystem, true},
+    {"OpeningFailsSinceItExists", FailWith<ERROR_ALREADY_EXISTS>, CallSystem, true},
+    {"OpeningFailsOtherwise", FailWith<ERROR_NOT_ENOUGH_MEMORY>, CallSystem, false},
+    {"MakingIsDenied", CallSystem, FailWith<ERROR_ACCESS_DENIED>, true},
+    {"MakingFailsSinceItExists", CallSystem, FailWith<ERROR_ALREADY_EXISTS>, true},
+    {"MakingFindsOneThatIsNew", CallSystem, CreateMutexWith<ERROR_ALREADY_EXISTS>, true},
+    {"MakingFailsForLackOfMemory", CallSystem, FailWith<ERROR_NOT_ENOUGH_MEMORY>, false},
+    {"MakingFailsSinceTheNameIsTaken", CallSystem, FailWith<ERROR_INVALID_HANDLE>, false},
     {"BothFail", FailWith<ERROR_INVALID_HANDLE>, FailWith<ERROR_NO_SYSTEM_RESOURCES>, false},
 };
 

@@ -341,11 +341,11 @@ TEST_F(CommonSettingInitTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSav
     WriteDefaults(TwoFunctions);
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(Init());
-    EXPECT_EQ(calls.looked, (Names{DefaultsMarker, DefaultsMarker}));
-    EXPECT_EQ(calls.made, (Names{DefaultsMarker, DefaultsMarker}));
+    EXPECT_EQ(calls.opened, (Names{DefaultsMarker, DefaultsMarker}));
+    EXPECT_EQ(calls.created, (Names{DefaultsMarker, DefaultsMarker}));
     EXPECT_TRUE(Init());
-    EXPECT_EQ(calls.looked, (Names{DefaultsMarker, DefaultsMarker, DefaultsMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{DefaultsMarker, DefaultsMarker, DefaultsMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 // ---- Failures ----

@@ -418,15 +418,15 @@ TEST_F(BusySettingTest, IsSavedWithTheNextSaveWhenNoReadOfTheFileCameBefore) {
     EXPECT_EQ(Setting(L"Name"), L"old");
     MarkerCalls calls{Dll().Handle()};
     calls.onOpen = [&]() -> std::optional<HANDLE> {
-        if (calls.looked.size() <= 3)
-            return AnyMutex(ERROR_SUCCESS);
+        if (calls.opened.size() <= 3)
+            return UnnamedMutex(ERROR_SUCCESS);
         return std::nullopt;
     };
     EXPECT_TRUE(Set(L"Name", L"new"));
     EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
     EXPECT_TRUE(Set(L"Other", L"1"));
     EXPECT_EQ(UserSettings(), "<Any><CommonSettings Name=\"new\" Other=\"1\"/></Any>\n");
-    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker, UserMarker, UserMarker}));
+    EXPECT_EQ(calls.opened, (Names{UserMarker, UserMarker, UserMarker, UserMarker}));
 }
 
 TEST_F(BusySettingTest, WithoutAFileIsSavedWithTheNextSave) {
@@ -464,9 +464,9 @@ TEST_F(BusySettingTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
     WriteUserValues(R"(Name="old")");
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(Set(L"Name", L"new"));
-    EXPECT_EQ(calls.looked, (Names{UserMarker, UserMarker}));
-    EXPECT_EQ(calls.made, (Names{UserMarker, UserMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{UserMarker, UserMarker}));
+    EXPECT_EQ(calls.created, (Names{UserMarker, UserMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 // ---- Failures ----

@@ -332,12 +332,12 @@ TEST_F(HinderedSaveTest, AFileThatAnotherProgramWritesWhenItIsToBeReadLosesNothi
         std::optional<OpenFile> writer{std::in_place, installation.UserFile(), Writing, shared};
         MarkerCalls calls{Dll().Handle()};
         calls.onOpen = [&]() -> std::optional<HANDLE> {
-            if (calls.looked.size() == 2)
+            if (calls.opened.size() == 2)
                 writer.reset();
             return std::nullopt;
         };
         Dll().SetCommonSetting(L"Name", L"new");
-        EXPECT_EQ(calls.looked.size(), 2u);
+        EXPECT_EQ(calls.opened.size(), 2u);
         EXPECT_NE(UserSettings().find(BalancedText), std::string::npos) << UserSettings();
         EXPECT_EQ(Everything(), before);
         WriteUserSettings(OldSettings);

@@ -302,24 +302,24 @@ class BusyDefaultsTest : public FunctionDefaultsTest {};
 TEST_F(BusyDefaultsTest, AreLookedForBeforeTheLoadAndAgainBeforeTheSave) {
     MarkerCalls calls{Dll().Handle()};
     Replace({Record(1)});
-    EXPECT_EQ(calls.looked, (Names{DefaultsMarker, DefaultsMarker}));
-    EXPECT_EQ(calls.made, (Names{DefaultsMarker, DefaultsMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{DefaultsMarker, DefaultsMarker}));
+    EXPECT_EQ(calls.created, (Names{DefaultsMarker, DefaultsMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyDefaultsTest, AreLookedForBeforeTheSaveOnlyOnceTheFileHasBeenRead) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     MarkerCalls calls{Dll().Handle()};
     Replace({Record(1)});
-    EXPECT_EQ(calls.looked, (Names{DefaultsMarker}));
-    EXPECT_TRUE(calls.unclosed.empty());
+    EXPECT_EQ(calls.opened, (Names{DefaultsMarker}));
+    EXPECT_TRUE(calls.openHandles.empty());
 }
 
 TEST_F(BusyDefaultsTest, AreNotLookedForWhenTheListIsEmpty) {
     MarkerCalls calls{Dll().Handle()};
     const FunctionBaseHolder empty;
     EXPECT_FALSE(Dll().AddFunctionDefault(&empty));
-    EXPECT_EQ(calls.looked, Names{});
+    EXPECT_EQ(calls.opened, Names{});
 }
 
 TEST_F(BusyDefaultsTest, AreNotThoseWhoseUserSettingsAreBusy) {
@@ -331,14 +331,14 @@ TEST_F(BusyDefaultsTest, AreNotThoseWhoseUserSettingsAreBusy) {
 TEST_F(BusyDefaultsTest, AreNeverReplacedUnread) {
     const std::string before = Defaults();
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), before);
 }
 
 TEST_F(BusyDefaultsTest, AreWrittenWhenTheFileThatWasNotReadIsGone) {
     MarkerCalls calls{Dll().Handle()};
-    calls.BeBusyAtLook(1);
+    calls.BeBusyAtOpen(1);
     Replace({Record(1)});
     std::filesystem::remove(installation.DefaultsFile());
     Replace({Record(1)});
@@ -355,7 +355,7 @@ TEST_F(BusyDefaultsTest, AreSavedBetweenTheMakingAndTheClosingOfTheMarker) {
     };
     calls.beforeClose = [&] { EXPECT_EQ(Defaults(), OldDefaults(Written(1))); };
     Replace({Record(1)});
-    EXPECT_EQ(calls.made, (Names{DefaultsMarker}));
+    EXPECT_EQ(calls.created, (Names{DefaultsMarker}));
 }
 
 TEST_F(BusyDefaultsTest, AreSavedWithTheCommonSettingsThatCameInTheMeantime) {

@@ -17,7 +17,7 @@ namespace ZOTDam::Test {
 
 using Names = std::vector<std::wstring>;
 
-inline HANDLE AnyMutex(DWORD error) {
+inline HANDLE UnnamedMutex(DWORD error) {
     const HANDLE mutex = CreateMutexW(nullptr, FALSE, nullptr);
     SetLastError(error);
     return mutex;
@@ -34,19 +34,19 @@ public:
         current = this;
     }
 
-    Names looked;               // the names that the DLL tried to open
-    Names made;                 // the names that it tried to create
-    std::set<HANDLE> unclosed;  // the handles that it has not closed
+    Names opened;                  // the names that the DLL tried to open
+    Names created;                 // the names that it tried to create
+    std::set<HANDLE> openHandles;  // the handles that it has not closed
 
     std::function<std::optional<HANDLE>()> onOpen = [] { return std::nullopt; };
     std::function<std::optional<HANDLE>()> onCreate = [] { return std::nullopt; };
     std::function<void()> beforeClose = [] {};
 
     // Makes the n-th attempt to open a marker succeed, and only this one.
-    void BeBusyAtLook(std::size_t number) {
+    void BeBusyAtOpen(std::size_t number) {
         onOpen = [this, number]() -> std::optional<HANDLE> {
-            if (looked.size() == number)
-                return AnyMutex(ERROR_SUCCESS);
+            if (opened.size() == number)
+                return UnnamedMutex(ERROR_SUCCESS);
             return std::nullopt;
         };
     }
@@ -55,7 +55,7 @@ private:
     static HANDLE WINAPI Open(DWORD access, BOOL inherit, const wchar_t* name) {
         EXPECT_EQ(access, 0x00100001u);
         EXPECT_FALSE(inherit);
-        current->looked.emplace_back(name);
+        current->opened.emplace_back(name);
         const std::optional<HANDLE> answer = current->onOpen();
         return Keep(answer ? *answer : OpenMutexW(access, inherit, name));
     }
@@ -63,13 +63,13 @@ private:
     static HANDLE WINAPI Create(SECURITY_ATTRIBUTES* attributes, BOOL owned, const wchar_t* name) {
         EXPECT_EQ(attributes, nullptr);
         EXPECT_TRUE(owned);
-        current->made.emplace_back(name);
+        current->created.emplace_back(name);
         const std::optional<HANDLE> answer = current->onCreate();
         return Keep(answer ? *answer : CreateMutexW(attributes, owned, name));
     }
 
     static BOOL WINAPI Close(HANDLE handle) {
-        if (current->unclosed.erase(handle) != 0)
+        if (current->openHandles.erase(handle) != 0)
             current->beforeClose();
         return CloseHandle(handle);
     }
@@ -78,7 +78,7 @@ private:
     static HANDLE Keep(HANDLE handle) {
         const DWORD error = GetLastError();
         if (handle != nullptr)
-            current->unclosed.insert(handle);
+            current->openHandles.insert(handle);
         SetLastError(error);
         return handle;
     }
