@@ -236,7 +236,7 @@ TEST_P(OtherFormTest, UserSettingsAreReadAndKeepTheirOtherSchemes) {
     WriteUserSettings(OtherFormsOf(StoredTwoFunctions())[GetParam()].xml);
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
     EXPECT_TRUE(SetParameter(HighPerformance, {{1, {11, 12}}, {2, {13, 14}}}));
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
     Unload();
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
     EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {11, 12}}, {2, {13, 14}}}));
@@ -261,21 +261,21 @@ TEST_F(BadInputTest, ADocumentTypeWithEntitiesIsSurvived) {
     </Functions></R>)");
     WriteUserSettings(type + "<R>&file;" + OldScheme(BalancedText, OldFunction(1, 7, 8) + "&id;") + "</R>");
     CallEveryExport(Dll(), Balanced);
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
 TEST_F(BadInputTest, ADeclarationOfAnotherEncodingIsSurvived) {
     WriteDefaults("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + std::string{TwoFunctions});
     WriteUserSettings(Utf16("<?xml version=\"1.0\" encoding=\"UTF-8\"?>" + StoredTwoFunctions()));
     CallEveryExport(Dll(), Balanced);
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
 TEST_F(BadInputTest, Utf16WithoutAMarkIsSurvived) {
     WriteDefaults(Utf16(TwoFunctions));
     WriteUserSettings(Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + StoredTwoFunctions()));
     CallEveryExport(Dll(), Balanced);
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
 // ---- Another structure ----

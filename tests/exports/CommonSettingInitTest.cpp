@@ -124,7 +124,7 @@ TEST_F(CommonSettingInitTest, CopiesNamesWithTheirNamespaces) {
     WriteBase(R"(<ZOTBase xmlns:x="urn:x"><CommonSettings A="1" x:B="2"><x:C/></CommonSettings></ZOTBase>)");
     EXPECT_TRUE(Init());
     EXPECT_NE(Defaults().find("xmlns:x=\"urn:x\""), std::string::npos) << Defaults();
-    EXPECT_TRUE(IsXml(installation.DefaultsFile()));
+    EXPECT_TRUE(IsWellFormed(installation.DefaultsFile()));
     Unload();
     EXPECT_EQ(Setting(L"A"), L"1");
 }

@@ -242,7 +242,7 @@ TEST_F(CommonSettingWritingTest, TakesEveryXmlNameWithoutAColon) {
                                   std::wstring(5000, L'n')};
     for (const std::wstring& name : names)
         EXPECT_TRUE(Set(name, name)) << testing::PrintToString(std::wstring{name});
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
     Unload();
     for (const std::wstring& name : names)
         EXPECT_EQ(Setting(name), name.size() < TextCapacity ? std::optional{name} : Missing)
@@ -327,7 +327,7 @@ TEST_F(CommonSettingWritingTest, TakesEveryTextThatXmlCanCarry) {
                                    L"\xd83f\xdffe"};
     for (int i = 0; const std::wstring& value : values)
         EXPECT_TRUE(Set(L"V" + std::to_wstring(i++), value)) << i;
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
     Unload();
     for (int i = 0; const std::wstring& value : values)
         EXPECT_EQ(Setting(L"V" + std::to_wstring(i++)), value) << i;

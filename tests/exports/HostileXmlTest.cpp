@@ -139,7 +139,7 @@ TEST_P(BombTest, IsSurvivedByEveryExport) {
     const auto& [target, content] = GetParam();
     Write(target, content);
     CallEveryExport(Dll(), Balanced);
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
 using HarmlessEntityTest = HostileFileTest;
@@ -174,12 +174,12 @@ TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithACopiedFunction)
         [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
     EXPECT_TRUE(Dll().GetFunctionBase(&keep));
     Dll().AddFunctionDefault(&holder);
-    EXPECT_TRUE(IsXml(installation.DefaultsFile())) << Defaults();
+    EXPECT_TRUE(IsWellFormed(installation.DefaultsFile())) << Defaults();
 }
 
 TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithCopiedSettings) {
     Dll().InitCommonSetting();
-    EXPECT_TRUE(IsXml(installation.DefaultsFile())) << Defaults();
+    EXPECT_TRUE(IsWellFormed(installation.DefaultsFile())) << Defaults();
 }
 
 }  // namespace ZOTDam::Test

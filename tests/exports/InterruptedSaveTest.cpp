@@ -117,7 +117,7 @@ protected:
     void ExpectNextSaveWorks() {
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(9)));
         EXPECT_EQ(StoredValue(Balanced), 9);
-        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_TRUE(IsWellFormed(installation.UserFile()));
         EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     }
 };
@@ -151,7 +151,7 @@ TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
     const std::string before = UserSettings();
     SaveInExitingProcess();
     EXPECT_EQ(UserSettings() == before, !GetParam().isStored);
-    EXPECT_TRUE(IsXml(installation.UserFile()));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 1);
     EXPECT_EQ(StoredValue(HighPerformance), 5);
     ExpectNextSaveWorks();

@@ -252,7 +252,7 @@ protected:
     // Expects that the ended process left a complete file and no busy marker.
     void ExpectItsLastValues() {
         EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, UserMarker), nullptr);
-        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_TRUE(IsWellFormed(installation.UserFile()));
         EXPECT_EQ(GetParameter(Balanced), (Params{{1, {8, 8}}, {2, {8, 8}}}));
         EXPECT_TRUE(SetParameter(Balanced, {{1, {9, 9}}}));
         EXPECT_EQ(GetParameter(Balanced), (Params{{1, {9, 9}}, {2, {8, 8}}}));

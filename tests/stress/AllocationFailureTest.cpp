@@ -302,7 +302,7 @@ protected:
             use.effect == Use::Partly && HoldsStoredScheme(now.first) && HoldsWholeFunctions(now.second);
         EXPECT_TRUE(isStored || isOld || isPartly || IsKept(old)) << now.first << now.second;
         EXPECT_TRUE(isStored || isOld ||
-                    (IsXml(installation.UserFile()) && IsXml(installation.DefaultsFile())));
+                    (IsWellFormed(installation.UserFile()) && IsWellFormed(installation.DefaultsFile())));
     }
 
     // A file that could not be read may have been replaced. In this case a copy of it exists.

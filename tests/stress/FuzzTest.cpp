@@ -71,7 +71,7 @@ private:
         EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(input.file)));
         if (ReadFile(input.file) == input.content)
             return;
-        EXPECT_TRUE(IsXml(input.file)) << input.file << " was written as\n" << ReadFile(input.file);
+        EXPECT_TRUE(IsWellFormed(input.file)) << input.file << " was written as\n" << ReadFile(input.file);
         if (const auto copy = UnreadableCopyOf(input.file); std::filesystem::exists(copy)) {
             EXPECT_TRUE(ReadFile(copy) == input.content);
         }

@@ -275,7 +275,7 @@ protected:
     bool IsWhole() const {
         const std::filesystem::path copy = installation.ProgramData() / L"copy.xml";
         WriteFile(copy, ReadFileInUse(installation.UserFile()));
-        return IsXml(copy);
+        return IsWellFormed(copy);
     }
 
     // Suspends all processes at arbitrary points, as if the machine had stopped, and checks the file.
@@ -303,12 +303,12 @@ protected:
 
     // Checks that this process can read and write the file as usual.
     void ExpectNextSaveWorks() {
-        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_TRUE(IsWellFormed(installation.UserFile()));
         const std::optional<Stamp> last = StampIn(GetParameter(Balanced));
         EXPECT_TRUE(last && meeting.board->WasWritten(*last));
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(5)));
         EXPECT_EQ(StampIn(GetParameter(Balanced)), 5);
-        EXPECT_TRUE(IsXml(installation.UserFile()));
+        EXPECT_TRUE(IsWellFormed(installation.UserFile()));
         EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
         EXPECT_FALSE(std::filesystem::exists(UnreadableCopyOf(installation.UserFile())));
     }

@@ -30,7 +30,7 @@ inline bool Load(IXMLDOMDocument& document, const std::filesystem::path& file) {
     return document.load(source, &loaded) == S_OK && loaded == VARIANT_TRUE;
 }
 
-inline bool IsXml(const std::filesystem::path& file) {
+inline bool IsWellFormed(const std::filesystem::path& file) {
     const ComScope com;
     return Load(*NewDocument(), file);
 }

@@ -18,14 +18,14 @@ public:
         const OwnedBstr text{SysAllocString(xml.c_str())};
         VARIANT_BOOL loaded = VARIANT_FALSE;
         if (tree.document->loadXML(text.get(), &loaded) != S_OK)
-            throw std::invalid_argument{"no XML"};
+            throw std::invalid_argument{"not well-formed"};
         return tree;
     }
 
     static XmlTree OfFile(const std::filesystem::path& file) {
         XmlTree tree;
         if (!Load(*tree.document, file))
-            throw std::invalid_argument{"no XML file"};
+            throw std::invalid_argument{"not a well-formed file"};
         return tree;
     }
 
