@@ -99,7 +99,7 @@ TEST_P(BrokenFileTest, MayHaveAParameterEntity) {
 }
 
 TEST_P(BrokenFileTest, MayUseALargeEntityOften) {
-    Write(EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>");
+    Write(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>");
     ExpectObstacle("entity-bomb");
 }
 

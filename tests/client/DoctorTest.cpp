@@ -5,7 +5,7 @@ namespace ZOTDam::Test {
 
 namespace {
 
-std::string Replaced(std::string text, const std::string& part, const std::string& replacement) {
+std::string Replace(std::string text, const std::string& part, const std::string& replacement) {
     return text.replace(text.find(part), part.size(), replacement);
 }
 
@@ -21,7 +21,7 @@ class DoctorReportTest : public DoctorTest {
 protected:
     // Replaces the first occurrence of a part of a healthy file.
     void Change(File file, const std::string& part, const std::string& replacement) const {
-        WriteFile(PathOf(file), Replaced(Healthy(file), part, replacement));
+        WriteFile(PathOf(file), Replace(Healthy(file), part, replacement));
     }
 
     std::string OutputWith(DWORD exitStatus, const Arguments& arguments = {}) const {
@@ -110,9 +110,9 @@ TEST_F(DoctorReportTest, HasNullForTheElementOfAFileAsAWhole) {
 }
 
 TEST_F(DoctorReportTest, ListsTheFindingsInTheOrderOfTheFile) {
-    std::string defaults = Replaced(Healthy(File::Defaults), R"(Label="DarkKey")", R"(Label="NewKey")");
-    defaults = Replaced(defaults, R"(Flag="3")", R"(Flag="x")");
-    WriteDefaults(Replaced(defaults, R"(Warning="10"/>)", R"(Warning="10"><Eco/></CommonSettings>)"));
+    std::string defaults = Replace(Healthy(File::Defaults), R"(Label="DarkKey")", R"(Label="NewKey")");
+    defaults = Replace(defaults, R"(Flag="3")", R"(Flag="x")");
+    WriteDefaults(Replace(defaults, R"(Warning="10"/>)", R"(Warning="10"><Eco/></CommonSettings>)"));
     const Json findings = FindingsWith(1);
     ASSERT_EQ(findings.size(), 3u);
     EXPECT_EQ(findings[0]["kind"], "setting-as-element");
@@ -136,7 +136,7 @@ TEST_F(DoctorReportTest, TellsWhereAFileIsNoXml) {
 }
 
 TEST_F(DoctorReportTest, DoesNotLookForTheFunctionsOfARefusedCatalogue) {
-    std::string defaults = Replaced(Healthy(File::Defaults), R"(ID="2" )", R"(ID="-2" )");
+    std::string defaults = Replace(Healthy(File::Defaults), R"(ID="2" )", R"(ID="-2" )");
     WriteDefaults(defaults);
     EXPECT_EQ(FindingsWith(1).size(), 1u);
 }
@@ -167,7 +167,7 @@ TEST_F(DoctorReportTest, TakesAllNumbersThatTheLibraryReadsAsTheyStand) {
 TEST_F(DoctorReportTest, TakesTextsThatJustFit) {
     const std::string longest(TextCapacity - 1, 'n');
     Change(File::Defaults, "SleepKey", longest);
-    WriteStringTable(Replaced(HealthyStringTable(), "SleepKey", longest));
+    WriteStringTable(Replace(HealthyStringTable(), "SleepKey", longest));
     EXPECT_EQ(OutputWith(0), "no findings\n");
 }
 
@@ -242,7 +242,7 @@ TEST_F(DoctorReportTest, ExaminesTheStringTableOfALanguage) {
 
 TEST_F(DoctorReportTest, ExaminesTheStringTableOfTheUsersLanguage) {
     std::filesystem::create_directories(CopyFor(LanguageOfUser()).parent_path());
-    WriteFile(CopyFor(LanguageOfUser()), Replaced(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
+    WriteFile(CopyFor(LanguageOfUser()), Replace(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
     EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which StringTable.xml.mui lacks");
     EXPECT_EQ(GetFunctionInfo()[1].ac[1].second, L"NeverKey") << "in the library";
 }

@@ -56,10 +56,10 @@ std::vector<XmlCase> UnreadableContents() {
         {"AParameterEntity", "<!-- ]> --><!DOCTYPE R [<!ENTITY\r\n\t%\r\np ''>]><R/>"},
         {"AnEntityWithoutAText", "<!DOCTYPE R [<!ENTITY x "},
         {"AParameterEntityBomb", GrowingParameterEntities(4) + "<R/>"},
-        {"ALargeEntityUsedOften", EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>"},
-        {"ALargeEntityUsedOftenInUtf16", Utf16(EntityOf(100000) + "<R>" + Repeated("&x;", 10000) + "</R>")},
-        {"DeepNesting", Repeated("<A>", 100000) + Repeated("</A>", 100000)},
-        {"DeepNestingThatNeverEnds", Repeated("<A>", 100000)},
+        {"ALargeEntityUsedOften", EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>"},
+        {"ALargeEntityUsedOftenInUtf16", Utf16(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>")},
+        {"DeepNesting", Repeat("<A>", 100000) + Repeat("</A>", 100000)},
+        {"DeepNestingThatNeverEnds", Repeat("<A>", 100000)},
         {"AnHtmlPage", "<!DOCTYPE html><html><head><meta charset=utf-8><br></head></html>"},
     };
 }

@@ -60,7 +60,7 @@ protected:
 
     // The id and the two options of each command, in the order of the enumeration.
     using Resolved = std::vector<std::array<std::int32_t, 3>>;
-    Resolved ResolvedCommands(const GUID& scheme = Balanced) {
+    Resolved ResolveCommands(const GUID& scheme = Balanced) {
         Resolved resolved;
         for (const CommandInfoRecord& command : GetCommandInfo(scheme))
             resolved.push_back({command.id, command.option1, command.option2});
@@ -219,14 +219,14 @@ TEST_F(CommandInfoTest, BatteryHasItsOwnValueAndItsOwnItems) {
 TEST_F(CommandInfoTest, AFunctionWithoutItemsOnAPowerSourceHasTheOptionZeroThere) {
     WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = Command(1)}) +
                    FunctionWith(2, {.dcItems = Options({"20"}), .commands = Command(2)}));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 10, 0}, {2, 0, 20}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}, {2, 0, 20}}));
 }
 
 TEST_F(CommandInfoTest, AnOptionMayBeAnyNumber) {
     WriteFunctions(FunctionWith(
         1,
         {.acItems = Options({"-2147483648"}), .dcItems = Options({"2147483647"}), .commands = Command(1)}));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, INT_MIN, INT_MAX}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, INT_MIN, INT_MAX}}));
 }
 
 TEST_F(CommandInfoTest, AnItemWithoutOptionHasTheOneOfTheItemBeforeOnItsPowerSource) {
@@ -234,7 +234,7 @@ TEST_F(CommandInfoTest, AnItemWithoutOptionHasTheOneOfTheItemBeforeOnItsPowerSou
                                     .dcItems = "<DisplayItem/>",
                                     .commands = Command(1),
                                     .defaults = {1, 0}}));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 10, 0}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}}));
 }
 
 // ---- Selection and order of the commands ----
@@ -248,7 +248,7 @@ TEST_F(CommandInfoTest, GoesByAscendingFunctionIdAndThenByTheOrderOfTheFile) {
 TEST_F(CommandInfoTest, EachCommandHasTheOptionsOfItsFunction) {
     WriteFunctions(CommandingFunction(2, Command(1) + Command(2), {1, 1}) +
                    CommandingFunction(1, Command(1), {2, 0}));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 112, 120}, {1, 211, 221}, {2, 211, 221}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 120}, {1, 211, 221}, {2, 211, 221}}));
 }
 
 TEST_F(CommandInfoTest, GivesDuplicatesAsTheyStand) {
@@ -272,13 +272,13 @@ TEST_F(CommandInfoTest, LeavesNoCommandOutForWhatItHolds) {
 TEST_F(CommandInfoTest, TakesTheCommandsAndOptionsOfTheFirstOfTwoFunctionsOfTheSameId) {
     WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = Command(1)}) +
                    CommandingFunction(1, Command(2) + Command(3)));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 10, 0}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}}));
 }
 
 TEST_F(CommandInfoTest, AFunctionThatOnlyTheSchemeHoldsGivesNone) {
     WriteFunctions(CommandingFunction(1, Command(1)));
     WriteBalanced(OldFunction(99, 0, 0) + OldFunction(1, 1, 1) + OldFunction(-1, 0, 0));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 111, 121}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 121}}));
 }
 
 TEST_F(CommandInfoTest, PassesOverAllThatIsNoCommand) {
@@ -332,20 +332,20 @@ TEST_F(CommandInfoTest, TakesTheUsersValues) {
     WriteFunctions(CommandingFunction(1, Command(1), {1, 1}));
     WriteSchemes(OldScheme(HighPerformanceText, OldFunction(1, 0, 0)) +
                  OldScheme(BalancedText, OldFunction(1, 2, 0)));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 112, 120}}));
-    EXPECT_EQ(ResolvedCommands(HighPerformance), (Resolved{{1, 110, 120}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 120}}));
+    EXPECT_EQ(ResolveCommands(HighPerformance), (Resolved{{1, 110, 120}}));
 }
 
 TEST_F(CommandInfoTest, AdoptsAndStoresTheDefaultsOfASchemeThatIsReadForTheFirstTime) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 112, 121}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 1))));
 }
 
 TEST_F(CommandInfoTest, CompletesAndStoresASchemeThatLacksAFunction) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}) + CommandingFunction(2, Command(2), {2, 1}));
     WriteBalanced(OldFunction(1, 0, 0));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 110, 120}, {2, 212, 221}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 110, 120}, {2, 212, 221}}));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + NewFunction(2, 2, 1))));
 }
@@ -353,15 +353,15 @@ TEST_F(CommandInfoTest, CompletesAndStoresASchemeThatLacksAFunction) {
 TEST_F(CommandInfoTest, ReadsTheSchemeAnewForEachCall) {
     WriteFunctions(CommandingFunction(1, Command(1)));
     WriteBalanced(OldFunction(1, 1, 0));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 111, 120}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 120}}));
     WriteBalanced(OldFunction(1, 2, 1));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 112, 121}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
 }
 
 TEST_F(CommandInfoTest, TakesASchemeThatCannotBeStored) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 112, 121}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
 }
 
 TEST_F(CommandInfoTest, TakesTheSettingsInMemoryWhileTheFileIsBusy) {
@@ -370,13 +370,13 @@ TEST_F(CommandInfoTest, TakesTheSettingsInMemoryWhileTheFileIsBusy) {
     CommandIds();
     const SecondProcess other{HoldMutex, {UserMarker}};
     WriteBalanced(OldFunction(1, 2, 1));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 111, 120}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 120}}));
 }
 
 TEST_F(CommandInfoTest, AdoptsButDoesNotStoreTheDefaultsWhileTheFileIsBusy) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
     const SecondProcess other{HoldMutex, {UserMarker}};
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{1, 112, 121}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
     EXPECT_FALSE(HasUserSettings());
 }
 
@@ -429,7 +429,7 @@ TEST_F(CommandInfoTest, AnEmptySchemeGivesTheFirstOptionsOfTheFirstFunctionWithC
     WriteFunctions(CommandingFunction(1, "") + CommandingFunction(2, Command(4) + Command(5), {2, 1}) +
                    CommandingFunction(3, Command(6)));
     WriteSchemes(scheme);
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{4, 210, 220}, {5, 210, 220}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{4, 210, 220}, {5, 210, 220}}));
     EXPECT_EQ(UserSettings(), OldUserFile(scheme));
 }
 
@@ -452,7 +452,7 @@ TEST_F(CommandInfoTest, ASchemeThatTheDisplayEmptiesGivesTheCommandsOfTheFirstFu
     const FakeDisplay display{Dll().Handle(), {60}};
     WriteFunctions(RateFunction(7, Command(7)) + CommandingFunction(9, Command(9)));
     WriteBalanced(OldFunction(7, 1, 1));
-    EXPECT_EQ(ResolvedCommands(), (Resolved{{7, 60, 0}}));
+    EXPECT_EQ(ResolveCommands(), (Resolved{{7, 60, 0}}));
 }
 
 // ---- The callback ----

@@ -41,12 +41,12 @@ std::string NewFileWith(const std::string& settings, const std::string& further 
 class CommonSettingWritingTest : public CommonSettingsTest {
 protected:
     // Unloads the library and reads the stored value with a newly loaded one.
-    std::optional<std::wstring> Reloaded(const std::wstring& name) {
+    std::optional<std::wstring> ReloadAndRead(const std::wstring& name) {
         Unload();
         return Setting(name);
     }
 
-    void ExpectRefusal(const std::wstring& name, const std::wstring& value) {
+    void ExpectRejected(const std::wstring& name, const std::wstring& value) {
         EXPECT_FALSE(Set(name, value));
         EXPECT_EQ(UserSettings(), FileWith("Old=\"1\""));
         EXPECT_EQ(Setting(L"Old"), L"1");
@@ -157,7 +157,7 @@ TEST_F(CommonSettingWritingTest, IsReadBackAtOnce) {
 
 TEST_F(CommonSettingWritingTest, IsReadBackByALibraryThatIsLoadedLater) {
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(Reloaded(L"Name"), L"value");
+    EXPECT_EQ(ReloadAndRead(L"Name"), L"value");
 }
 
 TEST_F(CommonSettingWritingTest, IsReadByAnotherProcess) {
@@ -191,12 +191,12 @@ TEST_F(CommonSettingWritingTest, OfAnEmptyValueHidesTheDefaultToo) {
     WriteDefaultValues(R"(Name="default")");
     EXPECT_TRUE(Set(L"Name", L""));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="")"));
-    EXPECT_EQ(Reloaded(L"Name"), L"");
+    EXPECT_EQ(ReloadAndRead(L"Name"), L"");
 }
 
 TEST_F(CommonSettingWritingTest, TakesAValueOf259Units) {
     EXPECT_TRUE(Set(L"Name", std::wstring(259, L'x')));
-    EXPECT_EQ(Reloaded(L"Name"), std::wstring(259, L'x'));
+    EXPECT_EQ(ReloadAndRead(L"Name"), std::wstring(259, L'x'));
 }
 
 TEST_F(CommonSettingWritingTest, StoresALongerValueThatNoReadGives) {
@@ -205,7 +205,7 @@ TEST_F(CommonSettingWritingTest, StoresALongerValueThatNoReadGives) {
         EXPECT_TRUE(Set(L"Name", std::wstring(length, L'x')));
         EXPECT_EQ(UserSettings().find("Name=\"" + std::string(length, 'x') + "\""),
                   UserSettings().find("Name="));
-        EXPECT_EQ(Reloaded(L"Name"), L"default");
+        EXPECT_EQ(ReloadAndRead(L"Name"), L"default");
     }
 }
 
@@ -255,7 +255,7 @@ TEST_F(CommonSettingWritingTest, RefusesANameThatIsNone) {
          {L"",   L" ",  L"1",  L"1a",  L"-a", L".a", L"a b", L" a", L"a ", L"a\t",  L"a\n",   L"a<",
           L"a>", L"a&", L"a'", L"a\"", L"a=", L"a/", L"a?",  L"a!", L"a@", L"a$",   L"a(",    L"a+",
           L"a,", L"a;", L"a[", L"a\\", L"a^", L"a`", L"a{",  L"a|", L"a~", L"\xb7", L"\x300", L"\x203f"})
-        ExpectRefusal(name, L"value");
+        ExpectRejected(name, L"value");
 }
 
 TEST_F(CommonSettingWritingTest, RefusesCharactersThatNoNameHas) {
@@ -264,8 +264,8 @@ TEST_F(CommonSettingWritingTest, RefusesCharactersThatNoNameHas) {
          {L'\x1',    L'\x1f',   L'\x7f',   L'\xa0',   L'\xbf',   L'\xd7',   L'\xf7',   L'\x37e',
           L'\x2000', L'\x200b', L'\x200e', L'\x203e', L'\x2041', L'\x206f', L'\x2190', L'\x2bff',
           L'\x2ff0', L'\x3000', L'\xe000', L'\xf8ff', L'\xfdd0', L'\xfdef', L'\xfffe', L'\xffff'}) {
-        ExpectRefusal(std::wstring{character}, L"value");
-        ExpectRefusal(std::wstring{L'a', character}, L"value");
+        ExpectRejected(std::wstring{character}, L"value");
+        ExpectRejected(std::wstring{L'a', character}, L"value");
     }
 }
 
@@ -281,9 +281,9 @@ TEST_F(CommonSettingWritingTest, RefusesANameWithAColon) {
 
 TEST_F(CommonSettingWritingTest, RefusesTheNameOfANamespaceDeclaration) {
     WriteUserValues(R"(Old="1")");
-    ExpectRefusal(L"xmlns", L"urn:x");
-    ExpectRefusal(L"xmlns", L"");
-    ExpectRefusal(L"xmlns:a", L"urn:x");
+    ExpectRejected(L"xmlns", L"urn:x");
+    ExpectRejected(L"xmlns", L"");
+    ExpectRejected(L"xmlns:a", L"urn:x");
 }
 
 TEST_F(CommonSettingWritingTest, RefusesANameWithHalfASurrogatePairOrOneBeyondTheNames) {
@@ -292,7 +292,7 @@ TEST_F(CommonSettingWritingTest, RefusesANameWithHalfASurrogatePairOrOneBeyondTh
                                       L"\xd83d"
                                       L"a",
                                       L"\xd83d\xd83d\xde00", L"\xdb80\xdc00", L"a\xdbff\xdfff"})
-        ExpectRefusal(name, L"value");
+        ExpectRejected(name, L"value");
 }
 
 // ---- Values ----
@@ -338,8 +338,8 @@ TEST_F(CommonSettingWritingTest, RefusesControlCharacters) {
     for (wchar_t character = 1; character < L' '; ++character) {
         if (character == L'\t' || character == L'\n' || character == L'\r')
             continue;
-        ExpectRefusal(L"Name", std::wstring{character});
-        ExpectRefusal(L"Name", std::wstring{L'a', character, L'b'});
+        ExpectRejected(L"Name", std::wstring{character});
+        ExpectRejected(L"Name", std::wstring{L'a', character, L'b'});
     }
 }
 
@@ -354,7 +354,7 @@ TEST_F(CommonSettingWritingTest, RefusesTextThatIsNotUnicode) {
           L"\xde00\xd83d", L"\xd83d\xd83d\xde00", L"\xd83d\xde00\xde00", L"\xfffe", L"\xffff",
           L"a\xffff"
           L"b"})
-        ExpectRefusal(L"Name", value);
+        ExpectRejected(L"Name", value);
 }
 
 TEST_F(CommonSettingWritingTest, OfARefusedValueKeepsTheOldOne) {

@@ -50,7 +50,7 @@ TEST_F(DifferenceTextsTest, OfAFunctionWithoutANameHaveALineOfTheirOwn) {
 TEST_F(DifferenceTextsTest, OfAFunctionThatLacksItsNameBearTheOneOfTheFunctionBefore) {
     WriteFunctions(NamedFunction(1, "Dim") + Function(2));
     Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 0, 0) + OldFunction(2, 1, 1));
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
 }
 
 // ---- Missing translations ----
@@ -71,7 +71,7 @@ TEST_F(DifferenceTextsTest, WithoutATranslatedNameHaveItsKey) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound") + NamedFunction(3, "Rate"));
     StoreDifferent({1, 2, 3});
     WriteEntries(R"(<data name="Sound"/><data><value>no</value></data>)" + Entry("rate", "Refresh rate"));
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Sound\n\r- Refresh rate\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r- Sound\n\r- Refresh rate\n\r");
 }
 
 TEST_F(DifferenceTextsTest, WithoutATranslatedLabelHaveAnEmptyLine) {
@@ -109,7 +109,7 @@ TEST_F(DifferenceTextsTest, OfAFunctionWithoutItemsHaveAnEmptyLine) {
     WriteFunctions(NamedFunction(1, "Dim") + Function(2));
     StoreDifferent({1, 2});
     Translate({{"AcOn", "On"}});
-    EXPECT_EQ(ComparedValues(), L"On\n\r\n\r");
+    EXPECT_EQ(CompareValues(), L"On\n\r\n\r");
 }
 
 // ---- Names that stay translated ----
@@ -117,11 +117,11 @@ TEST_F(DifferenceTextsTest, OfAFunctionWithoutItemsHaveAnEmptyLine) {
 TEST_F(DifferenceTextsTest, LeaveTheTextOfAListedNameAsItsKey) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}, {"Black", "Night"}});
-    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
-    EXPECT_EQ(ComparedNames(), L"- Black\n\r");
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Night"}));
-    EXPECT_EQ(ComparedNames(), L"- Night\n\r");
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Night"}));
+    EXPECT_EQ(CompareNames(), L"- Dark\n\r");
+    EXPECT_EQ(CompareNames(), L"- Black\n\r");
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{L"Night"}));
+    EXPECT_EQ(CompareNames(), L"- Night\n\r");
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{L"Night"}));
 }
 
 TEST_F(DifferenceTextsTest, LeaveTheKeysOfAllElse) {
@@ -133,28 +133,28 @@ TEST_F(DifferenceTextsTest, LeaveTheKeysOfAllElse) {
                {"Group1Name", "Displays"},
                {"AcOn", "On"},
                {"On", "Lit"}});
-    EXPECT_EQ(ComparedValues(), L"On\n\r");
-    EXPECT_EQ(ComparedValues(), L"On\n\r");
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark", L"Tone"}));
+    EXPECT_EQ(CompareValues(), L"On\n\r");
+    EXPECT_EQ(CompareValues(), L"On\n\r");
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{L"Dark", L"Tone"}));
     StoreDifferent({1, 2});
-    EXPECT_EQ(ComparedNames(), L"- Dark\n\r- Tone\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dark\n\r- Tone\n\r");
 }
 
 TEST_F(DifferenceTextsTest, ForgetTheTextsWhenTheLibraryIsLoadedAnew) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
-    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dark\n\r");
     Unload();
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark"}));
-    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{L"Dark"}));
+    EXPECT_EQ(CompareNames(), L"- Dark\n\r");
 }
 
 TEST_F(DifferenceTextsTest, HaveTheKeysThatGetFunctionInfoLeaves) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark"}));
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{L"Dark"}));
-    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{L"Dark"}));
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{L"Dark"}));
+    EXPECT_EQ(CompareNames(), L"- Dark\n\r");
 }
 
 // ---- Strings that do not fit ----
@@ -188,7 +188,7 @@ TEST_F(LongDifferencesTest, AreCutInsideAName) {
 
 TEST_F(LongDifferencesTest, HaveTranslationsThatAreThemselvesCut) {
     CompareTranslated(std::string(300, 'n'), std::string(300, 'v'));
-    EXPECT_EQ(InformedNames(), (std::vector<std::wstring>{std::wstring(LongestText, L'n')}));
+    EXPECT_EQ(FunctionNames(), (std::vector<std::wstring>{std::wstring(LongestText, L'n')}));
     EXPECT_EQ(Compare(), (Difference{true, L"- " + std::wstring(LongestText - 2, L'n'),
                                      std::wstring(LongestText, L'v')}));
 }
@@ -210,7 +210,7 @@ TEST_F(LongDifferencesTest, AreNotCutInsideASurrogatePairOfAValue) {
     WriteFunctions(NamedFunction(1, "Dim") + FunctionWith(2, {.acItems = Labels({"Low", "High"})}));
     StoreDifferent({1, 2});
     Translate({{"AcOn", "On"}, {"High", std::string(254, 'v') + "\U0001F50B"}});
-    EXPECT_EQ(ComparedValues(), L"On\n\r" + std::wstring(254, L'v'));
+    EXPECT_EQ(CompareValues(), L"On\n\r" + std::wstring(254, L'v'));
 }
 
 TEST_F(LongDifferencesTest, HaveTranslationsThatAreNotCutInsideASurrogatePair) {

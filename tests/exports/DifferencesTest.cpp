@@ -47,7 +47,7 @@ TEST_P(OtherModeTest, TranslatesNoName) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
     Compare(GetParam());
-    EXPECT_EQ(ComparedNames(), L"- Dark\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dark\n\r");
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, OtherModeTest,
@@ -83,7 +83,7 @@ TEST_F(DifferencesTest, AreThoseOfNumbersAndNotOfOptions) {
 
 TEST_F(DifferencesTest, AreReadAnewForEachCall) {
     WriteDifferentDim();
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     WriteDimAt(0);
     EXPECT_EQ(Compare(), None);
 }
@@ -105,7 +105,7 @@ TEST_F(DifferencesTest, MakeTheAllZeroSchemeEnterTheFile) {
 TEST_F(DifferencesTest, OfFunctionsThatTheCatalogueLacksAreNotListed) {
     WriteFunctions(NamedFunction(1, "Dim"));
     StoreDifferent({-1, 1, 99});
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, AreNoneWithAnEmptyCatalogue) {
@@ -130,14 +130,14 @@ TEST_F(DifferencesTest, OfAFunctionThatTheDisplayHidesAreNotListed) {
     const FakeDisplay display{Dll().Handle(), {}};
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
     StoreDifferent({1, 7});
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, OfAFunctionThatTheDisplayServesAreListed) {
     const FakeDisplay display{Dll().Handle(), {60}};
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
     StoreDifferent({1, 7});
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Rate\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r- Rate\n\r");
 }
 
 // The display changes after the first scheme is read.
@@ -146,8 +146,8 @@ TEST_F(DifferencesTest, OfAFunctionThatOnlyTheSecondSchemeHasAreNotListed) {
     display.ChangeAfterFirstMode({60});
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
     StoreDifferent({1, 7});
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
-    EXPECT_EQ(display.AskedNumbers(), (std::vector<DWORD>{0, 0}));
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
+    EXPECT_EQ(display.QueriedNumbers(), (std::vector<DWORD>{0, 0}));
 }
 
 TEST_F(DifferencesTest, OfAFunctionThatOnlyTheFirstSchemeHasAreNotListed) {
@@ -155,8 +155,8 @@ TEST_F(DifferencesTest, OfAFunctionThatOnlyTheFirstSchemeHasAreNotListed) {
     display.ChangeAfterFirstMode({});
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
     StoreDifferent({1, 7});
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
-    EXPECT_EQ(display.AskedNumbers(), (std::vector<DWORD>{0, 0}));
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
+    EXPECT_EQ(display.QueriedNumbers(), (std::vector<DWORD>{0, 0}));
 }
 
 // ---- The order ----
@@ -164,14 +164,14 @@ TEST_F(DifferencesTest, OfAFunctionThatOnlyTheFirstSchemeHasAreNotListed) {
 TEST_F(DifferencesTest, OfTheLeadingGroupComeFirst) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", LeadingGroup));
     StoreDifferent({1, 2});
-    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Sound\n\r- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, HaveTheirValuesInTheSameOrder) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", LeadingGroup));
     Store(OldFunction(1, 0, 0) + OldFunction(2, 1, 1), OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
     Translate({{"AcOn", "On"}, {"AcOff", "Off"}});
-    EXPECT_EQ(ComparedValues(), L"Off\n\rOn\n\r");
+    EXPECT_EQ(CompareValues(), L"Off\n\rOn\n\r");
 }
 
 TEST_F(DifferencesTest, GoByAscendingIdInTheLeadingGroupAndInTheRest) {
@@ -179,13 +179,13 @@ TEST_F(DifferencesTest, GoByAscendingIdInTheLeadingGroupAndInTheRest) {
                    NamedFunction(5, "A", LeadingGroup) + NamedFunction(200, "F") + NamedFunction(30, "E") +
                    NamedFunction(4, "D"));
     StoreDifferent({40, 200, 4, 5, 30, 300});
-    EXPECT_EQ(ComparedNames(), L"- A\n\r- B\n\r- C\n\r- D\n\r- E\n\r- F\n\r");
+    EXPECT_EQ(CompareNames(), L"- A\n\r- B\n\r- C\n\r- D\n\r- E\n\r- F\n\r");
 }
 
 TEST_F(DifferencesTest, MayAllBeOfTheLeadingGroup) {
     WriteFunctions(NamedFunction(2, "Dim", LeadingGroup) + NamedFunction(1, "Sound", LeadingGroup));
     StoreDifferent({1, 2});
-    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Sound\n\r- Dim\n\r");
 }
 
 class OtherGroupTest : public DifferencesTest, public testing::WithParamInterface<XmlCase> {};
@@ -193,7 +193,7 @@ class OtherGroupTest : public DifferencesTest, public testing::WithParamInterfac
 TEST_P(OtherGroupTest, DoesNotLead) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", GetParam().xml));
     StoreDifferent({1, 2});
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r- Sound\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r- Sound\n\r");
 }
 
 INSTANTIATE_TEST_SUITE_P(Groups, OtherGroupTest,
@@ -209,14 +209,14 @@ TEST_F(DifferencesTest, AreGroupedByTheKeyOfTheGroupAndNotByItsText) {
     WriteFunctions(NamedFunction(1, "Dim", "Displays") + NamedFunction(2, "Sound", LeadingGroup));
     StoreDifferent({1, 2});
     Translate({{"Displays", "Group1Name"}, {"Group1Name", "Other"}});
-    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Sound\n\r- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, OfAFunctionThatLacksItsGroupGoWithTheOneOfTheFunctionBefore) {
     WriteFunctions(NamedFunction(3, "Sound", LeadingGroup) +
                    FunctionWith(4, {.attributes = R"(Name="Rate")"}) + NamedFunction(1, "Dim"));
     StoreDifferent({1, 3, 4});
-    EXPECT_EQ(ComparedNames(), L"- Sound\n\r- Rate\n\r- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Sound\n\r- Rate\n\r- Dim\n\r");
 }
 
 // ---- Null buffers ----
@@ -254,14 +254,14 @@ TEST_F(DifferencesTest, TranslateTheNamesWithoutAnyBuffer) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Dc, nullptr, nullptr));
-    EXPECT_EQ(ComparedNames(), L"- Black\n\r");
+    EXPECT_EQ(CompareNames(), L"- Black\n\r");
 }
 
 // ---- Loading the schemes ----
 
 TEST_F(DifferencesTest, MakeBothSchemesEnterTheFile) {
     WriteDifferentDefaults();
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     EXPECT_EQ(UserSettings(), BothAdopted());
 }
 
@@ -270,7 +270,7 @@ TEST_F(DifferencesTest, CompleteAndStoreBothSchemes) {
                    FunctionWith(2, {.attributes = R"(Name="Sound")",
                                     .defaultItems = DefaultItem(BalancedText, {3, 3})}));
     Store(OldFunction(1, 0, 0), OldFunction(1, 0, 0));
-    EXPECT_EQ(ComparedNames(), L"- Sound\n\r");
+    EXPECT_EQ(CompareNames(), L"- Sound\n\r");
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + OldFunction(2, 3, 3)) +
                           OldScheme(HighPerformanceText, OldFunction(1, 0, 0) + NewFunction(2, 0, 0))));
@@ -307,7 +307,7 @@ TEST_F(DifferencesTest, AreNoneWithoutACatalogue) {
 TEST_F(DifferencesTest, AreFoundWhileTheFileIsBusy) {
     WriteDifferentDefaults();
     const SecondProcess other{HoldMutex, {UserMarker}};
-    EXPECT_EQ(ComparedNames(), L"- Dim\n\r");
+    EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     EXPECT_FALSE(HasUserSettings());
 }
 

@@ -354,7 +354,7 @@ protected:
         auto callback = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
             if (records.empty())
                 atFirstItem();
-            records.push_back(Kept(*record));
+            records.push_back(CopyOf(*record));
         });
         EXPECT_TRUE(Dll().GetFunctionBase(&callback));
         return records;

@@ -7,7 +7,7 @@ namespace ZOTDam::Test {
 
 class FunctionDefaultsInputTest : public FunctionDefaultsTest {
 protected:
-    void ExpectRefusal(const FunctionBaseHolder* holder) {
+    void ExpectRejected(const FunctionBaseHolder* holder) {
         const std::string before = Defaults();
         EXPECT_FALSE(Dll().AddFunctionDefault(holder));
         EXPECT_EQ(Defaults(), before);
@@ -24,12 +24,12 @@ protected:
 // ---- No records ----
 
 TEST_F(FunctionDefaultsInputTest, NoHolderIsRefused) {
-    ExpectRefusal(nullptr);
+    ExpectRejected(nullptr);
 }
 
 TEST_F(FunctionDefaultsInputTest, AnEmptyListIsRefused) {
     const FunctionBaseHolder empty;
-    ExpectRefusal(&empty);
+    ExpectRejected(&empty);
 }
 
 TEST_F(FunctionDefaultsInputTest, AnEmptyListReadsNoFile) {
@@ -43,7 +43,7 @@ TEST_F(FunctionDefaultsInputTest, AnEmptyListReadsNoFile) {
 TEST_F(FunctionDefaultsInputTest, AListThatWasEmptiedIsRefused) {
     FunctionBaseHolder holder = HolderOf({Record(1)});
     holder.records.clear();
-    ExpectRefusal(&holder);
+    ExpectRejected(&holder);
 }
 
 TEST_F(FunctionDefaultsInputTest, AListIsRefusedAfterExit) {
@@ -59,13 +59,13 @@ TEST_F(FunctionDefaultsInputTest, AListIsRefusedAfterExit) {
 TEST_F(FunctionDefaultsInputTest, AListWhoseCountIsZeroIsEmptyWhateverItsLinks) {
     FunctionBaseHolder holder = HolderOf({Record(1)});
     const ClaimedCount none{holder.records, 0};
-    ExpectRefusal(&holder);
+    ExpectRejected(&holder);
 }
 
 TEST_F(FunctionDefaultsInputTest, AListWhoseCountIsZeroIsNotEvenFollowed) {
     FunctionBaseHolder holder;
     ListLinks* const sentinel = std::exchange(Raw(holder.records).head, nullptr);
-    ExpectRefusal(&holder);
+    ExpectRejected(&holder);
     Raw(holder.records).head = sentinel;
 }
 
@@ -143,7 +143,7 @@ TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeReadWithItsNodes) {
 
 TEST_F(FunctionDefaultsInputTest, MayBeRefusedWithoutAReadOfTheClientsWord) {
     const ReadOnlyRecords records{{}};
-    ExpectRefusal(records.get());
+    ExpectRejected(records.get());
 }
 
 class ReferenceTest : public FunctionDefaultsInputTest {

@@ -137,9 +137,9 @@ TEST_F(WrittenNodesTest, MayBeOneNode) {
 }
 
 TEST_F(WrittenNodesTest, StayWhereTheyWere) {
-    const std::wstring before = Described(client.Root().get());
+    const std::wstring before = Describe(client.Root().get());
     Replace({RecordWithNodes(1, display, defaults)});
-    EXPECT_EQ(Described(client.Root().get()), before);
+    EXPECT_EQ(Describe(client.Root().get()), before);
 }
 
 TEST_F(WrittenNodesTest, AreNoLongerNeededAfterTheCall) {
@@ -158,8 +158,8 @@ TEST_F(WrittenNodesTest, KeepTheNamespaceThatWasDeclaredAroundThem) {
     const Node second = source.Find(L"/S/*[2]");
     Replace({RecordWithNodes(1, first, second)});
     const XmlTree file = XmlTree::OfFile(installation.DefaultsFile());
-    EXPECT_EQ(Described(file.Find(L"//Function/*[1]").get()), Described(first.get()));
-    EXPECT_EQ(Described(file.Find(L"//Function/*[2]").get()), Described(second.get()));
+    EXPECT_EQ(Describe(file.Find(L"//Function/*[1]").get()), Describe(first.get()));
+    EXPECT_EQ(Describe(file.Find(L"//Function/*[2]").get()), Describe(second.get()));
 }
 
 // ---- Nodes of the base catalogue ----
@@ -196,7 +196,7 @@ protected:
 
     // Describes the given child of a function in the file.
     static std::wstring In(const std::filesystem::path& file, int id, const std::wstring& name) {
-        return Described(
+        return Describe(
             XmlTree::OfFile(file).Find(L"//Function[@ID='" + std::to_wstring(id) + L"']/" + name).get());
     }
 };
@@ -221,10 +221,10 @@ TEST_F(AdoptedBaseTest, HasOneOfEachElementInItsOrder) {
 
 TEST_F(AdoptedBaseTest, StaysAsItWas) {
     const FunctionBaseHolder base = Base();
-    const std::wstring display = Described(base.records.begin()->displayNode.get());
+    const std::wstring display = Describe(base.records.begin()->displayNode.get());
     Replace(base);
     EXPECT_EQ(ReadFile(installation.BaseFile()), RichBase);
-    EXPECT_EQ(Described(Base().records.begin()->displayNode.get()), display);
+    EXPECT_EQ(Describe(Base().records.begin()->displayNode.get()), display);
 }
 
 TEST_F(AdoptedBaseTest, IsAdoptedTwiceAsOnce) {

@@ -362,7 +362,7 @@ protected:
             MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t id, const FunctionRecord* function) {
                 if (infos.empty())
                     atFirstItem();
-                infos.push_back(Kept(id, *function));
+                infos.push_back(CopyOf(id, *function));
             });
         EXPECT_TRUE(Dll().GetFunctionInfo(&callback));
         return infos;

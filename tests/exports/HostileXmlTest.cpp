@@ -66,10 +66,10 @@ protected:
     }
 
     void WriteHostileFile() const {
-        const std::string uri = "file:///" + Replaced(Folder().generic_string(), " ", "%20");
-        const std::string xml = FilledIn(File(), std::get<HostileContent>(GetParam()));
+        const std::string uri = "file:///" + Replace(Folder().generic_string(), " ", "%20");
+        const std::string xml = FillIn(File(), std::get<HostileContent>(GetParam()));
         WriteFile((installation.*File().file)(),
-                  Replaced(Replaced(xml, "[uri]", uri), "[folder]", Folder().string()));
+                  Replace(Replace(xml, "[uri]", uri), "[folder]", Folder().string()));
     }
 };
 
@@ -115,15 +115,15 @@ std::vector<HostileContent> EntityBombs() {
         {"AnEntityOfItself", R"(<!DOCTYPE R [<!ENTITY x "&y;"><!ENTITY y "&x;">]>)", "&x;", "&x;"},
         {"ParameterEntities", GrowingParameterEntities(30)},
         {"FewerParameterEntities", GrowingParameterEntities(4)},
-        {"ALargeEntityInElements", EntityOf(100000), "plain", Repeated("&x;", 10)},
-        {"ALargeEntityInAttributes", EntityOf(100000), Repeated("&x;", 10)},
-        {"ALargeEntityInManyElements", EntityOf(100000), "plain", Repeated("&x;", 10000)},
-        {"ALargeEntityInManyAttributes", EntityOf(100000), Repeated("&x;", 10000)},
-        {"ASmallEntityOverAndOverInElements", EntityOf(10), "plain", Repeated("&x;", 100000)},
-        {"ASmallEntityOverAndOverInAttributes", EntityOf(10), Repeated("&x;", 100000)},
-        {"DeepNesting", {}, "plain", Repeated("<A>", 100000) + Repeated("</A>", 100000)},
-        {"DeepNestingThatFits", {}, "plain", Repeated("<A>", 240) + Repeated("</A>", 240)},
-        {"DeepNestingThatNeverEnds", {}, "plain", Repeated("<A>", 100000)},
+        {"ALargeEntityInElements", EntityOf(100000), "plain", Repeat("&x;", 10)},
+        {"ALargeEntityInAttributes", EntityOf(100000), Repeat("&x;", 10)},
+        {"ALargeEntityInManyElements", EntityOf(100000), "plain", Repeat("&x;", 10000)},
+        {"ALargeEntityInManyAttributes", EntityOf(100000), Repeat("&x;", 10000)},
+        {"ASmallEntityOverAndOverInElements", EntityOf(10), "plain", Repeat("&x;", 100000)},
+        {"ASmallEntityOverAndOverInAttributes", EntityOf(10), Repeat("&x;", 100000)},
+        {"DeepNesting", {}, "plain", Repeat("<A>", 100000) + Repeat("</A>", 100000)},
+        {"DeepNestingThatFits", {}, "plain", Repeat("<A>", 240) + Repeat("</A>", 240)},
+        {"DeepNestingThatNeverEnds", {}, "plain", Repeat("<A>", 100000)},
     };
 }
 

@@ -162,23 +162,23 @@ TEST_F(RefreshRateTest, AsksThePrimaryDisplay) {
 
 TEST_F(RefreshRateTest, AsksForEveryModeWhenARateIsMissing) {
     IsShown(Options({"60", "48"}), {60, 75, 100});
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 2, 3}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 2, 3}));
 }
 
 TEST_F(RefreshRateTest, StopsAskingWhenBothRatesAreFound) {
     IsShown(Options({"60", "48"}), {60, 48, 75});
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
 TEST_F(RefreshRateTest, StopsAskingAtTheFirstModeThatHasBothRates) {
     IsShown(Options({"60", "60"}), {60, 48, 75});
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0}));
 }
 
 TEST_F(RefreshRateTest, AsksAnewForEachFunctionByAscendingId) {
     OnA60HzDisplay(RateFunction(8, Options({"60", "60"})) + RateFunction(7, Options({"60", "48"})),
                    OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 0}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 0}));
 }
 
 TEST_F(RefreshRateTest, AsksAnewForEachCall) {
@@ -193,7 +193,7 @@ TEST_F(RefreshRateTest, AsksAnewForEachCall) {
 TEST_F(RefreshRateTest, AsksWithAStructureOfZeros) {
     OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + RateFunction(8, Options({"60", "48"})),
                    OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
-    ASSERT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
+    ASSERT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
     const DEVMODEW zeros = {};
     for (const std::size_t first : {0, 2}) {
         const DEVMODEW& received = display->Calls()[first].received;
@@ -264,7 +264,7 @@ TEST_F(RefreshRateTest, AnItemWithoutOptionHasTheOneOfTheItemBefore) {
 
 TEST_F(RefreshRateTest, AFirstItemWithoutOptionHasTheOptionZero) {
     EXPECT_TRUE(IsShown(R"(<DisplayItem/><DisplayItem Option="48"/>)", {0, 48}));
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
 TEST_F(RefreshRateTest, ItemsWithoutAnyOptionHaveTheOptionZero) {
@@ -293,7 +293,7 @@ TEST_F(RefreshRateTest, ItemsPassNeitherToAFunctionWithoutAc) {
 TEST_F(RefreshRateTest, TakesTheItemsOfTheFirstOfTwoFunctionsOfTheSameId) {
     EXPECT_TRUE(
         AreShown(RateFunction(7, Options({"60", "60"})) + RateFunction(7, Options({"60", "48"})), {60}));
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0}));
 }
 
 TEST_F(RefreshRateTest, TakesTheFirstOfTwoAcLists) {
@@ -316,7 +316,7 @@ TEST_F(RefreshRateTest, PassesOverAllThatIsNoDisplayItem) {
         <displayitem Option="48"/><Group><DisplayItem Option="48"/></Group>
         <DisplayItem option="48" Option="60"><DisplayItem Option="48"/></DisplayItem>)",
                         {60}));
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0}));
 }
 
 class OptionNumberTest : public RefreshRateTest, public testing::WithParamInterface<NumberText> {};
@@ -325,7 +325,7 @@ TEST_P(OptionNumberTest, IsARate) {
     const auto& [name, text, value] = GetParam();
     const auto rate = static_cast<DWORD>(value);
     EXPECT_TRUE(IsShown(Options({text, "1000"}), {rate, 1000}));
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
 TEST_P(OptionNumberTest, IsNoRateTwoAside) {
@@ -392,12 +392,12 @@ TEST_F(RefreshRateTest, CompletesOnWhenSomethingIsLeft) {
 TEST_F(RefreshRateTest, JudgesOnWhenAllIsHidden) {
     const std::string rates = Options({"60", "48"});
     OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates), OldFunction(7, 3, 4));
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
 }
 
 TEST_F(RefreshRateTest, JudgesForAnEmptySchemeToo) {
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})), ""), Params{});
-    EXPECT_EQ(display->AskedNumbers(), (std::vector<DWORD>{0, 1}));
+    EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
 TEST_F(RefreshRateTest, StoresAnUnchangedSchemeWhenItHidesAllThatItHeldAndCompleted) {

@@ -24,37 +24,36 @@ const Params ThreeDefaultParams{{1, {11, 12}}, {2, {21, 22}}, {3, {31, 32}}};
 class SchemeReadingTest : public SettingsTest {
 protected:
     // Returns the parameters of the stored schemes only. The catalogue is empty, so no function is added.
-    Params StoredIn(const std::string& schemes) {
+    Params ReadSchemes(const std::string& schemes) {
         WriteFunctions("");
         WriteSchemes(schemes);
         return GetParameter(Balanced);
     }
 
-    Params StoredInBalanced(const std::string& functions) {
-        return StoredIn(OldScheme(BalancedText, functions));
+    Params ReadBalanced(const std::string& functions) {
+        return ReadSchemes(OldScheme(BalancedText, functions));
     }
 
     // Returns the parameters of a stored scheme, completed from the defaults of the functions 1 to 3.
-    Params CompletedFrom(const std::string& schemes) {
+    Params CompleteSchemes(const std::string& schemes) {
         WriteFunctions(ThreeDefaults);
         WriteSchemes(schemes);
         return GetParameter(Balanced);
     }
 
-    Params CompletedFromBalanced(const std::string& functions) {
-        return CompletedFrom(OldScheme(BalancedText, functions));
+    Params CompleteBalanced(const std::string& functions) {
+        return CompleteSchemes(OldScheme(BalancedText, functions));
     }
 };
 
 // ---- Reading a stored scheme ----
 
 TEST_F(SchemeReadingTest, GivesTheStoredValues) {
-    EXPECT_EQ(StoredInBalanced(OldFunction(1, 2, 3) + OldFunction(4, 5, 6)),
-              (Params{{1, {2, 3}}, {4, {5, 6}}}));
+    EXPECT_EQ(ReadBalanced(OldFunction(1, 2, 3) + OldFunction(4, 5, 6)), (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
 TEST_F(SchemeReadingTest, PrefersTheStoredValuesToTheDefaults) {
-    EXPECT_EQ(CompletedFromBalanced(OldFunction(1, 4, 5) + OldFunction(2, 6, 7) + OldFunction(3, 8, 9)),
+    EXPECT_EQ(CompleteBalanced(OldFunction(1, 4, 5) + OldFunction(2, 6, 7) + OldFunction(3, 8, 9)),
               (Params{{1, {4, 5}}, {2, {6, 7}}, {3, {8, 9}}}));
 }
 
@@ -77,31 +76,31 @@ TEST_F(SchemeReadingTest, GivesFunctionsThatTheCatalogueLacks) {
 }
 
 TEST_F(SchemeReadingTest, EnumeratesByAscendingSignedId) {
-    EXPECT_EQ(StoredInBalanced(OldFunction(20, 0, 0) + OldFunction(0, 0, 0) + OldFunction(3, 0, 0) +
-                               OldFunction(-1, 0, 0) + OldFunction(-20, 0, 0)),
+    EXPECT_EQ(ReadBalanced(OldFunction(20, 0, 0) + OldFunction(0, 0, 0) + OldFunction(3, 0, 0) +
+                           OldFunction(-1, 0, 0) + OldFunction(-20, 0, 0)),
               (Params{{-20, {}}, {-1, {}}, {0, {}}, {3, {}}, {20, {}}}));
 }
 
 TEST_F(SchemeReadingTest, TakesTheFirstOfTwoFunctionsOfTheSameId) {
-    EXPECT_EQ(StoredInBalanced(OldFunction(1, 2, 3) + OldFunction(4, 5, 6) + OldFunction(1, 7, 8)),
+    EXPECT_EQ(ReadBalanced(OldFunction(1, 2, 3) + OldFunction(4, 5, 6) + OldFunction(1, 7, 8)),
               (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
 TEST_F(SchemeReadingTest, TakesTheFirstOfTwoSchemesOfTheSameGuid) {
-    EXPECT_EQ(StoredIn(OldScheme(BalancedText, OldFunction(1, 2, 3)) +
-                       OldScheme(BalancedText, OldFunction(1, 4, 5) + OldFunction(6, 7, 8))),
+    EXPECT_EQ(ReadSchemes(OldScheme(BalancedText, OldFunction(1, 2, 3)) +
+                          OldScheme(BalancedText, OldFunction(1, 4, 5) + OldFunction(6, 7, 8))),
               (Params{{1, {2, 3}}}));
 }
 
 TEST_F(SchemeReadingTest, FindsASchemeBehindOthers) {
-    EXPECT_EQ(StoredIn(OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
-                       OldScheme(BalancedText, OldFunction(1, 4, 5))),
+    EXPECT_EQ(ReadSchemes(OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
+                          OldScheme(BalancedText, OldFunction(1, 4, 5))),
               (Params{{1, {4, 5}}}));
 }
 
 TEST_F(SchemeReadingTest, KeepsTheSchemesApart) {
-    StoredIn(OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
-             OldScheme(BalancedText, OldFunction(4, 5, 6)));
+    ReadSchemes(OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
+                OldScheme(BalancedText, OldFunction(4, 5, 6)));
     EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {2, 3}}}));
     EXPECT_EQ(GetParameter(Balanced), (Params{{4, {5, 6}}}));
 }
@@ -124,8 +123,8 @@ class StoredNumberTest : public SchemeReadingTest, public testing::WithParamInte
 
 TEST_P(StoredNumberTest, IsReadInEveryAttribute) {
     const auto& [name, text, value] = GetParam();
-    EXPECT_EQ(StoredInBalanced("<Function ID=\"" + text + "\" ACParamIndex=\"" + text + "\" DCParamIndex=\"" +
-                               text + "\"/>"),
+    EXPECT_EQ(ReadBalanced("<Function ID=\"" + text + "\" ACParamIndex=\"" + text + "\" DCParamIndex=\"" +
+                           text + "\"/>"),
               (Params{{value, {value, value}}}));
 }
 
@@ -136,7 +135,7 @@ class StoredGuidTest : public SchemeReadingTest, public testing::WithParamInterf
 // A scheme that is not found is appended. It has no functions, because the catalogue is empty.
 TEST_P(StoredGuidTest, IsComparedAsText) {
     const std::string stored = OldScheme(GetParam().guid, OldFunction(1, 2, 3));
-    EXPECT_EQ(StoredIn(stored), (GetParam().matches ? Params{{1, {2, 3}}} : Params{}));
+    EXPECT_EQ(ReadSchemes(stored), (GetParam().matches ? Params{{1, {2, 3}}} : Params{}));
     EXPECT_EQ(UserSettings(),
               OldUserFile(GetParam().matches ? stored : stored + NewScheme(BalancedText, "")));
 }
@@ -146,35 +145,36 @@ INSTANTIATE_TEST_SUITE_P(Guids, StoredGuidTest, testing::ValuesIn(GuidCases()), 
 // ---- Ignored nodes ----
 
 TEST_F(SchemeReadingTest, PassesOverOtherKindsOfNodes) {
-    EXPECT_EQ(StoredIn("<?PowerScheme?>text<!--<PowerScheme/>-->" +
-                       OldScheme(BalancedText, "<?Function?><![CDATA[<Function/>]]>" + OldFunction(1, 2, 3) +
-                                                   "<!--<Function/>-->text" + OldFunction(4, 5, 6))),
-              (Params{{1, {2, 3}}, {4, {5, 6}}}));
-}
-
-TEST_F(SchemeReadingTest, PassesOverElementsInNamespaces) {
     EXPECT_EQ(
-        StoredIn(R"(<PowerScheme xmlns="urn:other"/><o:PowerScheme xmlns:o="urn:other"/>)" +
-                 OldScheme(BalancedText, R"(<Function xmlns="urn:other"/>)" + OldFunction(1, 2, 3) +
-                                             R"(<o:Function xmlns:o="urn:other"/>)" + OldFunction(4, 5, 6))),
+        ReadSchemes("<?PowerScheme?>text<!--<PowerScheme/>-->" +
+                    OldScheme(BalancedText, "<?Function?><![CDATA[<Function/>]]>" + OldFunction(1, 2, 3) +
+                                                "<!--<Function/>-->text" + OldFunction(4, 5, 6))),
         (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
+TEST_F(SchemeReadingTest, PassesOverElementsInNamespaces) {
+    EXPECT_EQ(ReadSchemes(R"(<PowerScheme xmlns="urn:other"/><o:PowerScheme xmlns:o="urn:other"/>)" +
+                          OldScheme(BalancedText, R"(<Function xmlns="urn:other"/>)" + OldFunction(1, 2, 3) +
+                                                      R"(<o:Function xmlns:o="urn:other"/>)" +
+                                                      OldFunction(4, 5, 6))),
+              (Params{{1, {2, 3}}, {4, {5, 6}}}));
+}
+
 TEST_F(SchemeReadingTest, PassesOverElementsDeeperInTheTree) {
-    EXPECT_EQ(StoredIn("<Group><PowerScheme/></Group>" +
-                       OldScheme(BalancedText, "<Group><Function/></Group>" + FunctionAttributes(1, 2, 3) +
-                                                   "><Function/></Function>" + OldFunction(4, 5, 6))),
+    EXPECT_EQ(ReadSchemes("<Group><PowerScheme/></Group>" +
+                          OldScheme(BalancedText, "<Group><Function/></Group>" + FunctionAttributes(1, 2, 3) +
+                                                      "><Function/></Function>" + OldFunction(4, 5, 6))),
               (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
 TEST_F(SchemeReadingTest, PassesOverElementsOfAnotherCaseOfLetters) {
-    EXPECT_EQ(StoredIn("<powerscheme/><Powerscheme/>" +
-                       OldScheme(BalancedText, "<function/>" + OldFunction(1, 2, 3))),
+    EXPECT_EQ(ReadSchemes("<powerscheme/><Powerscheme/>" +
+                          OldScheme(BalancedText, "<function/>" + OldFunction(1, 2, 3))),
               (Params{{1, {2, 3}}}));
 }
 
 TEST_F(SchemeReadingTest, PassesOverUnknownAttributes) {
-    EXPECT_EQ(StoredIn(R"(<PowerScheme Name="Balanced" GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
+    EXPECT_EQ(ReadSchemes(R"(<PowerScheme Name="Balanced" GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
         <Function Name="a" ID="1" acparamindex="9" ACParamIndex="2" DCParamIndex="3" Flag="4"/>
     </PowerScheme>)"),
               (Params{{1, {2, 3}}}));
@@ -217,8 +217,8 @@ TEST_F(SchemeReadingTest, AddsTheSectionBehindOneInANamespace) {
 // ---- When the files are read ----
 
 TEST_F(SchemeReadingTest, ReadsTheUserSettingsAnewForEachCall) {
-    StoredInBalanced(OldFunction(1, 2, 3));
-    EXPECT_EQ(StoredInBalanced(OldFunction(1, 4, 5)), (Params{{1, {4, 5}}}));
+    ReadBalanced(OldFunction(1, 2, 3));
+    EXPECT_EQ(ReadBalanced(OldFunction(1, 4, 5)), (Params{{1, {4, 5}}}));
 }
 
 TEST_F(SchemeReadingTest, DoesNotReadTheDefaultsAnew) {
@@ -229,7 +229,7 @@ TEST_F(SchemeReadingTest, DoesNotReadTheDefaultsAnew) {
 }
 
 TEST_F(SchemeReadingTest, AdoptsTheDefaultsAgainWhenTheFileIsDeleted) {
-    EXPECT_EQ(CompletedFromBalanced(OldFunction(1, 2, 3) + OldFunction(9, 9, 9)),
+    EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + OldFunction(9, 9, 9)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}, {9, {9, 9}}}));
     std::filesystem::remove(installation.UserFile());
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
@@ -288,7 +288,7 @@ TEST_F(SchemeReadingTest, ReadsAnAdoptedSchemeBackWithoutWritingIt) {
 
 TEST_F(SchemeReadingTest, AppendsAnAdoptedSchemeBehindTheStoredOnes) {
     const std::string stored = OldScheme(HighPerformanceText, OldFunction(1, 2, 3));
-    EXPECT_EQ(CompletedFrom(stored), ThreeDefaultParams);
+    EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
     EXPECT_EQ(UserSettings(), OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions())));
 }
 
@@ -314,7 +314,7 @@ TEST_F(SchemeReadingTest, AdoptsTheDefaultsWhenTheUserSettingsCannotBeSaved) {
 
 TEST_F(SchemeReadingTest, ASchemeWithoutGuidHidesTheOnesBehindIt) {
     const std::string stored = "<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3));
-    EXPECT_EQ(CompletedFrom(stored), ThreeDefaultParams);
+    EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
     EXPECT_EQ(UserSettings(), OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions())));
 }
 
@@ -332,11 +332,11 @@ TEST_F(SchemeReadingTest, AGuidInANamespaceIsNone) {
     const std::string stored = "<PowerScheme xmlns:o=\"urn:other\" o:GUID=\"" +
                                std::string{HighPerformanceText} + "\"/>" +
                                OldScheme(BalancedText, OldFunction(1, 2, 3));
-    EXPECT_EQ(CompletedFrom(stored), ThreeDefaultParams);
+    EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
 }
 
 TEST_F(SchemeReadingTest, ASchemeWithoutGuidDoesNotHideTheOnesBeforeIt) {
-    EXPECT_EQ(StoredIn(OldScheme(BalancedText, OldFunction(1, 2, 3)) + "<PowerScheme/>"),
+    EXPECT_EQ(ReadSchemes(OldScheme(BalancedText, OldFunction(1, 2, 3)) + "<PowerScheme/>"),
               (Params{{1, {2, 3}}}));
 }
 
@@ -390,12 +390,11 @@ INSTANTIATE_TEST_SUITE_P(Defaults, FailingCatalogueTest,
 // ---- Completion ----
 
 TEST_F(SchemeReadingTest, CompletesFunctionsThatTheSchemeLacks) {
-    EXPECT_EQ(CompletedFromBalanced(OldFunction(2, 5, 6)),
-              (Params{{1, {11, 12}}, {2, {5, 6}}, {3, {31, 32}}}));
+    EXPECT_EQ(CompleteBalanced(OldFunction(2, 5, 6)), (Params{{1, {11, 12}}, {2, {5, 6}}, {3, {31, 32}}}));
 }
 
 TEST_F(SchemeReadingTest, StoresWhatItCompletes) {
-    CompletedFromBalanced(OldFunction(2, 5, 6));
+    CompleteBalanced(OldFunction(2, 5, 6));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText,
                                     OldFunction(2, 5, 6) + NewFunction(1, 11, 12) + NewFunction(3, 31, 32))));
@@ -466,7 +465,7 @@ class EmptySchemeTest : public SchemeReadingTest, public testing::WithParamInter
 
 TEST_P(EmptySchemeTest, IsNeverCompleted) {
     const std::string scheme = OldScheme(BalancedText, GetParam().xml);
-    EXPECT_EQ(CompletedFrom(scheme), Params{});
+    EXPECT_EQ(CompleteSchemes(scheme), Params{});
     EXPECT_EQ(UserSettings(), OldUserFile(scheme));
 }
 
@@ -484,15 +483,15 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName<XmlCase>);
 
 TEST_F(SchemeReadingTest, ADeletedSchemeIsNotAnEmptyOne) {
-    EXPECT_EQ(CompletedFrom(OldScheme(BalancedText, "")), Params{});
-    EXPECT_EQ(CompletedFrom(""), ThreeDefaultParams);
+    EXPECT_EQ(CompleteSchemes(OldScheme(BalancedText, "")), Params{});
+    EXPECT_EQ(CompleteSchemes(""), ThreeDefaultParams);
 }
 
 // ---- Functions that are missing an attribute ----
 
 TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutDcOnByTheDefaults) {
-    EXPECT_EQ(CompletedFromBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" ACParamIndex="4"/>)" +
-                                    OldFunction(3, 5, 6) + OldFunction(9, 9, 9)),
+    EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" ACParamIndex="4"/>)" +
+                               OldFunction(3, 5, 6) + OldFunction(9, 9, 9)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 21, 22) +
@@ -500,8 +499,8 @@ TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutDcOnByTheDefaults) {
 }
 
 TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutAcOnByTheDefaults) {
-    EXPECT_EQ(CompletedFromBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" DCParamIndex="4"/>)" +
-                                    OldFunction(3, 5, 6)),
+    EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" DCParamIndex="4"/>)" +
+                               OldFunction(3, 5, 6)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
     EXPECT_EQ(
         UserSettings(),
@@ -514,14 +513,14 @@ TEST_F(SchemeReadingTest, GivesButDoesNotStoreTheDefaultsBehindAFunctionWithoutI
     const std::string scheme =
         OldScheme(BalancedText, OldFunction(1, 2, 3) + R"(<Function ACParamIndex="4" DCParamIndex="5"/>)" +
                                     OldFunction(3, 6, 7));
-    EXPECT_EQ(CompletedFrom(scheme), (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
+    EXPECT_EQ(CompleteSchemes(scheme), (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(scheme));
 }
 
 TEST_F(SchemeReadingTest, CountsAnAttributeInANamespaceAsLacking) {
-    EXPECT_EQ(StoredInBalanced(OldFunction(1, 2, 3) + R"(<Function xmlns:o="urn:other" o:ID="2"
+    EXPECT_EQ(ReadBalanced(OldFunction(1, 2, 3) + R"(<Function xmlns:o="urn:other" o:ID="2"
         ACParamIndex="4" DCParamIndex="5"/>)" +
-                               OldFunction(3, 6, 7)),
+                           OldFunction(3, 6, 7)),
               (Params{{1, {2, 3}}}));
 }
 

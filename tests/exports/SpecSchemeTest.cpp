@@ -62,7 +62,7 @@ protected:
     Schemes GetSpecScheme() {
         Schemes schemes;
         auto collect = MakeCallback<IGetSpecSchemeCallback>(
-            [&](const SpecSchemeRecord* record) { schemes.push_back(Kept(*record)); });
+            [&](const SpecSchemeRecord* record) { schemes.push_back(CopyOf(*record)); });
         EXPECT_TRUE(Dll().GetSpecScheme(&collect));
         return schemes;
     }
@@ -502,7 +502,7 @@ protected:
         auto callback = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord* record) {
             if (schemes.empty())
                 atFirstItem();
-            schemes.push_back(Kept(*record));
+            schemes.push_back(CopyOf(*record));
         });
         EXPECT_TRUE(Dll().GetSpecScheme(&callback));
         return schemes;

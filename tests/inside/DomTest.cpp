@@ -22,7 +22,7 @@ class DomTest : public testing::Test {
 class SelectionTest : public DomTest {
 protected:
     // Returns the concatenated "ID" attributes of the selected children.
-    static std::wstring SelectedFrom(const std::wstring& xml) {
+    static std::wstring SelectFrom(const std::wstring& xml) {
         std::wstring ids;
         for (const IXMLDOMElementPtr& element : SelectChildren(Markup{xml}.Root(), L"Function")) {
             std::wstring id;
@@ -34,45 +34,44 @@ protected:
 };
 
 TEST_F(SelectionTest, GivesTheChildrenOfThatNameInDocumentOrder) {
-    EXPECT_EQ(
-        SelectedFrom(LR"(<R><Function ID="c"/><Other ID="x"/><Function ID="a"/><Function ID="b"/></R>)"),
-        L"cab");
+    EXPECT_EQ(SelectFrom(LR"(<R><Function ID="c"/><Other ID="x"/><Function ID="a"/><Function ID="b"/></R>)"),
+              L"cab");
 }
 
 TEST_F(SelectionTest, IsEmptyWithoutChildrenOfThatName) {
-    EXPECT_EQ(SelectedFrom(L"<R/>"), L"");
-    EXPECT_EQ(SelectedFrom(LR"(<R><Other ID="x"/></R>)"), L"");
+    EXPECT_EQ(SelectFrom(L"<R/>"), L"");
+    EXPECT_EQ(SelectFrom(LR"(<R><Other ID="x"/></R>)"), L"");
 }
 
 TEST_F(SelectionTest, LooksAtDirectChildrenOnly) {
     EXPECT_EQ(
-        SelectedFrom(
+        SelectFrom(
             LR"(<R><Group><Function ID="x"/></Group><Function ID="a"><Function ID="x"/></Function></R>)"),
         L"a");
 }
 
 TEST_F(SelectionTest, TellsUpperFromLowerCase) {
-    EXPECT_EQ(SelectedFrom(LR"(<R><function ID="x"/><FUNCTION ID="x"/><Function ID="a"/></R>)"), L"a");
+    EXPECT_EQ(SelectFrom(LR"(<R><function ID="x"/><FUNCTION ID="x"/><Function ID="a"/></R>)"), L"a");
 }
 
 TEST_F(SelectionTest, LeavesOutNamesThatOnlyBeginAlike) {
-    EXPECT_EQ(SelectedFrom(LR"(<R><Functions ID="x"/><Func ID="x"/><Function ID="a"/></R>)"), L"a");
+    EXPECT_EQ(SelectFrom(LR"(<R><Functions ID="x"/><Func ID="x"/><Function ID="a"/></R>)"), L"a");
 }
 
 TEST_F(SelectionTest, LeavesOutElementsWithANamespace) {
     EXPECT_EQ(
-        SelectedFrom(
+        SelectFrom(
             LR"(<R xmlns:p="urn:p"><p:Function ID="x"/><Function xmlns="urn:p" ID="x"/><Function ID="a"/></R>)"),
         L"a");
 }
 
 TEST_F(SelectionTest, FindsNothingUnderADefaultNamespace) {
-    EXPECT_EQ(SelectedFrom(LR"(<R xmlns="urn:p"><Function ID="x"/></R>)"), L"");
+    EXPECT_EQ(SelectFrom(LR"(<R xmlns="urn:p"><Function ID="x"/></R>)"), L"");
 }
 
 TEST_F(SelectionTest, LeavesOutNodesThatAreNoElements) {
     EXPECT_EQ(
-        SelectedFrom(
+        SelectFrom(
             LR"(<R><?Function ID="x"?><!--Function-->Function<![CDATA[Function]]><Function ID="a"/></R>)"),
         L"a");
 }

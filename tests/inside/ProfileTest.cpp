@@ -38,7 +38,7 @@ protected:
     }
 
     // Saves the document and returns the content of its file.
-    std::string Saved() {
+    std::string Save() {
         EXPECT_TRUE(profile.Write());
         return ReadFile(file);
     }
@@ -108,7 +108,7 @@ TEST_F(ProfileTest, AnEmptyPathNamesNoFile) {
 
 TEST_F(ProfileTest, ACreatedRootStandsBehindADeclaration) {
     profile.CreateRoot(L"Root");
-    EXPECT_EQ(Saved(), "<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n");
+    EXPECT_EQ(Save(), "<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n");
 }
 
 // ---- Children and sections ----

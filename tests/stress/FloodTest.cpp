@@ -1,7 +1,7 @@
 // Oversized content in each of the four data files. The sizes are larger in the long run.
 #include "support/CheckingClient.h"
 #include "support/HostileFileTest.h"
-#include "support/Repeated.h"
+#include "support/Repeat.h"
 #include "support/Stress.h"
 #include "support/XmlFile.h"
 
@@ -36,16 +36,13 @@ std::vector<HostileContent> OversizedContents() {
         {"LongAttributeName", {}, "plain", {}, longText + "=\"v\""},
         // A DOM may compare every attribute of an element with all others, which takes quadratic time.
         {"ManyAttributes", {}, "plain", {}, ManyAttributes(Rounds(500, 10000))},
-        {"ManyComments", {}, "plain", Repeated("<!---->", many)},
-        {"ManyInstructions", {}, "plain", Repeated("<?a?>", many)},
-        {"ManySections", {}, "plain", Repeated("<CommonSettings/>", many)},
+        {"ManyComments", {}, "plain", Repeat("<!---->", many)},
+        {"ManyInstructions", {}, "plain", Repeat("<?a?>", many)},
+        {"ManySections", {}, "plain", Repeat("<CommonSettings/>", many)},
         {"ManyFunctions", {}, "plain", ManyFunctions(many)},
-        {"ManyEntries", {}, "plain", Repeated("<data name=\"k\"><value>v</value></data>", many)},
-        {"ManyItems", {}, "plain", Repeated("<DisplayItem/><DefaultItem GUID=\"x\"/><CommandItem/>", many)},
-        {"ManySchemes",
-         {},
-         "plain",
-         Repeated("<PowerScheme GUID=\"x\"/><SchemeItem SchemeGUID=\"x\"/>", many)},
+        {"ManyEntries", {}, "plain", Repeat("<data name=\"k\"><value>v</value></data>", many)},
+        {"ManyItems", {}, "plain", Repeat("<DisplayItem/><DefaultItem GUID=\"x\"/><CommandItem/>", many)},
+        {"ManySchemes", {}, "plain", Repeat("<PowerScheme GUID=\"x\"/><SchemeItem SchemeGUID=\"x\"/>", many)},
     };
 }
 

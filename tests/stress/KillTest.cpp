@@ -58,7 +58,7 @@ const Saver& SaverOf(const std::wstring& name) {
     return *std::ranges::find(savers, std::string{name.begin(), name.end()}, &Saver::name);
 }
 
-[[noreturn]] void SaveForEver(const std::function<void(State)>& save) {
+[[noreturn]] void SaveInALoop(const std::function<void(State)>& save) {
     save(State::Short);
     SignalReady();
     for (;;) {
@@ -74,7 +74,7 @@ const RegisterRole savesInALoop{SavesInALoop, [](const std::vector<std::wstring>
                                     EnterInstallation(arguments);
                                     const Library dll;
                                     const Saver& saver = SaverOf(arguments.at(2));
-                                    SaveForEver([&](State state) { saver.save(dll, state); });
+                                    SaveInALoop([&](State state) { saver.save(dll, state); });
                                 }};
 
 VARIANT AsVariant(const OwnedBstr& text) {
@@ -98,12 +98,12 @@ const RegisterRole savesWithTheDomInALoop{
         const OwnedBstr path{SysAllocString(file.c_str())};
         V_VT(&target) = VT_BSTR;
         V_BSTR(&target) = path.get();
-        SaveForEver(
+        SaveInALoop(
             [&](State state) { (state == State::Short ? shortDocument : longDocument)->save(target); });
     }};
 
 // The DOM drops white space, so it saves a file in a different form from the one that it read.
-std::string RewrittenByTheDom(const std::filesystem::path& file) {
+std::string RewriteWithDom(const std::filesystem::path& file) {
     const ComScope com;
     const auto document = NewDocument();
     Load(*document, file);
@@ -130,26 +130,26 @@ class KillTest : public FunctionDefaultsTest, public testing::WithParamInterface
 protected:
     std::filesystem::path File() const { return (installation.*GetParam().file)(); }
 
-    std::filesystem::path Beside(const char* extension) const {
+    std::filesystem::path PathWith(const char* extension) const {
         std::filesystem::path file = File();
         return file += extension;
     }
 
     // Saves the state and returns the content of the file.
-    std::string Saved(State state) {
+    std::string Save(State state) {
         GetParam().save(Dll(), state);
         return ReadFile(File());
     }
 
     void SetUp() override {
-        Saved(State::Short);  // a new file has a different declaration from one that is saved again
-        longContent = Saved(State::Long);
-        shortContent = Saved(State::Short);
+        Save(State::Short);  // a new file has a different declaration from one that is saved again
+        longContent = Save(State::Long);
+        shortContent = Save(State::Short);
     }
 
     // Kills processes that run the role. Returns how often the file had neither of the two states after a
     // kill.
-    int FilesSpoiled(const wchar_t* role, int kills) {
+    int KillSavers(const wchar_t* role, int kills) {
         std::mt19937 random{1};
         const std::string& name = GetParam().name;
         int spoiled = 0;
@@ -173,24 +173,24 @@ INSTANTIATE_TEST_SUITE_P(, KillTest, testing::ValuesIn(savers), CaseName<Saver>)
 
 TEST_P(KillTest, LeavesTheOldOrTheNewFile) {
     const int kills = Rounds(12, 1000);
-    const int spoiled = FilesSpoiled(SavesInALoop, kills);
+    const int spoiled = KillSavers(SavesInALoop, kills);
     EXPECT_EQ(spoiled, 0);
     ShowFigure(GetParam().name + ": kills", kills);
     ShowFigure(GetParam().name + ": of these with a new file that was not yet in its place", interrupted);
     ShowFigure(GetParam().name + ": files neither old nor new", spoiled);
     Unload();
-    EXPECT_EQ(Saved(State::Long), longContent);
+    EXPECT_EQ(Save(State::Long), longContent);
     EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(File())));
 }
 
 // Shows that the kills happen at the right moments: they interrupt saves that write directly to the file.
 TEST_P(KillTest, OfASaveByTheDomItselfSpoilsFiles) {
-    WriteFile(Beside(".long"), longContent);
-    WriteFile(Beside(".short"), shortContent);
-    longContent = RewrittenByTheDom(Beside(".long"));
-    shortContent = RewrittenByTheDom(Beside(".short"));
+    WriteFile(PathWith(".long"), longContent);
+    WriteFile(PathWith(".short"), shortContent);
+    longContent = RewriteWithDom(PathWith(".long"));
+    shortContent = RewriteWithDom(PathWith(".short"));
     const int kills = Rounds(12, 1000);
-    const int spoiled = FilesSpoiled(SavesWithTheDomInALoop, kills);
+    const int spoiled = KillSavers(SavesWithTheDomInALoop, kills);
     EXPECT_GT(spoiled, 0);
     ShowFigure(GetParam().name + ", saved by the DOM itself: kills", kills);
     ShowFigure(GetParam().name + ", saved by the DOM itself: files neither old nor new", spoiled);

@@ -59,8 +59,8 @@ protected:
         return {result, TextIn(names), TextIn(values)};
     }
 
-    std::wstring ComparedNames() { return Compare().names; }
-    std::wstring ComparedValues() { return Compare().values; }
+    std::wstring CompareNames() { return Compare().names; }
+    std::wstring CompareValues() { return Compare().values; }
 
     void Store(const std::string& balanced, const std::string& highPerformance) const {
         WriteSchemes(OldScheme(BalancedText, balanced) + OldScheme(HighPerformanceText, highPerformance));
@@ -97,7 +97,7 @@ protected:
         WriteEntries(entries);
     }
 
-    std::vector<std::wstring> InformedNames() {
+    std::vector<std::wstring> FunctionNames() {
         std::vector<std::wstring> names;
         for (const FunctionInfo& info : GetFunctionInfo())
             names.push_back(info.name);

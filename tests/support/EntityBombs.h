@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "support/Repeated.h"
+#include "support/Repeat.h"
 
 namespace ZOTDam::Test {
 
@@ -12,7 +12,7 @@ inline std::string GrowingEntities(int levels, const std::string& first) {
     std::string type = "<!DOCTYPE R [<!ENTITY a0 \"" + first + "\">";
     for (int level = 1; level <= levels; ++level)
         type += "<!ENTITY a" + std::to_string(level) + " \"" +
-                Repeated("&a" + std::to_string(level - 1) + ";", 10) + "\">";
+                Repeat("&a" + std::to_string(level - 1) + ";", 10) + "\">";
     return type + "]>";
 }
 
@@ -21,7 +21,7 @@ inline std::string GrowingParameterEntities(int levels) {
     std::string type = R"(<!DOCTYPE R [<!ENTITY % p0 "<!ENTITY a 'boom'>">)";
     for (int level = 1; level <= levels; ++level)
         type += "<!ENTITY % p" + std::to_string(level) + " \"" +
-                Repeated("&#37;p" + std::to_string(level - 1) + ";", 10) + "\">";
+                Repeat("&#37;p" + std::to_string(level - 1) + ";", 10) + "\">";
     return type + "%p" + std::to_string(levels) + ";]>";
 }
 

@@ -43,11 +43,11 @@ std::wstring Line(const First& first, const Others&... others) {
     return (Word(first) + ... + (L" " + Word(others)));
 }
 
-inline std::wstring Described(const ParamValue& value) {
+inline std::wstring Describe(const ParamValue& value) {
     return Line(value.ACParamIndex, value.DCParamIndex);
 }
 
-inline std::wstring Described(const CommandFamily& family) {
+inline std::wstring Describe(const CommandFamily& family) {
     std::wstring line = L"family";
     for (const BaseCommandItem& command : family.commandItems)
         line += Line(L", command", command.id, command.specInfo1);
@@ -56,18 +56,18 @@ inline std::wstring Described(const CommandFamily& family) {
     return line;
 }
 
-inline std::wstring Described(const FunctionBaseRecord& function) {
+inline std::wstring Describe(const FunctionBaseRecord& function) {
     const auto node = [](const CountedPointer<IXMLDOMNode>& pointer) {
         return pointer.get() != nullptr ? L"node" : L"nothing";
     };
     std::wstring line =
         Line(function.id, function.name, node(function.displayNode), node(function.defaultNode));
     for (const CommandFamily& family : function.commandFamilies)
-        line += Line(L"", Described(family));
+        line += Line(L"", Describe(family));
     return line;
 }
 
-inline std::wstring Described(const FunctionRecord& function) {
+inline std::wstring Describe(const FunctionRecord& function) {
     std::wstring line = Line(function.group, function.name);
     for (const List<DisplayItem>* items : {&function.acDisplayItems, &function.dcDisplayItems})
         for (const DisplayItem& item : *items)
@@ -75,11 +75,11 @@ inline std::wstring Described(const FunctionRecord& function) {
     return line;
 }
 
-inline std::wstring Described(const CommandInfoRecord& command) {
+inline std::wstring Describe(const CommandInfoRecord& command) {
     return Line(command.id, command.option1, command.option2, command.specInfo1);
 }
 
-inline std::wstring Described(const SpecSchemeRecord& scheme) {
+inline std::wstring Describe(const SpecSchemeRecord& scheme) {
     std::wstring line = Line(scheme.scheme.Data1);
     for (const SpecSubGroupRecord& subGroup : scheme.subGroups)
         for (const SpecPowerSettingRecord& setting : subGroup.powerSettings)
@@ -90,34 +90,34 @@ inline std::wstring Described(const SpecSchemeRecord& scheme) {
 // ---- Calls ----
 
 template <class Record>
-std::wstring DescribedItem(const Record* record) {
-    return Described(*record);
+std::wstring DescribeItem(const Record* record) {
+    return Describe(*record);
 }
 
 template <class Id, class Record>
-std::wstring DescribedItem(Id id, const Record* record) {
-    return Word(id) + L": " + Described(*record);
+std::wstring DescribeItem(Id id, const Record* record) {
+    return Word(id) + L": " + Describe(*record);
 }
 
 template <class Callback, class Call>
-Answer Collected(Call call) {
+Answer Collect(Call call) {
     Answer answer;
-    auto keep = MakeCallback<Callback>([&](auto... item) { answer.items.push_back(DescribedItem(item...)); });
+    auto keep = MakeCallback<Callback>([&](auto... item) { answer.items.push_back(DescribeItem(item...)); });
     answer.result = call(&keep);
     return answer;
 }
 
 template <class Callback>
-Answer Enumerated(bool (*enumerate)(Callback*)) {
-    return Collected<Callback>(enumerate);
+Answer Enumerate(bool (*enumerate)(Callback*)) {
+    return Collect<Callback>(enumerate);
 }
 
 template <class Callback>
-Answer Enumerated(bool (*enumerate)(const GUID*, Callback*), const GUID& scheme) {
-    return Collected<Callback>([&](Callback* callback) { return enumerate(&scheme, callback); });
+Answer Enumerate(bool (*enumerate)(const GUID*, Callback*), const GUID& scheme) {
+    return Collect<Callback>([&](Callback* callback) { return enumerate(&scheme, callback); });
 }
 
-inline Answer Stored(const Library& dll, const GUID& scheme) {
+inline Answer Store(const Library& dll, const GUID& scheme) {
     return {dll.SetParameter(&scheme, ParamHolder{{{1, {11, 12}}, {3, {13, 14}}}}.get())};
 }
 
@@ -141,7 +141,7 @@ inline Answer CommonSetting(const Library& dll, const wchar_t* name) {
 }
 
 // Passes two functions to AddFunctionDefault. The second one refers to nodes of a document of the client.
-inline Answer Replaced(const Library& dll) {
+inline Answer ReplaceFunctions(const Library& dll) {
     const XmlTree tree = XmlTree::OfText(L"<F><Display><AC/></Display><Default ACParamIndex=\"1\"/></F>");
     FunctionBaseRecord withNodes = Record(2);
     withNodes.displayNode = tree.Find(L"/F/Display");
@@ -171,28 +171,28 @@ inline const std::vector<ExportCall> callsOfAllExports = {
      {1,
       {L"1 Dim node node family, command 0 s, check 0 p", L"5 Dim node node family, command 0 s, check 0 p",
        L"6 Dim node node family, command 0 s, check 0 p"}},
-     [](const Library& dll) { return Enumerated(dll.GetFunctionBase); }},
+     [](const Library& dll) { return Enumerate(dll.GetFunctionBase); }},
     {"GetFunctionBaseUnSupported",
      {1,
       {L"5 Dim node node family, command 0 s, check 0 p", L"6 Dim node node family, command 0 s, check 0 p"}},
-     [](const Library& dll) { return Enumerated(dll.GetFunctionBaseUnSupported); }},
+     [](const Library& dll) { return Enumerate(dll.GetFunctionBaseUnSupported); }},
     {"GetFunctionInfo",
      {1,
       {L"1: Group1Name Text 11 Text 12 Text", L"2: Group1Name Other",
        L"7: Group1Name Other 60 Text 48 Text"}},
-     [](const Library& dll) { return Enumerated(dll.GetFunctionInfo); }},
-    {"AddFunctionDefault", {1}, &Replaced},
+     [](const Library& dll) { return Enumerate(dll.GetFunctionInfo); }},
+    {"AddFunctionDefault", {1}, &ReplaceFunctions},
     {"GetParameter",
      {1, {L"1: 0 8", L"2: 9 10"}},
-     [](const Library& dll) { return Enumerated(dll.GetParameter, HighPerformance); }},
+     [](const Library& dll) { return Enumerate(dll.GetParameter, HighPerformance); }},
     {"GetParameterDefault",
      {1, {L"1: 1 3", L"2: 6 7", L"7: 1 1"}},
-     [](const Library& dll) { return Enumerated(dll.GetParameterDefault, HighPerformance); }},
-    {"SetParameter", {1}, [](const Library& dll) { return Stored(dll, Balanced); }},
+     [](const Library& dll) { return Enumerate(dll.GetParameterDefault, HighPerformance); }},
+    {"SetParameter", {1}, [](const Library& dll) { return Store(dll, Balanced); }},
     {"ResetDefault",
      {1},
      [](const Library& dll) { return Answer{dll.ResetDefault()}; },
-     [](const Library& dll) { Stored(dll, HighPerformance); }},
+     [](const Library& dll) { Store(dll, HighPerformance); }},
     {"TEVGetParam", {1}, [](const Library& dll) { return Answer{dll.TEVGetParam(&HighPerformance)}; }},
     {"GetFuncCurValue",
      {1, {L"7 60 0"}},
@@ -200,11 +200,11 @@ inline const std::vector<ExportCall> callsOfAllExports = {
      [](const Library& dll) { dll.TEVGetParam(&HighPerformance); }},
     {"GetCommandInfo",
      {1, {L"21 11 11 a text that no small buffer holds", L"22 0 11 another text that none of them holds"}},
-     [](const Library& dll) { return Enumerated(dll.GetCommandInfo, HighPerformance); }},
+     [](const Library& dll) { return Enumerate(dll.GetCommandInfo, HighPerformance); }},
     {"GetDiffFuncList", {1, {L"- Text\n\r- Other\n\r", L"Text\n\r\n\r"}}, &Differences},
     {"GetSpecScheme",
      {1, {L"941310498, setting 1 2", L"2355003354, setting 1 2"}},
-     [](const Library& dll) { return Enumerated(dll.GetSpecScheme); }},
+     [](const Library& dll) { return Enumerate(dll.GetSpecScheme); }},
     {"GetCommonSetting", {1, {L"base"}}, [](const Library& dll) { return CommonSetting(dll, L"base"); }},
     {"SetCommonSetting",
      {1},

@@ -36,7 +36,7 @@ public:
 
     const std::vector<Call>& Calls() const noexcept { return calls; }
 
-    std::vector<DWORD> AskedNumbers() const {
+    std::vector<DWORD> QueriedNumbers() const {
         std::vector<DWORD> numbers;
         for (const Call& call : calls)
             numbers.push_back(call.number);

@@ -5,7 +5,7 @@
 #include <cctype>
 #include <numeric>
 
-#include "support/Repeated.h"
+#include "support/Repeat.h"
 
 namespace ZOTDam::Test {
 
@@ -89,7 +89,7 @@ const std::vector<std::string> Names = {"Function",
                                         "value",
                                         "R"};
 
-std::string Joined(const std::vector<std::string>& parts) {
+std::string Join(const std::vector<std::string>& parts) {
     return std::accumulate(parts.begin(), parts.end(), std::string{});
 }
 
@@ -199,8 +199,8 @@ std::string FileGenerator::BaseFunction() {
 
 std::string FileGenerator::CommandFamily() {
     return Element("CommandFamily", {},
-                   {Joined(Several([this] { return CommandItem(); })),
-                    Joined(Several([this] { return CheckExistItem(); }))});
+                   {Join(Several([this] { return CommandItem(); })),
+                    Join(Several([this] { return CheckExistItem(); }))});
 }
 
 std::string FileGenerator::CheckExistItem() {
@@ -331,12 +331,12 @@ std::string FileGenerator::WrongElement(const std::string& name, const std::stri
             return element(other + attributes, children, other);
         }
         case 8:
-            return element(name + attributes, Repeated(children, 3), name);
+            return element(name + attributes, Repeat(children, 3), name);
         case 9:
             return "<" + name + attributes + ">" + children;
         case 10: {
             const int depth = random.Below(300);
-            return Repeated("<" + name + ">", depth) + whole + Repeated("</" + name + ">", depth);
+            return Repeat("<" + name + ">", depth) + whole + Repeat("</" + name + ">", depth);
         }
         case 11:
             return "<!--" + name + "-->";

@@ -99,31 +99,31 @@ inline std::wstring XmlOf(IXMLDOMNode* node) {
     return xml;
 }
 
-inline std::optional<std::wstring> Kept(const CountedPointer<IXMLDOMNode>& node) {
+inline std::optional<std::wstring> CopyOf(const CountedPointer<IXMLDOMNode>& node) {
     return node.get() != nullptr ? std::optional{XmlOf(node.get())} : std::nullopt;
 }
 
-inline Family Kept(const CommandFamily& family) {
-    Family kept;
+inline Family CopyOf(const CommandFamily& family) {
+    Family copy;
     for (const BaseCommandItem& item : family.commandItems)
-        kept.commands.push_back(
+        copy.commands.push_back(
             {item.id, item.event, item.state, item.paramIndex1, item.paramIndex2, item.flag, item.specInfo1});
     for (const CheckExistItem& item : family.checkExistItems)
-        kept.checks.push_back({item.checkFlag, item.param1, item.param2, item.param3, item.param4});
-    return kept;
+        copy.checks.push_back({item.checkFlag, item.param1, item.param2, item.param3, item.param4});
+    return copy;
 }
 
-inline FunctionBase Kept(const FunctionBaseRecord& record) {
-    FunctionBase kept = {record.id,
+inline FunctionBase CopyOf(const FunctionBaseRecord& record) {
+    FunctionBase copy = {record.id,
                          record.type,
                          record.flag,
                          record.name,
                          record.group,
-                         Kept(record.displayNode),
-                         Kept(record.defaultNode)};
+                         CopyOf(record.displayNode),
+                         CopyOf(record.defaultNode)};
     for (const CommandFamily& family : record.commandFamilies)
-        kept.families.push_back(Kept(family));
-    return kept;
+        copy.families.push_back(CopyOf(family));
+    return copy;
 }
 
 // Returns the number of references to an object, or 0 for a null pointer.

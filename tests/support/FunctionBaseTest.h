@@ -118,7 +118,7 @@ private:
     static std::vector<FunctionBase> Collect(decltype(&ZOTDam::GetFunctionBase) enumerate) {
         std::vector<FunctionBase> records;
         auto collect = MakeCallback<IGetFunctionBaseCallback>(
-            [&](const FunctionBaseRecord* record) { records.push_back(Kept(*record)); });
+            [&](const FunctionBaseRecord* record) { records.push_back(CopyOf(*record)); });
         EXPECT_TRUE(enumerate(&collect));
         return records;
     }

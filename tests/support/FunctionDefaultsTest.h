@@ -95,8 +95,8 @@ protected:
     std::filesystem::path KeptDefaults() const { return UnreadableCopyOf(installation.DefaultsFile()); }
 
     // Copies of the records that the exports enumerate.
-    FunctionBaseHolder Base() { return Kept(Dll().GetFunctionBase); }
-    FunctionBaseHolder Unsupported() { return Kept(Dll().GetFunctionBaseUnSupported); }
+    FunctionBaseHolder Base() { return CopyRecords(Dll().GetFunctionBase); }
+    FunctionBaseHolder Unsupported() { return CopyRecords(Dll().GetFunctionBaseUnSupported); }
 
     // A record with a "Default" node of the test's own document, so that a change in memory can be detected.
     static FunctionBaseRecord RecordWithDefault(std::int32_t id, std::int32_t ac, std::int32_t dc) {
@@ -108,7 +108,7 @@ protected:
     }
 
 private:
-    static FunctionBaseHolder Kept(decltype(&ZOTDam::GetFunctionBase) enumerate) {
+    static FunctionBaseHolder CopyRecords(decltype(&ZOTDam::GetFunctionBase) enumerate) {
         FunctionBaseHolder holder;
         auto keep = MakeCallback<IGetFunctionBaseCallback>(
             [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });

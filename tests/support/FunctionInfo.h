@@ -34,21 +34,21 @@ inline void PrintTo(const FunctionInfo& info, std::ostream* out) {
          << testing::PrintToString(info.ac) << ", DC " << testing::PrintToString(info.dc) << "}";
 }
 
-inline Items KeptItems(const List<DisplayItem>& displayItems) {
+inline Items CopyOfItems(const List<DisplayItem>& displayItems) {
     Items items;
     for (const DisplayItem& item : displayItems)
         items.emplace_back(item.option, item.label);
     return items;
 }
 
-inline FunctionInfo Kept(std::uint32_t id, const FunctionRecord& function) {
+inline FunctionInfo CopyOf(std::uint32_t id, const FunctionRecord& function) {
     return {id,
             function.type,
             function.flag,
             function.name,
             function.group,
-            KeptItems(function.acDisplayItems),
-            KeptItems(function.dcDisplayItems)};
+            CopyOfItems(function.acDisplayItems),
+            CopyOfItems(function.dcDisplayItems)};
 }
 
 }  // namespace ZOTDam::Test

@@ -56,7 +56,7 @@ inline const std::vector<Target>& Targets() {
     return targets;
 }
 
-inline std::string Replaced(std::string text, std::string_view word, const std::string& replacement) {
+inline std::string Replace(std::string text, std::string_view word, const std::string& replacement) {
     std::string result;
     std::size_t begin = 0;
     for (std::size_t end = 0; (end = text.find(word, begin)) != std::string::npos; begin = end + word.size())
@@ -64,12 +64,12 @@ inline std::string Replaced(std::string text, std::string_view word, const std::
     return result.append(text, begin);
 }
 
-inline std::string FilledIn(const Target& target, const HostileContent& content) {
+inline std::string FillIn(const Target& target, const HostileContent& content) {
     std::string xml = target.pattern;
-    xml = Replaced(xml, "[prolog]", content.prolog);
-    xml = Replaced(xml, "[value]", content.value);
-    xml = Replaced(xml, "[children]", content.children);
-    return Replaced(xml, "[attributes]", content.attributes);
+    xml = Replace(xml, "[prolog]", content.prolog);
+    xml = Replace(xml, "[value]", content.value);
+    xml = Replace(xml, "[children]", content.children);
+    return Replace(xml, "[attributes]", content.attributes);
 }
 
 using HostileCase = std::tuple<Target, HostileContent>;
@@ -87,7 +87,7 @@ protected:
     }
 
     void Write(const Target& target, const HostileContent& content) const {
-        WriteFile((installation.*target.file)(), FilledIn(target, content));
+        WriteFile((installation.*target.file)(), FillIn(target, content));
     }
 
 private:

@@ -60,23 +60,23 @@ inline std::string GuidText(const GUID& guid) {
     return text;
 }
 
-inline SpecSubGroup Kept(const SpecSubGroupRecord& record) {
-    SpecSubGroup kept = {GuidText(record.subGroup)};
+inline SpecSubGroup CopyOf(const SpecSubGroupRecord& record) {
+    SpecSubGroup copy = {GuidText(record.subGroup)};
     for (const SpecPowerSettingRecord& setting : record.powerSettings)
-        kept.powerSettings.push_back({GuidText(setting.powerSetting), setting.acValue, setting.dcValue});
-    return kept;
+        copy.powerSettings.push_back({GuidText(setting.powerSetting), setting.acValue, setting.dcValue});
+    return copy;
 }
 
 // Copies a record. The bytes between the GUID and the list must be zero.
-inline SpecScheme Kept(const SpecSchemeRecord& record) {
+inline SpecScheme CopyOf(const SpecSchemeRecord& record) {
     const auto* const bytes = reinterpret_cast<const char*>(&record);
     EXPECT_TRUE(std::all_of(bytes + offsetof(SpecSchemeRecord, reserved),
                             bytes + offsetof(SpecSchemeRecord, subGroups),
                             [](char byte) { return byte == 0; }));
-    SpecScheme kept = {GuidText(record.scheme)};
+    SpecScheme copy = {GuidText(record.scheme)};
     for (const SpecSubGroupRecord& subGroup : record.subGroups)
-        kept.subGroups.push_back(Kept(subGroup));
-    return kept;
+        copy.subGroups.push_back(CopyOf(subGroup));
+    return copy;
 }
 
 // ---- XML ----

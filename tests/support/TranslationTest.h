@@ -32,8 +32,10 @@ protected:
     // Collects the items that the export enumerates. The test fails if the export returns false.
     std::vector<FunctionInfo> GetFunctionInfo() {
         std::vector<FunctionInfo> infos;
-        auto collect = MakeCallback<IGetFunctionInfoCallback>(
-            [&](std::uint32_t id, const FunctionRecord* function) { infos.push_back(Kept(id, *function)); });
+        auto collect =
+            MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t id, const FunctionRecord* function) {
+                infos.push_back(CopyOf(id, *function));
+            });
         EXPECT_TRUE(Dll().GetFunctionInfo(&collect));
         return infos;
     }

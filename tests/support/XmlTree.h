@@ -65,7 +65,7 @@ inline std::wstring ValueOf(IXMLDOMNode& node) {
 }
 
 // Omits namespace declarations, because the names include the namespaces.
-inline std::wstring DescribedAttributes(IXMLDOMNode& node) {
+inline std::wstring DescribeAttributes(IXMLDOMNode& node) {
     IXMLDOMNamedNodeMap* map = nullptr;
     if (node.get_attributes(&map) != S_OK)
         return {};
@@ -83,18 +83,18 @@ inline std::wstring DescribedAttributes(IXMLDOMNode& node) {
 
 // Describes a node and its descendants, one node per line, with kind, name, attributes and value. The node
 // may be null.
-inline std::wstring Described(IXMLDOMNode* node, std::size_t depth = 0) {
+inline std::wstring Describe(IXMLDOMNode* node, std::size_t depth = 0) {
     if (node == nullptr)
         return L"nothing";
     DOMNodeType type = NODE_INVALID;
     node->get_nodeType(&type);
     std::wstring description = std::wstring(depth, L' ') + std::to_wstring(type) + L" " + NameOf(*node) +
-                               DescribedAttributes(*node) + L" " + ValueOf(*node) + L"\n";
+                               DescribeAttributes(*node) + L" " + ValueOf(*node) + L"\n";
     IXMLDOMNode* child = nullptr;
     node->get_firstChild(&child);
     while (child != nullptr) {
         const OwnedInterface<IXMLDOMNode> owned{std::exchange(child, nullptr)};
-        description += Described(owned.get(), depth + 1);
+        description += Describe(owned.get(), depth + 1);
         owned->get_nextSibling(&child);
     }
     return description;

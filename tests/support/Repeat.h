@@ -5,7 +5,7 @@
 
 namespace ZOTDam::Test {
 
-inline std::string Repeated(std::string_view text, int count) {
+inline std::string Repeat(std::string_view text, int count) {
     std::string result;
     for (int i = 0; i < count; ++i)
         result += text;
