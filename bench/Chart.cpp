@@ -65,22 +65,22 @@ void DrawAxes(const Scale& scale, std::ostream& out) {
 void DrawPanel(const std::string& name, const std::vector<Result>& results, const Scale& scale,
                std::ostream& out) {
     std::vector<Point> library;
-    std::vector<Point> floor;
+    std::vector<Point> baseline;
     for (const Result& result : results) {
         library.push_back({static_cast<double>(result.size), result.library});
-        if (result.floor > 0)
-            floor.push_back({static_cast<double>(result.size), result.floor});
+        if (result.baseline > 0)
+            baseline.push_back({static_cast<double>(result.size), result.baseline});
     }
     out << "<text class=\"title\" x=\"" << Left << "\" y=\"" << Top - 8 << "\">" << name << "</text>\n";
     DrawAxes(scale, out);
-    DrawLine(floor, scale, "floor", out);
+    DrawLine(baseline, scale, "baseline", out);
     DrawLine(library, scale, "library", out);
 }
 
 constexpr char Style[] =
     "<style>text{font:9px sans-serif;fill:#333}.title{font-weight:bold}.end{text-anchor:end}"
     ".middle{text-anchor:middle}.grid{stroke:#ddd}polyline{fill:none;stroke-width:1.6}"
-    ".library{stroke:#0b62a4}.floor{stroke:#c2571a;stroke-dasharray:4 3}</style>\n";
+    ".library{stroke:#0b62a4}.baseline{stroke:#c2571a;stroke-dasharray:4 3}</style>\n";
 
 }  // namespace
 
@@ -106,7 +106,8 @@ void WriteChart(const std::vector<Result>& results, std::ostream& out) {
         out << "</g>\n";
     }
     out << "<text x=\"" << Left << "\" y=\"" << rows * PanelHeight + 10
-        << "\">cost over the number of functions: the library (line) and its floor (dashed)</text>\n</svg>\n";
+        << "\">cost over the number of functions: the library (line) and its baseline "
+           "(dashed)</text>\n</svg>\n";
 }
 
 }  // namespace ZOTDam::Bench

@@ -71,18 +71,18 @@ double Median(std::vector<double> values) {
 
 Result Measure(const Case& measured, int size, double seconds) {
     Timed library{measured.prepare, measured.library};
-    Timed floor{measured.prepareFloor, measured.floor ? measured.floor : measured.library};
+    Timed baseline{measured.prepareBaseline, measured.baseline ? measured.baseline : measured.library};
     std::vector<double> libraryTimes;
-    std::vector<double> floorTimes;
+    std::vector<double> baselineTimes;
     std::vector<double> ratios;
     const double end = Now() + seconds * 1e6;
     while (ratios.size() < FewestRounds || (ratios.size() < MostRounds && Now() < end)) {
         libraryTimes.push_back(library.Run());
-        floorTimes.push_back(measured.floor ? floor.Run() : 0);
-        ratios.push_back(measured.floor ? libraryTimes.back() / floorTimes.back() : 0);
+        baselineTimes.push_back(measured.baseline ? baseline.Run() : 0);
+        ratios.push_back(measured.baseline ? libraryTimes.back() / baselineTimes.back() : 0);
     }
-    return {measured.name,      size,          static_cast<int>(ratios.size()), Median(libraryTimes),
-            Median(floorTimes), Median(ratios)};
+    return {measured.name,         size,          static_cast<int>(ratios.size()), Median(libraryTimes),
+            Median(baselineTimes), Median(ratios)};
 }
 
 }  // namespace ZOTDam::Bench

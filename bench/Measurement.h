@@ -10,9 +10,9 @@ namespace ZOTDam::Bench {
 struct Case {
     std::string name;
     std::function<void()> library;
-    std::function<void()> floor = {};         // empty if no document is used
-    std::function<void()> prepare = {};       // before each call of the library, not measured
-    std::function<void()> prepareFloor = {};  // before each run of the baseline
+    std::function<void()> baseline = {};         // empty if no document is used
+    std::function<void()> prepare = {};          // before each call of the library, not measured
+    std::function<void()> prepareBaseline = {};  // before each run of the baseline
 };
 
 // Medians in microseconds. The ratio is the median of the rounds' ratios.
@@ -21,7 +21,7 @@ struct Result {
     int size = 0;
     int rounds = 0;
     double library = 0;
-    double floor = 0;
+    double baseline = 0;
     double ratio = 0;
 };
 

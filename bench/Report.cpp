@@ -34,7 +34,7 @@ std::string Decimal(double number) {
 }
 
 std::string Ratio(const Result& result) {
-    return result.floor > 0 ? Decimal(result.ratio) : "";
+    return result.baseline > 0 ? Decimal(result.ratio) : "";
 }
 
 // The results of an export, by size.
@@ -64,7 +64,7 @@ void WriteMarkdown(const std::vector<Result>& results, std::ostream& out) {
     const auto grouped = ByExport(results);
     out << "| Export |";
     for (const auto& [size, result] : grouped.front().second)
-        out << ' ' << size << " | floor | ratio |";
+        out << ' ' << size << " | baseline | ratio |";
     out << " slope |\n|---|";
     for (std::size_t i = 0; i < grouped.front().second.size(); ++i)
         out << "--:|--:|--:|";
@@ -73,7 +73,7 @@ void WriteMarkdown(const std::vector<Result>& results, std::ostream& out) {
         out << "| " << name << " |";
         for (const auto& [size, result] : sizes)
             out << ' ' << Duration(result.library) << " | "
-                << (result.floor > 0 ? Duration(result.floor) : "") << " | " << Ratio(result) << " |";
+                << (result.baseline > 0 ? Duration(result.baseline) : "") << " | " << Ratio(result) << " |";
         out << ' ' << Slope(sizes) << " |\n";
     }
 }
@@ -83,8 +83,8 @@ nlohmann::json AsJson(const Result& result) {
                            {"functions", result.size},
                            {"rounds", result.rounds},
                            {"libraryMicroseconds", result.library}};
-    if (result.floor > 0) {
-        json["floorMicroseconds"] = result.floor;
+    if (result.baseline > 0) {
+        json["baselineMicroseconds"] = result.baseline;
         json["ratio"] = result.ratio;
     }
     return json;
@@ -94,8 +94,9 @@ nlohmann::json AsJson(const Result& result) {
 
 void PrintRow(const Result& result) {
     std::printf("%-34s %6d %10s %10s %8s  %4d rounds\n", result.name.c_str(), result.size,
-                Duration(result.library).c_str(), result.floor > 0 ? Duration(result.floor).c_str() : "",
-                Ratio(result).c_str(), result.rounds);
+                Duration(result.library).c_str(),
+                result.baseline > 0 ? Duration(result.baseline).c_str() : "", Ratio(result).c_str(),
+                result.rounds);
     std::fflush(stdout);
 }
 

@@ -17,7 +17,7 @@ constexpr wchar_t HighPerformanceText[] = L"8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c
 
 // A callback that does nothing, because the baseline has no callbacks.
 template <class Interface>
-Interface* Nobody() {
+Interface* IgnoreItems() {
     static auto callback = MakeCallback<Interface>([](auto...) {});
     return &callback;
 }
@@ -33,7 +33,7 @@ std::map<std::int32_t, ParamValue> ParametersFor(int functions) {
 
 Workbench::Workbench(int functions) : size{functions} {
     Test::WriteFile(installation.DefaultsFile(), DefaultsFile(size));
-    Test::WriteFile(FloorDefaultsFile(), DefaultsFile(size));
+    Test::WriteFile(BaselineDefaultsFile(), DefaultsFile(size));
     Test::WriteFile(installation.BaseFile(), BaseFile(size));
     Test::WriteFile(installation.StringTableFile(), StringTable());
     WriteUserFiles();
@@ -61,9 +61,9 @@ std::vector<Case> Workbench::Cases() {
 
 void Workbench::FillLibrary() {
     Text text;
-    library->GetFunctionInfo(Nobody<IGetFunctionInfoCallback>());
-    library->GetSpecScheme(Nobody<IGetSpecSchemeCallback>());
-    library->GetCommonSetting(L"Nobody", text);
+    library->GetFunctionInfo(IgnoreItems<IGetFunctionInfoCallback>());
+    library->GetSpecScheme(IgnoreItems<IGetSpecSchemeCallback>());
+    library->GetCommonSetting(L"Missing", text);
     library->TEVGetParam(&Balanced);
 }
 
@@ -75,36 +75,36 @@ void Workbench::UnloadLibrary() {
 
 // ---- The exports that only read ----
 
-std::function<void()> Workbench::UnlessTooLong(std::function<void()> floor) const {
+std::function<void()> Workbench::UnlessTooLong(std::function<void()> baseline) const {
     constexpr int largestSize = 1000;
-    return size <= largestSize ? std::move(floor) : std::function<void()>{};
+    return size <= largestSize ? std::move(baseline) : std::function<void()>{};
 }
 
 std::vector<Case> Workbench::CatalogueCases() {
     return {
         {"GetFuncCount", [this] { library->GetFuncCount(); }},
-        {"GetFunctionBase", [this] { library->GetFunctionBase(Nobody<IGetFunctionBaseCallback>()); },
+        {"GetFunctionBase", [this] { library->GetFunctionBase(IgnoreItems<IGetFunctionBaseCallback>()); },
          [this] { ReadBase(*base); }},
         {"GetFunctionBaseUnSupported",
-         [this] { library->GetFunctionBaseUnSupported(Nobody<IGetFunctionBaseCallback>()); },
+         [this] { library->GetFunctionBaseUnSupported(IgnoreItems<IGetFunctionBaseCallback>()); },
          [this] { ReadBase(*base); }},
-        {"GetFunctionInfo", [this] { library->GetFunctionInfo(Nobody<IGetFunctionInfoCallback>()); },
+        {"GetFunctionInfo", [this] { library->GetFunctionInfo(IgnoreItems<IGetFunctionInfoCallback>()); },
          UnlessTooLong([this] { TranslateFunctions(*defaults, *stringTable); })},
-        {"GetSpecScheme", [this] { library->GetSpecScheme(Nobody<IGetSpecSchemeCallback>()); },
+        {"GetSpecScheme", [this] { library->GetSpecScheme(IgnoreItems<IGetSpecSchemeCallback>()); },
          [this] { ReadSpecSchemes(*base); }},
     };
 }
 
 std::vector<Case> Workbench::ParameterCases() {
-    const auto readScheme = [this] { ReadScheme(FloorUserFile(), BalancedText); };
+    const auto readScheme = [this] { ReadScheme(BaselineUserFile(), BalancedText); };
     return {
-        {"GetParameter", [this] { library->GetParameter(&Balanced, Nobody<IGetParameterCallback>()); },
+        {"GetParameter", [this] { library->GetParameter(&Balanced, IgnoreItems<IGetParameterCallback>()); },
          readScheme},
         {"GetParameterDefault",
-         [this] { library->GetParameterDefault(&Balanced, Nobody<IGetParameterDefaultCallback>()); },
+         [this] { library->GetParameterDefault(&Balanced, IgnoreItems<IGetParameterDefaultCallback>()); },
          [this] { ReadDefaultParameters(*defaults); }},
         {"GetParameterDefault (bare walk)",
-         [this] { library->GetParameterDefault(&Balanced, Nobody<IGetParameterDefaultCallback>()); },
+         [this] { library->GetParameterDefault(&Balanced, IgnoreItems<IGetParameterDefaultCallback>()); },
          [this] { WalkDefaultParameters(*defaults); }},
         {"TEVGetParam", [this] { library->TEVGetParam(&Balanced); }, readScheme},
         {"GetFuncCurValue",
@@ -112,8 +112,8 @@ std::vector<Case> Workbench::ParameterCases() {
              FuncCurValue value;
              library->GetFuncCurValue(static_cast<std::uint32_t>(size / 2), &value);
          }},
-        {"GetCommandInfo", [this] { library->GetCommandInfo(&Balanced, Nobody<IGetCommandInfoCallback>()); },
-         readScheme},
+        {"GetCommandInfo",
+         [this] { library->GetCommandInfo(&Balanced, IgnoreItems<IGetCommandInfoCallback>()); }, readScheme},
         {"GetDiffFuncList",
          [this] {
              Text names;
@@ -121,8 +121,8 @@ std::vector<Case> Workbench::ParameterCases() {
              library->GetDiffFuncList(&Balanced, &HighPerformance, 1, names, values);
          },
          UnlessTooLong([this] {
-             ReadScheme(FloorUserFile(), BalancedText);
-             ReadScheme(FloorUserFile(), HighPerformanceText);
+             ReadScheme(BaselineUserFile(), BalancedText);
+             ReadScheme(BaselineUserFile(), HighPerformanceText);
              TranslateDifferences(*defaults, *stringTable);
          })},
         {"GetCommonSetting",
@@ -130,7 +130,7 @@ std::vector<Case> Workbench::ParameterCases() {
              Text value;
              library->GetCommonSetting(L"User", value);
          },
-         [this] { ReadSetting(FloorUserFile()); }},
+         [this] { ReadSetting(BaselineUserFile()); }},
     };
 }
 
@@ -141,11 +141,12 @@ std::vector<Case> Workbench::SavingCases(SaveDocument save, std::string_view suf
     const auto named = [&](std::string name) { return name.append(suffix); };
     return {
         {named("SetParameter"), [this] { library->SetParameter(&Balanced, params->get()); },
-         [this, save] { WriteScheme(FloorUserFile(), BalancedText, save); }, writeUserFiles, writeUserFiles},
+         [this, save] { WriteScheme(BaselineUserFile(), BalancedText, save); }, writeUserFiles,
+         writeUserFiles},
         {named("SetCommonSetting"), [this] { library->SetCommonSetting(L"User", L"value"); },
-         [this, save] { WriteSetting(FloorUserFile(), save); }},
+         [this, save] { WriteSetting(BaselineUserFile(), save); }},
         {named("ResetDefault"), [this] { library->ResetDefault(); },
-         [this, save] { ResetSettings(*settings, FloorUserFile(), save); },
+         [this, save] { ResetSettings(*settings, BaselineUserFile(), save); },
          [this] {
              WriteUserFiles();
              Text value;
@@ -153,12 +154,12 @@ std::vector<Case> Workbench::SavingCases(SaveDocument save, std::string_view suf
          },
          [this] {
              WriteUserFiles();
-             settings.emplace(FloorUserFile());
+             settings.emplace(BaselineUserFile());
          }},
         {named("InitCommonSetting"), [this] { library->InitCommonSetting(); },
-         [this, save] { ReplaceSettings(*defaults, *base, FloorDefaultsFile(), save); }},
+         [this, save] { ReplaceSettings(*defaults, *base, BaselineDefaultsFile(), save); }},
         {named("AddFunctionDefault"), [this] { library->AddFunctionDefault(&handedOver); },
-         [this, save] { ReplaceFunctions(*defaults, baseFunctions, FloorDefaultsFile(), save); }},
+         [this, save] { ReplaceFunctions(*defaults, baseFunctions, BaselineDefaultsFile(), save); }},
     };
 }
 
@@ -168,11 +169,11 @@ Case Workbench::FirstAnswerCase() {
                 library.emplace();
                 library->GetFuncCount();
             },
-            [this] { ReadCatalogue(PlainDocument{FloorDefaultsFile()}); },
+            [this] { ReadCatalogue(PlainDocument{BaselineDefaultsFile()}); },
             [this] {
                 UnloadLibrary();
                 Test::WriteFile(installation.DefaultsFile(), DefaultsFile(size));
-                Test::WriteFile(FloorDefaultsFile(), DefaultsFile(size));
+                Test::WriteFile(BaselineDefaultsFile(), DefaultsFile(size));
             }};
 }
 
@@ -206,15 +207,15 @@ FunctionBaseHolder Workbench::BaseFunctions() const {
 
 void Workbench::WriteUserFiles() const {
     Test::WriteFile(installation.UserFile(), UserFile(size));
-    Test::WriteFile(FloorUserFile(), UserFile(size));
+    Test::WriteFile(BaselineUserFile(), UserFile(size));
 }
 
-std::filesystem::path Workbench::FloorUserFile() const {
-    return installation.UserFile().parent_path() / L"Floor.xml";
+std::filesystem::path Workbench::BaselineUserFile() const {
+    return installation.UserFile().parent_path() / L"Baseline.xml";
 }
 
-std::filesystem::path Workbench::FloorDefaultsFile() const {
-    return installation.DefaultsFile().parent_path() / L"Floor.xml";
+std::filesystem::path Workbench::BaselineDefaultsFile() const {
+    return installation.DefaultsFile().parent_path() / L"Baseline.xml";
 }
 
 }  // namespace ZOTDam::Bench

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Floor.h"
+#include "Baseline.h"
 #include "Measurement.h"
 #include "support/Installation.h"
 #include "ZOTDamClient.h"
@@ -35,14 +35,14 @@ private:
     void UnloadLibrary();
 
     // Returns no baseline if looking up each text in the DOM would take minutes.
-    std::function<void()> UnlessTooLong(std::function<void()> floor) const;
+    std::function<void()> UnlessTooLong(std::function<void()> baseline) const;
 
     void WriteUserFiles() const;
     FunctionBaseHolder BaseFunctions() const;
 
     // The baseline writes to separate files, in the folders of the library's files.
-    std::filesystem::path FloorUserFile() const;
-    std::filesystem::path FloorDefaultsFile() const;
+    std::filesystem::path BaselineUserFile() const;
+    std::filesystem::path BaselineDefaultsFile() const;
 
     int size;
     Test::Installation installation;

@@ -1,4 +1,4 @@
-#include "Floor.h"
+#include "Baseline.h"
 
 #include <cwchar>
 
