@@ -15,14 +15,14 @@ namespace ZOTDam::Test {
 
 namespace {
 
-constexpr int AllWasRight = 0;
+constexpr int Success = 0;
 
-class ComOn {
+class ComApartment {
 public:
-    explicit ComOn(COINIT apartment) { CoInitializeEx(nullptr, apartment); }
-    ComOn(const ComOn&) = delete;
-    ComOn& operator=(const ComOn&) = delete;
-    ~ComOn() { CoUninitialize(); }
+    explicit ComApartment(COINIT apartment) { CoInitializeEx(nullptr, apartment); }
+    ComApartment(const ComApartment&) = delete;
+    ComApartment& operator=(const ComApartment&) = delete;
+    ~ComApartment() { CoUninitialize(); }
 };
 
 // A client that can end its use of the library in different ways.
@@ -40,14 +40,14 @@ public:
                Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced) &&
                Get<decltype(ZOTDam::SetCommonSetting)>("SetCommonSetting")(L"Name", L"value") &&
                !Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Nobody", setting) &&
-               Stored() == value;
+               ReadStored() == value;
     }
 
     bool Exit() const { return Get<decltype(ZOTDam::ZOTDamExit)>("ZOTDamExit")(); }
 
     // Returns whether the exports behave as they must after ZOTDamExit.
-    bool IsOver() const {
-        return Count() == CatalogueUnavailable && Stored() == -1 &&
+    bool HasExited() const {
+        return Count() == CatalogueUnavailable && ReadStored() == -1 &&
                !Get<decltype(ZOTDam::SetCommonSetting)>("SetCommonSetting")(L"Name", L"late") && Exit();
     }
 
@@ -64,7 +64,7 @@ private:
 
     std::uint32_t Count() const { return Get<decltype(ZOTDam::GetFuncCount)>("GetFuncCount")(); }
 
-    std::int32_t Stored() const {
+    std::int32_t ReadStored() const {
         std::int32_t stored = -1;
         auto keep = MakeCallback<IGetParameterCallback>(
             [&](std::int32_t, const ParamValue* value) { stored = value->ACParamIndex; });
@@ -91,7 +91,7 @@ constexpr std::array Apartments = {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADE
 
 // ---- Every combination ----
 
-struct Life {
+struct Lifetime {
     COINIT apartment = COINIT_MULTITHREADED;
     bool beginsOnAnotherThread = false;
     bool callsExit = false;
@@ -106,52 +106,54 @@ struct Life {
     }
 };
 
-std::vector<Life> Lives() {
-    std::vector<Life> lives;
+std::vector<Lifetime> Lifetimes() {
+    std::vector<Lifetime> lifetimes;
     for (const COINIT apartment : Apartments)
         for (int choice = 0; choice < 16; ++choice)
-            lives.push_back(
+            lifetimes.push_back(
                 {apartment, (choice & 8) != 0, (choice & 4) != 0, (choice & 2) != 0, (choice & 1) != 0});
-    return lives;
+    return lifetimes;
 }
 
-bool EndUse(Client& client, const Life& life) {
-    return (!life.callsExit || (client.Exit() && client.IsOver())) && (!life.freesLibrary || client.Free());
+bool EndUse(Client& client, const Lifetime& lifetime) {
+    return (!lifetime.callsExit || (client.Exit() && client.HasExited())) &&
+           (!lifetime.freesLibrary || client.Free());
 }
 
-bool Live(const Life& life) {
+bool RunLifetime(const Lifetime& lifetime) {
     Client& client = NewClient();
-    std::optional<ComOn> com{life.apartment};
+    std::optional<ComApartment> com{lifetime.apartment};
     const auto begin = [&] {
         client.Load();
         return client.Use(7);
     };
-    const auto beginWithComOfItsOwn = [&] {
-        const ComOn comOfThread{life.apartment};
+    const auto beginWithOwnCom = [&] {
+        const ComApartment comOfThread{lifetime.apartment};
         return begin();
     };
-    bool isRight = life.beginsOnAnotherThread ? OnAnotherThread(beginWithComOfItsOwn) : begin();
+    bool isRight = lifetime.beginsOnAnotherThread ? OnAnotherThread(beginWithOwnCom) : begin();
     isRight = isRight && client.Use(8);
-    if (life.leavesComFirst)
+    if (lifetime.leavesComFirst)
         com.reset();
-    return EndUse(client, life) && isRight;
+    return EndUse(client, lifetime) && isRight;
 }
 
-// The arguments are the folders and the index of the life.
-const RegisterRole live{L"live", [](const std::vector<std::wstring>& arguments) {
-                            EnterInstallation(arguments);
-                            return Live(Lives().at(std::stoul(arguments.at(2)))) ? AllWasRight : 1;
-                        }};
+// The arguments are the folders and the index of the lifetime.
+const RegisterRole runLifetime{L"run-lifetime", [](const std::vector<std::wstring>& arguments) {
+                                   EnterInstallation(arguments);
+                                   return RunLifetime(Lifetimes().at(std::stoul(arguments.at(2)))) ? Success
+                                                                                                   : 1;
+                               }};
 
 // ---- Special cases ----
 
-using Story = bool (*)(Client&);
+using Sequence = bool (*)(Client&);
 
 // Performs each step on a new thread. The threads that load, exit and free the library do not initialise COM.
 bool PassFromThreadToThread(Client& client) {
     const auto withCom = [&](COINIT apartment, std::int32_t value) {
         return OnAnotherThread([&] {
-            const ComOn com{apartment};
+            const ComApartment com{apartment};
             return client.Use(value);
         });
     };
@@ -164,9 +166,9 @@ bool PassFromThreadToThread(Client& client) {
            OnAnotherThread([&] { return client.Free(); });
 }
 
-bool FreeWithoutExitWhereComNeverWas(Client& client) {
+bool FreeWithoutExitOrCom(Client& client) {
     const bool isRight = OnAnotherThread([&] {
-        const ComOn com{COINIT_APARTMENTTHREADED};
+        const ComApartment com{COINIT_APARTMENTTHREADED};
         client.Load();
         return client.Use(8);
     });
@@ -175,14 +177,14 @@ bool FreeWithoutExitWhereComNeverWas(Client& client) {
 
 // A thread that has not initialised COM can use the multithreaded apartment of another thread.
 bool UseTheMtaOfAnotherThread(Client& client) {
-    const ComOn com{COINIT_MULTITHREADED};
+    const ComApartment com{COINIT_MULTITHREADED};
     client.Load();
     return OnAnotherThread([&] { return client.Use(8); }) && client.Exit() && client.Free();
 }
 
-bool BeginAnew(Client& client) {
+bool UseInAnotherApartment(Client& client) {
     for (const COINIT apartment : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
-        const ComOn com{apartment};
+        const ComApartment com{apartment};
         client.Load();
         if (!client.Use(8) || !client.Free())
             return false;
@@ -191,7 +193,7 @@ bool BeginAnew(Client& client) {
 }
 
 bool LoadTwiceAndFreeOnce(Client& client) {
-    const ComOn com{COINIT_APARTMENTTHREADED};
+    const ComApartment com{COINIT_APARTMENTTHREADED};
     client.Load();
     {
         Client other;
@@ -203,10 +205,10 @@ bool LoadTwiceAndFreeOnce(Client& client) {
 }
 
 bool EndOnAnotherThread(Client& client) {
-    const ComOn com{COINIT_APARTMENTTHREADED};
+    const ComApartment com{COINIT_APARTMENTTHREADED};
     client.Load();
     if (client.Use(8))
-        std::thread{[] { ExitProcess(AllWasRight); }}.join();
+        std::thread{[] { ExitProcess(Success); }}.join();
     return false;
 }
 
@@ -214,7 +216,7 @@ bool EndOnAnotherThread(Client& client) {
 bool EndWhileAnotherThreadWorks(Client& client) {
     const HANDLE used = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     std::thread{[&client, used] {
-        const ComOn com{COINIT_MULTITHREADED};
+        const ComApartment com{COINIT_MULTITHREADED};
         client.Load();
         while (client.Use(8))
             SetEvent(used);
@@ -224,20 +226,20 @@ bool EndWhileAnotherThreadWorks(Client& client) {
     return true;
 }
 
-const std::map<std::wstring, Story> Stories = {
+const std::map<std::wstring, Sequence> Sequences = {
     {L"PassesFromThreadToThread", PassFromThreadToThread},
-    {L"IsFreedWithoutExitWhereComNeverWas", FreeWithoutExitWhereComNeverWas},
+    {L"IsFreedWithoutExitWhereComNeverWas", FreeWithoutExitOrCom},
     {L"UsesTheMtaOfAnotherThread", UseTheMtaOfAnotherThread},
-    {L"BeginsAnewInAnotherApartment", BeginAnew},
+    {L"BeginsAnewInAnotherApartment", UseInAnotherApartment},
     {L"GoesOnWhenItWasLoadedTwiceAndFreedOnce", LoadTwiceAndFreeOnce},
     {L"EndsWithAProcessThatAnotherThreadEnds", EndOnAnotherThread},
     {L"EndsWithAProcessInWhichAnotherThreadWorks", EndWhileAnotherThreadWorks},
 };
 
-const RegisterRole tellStory{L"tell-story", [](const std::vector<std::wstring>& arguments) {
-                                 EnterInstallation(arguments);
-                                 return Stories.at(arguments.at(2))(NewClient()) ? AllWasRight : 1;
-                             }};
+const RegisterRole runSequence{L"run-sequence", [](const std::vector<std::wstring>& arguments) {
+                                   EnterInstallation(arguments);
+                                   return Sequences.at(arguments.at(2))(NewClient()) ? Success : 1;
+                               }};
 
 }  // namespace
 
@@ -250,7 +252,7 @@ protected:
     }
 
     // Expects that the ended process left a complete file and no busy marker.
-    void ExpectItsLastValues() {
+    void ExpectLastValues() {
         EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, UserMarker), nullptr);
         EXPECT_TRUE(IsWellFormed(installation.UserFile()));
         EXPECT_EQ(GetParameter(Balanced), (Params{{1, {8, 8}}, {2, {8, 8}}}));
@@ -263,31 +265,31 @@ protected:
 class LifeTest : public LifetimeTest, public testing::WithParamInterface<std::size_t> {};
 
 TEST_P(LifeTest, EndsInOrderAndLeavesTheFileWhole) {
-    EXPECT_EQ(ExitCodeOf(L"live", std::to_wstring(GetParam())), 0u);
-    ExpectItsLastValues();
+    EXPECT_EQ(ExitCodeOf(L"run-lifetime", std::to_wstring(GetParam())), 0u);
+    ExpectLastValues();
     EXPECT_NE(UserSettings().find(R"(Name="value")"), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(, LifeTest, testing::Range(std::size_t{0}, Lives().size()),
+INSTANTIATE_TEST_SUITE_P(, LifeTest, testing::Range(std::size_t{0}, Lifetimes().size()),
                          [](const testing::TestParamInfo<std::size_t>& info) {
-                             return Lives().at(info.param).Name();
+                             return Lifetimes().at(info.param).Name();
                          });
 
 class StoryTest : public LifetimeTest, public testing::WithParamInterface<std::wstring> {};
 
 TEST_P(StoryTest, EndsInOrderAndLeavesTheFileWhole) {
-    EXPECT_EQ(ExitCodeOf(L"tell-story", GetParam()), 0u);
-    ExpectItsLastValues();
+    EXPECT_EQ(ExitCodeOf(L"run-sequence", GetParam()), 0u);
+    ExpectLastValues();
 }
 
-std::vector<std::wstring> StoryNames() {
+std::vector<std::wstring> SequenceNames() {
     std::vector<std::wstring> names;
-    for (const auto& [name, story] : Stories)
+    for (const auto& [name, sequence] : Sequences)
         names.push_back(name);
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(, StoryTest, testing::ValuesIn(StoryNames()),
+INSTANTIATE_TEST_SUITE_P(, StoryTest, testing::ValuesIn(SequenceNames()),
                          [](const testing::TestParamInfo<std::wstring>& info) { return Utf8(info.param); });
 
 }  // namespace ZOTDam::Test

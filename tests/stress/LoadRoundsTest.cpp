@@ -30,22 +30,22 @@ union LibraryWithoutExit {
     Library library;
 };
 
-void LiveWithExit() {
+void UseWithExit() {
     const Library dll;
     ASSERT_EQ(dll.GetFuncCount(), 2u);
     CallEveryExport(dll, Balanced);
 }
 
-void LiveWithoutExit() {
-    const LibraryWithoutExit unended;
-    const Library& dll = unended.library;
+void UseWithoutExit() {
+    const LibraryWithoutExit client;
+    const Library& dll = client.library;
     ASSERT_EQ(dll.GetFuncCount(), 2u);
     EXPECT_EQ(std::ranges::count(RawResultsOfTheReadingExports(dll, Balanced), 1), 10);
     EXPECT_EQ(std::ranges::count(RawResultsOfTheWritingExports(dll, Balanced), 1), 4);
 }
 
-void OnAThreadOfItsOwn(void (*life)()) {
-    std::thread{life}.join();
+void OnNewThread(void (*use)()) {
+    std::thread{use}.join();
 }
 
 }  // namespace
@@ -54,27 +54,27 @@ class LoadRoundsTest : public SettingsTest {
 protected:
     LoadRoundsTest() { WriteBase(R"(<ZOTBase><CommonSettings Setting="base"/></ZOTBase>)"); }
 
-    void LiveOnce(const std::function<void()>& life) {
+    void LoadOnce(const std::function<void()>& use) {
         WriteDefaults(TwoFunctions);
         std::filesystem::remove(installation.UserFile());
-        const LoadHook watching{[](HMODULE dll) {
+        const LoadHook tracking{[](HMODULE dll) {
             HeapAllocations::Track(dll);
             LeaveFilesUnflushed(dll);
         }};
-        life();
+        use();
         ASSERT_EQ(GetModuleHandleW(L"ZOTDam.dll"), nullptr);
         ASSERT_EQ(HeapAllocations::Count(), 0u);
     }
 
     // The first rounds load what other libraries never release. The system may also keep a small amount of
     // memory, but not a handle in each round, and no large amount.
-    void ExpectThatEachRoundGivesBackWhatItTook(const std::function<void()>& life) {
+    void ExpectNoLeaks(const std::function<void()>& use) {
         for (int round = 0; round < 3; ++round)
-            LiveOnce(life);
+            LoadOnce(use);
         const ProcessResources before;
         const int rounds = Rounds(12, 1000);
         for (int round = 0; round < rounds && !HasFailure(); ++round)
-            LiveOnce(life);
+            LoadOnce(use);
         const ProcessResources after;
         EXPECT_EQ(after.freeThreadSlots, before.freeThreadSlots);
         EXPECT_EQ(after.loadedModules, before.loadedModules);
@@ -104,19 +104,19 @@ TEST_F(LoadRoundsTest, WhatIsCountedCounts) {
 }
 
 TEST_F(LoadRoundsTest, WithExit) {
-    ExpectThatEachRoundGivesBackWhatItTook(LiveWithExit);
+    ExpectNoLeaks(UseWithExit);
 }
 
 TEST_F(LoadRoundsTest, WithoutExit) {
-    ExpectThatEachRoundGivesBackWhatItTook(LiveWithoutExit);
+    ExpectNoLeaks(UseWithoutExit);
 }
 
 TEST_F(LoadRoundsTest, WithExitOnAThreadThatEnds) {
-    ExpectThatEachRoundGivesBackWhatItTook([] { OnAThreadOfItsOwn(LiveWithExit); });
+    ExpectNoLeaks([] { OnNewThread(UseWithExit); });
 }
 
 TEST_F(LoadRoundsTest, WithoutExitOnAThreadThatEnds) {
-    ExpectThatEachRoundGivesBackWhatItTook([] { OnAThreadOfItsOwn(LiveWithoutExit); });
+    ExpectNoLeaks([] { OnNewThread(UseWithoutExit); });
 }
 
 }  // namespace ZOTDam::Test
