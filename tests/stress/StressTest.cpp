@@ -71,13 +71,13 @@ std::optional<Stamp> StampIn(const std::wstring& text) {
 
 // ---- Shared state of the processes ----
 
-struct Board {
+struct SharedState {
     std::array<std::atomic<std::int32_t>, ProcessCount> rounds;  // the rounds that each process has begun
     std::atomic<int> calls;
     std::atomic<int> failedWrites;
     std::atomic<int> wrongValues;   // values that no single call wrote
     std::atomic<int> replacements;  // of the file
-    std::atomic<int> refusedReplacements;
+    std::atomic<int> failedReplacements;
     std::atomic<int> waits;
     std::atomic<std::int64_t> longestCall;  // in microseconds
     std::atomic<bool> ends;
@@ -90,42 +90,42 @@ struct Board {
 };
 
 // Lets the processes begin together and report each round.
-struct Meeting {
-    explicit Meeting(const std::wstring& name)
-        : board{name + L"-board"},
+struct Synchronization {
+    explicit Synchronization(const std::wstring& name)
+        : state{name + L"-state"},
           start{CreateEventW(nullptr, TRUE, FALSE, (name + L"-start").c_str())},
           progress{CreateSemaphoreW(nullptr, 0, MAXLONG, (name + L"-progress").c_str())} {}
-    Meeting(const Meeting&) = delete;
-    Meeting& operator=(const Meeting&) = delete;
-    ~Meeting() {
+    Synchronization(const Synchronization&) = delete;
+    Synchronization& operator=(const Synchronization&) = delete;
+    ~Synchronization() {
         CloseHandle(start);
         CloseHandle(progress);
     }
 
-    SharedMemory<Board> board;
+    SharedMemory<SharedState> state;
     HANDLE start;
     HANDLE progress;
 };
 
 // ---- A process ----
 
-Board* watching = nullptr;
+SharedState* countedState = nullptr;
 
 BOOL WINAPI CountReplacement(const wchar_t* source, const wchar_t* target, DWORD flags) {
     const BOOL done = MoveFileExW(source, target, flags);
     const DWORD error = GetLastError();
-    ++(done != FALSE ? watching->replacements : watching->refusedReplacements);
+    ++(done != FALSE ? countedState->replacements : countedState->failedReplacements);
     SetLastError(error);
     return done;
 }
 
 DWORD WINAPI CountWait(HANDLE object, DWORD timeout) {
-    ++watching->waits;
+    ++countedState->waits;
     return WaitForSingleObject(object, timeout);
 }
 
 void WINAPI CountSleep(DWORD duration) {
-    ++watching->waits;
+    ++countedState->waits;
     Sleep(duration);
 }
 
@@ -139,8 +139,9 @@ std::int64_t Microseconds() {
 
 class Participant {
 public:
-    Participant(Board& sharedBoard, std::int32_t processNumber) : board{sharedBoard}, number{processNumber} {
-        watching = &board;
+    Participant(SharedState& sharedState, std::int32_t processNumber)
+        : state{sharedState}, number{processNumber} {
+        countedState = &state;
         PatchForGood(dll.Handle(), "MoveFileExW", &CountReplacement);
         PatchForGoodIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
         PatchForGoodIfImported(dll.Handle(), "Sleep", &CountSleep);
@@ -151,7 +152,7 @@ public:
 
     // Writes and reads either the values that all processes share or those of this process alone.
     void Round() {
-        const Stamp stamp = StampOf(number, ++board.rounds[number]);
+        const Stamp stamp = StampOf(number, ++state.rounds[number]);
         GUID ownScheme = PowerSaver;
         ownScheme.Data1 = static_cast<unsigned long>(number);
         const std::wstring ownSetting = L"Own" + std::to_wstring(number);
@@ -159,8 +160,8 @@ public:
         const GUID& scheme = isOwn ? ownScheme : Balanced;
         const std::wstring setting = isOwn ? ownSetting : L"Shared";
         Write(scheme, setting, stamp);
-        Judge(ReadScheme(scheme), isOwn);
-        Judge(ReadSetting(setting), isOwn);
+        CountIfWrong(ReadScheme(scheme), isOwn);
+        CountIfWrong(ReadSetting(setting), isOwn);
     }
 
 private:
@@ -171,17 +172,17 @@ private:
         const std::int64_t duration = Microseconds() - start;
         // Processes that check without a pause whether the file is busy keep it busy for each other.
         Sleep(random() % (2 * ProcessCount));
-        ++board.calls;
-        std::int64_t longest = board.longestCall;
-        while (longest < duration && !board.longestCall.compare_exchange_weak(longest, duration)) {
+        ++state.calls;
+        std::int64_t longest = state.longestCall;
+        while (longest < duration && !state.longestCall.compare_exchange_weak(longest, duration)) {
         }
     }
 
     void Write(const GUID& scheme, const std::wstring& setting, Stamp stamp) {
         const ParamHolder params{AllFunctionsSetTo(stamp)};
-        Measure([&] { board.failedWrites += !dll.SetParameter(&scheme, params.get()); });
+        Measure([&] { state.failedWrites += !dll.SetParameter(&scheme, params.get()); });
         const std::wstring text = TextOf(stamp);
-        Measure([&] { board.failedWrites += !dll.SetCommonSetting(setting.c_str(), text.c_str()); });
+        Measure([&] { state.failedWrites += !dll.SetCommonSetting(setting.c_str(), text.c_str()); });
     }
 
     std::optional<Stamp> ReadScheme(const GUID& scheme) {
@@ -199,31 +200,31 @@ private:
         return found ? StampIn(text) : std::nullopt;
     }
 
-    void Judge(std::optional<Stamp> read, bool isOwn) {
+    void CountIfWrong(std::optional<Stamp> read, bool isOwn) {
         const bool isRight =
-            read && board.WasWritten(*read) && (!isOwn || *read == 0 || *read / MaxRounds - 1 == number);
-        board.wrongValues += !isRight;
+            read && state.WasWritten(*read) && (!isOwn || *read == 0 || *read / MaxRounds - 1 == number);
+        state.wrongValues += !isRight;
     }
 
     Library dll;
-    Board& board;
+    SharedState& state;
     std::int32_t number;
     std::minstd_rand random;
 };
 
-// Arguments: the folders, the name of the meeting, the number of the process, and its number of rounds. With
-// 0 rounds, the process runs until the test ends.
+// Arguments: the folders, the name of the synchronization, the number of the process, and its number of
+// rounds. With 0 rounds, the process runs until the test ends.
 const RegisterRole writeAndRead{WriteAndRead, [](const std::vector<std::wstring>& arguments) {
                                     EnterInstallation(arguments);
-                                    const Meeting meeting{arguments.at(2)};
-                                    Participant participant{*meeting.board, std::stoi(arguments.at(3))};
+                                    const Synchronization sync{arguments.at(2)};
+                                    Participant participant{*sync.state, std::stoi(arguments.at(3))};
                                     SignalReady();
-                                    WaitForSingleObject(meeting.start, Timeout);
+                                    WaitForSingleObject(sync.start, Timeout);
                                     const int rounds = std::stoi(arguments.at(4));
-                                    for (int round = 0; rounds == 0 ? !meeting.board->ends : round < rounds;
+                                    for (int round = 0; rounds == 0 ? !sync.state->ends : round < rounds;
                                          ++round) {
                                         participant.Round();
-                                        ReleaseSemaphore(meeting.progress, 1, nullptr);
+                                        ReleaseSemaphore(sync.progress, 1, nullptr);
                                     }
                                     return 0;
                                 }};
@@ -266,46 +267,46 @@ protected:
     void StartAll(int rounds) {
         for (std::int32_t number = 0; number < ProcessCount; ++number)
             StartProcess(number, rounds);
-        SetEvent(meeting.start);
+        SetEvent(sync.start);
     }
 
-    void AwaitRound() { ASSERT_EQ(WaitForSingleObject(meeting.progress, Timeout), WAIT_OBJECT_0); }
+    void WaitForRound() { ASSERT_EQ(WaitForSingleObject(sync.progress, Timeout), WAIT_OBJECT_0); }
 
     // Checks a copy, because a DOM cannot open the file while a suspended process is replacing it.
-    bool IsWhole() const {
+    bool IsCopyWellFormed() const {
         const std::filesystem::path copy = installation.ProgramData() / L"copy.xml";
         WriteFile(copy, ReadFileInUse(installation.UserFile()));
         return IsWellFormed(copy);
     }
 
     // Suspends all processes at arbitrary points, as if the machine had stopped, and checks the file.
-    void LookAtTheFile() {
+    void SuspendAndCheckFile() {
         for (auto& process : processes)
             process->Suspend();
         hasFile = hasFile || HasUserSettings();
-        EXPECT_TRUE(!hasFile || IsWhole());
-        ++looks;
+        EXPECT_TRUE(!hasFile || IsCopyWellFormed());
+        ++checks;
     }
 
-    void LetThemGoOn() {
+    void ResumeAll() {
         for (auto& process : processes)
             process->Resume();
     }
 
-    void AwaitTheEnd() {
+    void WaitForAll() {
         for (auto& process : processes)
             EXPECT_EQ(process->WaitForExit(), 0u);
-        EXPECT_EQ(meeting.board->wrongValues, 0);
-        EXPECT_EQ(meeting.board->failedWrites, 0);
-        EXPECT_EQ(meeting.board->refusedReplacements, 0);
-        EXPECT_EQ(meeting.board->waits, 0);
+        EXPECT_EQ(sync.state->wrongValues, 0);
+        EXPECT_EQ(sync.state->failedWrites, 0);
+        EXPECT_EQ(sync.state->failedReplacements, 0);
+        EXPECT_EQ(sync.state->waits, 0);
     }
 
     // Checks that this process can read and write the file as usual.
     void ExpectNextSaveWorks() {
         EXPECT_TRUE(IsWellFormed(installation.UserFile()));
         const std::optional<Stamp> last = StampIn(GetParameter(Balanced));
-        EXPECT_TRUE(last && meeting.board->WasWritten(*last));
+        EXPECT_TRUE(last && sync.state->WasWritten(*last));
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(5)));
         EXPECT_EQ(StampIn(GetParameter(Balanced)), 5);
         EXPECT_TRUE(IsWellFormed(installation.UserFile()));
@@ -315,39 +316,39 @@ protected:
 
     void ShowFigures() const {
         ShowFigure("processes", ProcessCount);
-        ShowFigure("calls", meeting.board->calls.load());
-        ShowFigure("writes among them", meeting.board->calls / 2);
-        ShowFigure("replacements of the file", meeting.board->replacements.load());
+        ShowFigure("calls", sync.state->calls.load());
+        ShowFigure("writes among them", sync.state->calls / 2);
+        ShowFigure("replacements of the file", sync.state->replacements.load());
     }
 
     const std::wstring name = L"zotdam-stress-" + std::to_wstring(GetCurrentProcessId());
-    const Meeting meeting{name};
+    const Synchronization sync{name};
     std::array<std::optional<SecondProcess>, ProcessCount> processes;
     bool hasFile = false;
-    int looks = 0;
+    int checks = 0;
 };
 
 TEST_F(StressTest, EightProcessesReadOnlyWhatOneOfThemWroteAndNoCallWaits) {
     StartAll(Rounds(12, 600));
-    AwaitTheEnd();
-    EXPECT_GT(meeting.board->replacements, 0);
+    WaitForAll();
+    EXPECT_GT(sync.state->replacements, 0);
     ExpectNextSaveWorks();
     ShowFigures();
-    ShowFigure("longest call in microseconds", meeting.board->longestCall.load());
+    ShowFigure("longest call in microseconds", sync.state->longestCall.load());
 }
 
 TEST_F(StressTest, TheFileIsWholeWheneverEightProcessesAreStopped) {
     const int rounds = Rounds(10, 500);
     StartAll(rounds);
     for (int round = 0; round < rounds * ProcessCount; ++round) {
-        ASSERT_NO_FATAL_FAILURE(AwaitRound());
-        LookAtTheFile();
-        LetThemGoOn();
+        ASSERT_NO_FATAL_FAILURE(WaitForRound());
+        SuspendAndCheckFile();
+        ResumeAll();
     }
-    AwaitTheEnd();
+    WaitForAll();
     ExpectNextSaveWorks();
     ShowFigures();
-    ShowFigure("looks at the file", looks);
+    ShowFigure("checks of the file", checks);
 }
 
 TEST_F(StressTest, TheFileIsWholeWhicheverOfEightProcessesDies) {
@@ -356,16 +357,16 @@ TEST_F(StressTest, TheFileIsWholeWhicheverOfEightProcessesDies) {
     const int kills = Rounds(10, 400);
     for (int kill = 0; kill < kills; ++kill) {
         for (auto rounds = random() % (2 * ProcessCount); rounds > 0; --rounds)
-            ASSERT_NO_FATAL_FAILURE(AwaitRound());
-        LookAtTheFile();
+            ASSERT_NO_FATAL_FAILURE(WaitForRound());
+        SuspendAndCheckFile();
         const auto victim = static_cast<std::int32_t>(random() % ProcessCount);
         processes[victim].reset();
         StartProcess(victim, 0);
         processes[victim]->Suspend();
-        LetThemGoOn();
+        ResumeAll();
     }
-    meeting.board->ends = true;
-    AwaitTheEnd();
+    sync.state->ends = true;
+    WaitForAll();
     ExpectNextSaveWorks();
     ShowFigures();
     ShowFigure("processes killed", kills);
@@ -376,9 +377,9 @@ TEST_F(StressTest, NoCallWaitsForAFileThatStaysBusy) {
     WriteUserSettings(before);
     const SecondProcess holder{HoldMutex, {UserMarker}};
     StartAll(Rounds(5, 500));
-    AwaitTheEnd();
+    WaitForAll();
     EXPECT_EQ(UserSettings(), before);
-    EXPECT_EQ(meeting.board->replacements, 0);
+    EXPECT_EQ(sync.state->replacements, 0);
 }
 
 }  // namespace ZOTDam::Test
