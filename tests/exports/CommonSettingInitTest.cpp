@@ -383,7 +383,7 @@ TEST_F(FailedInitTest, AFileThatCannotBeReplacedStaysAsItIs) {
 
 TEST_F(FailedInitTest, AFolderThatIsGoneIsNotCreated) {
     EXPECT_EQ(Setting(L"A"), L"old");
-    EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     std::filesystem::remove_all(installation.ProgramFiles());
     EXPECT_FALSE(Init());
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));

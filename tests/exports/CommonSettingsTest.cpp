@@ -287,7 +287,7 @@ TEST_P(EachSourceTest, IsUnchangedByReadsWhichCreateNoOtherFileEither) {
     for (const std::string& file : files) {
         Write(file);
         Setting(L"Name");
-        Setting(L"Nobody");
+        Setting(L"Missing");
         Unload();
         EXPECT_EQ(ReadFile(File()), file);
         for (const auto& other :
@@ -343,7 +343,7 @@ TEST_F(CommonSettingsTest, TheUserSettingsAreReadAtEachCall) {
 TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadOnce) {
     WriteDefaultValues(R"(A="1")");
     WriteBaseValues(R"(B="1")");
-    EXPECT_EQ(Setting(L"Nobody"), Missing);
+    EXPECT_EQ(Setting(L"Missing"), Missing);
     WriteDefaultValues(R"(A="2")");
     WriteBaseValues(R"(B="2")");
     EXPECT_EQ(Setting(L"A"), L"1");

@@ -318,7 +318,7 @@ TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
         EXPECT_EQ(Dll().GetFuncCount(), 2u);
         EXPECT_TRUE(SetFunctionOne());
         GetParameter(Balanced);
-        EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     }
     EXPECT_EQ(documents.Made(), 3u);
 }
@@ -331,7 +331,7 @@ TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
     EXPECT_EQ(documents.Made(), 1u);
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(documents.Made(), 2u);
-    EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     EXPECT_EQ(documents.Made(), 3u);
 }
 

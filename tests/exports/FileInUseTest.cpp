@@ -160,7 +160,7 @@ protected:
 
     void ReadBothFiles() {
         EXPECT_EQ(Dll().GetFuncCount(), 2u);
-        EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     }
 
     // Returns the content of the file after a successful save and restores the old file.

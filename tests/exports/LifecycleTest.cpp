@@ -39,7 +39,7 @@ public:
         auto ignore = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
         EXPECT_TRUE(Get<decltype(ZOTDam::GetFunctionInfo)>("GetFunctionInfo")(&ignore));
         Text setting;
-        EXPECT_FALSE(Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Nobody", setting));
+        EXPECT_FALSE(Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Missing", setting));
         EXPECT_TRUE(
             Get<decltype(ZOTDam::SetParameter)>("SetParameter")(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()));
         EXPECT_TRUE(Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced));
@@ -121,7 +121,7 @@ TEST_F(LifecycleTest, ASecondExitGivesTrueToo) {
 TEST_F(LifecycleTest, ExitReleasesTheDocuments) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(GetParameter(Balanced), defaults);
-    EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+    EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     EXPECT_EQ(documents.StillHeld(), 3u);
     EXPECT_TRUE(Dll().ZOTDamExit());
     EXPECT_EQ(documents.StillHeld(), 0u);
@@ -172,7 +172,7 @@ TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
         EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
         EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 3}}}));
         EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"value"));
-        EXPECT_FALSE(Dll().GetCommonSetting(L"Nobody", nullptr));
+        EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     };
     HeapAllocations::Track(Dll().Handle());
     use();

@@ -39,7 +39,7 @@ public:
                Get<decltype(ZOTDam::SetParameter)>("SetParameter")(&Balanced, params.get()) &&
                Get<decltype(ZOTDam::TEVGetParam)>("TEVGetParam")(&Balanced) &&
                Get<decltype(ZOTDam::SetCommonSetting)>("SetCommonSetting")(L"Name", L"value") &&
-               !Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Nobody", setting) &&
+               !Get<decltype(ZOTDam::GetCommonSetting)>("GetCommonSetting")(L"Missing", setting) &&
                ReadStored() == value;
     }
 
