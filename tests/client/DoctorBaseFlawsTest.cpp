@@ -14,9 +14,9 @@ const std::string Command2 = Function2 + "/Commands/CommandFamily/CommandItem";
 const std::string SpecScheme1 = "/ZOTBase/SpecSchemes/SchemeItem[1]";
 const std::string SubGroup1 = SpecScheme1 + "/SubGroup[1]";
 
-const std::string EndOfReading =
+const std::string ReadingEnds =
     "the library reads neither this function nor those behind it, and tells of none that it is unsupported";
-const std::string RefusedWhenAdopted =
+const std::string RejectedWhenAdopted =
     "once the function is adopted, the library refuses the whole catalogue";
 const std::string SchemeLeftOut = "the library leaves out the whole spec scheme";
 const std::string Ignored = "the library ignores it";
@@ -59,7 +59,7 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
          [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 1); }},
         {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", Function1, "for the library it is 0",
          [](DoctorTest& test) { EXPECT_EQ(test.BaseFunctions().begin()->id, 0); }},
-        {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, RefusedWhenAdopted,
+        {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, RejectedWhenAdopted,
          ExpectNoCatalogueOnceAdopted},
         {"SameId", File::Base, R"(ID="2" )", R"(ID="1" )", "duplicate-id", Function2,
          "the library lists both; once both are adopted, it drops this one",
@@ -88,16 +88,16 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
              const auto records = test.BaseFunctions();
              EXPECT_STREQ(Second(records).commandFamilies.begin()->checkExistItems.begin()->param2, L"b");
          }},
-        {"TooLongName", File::Base, "SleepKey", TooLong, "text-too-long", Function2, EndOfReading,
+        {"TooLongName", File::Base, "SleepKey", TooLong, "text-too-long", Function2, ReadingEnds,
          ExpectReadingToEndAtTheSecond},
-        {"TooLongSpecInfo", File::Base, "Doze", TooLong, "text-too-long", Command2, EndOfReading,
+        {"TooLongSpecInfo", File::Base, "Doze", TooLong, "text-too-long", Command2, ReadingEnds,
          ExpectReadingToEndAtTheSecond},
         {"TooLongParam", File::Base, R"(Param4="h")", "Param4=\"" + TooLong + "\"", "text-too-long",
-         Function2 + "/Commands/CommandFamily/CheckExistItem", EndOfReading, ExpectReadingToEndAtTheSecond},
+         Function2 + "/Commands/CommandFamily/CheckExistItem", ReadingEnds, ExpectReadingToEndAtTheSecond},
         {"TooLongLabel", File::Base, "DarkKey", TooLong, "text-too-long",
-         Function1 + "/Display/AC/DisplayItem[2]", RefusedWhenAdopted, ExpectNoCatalogueOnceAdopted},
+         Function1 + "/Display/AC/DisplayItem[2]", RejectedWhenAdopted, ExpectNoCatalogueOnceAdopted},
         {"NoDisplay", File::Base, "<Display><AC/><DC/></Display>", "", "missing-display", Function2,
-         RefusedWhenAdopted, ExpectNoCatalogueOnceAdopted},
+         RejectedWhenAdopted, ExpectNoCatalogueOnceAdopted},
         {"NoDefault", File::Base, R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "", "missing-default",
          Function1,
          "once the function is adopted, this function and those behind it have no default parameters",
@@ -163,7 +163,7 @@ std::vector<Flaw> FlawsOfTheBaseDocument() {
             <Function ID="1" Name="" Group="" Type="0" Flag="0"><Display/>
                 <Default ACParamIndex="0" DCParamIndex="0"/></Function></Functions>)" +
              specSchemes + "</ZOTBase>",
-         "missing-commands", "/ZOTBase/Functions/Function", EndOfReading,
+         "missing-commands", "/ZOTBase/Functions/Function", ReadingEnds,
          [](DoctorTest& test) {
              EXPECT_TRUE(test.BaseFunctions().empty());
              EXPECT_TRUE(test.UnsupportedFunctions().empty());

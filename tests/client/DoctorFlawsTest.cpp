@@ -17,7 +17,7 @@ const std::string UserScheme1 = "/OrloPowerCfg/PowerSchemes/PowerScheme[1]";
 
 // ---- Consequences, and checks of them ----
 
-const std::string Refused = "the library refuses the whole catalogue";
+const std::string Rejected = "the library refuses the whole catalogue";
 const std::string Ignored = "the library ignores it";
 const std::string IgnoredWithAll = "the library ignores it with all that it holds";
 const std::string OnlyTheFirst = "the library reads only the first one";
@@ -47,8 +47,8 @@ void ExpectOptions(DoctorTest& test, const GUID& scheme, std::int32_t ac, std::i
 
 std::vector<Flaw> FlawsOfFunctions() {
     return {
-        {"NoId", File::Defaults, R"(ID="2" )", "", "missing-id", Function2, Refused, ExpectNoCatalogue},
-        {"NegativeId", File::Defaults, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, Refused,
+        {"NoId", File::Defaults, R"(ID="2" )", "", "missing-id", Function2, Rejected, ExpectNoCatalogue},
+        {"NegativeId", File::Defaults, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, Rejected,
          ExpectNoCatalogue},
         {"IdThatBeginsWithANumber", File::Defaults, R"(ID="2" )", R"(ID="2nd" )", "misread-number", Function2,
          "the library reads it as 2", [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].id, 2u); }},
@@ -86,10 +86,10 @@ std::vector<Flaw> FlawsOfFunctions() {
         {"NoSpecInfo", File::Defaults, R"( SpecInfo1="Off")", "", "carried-over",
          Function1 + "/Commands/CommandItem[2]", "the library takes \"Dim\" from " + Command1,
          [](DoctorTest& test) { EXPECT_STREQ(test.Commands(Balanced)[1].specInfo1, L"Dim"); }},
-        {"TooLongName", File::Defaults, "SleepKey", TooLong, "text-too-long", Function2, Refused,
+        {"TooLongName", File::Defaults, "SleepKey", TooLong, "text-too-long", Function2, Rejected,
          ExpectNoCatalogue},
         {"TooLongLabel", File::Defaults, "SoonKey", TooLong, "text-too-long",
-         Function2 + "/Display/AC/DisplayItem[1]", Refused, ExpectNoCatalogue},
+         Function2 + "/Display/AC/DisplayItem[1]", Rejected, ExpectNoCatalogue},
         {"TooLongSpecInfo", File::Defaults, "Dim", TooLong, "text-cut", Command1,
          "the library cuts it for the command",
          [](DoctorTest& test) {
@@ -98,8 +98,8 @@ std::vector<Flaw> FlawsOfFunctions() {
         {"NoDisplay", File::Defaults, R"(<Display>
     <AC><DisplayItem Label="SoonKey" Option="60"/><DisplayItem Label="NeverKey" Option="0"/></AC>
     <DC/></Display>)",
-         "", "missing-display", Function2, Refused, ExpectNoCatalogue},
-        {"NoCommands", File::Defaults, "<Commands/>", "", "missing-commands", Function2, Refused,
+         "", "missing-display", Function2, Rejected, ExpectNoCatalogue},
+        {"NoCommands", File::Defaults, "<Commands/>", "", "missing-commands", Function2, Rejected,
          ExpectNoCatalogue},
         {"CommandOfNoPowerSource", File::Defaults, R"(Flag="13" State="14" ParamIndex1="0")",
          R"(Flag="13" State="14" ParamIndex1="2")", "no-power-source", Command1,

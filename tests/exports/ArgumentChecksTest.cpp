@@ -30,7 +30,7 @@ protected:
         documents.emplace(Dll().Handle());
     }
     void TearDown() override {
-        EXPECT_EQ(documents->Made(), 0u);
+        EXPECT_EQ(documents->CreatedCount(), 0u);
         EXPECT_FALSE(HasUserFile());
         documents.reset();
     }
@@ -222,7 +222,7 @@ TEST_F(AllZeroSchemeTest, LeadsToNoDocument) {
     GetParameter(AllZero);
     GetParameterDefault(AllZero);
     SetParameter(AllZero, {{1, {5, 6}}});
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
 TEST_F(AllZeroSchemeTest, IsASchemeLikeAnyOtherForTevGetParam) {

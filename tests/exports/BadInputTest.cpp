@@ -42,7 +42,7 @@ std::vector<XmlCase> UnreadableContents() {
         {"CrossedElements", "<R><A><B></A></B></R>"},
         {"AnAttributeTwice", "<R A=\"1\" A=\"2\"/>"},
         {"AnAttributeWithoutQuotes", "<R A=1/>"},
-        {"AnUndeclaredEntity", "<R A=\"&nobody;\"/>"},
+        {"AnUndeclaredEntity", "<R A=\"&undeclared;\"/>"},
         {"AForbiddenCharacter", "<R A=\"\x01\"/>"},
         {"AForbiddenCharacterReference", "<R A=\"&#1;\"/>"},
         {"AZeroInTheMiddle", std::string{"<R>\0</R>", 8}},

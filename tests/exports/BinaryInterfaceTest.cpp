@@ -116,48 +116,49 @@ protected:
 };
 
 TEST_F(CallbackShapeTest, WhatOnItemReturnsDoesNotMatter) {
-    struct Stubborn {
+    struct FalseCallback {
         virtual bool OnItem(std::int32_t, const ParamValue*) {
             ++calls;
             return false;
         }
         int calls = 0;
-    } stubborn;
-    EXPECT_TRUE(EnumerateInto(&stubborn));
-    EXPECT_EQ(stubborn.calls, 2);
+    } callback;
+    EXPECT_TRUE(EnumerateInto(&callback));
+    EXPECT_EQ(callback.calls, 2);
 }
 
 TEST_F(CallbackShapeTest, OnlyTheFirstEntryOfTheTableIsUsed) {
-    struct Rich {
+    struct ExtendedCallback {
         virtual void OnItem(std::int32_t, const ParamValue*) { ++calls; }
         virtual void OnOther() { ++otherCalls; }
-        virtual ~Rich() = default;
+        virtual ~ExtendedCallback() = default;
         int calls = 0;
         int otherCalls = 0;
-    } rich;
-    EXPECT_TRUE(EnumerateInto(&rich));
-    EXPECT_EQ(rich.calls, 2);
-    EXPECT_EQ(rich.otherCalls, 0);
+    } callback;
+    EXPECT_TRUE(EnumerateInto(&callback));
+    EXPECT_EQ(callback.calls, 2);
+    EXPECT_EQ(callback.otherCalls, 0);
 }
 
 // A callback whose OnItem, in machine code, overwrites the registers and stack slots that the calling
 // convention allows a callee to change.
-class GarblingCallback {
+class ClobberingCallback {
 public:
-    GarblingCallback() : code{VirtualAlloc(nullptr, sizeof Garble, MEM_COMMIT, PAGE_EXECUTE_READWRITE)} {
-        std::copy(std::begin(Garble), std::end(Garble), static_cast<BYTE*>(code));
+    ClobberingCallback()
+        : code{VirtualAlloc(nullptr, sizeof ClobberCode, MEM_COMMIT, PAGE_EXECUTE_READWRITE)} {
+        std::copy(std::begin(ClobberCode), std::end(ClobberCode), static_cast<BYTE*>(code));
         table = {code};
         object.table = table.data();
     }
-    GarblingCallback(const GarblingCallback&) = delete;
-    GarblingCallback& operator=(const GarblingCallback&) = delete;
-    ~GarblingCallback() { VirtualFree(code, 0, MEM_RELEASE); }
+    ClobberingCallback(const ClobberingCallback&) = delete;
+    ClobberingCallback& operator=(const ClobberingCallback&) = delete;
+    ~ClobberingCallback() { VirtualFree(code, 0, MEM_RELEASE); }
 
     void* get() noexcept { return &object; }
     int Calls() const noexcept { return object.calls; }
 
 private:
-    static constexpr BYTE Garble[] = {
+    static constexpr BYTE ClobberCode[] = {
         0xff, 0x41, 0x08,              // inc dword ptr [rcx+8], the call count
         0x48, 0x83, 0xc8, 0xff,        // or rax, -1
         0x48, 0x83, 0xc9, 0xff,        // or rcx, -1
@@ -190,7 +191,7 @@ private:
 };
 
 TEST_F(CallbackShapeTest, AnOnItemMayChangeEveryRegisterThatIsNotPreserved) {
-    GarblingCallback garbling;
+    ClobberingCallback garbling;
     EXPECT_TRUE(EnumerateInto(garbling.get()));
     EXPECT_EQ(garbling.Calls(), 2);
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));

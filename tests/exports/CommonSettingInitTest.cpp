@@ -191,9 +191,9 @@ TEST_F(CommonSettingInitTest, ReleasesEveryDocumentAtExit) {
     WriteDefaultValues(R"(A="old")");
     DomDocuments documents{Dll().Handle()};
     EXPECT_TRUE(Init());
-    EXPECT_EQ(documents.StillHeld(), 2u);
+    EXPECT_EQ(documents.HeldCount(), 2u);
     EXPECT_TRUE(Dll().ZOTDamExit());
-    EXPECT_EQ(documents.StillHeld(), 0u);
+    EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
 // ---- Reading after the call ----

@@ -320,19 +320,19 @@ TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
         GetParameter(Balanced);
         EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     }
-    EXPECT_EQ(documents.Made(), 3u);
+    EXPECT_EQ(documents.CreatedCount(), 3u);
 }
 
 TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
     WriteDefaults(TwoFunctions);
     DomDocuments documents{Dll().Handle()};
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
-    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_EQ(documents.CreatedCount(), 1u);
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(documents.Made(), 2u);
+    EXPECT_EQ(documents.CreatedCount(), 2u);
     EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
-    EXPECT_EQ(documents.Made(), 3u);
+    EXPECT_EQ(documents.CreatedCount(), 3u);
 }
 
 // ---- Saving ----
@@ -348,7 +348,7 @@ protected:
     };
     inline static Replacement seen;
 
-    static BOOL WINAPI LookAndFail(const wchar_t* source, const wchar_t* target, DWORD flags) {
+    static BOOL WINAPI RecordAndFail(const wchar_t* source, const wchar_t* target, DWORD flags) {
         EXPECT_TRUE(flags & MOVEFILE_REPLACE_EXISTING);
         EXPECT_TRUE(flags & MOVEFILE_WRITE_THROUGH);
         seen = {source, target, ReadFile(source), ReadFile(target)};
@@ -359,7 +359,7 @@ protected:
 
 TEST_F(SavingTest, TheNewContentIsWholeBesideTheOldFileBeforeItReplacesIt) {
     WriteStored();
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &LookAndFail};
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &RecordAndFail};
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(seen.source, TemporaryFile());
     EXPECT_EQ(seen.target, installation.UserFile());
@@ -369,7 +369,7 @@ TEST_F(SavingTest, TheNewContentIsWholeBesideTheOldFileBeforeItReplacesIt) {
 
 TEST_F(SavingTest, AFailedReplacementLeavesTheOldFileAndNoSibling) {
     WriteStored();
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &LookAndFail};
+    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &RecordAndFail};
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Stored);
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));

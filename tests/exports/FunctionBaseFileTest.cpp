@@ -117,14 +117,14 @@ TEST_F(FunctionBaseFileTest, MakesOneDocumentHoweverOftenItIsRead) {
     DomDocuments documents{Dll().Handle()};
     GetFunctionBase();
     GetFunctionBase();
-    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_EQ(documents.CreatedCount(), 1u);
 }
 
 TEST_F(FunctionBaseFileTest, MakesNoDocumentForANullCallback) {
     WriteBaseFunctions(BaseFunction(1));
     DomDocuments documents{Dll().Handle()};
     EXPECT_FALSE(Dll().GetFunctionBase(nullptr));
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
 TEST_F(FunctionBaseFileTest, IsEmptyWithoutADom) {

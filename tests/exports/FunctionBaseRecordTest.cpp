@@ -262,12 +262,12 @@ protected:
     }
 
     // Calls the export with an OnItem that calls the given function with the record.
-    template <class Look>
-    void AtRecord(Look&& look) {
+    template <class Action>
+    void OnRecord(Action&& action) {
         int records = 0;
         auto callback = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
             ++records;
-            look(*record);
+            action(*record);
         });
         EXPECT_TRUE(Dll().GetFunctionBase(&callback));
         EXPECT_EQ(records, 1);
@@ -276,7 +276,7 @@ protected:
     // Returns both nodes with references to them, like a client that keeps the record.
     std::vector<Node> HeldNodes() {
         std::vector<Node> nodes;
-        AtRecord([&](const FunctionBaseRecord& record) { nodes = {record.displayNode, record.defaultNode}; });
+        OnRecord([&](const FunctionBaseRecord& record) { nodes = {record.displayNode, record.defaultNode}; });
         return nodes;
     }
 
@@ -306,13 +306,13 @@ protected:
 };
 
 TEST_F(BaseNodeTest, AreTheElementsOfTheFile) {
-    AtRecord([](const FunctionBaseRecord& record) {
+    OnRecord([](const FunctionBaseRecord& record) {
         ExpectContent({record.displayNode, record.defaultNode});
     });
 }
 
 TEST_F(BaseNodeTest, CanBeReadThroughTheirAttributesAndChildren) {
-    AtRecord([](const FunctionBaseRecord& record) {
+    OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(Selected(record.displayNode, L"@A"), L"a");
         EXPECT_EQ(Selected(record.displayNode, L"AC/DisplayItem/@Label"), L"Soon");
         EXPECT_EQ(Selected(record.defaultNode, L"DefaultItem/@GUID"), L"g");
@@ -320,7 +320,7 @@ TEST_F(BaseNodeTest, CanBeReadThroughTheirAttributesAndChildren) {
 }
 
 TEST_F(BaseNodeTest, ARecordHoldsOneReferenceToEach) {
-    AtRecord([](const FunctionBaseRecord& record) {
+    OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(References(record.displayNode.get()), 1u);
         EXPECT_EQ(References(record.defaultNode.get()), 1u);
     });
@@ -375,7 +375,7 @@ TEST_F(BaseNodeTest, ANodeThatIsHeldDoesNotHinderTheNextUseOfTheLibrary) {
     const std::vector<Node> nodes = HeldNodes();
     Unload();
     WriteBaseFunctions("<Function><Display New=\"1\"/><Commands/></Function>");
-    AtRecord([](const FunctionBaseRecord& record) {
+    OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(XmlOf(record.displayNode.get()), L"<Display New=\"1\"/>");
     });
     ExpectContent(nodes);
@@ -383,7 +383,7 @@ TEST_F(BaseNodeTest, ANodeThatIsHeldDoesNotHinderTheNextUseOfTheLibrary) {
 
 TEST_F(BaseNodeTest, AreNullWhereTheFunctionLacksTheElements) {
     WriteBaseFunctions(BaseFunction(1));
-    AtRecord([](const FunctionBaseRecord& record) {
+    OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(record.displayNode.get(), nullptr);
         EXPECT_EQ(record.defaultNode.get(), nullptr);
     });
@@ -417,7 +417,7 @@ TEST_F(BaseNodeTest, StandBehindThoseInANamespace) {
 }
 
 TEST_F(BaseNodeTest, StandInTheDocumentUnderTheirFunction) {
-    AtRecord([](const FunctionBaseRecord& record) {
+    OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(Selected(record.displayNode, L"../@ID"), L"1");
         EXPECT_EQ(Selected(record.displayNode, L"../Default/@ACParamIndex"), L"1");
     });

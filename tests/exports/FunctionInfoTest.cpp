@@ -302,7 +302,7 @@ TEST_P(InfoWithoutCatalogueTest, IsNone) {
 TEST_P(InfoWithoutCatalogueTest, NeedsNoStringTable) {
     DomDocuments documents{Dll().Handle()};
     GetFunctionInfo();
-    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_EQ(documents.CreatedCount(), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -122,9 +122,9 @@ TEST_F(LifecycleTest, ExitReleasesTheDocuments) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(GetParameter(Balanced), defaults);
     EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
-    EXPECT_EQ(documents.StillHeld(), 3u);
+    EXPECT_EQ(documents.HeldCount(), 3u);
     EXPECT_TRUE(Dll().ZOTDamExit());
-    EXPECT_EQ(documents.StillHeld(), 0u);
+    EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
 TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
@@ -132,9 +132,9 @@ TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
     DomDocuments documents{dll->Handle()};
     dll->Fill();
     documents.StopCounting();
-    EXPECT_EQ(documents.StillHeld(), 4u);
+    EXPECT_EQ(documents.HeldCount(), 4u);
     dll.reset();
-    EXPECT_EQ(documents.StillHeld(), 0u);
+    EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
 TEST_F(LifecycleTest, FreeingWithoutAnExitFreesEveryBlock) {
@@ -195,7 +195,7 @@ protected:
         documents.emplace(Dll().Handle());
     }
     void TearDown() override {
-        EXPECT_EQ(documents->Made(), 0u);
+        EXPECT_EQ(documents->CreatedCount(), 0u);
         documents.reset();
         EXPECT_EQ(items, 0);
         EXPECT_FALSE(HasUserFile());
@@ -343,7 +343,7 @@ TEST_F(WithoutDomTest, ADocumentStaysWithoutDomWhenItsMakingFailed) {
     ExpectNothingFound();
     documents.Fail(S_OK);
     ExpectNothingFound();
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
 TEST_F(WithoutDomTest, OneDocumentWithoutDomDoesNotHinderTheOther) {
@@ -474,7 +474,7 @@ const RegisterRole endsWatched{
         Library& dll = *new Library;
         auto& documents = *new DomDocuments{dll.Handle()};
         PatchForGood(dll.Handle(), "EnterCriticalSection", &EnterAndRemember);
-        if (!dll.TEVGetParam(&Balanced) || documents.Made() != 2 || LocksOfTheLibrary().size() != 2)
+        if (!dll.TEVGetParam(&Balanced) || documents.CreatedCount() != 2 || LocksOfTheLibrary().size() != 2)
             return 1;
         PatchForGood(dll.Handle(), "EnterCriticalSection", &UnlessOfTheLibrary<&EnterCriticalSection>);
         PatchForGood(dll.Handle(), "DeleteCriticalSection", &UnlessOfTheLibrary<&DeleteCriticalSection>);

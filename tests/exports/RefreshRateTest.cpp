@@ -215,7 +215,7 @@ TEST_F(RefreshRateTest, DoesNotResetTheStructureBetweenModes) {
 }
 
 TEST_F(RefreshRateTest, AModeThatSetsNoRateHasTheOneOfTheModeBefore) {
-    EXPECT_FALSE(IsShown(Options({"60", "0"}), {60, FakeDisplay::RateLeftAsItIs}));
+    EXPECT_FALSE(IsShown(Options({"60", "0"}), {60, FakeDisplay::UnsetRate}));
 }
 
 // ---- Which functions are checked ----

@@ -176,7 +176,7 @@ TEST_F(SavedFileTest, AnUnreadableFileStaysWhereItsCopyDoesNotReachTheDisk) {
     WriteUserSettings("<unreadable");
     static bool isFirst;
     isFirst = true;
-    const ImportPatch refusal{Dll().Handle(), "FlushFileBuffers", +[](HANDLE file) WINAPI -> BOOL {
+    const ImportPatch failure{Dll().Handle(), "FlushFileBuffers", +[](HANDLE file) WINAPI -> BOOL {
                                   return std::exchange(isFirst, false) ? FALSE : FlushFileBuffers(file);
                               }};
     EXPECT_FALSE(Save());

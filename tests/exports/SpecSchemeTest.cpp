@@ -425,14 +425,14 @@ TEST_F(SpecSchemeTest, SharesOneDocumentWithTheOtherUsersOfTheBaseCatalogue) {
     EXPECT_EQ(GetSpecScheme(), fullSchemes);
     auto ignore = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) {});
     EXPECT_TRUE(Dll().GetFunctionBase(&ignore));
-    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_EQ(documents.CreatedCount(), 1u);
 }
 
 TEST_F(SpecSchemeTest, MakesNoDocumentForANullCallback) {
     WriteBase(FileWith(FullSection()));
     DomDocuments documents{Dll().Handle()};
     EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
 TEST_F(SpecSchemeTest, IsEmptyWithoutADom) {

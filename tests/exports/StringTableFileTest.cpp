@@ -57,8 +57,8 @@ TEST_F(LanguageTest, TheNameOfTheLanguageIsAskedForInABufferForEveryName) {
 TEST_F(LanguageTest, TheSystemIsAskedForTheCopyInThatLanguage) {
     const UserLanguage language{Dll().Handle(), German};
     FirstName();
-    ASSERT_EQ(language.Questions().size(), 1u);
-    const UserLanguage::Question& question = language.Questions().front();
+    ASSERT_EQ(language.LookupCalls().size(), 1u);
+    const UserLanguage::LookupCall& question = language.LookupCalls().front();
     EXPECT_EQ(question.flags, DWORD{MUI_LANGUAGE_NAME});
     EXPECT_EQ(question.language, L"de-DE");
     EXPECT_EQ(question.file, installation.StringTableFile().wstring());
@@ -67,10 +67,10 @@ TEST_F(LanguageTest, TheSystemIsAskedForTheCopyInThatLanguage) {
 TEST_F(LanguageTest, TheSystemIsAskedForTheFirstCopyWithABufferForItsPath) {
     const UserLanguage language{Dll().Handle(), German};
     FirstName();
-    ASSERT_EQ(language.Questions().size(), 1u);
-    EXPECT_EQ(language.Questions().front().enumerator, 0u);
-    EXPECT_EQ(language.Questions().front().copyCapacity, 260u);
-    EXPECT_GT(language.Questions().front().languageCapacity, std::wcslen(L"de-DE"));
+    ASSERT_EQ(language.LookupCalls().size(), 1u);
+    EXPECT_EQ(language.LookupCalls().front().enumerator, 0u);
+    EXPECT_EQ(language.LookupCalls().front().copyCapacity, 260u);
+    EXPECT_GT(language.LookupCalls().front().languageCapacity, std::wcslen(L"de-DE"));
 }
 
 TEST_F(LanguageTest, TheCopyThatTheSystemFindsIsUsedWhereverItLies) {
@@ -78,14 +78,14 @@ TEST_F(LanguageTest, TheCopyThatTheSystemFindsIsUsedWhereverItLies) {
     const std::filesystem::path copy = installation.ProgramData() / L"anywhere.xml";
     WriteFile(copy, StringTable(Entry("Key", "found")));
     WriteGermanCopy();
-    language.LetLookupFind(copy);
+    language.SetLookupResult(copy);
     EXPECT_EQ(FirstName(), L"found");
 }
 
 TEST_F(LanguageTest, ACopyThatTheSystemFindsButIsMissingLeavesTheTableEmpty) {
     UserLanguage language{Dll().Handle(), German};
     WriteGermanCopy();
-    language.LetLookupFind(installation.ProgramData() / L"missing.xml");
+    language.SetLookupResult(installation.ProgramData() / L"missing.xml");
     EXPECT_EQ(FirstName(), L"Key");
 }
 
@@ -94,7 +94,7 @@ class LookupErrorTest : public LanguageTest, public testing::WithParamInterface<
 TEST_P(LookupErrorTest, KeepsTheNeutralTable) {
     UserLanguage language{Dll().Handle(), German};
     WriteGermanCopy();
-    language.LetLookupFail(GetParam());
+    language.FailLookup(GetParam());
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
@@ -150,7 +150,7 @@ TEST_F(LanguageTest, AFoundCopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
     UserLanguage language{Dll().Handle(), German};
     const std::filesystem::path copy = installation.ProgramData() / L"broken.xml";
     WriteFile(copy, "<root>" + Entry("Key", "found"));
-    language.LetLookupFind(copy);
+    language.SetLookupResult(copy);
     EXPECT_EQ(FirstName(), L"Key");
 }
 
@@ -167,9 +167,9 @@ TEST_P(NamelessLanguageTest, HasTheNeutralTable) {
 
 TEST_P(NamelessLanguageTest, IsNotLookedUp) {
     UserLanguage language{Dll().Handle(), GetParam()};
-    language.LetLookupFind(installation.ProgramData() / L"missing.xml");
+    language.SetLookupResult(installation.ProgramData() / L"missing.xml");
     EXPECT_EQ(FirstName(), L"neutral");
-    EXPECT_TRUE(language.Questions().empty());
+    EXPECT_TRUE(language.LookupCalls().empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Invariant, NamelessLanguageTest, testing::Values(LANG_INVARIANT));
@@ -272,19 +272,19 @@ TEST_F(LanguageTest, TheCopyIsChosenOnce) {
     const UserLanguage language{Dll().Handle(), German};
     FirstName();
     FirstName();
-    EXPECT_EQ(language.Questions().size(), 1u);
+    EXPECT_EQ(language.LookupCalls().size(), 1u);
 }
 
 TEST_F(StringTableTest, IsOneDocumentThatExitReleases) {
     DomDocuments documents{Dll().Handle()};
     LoadCatalogue();
-    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_EQ(documents.CreatedCount(), 1u);
     FirstName();
     FirstName();
-    EXPECT_EQ(documents.Made(), 2u);
-    EXPECT_EQ(documents.StillHeld(), 2u);
+    EXPECT_EQ(documents.CreatedCount(), 2u);
+    EXPECT_EQ(documents.HeldCount(), 2u);
     EXPECT_TRUE(Dll().ZOTDamExit());
-    EXPECT_EQ(documents.StillHeld(), 0u);
+    EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
 TEST_F(StringTableTest, NeedsNoMarker) {
@@ -337,7 +337,7 @@ TEST_F(StringTableTest, WithoutADomHasNoTextsThenAndLater) {
     EXPECT_EQ(FirstName(), L"Key");
     documents.Fail(S_OK);
     EXPECT_EQ(FirstName(), L"Key");
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
 TEST_F(StringTableTest, OnAThreadWithoutComHasNoTextsThenAndLater) {

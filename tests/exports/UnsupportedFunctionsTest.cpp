@@ -188,7 +188,7 @@ TEST_P(UnsupportedWithoutCatalogueTest, AreNone) {
 TEST_P(UnsupportedWithoutCatalogueTest, NeedNoBaseCatalogue) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(UnsupportedIds(), IdList{});
-    EXPECT_EQ(documents.Made(), 1u);
+    EXPECT_EQ(documents.CreatedCount(), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -299,7 +299,7 @@ TEST_F(UnsupportedFunctionsTest, MakeTwoDocumentsHoweverOftenTheyAreRead) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(UnsupportedIds(), IdList{2});
     EXPECT_EQ(UnsupportedIds(), IdList{2});
-    EXPECT_EQ(documents.Made(), 2u);
+    EXPECT_EQ(documents.CreatedCount(), 2u);
 }
 
 TEST_F(UnsupportedFunctionsTest, MakeNoDocumentForANullCallback) {
@@ -307,7 +307,7 @@ TEST_F(UnsupportedFunctionsTest, MakeNoDocumentForANullCallback) {
     WriteFunctions(Function(2));
     DomDocuments documents{Dll().Handle()};
     EXPECT_FALSE(Dll().GetFunctionBaseUnSupported(nullptr));
-    EXPECT_EQ(documents.Made(), 0u);
+    EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
 TEST_F(UnsupportedFunctionsTest, AreReadWithoutWritingAFile) {

@@ -381,20 +381,20 @@ class FailureTest : public DomTest {};
 TEST_F(FailureTest, AFailureOfTheDomKeepsItsCode) {
     const Markup markup{L"<R/>"};
     IXMLDOMElementPtr element;
-    const HRESULT refusal = markup.Document()->createElement(CXmlName{L""}.AsBstr(), &element);
-    ASSERT_TRUE(FAILED(refusal));
-    EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), markup.Root(), L""); }), refusal);
+    const HRESULT failure = markup.Document()->createElement(CXmlName{L""}.AsBstr(), &element);
+    ASSERT_TRUE(FAILED(failure));
+    EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), markup.Root(), L""); }), failure);
 }
 
 TEST_F(FailureTest, SuccessesPass) {
-    IUnknown* const nobody = nullptr;
-    EXPECT_EQ(Check(S_OK, nobody), S_OK);
-    EXPECT_EQ(Check(S_FALSE, nobody), S_FALSE);
+    IUnknown* const noObject = nullptr;
+    EXPECT_EQ(Check(S_OK, noObject), S_OK);
+    EXPECT_EQ(Check(S_FALSE, noObject), S_FALSE);
 }
 
 TEST_F(FailureTest, AFailureWithoutASourceIsThrownAllTheSame) {
-    IUnknown* const nobody = nullptr;
-    EXPECT_EQ(ThrownBy([&] { Check(E_OUTOFMEMORY, nobody); }), E_OUTOFMEMORY);
+    IUnknown* const noObject = nullptr;
+    EXPECT_EQ(ThrownBy([&] { Check(E_OUTOFMEMORY, noObject); }), E_OUTOFMEMORY);
 }
 
 // An object whose InterfaceSupportsErrorInfo returns the given result.

@@ -20,21 +20,21 @@ public:
     DomDocuments(const DomDocuments&) = delete;
     DomDocuments& operator=(const DomDocuments&) = delete;
     ~DomDocuments() {
-        for (IUnknown* document : made)
+        for (IUnknown* document : created)
             document->Release();
     }
 
     // Must be called before the DLL is freed.
     void StopCounting() { patch.reset(); }
 
-    std::size_t Made() const noexcept { return made.size(); }
+    std::size_t CreatedCount() const noexcept { return created.size(); }
 
-    IUnknown* Last() const { return made.back(); }
+    IUnknown* Last() const { return created.back(); }
 
     // The number of documents that have references other than that of this object.
-    std::size_t StillHeld() const noexcept {
+    std::size_t HeldCount() const noexcept {
         std::size_t held = 0;
-        for (IUnknown* document : made) {
+        for (IUnknown* document : created) {
             document->AddRef();
             held += document->Release() > 1;
         }
@@ -52,14 +52,14 @@ private:
         }
         const HRESULT result = CoCreateInstance(clsid, outer, context, iid, object);
         if (SUCCEEDED(result)) {
-            current->made.push_back(static_cast<IUnknown*>(*object));
-            current->made.back()->AddRef();
+            current->created.push_back(static_cast<IUnknown*>(*object));
+            current->created.back()->AddRef();
         }
         return result;
     }
 
     inline static DomDocuments* current = nullptr;
-    std::vector<IUnknown*> made;
+    std::vector<IUnknown*> created;
     HRESULT failure = S_OK;
     std::optional<ImportPatch> patch;
 };

@@ -44,7 +44,7 @@ public:
     }
 
     // Some display drivers return a mode without setting its rate.
-    static constexpr DWORD RateLeftAsItIs = 0xABCD;
+    static constexpr DWORD UnsetRate = 0xABCD;
 
 private:
     static BOOL WINAPI Enumerate(const wchar_t* device, DWORD number, DEVMODEW* mode) {
@@ -59,7 +59,7 @@ private:
         if (number >= rates.size())
             return false;
         mode.dmPelsWidth = 1000 + number;
-        if (rates[number] != RateLeftAsItIs)
+        if (rates[number] != UnsetRate)
             mode.dmDisplayFrequency = rates[number];
         return true;
     }

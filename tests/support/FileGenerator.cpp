@@ -64,7 +64,7 @@ const std::vector<std::string> WrongTexts = {"",
                                              std::string(70000, 'x'),
                                              "&text;",
                                              "&number;",
-                                             "&nobody;",
+                                             "&undeclared;",
                                              "&#1;",
                                              "\xff",
                                              "<"};

@@ -20,7 +20,7 @@ inline constexpr LANGID French = MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH);
 class UserLanguage {
 public:
     // The arguments of a call of the lookup.
-    struct Question {
+    struct LookupCall {
         DWORD flags;
         std::wstring file;
         std::wstring language;
@@ -33,23 +33,23 @@ public:
     UserLanguage(HMODULE dll, LANGID id)
         : language{id},
           languagePatch{dll, "GetUserDefaultUILanguage", &Language},
-          lookupPatch{dll, "GetFileMUIPath", &LookUp} {
+          lookupPatch{dll, "GetFileMUIPath", &Lookup} {
         current = this;
     }
     UserLanguage(const UserLanguage&) = delete;
     UserLanguage& operator=(const UserLanguage&) = delete;
 
-    void LetLookupFail(DWORD failure) noexcept { error = failure; }
-    void LetLookupFind(const std::filesystem::path& file) { found = file; }
+    void FailLookup(DWORD failure) noexcept { error = failure; }
+    void SetLookupResult(const std::filesystem::path& file) { found = file; }
 
-    const std::vector<Question>& Questions() const noexcept { return questions; }
+    const std::vector<LookupCall>& LookupCalls() const noexcept { return lookupCalls; }
 
 private:
     static LANGID WINAPI Language() { return current->language; }
 
-    static BOOL WINAPI LookUp(DWORD flags, const wchar_t* file, wchar_t* name, ULONG* nameCapacity,
+    static BOOL WINAPI Lookup(DWORD flags, const wchar_t* file, wchar_t* name, ULONG* nameCapacity,
                               wchar_t* copy, ULONG* copyCapacity, ULONGLONG* enumerator) {
-        current->questions.push_back({flags, file, name, *nameCapacity, *copyCapacity, *enumerator});
+        current->lookupCalls.push_back({flags, file, name, *nameCapacity, *copyCapacity, *enumerator});
         if (current->found.empty()) {
             SetLastError(current->error);
             return FALSE;
@@ -62,7 +62,7 @@ private:
     LANGID language;
     DWORD error = ERROR_CALL_NOT_IMPLEMENTED;
     std::wstring found;
-    std::vector<Question> questions;
+    std::vector<LookupCall> lookupCalls;
     ImportPatch languagePatch;
     ImportPatch lookupPatch;
 };
