@@ -22,16 +22,16 @@ if setarch --addr-no-randomize true 2>/dev/null; then
 else
     fixed_layout=()
     wine() {
-        local errors status
+        local errors exit_code
         errors=$(mktemp)
         while
-            status=0
-            WINEDEBUG=$WINEDEBUG,err+virtual command wine "$@" 2>"$errors" || status=$?
-            [ "$status" -eq 1 ] && grep -q 'failed to map the shared user data' "$errors"
+            exit_code=0
+            WINEDEBUG=$WINEDEBUG,err+virtual command wine "$@" 2>"$errors" || exit_code=$?
+            [ "$exit_code" -eq 1 ] && grep -q 'failed to map the shared user data' "$errors"
         do :; done
         cat "$errors" >&2
         rm "$errors"
-        return "$status"
+        return "$exit_code"
     }
 fi
 

@@ -49,10 +49,10 @@ make_system() {
 
 # timed SCRIPT: runs the script in the system and prints its duration.
 timed() {
-    local begin=$SECONDS status=0
-    inside "$1" || status=$?
-    say "$1 on $release: $((SECONDS - begin)) s, exit status $status"
-    return "$status"
+    local begin=$SECONDS exit_code=0
+    inside "$1" || exit_code=$?
+    say "$1 on $release: $((SECONDS - begin)) s, exit code $exit_code"
+    return "$exit_code"
 }
 
 install_packages debootstrap git

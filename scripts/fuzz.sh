@@ -21,14 +21,14 @@ make_prefix
 say "Fuzzing: $rounds rounds from seed $first"
 begin=$(date +%s)
 log=$build/fuzz.log
-status=0
+exit_code=0
 ZOTDAM_FUZZ_ROUNDS=$rounds ZOTDAM_FUZZ_SEED=$first \
     ZOTDAM_FUZZ_FOLDER='T:\inputs' \
-    wine "$build/bin/stress_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || status=$?
+    wine "$build/bin/stress_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || exit_code=$?
 seconds=$(($(date +%s) - begin))
 
 # Requires the line of the passed test, because wine may return any exit code for a program that crashes.
-if [ "$status" -ne 0 ] || ! tr -d '\r' <"$log" | grep -q '^\[  PASSED  \] 1 test\.$'; then
+if [ "$exit_code" -ne 0 ] || ! tr -d '\r' <"$log" | grep -q '^\[  PASSED  \] 1 test\.$'; then
     rm -rf build/fuzz
     cp -r "$work/inputs" build/fuzz
     cat "$log"

@@ -41,15 +41,15 @@ rm "$installation/ZOTDefault.xml" "$user_settings/ZOTPowercfg.xml"
 step 'The base catalogue: what the suite knows of each function, and how to check for it' 6 base
 step 'Provisioning: this machine gets all of the functions' 1 adopt --all
 step 'It gets the default settings, too' 1 setting init
-step 'Its functions, with the options on mains power and on battery' 4 functions
+step 'Its functions, with the options when plugged in and on battery' 4 functions
 step 'The same for a user in Germany' 2 functions --language de-DE
 step 'What the balanced scheme sets them to: the defaults of the base catalogue' 6 params balanced
 step 'The options for which this stands' 4 current balanced
-step 'A change: the brightest option on mains, the dimmest on battery' 4 set balanced 1 0 4
+step 'A change: the brightest option when plugged in, the dimmest on battery' 4 set balanced 1 0 4
 step 'The commands that carry the balanced scheme out' 4 commands balanced
-step 'What the power saver does differently on mains' 12 diff balanced power-saver --ac
+step 'What the power saver does differently when plugged in' 12 diff balanced power-saver --ac
 step 'The Windows power settings that the suite prescribes for each scheme' 3 spec-schemes
-step 'A common setting: nobody has changed it, so it is the default' 1 setting get LowBatteryWarning
+step 'A common setting: the user has not changed it, so it is the default' 1 setting get LowBatteryWarning
 step 'The user changes it' 1 setting set LowBatteryWarning 20
 step 'All that the user has changed is thrown away' 1 reset
 step 'So the default counts again' 1 setting get LowBatteryWarning

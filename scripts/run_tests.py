@@ -49,8 +49,8 @@ class Job:
                 process = subprocess.Popen(self.command, stdout=log, stderr=log, stdin=subprocess.DEVNULL,
                                            env=environment, start_new_session=True)
             self.processes.add(process)
-            status = process.wait(TIME_LIMIT)
-            return f'exit status {status}' if status else None
+            exit_code = process.wait(TIME_LIMIT)
+            return f'exit code {exit_code}' if exit_code else None
         except OSError as error:
             return f'no start: {error}'
         except subprocess.TimeoutExpired:
@@ -294,7 +294,7 @@ def run_jobs(jobs, workers):
 
 def report(jobs, missing_programs):
     failures = [failure for job in jobs for failure in job.failures]
-    failures += [(program, 'the program does not tell its tests') for program in missing_programs]
+    failures += [(program, 'the program does not list its tests') for program in missing_programs]
     for name, reason in failures:
         print(f'FAILED: {name}\n{reason}\n')
     passed = sum(job.passed for job in jobs)

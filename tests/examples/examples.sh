@@ -16,16 +16,16 @@ make_prefix
 run() {
     mkdir "$folder/$1"
     cp -r samples/. "$folder/$1"
-    local status=0
-    wine "$build/bin/examples_$1.exe" "Z:$folder/$1" >"$folder/$1.raw" 2>"$folder/$1.err" || status=$?
+    local exit_code=0
+    wine "$build/bin/examples_$1.exe" "Z:$folder/$1" >"$folder/$1.raw" 2>"$folder/$1.err" || exit_code=$?
     tr -d '\r' <"$folder/$1.raw" >"$folder/$1.out"
     cat "$folder/$1.err"
-    return "$status"
+    return "$exit_code"
 }
 
 prints() { grep -qxF -- "$2" "$folder/$1.out"; }
 
-refuses_without_folder() {
+fails_without_folder() {
     ! wine "$build/bin/examples_$1.exe"
 }
 
@@ -33,7 +33,7 @@ check 'docs/clients.md shows the examples as they are' scripts/examples.py --che
 
 for language in cpp c; do
     check "examples_$language ends well" run "$language"
-    check "examples_$language without a folder does nothing" refuses_without_folder "$language"
+    check "examples_$language without a folder does nothing" fails_without_folder "$language"
     while IFS= read -r line; do
         check "examples_$language prints \"$line\"" prints "$language" "$line"
     done <<'LINES'

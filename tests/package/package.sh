@@ -5,7 +5,7 @@
 source "$(dirname "$0")/../support/checks.sh"
 
 # Checks whether the command prints the lines of the standard input, in any order.
-gives() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
+lists() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
 
 tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
 
@@ -64,8 +64,8 @@ source_of() {
 }
 
 exports >"$folder/exports"
-check 'ZOTDam.dll has the eighteen exports' gives exports_of_dll <"$folder/exports"
-check 'ZOTDam.dll imports system DLLs only' gives imports_of_dll <<'NAMES'
+check 'ZOTDam.dll has the eighteen exports' lists exports_of_dll <"$folder/exports"
+check 'ZOTDam.dll imports system DLLs only' lists imports_of_dll <<'NAMES'
 KERNEL32.dll
 OLEAUT32.dll
 RPCRT4.dll
@@ -84,19 +84,19 @@ for program in ZOTDam.dll zotdamctl.exe; do
     check "$program: names the file of its symbols" names_its_symbols "$program"
 done
 check 'the debug information tells where a function is written' \
-    gives source_of GetFuncCount <<<'/ZOTDam/src/module/Exports.cpp'
+    lists source_of GetFuncCount <<<'/ZOTDam/src/module/Exports.cpp'
 # The replaced functions of the compiler's runtime: the linker must take them from the library's own source.
 for function in __cxa_get_globals __cxa_get_globals_fast _ZN9__gnu_cxx27__verbose_terminate_handlerEv; do
-    check "ZOTDam.dll replaces $function" gives source_of "$function" <<<'/ZOTDam/src/module/Runtime.cpp'
+    check "ZOTDam.dll replaces $function" lists source_of "$function" <<<'/ZOTDam/src/module/Runtime.cpp'
 done
 check 'the import library for mingw has the eighteen exports' \
-    gives functions_of "$build/src/libZOTDam.dll.a" <"$folder/exports"
+    lists functions_of "$build/src/libZOTDam.dll.a" <"$folder/exports"
 
 # Prints the symbols in the format that MSVC's librarian writes.
 short_imports_of() { llvm-readobj "$1" | sed -n '/^Format: COFF-import-file/,/^$/s/^Symbol: \([^_].*\)/\1/p'; }
 
 check 'the import library for MSVC has the eighteen exports in the short format' \
-    gives short_imports_of "$build/ZOTDam.lib" <"$folder/exports"
+    lists short_imports_of "$build/ZOTDam.lib" <"$folder/exports"
 
 # ---- The folders of an installation --------------------------------------------------------------------------------
 
@@ -134,10 +134,10 @@ NAMES
 cat "$folder"/{runtime,development,documentation}.txt >"$folder/package.txt"
 
 for name in runtime development documentation symbols; do
-    check "the files of the component $name" gives component "$name" <"$folder/$name.txt"
+    check "the files of the component $name" lists component "$name" <"$folder/$name.txt"
 done
-check "the files of $package.zip" gives entries_of_zip "$build/$package.zip" <"$folder/package.txt"
-check "the files of $package-symbols.zip" gives entries_of_zip "$build/$package-symbols.zip" <"$folder/symbols.txt"
+check "the files of $package.zip" lists entries_of_zip "$build/$package.zip" <"$folder/package.txt"
+check "the files of $package-symbols.zip" lists entries_of_zip "$build/$package-symbols.zip" <"$folder/symbols.txt"
 
 unpack() { mkdir "$installation" && (cd "$installation" && cmake -E tar xf "$1"); }
 is_installed_as_packed() {
@@ -201,9 +201,9 @@ run_example() {
 
 say 'Building other projects'
 check 'a project finds and links the library' build_project "$folder/consumer" "$folder/consumer/build"
-check 'its program counts the functions' gives count_functions "$folder/consumer/build/consumer.exe" <<<'16 functions'
+check 'its program counts the functions' lists count_functions "$folder/consumer/build/consumer.exe" <<<'16 functions'
 check 'a program is linked with the import library for MSVC' link_with_library_for_msvc
-check 'it counts the functions' gives count_functions "$folder/msvc/consumer.exe" <<<'16 functions'
+check 'it counts the functions' lists count_functions "$folder/msvc/consumer.exe" <<<'16 functions'
 check 'the examples of the package are built' build_project "$installation/$package/examples" "$folder/examples"
 for program in examples_cpp examples_c; do
     check "$program runs" run_example "$program"

@@ -76,7 +76,7 @@ class ShardTest(unittest.TestCase):
         self.shard_of(self.write(result('One'), result('Two')))
         self.expect_counts(self.shard_of('exit 1'), 0, TESTS)
 
-    def test_a_bad_exit_status_is_a_failure(self):
+    def test_a_bad_exit_code_is_a_failure(self):
         self.expect_counts(self.shard_of(self.write(result('One'), result('Two')) + 'exit 3'), 5, ['program'])
 
     def test_each_test_belongs_to_one_shard(self):

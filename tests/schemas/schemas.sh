@@ -11,15 +11,15 @@ validate() {
     scripts/validate.sh "$folder/$1" 2>&1 | tee "$folder/log"
 }
 
-is_refused_for() {
+is_rejected_with() {
     ! validate "$1" && grep -q -- "$2" "$folder/log"
 }
 
 # accepts NAME TITLE <<XML
 accepts() { check "$1: $2" validate "$1"; }
 
-# refuses NAME TITLE REASON <<XML: the reason is a part of the validator's message.
-refuses() { check "$1: $2" is_refused_for "$1" "$3"; }
+# rejects NAME TITLE REASON <<XML: the reason is a part of the validator's message.
+rejects() { check "$1: $2" is_rejected_with "$1" "$3"; }
 
 balanced=381b4222-f694-41f0-9685-ff5bb260df2e
 long_text=$(printf 'x%.0s' {1..260})
@@ -64,34 +64,34 @@ done < <(examples_of docs/data-files.md)
 accepts ZOTBase.xml 'children of a function in any order' <<<"$(base "$(function_of "$families$default$display")")"
 accepts ZOTBase.xml 'a family that has only checks, beside another one' <<<"$(base "$(function_of "$display$default
     <Commands><CommandFamily>$check_item</CommandFamily><CommandFamily>$command</CommandFamily></Commands>")")"
-refuses ZOTBase.xml 'a function without "Commands", with which the reading ends' 'Missing child element' \
+rejects ZOTBase.xml 'a function without "Commands", with which the reading ends' 'Missing child element' \
     <<<"$(base "$(function_of "$display$default")")"
-refuses ZOTBase.xml 'a command outside of the families, which is not read' \
+rejects ZOTBase.xml 'a command outside of the families, which is not read' \
     "'CommandItem': This element is not expected" \
     <<<"$(base "$(function_of "$display$default$commands")")"
-refuses ZOTBase.xml 'a negative id, which the catalogue does not take' "The value '-1' is less than the minimum" \
+rejects ZOTBase.xml 'a negative id, which the catalogue does not take' "The value '-1' is less than the minimum" \
     <<<"$(base "<Function ${attributes/ID=\"1\"/ID=\"-1\"}>$display$default$families</Function>")"
-refuses ZOTBase.xml 'two functions with one id' 'Duplicate key-sequence' \
+rejects ZOTBase.xml 'two functions with one id' 'Duplicate key-sequence' \
     <<<"$(base "$(function_of "$display$default$families")$(function_of "$display$default$families")")"
-refuses ZOTBase.xml 'a name that is too long, with which the reading ends' 'exceeds the allowed maximum length' \
+rejects ZOTBase.xml 'a name that is too long, with which the reading ends' 'exceeds the allowed maximum length' \
     <<<"$(base "<Function ${attributes/LightName/$long_text}>$display$default$families</Function>")"
-refuses ZOTBase.xml 'an item without an attribute, which would get that of the item before' \
+rejects ZOTBase.xml 'an item without an attribute, which would get that of the item before' \
     "The attribute 'Option' is required" \
     <<<"$(base "$(function_of "${display/ Option=\"0\"/}$default$families")")"
-refuses ZOTBase.xml 'a misspelt attribute' "The attribute 'SpecInfo' is not allowed" \
+rejects ZOTBase.xml 'a misspelt attribute' "The attribute 'SpecInfo' is not allowed" \
     <<<"$(base "$(function_of "$display$default${families/SpecInfo1/SpecInfo}")")"
-refuses ZOTBase.xml 'a number that is none, which would be read as 0' "'abc' is not a valid value" \
+rejects ZOTBase.xml 'a value that is not a number, which would be read as 0' "'abc' is not a valid value" \
     <<<"$(base "$(function_of "${display/Option=\"1\"/Option=\"abc\"}$default$families")")"
-refuses ZOTBase.xml 'a power source that does not exist' "'2' is not an element of the set" \
+rejects ZOTBase.xml 'a power source that does not exist' "'2' is not an element of the set" \
     <<<"$(base "$(function_of "$display$default${families/ParamIndex2=\"1\"/ParamIndex2=\"2\"}")")"
-refuses ZOTBase.xml 'a namespace, in which nothing is found' 'No matching global declaration' <<'XML'
+rejects ZOTBase.xml 'a namespace, in which nothing is found' 'No matching global declaration' <<'XML'
 <ZOTBase xmlns="urn:catalogue"><Functions/></ZOTBase>
 XML
 accepts ZOTBase.xml 'a spec scheme' <<<"$(spec "<SchemeItem SchemeGUID='$balanced'><SubGroup SubGroupGUID='$balanced'>
     <PowerSetting PowerSettingGUID='${balanced^^}' ACValue='600' DCValue='-1'/></SubGroup></SchemeItem>")"
-refuses ZOTBase.xml 'a GUID in braces, whose scheme is left out' 'is not accepted by the pattern' \
+rejects ZOTBase.xml 'a GUID in braces, whose scheme is left out' 'is not accepted by the pattern' \
     <<<"$(spec "<SchemeItem SchemeGUID='{$balanced}'/>")"
-refuses ZOTBase.xml 'a power setting without a value, whose scheme is left out' "The attribute 'DCValue' is required" \
+rejects ZOTBase.xml 'a power setting without a value, whose scheme is left out' "The attribute 'DCValue' is required" \
     <<<"$(spec "<SchemeItem SchemeGUID='$balanced'><SubGroup SubGroupGUID='$balanced'>
     <PowerSetting PowerSettingGUID='$balanced' ACValue='600'/></SubGroup></SchemeItem>")"
 
@@ -100,26 +100,26 @@ refuses ZOTBase.xml 'a power setting without a value, whose scheme is left out' 
 accepts ZOTDefault.xml 'settings alone' <<<'<ZOTDefault><CommonSettings A="1" B=""/></ZOTDefault>'
 accepts ZOTDefault.xml 'a function without options on battery' \
     <<<"$(defaults "$(function_of "<Display><AC>$items</AC></Display>$default$commands")")"
-refuses ZOTDefault.xml 'a family, whose commands are not read' "'CommandFamily': This element is not expected" \
+rejects ZOTDefault.xml 'a family, whose commands are not read' "'CommandFamily': This element is not expected" \
     <<<"$(defaults "$(function_of "$display$default$families")")"
-refuses ZOTDefault.xml 'a function without "Display", with which the catalogue is lost' 'Missing child element' \
+rejects ZOTDefault.xml 'a function without "Display", with which the catalogue is lost' 'Missing child element' \
     <<<"$(defaults "$(function_of "$default$commands")")"
-refuses ZOTDefault.xml 'a function without "Default", with which the default parameters end' 'Missing child element' \
+rejects ZOTDefault.xml 'a function without "Default", with which the default parameters end' 'Missing child element' \
     <<<"$(defaults "$(function_of "$display$commands")")"
-refuses ZOTDefault.xml 'a default item without a GUID, with which the default parameters end' \
+rejects ZOTDefault.xml 'a default item without a GUID, with which the default parameters end' \
     "The attribute 'GUID' is required" \
     <<<"$(defaults "$(function_of "$display${default/GUID=\'$balanced\'/}$commands")")"
-refuses ZOTDefault.xml 'two functions with one id' 'Duplicate key-sequence' \
+rejects ZOTDefault.xml 'two functions with one id' 'Duplicate key-sequence' \
     <<<"$(defaults "$(function_of "$display$default$commands")$(function_of "$display$default$commands")")"
-refuses ZOTDefault.xml 'two default items for one scheme' 'Duplicate key-sequence' \
+rejects ZOTDefault.xml 'two default items for one scheme' 'Duplicate key-sequence' \
     <<<"$(defaults "$(function_of "$display<Default ACParamIndex='0' DCParamIndex='0'>
     <DefaultItem GUID='$balanced' ACParamIndex='0' DCParamIndex='0'/>
     <DefaultItem GUID='$balanced' ACParamIndex='1' DCParamIndex='1'/></Default>$commands")")"
-refuses ZOTDefault.xml 'a default position that no list can have' "The value '-1' is less than the minimum" \
+rejects ZOTDefault.xml 'a default position that no list can have' "The value '-1' is less than the minimum" \
     <<<"$(defaults "$(function_of "$display${default/DCParamIndex=\'1\'/DCParamIndex=\'-1\'}$commands")")"
-refuses ZOTDefault.xml 'settings as elements, which are not read' "'CommonSettings'" \
+rejects ZOTDefault.xml 'settings as elements, which are not read' "'CommonSettings'" \
     <<<'<ZOTDefault><CommonSettings><LowBatteryWarning>10</LowBatteryWarning></CommonSettings></ZOTDefault>'
-refuses ZOTDefault.xml 'a second section, which is not read' 'This element is not expected' \
+rejects ZOTDefault.xml 'a second section, which is not read' 'This element is not expected' \
     <<<'<ZOTDefault><Functions/><Functions/></ZOTDefault>'
 
 # ---- The user settings ---------------------------------------------------------------------------------------------
@@ -131,38 +131,38 @@ accepts ZOTPowercfg.xml 'a new file, as the library writes it' <<XML
 	</Function></PowerScheme></PowerSchemes></OrloPowerCfg>
 XML
 accepts ZOTPowercfg.xml 'no section' <<<'<OrloPowerCfg/>'
-refuses ZOTPowercfg.xml 'another root element' 'No matching global declaration' <<<'<PowerCfg/>'
-refuses ZOTPowercfg.xml 'a scheme without a GUID, which hides those behind it' "The attribute 'GUID' is required" \
+rejects ZOTPowercfg.xml 'another root element' 'No matching global declaration' <<<'<PowerCfg/>'
+rejects ZOTPowercfg.xml 'a scheme without a GUID, which hides those behind it' "The attribute 'GUID' is required" \
     <<<"$(user '<PowerScheme/>')"
-refuses ZOTPowercfg.xml 'a GUID with white space, which is another text' 'is not accepted by the pattern' \
+rejects ZOTPowercfg.xml 'a GUID with white space, which is another text' 'is not accepted by the pattern' \
     <<<"$(user "<PowerScheme GUID=' $balanced'/>")"
-refuses ZOTPowercfg.xml 'two schemes with one GUID' 'Duplicate key-sequence' \
+rejects ZOTPowercfg.xml 'two schemes with one GUID' 'Duplicate key-sequence' \
     <<<"$(user "<PowerScheme GUID='$balanced'/><PowerScheme GUID='$balanced'/>")"
-refuses ZOTPowercfg.xml 'two functions with one id in a scheme' 'Duplicate key-sequence' \
+rejects ZOTPowercfg.xml 'two functions with one id in a scheme' 'Duplicate key-sequence' \
     <<<"$(user "<PowerScheme GUID='$balanced'><Function ID='1' ACParamIndex='0' DCParamIndex='0'/>
     <Function ID='1' ACParamIndex='1' DCParamIndex='1'/></PowerScheme>")"
-refuses ZOTPowercfg.xml 'a function without a value, which hides those behind it' \
+rejects ZOTPowercfg.xml 'a function without a value, which hides those behind it' \
     "The attribute 'DCParamIndex' is required" \
     <<<"$(user "<PowerScheme GUID='$balanced'><Function ID='1' ACParamIndex='0'/></PowerScheme>")"
-refuses ZOTPowercfg.xml 'a number that does not fit' 'is not a valid value' \
+rejects ZOTPowercfg.xml 'a number that does not fit' 'is not a valid value' \
     <<<"$(user "<PowerScheme GUID='$balanced'>
     <Function ID='1' ACParamIndex='2147483648' DCParamIndex='0'/></PowerScheme>")"
-refuses ZOTPowercfg.xml 'text in a section' 'Character content' <<<"$(user 'balanced')"
+rejects ZOTPowercfg.xml 'text in a section' 'Character content' <<<"$(user 'balanced')"
 
 # ---- String tables -------------------------------------------------------------------------------------------------
 
 accepts StringTable.xml.mui 'a language copy' <<<'<StringTable><data name="On"><value>Ein</value></data></StringTable>'
 accepts StringTable.xml 'an empty text' <<<'<StringTable><data name="On"><value/></data></StringTable>'
-refuses StringTable.xml 'an entry without a text, which hides later ones' 'Missing child element' \
+rejects StringTable.xml 'an entry without a text, which hides later ones' 'Missing child element' \
     <<<'<StringTable><data name="On"/></StringTable>'
-refuses StringTable.xml 'an entry without a name, which is never found' "The attribute 'name' is required" \
+rejects StringTable.xml 'an entry without a name, which is never found' "The attribute 'name' is required" \
     <<<'<StringTable><data><value>On</value></data></StringTable>'
-refuses StringTable.xml 'two entries of one name' 'Duplicate key-sequence' <<'XML'
+rejects StringTable.xml 'two entries of one name' 'Duplicate key-sequence' <<'XML'
 <StringTable><data name="On"><value>On</value></data><data name="On"><value>Off</value></data></StringTable>
 XML
-refuses StringTable.xml 'a text that would be cut' 'exceeds the allowed maximum length' \
+rejects StringTable.xml 'a text that would be cut' 'exceeds the allowed maximum length' \
     <<<"<StringTable><data name='On'><value>$long_text</value></data></StringTable>"
-refuses StringTable.xml 'no XML' 'parser error' <<<'<StringTable>'
-refuses Strings.xml 'a file of another name' 'none of the data files' <<<'<StringTable/>'
+rejects StringTable.xml 'text that is not well-formed' 'parser error' <<<'<StringTable>'
+rejects Strings.xml 'a file of another name' 'none of the data files' <<<'<StringTable/>'
 
 report_checks
