@@ -6,7 +6,7 @@
 #include "support/DataFiles.h"
 #include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
-#include "support/InstallationOfParent.h"
+#include "support/ParentInstallation.h"
 
 namespace ZOTDam::Test {
 

@@ -13,7 +13,7 @@
 #include "support/ExportTest.h"
 #include "support/HeapAllocations.h"
 #include "support/ImportPatch.h"
-#include "support/InstallationOfParent.h"
+#include "support/ParentInstallation.h"
 
 namespace ZOTDam::Test {
 
@@ -400,7 +400,7 @@ namespace {
 using Folders = std::vector<std::wstring>;
 
 // Loads the DLL and the defaults, in a process that neither frees the DLL nor calls ZOTDamExit.
-Library& LoadForGood(const Folders& folders) {
+Library& LoadPermanently(const Folders& folders) {
     EnterInstallation(folders);
     Library& dll = *new Library;
     dll.GetFuncCount();
@@ -436,19 +436,19 @@ void LeaveAThreadInside(Action action) {
 }
 
 // The locks that the library has entered so far. (The C runtime in the DLL has locks of its own.)
-std::set<CRITICAL_SECTION*>& LocksOfTheLibrary() {
+std::set<CRITICAL_SECTION*>& LocksOfLibrary() {
     static auto& locks = *new std::set<CRITICAL_SECTION*>;
     return locks;
 }
 
 void WINAPI EnterAndRemember(CRITICAL_SECTION* lock) {
-    LocksOfTheLibrary().insert(lock);
+    LocksOfLibrary().insert(lock);
     EnterCriticalSection(lock);
 }
 
 template <auto Original>
 void WINAPI UnlessOfTheLibrary(CRITICAL_SECTION* lock) {
-    if (LocksOfTheLibrary().contains(lock))
+    if (LocksOfLibrary().contains(lock))
         EndWithFailure();
     Original(lock);
 }
@@ -465,37 +465,38 @@ void ForbidRelease(IUnknown* document) {
     *release = reinterpret_cast<void*>(&ForbiddenRelease);
 }
 
-const RegisterRole justEnds{
-    L"just-ends", [](const Folders& folders) { return LoadForGood(folders).TEVGetParam(&Balanced) ? 0 : 1; }};
+const RegisterRole justEnds{L"just-ends", [](const Folders& folders) {
+                                return LoadPermanently(folders).TEVGetParam(&Balanced) ? 0 : 1;
+                            }};
 
 const RegisterRole endsWatched{
     L"ends-watched", [](const Folders& folders) {
         EnterInstallation(folders);
         Library& dll = *new Library;
         auto& documents = *new DomDocuments{dll.Handle()};
-        PatchForGood(dll.Handle(), "EnterCriticalSection", &EnterAndRemember);
-        if (!dll.TEVGetParam(&Balanced) || documents.CreatedCount() != 2 || LocksOfTheLibrary().size() != 2)
+        PatchPermanently(dll.Handle(), "EnterCriticalSection", &EnterAndRemember);
+        if (!dll.TEVGetParam(&Balanced) || documents.CreatedCount() != 2 || LocksOfLibrary().size() != 2)
             return 1;
-        PatchForGood(dll.Handle(), "EnterCriticalSection", &UnlessOfTheLibrary<&EnterCriticalSection>);
-        PatchForGood(dll.Handle(), "DeleteCriticalSection", &UnlessOfTheLibrary<&DeleteCriticalSection>);
+        PatchPermanently(dll.Handle(), "EnterCriticalSection", &UnlessOfTheLibrary<&EnterCriticalSection>);
+        PatchPermanently(dll.Handle(), "DeleteCriticalSection", &UnlessOfTheLibrary<&DeleteCriticalSection>);
         ForbidRelease(documents.Last());
         return 0;
     }};
 
 const RegisterRole endsAfterExit{L"ends-after-exit", [](const Folders& folders) {
-                                     Library& dll = LoadForGood(folders);
+                                     Library& dll = LoadPermanently(folders);
                                      return dll.TEVGetParam(&Balanced) && dll.ZOTDamExit() ? 0 : 1;
                                  }};
 
 const RegisterRole endsInOnItem{L"ends-in-on-item", [](const Folders& folders) {
                                     auto end = MakeCallback<IGetParameterCallback>(
                                         [](std::int32_t, const ParamValue*) { ExitProcess(0); });
-                                    LoadForGood(folders).GetParameter(&Balanced, &end);
+                                    LoadPermanently(folders).GetParameter(&Balanced, &end);
                                     return 1;
                                 }};
 
 const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& folders) {
-                                        LeaveAThreadInside([&dll = LoadForGood(folders)] {
+                                        LeaveAThreadInside([&dll = LoadPermanently(folders)] {
                                             auto stay = MakeCallback<IGetParameterCallback>(
                                                 [](std::int32_t, const ParamValue*) { StayInside(); });
                                             dll.GetParameter(&Balanced, &stay);
@@ -506,8 +507,8 @@ const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& fo
 // The other thread holds the critical section of the document that it creates.
 const RegisterRole endsDuringCreation{
     L"ends-during-creation", [](const Folders& folders) {
-        Library& dll = LoadForGood(folders);
-        PatchForGood(
+        Library& dll = LoadPermanently(folders);
+        PatchPermanently(
             dll.Handle(), "CoCreateInstance",
             +[](REFCLSID, IUnknown*, DWORD, REFIID, void**) WINAPI -> HRESULT { StayInside(); });
         LeaveAThreadInside([&dll] { dll.TEVGetParam(&Balanced); });
@@ -517,8 +518,8 @@ const RegisterRole endsDuringCreation{
 // The other thread holds the busy marker of the file that it saves.
 const RegisterRole endsDuringASave{
     L"ends-during-a-save", [](const Folders& folders) {
-        Library& dll = LoadForGood(folders);
-        PatchForGood(
+        Library& dll = LoadPermanently(folders);
+        PatchPermanently(
             dll.Handle(), "MoveFileExW",
             +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { StayInside(); });
         LeaveAThreadInside([&dll] { dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()); });

@@ -7,7 +7,7 @@
 #include <optional>
 #include <thread>
 
-#include "support/InstallationOfParent.h"
+#include "support/ParentInstallation.h"
 #include "support/SettingsTest.h"
 #include "support/XmlFile.h"
 

@@ -5,7 +5,7 @@
 
 #include "support/DataFiles.h"
 #include "support/FunctionDefaultsTest.h"
-#include "support/InstallationOfParent.h"
+#include "support/ParentInstallation.h"
 #include "support/Stress.h"
 #include "support/XmlFile.h"
 

@@ -40,8 +40,8 @@ void UseWithoutExit() {
     const LibraryWithoutExit client;
     const Library& dll = client.library;
     ASSERT_EQ(dll.GetFuncCount(), 2u);
-    EXPECT_EQ(std::ranges::count(RawResultsOfTheReadingExports(dll, Balanced), 1), 10);
-    EXPECT_EQ(std::ranges::count(RawResultsOfTheWritingExports(dll, Balanced), 1), 4);
+    EXPECT_EQ(std::ranges::count(RawResultsOfReadingExports(dll, Balanced), 1), 10);
+    EXPECT_EQ(std::ranges::count(RawResultsOfWritingExports(dll, Balanced), 1), 4);
 }
 
 void OnNewThread(void (*use)()) {

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "support/ImportPatch.h"
-#include "support/InstallationOfParent.h"
+#include "support/ParentInstallation.h"
 #include "support/SettingsTest.h"
 #include "support/SharedMemory.h"
 #include "support/Stress.h"
@@ -142,9 +142,9 @@ public:
     Participant(SharedState& sharedState, std::int32_t processNumber)
         : state{sharedState}, number{processNumber} {
         countedState = &state;
-        PatchForGood(dll.Handle(), "MoveFileExW", &CountReplacement);
-        PatchForGoodIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
-        PatchForGoodIfImported(dll.Handle(), "Sleep", &CountSleep);
+        PatchPermanently(dll.Handle(), "MoveFileExW", &CountReplacement);
+        PatchPermanentlyIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
+        PatchPermanentlyIfImported(dll.Handle(), "Sleep", &CountSleep);
         // Reads the defaults now. They are read only once, and a process that finds them busy would have
         // none.
         dll.GetFuncCount();

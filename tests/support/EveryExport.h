@@ -19,7 +19,7 @@ int RawResult(bool (*exported)(Arguments...), std::type_identity_t<Arguments>...
     return reinterpret_cast<unsigned char (*)(Arguments...)>(reinterpret_cast<void*>(exported))(arguments...);
 }
 
-inline std::vector<int> RawResultsOfTheReadingExports(const Library& dll, const GUID& scheme) {
+inline std::vector<int> RawResultsOfReadingExports(const Library& dll, const GUID& scheme) {
     auto base = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) {});
     auto functions = MakeCallback<IGetFunctionInfoCallback>([](std::uint32_t, const FunctionRecord*) {});
     auto params = MakeCallback<IGetParameterCallback>([](std::int32_t, const ParamValue*) {});
@@ -45,7 +45,7 @@ inline std::vector<int> RawResultsOfTheReadingExports(const Library& dll, const 
     };
 }
 
-inline std::vector<int> RawResultsOfTheWritingExports(const Library& dll, const GUID& scheme) {
+inline std::vector<int> RawResultsOfWritingExports(const Library& dll, const GUID& scheme) {
     const ParamHolder params{{{1, {5, 6}}, {900, {7, 8}}}};
     FunctionBaseHolder defaults;
     defaults.records.push_back(FunctionBaseRecord{});
@@ -60,8 +60,8 @@ inline std::vector<int> RawResultsOfTheWritingExports(const Library& dll, const 
 // Calls every export. ResetDefault and ZOTDamExit, which discard state, come last.
 inline void CallEveryExport(const Library& dll, const GUID& scheme) {
     const auto isBool = [](int result) { return result == 0 || result == 1; };
-    EXPECT_TRUE(std::ranges::all_of(RawResultsOfTheReadingExports(dll, scheme), isBool));
-    EXPECT_TRUE(std::ranges::all_of(RawResultsOfTheWritingExports(dll, scheme), isBool));
+    EXPECT_TRUE(std::ranges::all_of(RawResultsOfReadingExports(dll, scheme), isBool));
+    EXPECT_TRUE(std::ranges::all_of(RawResultsOfWritingExports(dll, scheme), isBool));
     EXPECT_PRED1(isBool, RawResult(dll.ResetDefault));
     EXPECT_EQ(RawResult(dll.ZOTDamExit), 1);
 }

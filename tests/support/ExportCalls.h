@@ -163,7 +163,7 @@ inline void PrintTo(const ExportCall& call, std::ostream* out) {
 }
 
 // The position of the function that is hidden because the display supports only a rate of 60.
-inline constexpr std::uint32_t PositionOfTheHiddenFunction = 2;
+inline constexpr std::uint32_t HiddenFunctionPosition = 2;
 
 inline const std::vector<ExportCall> callsOfAllExports = {
     {"GetFuncCount", {3}, [](const Library& dll) { return Answer{dll.GetFuncCount()}; }},
@@ -196,7 +196,7 @@ inline const std::vector<ExportCall> callsOfAllExports = {
     {"TEVGetParam", {1}, [](const Library& dll) { return Answer{dll.TEVGetParam(&HighPerformance)}; }},
     {"GetFuncCurValue",
      {1, {L"7 60 0"}},
-     [](const Library& dll) { return CurrentValue(dll, PositionOfTheHiddenFunction); },
+     [](const Library& dll) { return CurrentValue(dll, HiddenFunctionPosition); },
      [](const Library& dll) { dll.TEVGetParam(&HighPerformance); }},
     {"GetCommandInfo",
      {1, {L"21 11 11 a text that no small buffer holds", L"22 0 11 another text that none of them holds"}},

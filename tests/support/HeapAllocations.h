@@ -14,10 +14,10 @@ class HeapAllocations {
 public:
     static void Track(HMODULE dll) {
         Reset();
-        PatchForGood(dll, "malloc", &Malloc);
-        PatchForGoodIfImported(dll, "calloc", &Calloc);
-        PatchForGoodIfImported(dll, "realloc", &Realloc);
-        PatchForGood(dll, "free", &Free);
+        PatchPermanently(dll, "malloc", &Malloc);
+        PatchPermanentlyIfImported(dll, "calloc", &Calloc);
+        PatchPermanentlyIfImported(dll, "realloc", &Realloc);
+        PatchPermanently(dll, "free", &Free);
     }
 
     static void Reset() {

@@ -50,14 +50,14 @@ private:
 
 // Applies a patch that stays in place until the module is unloaded.
 template <class Function>
-void PatchForGood(HMODULE module, const char* importedName, Function* replacement) {
+void PatchPermanently(HMODULE module, const char* importedName, Function* replacement) {
     static_cast<void>(new ImportPatch{module, importedName, replacement});
 }
 
 template <class Function>
-void PatchForGoodIfImported(HMODULE module, const char* importedName, Function* replacement) {
+void PatchPermanentlyIfImported(HMODULE module, const char* importedName, Function* replacement) {
     if (IsImported(module, importedName))
-        PatchForGood(module, importedName, replacement);
+        PatchPermanently(module, importedName, replacement);
 }
 
 }  // namespace ZOTDam::Test

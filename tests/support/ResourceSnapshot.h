@@ -65,12 +65,12 @@ struct Counted<Original, Kind, Step> {
 
 template <auto Acquire, Resource Kind>
 void CountAcquired(HMODULE dll, const char* name) {
-    PatchForGoodIfImported(dll, name, &Counted<Acquire, Kind, 1>::Call);
+    PatchPermanentlyIfImported(dll, name, &Counted<Acquire, Kind, 1>::Call);
 }
 
 template <auto Release, Resource Kind>
 void CountReleased(HMODULE dll, const char* name) {
-    PatchForGoodIfImported(dll, name, &Counted<Release, Kind, -1>::Call);
+    PatchPermanentlyIfImported(dll, name, &Counted<Release, Kind, -1>::Call);
 }
 
 // Starts counting the resources of a DLL. Must be called when the DLL is loaded, before it initialises
@@ -78,7 +78,7 @@ void CountReleased(HMODULE dll, const char* name) {
 inline void CountResources(HMODULE dll) {
     HeapAllocations::Track(dll);
     ErrorInfos::Reset();
-    PatchForGood(dll, "GetErrorInfo", &ErrorInfos::Get);
+    PatchPermanently(dll, "GetErrorInfo", &ErrorInfos::Get);
 
     resourceCounts = {};
     CountAcquired<&UuidToStringW, GuidTexts>(dll, "UuidToStringW");

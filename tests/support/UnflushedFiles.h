@@ -14,7 +14,7 @@ inline BOOL WINAPI DoNotFlush(HANDLE) {
 }
 
 inline void LeaveFilesUnflushed(HMODULE dll) {
-    PatchForGood(dll, "FlushFileBuffers", &DoNotFlush);
+    PatchPermanently(dll, "FlushFileBuffers", &DoNotFlush);
 }
 
 }  // namespace ZOTDam::Test
