@@ -73,7 +73,7 @@ TEST_F(AdoptTest, FailsWhenTheCatalogueCannotBeLoadedThen) {
 }
 
 TEST_F(AdoptTest, FailsWithoutABaseCatalogue) {
-    ExpectToNeedTheBaseCatalogue({L"adopt", L"--all"});
+    ExpectNeedsBaseCatalogue({L"adopt", L"--all"});
 }
 
 TEST_F(AdoptTest, FailsWhileAnotherProgramUsesTheDefaults) {

@@ -31,7 +31,7 @@ protected:
 
     std::string BaseTitle() const { return "The base catalogue " + Utf8(installation.BaseFile()); }
 
-    void ExpectToNeedTheBaseCatalogue(const Arguments& arguments) const {
+    void ExpectNeedsBaseCatalogue(const Arguments& arguments) const {
         std::filesystem::remove(installation.BaseFile());
         ExpectError(arguments, Failure, BaseTitle() + " does not exist.");
     }

@@ -71,7 +71,7 @@ TEST_F(BaseTest, NeedsTheCatalogueOnlyToCompareWithIt) {
 }
 
 TEST_F(BaseTest, FailsWithoutABaseCatalogue) {
-    ExpectToNeedTheBaseCatalogue({L"base"});
+    ExpectNeedsBaseCatalogue({L"base"});
 }
 
 TEST_F(BaseTest, ChangesNoFile) {

@@ -63,7 +63,7 @@ protected:
     }
 
     // Checks that the command fails without the catalogue, with a message that names the file.
-    void ExpectToNeedTheCatalogue(const Arguments& arguments) const {
+    void ExpectNeedsCatalogue(const Arguments& arguments) const {
         std::filesystem::remove(installation.DefaultsFile());
         ExpectError(arguments, Failure, MissingCatalogue());
         WriteDefaults("<ZOTDefault>");
@@ -73,7 +73,7 @@ protected:
         ExpectError(arguments, Failure, BrokenCatalogue());
     }
 
-    void ExpectToNeedTheUserSettings(const Arguments& arguments) const {
+    void ExpectNeedsUserSettings(const Arguments& arguments) const {
         const SecondProcess other{HoldMutex, {UserMarker}};
         ExpectError(arguments, Failure, UserFile() + " is in use by another program.");
     }

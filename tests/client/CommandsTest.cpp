@@ -88,12 +88,12 @@ TEST_F(CommandsTest, AnEmptyCatalogueHasNone) {
 }
 
 TEST_F(CommandsTest, FailsWithoutACatalogue) {
-    ExpectToNeedTheCatalogue({L"commands", L"balanced"});
+    ExpectNeedsCatalogue({L"commands", L"balanced"});
 }
 
 TEST_F(CommandsTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     WriteBalanced(OldFunction(1, 1, 1));
-    ExpectToNeedTheUserSettings({L"commands", L"balanced"});
+    ExpectNeedsUserSettings({L"commands", L"balanced"});
 }
 
 TEST_F(CommandsTest, RefusesWhatIsNoScheme) {

@@ -114,17 +114,17 @@ TEST_F(CurrentTest, FailsWhenTheSchemeCannotBeLoaded) {
 }
 
 TEST_F(CurrentTest, FailsWithoutACatalogue) {
-    ExpectToNeedTheCatalogue({L"current", L"balanced"});
+    ExpectNeedsCatalogue({L"current", L"balanced"});
 }
 
 TEST_F(CurrentTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     WriteBalanced(OldFunction(1, 1, 1));
-    ExpectToNeedTheUserSettings({L"current", L"balanced"});
+    ExpectNeedsUserSettings({L"current", L"balanced"});
 }
 
 TEST_F(CurrentTest, BlamesTheUserSettingsInUseForASchemeThatCannotBeLoaded) {
     WriteFunctions(Function(1));
-    ExpectToNeedTheUserSettings({L"current", L"balanced"});
+    ExpectNeedsUserSettings({L"current", L"balanced"});
 }
 
 TEST_F(CurrentTest, RefusesWhatIsNoScheme) {

@@ -153,12 +153,12 @@ TEST_F(DiffTest, AnEmptyCatalogueHasNoDifferences) {
 }
 
 TEST_F(DiffTest, FailsWithoutACatalogue) {
-    ExpectToNeedTheCatalogue({L"diff", L"balanced", L"high-performance"});
+    ExpectNeedsCatalogue({L"diff", L"balanced", L"high-performance"});
 }
 
 TEST_F(DiffTest, FailsWhileAnotherProgramUsesTheUserSettings) {
-    ExpectToNeedTheUserSettings({L"diff", L"balanced", L"high-performance"});
-    ExpectToNeedTheUserSettings({L"diff", L"balanced", L"high-performance", L"--ac"});
+    ExpectNeedsUserSettings({L"diff", L"balanced", L"high-performance"});
+    ExpectNeedsUserSettings({L"diff", L"balanced", L"high-performance", L"--ac"});
 }
 
 TEST_F(DiffTest, RefusesWhatIsNoScheme) {

@@ -24,7 +24,7 @@ const std::string IgnoredWithAll = "the library ignores it with all that it hold
 const std::string OnlyTheFirst = "the library reads only the first one";
 
 // Writes a catalogue that makes the functions of the base catalogue unsupported.
-void WriteCatalogueOfAnother(const DoctorTest& test) {
+void WriteOtherCatalogue(const DoctorTest& test) {
     WriteFile(test.PathOf(File::Defaults),
               "<ZOTDefault><Functions><Function "
               "ID=\"9\"><Display/><Commands/></Function></Functions></ZOTDefault>");
@@ -32,17 +32,17 @@ void WriteCatalogueOfAnother(const DoctorTest& test) {
 
 void ExpectTwoBaseFunctions(DoctorTest& test) {
     EXPECT_EQ(test.BaseFunctions().size(), 2u);
-    WriteCatalogueOfAnother(test);
+    WriteOtherCatalogue(test);
     EXPECT_EQ(test.UnsupportedFunctions().size(), 2u);
 }
 
-void ExpectReadingToEndAtTheSecond(DoctorTest& test) {
+void ExpectReadingEndsAtSecond(DoctorTest& test) {
     EXPECT_EQ(test.BaseFunctions().size(), 1u);
-    WriteCatalogueOfAnother(test);
+    WriteOtherCatalogue(test);
     EXPECT_EQ(test.UnsupportedFunctions().size(), 0u);
 }
 
-void ExpectNoCatalogueOnceAdopted(DoctorTest& test) {
+void ExpectNoCatalogueAfterAdopt(DoctorTest& test) {
     test.AdoptAll();
     EXPECT_EQ(test.Dll().GetFuncCount(), CatalogueUnavailable);
 }
@@ -60,7 +60,7 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
         {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", Function1, "for the library it is 0",
          [](DoctorTest& test) { EXPECT_EQ(test.BaseFunctions().begin()->id, 0); }},
         {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, RejectedWhenAdopted,
-         ExpectNoCatalogueOnceAdopted},
+         ExpectNoCatalogueAfterAdopt},
         {"SameId", File::Base, R"(ID="2" )", R"(ID="1" )", "duplicate-id", Function2,
          "the library lists both; once both are adopted, it drops this one",
          [](DoctorTest& test) {
@@ -89,15 +89,15 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
              EXPECT_STREQ(Second(records).commandFamilies.begin()->checkExistItems.begin()->param2, L"b");
          }},
         {"TooLongName", File::Base, "SleepKey", TooLong, "text-too-long", Function2, ReadingEnds,
-         ExpectReadingToEndAtTheSecond},
+         ExpectReadingEndsAtSecond},
         {"TooLongSpecInfo", File::Base, "Doze", TooLong, "text-too-long", Command2, ReadingEnds,
-         ExpectReadingToEndAtTheSecond},
+         ExpectReadingEndsAtSecond},
         {"TooLongParam", File::Base, R"(Param4="h")", "Param4=\"" + TooLong + "\"", "text-too-long",
-         Function2 + "/Commands/CommandFamily/CheckExistItem", ReadingEnds, ExpectReadingToEndAtTheSecond},
+         Function2 + "/Commands/CommandFamily/CheckExistItem", ReadingEnds, ExpectReadingEndsAtSecond},
         {"TooLongLabel", File::Base, "DarkKey", TooLong, "text-too-long",
-         Function1 + "/Display/AC/DisplayItem[2]", RejectedWhenAdopted, ExpectNoCatalogueOnceAdopted},
+         Function1 + "/Display/AC/DisplayItem[2]", RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
         {"NoDisplay", File::Base, "<Display><AC/><DC/></Display>", "", "missing-display", Function2,
-         RejectedWhenAdopted, ExpectNoCatalogueOnceAdopted},
+         RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
         {"NoDefault", File::Base, R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "", "missing-default",
          Function1,
          "once the function is adopted, this function and those behind it have no default parameters",
@@ -172,7 +172,7 @@ std::vector<Flaw> FlawsOfTheBaseDocument() {
 }
 
 // The first spec scheme has two subgroups. The first subgroup has two settings.
-void ExpectTheFirstSchemeToBeLeftOut(DoctorTest& test) {
+void ExpectFirstSchemeSkipped(DoctorTest& test) {
     const auto schemes = test.SpecSchemes();
     ASSERT_EQ(schemes.size(), 1u);
     EXPECT_EQ(schemes.begin()->scheme, HighPerformance);
@@ -182,16 +182,16 @@ std::vector<Flaw> FlawsOfSpecSchemes() {
     const std::string setting1 = SubGroup1 + "/PowerSetting[1]";
     return {
         {"NoSchemeGuid", File::Base, R"( SchemeGUID="381b4222-f694-41f0-9685-ff5bb260df2e")", "",
-         "missing-guid", SpecScheme1, SchemeLeftOut, ExpectTheFirstSchemeToBeLeftOut},
+         "missing-guid", SpecScheme1, SchemeLeftOut, ExpectFirstSchemeSkipped},
         {"NoSubGroupGuid", File::Base, R"( SubGroupGUID="238c9fa8-0aad-41ed-83f4-97be242c8f20")", "",
-         "missing-guid", SpecScheme1 + "/SubGroup[2]", SchemeLeftOut, ExpectTheFirstSchemeToBeLeftOut},
+         "missing-guid", SpecScheme1 + "/SubGroup[2]", SchemeLeftOut, ExpectFirstSchemeSkipped},
         {"NoPowerSettingGuid", File::Base, R"( PowerSettingGUID="3c0bc021-c8a8-4e07-a973-6b14cbcb2b7e")", "",
-         "missing-guid", setting1, SchemeLeftOut, ExpectTheFirstSchemeToBeLeftOut},
+         "missing-guid", setting1, SchemeLeftOut, ExpectFirstSchemeSkipped},
         {"NoValue", File::Base, R"( DCValue="120")", "", "missing-value", setting1, SchemeLeftOut,
-         ExpectTheFirstSchemeToBeLeftOut},
+         ExpectFirstSchemeSkipped},
         {"BracedSchemeGuid", File::Base, "381b4222-f694-41f0-9685-ff5bb260df2e",
          "{381b4222-f694-41f0-9685-ff5bb260df2e}", "malformed-guid", SpecScheme1, Ignored,
-         ExpectTheFirstSchemeToBeLeftOut},
+         ExpectFirstSchemeSkipped},
         {"MalformedSubGroupGuid", File::Base, "238c9fa8-0aad-41ed-83f4-97be242c8f20",
          "238c9fa8-0aad-41ed-83f4-97be242c8f2g", "malformed-guid", SpecScheme1 + "/SubGroup[2]", Ignored,
          [](DoctorTest& test) {

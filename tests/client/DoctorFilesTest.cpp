@@ -34,7 +34,7 @@ const Loss Catalogue = {"Defaults", File::Defaults, "there is no catalogue: the 
 const Loss Texts = {"StringTable", File::StringTable, "the user sees keys in place of all texts",
                     [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].name, L"LightKey"); }};
 
-void ExpectTheDefaults(DoctorTest& test) {
+void ExpectDefaults(DoctorTest& test) {
     EXPECT_EQ(test.GetParameter(HighPerformance), DefaultsOfHighPerformance);
     EXPECT_EQ(test.Setting(L"Warning"), L"10");
 }
@@ -45,13 +45,13 @@ const Loss UserSettings = {
     "the library goes by the defaults; it sets the file aside when it first stores something",
     [](DoctorTest& test) {
         const std::string before = test.UserSettings();
-        ExpectTheDefaults(test);
+        ExpectDefaults(test);
         EXPECT_EQ(ReadFile(test.UnreadableUserSettings()), before);
         EXPECT_NE(test.UserSettings(), before);
     }};
 
 const Loss LockedUserSettings = {"UserSettings", File::UserSettings,
-                                 "the library goes by the defaults and stores nothing", ExpectTheDefaults};
+                                 "the library goes by the defaults and stores nothing", ExpectDefaults};
 
 }  // namespace
 
@@ -124,7 +124,7 @@ INSTANTIATE_TEST_SUITE_P(Of, LockedFileTest, testing::Values(Base, Catalogue, Lo
 
 class PlaceToStoreTest : public DoctorTest {
 protected:
-    void ExpectNothingToBeStored(const std::string& kind, const std::string& consequence) {
+    void ExpectNothingStored(const std::string& kind, const std::string& consequence) {
         EXPECT_EQ(WithoutProblems(FindingsWith(1)),
                   Json::array({FindingIn(File::UserSettings, nullptr, kind, consequence)}));
         EXPECT_FALSE(Set(L"Warning", L"20"));
@@ -140,13 +140,13 @@ TEST_F(PlaceToStoreTest, NeedsNoUserSettings) {
 
 TEST_F(PlaceToStoreTest, NeedsTheirFolder) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
-    ExpectNothingToBeStored("missing-folder", "the library does not create it, and stores nothing");
+    ExpectNothingStored("missing-folder", "the library does not create it, and stores nothing");
     EXPECT_FALSE(HasUserSettings());
 }
 
 TEST_F(PlaceToStoreTest, NeedsAFileThatCanBeWritten) {
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
-    ExpectNothingToBeStored("read-only-file", "the library stores nothing");
+    ExpectNothingStored("read-only-file", "the library stores nothing");
     EXPECT_EQ(UserSettings(), HealthyUserSettings);
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
 }

@@ -220,12 +220,12 @@ std::size_t StoredSchemes(const DoctorTest& test) {
     return count;
 }
 
-void ExpectBalancedToBeIgnored(DoctorTest& test) {
+void ExpectBalancedIgnored(DoctorTest& test) {
     EXPECT_EQ(test.GetParameter(Balanced), DefaultsOfBalanced);
     EXPECT_EQ(test.GetParameter(HighPerformance), StoredForHighPerformance);
 }
 
-void ExpectNothingToBeStored(DoctorTest& test) {
+void ExpectNothingStored(DoctorTest& test) {
     const std::string before = test.UserSettings();
     EXPECT_TRUE(test.SetParameter(Balanced, {{1, {0, 0}}}));
     EXPECT_EQ(test.UserSettings(), before);
@@ -250,10 +250,9 @@ std::vector<Flaw> FlawsOfUserSchemes() {
          }},
         {"BracedGuid", File::UserSettings, "381b4222-f694-41f0-9685-ff5bb260df2e",
          "{381b4222-f694-41f0-9685-ff5bb260df2e}", "malformed-guid", UserScheme1, Ignored,
-         ExpectBalancedToBeIgnored},
+         ExpectBalancedIgnored},
         {"NoHyphensInAGuid", File::UserSettings, "381b4222-f694-41f0-9685-ff5bb260df2e",
-         "381b4222f69441f09685ff5bb260df2e", "malformed-guid", UserScheme1, Ignored,
-         ExpectBalancedToBeIgnored},
+         "381b4222f69441f09685ff5bb260df2e", "malformed-guid", UserScheme1, Ignored, ExpectBalancedIgnored},
         {"SameGuid", File::UserSettings, "8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c",
          "381B4222-F694-41F0-9685-FF5BB260DF2E", "duplicate-guid",
          "/OrloPowerCfg/PowerSchemes/PowerScheme[2]", OnlyTheFirst,
@@ -262,13 +261,13 @@ std::vector<Flaw> FlawsOfUserSchemes() {
          UserScheme1 + "/Function[1]", empty + ", and can store nothing in it",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), Params{});
-             ExpectNothingToBeStored(test);
+             ExpectNothingStored(test);
          }},
         {"NoIdBehindOthers", File::UserSettings, second, R"(<Function ACParamIndex="1" DCParamIndex="0"/>)",
          "missing-id", UserScheme1 + "/Function[2]", rest + ", and can store nothing in it",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), (Params{{1, {1, 0}}, {2, {0, 0}}}));
-             ExpectNothingToBeStored(test);
+             ExpectNothingStored(test);
          }},
         {"NoIndex", File::UserSettings, first, R"(<Function ID="1" DCParamIndex="0"/>)", "missing-parameter",
          UserScheme1 + "/Function[1]", empty,

@@ -34,7 +34,7 @@ protected:
                      Entry("BrightKey", "Bright") + Entry("DarkKey", "Very dark"));
     }
 
-    std::string NameOfTheFirst(Arguments arguments) const {
+    std::string FirstName(Arguments arguments) const {
         arguments.insert(arguments.begin(), L"functions");
         return JsonOutput(arguments)["functions"][0]["name"];
     }
@@ -103,7 +103,7 @@ TEST_F(FunctionsTest, ShowsTheKeyOfWhatHasNoTranslation) {
 
 TEST_F(FunctionsTest, ShowsTheKeysWithoutAStringTable) {
     std::filesystem::remove(installation.StringTableFile());
-    EXPECT_EQ(NameOfTheFirst({}), "LightKey");
+    EXPECT_EQ(FirstName({}), "LightKey");
 }
 
 TEST_F(FunctionsTest, WritesTextsInAnyScriptAsUtf8) {
@@ -112,7 +112,7 @@ TEST_F(FunctionsTest, WritesTextsInAnyScriptAsUtf8) {
                     .starts_with("1  画面の明るさ \U0001F50B\n"
                                  "    Group       ScreenKey\n"
                                  "    On mains    0: größer (100)  1: DarkKey (-20)\n"));
-    EXPECT_EQ(NameOfTheFirst({}), "画面の明るさ \U0001F50B");
+    EXPECT_EQ(FirstName({}), "画面の明るさ \U0001F50B");
 }
 
 TEST_F(FunctionsTest, AnEmptyCatalogueHasNone) {
@@ -122,12 +122,12 @@ TEST_F(FunctionsTest, AnEmptyCatalogueHasNone) {
 }
 
 TEST_F(FunctionsTest, FailsWithoutACatalogue) {
-    ExpectToNeedTheCatalogue({L"functions"});
+    ExpectNeedsCatalogue({L"functions"});
 }
 
 TEST_F(FunctionsTest, DoesNotNeedTheUserSettings) {
     const SecondProcess other{HoldMutex, {UserMarker}};
-    EXPECT_EQ(NameOfTheFirst({}), "Brightness");
+    EXPECT_EQ(FirstName({}), "Brightness");
     EXPECT_FALSE(HasUserSettings());
 }
 
@@ -165,11 +165,11 @@ TEST_F(LanguageTest, ShowsTheTextsOfTheLanguage) {
 }
 
 TEST_F(LanguageTest, GivesTheTextsOfTheLanguageAsJson) {
-    EXPECT_EQ(NameOfTheFirst({L"--language", L"ja-JP"}), "画面の明るさ");
+    EXPECT_EQ(FirstName({L"--language", L"ja-JP"}), "画面の明るさ");
 }
 
 TEST_F(LanguageTest, TakesTheNameOfTheLanguageInAnyCase) {
-    EXPECT_EQ(NameOfTheFirst({L"--language", L"JA-jp"}), "画面の明るさ");
+    EXPECT_EQ(FirstName({L"--language", L"JA-jp"}), "画面の明るさ");
 }
 
 TEST_F(LanguageTest, ShowsTheKeyOfWhatTheLanguageLacks) {
@@ -178,7 +178,7 @@ TEST_F(LanguageTest, ShowsTheKeyOfWhatTheLanguageLacks) {
 
 TEST_F(LanguageTest, WorksWithoutANeutralStringTable) {
     std::filesystem::remove(installation.StringTableFile());
-    EXPECT_EQ(NameOfTheFirst({L"--language", L"ja-JP"}), "画面の明るさ");
+    EXPECT_EQ(FirstName({L"--language", L"ja-JP"}), "画面の明るさ");
 }
 
 TEST_F(LanguageTest, LeavesAllFilesAsTheyWere) {
@@ -196,7 +196,7 @@ TEST_F(LanguageTest, LeavesAllFilesAsTheyWereWhenItFails) {
 }
 
 TEST_F(LanguageTest, NamesTheRealFileWhenThereIsNoCatalogue) {
-    ExpectToNeedTheCatalogue({L"functions", L"--language", L"ja-JP"});
+    ExpectNeedsCatalogue({L"functions", L"--language", L"ja-JP"});
 }
 
 TEST_F(LanguageTest, NamesTheRealFileWhenTheCatalogueIsLocked) {

@@ -96,7 +96,7 @@ TEST_F(ParamsTest, FailsWithoutACatalogue) {
 
 TEST_F(ParamsTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     WriteBalanced(R"(<Function ID="1" ACParamIndex="5" DCParamIndex="6"/>)");
-    ExpectToNeedTheUserSettings({L"params", L"balanced"});
+    ExpectNeedsUserSettings({L"params", L"balanced"});
 }
 
 }  // namespace ZOTDam::Test

@@ -55,8 +55,8 @@ TEST_F(PowercfgTest, SetsNoFunctionWhoseOtherIndexIsHidden) {
 }
 
 TEST_F(PowercfgTest, NeedsTheCatalogueAndTheUserSettings) {
-    ExpectToNeedTheUserSettings({L"setacvalueindex", L"balanced", L"1", L"0"});
-    ExpectToNeedTheCatalogue({L"setacvalueindex", L"balanced", L"1", L"0"});
+    ExpectNeedsUserSettings({L"setacvalueindex", L"balanced", L"1", L"0"});
+    ExpectNeedsCatalogue({L"setacvalueindex", L"balanced", L"1", L"0"});
 }
 
 }  // namespace ZOTDam::Test

@@ -82,7 +82,7 @@ TEST_F(SettingGetTest, FailsWithoutAnyFile) {
 TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     WriteUserSetting(R"(Warning="15")");
     WriteBaseSetting(R"(Warning="10")");
-    ExpectToNeedTheUserSettings({L"setting", L"get", L"Warning"});
+    ExpectNeedsUserSettings({L"setting", L"get", L"Warning"});
 }
 
 TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheDefaults) {
@@ -189,7 +189,7 @@ TEST_F(SettingSetTest, FailsWithoutTheFolderOfTheUserSettings) {
 
 TEST_F(SettingSetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     WriteUserSetting(R"(Warning="10")");
-    ExpectToNeedTheUserSettings({L"setting", L"set", L"Warning", L"15"});
+    ExpectNeedsUserSettings({L"setting", L"set", L"Warning", L"15"});
     EXPECT_EQ(Get(L"Warning"), "10");
 }
 

@@ -44,7 +44,7 @@ TEST_F(SpecSchemesTest, TellsThatThereAreNone) {
 }
 
 TEST_F(SpecSchemesTest, FailsWithoutABaseCatalogue) {
-    ExpectToNeedTheBaseCatalogue({L"spec-schemes"});
+    ExpectNeedsBaseCatalogue({L"spec-schemes"});
 }
 
 }  // namespace ZOTDam::Test

@@ -95,7 +95,7 @@ protected:
         EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     }
 
-    void ExpectACatalogueOfTwoFunctions() {
+    void ExpectTwoFunctionCatalogue() {
         EXPECT_EQ(Dll().GetFuncCount(), 2u);
         EXPECT_EQ(GetParameterDefault(Balanced), DefaultsOfTwoFunctions);
     }
@@ -142,7 +142,7 @@ TEST_P(UnreadableFileTest, AsUserSettingsIsKeptWhenParametersAreStored) {
 TEST_P(UnreadableFileTest, AsUserSettingsStaysUntilSomethingIsStored) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(GetParam().xml);
-    ExpectACatalogueOfTwoFunctions();
+    ExpectTwoFunctionCatalogue();
     EXPECT_FALSE(Dll().ResetDefault());
     EXPECT_EQ(UserSettings(), GetParam().xml);
     EXPECT_FALSE(std::filesystem::exists(KeptFile()));
@@ -153,7 +153,7 @@ TEST_P(UnreadableFileTest, AsBaseCatalogueOrStringTableDisturbsNothingElse) {
     WriteUserSettings(StoredTwoFunctions());
     WriteBase(GetParam().xml);
     WriteFile(installation.StringTableFile(), GetParam().xml);
-    ExpectACatalogueOfTwoFunctions();
+    ExpectTwoFunctionCatalogue();
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
     CallEveryExport(Dll(), Balanced);
     EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
@@ -228,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(, OtherFormTest, testing::Range(std::size_t{0}, OtherFo
 
 TEST_P(OtherFormTest, DefaultsAreRead) {
     WriteDefaults(OtherFormsOf(TwoFunctions)[GetParam()].xml);
-    ExpectACatalogueOfTwoFunctions();
+    ExpectTwoFunctionCatalogue();
 }
 
 TEST_P(OtherFormTest, UserSettingsAreReadAndKeepTheirOtherSchemes) {

@@ -14,7 +14,7 @@ class CommonSettingInitTest : public CommonSettingsTest {
 protected:
     bool Init() { return Dll().InitCommonSetting(); }
 
-    void ExpectFailureThatLeaves(const std::string& defaults) {
+    void ExpectFailureLeaves(const std::string& defaults) {
         EXPECT_FALSE(Init());
         EXPECT_EQ(Defaults(), defaults);
         EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
@@ -244,7 +244,7 @@ protected:
 
     void ExpectFailure() {
         WriteDefaults(Old);
-        ExpectFailureThatLeaves(Old);
+        ExpectFailureLeaves(Old);
         EXPECT_EQ(Setting(L"A"), L"old");
     }
 };
@@ -356,7 +356,7 @@ protected:
         WriteBaseValues(R"(A="base")");
         WriteDefaults(Old);
     }
-    void ExpectFailure() { ExpectFailureThatLeaves(Old); }
+    void ExpectFailure() { ExpectFailureLeaves(Old); }
 
     inline static const std::string Old = FileWith(R"(A="old")");
 };

@@ -478,14 +478,14 @@ protected:
         EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
         EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
     }
-    void ExpectThatTheOldValueIsStillRead() { EXPECT_EQ(Setting(L"Name"), L"old"); }
+    void ExpectOldValue() { EXPECT_EQ(Setting(L"Name"), L"old"); }
 };
 
 TEST_F(FailedSettingTest, AReadOnlyFileStaysAsItIs) {
     WriteUserValues(R"(Name="old")");
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectFailure();
-    ExpectThatTheOldValueIsStillRead();
+    ExpectOldValue();
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_TRUE(Set(L"Name", L"new"));
 }
@@ -496,7 +496,7 @@ TEST_F(FailedSettingTest, AFileThatAnotherProgramReadsStaysAsItIs) {
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ExpectFailure();
     CloseHandle(reader);
-    ExpectThatTheOldValueIsStillRead();
+    ExpectOldValue();
 }
 
 TEST_F(FailedSettingTest, AMissingFolderIsNotCreated) {
@@ -526,7 +526,7 @@ TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
     const FaultInjection injection{Dll().Handle()};
     MoveFileHook::fault = InjectedFault::Fail;
     ExpectFailure();
-    ExpectThatTheOldValueIsStillRead();
+    ExpectOldValue();
 }
 
 TEST_F(FailedSettingTest, AnUnreadableFileOfWhichNoCopyCanBeKeptStaysAsItIs) {
@@ -540,7 +540,7 @@ TEST_F(FailedSettingTest, AnAttributeThatTheDomRefusesIsNotStored) {
     WriteUserValues(R"(Name="old")");
     const FailingDomMethod failure{DomMethod::SetAttribute};
     ExpectFailure();
-    ExpectThatTheOldValueIsStillRead();
+    ExpectOldValue();
 }
 
 TEST_F(FailedSettingTest, WithoutASectionNothingIsStored) {
@@ -563,7 +563,7 @@ TEST_F(FailedSettingTest, OnAThreadWithoutComNothingIsFoundOrStored) {
 
 TEST_F(FailedSettingTest, AfterExitNothingIsFoundOrStored) {
     WriteUserValues(R"(Name="old")");
-    ExpectThatTheOldValueIsStillRead();
+    ExpectOldValue();
     EXPECT_TRUE(Dll().ZOTDamExit());
     EXPECT_EQ(Setting(L"Name"), Missing);
     ExpectFailure();
@@ -574,7 +574,7 @@ TEST_F(FailedSettingTest, NullTextsChangeNothing) {
     EXPECT_FALSE(Dll().SetCommonSetting(L"Name", nullptr));
     EXPECT_FALSE(Dll().SetCommonSetting(nullptr, L"new"));
     EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
-    ExpectThatTheOldValueIsStillRead();
+    ExpectOldValue();
 }
 
 }  // namespace ZOTDam::Test

@@ -133,7 +133,7 @@ class AdoptedTextTest : public ReplacedCatalogueTest {
 protected:
     // Writes a function with the given string in all its fields. Expects the string from a newly loaded
     // library.
-    void ExpectBack(const std::wstring& text) {
+    void ExpectRoundTrip(const std::wstring& text) {
         FunctionBaseRecord record = LoadableRecord(1);
         Assign(record.name, text);
         Assign(record.group, text);
@@ -149,24 +149,24 @@ protected:
 };
 
 TEST_F(AdoptedTextTest, ComesBackWithItsMarkup) {
-    ExpectBack(L"<a b='c' d=\"e\">&amp;&#65;&unknown;]]></a>");
+    ExpectRoundTrip(L"<a b='c' d=\"e\">&amp;&#65;&unknown;]]></a>");
 }
 
 TEST_F(AdoptedTextTest, ComesBackWithItsWhiteSpace) {
-    ExpectBack(L" \t\r\n a  b\n\n\r\t ");
+    ExpectRoundTrip(L" \t\r\n a  b\n\n\r\t ");
 }
 
 TEST_F(AdoptedTextTest, ComesBackInEveryScript) {
-    ExpectBack(L"\xe4\x20ac\x4e2d\xd7ff\xe000\xfffd\xd83d\xde00\xdbff\xdfff");
+    ExpectRoundTrip(L"\xe4\x20ac\x4e2d\xd7ff\xe000\xfffd\xd83d\xde00\xdbff\xdfff");
 }
 
 TEST_F(AdoptedTextTest, ComesBackInFullLength) {
-    ExpectBack(std::wstring(259, L'x'));
-    ExpectBack(std::wstring(259, L'<'));
+    ExpectRoundTrip(std::wstring(259, L'x'));
+    ExpectRoundTrip(std::wstring(259, L'<'));
 }
 
 TEST_F(AdoptedTextTest, ComesBackWithFormatCharactersAsTheyStand) {
-    ExpectBack(L"%s%d%n%%");
+    ExpectRoundTrip(L"%s%d%n%%");
 }
 
 // ---- Round trip from the base catalogue ----

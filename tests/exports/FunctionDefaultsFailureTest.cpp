@@ -22,7 +22,7 @@ void PrintTo(const TextCase& textCase, std::ostream* out) {
 class ForbiddenTextTest : public FunctionDefaultsTest, public testing::WithParamInterface<TextCase> {
 protected:
     // Passes four records to the export. Expects only two in the file, because the third is invalid.
-    void ExpectTheTwoRecordsBefore(const FunctionBaseRecord& third) {
+    void ExpectTwoRecordsBefore(const FunctionBaseRecord& third) {
         Replace({Record(1), Record(2), third, Record(4)});
         EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));
     }
@@ -41,18 +41,18 @@ INSTANTIATE_TEST_SUITE_P(, ForbiddenTextTest,
 
 TEST_P(ForbiddenTextTest, InANameEndsTheWriting) {
     Assign(record.name, GetParam().text);
-    ExpectTheTwoRecordsBefore(record);
+    ExpectTwoRecordsBefore(record);
 }
 
 TEST_P(ForbiddenTextTest, InAGroupEndsTheWriting) {
     Assign(record.group, GetParam().text);
-    ExpectTheTwoRecordsBefore(record);
+    ExpectTwoRecordsBefore(record);
 }
 
 TEST_P(ForbiddenTextTest, InTheLastCommandEndsTheWriting) {
     record.commandFamilies.push_back(Family({6}));
     record.commandFamilies.begin()->commandItems.push_back(Command(7, GetParam().text));
-    ExpectTheTwoRecordsBefore(record);
+    ExpectTwoRecordsBefore(record);
 }
 
 TEST_P(ForbiddenTextTest, InTheFirstRecordLeavesAnEmptySection) {
@@ -64,7 +64,7 @@ TEST_P(ForbiddenTextTest, InTheFirstRecordLeavesAnEmptySection) {
 TEST_P(ForbiddenTextTest, InARecordWithoutCommandsEndsTheWritingToo) {
     Assign(record.name, GetParam().text);
     record.commandFamilies.clear();
-    ExpectTheTwoRecordsBefore(record);
+    ExpectTwoRecordsBefore(record);
 }
 
 TEST_P(ForbiddenTextTest, InACheckDoesNotMatter) {
@@ -207,7 +207,7 @@ TEST_F(FailingDomTest, WithoutADocumentThereIsNothingToWrite) {
 class FailedSaveTest : public FunctionDefaultsTest {
 protected:
     // Expects that a call changes the defaults in memory but not the file.
-    void ExpectAChangeInMemoryOnly() {
+    void ExpectChangeInMemoryOnly() {
         const bool existed = HasDefaults();
         const std::string before = Defaults();
         Replace({RecordWithDefault(11, 12, 13)});
@@ -216,7 +216,7 @@ protected:
         EXPECT_EQ(GetParameterDefault(Balanced), (Params{{11, {12, 13}}}));
     }
 
-    void ExpectTheNextSaveToWork(const std::string& kept) {
+    void ExpectNextSaveWorks(const std::string& kept) {
         Replace({Record(20)});
         EXPECT_EQ(Defaults(), kept);
     }
@@ -228,35 +228,35 @@ protected:
 TEST_F(FailedSaveTest, IsOneIntoAMissingFolder) {
     const std::filesystem::path folder = installation.DefaultsFile().parent_path();
     std::filesystem::remove_all(folder);
-    ExpectAChangeInMemoryOnly();
+    ExpectChangeInMemoryOnly();
     EXPECT_FALSE(std::filesystem::exists(folder));
     std::filesystem::create_directories(folder);
-    ExpectTheNextSaveToWork(Created);
+    ExpectNextSaveWorks(Created);
 }
 
 TEST_F(FailedSaveTest, IsOneOntoAReadOnlyFile) {
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
-    ExpectAChangeInMemoryOnly();
+    ExpectChangeInMemoryOnly();
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
-    ExpectTheNextSaveToWork(Replaced);
+    ExpectNextSaveWorks(Replaced);
 }
 
 TEST_F(FailedSaveTest, IsOneOntoAFileThatAnotherProgramReads) {
     const HANDLE reader = CreateFileW(installation.DefaultsFile().c_str(), GENERIC_READ, FILE_SHARE_READ,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ExpectAChangeInMemoryOnly();
+    ExpectChangeInMemoryOnly();
     CloseHandle(reader);
-    ExpectTheNextSaveToWork(Replaced);
+    ExpectNextSaveWorks(Replaced);
 }
 
 TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
     {
         const FaultInjection injection{Dll().Handle()};
         MoveFileHook::fault = InjectedFault::Fail;
-        ExpectAChangeInMemoryOnly();
+        ExpectChangeInMemoryOnly();
         EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
     }
-    ExpectTheNextSaveToWork(Replaced);
+    ExpectNextSaveWorks(Replaced);
 }
 
 TEST_F(FailedSaveTest, LeavesAFileThatCouldNotEvenBeRead) {
@@ -273,9 +273,9 @@ TEST_F(FailedSaveTest, IsFollowedByASaveOfWhatTheNextCallWrites) {
     RemoveDefaults();
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
-        ExpectAChangeInMemoryOnly();
+        ExpectChangeInMemoryOnly();
     }
-    ExpectTheNextSaveToWork(Created);
+    ExpectNextSaveWorks(Created);
 }
 
 // ---- A busy file ----
@@ -284,17 +284,17 @@ TEST_F(FailedSaveTest, IsOneOfAFileThatIsBusy) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
-        ExpectAChangeInMemoryOnly();
+        ExpectChangeInMemoryOnly();
     }
-    ExpectTheNextSaveToWork(Replaced);
+    ExpectNextSaveWorks(Replaced);
 }
 
 TEST_F(FailedSaveTest, IsEachOneOfAFileThatWasBusyAtItsOnlyLoad) {
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
-        ExpectAChangeInMemoryOnly();
+        ExpectChangeInMemoryOnly();
     }
-    ExpectAChangeInMemoryOnly();
+    ExpectChangeInMemoryOnly();
 }
 
 class BusyDefaultsTest : public FunctionDefaultsTest {};

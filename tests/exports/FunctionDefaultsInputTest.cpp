@@ -163,7 +163,7 @@ protected:
         holder = HolderOf({record, record, other});
     }
 
-    void ExpectTheSameReferences(bool (*act)(const Library& dll, const FunctionBaseHolder* holder)) {
+    void ExpectSameReferences(bool (*act)(const Library& dll, const FunctionBaseHolder* holder)) {
         const ULONG before = References(shared);
         EXPECT_EQ(before, 4u);
         EXPECT_EQ(References(own), 1u);
@@ -178,20 +178,20 @@ protected:
 };
 
 TEST_F(ReferenceTest, AreWhatTheyWereAfterTheCall) {
-    ExpectTheSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
+    ExpectSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
         return dll.AddFunctionDefault(records);
     });
 }
 
 TEST_F(ReferenceTest, AreWhatTheyWereAfterAFailure) {
     Assign((++holder.records.begin())->name, L"\x1");
-    ExpectTheSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
+    ExpectSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
         return dll.AddFunctionDefault(records);
     });
 }
 
 TEST_F(ReferenceTest, AreWhatTheyWereAfterARefusal) {
-    ExpectTheSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
+    ExpectSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
         return dll.ZOTDamExit() && dll.AddFunctionDefault(records);
     });
 }

@@ -407,25 +407,25 @@ Library& LoadPermanently(const Folders& folders) {
     return dll;
 }
 
-HANDLE OtherThreadIsInside() {
+HANDLE InsideEvent() {
     static const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     return event;
 }
 
-[[noreturn]] void StayInside() {
-    SetEvent(OtherThreadIsInside());
+[[noreturn]] void BlockInside() {
+    SetEvent(InsideEvent());
     for (;;)
         Sleep(INFINITE);
 }
 
-// Starts a thread with COM and waits until the action on it calls StayInside.
+// Starts a thread with COM and waits until the action on it calls BlockInside.
 template <class Action>
-void LeaveAThreadInside(Action action) {
+void BlockThreadInside(Action action) {
     std::thread{[action] {
         const ComScope com;
         action();
     }}.detach();
-    WaitForSingleObject(OtherThreadIsInside(), INFINITE);
+    WaitForSingleObject(InsideEvent(), INFINITE);
 }
 
 // Fails the process after an operation that is not allowed at process shutdown: entering or deleting a lock
@@ -441,7 +441,7 @@ std::set<CRITICAL_SECTION*>& LocksOfLibrary() {
     return locks;
 }
 
-void WINAPI EnterAndRemember(CRITICAL_SECTION* lock) {
+void WINAPI EnterAndRecord(CRITICAL_SECTION* lock) {
     LocksOfLibrary().insert(lock);
     EnterCriticalSection(lock);
 }
@@ -474,7 +474,7 @@ const RegisterRole endsWatched{
         EnterInstallation(folders);
         Library& dll = *new Library;
         auto& documents = *new DomDocuments{dll.Handle()};
-        PatchPermanently(dll.Handle(), "EnterCriticalSection", &EnterAndRemember);
+        PatchPermanently(dll.Handle(), "EnterCriticalSection", &EnterAndRecord);
         if (!dll.TEVGetParam(&Balanced) || documents.CreatedCount() != 2 || LocksOfLibrary().size() != 2)
             return 1;
         PatchPermanently(dll.Handle(), "EnterCriticalSection", &UnlessOfTheLibrary<&EnterCriticalSection>);
@@ -496,9 +496,9 @@ const RegisterRole endsInOnItem{L"ends-in-on-item", [](const Folders& folders) {
                                 }};
 
 const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& folders) {
-                                        LeaveAThreadInside([&dll = LoadPermanently(folders)] {
+                                        BlockThreadInside([&dll = LoadPermanently(folders)] {
                                             auto stay = MakeCallback<IGetParameterCallback>(
-                                                [](std::int32_t, const ParamValue*) { StayInside(); });
+                                                [](std::int32_t, const ParamValue*) { BlockInside(); });
                                             dll.GetParameter(&Balanced, &stay);
                                         });
                                         return 0;
@@ -510,8 +510,8 @@ const RegisterRole endsDuringCreation{
         Library& dll = LoadPermanently(folders);
         PatchPermanently(
             dll.Handle(), "CoCreateInstance",
-            +[](REFCLSID, IUnknown*, DWORD, REFIID, void**) WINAPI -> HRESULT { StayInside(); });
-        LeaveAThreadInside([&dll] { dll.TEVGetParam(&Balanced); });
+            +[](REFCLSID, IUnknown*, DWORD, REFIID, void**) WINAPI -> HRESULT { BlockInside(); });
+        BlockThreadInside([&dll] { dll.TEVGetParam(&Balanced); });
         return 0;
     }};
 
@@ -521,8 +521,8 @@ const RegisterRole endsDuringASave{
         Library& dll = LoadPermanently(folders);
         PatchPermanently(
             dll.Handle(), "MoveFileExW",
-            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { StayInside(); });
-        LeaveAThreadInside([&dll] { dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()); });
+            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { BlockInside(); });
+        BlockThreadInside([&dll] { dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()); });
         return 0;
     }};
 

@@ -176,7 +176,7 @@ bool FreeWithoutExitOrCom(Client& client) {
 }
 
 // A thread that has not initialised COM can use the multithreaded apartment of another thread.
-bool UseTheMtaOfAnotherThread(Client& client) {
+bool UseMtaOfAnotherThread(Client& client) {
     const ComApartment com{COINIT_MULTITHREADED};
     client.Load();
     return OnAnotherThread([&] { return client.Use(8); }) && client.Exit() && client.Free();
@@ -204,7 +204,7 @@ bool LoadTwiceAndFreeOnce(Client& client) {
     return client.Use(8) && client.Exit() && client.Free();
 }
 
-bool EndOnAnotherThread(Client& client) {
+bool ExitOnAnotherThread(Client& client) {
     const ComApartment com{COINIT_APARTMENTTHREADED};
     client.Load();
     if (client.Use(8))
@@ -213,7 +213,7 @@ bool EndOnAnotherThread(Client& client) {
 }
 
 // Ends the process while another thread is at an arbitrary point in the library.
-bool EndWhileAnotherThreadWorks(Client& client) {
+bool ExitWhileAnotherThreadWorks(Client& client) {
     const HANDLE used = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     std::thread{[&client, used] {
         const ComApartment com{COINIT_MULTITHREADED};
@@ -229,11 +229,11 @@ bool EndWhileAnotherThreadWorks(Client& client) {
 const std::map<std::wstring, Sequence> Sequences = {
     {L"PassesFromThreadToThread", PassFromThreadToThread},
     {L"IsFreedWithoutExitWhereComNeverWas", FreeWithoutExitOrCom},
-    {L"UsesTheMtaOfAnotherThread", UseTheMtaOfAnotherThread},
+    {L"UsesTheMtaOfAnotherThread", UseMtaOfAnotherThread},
     {L"BeginsAnewInAnotherApartment", UseInAnotherApartment},
     {L"GoesOnWhenItWasLoadedTwiceAndFreedOnce", LoadTwiceAndFreeOnce},
-    {L"EndsWithAProcessThatAnotherThreadEnds", EndOnAnotherThread},
-    {L"EndsWithAProcessInWhichAnotherThreadWorks", EndWhileAnotherThreadWorks},
+    {L"EndsWithAProcessThatAnotherThreadEnds", ExitOnAnotherThread},
+    {L"EndsWithAProcessInWhichAnotherThreadWorks", ExitWhileAnotherThreadWorks},
 };
 
 const RegisterRole runSequence{L"run-sequence", [](const std::vector<std::wstring>& arguments) {

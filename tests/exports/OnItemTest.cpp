@@ -70,7 +70,7 @@ struct ClientFailure {
 class ThrowingOnItemTest : public OnItemTest {
 protected:
     // Calls the export with an OnItem that throws at the given item. Returns the item in the exception.
-    int CaughtAt(decltype(&ZOTDam::GetParameter) enumerate, int failingItem) {
+    int CatchAt(decltype(&ZOTDam::GetParameter) enumerate, int failingItem) {
         int item = 0;
         auto callback = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue*) {
             if (++item == failingItem)
@@ -87,14 +87,14 @@ protected:
 };
 
 TEST_F(ThrowingOnItemTest, ReachesTheClientAndEndsTheEnumeration) {
-    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
-    EXPECT_EQ(CaughtAt(Dll().GetParameter, 2), 2);
-    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 1), 1);
-    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
+    EXPECT_EQ(CatchAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CatchAt(Dll().GetParameter, 2), 2);
+    EXPECT_EQ(CatchAt(Dll().GetParameterDefault, 1), 1);
+    EXPECT_EQ(CatchAt(Dll().GetParameterDefault, 2), 2);
 }
 
 TEST_F(ThrowingOnItemTest, LeavesTheLibraryUsable) {
-    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CatchAt(Dll().GetParameter, 1), 1);
     EXPECT_EQ(GetParameter(Balanced), defaults);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
@@ -103,8 +103,8 @@ TEST_F(ThrowingOnItemTest, LeavesTheLibraryUsable) {
 TEST_F(ThrowingOnItemTest, KeepsNoFurtherBlock) {
     GetParameter(Balanced);
     HeapAllocations::Track(Dll().Handle());
-    EXPECT_EQ(CaughtAt(Dll().GetParameter, 1), 1);
-    EXPECT_EQ(CaughtAt(Dll().GetParameterDefault, 2), 2);
+    EXPECT_EQ(CatchAt(Dll().GetParameter, 1), 1);
+    EXPECT_EQ(CatchAt(Dll().GetParameterDefault, 2), 2);
     EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 

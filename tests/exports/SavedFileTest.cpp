@@ -53,7 +53,7 @@ protected:
     std::filesystem::path UnreadableCopy() const { return UnreadableCopyOf(File()); }
 
     // Expects that the folder contains only the file.
-    void ExpectTheFileAlone(const std::string& content) const {
+    void ExpectOnlyFile(const std::string& content) const {
         EXPECT_EQ(UserSettings(), content);
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator{File().parent_path()}, {}), 1);
     }
@@ -79,7 +79,7 @@ TEST_P(KeptAttributeTest, SurvivesASave) {
     const DWORD attributes = GetFileAttributesW(File().c_str());
     EXPECT_TRUE(Save());
     EXPECT_EQ(GetFileAttributesW(File().c_str()), attributes);
-    ExpectTheFileAlone(after);
+    ExpectOnlyFile(after);
 }
 
 TEST_F(SavedFileTest, AFileThatIsNotHiddenStaysSo) {
@@ -160,7 +160,7 @@ TEST_P(ProtectedFileTest, IsNoObstacleWhereASaveHasLeftIt) {
     WriteFile(TemporaryFile(), "left");
     SetFileAttributesW(TemporaryFile().c_str(), GetParam());
     EXPECT_TRUE(Save());
-    ExpectTheFileAlone(after);
+    ExpectOnlyFile(after);
     EXPECT_EQ(GetFileAttributesW(File().c_str()) & (GetParam() | FILE_ATTRIBUTE_HIDDEN), 0u);
 }
 
@@ -235,13 +235,13 @@ TEST_F(SavedFileTest, IsWrittenItselfWhereItsReplacementIsNotAllowed) {
     injectedError = ERROR_ACCESS_DENIED;
     MoveFileHook::fault = InjectedFault::Fail;
     EXPECT_TRUE(Save());
-    ExpectTheFileAlone(after);
+    ExpectOnlyFile(after);
 }
 
 TEST_F(SavedFileTest, IsWrittenWhileAnotherProgramHasItOpenThatLetsOthersWrite) {
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE};
     EXPECT_TRUE(Save());
-    ExpectTheFileAlone(after);
+    ExpectOnlyFile(after);
 }
 
 class UnsharedFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
@@ -254,7 +254,7 @@ TEST_P(UnsharedFileTest, IsLeftToTheProgramThatLetsNobodyWrite) {
         const OpenFile program{File(), GENERIC_READ, GetParam()};
         EXPECT_EQ(Save(), GetParam() == 0);
     }
-    ExpectTheFileAlone(before);
+    ExpectOnlyFile(before);
     EXPECT_TRUE(Save());
 }
 

@@ -251,7 +251,7 @@ std::string FileGenerator::CommonSettings() {
 template <class MakeRoot>
 std::string FileGenerator::Document(MakeRoot makeRoot) {
     trouble = random.ElementOf({0, 0, 500, 150, 40, 15});
-    const std::string type = GoesWrong() || random.OneIn(20) ? DocumentType() : std::string{};
+    const std::string type = InjectsError() || random.OneIn(20) ? DocumentType() : std::string{};
     const std::string root = makeRoot();
     const std::string declaration = random.OneIn(2) ? R"(<?xml version="1.0" encoding="UTF-8"?>)"
                                                       "\n"
@@ -268,7 +268,7 @@ std::string FileGenerator::DocumentType() {
 }
 
 std::string FileGenerator::Encoded(const std::string& xml) {
-    if (!GoesWrong() && !random.OneIn(10))
+    if (!InjectsError() && !random.OneIn(10))
         return xml;
     switch (random.Below(9)) {
         case 0:
@@ -300,7 +300,7 @@ std::string FileGenerator::Element(const std::string& name, const Attributes& at
     std::string content;
     for (const std::string& child : children)
         content += child + BetweenElements();
-    if (GoesWrong())
+    if (InjectsError())
         return WrongElement(name, start, content);
     return "<" + name + start + ">" + content + "</" + name + ">";
 }
@@ -347,7 +347,7 @@ std::string FileGenerator::WrongElement(const std::string& name, const std::stri
 
 std::string FileGenerator::Attribute(const char* name, const std::string& value) {
     const std::string whole = std::string{name} + "=\"" + value + "\"";
-    if (!GoesWrong())
+    if (!InjectsError())
         return random.OneIn(60) ? std::string{} : " " + whole;
     switch (random.Below(6)) {
         case 0:
@@ -366,7 +366,7 @@ std::string FileGenerator::Attribute(const char* name, const std::string& value)
 }
 
 std::string FileGenerator::BetweenElements() {
-    if (!GoesWrong())
+    if (!InjectsError())
         return random.OneIn(3) ? "\n" : "";
     return random.ElementOf<std::string>({"<!--a comment-->", "<?an instruction?>", "text",
                                           "<![CDATA[<Function/>]]>", "&element;", "&text;", "&file;", "&#1;",
@@ -383,16 +383,16 @@ std::vector<std::string> FileGenerator::Several(MakePart makePart) {
 }
 
 std::string FileGenerator::Number(int limit) {
-    return GoesWrong() ? random.ElementOf(WrongNumbers)
-                       : std::to_string(random.Below(static_cast<std::size_t>(limit)));
+    return InjectsError() ? random.ElementOf(WrongNumbers)
+                          : std::to_string(random.Below(static_cast<std::size_t>(limit)));
 }
 
 std::string FileGenerator::Text() {
-    return GoesWrong() ? random.ElementOf(WrongTexts) : random.ElementOf(Keys);
+    return InjectsError() ? random.ElementOf(WrongTexts) : random.ElementOf(Keys);
 }
 
 std::string FileGenerator::Guid() {
-    return GoesWrong() ? random.ElementOf(WrongGuids) : random.ElementOf(Guids);
+    return InjectsError() ? random.ElementOf(WrongGuids) : random.ElementOf(Guids);
 }
 
 }  // namespace ZOTDam::Test

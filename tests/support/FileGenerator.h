@@ -56,7 +56,7 @@ private:
     std::string Text();
     std::string Guid();
 
-    bool GoesWrong() { return trouble != 0 && random.OneIn(trouble); }
+    bool InjectsError() { return trouble != 0 && random.OneIn(trouble); }
 
     Random& random;
     std::size_t trouble = 0;  // one in this many parts of the document is wrong; 0 for no errors

@@ -12,7 +12,7 @@ namespace {
 
 // Reads twice with no other call in between, so the results must be equal.
 template <class Read>
-void ExpectTheSameTwice(Read read) {
+void ExpectSameTwice(Read read) {
     const auto first = read();
     EXPECT_TRUE(read() == first) << "a second look shows something else";
 }
@@ -50,19 +50,19 @@ void RandomClient::CallEverything(const std::function<void()>& between) {
 // ---- The catalogues ----
 
 void RandomClient::CountFunctions() {
-    ExpectTheSameTwice([this] { return dll.GetFuncCount(); });
+    ExpectSameTwice([this] { return dll.GetFuncCount(); });
 }
 
 void RandomClient::ReadFunctionBase() {
-    ExpectTheSameTwice([this] { return client.Read(dll.GetFunctionBase); });
+    ExpectSameTwice([this] { return client.Read(dll.GetFunctionBase); });
 }
 
 void RandomClient::ReadUnsupported() {
-    ExpectTheSameTwice([this] { return client.Read(dll.GetFunctionBaseUnSupported); });
+    ExpectSameTwice([this] { return client.Read(dll.GetFunctionBaseUnSupported); });
 }
 
 void RandomClient::ReadFunctionInfo() {
-    ExpectTheSameTwice([this] { return client.Read(dll.GetFunctionInfo); });
+    ExpectSameTwice([this] { return client.Read(dll.GetFunctionInfo); });
 }
 
 void RandomClient::AddDefaults() {
@@ -101,7 +101,7 @@ void RandomClient::ChangeRecord(FunctionBaseRecord& record, const FunctionBaseRe
 }
 
 void RandomClient::ReadSpecSchemes() {
-    ExpectTheSameTwice([this] { return client.Read(dll.GetSpecScheme); });
+    ExpectSameTwice([this] { return client.Read(dll.GetSpecScheme); });
 }
 
 // ---- Parameters ----
@@ -110,12 +110,12 @@ void RandomClient::ReadParameters() {
     const GUID scheme = Scheme();
     // The first call may complete the stored values, so that more of them can be read.
     client.Read(dll.GetParameter, scheme);
-    ExpectTheSameTwice([&] { return client.Read(dll.GetParameter, scheme); });
+    ExpectSameTwice([&] { return client.Read(dll.GetParameter, scheme); });
 }
 
 void RandomClient::ReadDefaultParameters() {
     const GUID scheme = Scheme();
-    ExpectTheSameTwice([&] { return client.Read(dll.GetParameterDefault, scheme); });
+    ExpectSameTwice([&] { return client.Read(dll.GetParameterDefault, scheme); });
 }
 
 void RandomClient::StoreParameters() {
@@ -137,7 +137,7 @@ void RandomClient::ReadCurrentValues() {
     if (!random.OneIn(8))
         CheckingClient::Call(dll.TEVGetParam, &scheme);
     for (const std::uint32_t position : {0u, 1u, 2u, 20u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
-        ExpectTheSameTwice([&] { return client.ReadCurrentValue(position); });
+        ExpectSameTwice([&] { return client.ReadCurrentValue(position); });
 }
 
 void RandomClient::ReadCommands() {
@@ -155,7 +155,7 @@ void RandomClient::ReadDifferences() {
 
 void RandomClient::ReadSetting() {
     const std::wstring name = Name();
-    ExpectTheSameTwice([&] { return client.ReadSetting(name.c_str()); });
+    ExpectSameTwice([&] { return client.ReadSetting(name.c_str()); });
 }
 
 void RandomClient::StoreSetting() {
