@@ -26,7 +26,7 @@ unsigned long long PeakMemory(int functions) {
     return counters.PeakWorkingSetSize / 1024;
 }
 
-bool IsChosen(const Case& measured, const std::vector<std::string>& names) {
+bool IsSelected(const Case& measured, const std::vector<std::string>& names) {
     return names.empty() || std::ranges::find(names, measured.name) != names.end();
 }
 
@@ -36,7 +36,7 @@ std::vector<Result> MeasureAll(const std::vector<int>& sizes, const std::vector<
     for (const int size : sizes) {
         Workbench bench{size};
         for (const Case& measured : bench.Cases()) {
-            if (!IsChosen(measured, names))
+            if (!IsSelected(measured, names))
                 continue;
             results.push_back(Measure(measured, size, seconds));
             PrintRow(results.back());
@@ -49,7 +49,7 @@ void PrintProfiles(const std::vector<int>& sizes, const std::vector<std::string>
     for (const int size : sizes) {
         Workbench bench{size};
         for (const Case& measured : bench.Cases()) {
-            if (!IsChosen(measured, names) || measured.prepare)
+            if (!IsSelected(measured, names) || measured.prepare)
                 continue;
             std::printf("%s, %d functions\n", measured.name.c_str(), size);
             for (const auto& [module, share] : Profile(measured.library, seconds))

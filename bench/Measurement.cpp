@@ -8,11 +8,11 @@ namespace ZOTDam::Bench {
 
 namespace {
 
-constexpr int FewestRounds = 3;
-constexpr int MostRounds = 301;
+constexpr int MinRounds = 3;
+constexpr int MaxRounds = 301;
 
 // Shorter runs, in microseconds, are repeated because of the resolution of the clock.
-constexpr double ShortestRun = 200;
+constexpr double MinDuration = 200;
 
 double Now() {
     LARGE_INTEGER frequency;
@@ -27,12 +27,12 @@ void RunIfAny(const std::function<void()>& action) {
         action();
 }
 
-class Timed {
+class TimedRun {
 public:
-    Timed(const std::function<void()>& preparation, const std::function<void()>& measured)
+    TimedRun(const std::function<void()>& preparation, const std::function<void()>& measured)
         : prepare{preparation}, run{measured} {
         const double once = RunOnce();
-        repetitions = prepare || once >= ShortestRun ? 1 : static_cast<int>(ShortestRun / (once + 0.01)) + 1;
+        repetitions = prepare || once >= MinDuration ? 1 : static_cast<int>(MinDuration / (once + 0.01)) + 1;
     }
 
     double Run() {
@@ -70,13 +70,13 @@ double Median(std::vector<double> values) {
 }
 
 Result Measure(const Case& measured, int size, double seconds) {
-    Timed library{measured.prepare, measured.library};
-    Timed baseline{measured.prepareBaseline, measured.baseline ? measured.baseline : measured.library};
+    TimedRun library{measured.prepare, measured.library};
+    TimedRun baseline{measured.prepareBaseline, measured.baseline ? measured.baseline : measured.library};
     std::vector<double> libraryTimes;
     std::vector<double> baselineTimes;
     std::vector<double> ratios;
     const double end = Now() + seconds * 1e6;
-    while (ratios.size() < FewestRounds || (ratios.size() < MostRounds && Now() < end)) {
+    while (ratios.size() < MinRounds || (ratios.size() < MaxRounds && Now() < end)) {
         libraryTimes.push_back(library.Run());
         baselineTimes.push_back(measured.baseline ? baseline.Run() : 0);
         ratios.push_back(measured.baseline ? libraryTimes.back() / baselineTimes.back() : 0);

@@ -23,7 +23,7 @@ std::string ModuleAt(DWORD64 address) {
     return std::filesystem::path{path}.filename().string();
 }
 
-DWORD64 PlaceOf(HANDLE thread) {
+DWORD64 InstructionPointer(HANDLE thread) {
     CONTEXT context = {};
     context.ContextFlags = CONTEXT_CONTROL;
     SuspendThread(thread);
@@ -44,7 +44,7 @@ std::map<std::string, double> Profile(const std::function<void()>& call, double 
     std::thread sampler{[&] {
         for (; !isOver; ++samples) {
             Sleep(1);
-            ++shares[ModuleAt(PlaceOf(caller))];
+            ++shares[ModuleAt(InstructionPointer(caller))];
         }
     }};
     for (double spent = 0; spent < seconds * 1e6; spent += Microseconds(call))

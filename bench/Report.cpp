@@ -42,12 +42,12 @@ using BySize = std::map<int, Result>;
 
 std::vector<std::pair<std::string, BySize>> ByExport(const std::vector<Result>& results) {
     std::vector<std::pair<std::string, BySize>> grouped;
-    std::map<std::string, std::size_t> places;
+    std::map<std::string, std::size_t> positions;
     for (const Result& result : results) {
-        const auto [place, isNew] = places.try_emplace(result.name, grouped.size());
+        const auto [position, isNew] = positions.try_emplace(result.name, grouped.size());
         if (isNew)
             grouped.emplace_back(result.name, BySize{});
-        grouped[place->second].second[result.size] = result;
+        grouped[position->second].second[result.size] = result;
     }
     return grouped;
 }

@@ -47,7 +47,7 @@ std::vector<Case> Workbench::Cases() {
     base.emplace(installation.BaseFile());
     stringTable.emplace(installation.StringTableFile());
     baseFunctions = CollectFunctions(*base);
-    handedOver = BaseFunctions();
+    recordsToAdd = BaseFunctions();
 
     std::vector<Case> cases;
     for (const auto& group :
@@ -69,7 +69,7 @@ void Workbench::FillLibrary() {
 
 void Workbench::UnloadLibrary() {
     // Freed first, because these records hold nodes of the library's documents.
-    handedOver.records.clear();
+    recordsToAdd.records.clear();
     library.reset();
 }
 
@@ -158,7 +158,7 @@ std::vector<Case> Workbench::SavingCases(SaveDocument save, std::string_view suf
          }},
         {named("InitCommonSetting"), [this] { library->InitCommonSetting(); },
          [this, save] { ReplaceSettings(*defaults, *base, BaselineDefaultsFile(), save); }},
-        {named("AddFunctionDefault"), [this] { library->AddFunctionDefault(&handedOver); },
+        {named("AddFunctionDefault"), [this] { library->AddFunctionDefault(&recordsToAdd); },
          [this, save] { ReplaceFunctions(*defaults, baseFunctions, BaselineDefaultsFile(), save); }},
     };
 }

@@ -54,7 +54,7 @@ private:
     std::optional<PlainDocument> settings;
     std::vector<PlainFunction> baseFunctions;
     std::optional<ParamHolder> params;
-    FunctionBaseHolder handedOver;
+    FunctionBaseHolder recordsToAdd;
 };
 
 }  // namespace ZOTDam::Bench
