@@ -64,7 +64,7 @@ public:
     Function Export(const char* name) const {
         const FARPROC address = GetProcAddress(handle, name);
         if (address == nullptr)
-            throw LibraryError{std::string{"The library lacks the export "} + name + "."};
+            throw LibraryError{std::string{"The library does not export "} + name + "."};
         return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
     }
 
