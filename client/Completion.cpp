@@ -11,8 +11,8 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// A command, or the program itself (with an empty path), and the words that may follow it.
-struct Place {
+// The words that may follow a command, or the program itself, whose path is empty.
+struct CommandWords {
     std::string path;  // each word is preceded by a space
     std::vector<std::string> words;
 };
@@ -33,15 +33,16 @@ void AddWords(std::vector<std::string>& words, const CLI::Option& option) {
             AddOnce(words, shell);
 }
 
-Place PlaceOf(const CLI::App& command, const std::string& path, const std::vector<std::string>& general) {
-    Place place{path, {}};
+CommandWords WordsOf(const CLI::App& command, const std::string& path,
+                     const std::vector<std::string>& general) {
+    CommandWords result{path, {}};
     for (const CLI::App* inner : command.get_subcommands({}))
-        AddOnce(place.words, inner->get_name());
+        AddOnce(result.words, inner->get_name());
     for (const CLI::Option* option : command.get_options())
-        AddWords(place.words, *option);
+        AddWords(result.words, *option);
     for (const std::string& word : general)
-        AddOnce(place.words, word);
-    return place;
+        AddOnce(result.words, word);
+    return result;
 }
 
 // The options of the program, which may also follow each command.
@@ -53,16 +54,16 @@ std::vector<std::string> GeneralWords(const CLI::App& app) {
     return words;
 }
 
-std::vector<Place> PlacesOf(const CLI::App& app) {
+std::vector<CommandWords> AllCommandWords(const CLI::App& app) {
     const std::vector<std::string> general = GeneralWords(app);
-    std::vector<Place> places = {PlaceOf(app, {}, general)};
+    std::vector<CommandWords> all = {WordsOf(app, {}, general)};
     for (const CLI::App* command : app.get_subcommands({})) {
         const std::string path = " " + command->get_name();
-        places.push_back(PlaceOf(*command, path, general));
+        all.push_back(WordsOf(*command, path, general));
         for (const CLI::App* inner : command->get_subcommands({}))
-            places.push_back(PlaceOf(*inner, path + " " + inner->get_name(), general));
+            all.push_back(WordsOf(*inner, path + " " + inner->get_name(), general));
     }
-    return places;
+    return all;
 }
 
 std::string Joined(const std::vector<std::string>& words, std::string_view separator) {
@@ -77,10 +78,10 @@ std::string Joined(const std::vector<std::string>& words, std::string_view separ
 std::string BashCompletion(const CLI::App& app) {
     std::string paths;
     std::string words;
-    for (const Place& place : PlacesOf(app)) {
-        if (!place.path.empty())
-            paths.append(paths.empty() ? "'" : " | '").append(place.path).append("'");
-        words += "        '" + place.path + "') words='" + Joined(place.words, " ") + "' ;;\n";
+    for (const CommandWords& command : AllCommandWords(app)) {
+        if (!command.path.empty())
+            paths.append(paths.empty() ? "'" : " | '").append(command.path).append("'");
+        words += "        '" + command.path + "') words='" + Joined(command.words, " ") + "' ;;\n";
     }
     return R"(_zotdamctl() {
     local command= words= word
@@ -105,8 +106,8 @@ complete -o default -F _zotdamctl zotdamctl zotdamctl.exe
 
 std::string PowerShellCompletion(const CLI::App& app) {
     std::string words;
-    for (const Place& place : PlacesOf(app))
-        words += "        '" + place.path + "' = '" + Joined(place.words, "', '") + "'\n";
+    for (const CommandWords& command : AllCommandWords(app))
+        words += "        '" + command.path + "' = '" + Joined(command.words, "', '") + "'\n";
     return R"(Register-ArgumentCompleter -Native -CommandName zotdamctl, zotdamctl.exe -ScriptBlock {
     param($wordToComplete, $commandAst, $cursorPosition)
     $words = @{

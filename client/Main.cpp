@@ -11,10 +11,10 @@ namespace ZOTDam::Client {
 
 namespace {
 
-enum ExitStatus : int { Success = 0, Failure = 1, WrongUsage = 2 };
+enum ExitCode : int { Success = 0, Failure = 1, WrongUsage = 2 };
 
 // Returns the exit code.
-int CarryOut(const Invocation& invocation) {
+int Execute(const Invocation& invocation) {
     if (invocation.programFiles)
         RedirectProgramFiles(*invocation.programFiles);
     if (invocation.programData)
@@ -22,24 +22,24 @@ int CarryOut(const Invocation& invocation) {
     SetStyling(invocation.styling);
     const Report report = invocation.action();
     std::cout << (invocation.json ? report.json.dump(2) + '\n' : report.text);
-    return report.exitStatus;
+    return report.exitCode;
 }
 
 int Run() {
     const auto parsed = ParseCommandLine(Arguments());
-    int exitStatus = Success;
+    int exitCode = Success;
     if (const auto* const information = std::get_if<Information>(&parsed))
         std::cout << *information;
     else
-        exitStatus = CarryOut(std::get<Invocation>(parsed));
+        exitCode = Execute(std::get<Invocation>(parsed));
     if (!std::cout.flush())
         throw Error{"The output cannot be written."};
-    return exitStatus;
+    return exitCode;
 }
 
-ExitStatus Fail(const std::exception& error, ExitStatus status) {
+ExitCode Fail(const std::exception& error, ExitCode exitCode) {
     std::cerr << "zotdamctl: " << error.what() << '\n';
-    return status;
+    return exitCode;
 }
 
 int Main() {

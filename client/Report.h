@@ -11,7 +11,7 @@ using Json = nlohmann::ordered_json;
 struct Report {
     std::string text;
     Json json;
-    int exitStatus = 0;  // the exit code of the program
+    int exitCode = 0;  // the exit code of the program
 };
 
 }  // namespace ZOTDam::Client
