@@ -66,7 +66,7 @@ std::string TitleOf(const DataFile& file) {
 
 std::filesystem::path StringTableFor(const std::string& language) {
     if (!IsLanguageName(language))
-        throw UsageError{"\"" + language + "\" is no language: give its name, such as de-DE."};
+        throw UsageError{"\"" + language + "\" is not a language name: specify a name such as de-DE."};
     return PathOf(Defaults).parent_path() / ToUtf16(language) /
            (std::wstring{StringTableLocation.fileName} + L".mui");
 }

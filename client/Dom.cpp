@@ -14,7 +14,7 @@ using NodeMap = OwnedInterface<IXMLDOMNamedNodeMap>;
 
 void Check(HRESULT result) {
     if (FAILED(result))
-        throw Error{"The base catalogue cannot be read."};
+        throw Error{"A data file cannot be read."};
 }
 
 using TextGetter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);

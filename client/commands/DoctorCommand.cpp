@@ -11,10 +11,10 @@ struct DoctorArguments {
     std::optional<std::string> language;
 };
 
-constexpr char ExitStatuses[] =
-    "The exit status is 0 when there is nothing to tell, 1 when there are findings, and 2 when a file\n"
-    "could not be examined: it cannot be opened, is no XML, or is missing though the suite installs it.\n"
-    "(The user settings file may be missing.) Wrong arguments give 2 as well, without any output.\n\n";
+constexpr char ExitCodes[] =
+    "The exit code is 0 if there are no findings, 1 if there are findings, and 2 if a file could not be\n"
+    "examined, for example because it is missing, in use, or not well-formed. Only the user settings file\n"
+    "may be missing. The exit code is also 2 if the arguments are invalid.\n\n";
 
 Report Examine(const DoctorArguments& arguments) {
     return ReportOf(
@@ -25,12 +25,12 @@ Report Examine(const DoctorArguments& arguments) {
 
 void AddDoctorCommand(CommandSet& commands) {
     commands.Add<DoctorArguments>(
-        "doctor", "Tell what the library ignores, drops, carries over or refuses in its files, and why",
+        "doctor", "Report what the library ignores, drops, inherits or rejects in the data files, and why",
         {"doctor", "doctor --language de-DE", "doctor --json --program-files D:\\Copy"},
         [](CLI::App& command, DoctorArguments& arguments) {
             AddOption(command, "--language", "TAG", arguments.language,
-                      "Examine the string table of a language, such as de-DE, instead of the user's");
-            AddToHelp(command, ExitStatuses);
+                      "Examine the string table of this language, such as de-DE, instead of the user's");
+            AddToHelp(command, ExitCodes);
         },
         Examine);
 }

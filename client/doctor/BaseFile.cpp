@@ -6,10 +6,10 @@ namespace ZOTDam::Client {
 
 namespace {
 
-constexpr char EndOfReading[] =
-    "the library reads neither this function nor those behind it, and tells of none that it is unsupported";
+constexpr char ReadingStops[] =
+    "the library reads neither this function nor the following ones, and lists no unsupported functions";
 
-const When Adopted = "once the function is adopted, ";
+const When IfAdopted = "if the function is adopted, ";
 
 // Checks the functions with the working records that the library reads them into.
 class BaseFunctions {
@@ -20,10 +20,10 @@ public:
         CheckContent(function, {L"ID", L"Flag", L"Type", L"Name", L"Group"},
                      {L"Display", L"Default", L"Commands"}, {}, findings);
         CheckAttributes(function);
-        CheckDefault(function, CheckDisplay(function, Adopted, findings), Adopted, findings);
+        CheckDefault(function, CheckDisplay(function, IfAdopted, findings), IfAdopted, findings);
         const Element* const commands = function.ChildNamed(L"Commands");
         if (commands == nullptr)
-            findings.Add(function, "missing-commands", "\"Commands\" is missing", EndOfReading);
+            findings.Add(function, "missing-commands", "\"Commands\" is missing", ReadingStops);
         else
             CheckFamilies(*commands);
     }
@@ -33,12 +33,12 @@ private:
         const std::int32_t id = working.Number(function, L"ID", findings);
         if (id < 0)
             findings.Add(function, "negative-id", "the id " + std::to_string(id) + " is negative",
-                         Adopted + CatalogueRefused);
+                         IfAdopted + CatalogueNotLoaded);
         if (function.FindAttribute(L"ID") != nullptr)
-            ids.Check(function, id, "the library lists both; once both are adopted, it drops this one",
+            ids.Check(function, id, "the library lists both; if both are adopted, it drops this one",
                       findings);
         for (const wchar_t* const attribute : {L"Group", L"Name"})
-            working.Text(function, attribute, "text-too-long", EndOfReading, findings);
+            working.Text(function, attribute, "text-too-long", ReadingStops, findings);
         for (const wchar_t* const attribute : {L"Flag", L"Type"})
             working.Number(function, attribute, findings);
     }
@@ -51,19 +51,19 @@ private:
         if (std::ranges::all_of(families, [](const Element* family) {
                 return family->ChildNamed(L"CommandItem") == nullptr;
             }))
-            findings.Add(commands, "no-commands", "no family has a \"CommandItem\"",
-                         "the function is left out when it is adopted");
+            findings.Add(commands, "empty-commands", "no \"CommandFamily\" has a \"CommandItem\"",
+                         "if the function is adopted, the library skips it");
     }
 
     void CheckFamily(const Element& family) {
         CheckContent(family, {}, {}, {L"CommandItem", L"CheckExistItem"}, findings);
         for (const Element* const item : family.ChildrenNamed(L"CommandItem"))
-            CheckCommand(*item, command, "text-too-long", EndOfReading, findings);
+            CheckCommand(*item, command, "text-too-long", ReadingStops, findings);
         for (const Element* const item : family.ChildrenNamed(L"CheckExistItem")) {
             CheckContent(*item, {L"CheckFlag", L"Param1", L"Param2", L"Param3", L"Param4"}, {}, {}, findings);
             existCheck.Number(*item, L"CheckFlag", findings);
             for (const wchar_t* const attribute : {L"Param1", L"Param2", L"Param3", L"Param4"})
-                existCheck.Text(*item, attribute, "text-too-long", EndOfReading, findings);
+                existCheck.Text(*item, attribute, "text-too-long", ReadingStops, findings);
         }
     }
 
@@ -71,7 +71,7 @@ private:
     WorkingRecord working;
     WorkingRecord command;
     WorkingRecord existCheck;
-    IdsInUse ids;
+    UniqueIds ids;
 };
 
 // Returns null and reports a finding if the section is missing.
@@ -89,16 +89,16 @@ void CheckBase(const Element& root, Findings& findings) {
     CheckContent(root, {}, {L"CommonSettings", L"Functions", L"SpecSchemes"}, {}, findings);
     if (RequireSection(root, L"CommonSettings", "the library cannot initialise the common settings",
                        findings) != nullptr)
-        CheckCommonSettings(root, "the library has no such setting", findings);
+        CheckCommonSettings(root, "the library does not find the setting", findings);
     if (const Element* const functions =
-            RequireSection(root, L"Functions", "there are no base functions", findings)) {
+            RequireSection(root, L"Functions", "the library has no base functions", findings)) {
         CheckContent(*functions, {}, {}, {L"Function"}, findings);
         BaseFunctions functionsRead{findings};
         for (const Element* const function : functions->ChildrenNamed(L"Function"))
             functionsRead.Check(*function);
     }
     if (const Element* const specSchemes =
-            RequireSection(root, L"SpecSchemes", "there are no spec schemes", findings))
+            RequireSection(root, L"SpecSchemes", "the library has no spec schemes", findings))
         CheckSpecSchemes(*specSchemes, findings);
 }
 

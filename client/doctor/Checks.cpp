@@ -26,9 +26,9 @@ std::string NameForSentence(const Element& element) {
     return Quoted(element.name) + (element.hasNamespace ? " with a namespace" : "");
 }
 
-void ReportUnread(const Element& child, Findings& findings) {
-    findings.Add(child, "unknown-element", "an element " + NameForSentence(child) + " is not known here",
-                 "the library ignores it with all that it holds");
+void ReportUnknownElement(const Element& child, Findings& findings) {
+    findings.Add(child, "unknown-element", "the element " + NameForSentence(child) + " is unknown here",
+                 "the library ignores it and its content");
 }
 
 bool IsSameInAnyCase(std::wstring_view left, std::wstring_view right) {
@@ -81,15 +81,15 @@ void CheckContent(const Element& element, Names attributes, Names singleChildren
                   Findings& findings) {
     for (const auto& [name, value] : element.attributes)
         if (!Contains(attributes, name) && !DeclaresNamespace(name))
-            findings.Add(element, "unknown-attribute", "an attribute " + Quoted(name) + " is not known here",
+            findings.Add(element, "unknown-attribute", "the attribute " + Quoted(name) + " is unknown here",
                          Ignored);
     std::set<std::wstring_view> seen;
     for (const Element& child : element.children) {
         const bool isSingle = !child.hasNamespace && Contains(singleChildren, child.name);
         if (!isSingle && (child.hasNamespace || !Contains(children, child.name)))
-            ReportUnread(child, findings);
+            ReportUnknownElement(child, findings);
         else if (isSingle && !seen.insert(child.name).second)
-            findings.Add(child, "duplicate-element", "there is a " + Quoted(child.name) + " before it",
+            findings.Add(child, "duplicate-element", Quoted(child.name) + " occurs more than once",
                          "the library reads only the first one");
     }
 }
@@ -99,7 +99,7 @@ void CheckSpelling(const Element& parent, std::wstring_view name, Findings& find
         const std::size_t prefix = child.name.rfind(L':') + 1;
         const std::wstring_view local = std::wstring_view{child.name}.substr(prefix);
         if (IsSameInAnyCase(local, name) && !child.IsNamed(name))
-            ReportUnread(child, findings);
+            ReportUnknownElement(child, findings);
     }
 }
 
@@ -107,8 +107,8 @@ std::int32_t NumberFrom(const Element& element, std::wstring_view attribute, con
                         Findings& findings) {
     const std::int32_t number = ReadNumber(text);
     if (!IsNumber(text))
-        findings.Add(element, "misread-number",
-                     Quoted(attribute) + " is " + Quoted(text) + ", no 32-bit number",
+        findings.Add(element, "invalid-number",
+                     Quoted(attribute) + " is " + Quoted(text) + ", which is not a 32-bit number",
                      "the library reads it as " + std::to_string(number));
     return number;
 }
@@ -117,8 +117,8 @@ void CheckLength(const Element& element, std::wstring_view name, std::wstring_vi
                  const std::string& consequence, Findings& findings) {
     if (text.size() >= TextCapacity)
         findings.Add(element, kind,
-                     Quoted(name) + " has " + std::to_string(text.size()) + " characters, but only " +
-                         std::to_string(TextCapacity - 1) + " fit",
+                     Quoted(name) + " has " + std::to_string(text.size()) + " characters; the maximum is " +
+                         std::to_string(TextCapacity - 1),
                      consequence);
 }
 
@@ -129,25 +129,25 @@ bool CheckGuid(const Element& element, std::wstring_view attribute, const std::w
     const bool braced = text.starts_with(L'{') && text.ends_with(L'}');
     findings.Add(element, "malformed-guid",
                  Quoted(attribute) + " is " + Quoted(text) +
-                     (braced ? ", but a GUID stands here without braces" : ", which is no GUID"),
+                     (braced ? ", but the GUID must not have braces" : ", which is not a GUID"),
                  Ignored);
     return false;
 }
 
-void GuidsInUse::Check(const Element& element, std::wstring text, Findings& findings) {
+void UniqueGuids::Check(const Element& element, std::wstring text, Findings& findings) {
     std::ranges::transform(text, text.begin(), std::towlower);
     const auto [entry, isNew] = paths.emplace(text, element.path);
     if (!isNew)
-        findings.Add(element, "duplicate-guid", "it has the GUID of " + entry->second,
+        findings.Add(element, "duplicate-guid", "it has the same GUID as " + entry->second,
                      "the library reads only the first one");
 }
 
-bool IdsInUse::Check(const Element& element, std::int32_t id, const std::string& consequence,
-                     Findings& findings) {
+bool UniqueIds::Check(const Element& element, std::int32_t id, const std::string& consequence,
+                      Findings& findings) {
     const auto [entry, isNew] = paths.emplace(id, element.path);
     if (!isNew)
-        findings.Add(element, "duplicate-id", "it has the id " + std::to_string(id) + " of " + entry->second,
-                     consequence);
+        findings.Add(element, "duplicate-id",
+                     "it has the same id " + std::to_string(id) + " as " + entry->second, consequence);
     return isNew;
 }
 
@@ -155,7 +155,7 @@ void WorkingRecord::Text(const Element& element, const wchar_t* attribute, const
                          const std::string& consequence, Findings& findings) {
     const std::wstring* const text = element.FindAttribute(attribute);
     if (text == nullptr) {
-        ReportMissing(element, attribute, "empty", findings);
+        ReportMissing(element, attribute, "an empty string", findings);
         return;
     }
     fields[attribute] = {*text, element.path};
@@ -177,10 +177,10 @@ void WorkingRecord::ReportMissing(const Element& element, const wchar_t* attribu
     const std::string problem = Quoted(attribute) + " is missing";
     const auto field = fields.find(attribute);
     if (field == fields.end())
-        findings.Add(element, "missing-attribute", problem, "for the library it is " + initial);
+        findings.Add(element, "missing-attribute", problem, "the library uses " + initial);
     else
-        findings.Add(element, "carried-over", problem,
-                     "the library takes " + Quoted(field->second.text) + " from " + field->second.path);
+        findings.Add(element, "inherited-attribute", problem,
+                     "it inherits " + Quoted(field->second.text) + " from " + field->second.path);
 }
 
 }  // namespace ZOTDam::Client

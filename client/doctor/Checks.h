@@ -40,7 +40,7 @@ bool CheckGuid(const Element& element, std::wstring_view attribute, const std::w
 
 // Tracks the GUIDs of elements. The library reads only the first element with a GUID; later ones are
 // reported.
-class GuidsInUse {
+class UniqueGuids {
 public:
     void Check(const Element& element, std::wstring text, Findings& findings);
 
@@ -49,7 +49,7 @@ private:
 };
 
 // Tracks the ids of functions. Only the first function with an id counts.
-class IdsInUse {
+class UniqueIds {
 public:
     // Returns whether the id is new. Reports a duplicate.
     bool Check(const Element& element, std::int32_t id, const std::string& consequence, Findings& findings);

@@ -16,7 +16,7 @@ public:
         for (const wchar_t* const attribute : {L"Flag", L"Type"})
             working.Number(function, attribute, findings);
         for (const wchar_t* const attribute : {L"Name", L"Group"})
-            working.Text(function, attribute, "text-too-long", CatalogueRefused, findings);
+            working.Text(function, attribute, "text-too-long", CatalogueNotLoaded, findings);
         const OptionCounts counts = CheckDisplay(function, {}, findings);
         CheckDefault(function, counts, {}, findings);
         CheckCommands(function);
@@ -31,13 +31,13 @@ private:
     std::optional<std::int32_t> CheckId(const Element& function) {
         const std::wstring* const text = function.FindAttribute(L"ID");
         if (text == nullptr) {
-            findings.Add(function, "missing-id", "\"ID\" is missing", CatalogueRefused);
+            findings.Add(function, "missing-id", "\"ID\" is missing", CatalogueNotLoaded);
             return {};
         }
         const std::int32_t id = NumberFrom(function, L"ID", *text, findings);
         if (id < 0) {
             findings.Add(function, "negative-id", "the id " + std::to_string(id) + " is negative",
-                         CatalogueRefused);
+                         CatalogueNotLoaded);
             return {};
         }
         return ids.Check(function, id, "the library drops this function", findings) ? std::optional{id}
@@ -47,18 +47,19 @@ private:
     void CheckCommands(const Element& function) {
         const Element* const commands = function.ChildNamed(L"Commands");
         if (commands == nullptr) {
-            findings.Add(function, "missing-commands", "\"Commands\" is missing", CatalogueRefused);
+            findings.Add(function, "missing-commands", "\"Commands\" is missing", CatalogueNotLoaded);
             return;
         }
         CheckContent(*commands, {}, {}, {L"CommandItem"}, findings);
         WorkingRecord command;
         for (const Element* const item : commands->ChildrenNamed(L"CommandItem"))
-            CheckCommand(*item, command, "text-cut", "the library cuts it for the command", findings);
+            CheckCommand(*item, command, "truncated-text", "the library truncates it in the command",
+                         findings);
     }
 
     Findings& findings;
     WorkingRecord working;
-    IdsInUse ids;
+    UniqueIds ids;
     CatalogueOptions options;
 };
 
@@ -66,17 +67,17 @@ private:
 
 std::optional<CatalogueOptions> CheckDefaults(const Element& root, Findings& findings) {
     CheckContent(root, {}, {L"CommonSettings", L"Functions"}, {}, findings);
-    CheckCommonSettings(root, "the library takes the setting of the base catalogue instead", findings);
+    CheckCommonSettings(root, "the library uses the setting of the base catalogue", findings);
     const Element* const functions = root.ChildNamed(L"Functions");
     if (functions == nullptr) {
-        findings.Add(root, "missing-section", "\"Functions\" is missing", "there is no catalogue");
+        findings.Add(root, "missing-section", "\"Functions\" is missing", CatalogueNotLoaded);
         return {};
     }
     CheckContent(*functions, {}, {}, {L"Function"}, findings);
     Catalogue catalogue{findings};
     for (const Element* const function : functions->ChildrenNamed(L"Function"))
         catalogue.Check(*function);
-    if (findings.HasConsequence(CatalogueRefused))
+    if (findings.HasConsequence(CatalogueNotLoaded))
         return {};
     return std::move(catalogue).Options();
 }

@@ -10,24 +10,24 @@ namespace ZOTDam::Client {
 
 namespace {
 
-constexpr char NoCatalogue[] = "there is no catalogue: the library has no functions";
-constexpr char NoBase[] = "the library has no base functions, no spec schemes and no settings to initialise";
-constexpr char NoTexts[] = "the user sees keys in place of all texts";
+constexpr char NoBase[] =
+    "the library has no base functions and no spec schemes, and cannot initialise the common settings";
+constexpr char NoTexts[] = "the user sees keys instead of texts";
 
 constexpr FileToExamine BaseFile = {BaseCatalogueLocation.folderCapacity, {NoBase, NoBase, NoBase}};
 constexpr FileToExamine DefaultsFile = {DefaultsLocation.folderCapacity,
-                                        {NoCatalogue, NoCatalogue, NoCatalogue}};
+                                        {CatalogueNotLoaded, CatalogueNotLoaded, CatalogueNotLoaded}};
 constexpr FileToExamine UserSettingsFile = {
     UserSettingsLocation.folderCapacity,
-    {nullptr, "the library goes by the defaults and stores nothing",
-     "the library goes by the defaults; it sets the file aside when it first stores something"}};
+    {nullptr, "the library uses the defaults and stores nothing",
+     "the library uses the defaults; it copies the file before it first replaces it"}};
 constexpr FileToExamine StringTableFile = {StringTableLocation.folderCapacity, {NoTexts, NoTexts, NoTexts}};
 
-void CheckPlaceToStore(Findings& findings) {
+void CheckStorage(Findings& findings) {
     std::error_code error;
     if (!is_directory(findings.Path().parent_path(), error))
         findings.AddToFile("missing-folder", "its folder does not exist",
-                           "the library does not create it, and stores nothing");
+                           "the library does not create it and stores nothing");
     const DWORD attributes = GetFileAttributesW(findings.Path().c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
         findings.AddToFile("read-only-file", "the file is read-only", "the library stores nothing");
@@ -51,7 +51,7 @@ Diagnosis ExamineDataFiles(const std::filesystem::path& stringTable) {
     std::optional<CatalogueOptions> catalogue;
     if (defaultsRoot)
         catalogue = CheckDefaults(*defaultsRoot, defaults);
-    CheckPlaceToStore(userSettings);
+    CheckStorage(userSettings);
     if (const auto root = ReadXmlFile(UserSettingsFile, userSettings))
         CheckUserSettings(*root, catalogue ? &*catalogue : nullptr, userSettings);
     if (const auto root = ReadXmlFile(StringTableFile, texts)) {

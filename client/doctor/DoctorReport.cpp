@@ -8,7 +8,7 @@ namespace ZOTDam::Client {
 
 namespace {
 
-enum DoctorStatus : int { Clean = 0, Found = 1, NotExamined = 2 };
+enum DoctorExitCode : int { Clean = 0, Found = 1, NotExamined = 2 };
 
 // Returns the kind followed by the problem, and the consequence on a second line.
 std::string LinesOf(const Finding& finding, std::size_t kindWidth) {
@@ -72,8 +72,8 @@ Report ReportOf(const Diagnosis& diagnosis) {
         files += file.IsEmpty() ? 0 : 1;
         notExamined += file.IsExamined() ? 0 : 1;
     }
-    const int status = notExamined != 0 ? NotExamined : findings != 0 ? Found : Clean;
-    return {text + Summary(findings, files, notExamined), {{"findings", list}}, status};
+    const int exitCode = notExamined != 0 ? NotExamined : findings != 0 ? Found : Clean;
+    return {text + Summary(findings, files, notExamined), {{"findings", list}}, exitCode};
 }
 
 }  // namespace ZOTDam::Client

@@ -14,7 +14,7 @@ std::size_t CheckOptions(const Element* list, const When& when, Findings& findin
     const auto items = list->ChildrenNamed(L"DisplayItem");
     for (const Element* const item : items) {
         CheckContent(*item, {L"Label", L"Option"}, {}, {}, findings);
-        working.Text(*item, L"Label", "text-too-long", when + CatalogueRefused, findings);
+        working.Text(*item, L"Label", "text-too-long", when + CatalogueNotLoaded, findings);
         working.Number(*item, L"Option", findings);
     }
     return items.size();
@@ -28,26 +28,27 @@ void CheckParameter(const Element& element, const wchar_t* attribute, std::size_
     if (index == 0 && options == 0)
         return;
     if (index < 0 || static_cast<std::size_t>(index) >= options)
-        findings.Add(element, "no-such-option",
+        findings.Add(element, "index-out-of-range",
                      Quoted(attribute) + " is " + std::to_string(index) + ", but the function has " +
                          std::to_string(options) + (options == 1 ? " option" : " options"),
-                     "it selects none: commands get 0");
+                     "it selects no option, and commands use 0");
 }
 
 void CheckDefaultItems(const Element& defaults, const OptionCounts& options, const When& when,
                        Findings& findings) {
-    GuidsInUse guids;
+    UniqueGuids guids;
     for (const Element* const item : defaults.ChildrenNamed(L"DefaultItem")) {
         CheckContent(*item, {L"GUID", L"ACParamIndex", L"DCParamIndex"}, {}, {}, findings);
-        CheckParameters(*item, &options,
-                        when + "in its scheme, this function and those behind it have no default parameters",
-                        findings);
+        CheckParameters(
+            *item, &options,
+            when + "in its scheme, this function and the following ones have no default parameters",
+            findings);
         const std::wstring* const guid = item->FindAttribute(L"GUID");
         if (guid == nullptr)
             findings.Add(*item, "missing-guid", "\"GUID\" is missing",
                          when +
-                             "in all schemes that no item before it is for, this function and those behind "
-                             "it have no default parameters");
+                             "in all schemes without an earlier item, this function and the following ones "
+                             "have no default parameters");
         else if (CheckGuid(*item, L"GUID", *guid, findings))
             guids.Check(*item, *guid, findings);
     }
@@ -58,7 +59,7 @@ void CheckDefaultItems(const Element& defaults, const OptionCounts& options, con
 OptionCounts CheckDisplay(const Element& function, const When& when, Findings& findings) {
     const Element* const display = function.ChildNamed(L"Display");
     if (display == nullptr) {
-        findings.Add(function, "missing-display", "\"Display\" is missing", when + CatalogueRefused);
+        findings.Add(function, "missing-display", "\"Display\" is missing", when + CatalogueNotLoaded);
         return {};
     }
     CheckContent(*display, {}, {L"AC", L"DC"}, {}, findings);
@@ -71,13 +72,13 @@ void CheckDefault(const Element& function, const OptionCounts& options, const Wh
     const Element* const defaults = function.ChildNamed(L"Default");
     if (defaults == nullptr) {
         findings.Add(function, "missing-default", "\"Default\" is missing",
-                     when + "this function and those behind it have no default parameters");
+                     when + "this function and the following ones have no default parameters");
         return;
     }
     CheckContent(*defaults, {L"ACParamIndex", L"DCParamIndex"}, {}, {L"DefaultItem"}, findings);
     CheckParameters(*defaults, &options,
                     when +
-                        "in all schemes that no item is for, this function and those behind it have no "
+                        "in all schemes without an item, this function and the following ones have no "
                         "default parameters",
                     findings);
     CheckDefaultItems(*defaults, options, when, findings);
@@ -103,10 +104,10 @@ void CheckCommand(const Element& command, WorkingRecord& working, const char* lo
     for (const wchar_t* const attribute : {L"ParamIndex1", L"ParamIndex2"}) {
         const std::int32_t source = working.Number(command, attribute, findings);
         if (command.FindAttribute(attribute) != nullptr && source != 0 && source != 1)
-            findings.Add(command, "no-power-source",
+            findings.Add(command, "invalid-power-source",
                          Quoted(attribute) + " is " + std::to_string(source) +
-                             ", neither 0 (on mains) nor 1 (on battery)",
-                         "the command gets the option on battery");
+                             "; it must be 0 (plugged in) or 1 (on battery)",
+                         "the command uses the option on battery");
     }
     working.Text(command, L"SpecInfo1", longTextKind, longTextConsequence, findings);
 }

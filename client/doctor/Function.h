@@ -14,10 +14,10 @@ struct OptionCounts {
     std::size_t dc = 0;
 };
 
-inline constexpr char CatalogueRefused[] = "the library refuses the whole catalogue";
+inline constexpr char CatalogueNotLoaded[] = "the library cannot load the catalogue";
 
 // A prefix of a consequence that states when it applies: empty for immediately, or, in the base catalogue,
-// once the function is adopted.
+// if the function is adopted.
 using When = std::string;
 
 OptionCounts CheckDisplay(const Element& function, const When& when, Findings& findings);

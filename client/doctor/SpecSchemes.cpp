@@ -4,13 +4,13 @@ namespace ZOTDam::Client {
 
 namespace {
 
-constexpr char SchemeLeftOut[] = "the library leaves out the whole spec scheme";
+constexpr char SchemeSkipped[] = "the library skips the whole spec scheme";
 
 void CheckGuidOf(const Element& element, std::wstring_view attribute, Findings& findings) {
     if (const std::wstring* const guid = element.FindAttribute(attribute))
         CheckGuid(element, attribute, *guid, findings);
     else
-        findings.Add(element, "missing-guid", Quoted(attribute) + " is missing", SchemeLeftOut);
+        findings.Add(element, "missing-guid", Quoted(attribute) + " is missing", SchemeSkipped);
 }
 
 void CheckPowerSetting(const Element& setting, Findings& findings) {
@@ -20,7 +20,7 @@ void CheckPowerSetting(const Element& setting, Findings& findings) {
         if (const std::wstring* const value = setting.FindAttribute(attribute))
             NumberFrom(setting, attribute, *value, findings);
         else
-            findings.Add(setting, "missing-value", Quoted(attribute) + " is missing", SchemeLeftOut);
+            findings.Add(setting, "missing-value", Quoted(attribute) + " is missing", SchemeSkipped);
 }
 
 void CheckSubGroup(const Element& subGroup, Findings& findings) {

@@ -23,14 +23,15 @@ public:
         CheckSpelling(entry, L"value", findings);
         const std::wstring* const name = entry.FindAttribute(L"name");
         if (name == nullptr) {
-            findings.Add(entry, "missing-name", "\"name\" is missing", "the library never finds the text");
+            findings.Add(entry, "missing-name", "\"name\" is missing", "the library does not find the text");
             return;
         }
         const auto [first, isNew] = paths.emplace(LowerCase(*name), entry.path);
         if (isNew)
             keys.insert(first->first);
         else
-            findings.Add(entry, "duplicate-key", "it has the key " + Quoted(*name) + " of " + first->second,
+            findings.Add(entry, "duplicate-key",
+                         "it has the same key " + Quoted(*name) + " as " + first->second,
                          "the library finds only the first one");
         CheckText(entry);
     }
@@ -42,13 +43,13 @@ private:
         const auto values = entry.ChildrenNamed(L"value");
         if (values.empty()) {
             findings.Add(entry, "missing-text", "\"value\" is missing",
-                         "the library has no text for the key, whatever entry comes behind it");
+                         "the library has no text for the key, even if a later entry has one");
             return;
         }
-        CheckLength(*values.front(), L"value", values.front()->text, "text-cut", "the library cuts it",
-                    findings);
+        CheckLength(*values.front(), L"value", values.front()->text, "truncated-text",
+                    "the library truncates it", findings);
         for (std::size_t i = 1; i < values.size(); ++i)
-            findings.Add(*values[i], "duplicate-element", "there is a \"value\" before it",
+            findings.Add(*values[i], "duplicate-element", "\"value\" occurs more than once",
                          "the library reads only the first one");
     }
 
@@ -70,7 +71,7 @@ public:
         const std::wstring lowerCase = LowerCase(*key);
         if (!keys.contains(lowerCase) && reported.insert(lowerCase).second)
             findings.Add(element, "missing-translation",
-                         Quoted(attribute) + " is " + Quoted(*key) + ", which " + stringTable + " lacks",
+                         Quoted(attribute) + " is " + Quoted(*key) + ", which is missing from " + stringTable,
                          consequence);
     }
 
@@ -105,7 +106,7 @@ void CheckTranslations(const Element& defaultsRoot, const TextKeys& keys, const 
             if (const Element* const list = display != nullptr ? display->ChildNamed(source) : nullptr)
                 for (const Element* const item : list->ChildrenNamed(L"DisplayItem"))
                     translations.Check(*item, L"Label",
-                                       "the user sees the key, and nothing in a list of differences");
+                                       "the user sees the key, or an empty text in a list of differences");
     }
 }
 

@@ -6,9 +6,9 @@ namespace {
 
 // Reading of a scheme stops at the first function that cannot be read. Missing functions are added only if at
 // least one function was read.
-constexpr char NothingRead[] = "the library finds the scheme empty and gives it no defaults";
+constexpr char SchemeIsEmpty[] = "the library treats the scheme as empty and does not add the defaults";
 constexpr char RestIsDefault[] =
-    "in this scheme, the library reads neither this function nor those behind it: it goes by their defaults";
+    "in this scheme, the library uses the defaults of this function and of the following ones";
 
 class UserScheme {
 public:
@@ -21,36 +21,36 @@ public:
         if (const std::wstring* const text = function.FindAttribute(L"ID"))
             options = CheckId(function, NumberFrom(function, L"ID", *text, findings));
         else
-            findings.Add(
-                function, "missing-id", "\"ID\" is missing",
-                (isFirst ? NothingRead : RestIsDefault) + std::string{", and can store nothing in it"});
+            findings.Add(function, "missing-id", "\"ID\" is missing",
+                         (isFirst ? SchemeIsEmpty : RestIsDefault) +
+                             std::string{"; it cannot store values in the scheme"});
         CheckParameters(function, options,
-                        isFirst ? NothingRead : std::string{RestIsDefault} + ", and stores those", findings);
+                        isFirst ? SchemeIsEmpty : std::string{RestIsDefault} + ", and stores them", findings);
     }
 
 private:
     // Returns the options of the function, or null if the catalogue does not contain it.
     const OptionCounts* CheckId(const Element& function, std::int32_t id) {
-        ids.Check(function, id, "the library goes by the first one", findings);
+        ids.Check(function, id, "the library uses the first one", findings);
         if (catalogue == nullptr)
             return nullptr;
         const auto known = catalogue->find(id);
         if (known != catalogue->end())
             return &known->second;
         findings.Add(function, "unknown-function", "the catalogue has no function " + std::to_string(id),
-                     "the library lists its parameters, but no command carries them out");
+                     "the library lists its parameters, but no command applies them");
         return nullptr;
     }
 
     const CatalogueOptions* catalogue;
     Findings& findings;
-    IdsInUse ids;
+    UniqueIds ids;
 };
 
 void CheckFunctions(const Element& scheme, const CatalogueOptions* catalogue, Findings& findings) {
     const auto functions = scheme.ChildrenNamed(L"Function");
     if (functions.empty())
-        findings.Add(scheme, "empty-scheme", "the scheme has no \"Function\"", NothingRead);
+        findings.Add(scheme, "empty-scheme", "the scheme has no \"Function\"", SchemeIsEmpty);
     UserScheme userScheme{catalogue, findings};
     for (const Element* const function : functions)
         userScheme.Check(*function, function == functions.front());
@@ -58,15 +58,15 @@ void CheckFunctions(const Element& scheme, const CatalogueOptions* catalogue, Fi
 
 void CheckSchemes(const Element& powerSchemes, const CatalogueOptions* catalogue, Findings& findings) {
     CheckContent(powerSchemes, {}, {}, {L"PowerScheme"}, findings);
-    GuidsInUse guids;
+    UniqueGuids guids;
     for (const Element* const scheme : powerSchemes.ChildrenNamed(L"PowerScheme")) {
         CheckContent(*scheme, {L"GUID"}, {}, {L"Function"}, findings);
         const std::wstring* const guid = scheme->FindAttribute(L"GUID");
         if (guid == nullptr)
             findings.Add(
                 *scheme, "missing-guid", "\"GUID\" is missing",
-                "the library finds neither this scheme nor those behind it, and adds the defaults of "
-                "such a scheme anew each time");
+                "the library finds neither this scheme nor the following ones, and adds the defaults "
+                "of such a scheme at each use");
         else if (CheckGuid(*scheme, L"GUID", *guid, findings))
             guids.Check(*scheme, *guid, findings);
         CheckFunctions(*scheme, catalogue, findings);
@@ -77,7 +77,7 @@ void CheckSchemes(const Element& powerSchemes, const CatalogueOptions* catalogue
 
 void CheckUserSettings(const Element& root, const CatalogueOptions* catalogue, Findings& findings) {
     CheckContent(root, {}, {L"CommonSettings", L"PowerSchemes"}, {}, findings);
-    CheckCommonSettings(root, "the library takes the default instead", findings);
+    CheckCommonSettings(root, "the library uses the default", findings);
     if (const Element* const powerSchemes = root.ChildNamed(L"PowerSchemes"))
         CheckSchemes(*powerSchemes, catalogue, findings);
 }

@@ -18,7 +18,7 @@ using Document = OwnedInterface<IXMLDOMDocument>;
 Document NewDocument() {
     void* created = nullptr;
     if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, __uuidof(IXMLDOMDocument), &created)))
-        throw Error{"MSXML 6 is missing."};
+        throw Error{"MSXML 6 is not installed."};
     Document document{static_cast<IXMLDOMDocument*>(created)};
     document->put_async(VARIANT_FALSE);
     return document;
@@ -35,7 +35,7 @@ bool Load(IXMLDOMDocument& document, const std::filesystem::path& path) {
 }
 
 // Returns " at line 3, column 7", as far as the parser reports the position.
-std::string PlaceOfError(IXMLDOMDocument& document) {
+std::string PositionOfError(IXMLDOMDocument& document) {
     IXMLDOMParseError* parseError = nullptr;
     if (document.get_parseError(&parseError) != S_OK)
         return {};
@@ -62,12 +62,13 @@ Node RootOf(IXMLDOMDocument& document) {
 std::optional<Element> ReadDocument(const FileToExamine& file, Findings& findings) {
     const Document document = NewDocument();
     if (!Load(*document, findings.Path())) {
-        findings.AddObstacle("no-xml", "the file is no XML" + PlaceOfError(*document), file.loss.noXml);
+        findings.AddObstacle("not-well-formed", "the file is not well-formed" + PositionOfError(*document),
+                             file.failure.notWellFormed);
         return {};
     }
     if (HasDocumentType(*document))
         findings.AddToFile("document-type", "the file has a document type",
-                           "the library copies nothing out of it, and the DOM of Windows refuses it");
+                           "the library cannot copy nodes from it, and the DOM of Windows rejects it");
     return BuildElement(RootOf(*document).get());
 }
 
@@ -75,8 +76,8 @@ bool IsMissing(const FileToExamine& file, Findings& findings) {
     std::error_code error;
     if (exists(findings.Path(), error) || error)
         return false;
-    if (file.loss.missing != nullptr)
-        findings.AddObstacle("missing-file", "the file does not exist", file.loss.missing);
+    if (file.failure.missing != nullptr)
+        findings.AddObstacle("missing-file", "the file does not exist", file.failure.missing);
     return true;
 }
 
@@ -91,8 +92,8 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
     if (LengthOfFolder(findings.Path()) >= file.folderCapacity) {
         findings.AddObstacle(
             "path-too-long",
-            "the name of its folder has more than " + std::to_string(file.folderCapacity - 1) + " characters",
-            file.loss.unreadable);
+            "the path of its folder has more than " + std::to_string(file.folderCapacity - 1) + " characters",
+            file.failure.unreadable);
         return {};
     }
     if (IsMissing(file, findings))
@@ -101,12 +102,16 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
     const CFile opened{CreateFileW(findings.Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
     if (!opened.IsOpen()) {
-        findings.AddObstacle("unreadable-file", "the file cannot be opened", file.loss.unreadable);
+        const bool isInUse = GetLastError() == ERROR_SHARING_VIOLATION;
+        findings.AddObstacle("unreadable-file",
+                             isInUse ? "the file is in use by another program" : "the file cannot be opened",
+                             file.failure.unreadable);
         return {};
     }
     if (IsEntityBomb(findings.Path())) {
-        findings.AddObstacle("entity-bomb", "the file declares entities that grow beyond measure",
-                             file.loss.noXml);
+        findings.AddObstacle("entity-bomb",
+                             "the expansion of the entities that the file declares is too large",
+                             file.failure.notWellFormed);
         return {};
     }
     return ReadDocument(file, findings);

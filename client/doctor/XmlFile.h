@@ -9,15 +9,15 @@
 namespace ZOTDam::Client {
 
 // The consequences if the library cannot load a file.
-struct Loss {
+struct LoadFailure {
     const char* missing;     // null for an optional file
     const char* unreadable;  // the file cannot be opened
-    const char* noXml;
+    const char* notWellFormed;
 };
 
 struct FileToExamine {
     std::size_t folderCapacity;  // code units of the library's buffer for the folder, with the null
-    Loss loss;
+    LoadFailure failure;
 };
 
 // Reads a file as the library does, and reports any problem that prevents it. Returns nothing if there is no

@@ -15,12 +15,11 @@ const std::string SpecScheme1 = "/ZOTBase/SpecSchemes/SchemeItem[1]";
 const std::string SubGroup1 = SpecScheme1 + "/SubGroup[1]";
 
 const std::string ReadingEnds =
-    "the library reads neither this function nor those behind it, and tells of none that it is unsupported";
-const std::string RejectedWhenAdopted =
-    "once the function is adopted, the library refuses the whole catalogue";
-const std::string SchemeLeftOut = "the library leaves out the whole spec scheme";
+    "the library reads neither this function nor the following ones, and lists no unsupported functions";
+const std::string RejectedWhenAdopted = "if the function is adopted, the library cannot load the catalogue";
+const std::string SchemeLeftOut = "the library skips the whole spec scheme";
 const std::string Ignored = "the library ignores it";
-const std::string IgnoredWithAll = "the library ignores it with all that it holds";
+const std::string IgnoredWithAll = "the library ignores it and its content";
 const std::string OnlyTheFirst = "the library reads only the first one";
 
 // Writes a catalogue that makes the functions of the base catalogue unsupported.
@@ -54,36 +53,36 @@ const FunctionBaseRecord& Second(const List<FunctionBaseRecord>& records) {
 
 std::vector<Flaw> FlawsOfBaseFunctions() {
     return {
-        {"NoId", File::Base, R"(ID="2" )", "", "carried-over", Function2,
-         "the library takes \"1\" from " + Function1,
+        {"NoId", File::Base, R"(ID="2" )", "", "inherited-attribute", Function2,
+         "it inherits \"1\" from " + Function1,
          [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 1); }},
-        {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", Function1, "for the library it is 0",
+        {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", Function1, "the library uses 0",
          [](DoctorTest& test) { EXPECT_EQ(test.BaseFunctions().begin()->id, 0); }},
         {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, RejectedWhenAdopted,
          ExpectNoCatalogueAfterAdopt},
         {"SameId", File::Base, R"(ID="2" )", R"(ID="1" )", "duplicate-id", Function2,
-         "the library lists both; once both are adopted, it drops this one",
+         "the library lists both; if both are adopted, it drops this one",
          [](DoctorTest& test) {
              EXPECT_EQ(Second(test.BaseFunctions()).id, 1);
              test.AdoptAll();
              ASSERT_EQ(test.Dll().GetFuncCount(), 1u);
              EXPECT_EQ(test.GetFunctionInfo()[0].name, L"Light text");
          }},
-        {"IdWithATail", File::Base, R"(ID="2" )", R"(ID="2;" )", "misread-number", Function2,
+        {"IdWithATail", File::Base, R"(ID="2" )", R"(ID="2;" )", "invalid-number", Function2,
          "the library reads it as 2",
          [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 2); }},
-        {"NoGroup", File::Base, R"( Group="PowerKey")", "", "carried-over", Function2,
-         "the library takes \"ScreenKey\" from " + Function1,
+        {"NoGroup", File::Base, R"( Group="PowerKey")", "", "inherited-attribute", Function2,
+         "it inherits \"ScreenKey\" from " + Function1,
          [](DoctorTest& test) { EXPECT_STREQ(Second(test.BaseFunctions()).group, L"ScreenKey"); }},
-        {"NoEventOfACommand", File::Base, R"( Event="22")", "", "carried-over", Command2,
-         "the library takes \"12\" from " + Function1 + "/Commands/CommandFamily/CommandItem",
+        {"NoEventOfACommand", File::Base, R"( Event="22")", "", "inherited-attribute", Command2,
+         "it inherits \"12\" from " + Function1 + "/Commands/CommandFamily/CommandItem",
          [](DoctorTest& test) {
              const auto records = test.BaseFunctions();
              EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.begin()->event, 12);
          }},
-        {"NoParamOfACheck", File::Base, R"( Param2="f")", "", "carried-over",
+        {"NoParamOfACheck", File::Base, R"( Param2="f")", "", "inherited-attribute",
          Function2 + "/Commands/CommandFamily/CheckExistItem",
-         "the library takes \"b\" from " + Function1 + "/Commands/CommandFamily/CheckExistItem",
+         "it inherits \"b\" from " + Function1 + "/Commands/CommandFamily/CheckExistItem",
          [](DoctorTest& test) {
              const auto records = test.BaseFunctions();
              EXPECT_STREQ(Second(records).commandFamilies.begin()->checkExistItems.begin()->param2, L"b");
@@ -100,7 +99,7 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
          RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
         {"NoDefault", File::Base, R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "", "missing-default",
          Function1,
-         "once the function is adopted, this function and those behind it have no default parameters",
+         "if the function is adopted, this function and the following ones have no default parameters",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameterDefault(Balanced), DefaultsOfBalanced);
              test.Unload();
@@ -108,15 +107,15 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
              EXPECT_EQ(test.GetParameterDefault(Balanced), Params{});
          }},
         {"CommandOfNoPowerSource", File::Base, R"(State="24" ParamIndex1="0")",
-         R"(State="24" ParamIndex1="-1")", "no-power-source", Command2,
-         "the command gets the option on battery",
+         R"(State="24" ParamIndex1="-1")", "invalid-power-source", Command2,
+         "the command uses the option on battery",
          [](DoctorTest& test) {
              const auto records = test.BaseFunctions();
              EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.begin()->paramIndex1, -1);
          }},
         {"NoCommandItem", File::Base,
          R"(<CommandItem ID="21" Event="22" Flag="23" State="24" ParamIndex1="0" ParamIndex2="1" SpecInfo1="Doze"/>)",
-         "", "no-commands", Function2 + "/Commands", "the function is left out when it is adopted",
+         "", "empty-commands", Function2 + "/Commands", "if the function is adopted, the library skips it",
          [](DoctorTest& test) {
              test.AdoptAll();
              EXPECT_EQ(test.Dll().GetFuncCount(), 1u);
@@ -139,10 +138,10 @@ std::vector<Flaw> FlawsOfTheBaseDocument() {
     const std::string specSchemes = "<SpecSchemes/>";
     return {
         {"NoFunctions", File::Base, "", "<ZOTBase>" + settings + specSchemes + "</ZOTBase>",
-         "missing-section", "/ZOTBase", "there are no base functions",
+         "missing-section", "/ZOTBase", "the library has no base functions",
          [](DoctorTest& test) { EXPECT_TRUE(test.BaseFunctions().empty()); }},
         {"NoSpecSchemes", File::Base, "", "<ZOTBase>" + settings + functions + "</ZOTBase>",
-         "missing-section", "/ZOTBase", "there are no spec schemes",
+         "missing-section", "/ZOTBase", "the library has no spec schemes",
          [](DoctorTest& test) { EXPECT_TRUE(test.SpecSchemes().empty()); }},
         {"NoCommonSettings", File::Base, "", "<ZOTBase>" + functions + specSchemes + "</ZOTBase>",
          "missing-section", "/ZOTBase", "the library cannot initialise the common settings",
@@ -152,7 +151,7 @@ std::vector<Flaw> FlawsOfTheBaseDocument() {
          "/ZOTBase/CommonSettings/Eco", Ignored,
          [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Eco"), L"none"); }},
         {"TooLongSetting", File::Base, R"(Shift="0")", "Shift=\"" + TooLong + "\"", "setting-too-long",
-         "/ZOTBase/CommonSettings", "the library has no such setting",
+         "/ZOTBase/CommonSettings", "the library does not find the setting",
          [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Shift"), L"none"); }},
         {"MoreSpecSchemes", File::Base, "</SpecSchemes>",
          R"(</SpecSchemes><SpecSchemes><SchemeItem SchemeGUID="a1841308-3541-4fab-bc81-f71556f20b4a"/></SpecSchemes>)",
@@ -206,7 +205,7 @@ std::vector<Flaw> FlawsOfSpecSchemes() {
              ASSERT_EQ(schemes.size(), 2u);
              EXPECT_EQ(schemes.begin()->subGroups.begin()->powerSettings.size(), 1u);
          }},
-        {"ValueThatIsNoNumber", File::Base, R"(ACValue="300")", R"(ACValue="0x12C")", "misread-number",
+        {"ValueThatIsNoNumber", File::Base, R"(ACValue="300")", R"(ACValue="0x12C")", "invalid-number",
          setting1, "the library reads it as 0",
          [](DoctorTest& test) {
              const auto schemes = test.SpecSchemes();

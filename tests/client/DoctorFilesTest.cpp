@@ -20,18 +20,19 @@ void PrintTo(const Loss& loss, std::ostream* out) {
     *out << loss.name;
 }
 
-const Loss Base = {"Base", File::Base,
-                   "the library has no base functions, no spec schemes and no settings to initialise",
-                   [](DoctorTest& test) {
-                       EXPECT_TRUE(test.BaseFunctions().empty());
-                       EXPECT_TRUE(test.SpecSchemes().empty());
-                       EXPECT_FALSE(test.Dll().InitCommonSetting());
-                   }};
+const Loss Base = {
+    "Base", File::Base,
+    "the library has no base functions and no spec schemes, and cannot initialise the common settings",
+    [](DoctorTest& test) {
+        EXPECT_TRUE(test.BaseFunctions().empty());
+        EXPECT_TRUE(test.SpecSchemes().empty());
+        EXPECT_FALSE(test.Dll().InitCommonSetting());
+    }};
 
-const Loss Catalogue = {"Defaults", File::Defaults, "there is no catalogue: the library has no functions",
+const Loss Catalogue = {"Defaults", File::Defaults, "the library cannot load the catalogue",
                         [](DoctorTest& test) { EXPECT_EQ(test.FuncCount(), CatalogueUnavailable); }};
 
-const Loss Texts = {"StringTable", File::StringTable, "the user sees keys in place of all texts",
+const Loss Texts = {"StringTable", File::StringTable, "the user sees keys instead of texts",
                     [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].name, L"LightKey"); }};
 
 void ExpectDefaults(DoctorTest& test) {
@@ -40,18 +41,17 @@ void ExpectDefaults(DoctorTest& test) {
 }
 
 // The library first stores something when a scheme is read: the defaults of the scheme.
-const Loss UserSettings = {
-    "UserSettings", File::UserSettings,
-    "the library goes by the defaults; it sets the file aside when it first stores something",
-    [](DoctorTest& test) {
-        const std::string before = test.UserSettings();
-        ExpectDefaults(test);
-        EXPECT_EQ(ReadFile(test.UnreadableUserSettings()), before);
-        EXPECT_NE(test.UserSettings(), before);
-    }};
+const Loss UserSettings = {"UserSettings", File::UserSettings,
+                           "the library uses the defaults; it copies the file before it first replaces it",
+                           [](DoctorTest& test) {
+                               const std::string before = test.UserSettings();
+                               ExpectTheDefaults(test);
+                               EXPECT_EQ(ReadFile(test.UnreadableUserSettings()), before);
+                               EXPECT_NE(test.UserSettings(), before);
+                           }};
 
 const Loss LockedUserSettings = {"UserSettings", File::UserSettings,
-                                 "the library goes by the defaults and stores nothing", ExpectDefaults};
+                                 "the library uses the defaults and stores nothing", ExpectTheDefaults};
 
 }  // namespace
 
@@ -80,17 +80,17 @@ using BrokenFileTest = FilesTest;
 
 TEST_P(BrokenFileTest, IsFoundAndTreatedAsTheFindingSays) {
     Write("<Any><Functions></Any>");
-    ExpectObstacle("no-xml");
+    ExpectObstacle("not-well-formed");
 }
 
 TEST_P(BrokenFileTest, MayBeEmpty) {
     Write("");
-    ExpectObstacle("no-xml");
+    ExpectObstacle("not-well-formed");
 }
 
 TEST_P(BrokenFileTest, MayHaveEntitiesThatTheParserRefuses) {
     Write(GrowingEntities(30, "boom") + "<R>&a30;</R>");
-    ExpectObstacle("no-xml");
+    ExpectObstacle("not-well-formed");
 }
 
 TEST_P(BrokenFileTest, MayHaveAParameterEntity) {
@@ -140,7 +140,7 @@ TEST_F(PlaceToStoreTest, NeedsNoUserSettings) {
 
 TEST_F(PlaceToStoreTest, NeedsTheirFolder) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
-    ExpectNothingStored("missing-folder", "the library does not create it, and stores nothing");
+    ExpectNothingToBeStored("missing-folder", "the library does not create it and stores nothing");
     EXPECT_FALSE(HasUserSettings());
 }
 
@@ -158,7 +158,7 @@ TEST_F(DocumentTypeTest, KeepsTheBaseCatalogueFromBeingCopied) {
     EXPECT_EQ(
         WithoutProblems(FindingsWith(1)),
         Json::array({FindingIn(File::Base, nullptr, "document-type",
-                               "the library copies nothing out of it, and the DOM of Windows refuses it")}));
+                               "the library cannot copy nodes from it, and the DOM of Windows rejects it")}));
     EXPECT_FALSE(Dll().InitCommonSetting());
 }
 

@@ -17,11 +17,11 @@ const std::string UserScheme1 = "/OrloPowerCfg/PowerSchemes/PowerScheme[1]";
 
 // ---- Consequences, and checks of them ----
 
-const std::string Rejected = "the library refuses the whole catalogue";
+const std::string Refused = "the library cannot load the catalogue";
 const std::string Ignored = "the library ignores it";
-const std::string IgnoredWithAll = "the library ignores it with all that it holds";
+const std::string IgnoredWithAll = "the library ignores it and its content";
 const std::string OnlyTheFirst = "the library reads only the first one";
-const std::string SelectsNone = "it selects none: commands get 0";
+const std::string SelectsNone = "it selects no option, and commands use 0";
 
 void ExpectNoCatalogue(DoctorTest& test) {
     EXPECT_EQ(test.FuncCount(), CatalogueUnavailable);
@@ -50,14 +50,14 @@ std::vector<Flaw> FlawsOfFunctions() {
         {"NoId", File::Defaults, R"(ID="2" )", "", "missing-id", Function2, Rejected, ExpectNoCatalogue},
         {"NegativeId", File::Defaults, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, Rejected,
          ExpectNoCatalogue},
-        {"IdThatBeginsWithANumber", File::Defaults, R"(ID="2" )", R"(ID="2nd" )", "misread-number", Function2,
+        {"IdThatBeginsWithANumber", File::Defaults, R"(ID="2" )", R"(ID="2nd" )", "invalid-number", Function2,
          "the library reads it as 2", [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].id, 2u); }},
-        {"OptionThatIsNoNumber", File::Defaults, R"(Option="60")", R"(Option="soon")", "misread-number",
+        {"OptionThatIsNoNumber", File::Defaults, R"(Option="60")", R"(Option="soon")", "invalid-number",
          Function2 + "/Display/AC/DisplayItem[1]", "the library reads it as 0",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].ac[0].first, 0); }},
-        {"FlagThatIsNoInteger", File::Defaults, R"(Flag="3")", R"(Flag="3.9")", "misread-number", Function2,
+        {"FlagThatIsNoInteger", File::Defaults, R"(Flag="3")", R"(Flag="3.9")", "invalid-number", Function2,
          "the library reads it as 3", [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].flag, 3); }},
-        {"NumberThatDoesNotFit", File::Defaults, R"(Type="4")", R"(Type="99999999999")", "misread-number",
+        {"NumberThatDoesNotFit", File::Defaults, R"(Type="4")", R"(Type="99999999999")", "invalid-number",
          Function2, "the library reads it as 2147483647",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].type, 2147483647); }},
         {"SameId", File::Defaults, "</Functions>",
@@ -68,30 +68,30 @@ std::vector<Flaw> FlawsOfFunctions() {
              ExpectTwoFunctions(test);
              EXPECT_EQ(test.GetFunctionInfo()[1].name, L"Sleep text");
          }},
-        {"NoName", File::Defaults, R"(Name="SleepKey" )", "", "carried-over", Function2,
-         "the library takes \"LightKey\" from " + Function1,
+        {"NoName", File::Defaults, R"(Name="SleepKey" )", "", "inherited-attribute", Function2,
+         "it inherits \"LightKey\" from " + Function1,
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].name, L"Light text"); }},
-        {"NoFlag", File::Defaults, R"(Flag="3" )", "", "carried-over", Function2,
-         "the library takes \"1\" from " + Function1,
+        {"NoFlag", File::Defaults, R"(Flag="3" )", "", "inherited-attribute", Function2,
+         "it inherits \"1\" from " + Function1,
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].flag, 1); }},
         {"NoNameAtAll", File::Defaults, R"(Name="LightKey" )", "", "missing-attribute", Function1,
-         "for the library it is empty",
+         "the library uses an empty string",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].name, L""); }},
         {"NoTypeAtAll", File::Defaults, R"(Type="2" )", "", "missing-attribute", Function1,
-         "for the library it is 0", [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].type, 0); }},
-        {"NoOption", File::Defaults, R"( Option="20")", "", "carried-over",
+         "the library uses 0", [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].type, 0); }},
+        {"NoOption", File::Defaults, R"( Option="20")", "", "inherited-attribute",
          Function1 + "/Display/AC/DisplayItem[2]",
-         "the library takes \"100\" from " + Function1 + "/Display/AC/DisplayItem[1]",
+         "it inherits \"100\" from " + Function1 + "/Display/AC/DisplayItem[1]",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[0].ac[1].first, 100); }},
-        {"NoSpecInfo", File::Defaults, R"( SpecInfo1="Off")", "", "carried-over",
-         Function1 + "/Commands/CommandItem[2]", "the library takes \"Dim\" from " + Command1,
+        {"NoSpecInfo", File::Defaults, R"( SpecInfo1="Off")", "", "inherited-attribute",
+         Function1 + "/Commands/CommandItem[2]", "it inherits \"Dim\" from " + Command1,
          [](DoctorTest& test) { EXPECT_STREQ(test.Commands(Balanced)[1].specInfo1, L"Dim"); }},
         {"TooLongName", File::Defaults, "SleepKey", TooLong, "text-too-long", Function2, Rejected,
          ExpectNoCatalogue},
         {"TooLongLabel", File::Defaults, "SoonKey", TooLong, "text-too-long",
-         Function2 + "/Display/AC/DisplayItem[1]", Rejected, ExpectNoCatalogue},
-        {"TooLongSpecInfo", File::Defaults, "Dim", TooLong, "text-cut", Command1,
-         "the library cuts it for the command",
+         Function2 + "/Display/AC/DisplayItem[1]", Refused, ExpectNoCatalogue},
+        {"TooLongSpecInfo", File::Defaults, "Dim", TooLong, "truncated-text", Command1,
+         "the library truncates it in the command",
          [](DoctorTest& test) {
              EXPECT_EQ(test.Commands(Balanced)[0].specInfo1, std::wstring(TextCapacity - 1, L't'));
          }},
@@ -102,8 +102,8 @@ std::vector<Flaw> FlawsOfFunctions() {
         {"NoCommands", File::Defaults, "<Commands/>", "", "missing-commands", Function2, Rejected,
          ExpectNoCatalogue},
         {"CommandOfNoPowerSource", File::Defaults, R"(Flag="13" State="14" ParamIndex1="0")",
-         R"(Flag="13" State="14" ParamIndex1="2")", "no-power-source", Command1,
-         "the command gets the option on battery",
+         R"(Flag="13" State="14" ParamIndex1="2")", "invalid-power-source", Command1,
+         "the command uses the option on battery",
          [](DoctorTest& test) { ExpectOptions(test, Balanced, 80, 80); }},
     };
 }
@@ -111,7 +111,7 @@ std::vector<Flaw> FlawsOfFunctions() {
 std::vector<Flaw> FlawsOfDefaultParameters() {
     const std::string item =
         R"(<DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="1" DCParamIndex="0"/>)";
-    const std::string rest = "this function and those behind it have no default parameters";
+    const std::string rest = "this function and the following ones have no default parameters";
     return {
         {"NoDefault", File::Defaults,
          R"(<Default ACParamIndex="0" DCParamIndex="1">
@@ -125,12 +125,12 @@ std::vector<Flaw> FlawsOfDefaultParameters() {
          }},
         {"NoIndex", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="1">)",
          R"(<Default ACParamIndex="0">)", "missing-parameter", Function1 + "/Default",
-         "in all schemes that no item is for, " + rest,
+         "in all schemes without an item, " + rest,
          [](DoctorTest& test) { ExpectDefaults(test, DefaultsOfHighPerformance, {}); }},
         {"NoIndexInAScheme", File::Defaults, R"(ACParamIndex="1" )", "", "missing-parameter", DefaultItem1,
          "in its scheme, " + rest, [](DoctorTest& test) { ExpectDefaults(test, {}, DefaultsOfBalanced); }},
         {"NoGuid", File::Defaults, R"(GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" )", "", "missing-guid",
-         DefaultItem1, "in all schemes that no item before it is for, " + rest,
+         DefaultItem1, "in all schemes without an earlier item, " + rest,
          [](DoctorTest& test) { ExpectDefaults(test, {}, {}); }},
         {"BracedGuid", File::Defaults, "8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c",
          "{8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c}", "malformed-guid", DefaultItem1, Ignored,
@@ -141,13 +141,13 @@ std::vector<Flaw> FlawsOfDefaultParameters() {
          "duplicate-guid", DefaultItem1 + "[2]", OnlyTheFirst,
          [](DoctorTest& test) { ExpectDefaults(test, DefaultsOfHighPerformance, DefaultsOfBalanced); }},
         {"IndexBehindTheOptions", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="1">)",
-         R"(<Default ACParamIndex="2" DCParamIndex="1">)", "no-such-option", Function1 + "/Default",
+         R"(<Default ACParamIndex="2" DCParamIndex="1">)", "index-out-of-range", Function1 + "/Default",
          SelectsNone, [](DoctorTest& test) { ExpectOptions(test, PowerSaver, 0, 10); }},
         {"NegativeIndex", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="1">)",
-         R"(<Default ACParamIndex="0" DCParamIndex="-1">)", "no-such-option", Function1 + "/Default",
+         R"(<Default ACParamIndex="0" DCParamIndex="-1">)", "index-out-of-range", Function1 + "/Default",
          SelectsNone, [](DoctorTest& test) { ExpectOptions(test, PowerSaver, 100, 0); }},
         {"IndexOfAFunctionWithoutOptions", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="0"/>)",
-         R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "no-such-option", Function2 + "/Default",
+         R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "index-out-of-range", Function2 + "/Default",
          SelectsNone,
          [](DoctorTest& test) {
              EXPECT_TRUE(test.Dll().TEVGetParam(&PowerSaver));
@@ -160,8 +160,8 @@ std::vector<Flaw> FlawsOfDefaultParameters() {
 
 std::vector<Flaw> FlawsOfTheDefaultsDocument() {
     return {
-        {"NoFunctions", File::Defaults, "", "<ZOTDefault/>", "missing-section", "/ZOTDefault",
-         "there is no catalogue", ExpectNoCatalogue},
+        {"NoFunctions", File::Defaults, "", "<ZOTDefault/>", "missing-section", "/ZOTDefault", Refused,
+         ExpectNoCatalogue},
         {"MoreFunctions", File::Defaults, "</Functions>", "</Functions><Functions><Function/></Functions>",
          "duplicate-element", "/ZOTDefault/Functions[2]", OnlyTheFirst, ExpectTwoFunctions},
         {"MoreCommonSettings", File::Defaults, "</Functions>", R"(</Functions><CommonSettings More="1"/>)",
@@ -191,14 +191,14 @@ std::vector<Flaw> FlawsOfTheDefaultsDocument() {
          [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Eco"), L"none"); }},
         {"TooLongSetting", File::Defaults, R"(Warning="10")", R"(Warning="10" Shift=")" + TooLong + "\"",
          "setting-too-long", "/ZOTDefault/CommonSettings",
-         "the library takes the setting of the base catalogue instead",
+         "the library uses the setting of the base catalogue",
          [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Shift"), L"0"); }},
         {"NameWithoutTranslation", File::Defaults, "SleepKey", "NapKey", "missing-translation", Function2,
          "the user sees the key",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].name, L"NapKey"); }},
         {"LabelWithoutTranslation", File::Defaults, R"(Label="NeverKey")", R"(Label="NoneKey")",
          "missing-translation", Function2 + "/Display/AC/DisplayItem[2]",
-         "the user sees the key, and nothing in a list of differences",
+         "the user sees the key, or an empty text in a list of differences",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetFunctionInfo()[1].ac[1].second, L"NoneKey");
              Text names = {};
@@ -234,15 +234,14 @@ void ExpectNothingStored(DoctorTest& test) {
 std::vector<Flaw> FlawsOfUserSchemes() {
     const std::string first = R"(<Function ID="1" ACParamIndex="1" DCParamIndex="0"/>)";
     const std::string second = R"(<Function ID="2" ACParamIndex="1" DCParamIndex="0"/>)";
-    const std::string empty = "the library finds the scheme empty and gives it no defaults";
+    const std::string empty = "the library treats the scheme as empty and does not add the defaults";
     const std::string rest =
-        "in this scheme, the library reads neither this function nor those behind it: it goes by their "
-        "defaults";
+        "in this scheme, the library uses the defaults of this function and of the following ones";
     return {
         {"NoGuid", File::UserSettings, R"( GUID="381b4222-f694-41f0-9685-ff5bb260df2e")", "", "missing-guid",
          UserScheme1,
-         "the library finds neither this scheme nor those behind it, and adds the defaults of such a scheme "
-         "anew each time",
+         "the library finds neither this scheme nor the following ones, and adds the defaults of such a "
+         "scheme at each use",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(HighPerformance), DefaultsOfHighPerformance);
              EXPECT_EQ(test.GetParameter(HighPerformance), DefaultsOfHighPerformance);
@@ -258,13 +257,13 @@ std::vector<Flaw> FlawsOfUserSchemes() {
          "/OrloPowerCfg/PowerSchemes/PowerScheme[2]", OnlyTheFirst,
          [](DoctorTest& test) { EXPECT_EQ(test.GetParameter(Balanced), StoredForBalanced); }},
         {"NoId", File::UserSettings, first, R"(<Function ACParamIndex="1" DCParamIndex="0"/>)", "missing-id",
-         UserScheme1 + "/Function[1]", empty + ", and can store nothing in it",
+         UserScheme1 + "/Function[1]", empty + "; it cannot store values in the scheme",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), Params{});
              ExpectNothingStored(test);
          }},
         {"NoIdBehindOthers", File::UserSettings, second, R"(<Function ACParamIndex="1" DCParamIndex="0"/>)",
-         "missing-id", UserScheme1 + "/Function[2]", rest + ", and can store nothing in it",
+         "missing-id", UserScheme1 + "/Function[2]", rest + "; it cannot store values in the scheme",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), (Params{{1, {1, 0}}, {2, {0, 0}}}));
              ExpectNothingStored(test);
@@ -273,7 +272,7 @@ std::vector<Flaw> FlawsOfUserSchemes() {
          UserScheme1 + "/Function[1]", empty,
          [](DoctorTest& test) { EXPECT_EQ(test.GetParameter(Balanced), Params{}); }},
         {"NoIndexBehindOthers", File::UserSettings, second, R"(<Function ID="2" ACParamIndex="1"/>)",
-         "missing-parameter", UserScheme1 + "/Function[2]", rest + ", and stores those",
+         "missing-parameter", UserScheme1 + "/Function[2]", rest + ", and stores them",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), (Params{{1, {1, 0}}, {2, {0, 0}}}));
              EXPECT_NE(test.UserSettings().find(R"(<Function ID="2" ACParamIndex="0" DCParamIndex="0"/>)"),
@@ -285,21 +284,21 @@ std::vector<Flaw> FlawsOfUserSchemes() {
          [](DoctorTest& test) { EXPECT_EQ(test.GetParameter(PowerSaver), Params{}); }},
         {"UnknownFunction", File::UserSettings, first,
          first + R"(<Function ID="3" ACParamIndex="7" DCParamIndex="7"/>)", "unknown-function",
-         UserScheme1 + "/Function[2]", "the library lists its parameters, but no command carries them out",
+         UserScheme1 + "/Function[2]", "the library lists its parameters, but no command applies them",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), (Params{{1, {1, 0}}, {2, {1, 0}}, {3, {7, 7}}}));
              EXPECT_EQ(test.Commands(Balanced).size(), 2u);
          }},
         {"SameId", File::UserSettings, first,
          first + R"(<Function ID="1" ACParamIndex="0" DCParamIndex="1"/>)", "duplicate-id",
-         UserScheme1 + "/Function[2]", "the library goes by the first one",
+         UserScheme1 + "/Function[2]", "the library uses the first one",
          [](DoctorTest& test) { EXPECT_EQ(test.GetParameter(Balanced), StoredForBalanced); }},
         {"IndexBehindTheOptions", File::UserSettings, first,
-         R"(<Function ID="1" ACParamIndex="2" DCParamIndex="0"/>)", "no-such-option",
+         R"(<Function ID="1" ACParamIndex="2" DCParamIndex="0"/>)", "index-out-of-range",
          UserScheme1 + "/Function[1]", SelectsNone,
          [](DoctorTest& test) { ExpectOptions(test, Balanced, 0, 80); }},
         {"IndexThatIsNoNumber", File::UserSettings, first,
-         R"(<Function ID="1" ACParamIndex="" DCParamIndex="0"/>)", "misread-number",
+         R"(<Function ID="1" ACParamIndex="" DCParamIndex="0"/>)", "invalid-number",
          UserScheme1 + "/Function[1]", "the library reads it as 0",
          [](DoctorTest& test) { ExpectOptions(test, Balanced, 100, 80); }},
         {"UnknownAttribute", File::UserSettings, first,
@@ -327,7 +326,7 @@ std::vector<Flaw> FlawsOfTheUserDocument() {
          "/OrloPowerCfg/CommonSettings/Shift", Ignored,
          [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Shift"), L"0") << "of the base catalogue"; }},
         {"TooLongSetting", File::UserSettings, R"(Warning="15")", "Warning=\"" + TooLong + "\"",
-         "setting-too-long", "/OrloPowerCfg/CommonSettings", "the library takes the default instead",
+         "setting-too-long", "/OrloPowerCfg/CommonSettings", "the library uses the default",
          [](DoctorTest& test) { EXPECT_EQ(test.Setting(L"Warning"), L"10"); }},
     };
 }
@@ -338,10 +337,10 @@ std::vector<Flaw> FlawsOfTheStringTable() {
     const std::string never = Entry("NeverKey", "Never");
     return {
         {"NoKey", File::StringTable, never, never + "<data><value>Lost</value></data>", "missing-name",
-         "/root/data[11]", "the library never finds the text",
+         "/root/data[11]", "the library does not find the text",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].ac[1].second, L"Never"); }},
         {"NoText", File::StringTable, never, R"(<data name="NeverKey"/>)", "missing-text", "/root/data[10]",
-         "the library has no text for the key, whatever entry comes behind it",
+         "the library has no text for the key, even if a later entry has one",
          [](DoctorTest& test) {
              WriteFile(test.PathOf(File::StringTable),
                        StringTable(R"(<data name="NeverKey"/>)" + Entry("NeverKey", "Never")));
@@ -350,8 +349,8 @@ std::vector<Flaw> FlawsOfTheStringTable() {
         {"SameKey", File::StringTable, never, Entry("NEVERKEY", "Always") + never, "duplicate-key",
          "/root/data[11]", "the library finds only the first one",
          [](DoctorTest& test) { EXPECT_EQ(test.GetFunctionInfo()[1].ac[1].second, L"Always"); }},
-        {"TooLongText", File::StringTable, never, Entry("NeverKey", TooLong), "text-cut",
-         "/root/data[10]/value", "the library cuts it",
+        {"TooLongText", File::StringTable, never, Entry("NeverKey", TooLong), "truncated-text",
+         "/root/data[10]/value", "the library truncates it",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetFunctionInfo()[1].ac[1].second, std::wstring(TextCapacity - 1, L't'));
          }},

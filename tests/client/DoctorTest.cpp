@@ -55,26 +55,27 @@ TEST_F(DoctorReportTest, GroupsTheFindingsByFileAndElement) {
     Change(File::Defaults, R"(Flag="3" Type="4")", R"(Flag="x" Kind="4")");
     Change(File::UserSettings, R"(ACParamIndex="1" DCParamIndex="0"/><)",
            R"(ACParamIndex="2" DCParamIndex="0"/><)");
-    EXPECT_EQ(OutputWith(1), "defaults file " + Utf8(installation.DefaultsFile()) +
-                                 "\n"
-                                 "    /ZOTDefault/Functions/Function[2]\n"
-                                 "        unknown-attribute  an attribute \"Kind\" is not known here\n"
-                                 "                           the library ignores it\n"
-                                 "        misread-number     \"Flag\" is \"x\", no 32-bit number\n"
-                                 "                           the library reads it as 0\n"
-                                 "        carried-over       \"Type\" is missing\n"
-                                 "                           the library takes \"2\" from "
-                                 "/ZOTDefault/Functions/Function[1]\n"
-                                 "\n"
-                                 "user settings file " +
-                                 Utf8(installation.UserFile()) +
-                                 "\n"
-                                 "    /OrloPowerCfg/PowerSchemes/PowerScheme[1]/Function[1]\n"
-                                 "        no-such-option     \"ACParamIndex\" is 2, but the function has 2 "
-                                 "options\n"
-                                 "                           it selects none: commands get 0\n"
-                                 "\n"
-                                 "4 findings in 2 files\n");
+    EXPECT_EQ(OutputWith(1),
+              "defaults file " + Utf8(installation.DefaultsFile()) +
+                  "\n"
+                  "    /ZOTDefault/Functions/Function[2]\n"
+                  "        unknown-attribute    the attribute \"Kind\" is unknown here\n"
+                  "                             the library ignores it\n"
+                  "        invalid-number       \"Flag\" is \"x\", which is not a 32-bit number\n"
+                  "                             the library reads it as 0\n"
+                  "        inherited-attribute  \"Type\" is missing\n"
+                  "                             it inherits \"2\" from "
+                  "/ZOTDefault/Functions/Function[1]\n"
+                  "\n"
+                  "user settings file " +
+                  Utf8(installation.UserFile()) +
+                  "\n"
+                  "    /OrloPowerCfg/PowerSchemes/PowerScheme[1]/Function[1]\n"
+                  "        index-out-of-range   \"ACParamIndex\" is 2, but the function has 2 "
+                  "options\n"
+                  "                             it selects no option, and commands use 0\n"
+                  "\n"
+                  "4 findings in 2 files\n");
 }
 
 TEST_F(DoctorReportTest, TellsOfAFileAsAWholeBelowItsName) {
@@ -82,7 +83,7 @@ TEST_F(DoctorReportTest, TellsOfAFileAsAWholeBelowItsName) {
     EXPECT_EQ(OutputWith(2), "string table " + Utf8(installation.StringTableFile()) +
                                  "\n"
                                  "        missing-file  the file does not exist\n"
-                                 "                      the user sees keys in place of all texts\n"
+                                 "                      the user sees keys instead of texts\n"
                                  "\n"
                                  "1 finding in 1 file; 1 file could not be examined\n");
 }
@@ -97,7 +98,7 @@ TEST_F(DoctorReportTest, GivesTheFindingsAsJsonWithTheFieldsInTheirOrder) {
       "element": "/ZOTDefault/Functions/Function[2]",
       "kind": "missing-id",
       "problem": "\"ID\" is missing",
-      "consequence": "the library refuses the whole catalogue"
+      "consequence": "the library cannot load the catalogue"
     }
   ]
 }
@@ -117,7 +118,7 @@ TEST_F(DoctorReportTest, ListsTheFindingsInTheOrderOfTheFile) {
     ASSERT_EQ(findings.size(), 3u);
     EXPECT_EQ(findings[0]["kind"], "setting-as-element");
     EXPECT_EQ(findings[1]["kind"], "missing-translation");
-    EXPECT_EQ(findings[2]["kind"], "misread-number");
+    EXPECT_EQ(findings[2]["kind"], "invalid-number");
 }
 
 TEST_F(DoctorReportTest, CannotExamineAllWhereOneFileIsBroken) {
@@ -125,14 +126,14 @@ TEST_F(DoctorReportTest, CannotExamineAllWhereOneFileIsBroken) {
     Change(File::Defaults, R"(Flag="3")", R"(Flag="x")");
     const Json findings = FindingsWith(2);
     ASSERT_EQ(findings.size(), 2u) << "what is wrong with the other files is told all the same";
-    EXPECT_EQ(findings[0]["kind"], "misread-number");
-    EXPECT_EQ(findings[1]["kind"], "no-xml");
+    EXPECT_EQ(findings[0]["kind"], "invalid-number");
+    EXPECT_EQ(findings[1]["kind"], "not-well-formed");
 }
 
 TEST_F(DoctorReportTest, TellsWhereAFileIsNoXml) {
     WriteUserSettings("<OrloPowerCfg>\n<A></B></OrloPowerCfg>");
     const std::string problem = FindingsWith(2)[0]["problem"];
-    EXPECT_TRUE(problem.starts_with("the file is no XML")) << problem;
+    EXPECT_TRUE(problem.starts_with("the file is not well-formed")) << problem;
 }
 
 TEST_F(DoctorReportTest, DoesNotLookForTheFunctionsOfARefusedCatalogue) {
@@ -144,7 +145,7 @@ TEST_F(DoctorReportTest, DoesNotLookForTheFunctionsOfARefusedCatalogue) {
 TEST_F(DoctorReportTest, TellsOfAKeyWithoutTranslationOnce) {
     Change(File::StringTable, Entry("ScreenKey", "Screen text"), "");
     Change(File::Defaults, "PowerKey", "SCREENKEY");
-    EXPECT_EQ(Problem(), "\"Group\" is \"ScreenKey\", which StringTable.xml lacks");
+    EXPECT_EQ(Problem(), "\"Group\" is \"ScreenKey\", which is missing from StringTable.xml");
 }
 
 TEST_F(DoctorReportTest, TakesTheKeysOfTheStringTableInAnyCase) {
@@ -160,7 +161,7 @@ TEST_F(DoctorReportTest, TakesAllNumbersThatTheLibraryReadsAsTheyStand) {
     for (const char* const number :
          {"", "+", "-", "+-3", "--3", "- 3", "3 4", "0x3", "3.0", "1e3", "2147483648"}) {
         Change(File::Defaults, R"(Flag="3")", "Flag=\"" + std::string{number} + "\"");
-        EXPECT_TRUE(Problem().ends_with(", no 32-bit number")) << number;
+        EXPECT_TRUE(Problem().ends_with(", which is not a 32-bit number")) << number;
     }
 }
 
@@ -180,19 +181,20 @@ TEST_F(DoctorReportTest, IgnoresWhatOtherProgramsPutIntoAStringTable) {
 
 TEST_F(DoctorReportTest, WritesNamesInAnyScriptAsUtf8) {
     Change(File::Defaults, "SleepKey", "画面 &amp; &lt;größer&gt; \U0001F50B");
-    EXPECT_EQ(Problem(), "\"Name\" is \"画面 & <größer> \U0001F50B\", which StringTable.xml lacks");
+    EXPECT_EQ(Problem(), "\"Name\" is \"画面 & <größer> \U0001F50B\", which is missing from StringTable.xml");
     Change(File::Defaults, "</Functions>", "</Functions><Größe/>");
     EXPECT_EQ(FindingsWith(1)[0]["element"], "/ZOTDefault/Größe");
 }
 
 TEST_F(DoctorReportTest, KeepsTextsOnOneLine) {
     Change(File::Defaults, "SleepKey", "two&#10;lines");
-    EXPECT_EQ(Problem(), "\"Name\" is \"two lines\", which StringTable.xml lacks");
+    EXPECT_EQ(Problem(), "\"Name\" is \"two lines\", which is missing from StringTable.xml");
 }
 
 TEST_F(DoctorReportTest, ShortensLongTexts) {
     Change(File::Defaults, "SleepKey", std::string(100, 'n'));
-    EXPECT_EQ(Problem(), "\"Name\" is \"" + std::string(60, 'n') + "...\", which StringTable.xml lacks");
+    EXPECT_EQ(Problem(),
+              "\"Name\" is \"" + std::string(60, 'n') + "...\", which is missing from StringTable.xml");
 }
 
 TEST_F(DoctorReportTest, ReadsUtf16) {
@@ -225,7 +227,7 @@ TEST_F(DoctorReportTest, ExaminesFilesThatAnotherProgramUses) {
 TEST_F(DoctorReportTest, HelpTellsTheExitStatuses) {
     const std::string help = Output({L"doctor", L"--help"});
     EXPECT_NE(
-        help.find("\nThe exit status is 0 when there is nothing to tell, 1 when there are findings, and 2 "),
+        help.find("\nThe exit code is 0 if there are no findings, 1 if there are findings, and 2 if a file "),
         std::string::npos)
         << help;
     EXPECT_NE(help.find("\n  --language TAG "), std::string::npos);
@@ -242,8 +244,8 @@ TEST_F(DoctorReportTest, ExaminesTheStringTableOfALanguage) {
 
 TEST_F(DoctorReportTest, ExaminesTheStringTableOfTheUsersLanguage) {
     std::filesystem::create_directories(CopyFor(LanguageOfUser()).parent_path());
-    WriteFile(CopyFor(LanguageOfUser()), Replace(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
-    EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which StringTable.xml.mui lacks");
+    WriteFile(CopyFor(LanguageOfUser()), Replaced(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
+    EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which is missing from StringTable.xml.mui");
     EXPECT_EQ(GetFunctionInfo()[1].ac[1].second, L"NeverKey") << "in the library";
 }
 
@@ -255,7 +257,7 @@ TEST_F(DoctorReportTest, MissesTheStringTableOfALanguage) {
 
 TEST_F(DoctorReportTest, RefusesWhatIsNoNameOfALanguage) {
     ExpectError({L"doctor", L"--language", L"../x"}, WrongUsage,
-                "\"../x\" is no language: give its name, such as de-DE.");
+                "\"../x\" is not a language name: specify a name such as de-DE.");
 }
 
 // ---- The samples ----

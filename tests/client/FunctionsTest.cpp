@@ -153,7 +153,7 @@ protected:
 
     void ExpectNoLanguage(const std::string& language) const {
         ExpectError({L"functions", L"--language", {language.begin(), language.end()}}, WrongUsage,
-                    "\"" + language + "\" is no language: give its name, such as de-DE.");
+                    "\"" + language + "\" is not a language name: specify a name such as de-DE.");
     }
 
 private:
@@ -220,7 +220,7 @@ TEST_F(LanguageTest, RefusesWhatIsNoNameOfALanguage) {
     for (const char* const language : {"", "../x", "..", "de_DE", "de-DE/../ja-JP", "C:", "ja JP"})
         ExpectNoLanguage(language);
     ExpectError({L"functions", L"--language", L"日本"}, WrongUsage,
-                "\"日本\" is no language: give its name, such as de-DE.");
+                "\"日本\" is not a language name: specify a name such as de-DE.");
 }
 
 }  // namespace ZOTDam::Test
