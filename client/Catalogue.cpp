@@ -1,5 +1,6 @@
 #include "Catalogue.h"
 
+#include "doctor/Doctor.h"
 #include "Error.h"
 
 namespace ZOTDam::Client {
@@ -8,8 +9,10 @@ std::uint32_t RequireCatalogue(const Library& library, const std::filesystem::pa
     const std::uint32_t functions = library.GetFuncCount();
     if (functions != CatalogueUnavailable)
         return functions;
-    throw Error{"The catalogue cannot be loaded: the file " + Utf8(file) +
-                (exists(file) ? " holds no valid one or is in use by another program." : " does not exist.")};
+    const std::string problem = FindCatalogueProblem(file);
+    // The library also skips a file without problems, if another program holds its busy marker.
+    throw Error{"The catalogue cannot be loaded from " + Utf8(file) + ": " +
+                (problem.empty() ? "the file is in use by another program" : problem) + "."};
 }
 
 }  // namespace ZOTDam::Client

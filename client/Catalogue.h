@@ -5,7 +5,8 @@
 
 namespace ZOTDam::Client {
 
-// Returns the number of functions. Throws an Error that names the file if the catalogue cannot be loaded.
+// Returns the number of functions. Throws an Error that names the file and the reason if the catalogue cannot
+// be loaded.
 std::uint32_t RequireCatalogue(const Library& library, const std::filesystem::path& file = PathOf(Defaults));
 
 }  // namespace ZOTDam::Client

@@ -1,5 +1,6 @@
 #include "doctor/Doctor.h"
 
+#include <optional>
 #include <system_error>
 
 #include "doctor/Files.h"
@@ -60,6 +61,17 @@ Diagnosis ExamineDataFiles(const std::filesystem::path& stringTable) {
             CheckTranslations(*defaultsRoot, keys, Utf8(stringTable.filename()), defaults);
     }
     return {base, defaults, userSettings, texts};
+}
+
+std::string FindCatalogueProblem(const std::filesystem::path& file) {
+    const ComScope com;
+    Findings findings{Defaults.title, file};
+    if (const auto root = ReadXmlFile(DefaultsFile, findings))
+        CheckDefaults(*root, findings);
+    for (const Finding& finding : findings.InOrder())
+        if (finding.consequence == CatalogueNotLoaded)
+            return finding.problem + (finding.element.empty() ? "" : " (" + finding.element + ")");
+    return {};
 }
 
 }  // namespace ZOTDam::Client

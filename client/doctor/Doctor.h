@@ -2,7 +2,7 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
+#include <string>
 #include <vector>
 
 #include "doctor/Finding.h"
@@ -14,6 +14,10 @@ namespace ZOTDam::Client {
 using Diagnosis = std::vector<Findings>;
 
 Diagnosis ExamineDataFiles(const std::filesystem::path& stringTable);
+
+// Returns the first problem that prevents the library from loading the catalogue from this file, or an empty
+// string if the file has none. Like a finding's problem, it is a clause without a full stop.
+std::string FindCatalogueProblem(const std::filesystem::path& file);
 
 // The exit code is 0 if there are no findings, 2 if a file could not be examined, and 1 otherwise.
 Report ReportOf(const Diagnosis& diagnosis);

@@ -69,7 +69,8 @@ TEST_F(AdoptTest, FailsWhenTheBaseCatalogueHasNoFunctions) {
 TEST_F(AdoptTest, FailsWhenTheCatalogueCannotBeLoadedThen) {
     WriteBase(R"(<ZOTBase><Functions><Function ID="-1"><Display/><Commands><CommandFamily><CommandItem/>
         </CommandFamily></Commands></Function></Functions></ZOTBase>)");
-    ExpectError({L"adopt", L"-1"}, Failure, BrokenCatalogue());
+    ExpectError({L"adopt", L"-1"}, Failure,
+                RejectedCatalogue("the id -1 is negative (/ZOTDefault/Functions/Function)"));
 }
 
 TEST_F(AdoptTest, FailsWithoutABaseCatalogue) {

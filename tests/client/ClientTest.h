@@ -67,10 +67,20 @@ protected:
         std::filesystem::remove(installation.DefaultsFile());
         ExpectError(arguments, Failure, MissingCatalogue());
         WriteDefaults("<ZOTDefault>");
-        ExpectError(arguments, Failure, BrokenCatalogue());
+        ExpectCatalogueThatIsNotWellFormed(arguments);
         WriteDefaults(ThreeFunctions);
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
-        ExpectError(arguments, Failure, BrokenCatalogue());
+        ExpectError(arguments, Failure, CatalogueInUse());
+    }
+
+    // The position of the error depends on the parser.
+    void ExpectCatalogueThatIsNotWellFormed(const Arguments& arguments) const {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitStatus, Failure);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_TRUE(outcome.errors.starts_with(
+            "zotdamctl: " + CatalogueNotLoaded(installation.ProgramFiles()) + "the file is not well-formed"))
+            << outcome.errors;
     }
 
     void ExpectNeedsUserSettings(const Arguments& arguments) const {
@@ -95,17 +105,19 @@ protected:
     std::string UserFile() const { return "The user settings file " + Utf8(installation.UserFile()); }
     std::string DefaultsTitle() const { return "The defaults file " + Utf8(installation.DefaultsFile()); }
     std::string MissingCatalogue() const { return MissingCatalogue(installation.ProgramFiles()); }
-    std::string BrokenCatalogue() const {
-        return CatalogueNotLoaded(installation.ProgramFiles()) +
-               " holds no valid one or is in use by another program.";
+    std::string CatalogueInUse() const {
+        return CatalogueNotLoaded(installation.ProgramFiles()) + "the file is in use by another program.";
+    }
+    std::string RejectedCatalogue(const std::string& problem) const {
+        return CatalogueNotLoaded(installation.ProgramFiles()) + problem + ".";
     }
     static std::string MissingCatalogue(const std::filesystem::path& programFiles) {
-        return CatalogueNotLoaded(programFiles) + " does not exist.";
+        return CatalogueNotLoaded(programFiles) + "the file does not exist.";
     }
 
 private:
     static std::string CatalogueNotLoaded(const std::filesystem::path& programFiles) {
-        return "The catalogue cannot be loaded: the file " + Utf8(DefaultsFile(programFiles));
+        return "The catalogue cannot be loaded from " + Utf8(DefaultsFile(programFiles)) + ": ";
     }
 };
 

@@ -32,13 +32,18 @@ TEST_F(CountTest, FailsWithoutACatalogue) {
 
 TEST_F(CountTest, FailsWithABrokenCatalogue) {
     WriteDefaults("<ZOTDefault>");
-    ExpectError({L"count"}, Failure, BrokenCatalogue());
+    ExpectCatalogueThatIsNotWellFormed({L"count"});
+    WriteDefaults("<ZOTDefault/>");
+    ExpectError({L"count"}, Failure, RejectedCatalogue("\"Functions\" is missing (/ZOTDefault)"));
+    WriteFunctions(Function(1) + R"(<Function ID="2"><Commands/></Function>)");
+    ExpectError({L"count"}, Failure,
+                RejectedCatalogue("\"Display\" is missing (/ZOTDefault/Functions/Function[2])"));
 }
 
 TEST_F(CountTest, FailsWhileAnotherProgramUsesTheCatalogue) {
     WriteDefaults(ThreeFunctions);
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
-    ExpectError({L"count"}, Failure, BrokenCatalogue());
+    ExpectError({L"count"}, Failure, CatalogueInUse());
 }
 
 TEST_F(CountTest, FailsAsWellWhenJsonIsAskedFor) {

@@ -190,7 +190,7 @@ TEST_F(LanguageTest, LeavesAllFilesAsTheyWere) {
 TEST_F(LanguageTest, LeavesAllFilesAsTheyWereWhenItFails) {
     WriteDefaults("<ZOTDefault>");
     const auto before = Everything();
-    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, BrokenCatalogue());
+    ExpectCatalogueThatIsNotWellFormed({L"functions", L"--language", L"ja-JP"});
     ExpectNoLanguage("..");
     EXPECT_EQ(Everything(), before);
 }
@@ -201,7 +201,7 @@ TEST_F(LanguageTest, NamesTheRealFileWhenThereIsNoCatalogue) {
 
 TEST_F(LanguageTest, NamesTheRealFileWhenTheCatalogueIsLocked) {
     const LockedFile locked{installation.DefaultsFile()};
-    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, BrokenCatalogue());
+    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, CatalogueInUse());
 }
 
 TEST_F(LanguageTest, NamesTheRealFileWhenTheStringTableIsLocked) {
