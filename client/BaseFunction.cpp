@@ -53,7 +53,7 @@ std::vector<DefaultValue> ReadDefaults(IXMLDOMNode* defaultElement) {
 }
 
 std::string DefaultText(const DefaultValue& value) {
-    return "    Default     " + std::to_string(value.ac) + " on mains, " + std::to_string(value.dc) +
+    return "    Default     " + std::to_string(value.ac) + " plugged in, " + std::to_string(value.dc) +
            " on battery" + (value.scheme.empty() ? "" : " in " + value.scheme) + "\n";
 }
 
@@ -110,7 +110,7 @@ BaseFunction::BaseFunction(const FunctionBaseRecord& functionRecord)
 std::string BaseFunction::Text() const {
     std::string text = std::to_string(record.id) + "  " + ToUtf8(record.name) + "\n" + "    Group       " +
                        ToUtf8(record.group) + "\n" + "    Type, flag  " + std::to_string(record.type) + ", " +
-                       std::to_string(record.flag) + "\n" + "    On mains    " + OptionsText(acOptions) +
+                       std::to_string(record.flag) + "\n" + "    Plugged in  " + OptionsText(acOptions) +
                        "\n" + "    On battery  " + OptionsText(dcOptions) + "\n";
     for (const DefaultValue& value : defaults)
         text += DefaultText(value);

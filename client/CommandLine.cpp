@@ -27,7 +27,7 @@ Styling ParseStyling(const std::string& when) {
         return Styling::Never;
     if (when == "auto")
         return Styling::Automatic;
-    throw UsageError{"--color takes auto, always or never, not \"" + when + "\"."};
+    throw UsageError{"--color must be auto, always or never, not \"" + when + "\"."};
 }
 
 struct CompletionArguments {
@@ -44,8 +44,8 @@ public:
         // also follow the command, and a slash begins a path, not an option.
         app.fallthrough()->allow_windows_style_options(false);
         app.set_version_flag("--version", "zotdamctl " ZOTDAM_VERSION, "Print the version and exit");
-        app.footer("SCHEME or OTHER is the GUID of a power scheme, or " + SchemeNames() + ".\n" +
-                   "The options of zotdamctl may also stand behind the command.");
+        app.footer("SCHEME and OTHER are the GUID of a power scheme, or " + SchemeNames() + ".\n" +
+                   "The options of zotdamctl may also follow the command.");
         AddGeneralOptions();
         CommandSet commands{app, invocation.action};
         AddCatalogueCommands(commands);
@@ -71,7 +71,7 @@ public:
             throw UsageError{std::string{error.what()} + "."};
         }
         if (!invocation.action)
-            throw UsageError{"No command is given.\n\n" + app.help()};
+            throw UsageError{"No command is specified.\n\n" + app.help()};
         invocation.programFiles = FolderOf(programFiles);
         invocation.programData = FolderOf(programData);
         return invocation;
@@ -80,7 +80,7 @@ public:
 private:
     void AddCompletionCommand(CommandSet& commands) {
         commands.Add<CompletionArguments>(
-            "completion", "Write a script with which a shell completes words: bash or powershell",
+            "completion", "Write a completion script for a shell",
             {"completion bash >> ~/.bashrc", "completion powershell >> $PROFILE"},
             [](CLI::App& command, CompletionArguments& arguments) {
                 AddArgument(command, "SHELL", arguments.shell, "bash or powershell");
@@ -95,8 +95,8 @@ private:
                "Show headings in bold: auto, always or never")
             ->type_name("WHEN")
             ->take_last();
-        AddFolder("--program-files", programFiles, "The folder to use in place of %ProgramFiles%");
-        AddFolder("--program-data", programData, "The folder to use in place of %ProgramData%");
+        AddFolder("--program-files", programFiles, "The folder to use instead of %ProgramFiles%");
+        AddFolder("--program-data", programData, "The folder to use instead of %ProgramData%");
     }
 
     void AddFolder(const char* name, std::string& folder, const char* description) {
@@ -122,7 +122,7 @@ Report WriteCompletion(const CompletionArguments& arguments) {
     else if (arguments.shell == "powershell")
         script = PowerShellCompletion(parser.App());
     else
-        throw UsageError{"SHELL is bash or powershell, not \"" + arguments.shell + "\"."};
+        throw UsageError{"SHELL must be bash or powershell, not \"" + arguments.shell + "\"."};
     return {script, {{"script", script}}};
 }
 

@@ -39,7 +39,7 @@ GUID ParseScheme(std::string_view text) {
     GUID scheme = {};
     // The library does not accept the all-zero GUID as a scheme.
     if (!ParseGuid(text, scheme) || scheme == GUID{})
-        throw UsageError{"\"" + std::string{text} + "\" is no power scheme: give its GUID, or " +
+        throw UsageError{"\"" + std::string{text} + "\" is not a power scheme: specify its GUID, or " +
                          SchemeNames() + "."};
     return scheme;
 }

@@ -80,7 +80,7 @@ std::string IdsText(const Ids& ids) {
 
 Report Adopt(const AdoptArguments& arguments) {
     if (arguments.all != arguments.ids.empty())
-        throw UsageError{"Give the ids of the functions to adopt, or --all."};
+        throw UsageError{"Specify either the ids of the functions to adopt or --all."};
     RequireBaseCatalogue();
     const Library library;
     const FunctionBaseHolder holder{nullptr, CollectBaseFunctions(library, arguments)};
@@ -88,14 +88,14 @@ Report Adopt(const AdoptArguments& arguments) {
     RequireSaved(Defaults);
     RequireCatalogue(library);
     const Ids adopted = CatalogueIds(library);
-    Ids leftOut;
+    Ids skipped;
     for (const FunctionBaseRecord& record : holder.records)
         if (!adopted.contains(record.id))
-            leftOut.insert(record.id);
+            skipped.insert(record.id);
     std::string text = "The catalogue now consists of these functions: " + IdsText(adopted) + "\n";
-    if (!leftOut.empty())
-        text += "Left out, since they have no commands: " + IdsText(leftOut) + "\n";
-    return {text, {{"functions", adopted}, {"leftOut", leftOut}}};
+    if (!skipped.empty())
+        text += "Skipped because they have no commands: " + IdsText(skipped) + "\n";
+    return {text, {{"functions", adopted}, {"skipped", skipped}}};
 }
 
 Json PowerSettingJson(const SpecPowerSettingRecord& setting) {
@@ -122,7 +122,7 @@ std::string SpecSchemeText(const SpecSchemeRecord& scheme) {
     for (const SpecSubGroupRecord& subGroup : scheme.subGroups) {
         text += "    Subgroup " + SchemeGuid(subGroup.subGroup) + "\n";
         for (const auto& [ac, dc, powerSetting] : subGroup.powerSettings)
-            text += "        " + SchemeGuid(powerSetting) + "  " + std::to_string(ac) + " on mains, " +
+            text += "        " + SchemeGuid(powerSetting) + "  " + std::to_string(ac) + " plugged in, " +
                     std::to_string(dc) + " on battery\n";
     }
     return text;
@@ -146,19 +146,19 @@ Report ListSpecSchemes() {
 
 void AddBaseCommands(CommandSet& commands) {
     commands.Add<BaseArguments>(
-        "base", "List the functions of the base catalogue, with what it prescribes for them",
+        "base", "List the functions of the base catalogue with their options, defaults and commands",
         {"base", "base --unsupported --json"},
         [](CLI::App& command, BaseArguments& arguments) {
             AddFlag(command, "--unsupported", arguments.unsupported,
-                    "List only those that the catalogue of this machine lacks");
+                    "List only the functions that are not in the catalogue of this machine");
         },
         ListBaseFunctions);
     commands.Add<AdoptArguments>(
-        "adopt", "Make functions of the base catalogue the catalogue of this machine",
+        "adopt", "Replace the catalogue of this machine with functions of the base catalogue",
         {"adopt 1 2 9", "adopt --all"},
         [](CLI::App& command, AdoptArguments& arguments) {
             AddArgument(command, "ID", arguments.ids, "The ids of the functions");
-            AddFlag(command, "--all", arguments.all, "Adopt all of them");
+            AddFlag(command, "--all", arguments.all, "Adopt all functions");
         },
         Adopt);
     commands.Add("spec-schemes", "List the Windows power settings that the base catalogue prescribes",

@@ -23,7 +23,7 @@ Report CountFunctions() {
 std::string FunctionText(std::uint32_t id, const FunctionRecord& function) {
     return std::to_string(id) + "  " + ToUtf8(function.name) + "\n" +                     //
            "    Group       " + ToUtf8(function.group) + "\n" +                           //
-           "    On mains    " + OptionsText(OptionsOf(function.acDisplayItems)) + "\n" +  //
+           "    Plugged in  " + OptionsText(OptionsOf(function.acDisplayItems)) + "\n" +  //
            "    On battery  " + OptionsText(OptionsOf(function.dcDisplayItems)) + "\n";
 }
 
@@ -65,7 +65,7 @@ void AddCatalogueCommands(CommandSet& commands) {
         {"functions", "functions --language de-DE"},
         [](CLI::App& command, FunctionsArguments& arguments) {
             AddOption(command, "--language", "TAG", arguments.language,
-                      "Show the texts of a language, such as de-DE, instead of the user's");
+                      "Show the texts in this language, such as de-DE, instead of the user's");
         },
         ListFunctions);
 }

@@ -73,10 +73,10 @@ Report ListParams(const ParamsArguments& arguments) {
 
 // Returns the option, or nothing if the parameter selects none. In that case the library does not write the
 // field, so the two initial values differ.
-std::optional<std::int32_t> Option(std::uint32_t overZeros, std::uint32_t overOnes) {
-    if (overZeros != overOnes)
+std::optional<std::int32_t> Option(std::uint32_t zeroFilled, std::uint32_t oneFilled) {
+    if (zeroFilled != oneFilled)
         return {};
-    return static_cast<std::int32_t>(overZeros);
+    return static_cast<std::int32_t>(zeroFilled);
 }
 
 std::string OptionText(const std::optional<std::int32_t>& option) {
@@ -97,14 +97,14 @@ Report ListCurrentOptions(const CurrentArguments& arguments) {
     Table table{{{"ID"}, {"AC"}, {"DC"}}};
     Json list = Json::array();
     for (std::uint32_t position = 0; position < functions; ++position) {
-        FuncCurValue overZeros = {};
-        FuncCurValue overOnes = {~0U, ~0U, ~0U};
-        if (!library.GetFuncCurValue(position, &overZeros) || !library.GetFuncCurValue(position, &overOnes))
-            continue;  // nothing is set in the scheme
-        const auto ac = Option(overZeros.ACValue, overOnes.ACValue);
-        const auto dc = Option(overZeros.DCValue, overOnes.DCValue);
-        table.Add({std::to_string(overZeros.FunctionId), OptionText(ac), OptionText(dc)});
-        list.push_back({{"id", overZeros.FunctionId}, {"ac", OptionJson(ac)}, {"dc", OptionJson(dc)}});
+        FuncCurValue zeroFilled = {};
+        FuncCurValue oneFilled = {~0U, ~0U, ~0U};
+        if (!library.GetFuncCurValue(position, &zeroFilled) || !library.GetFuncCurValue(position, &oneFilled))
+            continue;  // the library has no value for any function of the scheme
+        const auto ac = Option(zeroFilled.ACValue, oneFilled.ACValue);
+        const auto dc = Option(zeroFilled.DCValue, oneFilled.DCValue);
+        table.Add({std::to_string(zeroFilled.FunctionId), OptionText(ac), OptionText(dc)});
+        list.push_back({{"id", zeroFilled.FunctionId}, {"ac", OptionJson(ac)}, {"dc", OptionJson(dc)}});
     }
     return {"Scheme: " + SchemeTitle(arguments.scheme) + "\n\n" + table.Text(),
             {{"scheme", SchemeGuid(arguments.scheme)}, {"options", list}}};
@@ -170,7 +170,7 @@ Report SetIndex(const SetIndexArguments& arguments) {
     const auto found = params.find(arguments.functionId);
     if (found == params.end())
         throw Error{"Function " + std::to_string(arguments.functionId) +
-                    " is hidden on this display: \"set\" takes both indices."};
+                    " is hidden on this display: use \"set\" to set both indices."};
     all.value = found->second;
     all.value.*Index = arguments.index;
     return Store(library, all);
@@ -179,7 +179,7 @@ Report SetIndex(const SetIndexArguments& arguments) {
 void DeclareSetIndex(CLI::App& command, SetIndexArguments& arguments) {
     AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to change");
     AddArgument(command, "ID", arguments.functionId, "The id of the function");
-    AddArgument(command, "INDEX", arguments.index, "The position of its option, from 0");
+    AddArgument(command, "INDEX", arguments.index, "The zero-based position of the option");
 }
 
 Report Reset() {
@@ -200,7 +200,7 @@ Report Reset() {
 
 void AddParameterCommands(CommandSet& commands) {
     commands.Add<ParamsArguments>(
-        "params", "List what the functions are set to in a power scheme",
+        "params", "List the values of the functions in a power scheme",
         {"params balanced", "params SCHEME_MAX --default",
          "params 381b4222-f694-41f0-9685-ff5bb260df2e --json"},
         [](CLI::App& command, ParamsArguments& arguments) {
@@ -210,7 +210,7 @@ void AddParameterCommands(CommandSet& commands) {
         },
         ListParams);
     commands.Add<CurrentArguments>(
-        "current", "List the options that a power scheme selects; \"-\" where there is none",
+        "current", "List the options that a power scheme selects; \"-\" if a value selects none",
         {"current balanced"},
         [](CLI::App& command, CurrentArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
@@ -222,17 +222,17 @@ void AddParameterCommands(CommandSet& commands) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to change");
             AddArgument(command, "ID", arguments.functionId, "The id of the function");
             AddArgument(command, "AC", arguments.value.ACParamIndex,
-                        "The position of its option on mains power, from 0");
+                        "The zero-based position of the option when plugged in");
             AddArgument(command, "DC", arguments.value.DCParamIndex,
-                        "The position of its option on battery, from 0");
+                        "The zero-based position of the option on battery");
         },
         SetParams);
-    commands.Add<SetIndexArguments>(
-        "setacvalueindex", "Set a function on mains power; on battery it stays as it is",
-        {"setacvalueindex SCHEME_BALANCED 1 0"}, DeclareSetIndex, SetIndex<&ParamValue::ACParamIndex>);
-    commands.Add<SetIndexArguments>(
-        "setdcvalueindex", "Set a function on battery; on mains power it stays as it is",
-        {"setdcvalueindex SCHEME_BALANCED 1 4"}, DeclareSetIndex, SetIndex<&ParamValue::DCParamIndex>);
+    commands.Add<SetIndexArguments>("setacvalueindex", "Set the AC value of a function and keep its DC value",
+                                    {"setacvalueindex SCHEME_BALANCED 1 0"}, DeclareSetIndex,
+                                    SetIndex<&ParamValue::ACParamIndex>);
+    commands.Add<SetIndexArguments>("setdcvalueindex", "Set the DC value of a function and keep its AC value",
+                                    {"setdcvalueindex SCHEME_BALANCED 1 4"}, DeclareSetIndex,
+                                    SetIndex<&ParamValue::DCParamIndex>);
     commands.Add("reset", "Reset all user settings to the defaults", {"reset"}, Reset);
 }
 

@@ -72,7 +72,7 @@ std::vector<std::string> Lines(std::wstring_view text) {
 }
 
 // A truncated string is one code unit shorter if it would have ended inside a surrogate pair.
-bool MayBeCut(std::wstring_view text) {
+bool MayBeTruncated(std::wstring_view text) {
     return text.size() + 2 >= TextCapacity;
 }
 
@@ -82,7 +82,7 @@ Differences Compare(const Library& library, const DiffArguments& arguments, std:
     library.GetDiffFuncList(&arguments.schemeA, &arguments.schemeB, mode, names, values);
     const std::vector<std::string> functions = Lines(names);
     const std::vector<std::string> settings = Lines(values);
-    Differences differences{{}, !MayBeCut(names) && !MayBeCut(values)};
+    Differences differences{{}, !MayBeTruncated(names) && !MayBeTruncated(values)};
     for (std::size_t i = 0; i < functions.size() && i < settings.size(); ++i)
         differences.list.push_back({functions[i].substr(2), settings[i]});  // without the "- "
     return differences;
@@ -109,7 +109,7 @@ Report ListDifferences(const DiffArguments& arguments) {
     const bool both = !arguments.ac && !arguments.dc;
     const Library library;
     RequireCatalogue(library);
-    Report report{"What " + SchemeTitle(arguments.schemeB) + "\nsets differently from " +
+    Report report{"Values of " + SchemeTitle(arguments.schemeB) + "\nthat differ from those of " +
                       SchemeTitle(arguments.schemeA) + "\n",
                   {{"from", SchemeGuid(arguments.schemeA)}, {"to", SchemeGuid(arguments.schemeB)}}};
     const auto add = [&](std::uint32_t mode, const char* source, const char* key) {
@@ -118,7 +118,7 @@ Report ListDifferences(const DiffArguments& arguments) {
         report.json[key] = DifferencesJson(differences);
     };
     if (arguments.ac || both)
-        add(1, "On mains", "ac");
+        add(1, "Plugged in", "ac");
     if (arguments.dc || both)
         add(2, "On battery", "dc");
     RequireIdle(UserSettings);
@@ -143,20 +143,20 @@ void AddSchemeCommands(CommandSet& commands) {
     commands.Add("aliases", "List the power schemes of Windows with their names and the aliases of powercfg",
                  {"aliases"}, ListAliases);
     commands.Add<CommandsArguments>(
-        "commands", "List the commands that carry out a power scheme, with their options",
+        "commands", "List the commands that apply a power scheme, with their options",
         {"commands balanced", "commands power-saver --json"},
         [](CLI::App& command, CommandsArguments& arguments) {
-            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to carry out");
+            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to apply");
         },
         ListCommands);
     commands.Add<DiffArguments>(
-        "diff", "List what a power scheme sets differently from another one",
+        "diff", "List the values of a power scheme that differ from those of another one",
         {"diff balanced power-saver", "diff balanced high-performance --ac"},
         [](CLI::App& command, DiffArguments& arguments) {
             AddArgument(command, "SCHEME", arguments.schemeA, "The power scheme to compare with");
-            AddArgument(command, "OTHER", arguments.schemeB, "The power scheme whose settings to list");
-            AddFlag(command, "--ac", arguments.ac, "Compare on mains power only");
-            AddFlag(command, "--dc", arguments.dc, "Compare on battery only");
+            AddArgument(command, "OTHER", arguments.schemeB, "The power scheme whose values to list");
+            AddFlag(command, "--ac", arguments.ac, "Compare only the values when plugged in");
+            AddFlag(command, "--dc", arguments.dc, "Compare only the values on battery");
         },
         ListDifferences);
 }

@@ -33,12 +33,12 @@ Report GetSetting(const GetSettingArguments& arguments) {
 Report SetSetting(const SetSettingArguments& arguments) {
     const std::wstring value = ToUtf16(arguments.value);
     if (value.size() >= TextCapacity)
-        throw UsageError{"The value is too long: a setting has " + std::to_string(TextCapacity - 1) +
-                         " characters at most."};
+        throw UsageError{"The value is too long: a setting can have at most " +
+                         std::to_string(TextCapacity - 1) + " characters."};
     const Library library;
     if (!library.SetCommonSetting(ToUtf16(arguments.name).c_str(), value.c_str()))
         throw Error{"The setting could not be stored: \"" + arguments.name +
-                    "\" is no name for one, or the value has characters that XML cannot hold, or the " +
+                    "\" is not a valid name, the value contains characters that XML does not allow, or the " +
                     TitleOf(UserSettings) + " cannot be written."};
     RequireSaved(UserSettings);
     return {arguments.name + " is now \"" + arguments.value + "\".\n",
@@ -49,9 +49,10 @@ Report InitSettings() {
     const Library library;
     if (!library.InitCommonSetting())
         throw Error{"The common settings could not be initialised: the " + TitleOf(BaseCatalogue) +
-                    " has none, or the " + TitleOf(Defaults) + " cannot be written."};
+                    " contains none, or the " + TitleOf(Defaults) + " cannot be written."};
     RequireSaved(Defaults);
-    return {"The defaults have the common settings of the base catalogue.\n", {{"initialised", true}}};
+    return {"The default settings were replaced with those of the base catalogue.\n",
+            {{"initialised", true}}};
 }
 
 }  // namespace
@@ -59,7 +60,7 @@ Report InitSettings() {
 void AddSettingCommands(CommandSet& commands) {
     CommandSet setting = commands.AddSet("setting", "Read, change or initialise common settings");
     setting.Add<GetSettingArguments>(
-        "get", "Read a setting: the user's, else the default, else that of the base catalogue",
+        "get", "Read a setting of the user, otherwise the default, otherwise that of the base catalogue",
         {"setting get LowBatteryWarning"},
         [](CLI::App& command, GetSettingArguments& arguments) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
@@ -69,10 +70,10 @@ void AddSettingCommands(CommandSet& commands) {
         "set", "Change a setting of the user", {"setting set LowBatteryWarning 20"},
         [](CLI::App& command, SetSettingArguments& arguments) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
-            AddArgument(command, "VALUE", arguments.value, "Its value");
+            AddArgument(command, "VALUE", arguments.value, "The value of the setting");
         },
         SetSetting);
-    setting.Add("init", "Make the settings of the base catalogue the defaults", {"setting init"},
+    setting.Add("init", "Replace the default settings with those of the base catalogue", {"setting init"},
                 InitSettings);
 }
 

@@ -28,11 +28,11 @@ TEST_F(AdoptTest, ReplacesTheCatalogueThatWasThere) {
 TEST_F(AdoptTest, AdoptsAllFunctionsButThoseWithoutCommands) {
     EXPECT_EQ(Output({L"adopt", L"--all"}),
               "The catalogue now consists of these functions: 1, 2\n"
-              "Left out, since they have no commands: 3\n");
+              "Skipped because they have no commands: 3\n");
 }
 
 TEST_F(AdoptTest, GivesTheFunctionsAsJson) {
-    EXPECT_EQ(JsonOutput({L"adopt", L"--all"}), Json({{"functions", {1, 2}}, {"leftOut", Json::array({3})}}));
+    EXPECT_EQ(JsonOutput({L"adopt", L"--all"}), Json({{"functions", {1, 2}}, {"skipped", Json::array({3})}}));
 }
 
 TEST_F(AdoptTest, TakesOverWhatTheBaseCatalogueHas) {
@@ -46,7 +46,7 @@ TEST_F(AdoptTest, TakesOverWhatTheBaseCatalogueHas) {
 }
 
 TEST_F(AdoptTest, NeedsEitherIdsOrAll) {
-    const std::string sentence = "Give the ids of the functions to adopt, or --all.";
+    const std::string sentence = "Specify either the ids of the functions to adopt or --all.";
     ExpectError({L"adopt"}, WrongUsage, sentence);
     ExpectError({L"adopt", L"1", L"--all"}, WrongUsage, sentence);
 }

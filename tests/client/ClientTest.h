@@ -91,7 +91,7 @@ protected:
     void ExpectUnknownScheme(const Arguments& arguments, const std::string& scheme) const {
         ExpectError(arguments, WrongUsage,
                     "\"" + scheme +
-                        "\" is no power scheme: give its GUID, or balanced, high-performance or "
+                        "\" is not a power scheme: specify its GUID, or balanced, high-performance or "
                         "power-saver.");
     }
 

@@ -136,7 +136,7 @@ TEST_F(CommandLineTest, HeadingsArePlainInAFile) {
 
 TEST_F(CommandLineTest, RefusesAnUnknownStyle) {
     ExpectError({L"aliases", L"--color", L"red"}, WrongUsage,
-                "--color takes auto, always or never, not \"red\".");
+                "--color must be auto, always or never, not \"red\".");
 }
 
 TEST_F(CommandLineTest, HelpNamesTheOptionsOfACommand) {
@@ -166,7 +166,7 @@ TEST_F(CommandLineTest, NeedsACommand) {
     const Outcome outcome = Run({});
     EXPECT_EQ(outcome.exitStatus, WrongUsage);
     EXPECT_EQ(outcome.output, "");
-    EXPECT_EQ(outcome.errors, "zotdamctl: No command is given.\n\n" + Output({L"--help"}) + "\n");
+    EXPECT_EQ(outcome.errors, "zotdamctl: No command is specified.\n\n" + Output({L"--help"}) + "\n");
 }
 
 TEST_F(CommandLineTest, ASetOfCommandsNeedsOneOfThem) {

@@ -4,8 +4,8 @@
 namespace ZOTDam::Test {
 
 constexpr char BalancedToHighPerformance[] =
-    "What high-performance (8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c)\n"
-    "sets differently from balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n";
+    "Values of high-performance (8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c)\n"
+    "that differ from those of balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n";
 
 class DiffTest : public ClientTest {
 protected:
@@ -40,7 +40,7 @@ protected:
 TEST_F(DiffTest, ShowsTheDifferencesAsTables) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"high-performance"}), std::string{BalancedToHighPerformance} +
                                                                        "\n"
-                                                                       "On mains:\n"
+                                                                       "Plugged in:\n"
                                                                        "\n"
                                                                        "Function     Setting\n"
                                                                        "Sleep after  high\n"
@@ -88,7 +88,7 @@ TEST_F(DiffTest, AlignsWideCharacters) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"high-performance", L"--ac"}),
               std::string{BalancedToHighPerformance} +
                   "\n"
-                  "On mains:\n"
+                  "Plugged in:\n"
                   "\n"
                   "Function         Setting\n"
                   "ｽﾘｰﾌﾟ e\u0301          高い\n"
@@ -118,10 +118,10 @@ TEST_F(DiffTest, ComparesOnBothWhenBothAreAskedFor) {
 
 TEST_F(DiffTest, TellsThatThereAreNoDifferences) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"balanced"}),
-              "What balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
-              "sets differently from balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
+              "Values of balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
+              "that differ from those of balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
               "\n"
-              "On mains: no differences\n"
+              "Plugged in: no differences\n"
               "\n"
               "On battery: no differences\n");
     EXPECT_EQ(JsonOutput({L"diff", L"balanced", L"balanced", L"--ac"})["ac"],
@@ -143,8 +143,8 @@ TEST_F(DiffTest, ShowsTheKeyOfAFunctionAndNothingForASettingWithoutTranslation) 
 TEST_F(DiffTest, ShowsSchemesWithoutNameByTheirGuids) {
     EXPECT_TRUE(
         Output({L"diff", L"0a1b2c3d-1111-2222-3333-444455556666", L"{0A1B2C3D-1111-2222-3333-444455557777}"})
-            .starts_with("What 0a1b2c3d-1111-2222-3333-444455557777\n"
-                         "sets differently from 0a1b2c3d-1111-2222-3333-444455556666\n"));
+            .starts_with("Values of 0a1b2c3d-1111-2222-3333-444455557777\n"
+                         "that differ from those of 0a1b2c3d-1111-2222-3333-444455556666\n"));
 }
 
 TEST_F(DiffTest, AnEmptyCatalogueHasNoDifferences) {
@@ -199,7 +199,7 @@ TEST_F(LongDiffTest, TellsThatThereMayBeMore) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"high-performance", L"--ac"}),
               std::string{BalancedToHighPerformance} +
                   "\n"
-                  "On mains:\n"
+                  "Plugged in:\n"
                   "\n"
                   "Function    Setting\n"
                   "Brightness  high\n"
@@ -228,7 +228,7 @@ TEST_F(LongDiffTest, DoesNotTakeASingleCutLineForNoDifferences) {
     WriteNames(std::string(259, 'a'), "Sleep after");
     EXPECT_EQ(AcJson(), Json({{"differences", Json::array()}, {"complete", false}}));
     EXPECT_TRUE(Output({L"diff", L"balanced", L"high-performance", L"--ac"})
-                    .ends_with("On mains:\n"
+                    .ends_with("Plugged in:\n"
                                "\n"
                                "Function  Setting\n"
                                "There may be more.\n"));

@@ -44,12 +44,12 @@ TEST_F(FunctionsTest, ShowsTheFunctionsWithTheirOptions) {
     EXPECT_EQ(Output({L"functions"}),
               "1  Brightness\n"
               "    Group       Display\n"
-              "    On mains    0: Bright (100)  1: Very dark (-20)\n"
+              "    Plugged in  0: Bright (100)  1: Very dark (-20)\n"
               "    On battery  0: Very dark (-20)\n"
               "\n"
               "20  Sleep after\n"
               "    Group       Power\n"
-              "    On mains    none\n"
+              "    Plugged in  none\n"
               "    On battery  none\n");
 }
 
@@ -98,7 +98,7 @@ TEST_F(FunctionsTest, ShowsTheKeyOfWhatHasNoTranslation) {
     EXPECT_TRUE(Output({L"functions"})
                     .starts_with("1  LightKey\n"
                                  "    Group       ScreenKey\n"
-                                 "    On mains    0: BrightKey (100)  1: Very dark (-20)\n"));
+                                 "    Plugged in  0: BrightKey (100)  1: Very dark (-20)\n"));
 }
 
 TEST_F(FunctionsTest, ShowsTheKeysWithoutAStringTable) {
@@ -111,7 +111,7 @@ TEST_F(FunctionsTest, WritesTextsInAnyScriptAsUtf8) {
     EXPECT_TRUE(Output({L"functions"})
                     .starts_with("1  画面の明るさ \U0001F50B\n"
                                  "    Group       ScreenKey\n"
-                                 "    On mains    0: größer (100)  1: DarkKey (-20)\n"));
+                                 "    Plugged in  0: größer (100)  1: DarkKey (-20)\n"));
     EXPECT_EQ(FirstName({}), "画面の明るさ \U0001F50B");
 }
 

@@ -51,7 +51,7 @@ TEST_F(PowercfgTest, SetsNoFunctionThatIsUnknown) {
 
 TEST_F(PowercfgTest, SetsNoFunctionWhoseOtherIndexIsHidden) {
     ExpectError({L"setdcvalueindex", L"balanced", L"8", L"0"}, Failure,
-                "Function 8 is hidden on this display: \"set\" takes both indices.");
+                "Function 8 is hidden on this display: use \"set\" to set both indices.");
 }
 
 TEST_F(PowercfgTest, NeedsTheCatalogueAndTheUserSettings) {

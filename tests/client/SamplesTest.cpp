@@ -119,7 +119,7 @@ TEST_F(SamplesTest, SelectAnOptionOfEachFunctionInEachScheme) {
 
 TEST_F(SamplesTest, CarryOutTheUsersChoices) {
     const Json commands = JsonOutput({L"commands", L"balanced"})["commands"];
-    EXPECT_EQ(commands[0]["option1"], 100) << "on mains";
+    EXPECT_EQ(commands[0]["option1"], 100) << "plugged in";
     EXPECT_EQ(commands[0]["option2"], 40) << "on battery";
 }
 

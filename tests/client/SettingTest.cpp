@@ -96,16 +96,17 @@ TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheDefaults) {
 class SettingSetTest : public SettingCommandTest {
 protected:
     void ExpectNotStored(const std::wstring& name, const std::wstring& value) const {
-        ExpectError({L"setting", L"set", name, value}, Failure,
-                    "The setting could not be stored: \"" + Utf8(name) +
-                        "\" is no name for one, or the value has characters that XML cannot hold, or the "
-                        "user settings file " +
-                        Utf8(installation.UserFile()) + " cannot be written.");
+        ExpectError(
+            {L"setting", L"set", name, value}, Failure,
+            "The setting could not be stored: \"" + Utf8(name) +
+                "\" is not a valid name, the value contains characters that XML does not allow, or the "
+                "user settings file " +
+                Utf8(installation.UserFile()) + " cannot be written.");
     }
 
     void ExpectTooLong(const std::wstring& value) const {
         ExpectError({L"setting", L"set", L"Warning", value}, WrongUsage,
-                    "The value is too long: a setting has 259 characters at most.");
+                    "The value is too long: a setting can have at most 259 characters.");
     }
 };
 
@@ -208,14 +209,14 @@ protected:
 
     std::string NotInitialised() const {
         return "The common settings could not be initialised: the base catalogue " +
-               Utf8(installation.BaseFile()) + " has none, or the defaults file " +
+               Utf8(installation.BaseFile()) + " contains none, or the defaults file " +
                Utf8(installation.DefaultsFile()) + " cannot be written.";
     }
 };
 
 TEST_F(SettingInitTest, MakesTheSettingsOfTheBaseCatalogueTheDefaults) {
     EXPECT_EQ(Output({L"setting", L"init"}),
-              "The defaults have the common settings of the base catalogue.\n");
+              "The default settings were replaced with those of the base catalogue.\n");
     EXPECT_EQ(Get(L"Warning"), "10");
     ExpectError({L"setting", L"get", L"Icon"}, Failure, "There is no common setting \"Icon\".");
 }

@@ -23,7 +23,7 @@ TEST_F(SpecSchemesTest, ShowsThePowerSettingsOfEachScheme) {
     EXPECT_EQ(Output({L"spec-schemes"}),
               "balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
               "    Subgroup 7516b95f-f776-4464-8c53-06167f40cc99\n"
-              "        aded5e82-b909-4619-9949-f5d71dac0bcb  80 on mains, -4 on battery\n"
+              "        aded5e82-b909-4619-9949-f5d71dac0bcb  80 plugged in, -4 on battery\n"
               "\n"
               "00000000-1111-2222-3333-444455556666\n");
 }
