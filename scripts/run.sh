@@ -38,18 +38,18 @@ rm -rf "$user_settings"
 cp -r samples/. "$drive"
 # The suite ships only the base catalogue and the string tables. The tour creates the other files.
 rm "$installation/ZOTDefault.xml" "$user_settings/ZOTPowercfg.xml"
-step 'The base catalogue: what the suite knows of each function, and how to check for it' 6 base
-step 'Provisioning: this machine gets all of the functions' 1 adopt --all
-step 'It gets the default settings, too' 1 setting init
-step 'Its functions, with the options when plugged in and on battery' 4 functions
-step 'The same for a user in Germany' 2 functions --language de-DE
-step 'What the balanced scheme sets them to: the defaults of the base catalogue' 6 params balanced
-step 'The options for which this stands' 4 current balanced
-step 'A change: the brightest option when plugged in, the dimmest on battery' 4 set balanced 1 0 4
-step 'The commands that carry the balanced scheme out' 4 commands balanced
-step 'What the power saver does differently when plugged in' 12 diff balanced power-saver --ac
+step 'The base catalogue: each function with its options, defaults and commands' 6 base
+step 'Provisioning: adopts all functions on this machine' 1 adopt --all
+step 'Copies the default settings from the base catalogue' 1 setting init
+step 'The functions, with their options when plugged in and on battery' 4 functions
+step 'The same in German' 2 functions --language de-DE
+step 'The values of the balanced scheme: the defaults of the base catalogue' 6 params balanced
+step 'The options that these values select' 4 current balanced
+step 'Selects the brightest option when plugged in, and the darkest on battery' 4 set balanced 1 0 4
+step 'The commands that apply the balanced scheme' 4 commands balanced
+step 'The values of the power saver that differ when plugged in' 12 diff balanced power-saver --ac
 step 'The Windows power settings that the suite prescribes for each scheme' 3 spec-schemes
-step 'A common setting: the user has not changed it, so it is the default' 1 setting get LowBatteryWarning
-step 'The user changes it' 1 setting set LowBatteryWarning 20
-step 'All that the user has changed is thrown away' 1 reset
-step 'So the default counts again' 1 setting get LowBatteryWarning
+step 'A common setting: the default, because the user has not changed it' 1 setting get LowBatteryWarning
+step 'Changes it' 1 setting set LowBatteryWarning 20
+step 'Removes all changes of the user' 1 reset
+step 'The default applies again' 1 setting get LowBatteryWarning
