@@ -10,8 +10,8 @@ namespace ZOTDam {
 
 namespace {
 
-// Deliberate: one set of working records for the whole read, so that an element inherits the previous
-// element's value of each missing attribute.
+// One set of working records for the whole read: an element inherits the previous element's value of each
+// missing attribute. Compatibility: C20.
 struct WorkingRecords {
     FunctionBaseRecord function;
     BaseCommandItem commandItem;

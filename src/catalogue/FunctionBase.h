@@ -8,7 +8,7 @@ namespace ZOTDam {
 
 // Appends a record for every function of the base catalogue. A missing attribute inherits the previous
 // element's value, across functions and families. Returns false when a function cannot be read; the records
-// before it stay in `output`.
+// before it stay in `output`. Compatibility: C22.
 bool ReadFunctionBase(List<FunctionBaseRecord>& output) noexcept;
 
 // Replaces the content of `output` with the functions of the base catalogue that are not in the table. On

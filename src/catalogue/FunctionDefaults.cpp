@@ -46,7 +46,7 @@ void WriteFunction(IXMLDOMElement* functions, const FunctionBaseRecord& record) 
     AppendCopy(function, record.displayNode);
     AppendCopy(function, record.defaultNode);
     const IXMLDOMElementPtr commands = WriteCommands(function, record.commandFamilies);
-    // Deliberate: a function without commands is left out.
+    // A function without commands is left out. Compatibility: C25.
     if (SelectChild(commands, Elements::CommandItem))
         AppendChild(functions, function);
 }
@@ -56,7 +56,7 @@ void WriteFunction(IXMLDOMElement* functions, const FunctionBaseRecord& record) 
 bool ReplaceFunctionDefaults(const List<FunctionBaseRecord>& records) noexcept {
     return FalseOnException([&] {
         CXmlZOTDefault* defaults = DefaultsDocument.Get();
-        // Deliberate: without a document there is nothing to write, which counts as success.
+        // Without a document, there is nothing to write. Compatibility: C4.
         if (defaults == nullptr)
             return true;
         const IXMLDOMElementPtr functions = defaults->Functions();

@@ -25,7 +25,7 @@ bool CollectFunctionInfo(CFunctionTable& table, std::map<std::int32_t, FunctionR
 }
 
 FunctionRecord LocaliseFunctionRecord(FunctionRecord record) noexcept {
-    // Each key is replaced in place, so the user sees the key itself when it has no text.
+    // Each key is replaced in place, so the user sees the key itself when it has no text. Compatibility: C27.
     if (const CStringTableControler* stringTable = StringTableDocument.Get()) {
         stringTable->Lookup(record.group, record.group);
         stringTable->Lookup(record.name, record.name);

@@ -22,8 +22,8 @@ bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
         const std::int32_t id = ReadFunctionElement(function, record);
         if (id < 0 || !ReadCommandItems(SelectChild(function, Elements::Commands), commands))
             return false;
-        // If two functions have the same id, the first one is used. Moving a record moves its lists, but
-        // copies its numbers and strings, so the next function can inherit them.
+        // If two functions have the same id, the first one is used (Compatibility: C23). Moving a record
+        // moves its lists, but copies its numbers and strings, so the next function can inherit them.
         table.functions.try_emplace(id, std::move(record));
         table.commands.try_emplace(id, std::move(commands));
     }

@@ -1,6 +1,6 @@
 // Functions that read the "Functions" section of the defaults file. An element with a missing attribute
-// inherits the previous element's value: the working records are deliberately not reset in between. Only
-// LoadFunctionTable catches exceptions.
+// inherits the previous element's value: the working records are not reset in between. Compatibility: C20.
+// Only LoadFunctionTable catches exceptions.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 namespace ZOTDam {
 
 // Rebuilds both maps of the table. On failure, returns false and leaves both empty, so that a partial
-// catalogue is never used.
+// catalogue is never used. Compatibility: C21.
 bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcept;
 
 // Returns the function's id, or -1 when the id is missing or `function` is null.

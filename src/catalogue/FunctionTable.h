@@ -26,6 +26,7 @@ struct CommandItem {
 };
 
 // The functions and commands, keyed by function id. The table counts as loaded when neither map is empty.
+// Compatibility: C26.
 struct CFunctionTable {
     using Functions = std::map<std::int32_t, FunctionRecord>;
 
