@@ -9,6 +9,7 @@ namespace ZOTDam {
 
 namespace {
 
+// Every index except 0 means battery. Compatibility: C44.
 std::int32_t ResolveOption(const FunctionRecord& function, const ParamValue& param,
                            std::int32_t paramIndex) noexcept {
     const DisplayItem* item = SelectDisplayItem(function, param, paramIndex == 0 ? AC : DC);
@@ -42,8 +43,8 @@ bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandI
 
 void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output) {
     for (const auto& [functionId, commands] : table.commands) {
-        // Deliberate: checked again for each function, because the first command adds an entry to an empty
-        // map.
+        // Checked again for each function: the first command adds an entry to an empty map.
+        // Compatibility: C43.
         if (!params.empty() && !params.contains(functionId))
             continue;
         for (const CommandItem& command : commands)

@@ -14,14 +14,13 @@ namespace {
 using Positions = decltype(CFunctionTable::positions);
 
 Positions::const_iterator FindPosition(const Positions& positions, std::uint32_t position) noexcept {
-    // Deliberate: the position is treated as signed. A negative one means the first function if there are
-    // several.
+    // A negative position means the first function if there are several. Compatibility: C39.
     if (static_cast<std::int32_t>(position) < 0)
         return positions.size() > 1 ? positions.begin() : positions.end();
     return position < positions.size() ? std::next(positions.begin(), position) : positions.end();
 }
 
-// The two refresh-rate functions are reported with the same id.
+// The two refresh-rate functions are reported with the same id. Compatibility: C40.
 std::uint32_t ReportedId(std::int32_t functionId) noexcept {
     return static_cast<std::uint32_t>(functionId == 8 ? 7 : functionId);
 }

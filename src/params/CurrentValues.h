@@ -10,8 +10,8 @@ namespace ZOTDam {
 bool ReloadCurrentValues(CFunctionTable& table, const GUID& scheme, ParamMap& cache) noexcept;
 
 // Reads the current options of the function at a position of the table. A field whose parameter selects no
-// display item is left unchanged. A function that is missing from the cache is added to it with its first
-// options. Returns false when the table has no such position.
+// display item is left unchanged (Compatibility: C42). A function that is missing from the cache is added to
+// it with its first options (Compatibility: C41). Returns false when the table has no such position.
 bool ReadCurrentValue(const CFunctionTable& table, ParamMap& cache, std::uint32_t position,
                       FuncCurValue& value) noexcept;
 

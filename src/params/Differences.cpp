@@ -13,10 +13,10 @@ namespace ZOTDam {
 
 namespace {
 
-// The group whose functions are listed first.
+// The group whose functions are listed first. Compatibility: C48.
 constexpr std::wstring_view LeadingGroup = L"Group1Name";
 
-// Deliberate: the line feed comes first. The suite's programs split the texts at this pair.
+// The line feed comes first. Compatibility: C45.
 constexpr std::wstring_view LineEnd = L"\n\r";
 
 struct DifferenceTexts {
@@ -36,6 +36,7 @@ const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
     }
 }
 
+// A label without a text becomes an empty line. Compatibility: C47.
 void AppendDifference(FunctionRecord& function, const DisplayItem* selected, DifferenceTexts& texts) {
     Text value = {};
     if (const CStringTableControler* stringTable = StringTableDocument.Get()) {

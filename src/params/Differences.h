@@ -9,7 +9,7 @@ namespace ZOTDam {
 // skipped. The mode selects the power source: 1 is AC, 2 is DC. Returns false and writes nothing for another
 // mode, when the schemes do not differ, or when a scheme cannot be loaded.
 //
-// Deliberate: the listed functions keep their translated names in the table from then on.
+// The listed functions keep their translated names in the table from then on. Compatibility: C46.
 bool BuildDifferenceTexts(CFunctionTable& table, const GUID& schemeA, const GUID& schemeB, std::uint32_t mode,
                           wchar_t* names, wchar_t* values) noexcept;
 

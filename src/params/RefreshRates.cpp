@@ -11,13 +11,14 @@ bool IsRefreshRateFunction(std::int32_t functionId) noexcept {
 }
 
 // Displays report 59 Hz for 59.94 Hz, so rates that differ by one are equal. The subtraction wraps around.
+// Compatibility: C38.
 bool IsSameRate(std::int32_t rate, DWORD frequency) noexcept {
     const auto difference = static_cast<std::int32_t>(static_cast<std::uint32_t>(rate) - frequency);
     return difference >= -1 && difference <= 1;
 }
 
 bool DisplaySupports(std::int32_t rateA, std::int32_t rateB) noexcept {
-    // Deliberate: dmSize is zero, and the structure is not reset between the modes.
+    // Even dmSize is zero, and the structure is not reset between the modes. Compatibility: C37.
     DEVMODEW mode = {};
     bool supportsA = false;
     bool supportsB = false;

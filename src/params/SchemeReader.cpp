@@ -30,7 +30,7 @@ bool CompleteParameters(const CFunctionTable& table, const GUID& scheme, ParamMa
     ParamMap defaults;
     bool added = false;
     for (const auto& [id, function] : table.functions) {
-        // Deliberate: an empty scheme is never completed.
+        // An empty scheme is never completed. Compatibility: C31.
         if (!out.empty() && !out.contains(id)) {
             if (defaults.empty())
                 ReadDefaultSchemeParameters(scheme, defaults);
@@ -49,7 +49,7 @@ bool LoadSchemeParameters(CFunctionTable& table, const GUID& scheme, ParamMap& o
     return FalseOnException([&] {
         const bool catalogueLoaded = EnsureFunctionTable(table);
         CXmlZOTPowercfg* settings = OpenUserSettings();
-        // Deliberate: without the user settings, `out` is left unchanged.
+        // Without the user settings, `out` is left unchanged. Compatibility: C4.
         if (settings == nullptr)
             return catalogueLoaded;
         const IXMLDOMElementPtr powerSchemes = settings->PowerSchemes();
@@ -70,7 +70,7 @@ bool ReadUserSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, 
     for (const IXMLDOMElementPtr& function : SelectChildren(schemeElement, Elements::Function)) {
         std::int32_t id = 0;
         ParamValue value;
-        // A function with a missing attribute ends the reading; it and all later functions count as missing.
+        // A function with a missing attribute ends the reading. Compatibility: C32.
         if (!ReadAttribute(function, Attributes::ID, id) || !ReadParamValue(function, value))
             break;
         out.try_emplace(out.end(), id, value);

@@ -8,6 +8,7 @@ namespace ZOTDam {
 
 // Finds the first child element with this name and GUID; leaves `found` unchanged when no element matches.
 // Returns false when an element without a GUID ended the search; the elements after it are not examined.
+// Compatibility: C33.
 bool FindByGuid(IXMLDOMNode* parent, const CXmlName& name, const CGuidString& guid, IXMLDOMElementPtr& found);
 
 // Returns the stored scheme that readers and the writer use for this GUID, or null.

@@ -87,7 +87,7 @@ bool WriteFunctionParameters(IXMLDOMElement* schemeElement, const ParamMap& para
 bool ResetUserSettings() noexcept {
     return FalseOnException([] {
         CXmlZOTPowercfg* settings = UserSettingsDocument.Get();
-        // Deliberate: without a document there is nothing to reset, which counts as success.
+        // Without a document, there is nothing to reset. Compatibility: C4.
         if (settings == nullptr)
             return true;
         if (!settings->ResetSkeleton())

@@ -6,7 +6,7 @@
 namespace ZOTDam {
 
 // Reads the user settings from disk again, writes a scheme's parameters into them and saves them. A skipped
-// or failed save is not reported.
+// or failed save is not reported. Compatibility: C2.
 bool SaveSchemeParameters(const GUID& scheme, const ParamMap& params) noexcept;
 
 // The same for a client's map.
@@ -17,7 +17,7 @@ bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, con
 
 // Updates the functions in the scheme's element and appends those that are missing; removes no function.
 // Returns false when a function without an id ended the update; the functions that were not updated are still
-// appended.
+// appended. Compatibility: C35.
 bool WriteFunctionParameters(IXMLDOMElement* schemeElement, const ParamMap& params);
 
 // Removes all schemes and common settings from the user settings as this process last read them, and saves
