@@ -5,7 +5,8 @@ namespace ZOTDam {
 
 struct DataFileLocation {
     const wchar_t* folder;         // with environment variables and a final backslash
-    unsigned long folderCapacity;  // UTF-16 code units of the expanded folder, including its terminator
+    // In UTF-16 code units of the expanded folder, including its terminator. Compatibility: C17.
+    unsigned long folderCapacity;
     const wchar_t* fileName;
     const wchar_t* busyMarker;  // the mutex held while the file is loaded or saved; null if it is never saved
 };

@@ -180,7 +180,7 @@ IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, 
 
 IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CXmlName& name, const _variant_t& value) {
     IXMLDOMElementPtr element = CreateEmptyElement(GetOwnerDocument(parent), name);
-    // Deliberate: the line feed and the tab place a later child on its own, indented line.
+    // Places a later child on its own, indented line. Compatibility: C16.
     if (V_VT(&value) == VT_EMPTY)
         Check(element->put_text(CXmlName{L"\n\t"}.AsBstr()), element.GetInterfacePtr());
     else

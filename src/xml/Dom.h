@@ -49,8 +49,8 @@ inline CSelection SelectChildren(IXMLDOMNode* parent, const CXmlName& name) {
 IXMLDOMElementPtr SelectChild(IXMLDOMNode* parent, const CXmlName& name);
 
 // Reads an attribute. Returns false and leaves `field` unchanged when the attribute is missing. A number is
-// read up to its first non-digit character. Throws E_INVALIDARG when a string does not fit into a fixed
-// field, because a truncated string would be a different value.
+// read up to its first non-digit character (Compatibility: C18). Throws E_INVALIDARG when a string does not
+// fit into a fixed field, because a truncated string would be a different value (Compatibility: C19).
 bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t& field);
 bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, Text& field);
 bool ReadAttribute(IXMLDOMElement* element, const CXmlName& name, std::wstring& field);

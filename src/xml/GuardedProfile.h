@@ -7,11 +7,11 @@ namespace ZOTDam {
 // A data file that this and other processes read and write, each under the file's busy marker.
 class CGuardedProfile : public CZOTProfile {
 public:
-    // Reads the file again. If the file is busy, leaves the document unchanged.
+    // Reads the file again. If the file is busy, leaves the document unchanged. Compatibility: C3.
     void Open() noexcept;
 
     // Writes the file. If the file is busy or contains data that this process has not read, the changes stay
-    // in memory, which counts as success.
+    // in memory, which counts as success. Compatibility: C3.
     bool Save() noexcept;
 
     // Returns the document element, which is created when it is missing. Returns null without a DOM.

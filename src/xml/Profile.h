@@ -8,7 +8,7 @@
 namespace ZOTDam {
 
 // A data file as a DOM document. If the DOM cannot be created (COM is not initialised on the thread), the
-// object is still valid: searches find nothing, and loading and saving fail.
+// object is still valid: searches find nothing, and loading and saving fail. Compatibility: C9.
 class CZOTProfile {
 public:
     explicit CZOTProfile(std::wstring path);
@@ -17,10 +17,10 @@ public:
     virtual ~CZOTProfile() = default;
 
     // Returns the first child element with this name, which is created when it is missing. Returns null for a
-    // null parent.
+    // null parent. Compatibility: C14.
     virtual IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CXmlName& name);
 
-    // Returns the document element, whatever its name, or null.
+    // Returns the document element, whatever its name, or null. Compatibility: C15.
     IXMLDOMElementPtr FindRoot() const;
 
 protected:

@@ -33,7 +33,7 @@ bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexc
         const auto entry = std::ranges::find_if(entries, isSought);
         if (entry == entries.end())
             return false;
-        // Deliberate: an entry without a text hides later entries with the same name.
+        // An entry without a text hides later entries with the same name. Compatibility: C28.
         const IXMLDOMElementPtr value = SelectChild(entry->element, Elements::TextValue);
         if (!value)
             return false;

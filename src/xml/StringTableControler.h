@@ -12,9 +12,9 @@ class CStringTableControler : public CZOTProfile {
 public:
     CStringTableControler();
 
-    // Copies the text of the first entry for the key to `output`. The case of ASCII letters is ignored.
-    // Returns false and leaves `output` unchanged when no entry is found or the first one has no text. `key`
-    // may be `output` itself.
+    // Copies the text of the first entry for the key to `output`. The case of ASCII letters is ignored
+    // (Compatibility: C29). Returns false and leaves `output` unchanged when no entry is found or the first
+    // one has no text. `key` may be `output` itself.
     bool Lookup(const wchar_t* key, Text& output) const noexcept;
 
 private:

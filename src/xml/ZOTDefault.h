@@ -6,7 +6,7 @@
 namespace ZOTDam {
 
 // The defaults: the functions in use on this machine with their default parameters. The file is read only
-// when the object is created, so this process sees other processes' changes only after ZOTDamExit.
+// when the object is created. Compatibility: C11.
 class CXmlZOTDefault : public CGuardedProfile {
 public:
     CXmlZOTDefault();

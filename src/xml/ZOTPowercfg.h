@@ -6,7 +6,7 @@
 namespace ZOTDam {
 
 // The user settings. The file is read again before each use, so that every operation uses the current content
-// on disk. Only the reset uses the content that this process read last.
+// on disk. Only the reset uses the content that this process read last. Compatibility: C12.
 class CXmlZOTPowercfg : public CGuardedProfile {
 public:
     CXmlZOTPowercfg();
@@ -15,7 +15,7 @@ public:
     IXMLDOMElementPtr PowerSchemes() { return Section(Elements::PowerSchemes); }
 
     // Empties both sections. Returns false and keeps the common settings when the settings contain no
-    // schemes.
+    // schemes. Compatibility: C13.
     bool ResetSkeleton();
 
 private:
