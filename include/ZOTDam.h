@@ -11,6 +11,8 @@
 //  - Pointers must not be null unless stated otherwise. Strings are UTF-16.
 //  - The library only reads its input arguments; it never changes or frees them. The client must not change
 //    or free the data that OnItem receives. A record is valid only while its OnItem runs.
+//  - "Compatibility: C50" refers to an entry of docs/compatibility.md, which lists the surprising behaviour
+//    that is kept on purpose.
 #pragma once
 
 #include <guiddef.h>
@@ -84,7 +86,7 @@ public:
 
     iterator begin() noexcept { return iterator{head->next}; }
     iterator end() noexcept { return iterator{head}; }
-    // A client may mark its own list as empty by the count alone, so the links are not followed then.
+    // A client may mark its own list as empty by the count alone. Compatibility: C53.
     const_iterator begin() const noexcept { return empty() ? end() : const_iterator{head->next}; }
     const_iterator end() const noexcept { return const_iterator{head}; }
     std::size_t size() const noexcept { return static_cast<std::size_t>(count); }
@@ -394,7 +396,7 @@ struct SpecSubGroupRecord {
 static_assert(sizeof(SpecSubGroupRecord) == 32 && offsetof(SpecSubGroupRecord, subGroup) == 0);
 static_assert(offsetof(SpecSubGroupRecord, powerSettings) == 16);
 
-// The Windows power settings that the suite prescribes for one power scheme.
+// The Windows power settings that the suite prescribes for one power scheme. Compatibility: C50.
 struct SpecSchemeRecord {
     GUID scheme = {};
     std::uint8_t reserved[16] = {};  // always zero

@@ -1,6 +1,7 @@
 // The eighteen exports. Each one checks its arguments, applies the rule for the all-zero scheme, calls the
-// operation and enumerates the result. The operations convert their own failures into results. Nothing is
-// caught here, so that an exception from a client's OnItem reaches that client.
+// operation and enumerates the result. The operations convert their own failures into results, which most
+// exports ignore (Compatibility: C1). Nothing is caught here, so that an exception from a client's OnItem
+// reaches that client (Compatibility: C10).
 
 #include "catalogue/FunctionBase.h"
 #include "catalogue/FunctionDefaults.h"
@@ -30,6 +31,7 @@ void Enumerate(const std::map<std::int32_t, Record>& records, Callback& callback
         callback.OnItem(id, &record);
 }
 
+// Only four exports apply the rule for the all-zero scheme. Compatibility: C5.
 bool IsZero(const GUID& scheme) noexcept {
     return IsEqualGUID(scheme, GUID{}) != FALSE;
 }
@@ -135,8 +137,7 @@ bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mod
     if (FunctionTable == nullptr)
         return false;
     const bool different = BuildDifferenceTexts(*FunctionTable, *schemeA, *schemeB, mode, names, values);
-    // Deliberately checked last: the comparison, with all that it loads and saves, runs even when its result
-    // is discarded.
+    // The buffers are checked last. Compatibility: C6.
     return names != nullptr && values != nullptr && different;
 }
 

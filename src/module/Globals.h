@@ -9,12 +9,12 @@
 
 namespace ZOTDam {
 
-// Null after ReleaseGlobals, or when the allocation at load failed.
+// Null after ReleaseGlobals (Compatibility: C7), or when the allocation at load failed.
 extern CSpecSchemeReader* SpecSchemeReader;
 extern CCommonSettingStore* CommonSettingStore;
 extern CFunctionTable* FunctionTable;
 
-// Deliberately outlives ReleaseGlobals: it keeps what TEVGetParam loaded until TEVGetParam runs again.
+// Filled by TEVGetParam. ReleaseGlobals does not empty it. Compatibility: C8.
 extern ParamMap& CurrentParamCache;
 
 // Releases the three objects above. Further calls have no effect.

@@ -57,7 +57,8 @@ bool CCommonSettingStore::Initialise() const noexcept {
         const IXMLDOMElementPtr root = defaults->Root();
         if (!source || !root)
             return false;
-        // Copied first: when the copy fails, the old settings stay.
+        // Copied first: when the copy fails, the old settings stay. Only the first section is removed.
+        // Compatibility: C52.
         const IXMLDOMNodePtr copy = ImportNode(root, source);
         if (const IXMLDOMElementPtr old = SelectChild(root, Elements::CommonSettings))
             RemoveChild(root, old);

@@ -8,7 +8,7 @@ namespace ZOTDam {
 class CCommonSettingStore {
 public:
     // Each function reads from one source. A string that does not fit into the buffer counts as missing; an
-    // empty string is valid.
+    // empty string is valid. Compatibility: C51.
     bool ReadFromUserSettings(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromDefaults(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromBase(const wchar_t* name, wchar_t* value) const noexcept;

@@ -9,7 +9,7 @@ namespace ZOTDam {
 //
 // On each of the three levels, an element with a malformed GUID is left out without further effect. An
 // element with a missing attribute is also left out, and reading its level fails. A failure on one level
-// leaves out the parent element on the level above and makes that level fail as well.
+// leaves out the parent element on the level above and makes that level fail as well. Compatibility: C49.
 class CSpecSchemeReader {
 public:
     // Replaces the content of `schemes` with the schemes of the section. Returns false when reading a level
