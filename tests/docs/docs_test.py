@@ -1,0 +1,110 @@
+"""Checks the pages of the documentation. tests/docs/docs.sh calls it."""
+import pathlib
+import re
+import sys
+
+CODE = ('src', 'include', 'client')
+PAGE = 'docs/compatibility.md'
+ENTRY = re.compile(r'^### C(\d+): (.+?)\n(.*?)(?=^##|\Z)', re.M | re.S)
+CODE_BLOCK = re.compile(r'^```.*?^```$', re.M | re.S)
+LINK = re.compile(r'\]\(([^()\s]+)\)')
+SUITE = re.compile(r'(?<![/\w])(?!GoogleTest)[A-Z]\w*Test\b(?!\.(?:cpp|h)\b)')
+
+passed = 0
+failed = 0
+
+
+def check(title, problems):
+    """Counts a check. It fails if there are problems, which are printed."""
+    global passed, failed
+    if problems:
+        failed += 1
+        print(f'FAILED: {title}')
+        for problem in problems:
+            print(f'    {problem}')
+    else:
+        passed += 1
+
+
+def read(path):
+    return pathlib.Path(path).read_text(encoding='utf-8')
+
+
+def files_in(folders, endings):
+    return sorted(path for folder in folders for path in pathlib.Path(folder).rglob('*') if path.suffix in endings)
+
+
+def numbers_in_code():
+    """Returns the entries that the code refers to, each with the files that do."""
+    found = {}
+    for path in files_in(CODE, {'.h', '.cpp'}):
+        for number in re.findall(r'\bCompatibility: C(\d+)\b', read(path)):
+            found.setdefault(int(number), []).append(path)
+    return found
+
+
+def check_compatibility():
+    entries = [(int(number), text) for number, _, text in ENTRY.findall(read(PAGE))]
+    numbers = [number for number, _ in entries]
+    in_code = numbers_in_code()
+    check(f'{PAGE} has entries', [] if numbers else ['none'])
+    check(f'{PAGE} has each number once, in ascending order',
+          [f'C{later} after C{earlier}' for earlier, later in zip(numbers, numbers[1:]) if later <= earlier])
+    check(f'the code refers to entries of {PAGE} only',
+          [f'{path}: C{number}' for number in in_code if number not in numbers for path in in_code[number]])
+    check(f'the code refers to each entry of {PAGE}', [f'C{number}' for number in numbers if number not in in_code])
+    check(f'{PAGE} refers to its own entries only',
+          [f'C{number}' for number in sorted({int(n) for n in re.findall(r'\bC(\d+)\b', read(PAGE))} - set(numbers))])
+    for number, text in entries:
+        reason = re.search(r'^- Reason: ', text, re.M)
+        tests = re.search(r'^- Tests?: (.*)', text, re.M | re.S)
+        paths = re.findall(r'`([^`]+)`', tests.group(1)) if tests else []
+        problems = [f'{path} does not exist' for path in paths if not pathlib.Path(path).is_file()]
+        if not reason or not paths:
+            problems.append('the reason or the test is missing')
+        check(f'C{number} has a reason and a test', problems)
+
+
+def anchors(path):
+    """Returns the fragments of the headings of a page, as GitHub makes them."""
+    headings = re.findall(r'^#+ +(.+?) *$', CODE_BLOCK.sub('', read(path)), re.M)
+    return {re.sub(r'[^\w\- ]', '', heading.lower()).replace(' ', '-') for heading in headings}
+
+
+def link_problem(page, link):
+    name, _, fragment = link.partition('#')
+    target = page.parent / name if name else page
+    if not target.exists():
+        return f'{link}: no such file'
+    if fragment and fragment not in anchors(target):
+        return f'{link}: no such heading'
+    return None
+
+
+def check_page(page):
+    text = CODE_BLOCK.sub('', read(page))
+    links = [link for link in LINK.findall(text) if not re.match(r'[a-z]+:', link)]
+    check(f'the links of {page} lead to files and headings',
+          [problem for problem in (link_problem(page, link) for link in links) if problem])
+
+
+def check_suites(pages):
+    tests = ''.join(read(path) for path in files_in(['tests'], {'.cpp'}))
+    for page in pages:
+        names = sorted(set(SUITE.findall(read(page))))
+        check(f'the test suites that {page} names exist',
+              [name for name in names if not re.search(rf'^TEST(_F|_P)?\({name},', tests, re.M)])
+
+
+def main():
+    pages = sorted(path for path in pathlib.Path().rglob('*.md') if path.parts[0] != 'build')
+    check_compatibility()
+    for page in pages:
+        check_page(page)
+    check_suites(pages)
+    print(f'{passed} passed, {failed} failed')
+    return 1 if failed else 0
+
+
+if __name__ == '__main__':
+    sys.exit(main())
