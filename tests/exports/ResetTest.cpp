@@ -2,8 +2,17 @@
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/FaultInjection.h"
+#include "support/ImportPatch.h"
 
 namespace ZOTDam::Test {
+
+namespace {
+
+void* NoMemory(std::size_t) {
+    return nullptr;
+}
+
+}  // namespace
 
 class ResetTest : public CommonSettingsTest {
 protected:
@@ -215,6 +224,16 @@ TEST_F(ResetTest, IgnoresASaveThatFails) {
     const FaultInjection injection{Dll().Handle()};
     MoveFileHook::fault = InjectedFault::Fail;
     EXPECT_TRUE(Dll().ResetDefault());
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(ResetTest, WithoutMemoryForADocumentSucceedsAndSavesNothing) {
+    WriteScheme();
+    const std::string file = UserSettings();
+    {
+        const ImportPatch noMemory{Dll().Handle(), "malloc", &NoMemory};
+        EXPECT_TRUE(Dll().ResetDefault());
+    }
     EXPECT_EQ(UserSettings(), file);
 }
 
