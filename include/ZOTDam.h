@@ -480,8 +480,8 @@ bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
 // Replaces all functions in the defaults file with the holder's records and saves the file. A record without
-// command items is left out. A record that cannot be written ends the writing. A catalogue that is already
-// loaded does not change until the library is unloaded and loaded again. Returns false for a null holder, for
+// command items is left out. A record that cannot be written ends the writing. A loaded catalogue that is not
+// empty does not change until the library is unloaded and loaded again. Returns false for a null holder, for
 // an empty list, or after ZOTDamExit; otherwise true, even when writing failed.
 bool AddFunctionDefault(const FunctionBaseHolder* holder);
 
@@ -506,7 +506,7 @@ bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 bool ResetDefault();
 
 // Loads the parameters of a power scheme for GetFuncCurValue, replacing those of the previous call. Returns
-// false when neither the user settings nor all of the defaults could be read, or after ZOTDamExit. After an
+// false when the scheme cannot be loaded and its defaults are incomplete, or after ZOTDamExit. After an
 // incomplete read, the parameters that could be read are still loaded.
 bool TEVGetParam(const GUID* scheme);
 
@@ -545,13 +545,14 @@ bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
 // Stores a common setting in the user settings file. The name must be an XML name without a colon and must
 // not be "xmlns". The value must contain only characters that XML 1.0 allows. Returns false for null or
-// invalid arguments, when the file cannot be written, or after ZOTDamExit. While another process uses the
-// file, the setting stays in memory and the function returns true.
+// invalid arguments, when the file cannot be written, or after ZOTDamExit. If the file is marked as busy or
+// could not be read, the setting stays in memory and the function returns true.
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value);
 
 // Replaces the common settings of the defaults file with those of the base catalogue and saves the file.
 // Returns false when the base catalogue has no common settings, when the file cannot be written, or after
-// ZOTDamExit. While another process uses the file, the change stays in memory and the function returns true.
+// ZOTDamExit. If the file is marked as busy or could not be read, the change stays in memory and the function
+// returns true.
 bool InitCommonSetting();
 
 // Releases the documents and tables of the library, including all COM objects. This must be the last call
