@@ -7,12 +7,12 @@
 //  - The caller must initialise COM on the calling thread and keep it initialised until ZOTDamExit returns.
 //  - Exports must not be called concurrently. OnItem may call exports.
 //  - Exports return no error codes and let no exception of the library escape. An exception that a client's
-//    OnItem throws passes through to that client.
+//    OnItem throws passes through to that client. Compatibility: C1, C2, C10.
 //  - Pointers must not be null unless stated otherwise. Strings are UTF-16.
 //  - The library only reads its input arguments; it never changes or frees them. The client must not change
 //    or free the data that OnItem receives. A record is valid only while its OnItem runs.
-//  - "Compatibility: C50" refers to an entry of docs/compatibility.md, which lists the surprising behaviour
-//    that is kept on purpose.
+//  - docs/compatibility.md lists the surprising behaviour that is kept on purpose. "Compatibility: C1" refers
+//    to its first entry.
 #pragma once
 
 #include <guiddef.h>
@@ -462,27 +462,28 @@ extern "C" {
 
 // Returns the number of functions in the catalogue. Returns CatalogueUnavailable when the catalogue cannot be
 // loaded, or after ZOTDamExit. The first call that needs the catalogue reads it from the defaults file.
+// Compatibility: C21, C26.
 std::uint32_t GetFuncCount();
 
 // Enumerates every function of the base catalogue, in file order. A function that cannot be read ends the
 // enumeration; the functions before it are still enumerated. Returns false for a null callback or after
-// ZOTDamExit, otherwise true.
+// ZOTDamExit, otherwise true. Compatibility: C20, C22.
 bool GetFunctionBase(IGetFunctionBaseCallback* callback);
 
 // Enumerates the functions of the base catalogue that are missing from the catalogue. Enumerates nothing when
 // the catalogue cannot be loaded or a function cannot be read. The return value is the same as for
-// GetFunctionBase.
+// GetFunctionBase. Compatibility: C22.
 bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
 
 // Enumerates the functions of the catalogue by ascending id, with names, groups and labels in the user's
 // language. A key without a text in the string table stays unchanged. The return value is the same as for
-// GetFunctionBase.
+// GetFunctionBase. Compatibility: C27, C46.
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
 // Replaces all functions in the defaults file with the holder's records and saves the file. A record without
 // command items is left out. A record that cannot be written ends the writing. A loaded catalogue that is not
 // empty does not change until the library is unloaded and loaded again. Returns false for a null holder, for
-// an empty list, or after ZOTDamExit; otherwise true, even when writing failed.
+// an empty list, or after ZOTDamExit; otherwise true, even when writing failed. Compatibility: C24, C25, C26.
 bool AddFunctionDefault(const FunctionBaseHolder* holder);
 
 // Enumerates the parameters of a power scheme by ascending function id: the user's values, completed with the
@@ -490,24 +491,26 @@ bool AddFunctionDefault(const FunctionBaseHolder* holder);
 // are never added to an existing scheme without a readable function. Functions 7 and 8 are left out when the
 // primary display does not support one of their two refresh rates. The all-zero scheme has no items. Returns
 // false for a null callback or after ZOTDamExit; otherwise true, even when nothing could be read.
+// Compatibility: C5, C30, C31, C36.
 bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
 
 // Enumerates the default parameters of a power scheme by ascending function id. The return value is the same
-// as for GetParameter.
+// as for GetParameter. Compatibility: C5, C34.
 bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback);
 
 // Stores the holder's values for a power scheme in the user settings file. Functions that are not in the
 // holder keep their values. The all-zero scheme is never written. Returns false for a null holder, for an
-// empty map, or after ZOTDamExit; otherwise true, even when writing failed.
+// empty map, or after ZOTDamExit; otherwise true, even when writing failed. Compatibility: C5, C35.
 bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 
 // Removes all schemes and common settings from the user settings as this process last read them, and saves
 // the file. Returns false and saves nothing when the user settings contain no schemes, or after ZOTDamExit.
+// Compatibility: C12, C13.
 bool ResetDefault();
 
 // Loads the parameters of a power scheme for GetFuncCurValue, replacing those of the previous call. Returns
 // false when the scheme cannot be loaded and its defaults are incomplete, or after ZOTDamExit. After an
-// incomplete read, the parameters that could be read are still loaded.
+// incomplete read, the parameters that could be read are still loaded. Compatibility: C36.
 bool TEVGetParam(const GUID* scheme);
 
 // Retrieves the options of one function in the scheme that TEVGetParam loaded. `position` is a zero-based
@@ -515,11 +518,12 @@ bool TEVGetParam(const GUID* scheme);
 // `value` must not be null. A field whose parameter selects no display item is left unchanged. For a function
 // that is missing from the scheme, retrieves its first options. Returns false and leaves `value` unchanged
 // when no parameters are loaded, when the catalogue has no such position, or after ZOTDamExit.
+// Compatibility: C39, C40, C41, C42.
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 
 // Enumerates the commands of every function that the scheme sets, by ascending function id and then in file
 // order. Each command has the options that the scheme's parameters select, or 0 if they select none. The
-// return value is the same as for GetParameter.
+// return value is the same as for GetParameter. Compatibility: C5, C43, C44.
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 
 // Lists the functions that two schemes set differently, for one power source (mode 1: plugged in, mode 2: on
@@ -528,36 +532,37 @@ bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 // order, a line with the label of the option that scheme B selects; the label may be empty. Each line ends
 // with a line feed followed by a carriage return. Text that does not fit is truncated. Returns true when the
 // schemes differ and both buffers were written. A null buffer is skipped; the function then does all other
-// work and returns false.
+// work and returns false. Compatibility: C6, C45, C46, C47, C48.
 bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mode, wchar_t* names,
                      wchar_t* values);
 
 // Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order. A
 // scheme is left out when an attribute is missing from it or from an element inside it. A scheme, subgroup or
 // setting with a malformed GUID is also left out. The return value is the same as for GetFunctionBase.
+// Compatibility: C49.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
 // Copies the named common setting into `value`, a buffer of TextCapacity UTF-16 code units. Searches the user
 // settings first, then the defaults, then the base catalogue. The name is case-sensitive. An empty value is
 // valid; a value that does not fit into the buffer counts as missing. Returns false and leaves the buffer
-// unchanged for a null name, when no source has the setting, or after ZOTDamExit.
+// unchanged for a null name, when no source has the setting, or after ZOTDamExit. Compatibility: C51.
 bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
 // Stores a common setting in the user settings file. The name must be an XML name without a colon and must
 // not be "xmlns". The value must contain only characters that XML 1.0 allows. Returns false for null or
 // invalid arguments, when the file cannot be written, or after ZOTDamExit. If the file is marked as busy or
-// could not be read, the setting stays in memory and the function returns true.
+// could not be read, the setting stays in memory and the function returns true. Compatibility: C3, C51.
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value);
 
 // Replaces the common settings of the defaults file with those of the base catalogue and saves the file.
 // Returns false when the base catalogue has no common settings, when the file cannot be written, or after
 // ZOTDamExit. If the file is marked as busy or could not be read, the change stays in memory and the function
-// returns true.
+// returns true. Compatibility: C3, C52.
 bool InitCommonSetting();
 
 // Releases the documents and tables of the library, including all COM objects. This must be the last call
 // before the client unloads the library and before the thread's CoUninitialize. Further calls have no effect.
-// Always returns true.
+// Always returns true. Compatibility: C7, C8.
 bool ZOTDamExit();
 }
 
