@@ -28,7 +28,7 @@ protected:
 
 // ---- The catalogue of this process ----
 
-TEST_F(ReplacedCatalogueTest, StaysTheLoadedOneUntilTheLibraryIsLoadedAnew) {
+TEST_F(ReplacedCatalogueTest, LoadedCatalogueIsKeptUntilLibraryIsReloaded) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     const std::vector<FunctionInfo> before = GetFunctionInfo();
     Replace({LoadableRecord(1)});
@@ -38,59 +38,59 @@ TEST_F(ReplacedCatalogueTest, StaysTheLoadedOneUntilTheLibraryIsLoadedAnew) {
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
 }
 
-TEST_F(ReplacedCatalogueTest, IsTheNewOneForAReaderOfTheDocument) {
+TEST_F(ReplacedCatalogueTest, NewFunctionsProvideDefaultsDespiteLoadedCatalogue) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     Replace({LoadableRecord(4)});
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{4, {4, -4}}}));
 }
 
-TEST_F(ReplacedCatalogueTest, IsTheNewOneWhenNoneWasLoaded) {
+TEST_F(ReplacedCatalogueTest, FirstLoadAfterReplacementReadsNewFunctions) {
     Replace({LoadableRecord(1), LoadableRecord(2)});
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(ReplacedCatalogueTest, IsTheNewOneAtOnceWhenItWasEmpty) {
+TEST_F(ReplacedCatalogueTest, EmptyCatalogueIsLoadedAgainAfterReplacement) {
     WriteFunctions("");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
     Replace({LoadableRecord(1), LoadableRecord(2)});
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(ReplacedCatalogueTest, IsTheNewOneAtOnceWhenThereWasNoFile) {
+TEST_F(ReplacedCatalogueTest, CatalogueWithoutFileIsLoadedAfterReplacement) {
     RemoveDefaults();
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     Replace({LoadableRecord(1)});
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
 }
 
-TEST_F(ReplacedCatalogueTest, IsTheNewOneAtOnceWhenTheOldOneCouldNotBeLoaded) {
+TEST_F(ReplacedCatalogueTest, UnloadableCatalogueIsLoadedAfterReplacement) {
     WriteFunctions("<Function/>");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     Replace({LoadableRecord(1)});
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
 }
 
-TEST_F(ReplacedCatalogueTest, IsTheOldFileWithoutWhatAnotherProcessWroteSinceItWasRead) {
+TEST_F(ReplacedCatalogueTest, ReplacementOverwritesNewerFileWithLoadedDocument) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     WriteDefaults("<Newer><Functions/></Newer>");
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
 }
 
-TEST_F(ReplacedCatalogueTest, CannotBeLoadedWithoutADisplayNode) {
+TEST_F(ReplacedCatalogueTest, FunctionWithoutDisplayNodeMakesCatalogueUnavailable) {
     Replace({Record(1)});
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
 // ---- Ids ----
 
-TEST_F(ReplacedCatalogueTest, CannotBeLoadedWithANegativeIdWhichIsWrittenAllTheSame) {
+TEST_F(ReplacedCatalogueTest, NegativeIdIsWrittenButMakesCatalogueUnavailable) {
     Replace({LoadableRecord(1), LoadableRecord(-2)});
     EXPECT_NE(Defaults().find("<Function ID=\"-2\" "), std::string::npos);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(ReplacedCatalogueTest, CountsOneOfTwoFunctionsOfTheSameIdWhichAreBothWritten) {
+TEST_F(ReplacedCatalogueTest, DuplicateIdsAreWrittenAndFirstIsLoaded) {
     FunctionBaseRecord second = LoadableRecord(1);
     second.type = 2;
     Replace({LoadableRecord(1), second});
@@ -101,7 +101,7 @@ TEST_F(ReplacedCatalogueTest, CountsOneOfTwoFunctionsOfTheSameIdWhichAreBothWrit
 
 // ---- Number of records ----
 
-TEST_F(ReplacedCatalogueTest, MayHaveAThousandFunctions) {
+TEST_F(ReplacedCatalogueTest, ThousandFunctionsArePreserved) {
     FunctionBaseHolder holder;
     Params expected;
     for (std::int32_t id = 0; id < 1000; ++id) {
@@ -114,7 +114,7 @@ TEST_F(ReplacedCatalogueTest, MayHaveAThousandFunctions) {
     EXPECT_EQ(GetParameterDefault(Balanced), expected);
 }
 
-TEST_F(ReplacedCatalogueTest, MayHaveAThousandCommandsInOneFunction) {
+TEST_F(ReplacedCatalogueTest, ThousandCommandsOfOneFunctionArePreserved) {
     FunctionBaseRecord record = LoadableRecord(1);
     record.commandFamilies.clear();
     for (std::int32_t id = 0; id < 1000; ++id)
@@ -129,7 +129,7 @@ TEST_F(ReplacedCatalogueTest, MayHaveAThousandCommandsInOneFunction) {
 
 // ---- Strings ----
 
-class AdoptedTextTest : public ReplacedCatalogueTest {
+class StringRoundTripTest : public ReplacedCatalogueTest {
 protected:
     // Writes a function with the given string in all its fields. Expects the string from a newly loaded
     // library.
@@ -148,32 +148,32 @@ protected:
     }
 };
 
-TEST_F(AdoptedTextTest, ComesBackWithItsMarkup) {
+TEST_F(StringRoundTripTest, MarkupIsPreserved) {
     ExpectRoundTrip(L"<a b='c' d=\"e\">&amp;&#65;&unknown;]]></a>");
 }
 
-TEST_F(AdoptedTextTest, ComesBackWithItsWhiteSpace) {
+TEST_F(StringRoundTripTest, WhiteSpaceIsPreserved) {
     ExpectRoundTrip(L" \t\r\n a  b\n\n\r\t ");
 }
 
-TEST_F(AdoptedTextTest, ComesBackInEveryScript) {
+TEST_F(StringRoundTripTest, CharactersOfEveryScriptArePreserved) {
     ExpectRoundTrip(L"\xe4\x20ac\x4e2d\xd7ff\xe000\xfffd\xd83d\xde00\xdbff\xdfff");
 }
 
-TEST_F(AdoptedTextTest, ComesBackInFullLength) {
+TEST_F(StringRoundTripTest, StringOfMaximumLengthIsPreserved) {
     ExpectRoundTrip(std::wstring(259, L'x'));
     ExpectRoundTrip(std::wstring(259, L'<'));
 }
 
-TEST_F(AdoptedTextTest, ComesBackWithFormatCharactersAsTheyStand) {
+TEST_F(StringRoundTripTest, FormatSpecifiersArePreserved) {
     ExpectRoundTrip(L"%s%d%n%%");
 }
 
 // ---- Round trip from the base catalogue ----
 
-class RoundTripTest : public ReplacedCatalogueTest {
+class BaseCatalogueRoundTripTest : public ReplacedCatalogueTest {
 protected:
-    RoundTripTest() {
+    BaseCatalogueRoundTripTest() {
         WriteBase(R"(<Base><Functions>
             <Function ID="10" Type="1" Flag="2" Name="Ten" Group="First">
                 <Display>
@@ -224,7 +224,7 @@ protected:
     }
 };
 
-TEST_F(RoundTripTest, GivesTheFunctionsOfTheBase) {
+TEST_F(BaseCatalogueRoundTripTest, FunctionInfoMatchesBaseCatalogue) {
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     EXPECT_EQ(GetFunctionInfo(), (std::vector<FunctionInfo>{
                                      {5, 6, 7, L"Five", L"Second", {{500, L"D"}}, {}},
@@ -232,21 +232,21 @@ TEST_F(RoundTripTest, GivesTheFunctionsOfTheBase) {
                                  }));
 }
 
-TEST_F(RoundTripTest, GivesTheDefaultsOfTheBase) {
+TEST_F(BaseCatalogueRoundTripTest, DefaultsMatchBaseCatalogue) {
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{5, {0, 9}}, {10, {1, 0}}}));
     EXPECT_EQ(GetParameterDefault(HighPerformance), (Params{{5, {3, 4}}, {10, {1, 0}}}));
     EXPECT_EQ(GetParameter(HighPerformance), (Params{{5, {3, 4}}, {10, {1, 0}}}));
 }
 
-TEST_F(RoundTripTest, GivesTheCommandsOfTheBase) {
+TEST_F(BaseCatalogueRoundTripTest, CommandInfoMatchesBaseCatalogue) {
     EXPECT_EQ(GetCommandInfo(), (Commands{{4, {500, L"z"}}, {1, {101, L"x"}}, {2, {102, L"y"}}}));
 }
 
-TEST_F(RoundTripTest, LeavesUnsupportedWhatWasDroppedOrNotHandedOver) {
+TEST_F(BaseCatalogueRoundTripTest, DroppedAndOmittedFunctionsStayUnsupported) {
     EXPECT_EQ(UnsupportedIds(), (std::vector<std::int32_t>{20, 30}));
 }
 
-TEST_F(RoundTripTest, CanBeginFromWhatIsUnsupported) {
+TEST_F(BaseCatalogueRoundTripTest, WrittenUnsupportedFunctionIsSupportedAfterReload) {
     Replace(Unsupported());
     EXPECT_EQ(UnsupportedIds(), (std::vector<std::int32_t>{20, 30}));
     Unload();

@@ -19,7 +19,7 @@ void PrintTo(const TextCase& textCase, std::ostream* out) {
     *out << textCase.name;
 }
 
-class ForbiddenTextTest : public FunctionDefaultsTest, public testing::WithParamInterface<TextCase> {
+class InvalidCharacterTest : public FunctionDefaultsTest, public testing::WithParamInterface<TextCase> {
 protected:
     // Passes four records to the export. Expects only two in the file, because the third is invalid.
     void ExpectTwoRecordsBefore(const FunctionBaseRecord& third) {
@@ -30,44 +30,44 @@ protected:
     FunctionBaseRecord record = RecordWithDefault(3, 4, 5);
 };
 
-INSTANTIATE_TEST_SUITE_P(, ForbiddenTextTest,
+INSTANTIATE_TEST_SUITE_P(, InvalidCharacterTest,
                          testing::Values(TextCase{"ControlCharacter", L"a\x1z"}, TextCase{"Escape", L"\x1b"},
                                          TextCase{"HighSurrogateAlone", L"a\xd83dz"},
-                                         TextCase{"HighSurrogateAtTheEnd", L"a\xdbff"},
+                                         TextCase{"HighSurrogateAtEnd", L"a\xdbff"},
                                          TextCase{"LowSurrogateAlone", L"\xde00z"},
-                                         TextCase{"SurrogatesInTheWrongOrder", L"\xde00\xd83d"},
+                                         TextCase{"SurrogatesInWrongOrder", L"\xde00\xd83d"},
                                          TextCase{"Fffe", L"a\xfffe"}, TextCase{"Ffff", L"\xffff"}),
                          CaseName<TextCase>);
 
-TEST_P(ForbiddenTextTest, InANameEndsTheWriting) {
+TEST_P(InvalidCharacterTest, InvalidNameStopsWriting) {
     Assign(record.name, GetParam().text);
     ExpectTwoRecordsBefore(record);
 }
 
-TEST_P(ForbiddenTextTest, InAGroupEndsTheWriting) {
+TEST_P(InvalidCharacterTest, InvalidGroupStopsWriting) {
     Assign(record.group, GetParam().text);
     ExpectTwoRecordsBefore(record);
 }
 
-TEST_P(ForbiddenTextTest, InTheLastCommandEndsTheWriting) {
+TEST_P(InvalidCharacterTest, InvalidCommandStringStopsWriting) {
     record.commandFamilies.push_back(Family({6}));
     record.commandFamilies.begin()->commandItems.push_back(Command(7, GetParam().text));
     ExpectTwoRecordsBefore(record);
 }
 
-TEST_P(ForbiddenTextTest, InTheFirstRecordLeavesAnEmptySection) {
+TEST_P(InvalidCharacterTest, InvalidFirstRecordLeavesEmptySection) {
     Assign(record.name, GetParam().text);
     Replace({record, Record(1)});
     EXPECT_EQ(Defaults(), OldDefaults(""));
 }
 
-TEST_P(ForbiddenTextTest, InARecordWithoutCommandsEndsTheWritingToo) {
+TEST_P(InvalidCharacterTest, InvalidRecordWithoutCommandsStopsWriting) {
     Assign(record.name, GetParam().text);
     record.commandFamilies.clear();
     ExpectTwoRecordsBefore(record);
 }
 
-TEST_P(ForbiddenTextTest, InACheckDoesNotMatter) {
+TEST_P(InvalidCharacterTest, InvalidCheckStringIsIgnored) {
     record = Record(3);
     CheckExistItem check;
     Assign(check.param4, GetParam().text);
@@ -108,7 +108,7 @@ void PrintTo(const MethodCase& methodCase, std::ostream* out) {
     *out << methodCase.name;
 }
 
-class FailingMethodTest : public FailingDomTest, public testing::WithParamInterface<MethodCase> {
+class FailingDomMethodTest : public FailingDomTest, public testing::WithParamInterface<MethodCase> {
 protected:
     // Returns the number of functions in the file after the given call of the method has failed, or -1 if
     // the file contains anything else.
@@ -129,7 +129,7 @@ protected:
     bool failed = true;
 };
 
-INSTANTIATE_TEST_SUITE_P(, FailingMethodTest,
+INSTANTIATE_TEST_SUITE_P(, FailingDomMethodTest,
                          testing::Values(MethodCase{"AppendChild", DomMethod::AppendChild},
                                          MethodCase{"GetOwnerDocument", DomMethod::GetOwnerDocument},
                                          MethodCase{"PutText", DomMethod::PutText},
@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(, FailingMethodTest,
                          CaseName<MethodCase>);
 
 // A failed call leaves the previous records in the file, and no part of the record that it was for.
-TEST_P(FailingMethodTest, LeavesWholeRecordsInTheFile) {
+TEST_P(FailingDomMethodTest, FailedCallLeavesOnlyCompleteRecords) {
     std::int32_t written = 0;
     for (int call = 1; failed; ++call) {
         SCOPED_TRACE(call);
@@ -151,21 +151,21 @@ TEST_P(FailingMethodTest, LeavesWholeRecordsInTheFile) {
     EXPECT_EQ(written, 3);
 }
 
-TEST_F(FailingDomTest, AFailedRemovalLeavesTheFileAsItWas) {
+TEST_F(FailingDomTest, FailedRemovalLeavesFileUnchanged) {
     const std::string before = Defaults();
     const FailingDomMethod failure{DomMethod::RemoveChild};
     Replace(three);
     EXPECT_EQ(Defaults(), before);
 }
 
-TEST_F(FailingDomTest, AFailedCopyEndsTheWriting) {
+TEST_F(FailingDomTest, FailedNodeCopyStopsWriting) {
     const DomMethodPatch cannotImport{DomMethod::ImportNode, +[]() WINAPI -> HRESULT { return E_NOTIMPL; }};
     const DomMethodFailingOnce failure{DomMethod::CloneNode, 4};
     Replace(three);
     EXPECT_EQ(Defaults(), OldDefaults(WrittenUpTo(1)));
 }
 
-TEST_F(FailingDomTest, ADomThatCanImportIsAskedForTheCopies) {
+TEST_F(FailingDomTest, NodesAreImportedWhereDomSupportsImport) {
     using Import = HRESULT WINAPI(IXMLDOMNode*, IXMLDOMNode*, VARIANT_BOOL, IXMLDOMNode**);
     Import* const import =
         +[](IXMLDOMNode*, IXMLDOMNode* node, VARIANT_BOOL deep, IXMLDOMNode** copy) WINAPI -> HRESULT {
@@ -184,7 +184,7 @@ TEST_F(FailingDomTest, ADomThatCanImportIsAskedForTheCopies) {
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, "<Outer><Inner/></Outer>")));
 }
 
-TEST_F(FailingDomTest, ANodeThatIsNoPossibleChildEndsTheWriting) {
+TEST_F(FailingDomTest, AttributeAsDisplayNodeStopsWriting) {
     const XmlTree client = XmlTree::OfText(L"<C A=\"1\"/>");
     FunctionBaseRecord record = Record(2);
     record.displayNode = client.Find(L"/C/@A");
@@ -193,7 +193,7 @@ TEST_F(FailingDomTest, ANodeThatIsNoPossibleChildEndsTheWriting) {
     EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
 }
 
-TEST_F(FailingDomTest, WithoutADocumentThereIsNothingToWrite) {
+TEST_F(FailingDomTest, FailedDocumentCreationLeavesFileUnchanged) {
     const std::string before = Defaults();
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
@@ -225,7 +225,7 @@ protected:
     inline static const std::string Created = NewDefaults(Written(20));
 };
 
-TEST_F(FailedSaveTest, IsOneIntoAMissingFolder) {
+TEST_F(FailedSaveTest, MissingFolderKeepsChangeInMemoryOnly) {
     const std::filesystem::path folder = installation.DefaultsFile().parent_path();
     std::filesystem::remove_all(folder);
     ExpectChangeInMemoryOnly();
@@ -234,14 +234,14 @@ TEST_F(FailedSaveTest, IsOneIntoAMissingFolder) {
     ExpectNextSaveWorks(Created);
 }
 
-TEST_F(FailedSaveTest, IsOneOntoAReadOnlyFile) {
+TEST_F(FailedSaveTest, ReadOnlyFileKeepsChangeInMemoryOnly) {
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectChangeInMemoryOnly();
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
     ExpectNextSaveWorks(Replaced);
 }
 
-TEST_F(FailedSaveTest, IsOneOntoAFileThatAnotherProgramReads) {
+TEST_F(FailedSaveTest, FileInUseKeepsChangeInMemoryOnly) {
     const HANDLE reader = CreateFileW(installation.DefaultsFile().c_str(), GENERIC_READ, FILE_SHARE_READ,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ExpectChangeInMemoryOnly();
@@ -249,7 +249,7 @@ TEST_F(FailedSaveTest, IsOneOntoAFileThatAnotherProgramReads) {
     ExpectNextSaveWorks(Replaced);
 }
 
-TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
+TEST_F(FailedSaveTest, FailedMoveKeepsChangeInMemoryOnly) {
     {
         const FaultInjection injection{Dll().Handle()};
         MoveFileHook::fault = InjectedFault::Fail;
@@ -259,7 +259,7 @@ TEST_F(FailedSaveTest, IsOneThatTheDiskRefuses) {
     ExpectNextSaveWorks(Replaced);
 }
 
-TEST_F(FailedSaveTest, LeavesAFileThatCouldNotEvenBeRead) {
+TEST_F(FailedSaveTest, ExclusivelyOpenFileKeepsChangeInMemoryOnly) {
     const std::string before = Defaults();
     const HANDLE lock = CreateFileW(installation.DefaultsFile().c_str(), GENERIC_READ, 0, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -269,7 +269,7 @@ TEST_F(FailedSaveTest, LeavesAFileThatCouldNotEvenBeRead) {
     EXPECT_EQ(Defaults(), before);
 }
 
-TEST_F(FailedSaveTest, IsFollowedByASaveOfWhatTheNextCallWrites) {
+TEST_F(FailedSaveTest, MissingFileIsCreatedOnceMarkerIsReleased) {
     RemoveDefaults();
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -280,7 +280,7 @@ TEST_F(FailedSaveTest, IsFollowedByASaveOfWhatTheNextCallWrites) {
 
 // ---- A busy file ----
 
-TEST_F(FailedSaveTest, IsOneOfAFileThatIsBusy) {
+TEST_F(FailedSaveTest, BusyFileKeepsChangeInMemoryOnly) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -289,7 +289,7 @@ TEST_F(FailedSaveTest, IsOneOfAFileThatIsBusy) {
     ExpectNextSaveWorks(Replaced);
 }
 
-TEST_F(FailedSaveTest, IsEachOneOfAFileThatWasBusyAtItsOnlyLoad) {
+TEST_F(FailedSaveTest, FileBusyAtLoadIsNotSavedLater) {
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
         ExpectChangeInMemoryOnly();
@@ -299,7 +299,7 @@ TEST_F(FailedSaveTest, IsEachOneOfAFileThatWasBusyAtItsOnlyLoad) {
 
 class BusyDefaultsTest : public FunctionDefaultsTest {};
 
-TEST_F(BusyDefaultsTest, AreLookedForBeforeTheLoadAndAgainBeforeTheSave) {
+TEST_F(BusyDefaultsTest, MarkerIsCheckedBeforeLoadAndBeforeSave) {
     MarkerCalls calls{Dll().Handle()};
     Replace({Record(1)});
     EXPECT_EQ(calls.opened, (Names{DefaultsMarker, DefaultsMarker}));
@@ -307,7 +307,7 @@ TEST_F(BusyDefaultsTest, AreLookedForBeforeTheLoadAndAgainBeforeTheSave) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyDefaultsTest, AreLookedForBeforeTheSaveOnlyOnceTheFileHasBeenRead) {
+TEST_F(BusyDefaultsTest, MarkerOfLoadedFileIsCheckedOnce) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     MarkerCalls calls{Dll().Handle()};
     Replace({Record(1)});
@@ -315,20 +315,20 @@ TEST_F(BusyDefaultsTest, AreLookedForBeforeTheSaveOnlyOnceTheFileHasBeenRead) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyDefaultsTest, AreNotLookedForWhenTheListIsEmpty) {
+TEST_F(BusyDefaultsTest, EmptyListChecksNoMarker) {
     MarkerCalls calls{Dll().Handle()};
     const FunctionBaseHolder empty;
     EXPECT_FALSE(Dll().AddFunctionDefault(&empty));
     EXPECT_EQ(calls.opened, Names{});
 }
 
-TEST_F(BusyDefaultsTest, AreNotThoseWhoseUserSettingsAreBusy) {
+TEST_F(BusyDefaultsTest, BusyUserSettingsDoNotPreventSave) {
     const SecondProcess other{HoldMutex, {UserMarker}};
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
 }
 
-TEST_F(BusyDefaultsTest, AreNeverReplacedUnread) {
+TEST_F(BusyDefaultsTest, FileBusyAtLoadIsNotReplaced) {
     const std::string before = Defaults();
     MarkerCalls calls{Dll().Handle()};
     calls.BeBusyAtOpen(1);
@@ -336,7 +336,7 @@ TEST_F(BusyDefaultsTest, AreNeverReplacedUnread) {
     EXPECT_EQ(Defaults(), before);
 }
 
-TEST_F(BusyDefaultsTest, AreWrittenWhenTheFileThatWasNotReadIsGone) {
+TEST_F(BusyDefaultsTest, FileBusyAtLoadIsCreatedAfterDeletion) {
     MarkerCalls calls{Dll().Handle()};
     calls.BeBusyAtOpen(1);
     Replace({Record(1)});
@@ -345,7 +345,7 @@ TEST_F(BusyDefaultsTest, AreWrittenWhenTheFileThatWasNotReadIsGone) {
     EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
 }
 
-TEST_F(BusyDefaultsTest, AreSavedBetweenTheMakingAndTheClosingOfTheMarker) {
+TEST_F(BusyDefaultsTest, FileIsSavedWhileMarkerExists) {
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     const std::string before = Defaults();
     MarkerCalls calls{Dll().Handle()};
@@ -358,7 +358,7 @@ TEST_F(BusyDefaultsTest, AreSavedBetweenTheMakingAndTheClosingOfTheMarker) {
     EXPECT_EQ(calls.created, (Names{DefaultsMarker}));
 }
 
-TEST_F(BusyDefaultsTest, AreSavedWithTheCommonSettingsThatCameInTheMeantime) {
+TEST_F(BusyDefaultsTest, UnsavedFunctionsAreSavedWithCommonSettings) {
     WriteBase("<B><CommonSettings A=\"a\"/></B>");
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -372,18 +372,18 @@ TEST_F(BusyDefaultsTest, AreSavedWithTheCommonSettingsThatCameInTheMeantime) {
 
 // ---- A file that cannot be read ----
 
-class UnreadableDefaultsTest : public FunctionDefaultsTest {
+class MalformedDefaultsTest : public FunctionDefaultsTest {
 protected:
-    UnreadableDefaultsTest() { WriteDefaults("<ZOTDefault><Functions>"); }
+    MalformedDefaultsTest() { WriteDefaults("<ZOTDefault><Functions>"); }
 };
 
-TEST_F(UnreadableDefaultsTest, AreReplacedByANewFileAndKeptAsACopy) {
+TEST_F(MalformedDefaultsTest, MalformedFileIsReplacedAndCopied) {
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
     EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
 }
 
-TEST_F(UnreadableDefaultsTest, AreKeptOnceWhateverIsSavedLater) {
+TEST_F(MalformedDefaultsTest, LaterSavesKeepCopyOfMalformedFile) {
     Replace({Record(1)});
     Replace({Record(2)});
     Unload();
@@ -391,14 +391,14 @@ TEST_F(UnreadableDefaultsTest, AreKeptOnceWhateverIsSavedLater) {
     EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
 }
 
-TEST_F(UnreadableDefaultsTest, StayWhenTheCopyIsRefused) {
+TEST_F(MalformedDefaultsTest, FailedCopyPreventsReplacementOfMalformedFile) {
     const ImportPatch patch{Dll().Handle(), "CopyFileW",
                             +[](const wchar_t*, const wchar_t*, BOOL) WINAPI -> BOOL { return FALSE; }};
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>");
 }
 
-TEST_F(UnreadableDefaultsTest, AreReplacedEvenWhenNoRecordIsWritten) {
+TEST_F(MalformedDefaultsTest, MalformedFileIsReplacedEvenWithoutRecords) {
     Replace({RecordWith(1, {})});
     EXPECT_EQ(Defaults(), NewDefaults(""));
     EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");

@@ -23,16 +23,16 @@ protected:
 
 // ---- No records ----
 
-TEST_F(FunctionDefaultsInputTest, NoHolderIsRefused) {
+TEST_F(FunctionDefaultsInputTest, NullHolderIsRejected) {
     ExpectRejected(nullptr);
 }
 
-TEST_F(FunctionDefaultsInputTest, AnEmptyListIsRefused) {
+TEST_F(FunctionDefaultsInputTest, EmptyListIsRejected) {
     const FunctionBaseHolder empty;
     ExpectRejected(&empty);
 }
 
-TEST_F(FunctionDefaultsInputTest, AnEmptyListReadsNoFile) {
+TEST_F(FunctionDefaultsInputTest, EmptyListDoesNotLoadFile) {
     RemoveDefaults();
     const FunctionBaseHolder empty;
     EXPECT_FALSE(Dll().AddFunctionDefault(&empty));
@@ -40,13 +40,13 @@ TEST_F(FunctionDefaultsInputTest, AnEmptyListReadsNoFile) {
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
 }
 
-TEST_F(FunctionDefaultsInputTest, AListThatWasEmptiedIsRefused) {
+TEST_F(FunctionDefaultsInputTest, EmptiedListIsRejected) {
     FunctionBaseHolder holder = HolderOf({Record(1)});
     holder.records.clear();
     ExpectRejected(&holder);
 }
 
-TEST_F(FunctionDefaultsInputTest, AListIsRefusedAfterExit) {
+TEST_F(FunctionDefaultsInputTest, ListIsRejectedAfterExit) {
     const FunctionBaseHolder holder = HolderOf({Record(1)});
     const std::string before = Defaults();
     EXPECT_TRUE(Dll().ZOTDamExit());
@@ -56,27 +56,27 @@ TEST_F(FunctionDefaultsInputTest, AListIsRefusedAfterExit) {
 
 // ---- Counts and links ----
 
-TEST_F(FunctionDefaultsInputTest, AListWhoseCountIsZeroIsEmptyWhateverItsLinks) {
+TEST_F(FunctionDefaultsInputTest, ListWithZeroCountIsEmptyDespiteLinks) {
     FunctionBaseHolder holder = HolderOf({Record(1)});
     const ClaimedCount none{holder.records, 0};
     ExpectRejected(&holder);
 }
 
-TEST_F(FunctionDefaultsInputTest, AListWhoseCountIsZeroIsNotEvenFollowed) {
+TEST_F(FunctionDefaultsInputTest, ListWithZeroCountIsNotTraversed) {
     FunctionBaseHolder holder;
     ListLinks* const sentinel = std::exchange(Raw(holder.records).head, nullptr);
     ExpectRejected(&holder);
     Raw(holder.records).head = sentinel;
 }
 
-TEST_F(FunctionDefaultsInputTest, AnEmptyRingWithACountRemovesTheFunctions) {
+TEST_F(FunctionDefaultsInputTest, EmptyRingWithNonzeroCountRemovesFunctions) {
     FunctionBaseHolder holder;
     const ClaimedCount one{holder.records, 1};
     Replace(holder);
     EXPECT_EQ(Defaults(), OldDefaults(""));
 }
 
-TEST_F(FunctionDefaultsInputTest, AListIsReadToItsEndWhateverItsCount) {
+TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitRecords) {
     FunctionBaseHolder holder = HolderOf({Record(1), Record(2), Record(3)});
     for (const std::uint64_t count : {1ull, 2ull, 1000ull, ~0ull}) {
         const ClaimedCount claimed{holder.records, count};
@@ -87,35 +87,35 @@ TEST_F(FunctionDefaultsInputTest, AListIsReadToItsEndWhateverItsCount) {
     }
 }
 
-TEST_F(FunctionDefaultsInputTest, FamiliesWhoseCountIsZeroAreNone) {
+TEST_F(FunctionDefaultsInputTest, FamiliesWithZeroCountAreIgnored) {
     FunctionBaseHolder holder = HolderOf({Record(1), Record(2)});
     const ClaimedCount none{holder.records.begin()->commandFamilies, 0};
     Replace(holder);
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
-TEST_F(FunctionDefaultsInputTest, FamiliesAreReadToTheirEndWhateverTheirCount) {
+TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitFamilies) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1}), Family({2})})});
     const ClaimedCount many{holder.records.begin()->commandFamilies, 1000};
     Replace(holder);
     EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2))));
 }
 
-TEST_F(FunctionDefaultsInputTest, CommandsWhoseCountIsZeroAreNone) {
+TEST_F(FunctionDefaultsInputTest, CommandsWithZeroCountAreIgnored) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2}), Family({3})})});
     const ClaimedCount none{holder.records.begin()->commandFamilies.begin()->commandItems, 0};
     Replace(holder);
     EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(3))));
 }
 
-TEST_F(FunctionDefaultsInputTest, CommandsAreReadToTheirEndWhateverTheirCount) {
+TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitCommands) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2})})});
     const ClaimedCount one{holder.records.begin()->commandFamilies.begin()->commandItems, 1};
     Replace(holder);
     EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2))));
 }
 
-TEST_F(FunctionDefaultsInputTest, ChecksMayClaimAnyCount) {
+TEST_F(FunctionDefaultsInputTest, CountOfChecksIsIgnored) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {FamilyWithCheck()})});
     for (const std::uint64_t count : {0ull, ~0ull}) {
         const ClaimedCount claimed{holder.records.begin()->commandFamilies.begin()->checkExistItems, count};
@@ -126,7 +126,7 @@ TEST_F(FunctionDefaultsInputTest, ChecksMayClaimAnyCount) {
 
 // ---- Read-only access ----
 
-TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeRead) {
+TEST_F(FunctionDefaultsInputTest, ReadOnlyListIsAccepted) {
     const FunctionBaseHolder holder =
         HolderOf({RecordWith(1, {FamilyWithCheck(), Family({})}), RecordWith(2, {}), Record(3)});
     const ReadOnlyRecords records{holder.records};
@@ -134,19 +134,19 @@ TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeRead) {
     EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(3)));
 }
 
-TEST_F(FunctionDefaultsInputTest, MayLieInMemoryThatCanOnlyBeReadWithItsNodes) {
+TEST_F(FunctionDefaultsInputTest, ReadOnlyListWithNodesIsAccepted) {
     const FunctionBaseHolder holder = HolderOf({RecordWithDefault(1, 2, 3)});
     const ReadOnlyRecords records{holder.records};
     EXPECT_TRUE(Dll().AddFunctionDefault(records.get()));
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, R"(<Default ACParamIndex="2" DCParamIndex="3"/>)")));
 }
 
-TEST_F(FunctionDefaultsInputTest, MayBeRefusedWithoutAReadOfTheClientsWord) {
+TEST_F(FunctionDefaultsInputTest, ReadOnlyEmptyListIsRejected) {
     const ReadOnlyRecords records{{}};
     ExpectRejected(records.get());
 }
 
-class ReferenceTest : public FunctionDefaultsInputTest {
+class NodeReferenceTest : public FunctionDefaultsInputTest {
 protected:
     static ULONG References(IXMLDOMNode* node) {
         node->AddRef();
@@ -154,7 +154,7 @@ protected:
     }
 
     // Two records share a node. The third has its own.
-    ReferenceTest() {
+    NodeReferenceTest() {
         FunctionBaseRecord record = RecordWithDefault(1, 2, 3);
         record.displayNode = record.defaultNode;
         shared = record.displayNode.get();
@@ -177,26 +177,26 @@ protected:
     IXMLDOMNode* own = nullptr;
 };
 
-TEST_F(ReferenceTest, AreWhatTheyWereAfterTheCall) {
+TEST_F(NodeReferenceTest, SuccessfulCallKeepsReferenceCounts) {
     ExpectSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
         return dll.AddFunctionDefault(records);
     });
 }
 
-TEST_F(ReferenceTest, AreWhatTheyWereAfterAFailure) {
+TEST_F(NodeReferenceTest, InvalidNameKeepsReferenceCounts) {
     Assign((++holder.records.begin())->name, L"\x1");
     ExpectSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
         return dll.AddFunctionDefault(records);
     });
 }
 
-TEST_F(ReferenceTest, AreWhatTheyWereAfterARefusal) {
+TEST_F(NodeReferenceTest, RejectedListKeepsReferenceCounts) {
     ExpectSameReferences([](const Library& dll, const FunctionBaseHolder* records) {
         return dll.ZOTDamExit() && dll.AddFunctionDefault(records);
     });
 }
 
-TEST_F(FunctionDefaultsInputTest, MayBeHandedOverAgain) {
+TEST_F(FunctionDefaultsInputTest, SecondCallWithSameListChangesNothing) {
     const FunctionBaseHolder holder = HolderOf({RecordWithDefault(1, 2, 3), Record(2)});
     Replace(holder);
     const std::string once = Defaults();

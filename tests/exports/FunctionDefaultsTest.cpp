@@ -32,23 +32,23 @@ protected:
         "SpecInfo1=\"second\">\n\t</CommandItem></Commands></Function>";
 };
 
-TEST_F(WrittenFormTest, OfARecordInANewFile) {
+TEST_F(WrittenFormTest, RecordIsWrittenToNewFile) {
     RemoveDefaults();
     Replace({DistinctRecord()});
     EXPECT_EQ(Defaults(), NewDefaults(Distinct));
 }
 
-TEST_F(WrittenFormTest, OfARecordInAnExistingFile) {
+TEST_F(WrittenFormTest, RecordIsWrittenToExistingFile) {
     Replace({DistinctRecord()});
     EXPECT_EQ(Defaults(), OldDefaults(Distinct));
 }
 
-TEST_F(WrittenFormTest, OfSeveralRecordsIsInTheirOrder) {
+TEST_F(WrittenFormTest, RecordsAreWrittenInListOrder) {
     Replace({Record(3), Record(1), Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(3) + Written(1) + Written(2)));
 }
 
-TEST_F(WrittenFormTest, OfTheExtremeNumbers) {
+TEST_F(WrittenFormTest, ExtremeNumbersAreWrittenInDecimal) {
     constexpr std::int32_t Largest = std::numeric_limits<std::int32_t>::max();
     constexpr std::int32_t Smallest = std::numeric_limits<std::int32_t>::min();
     FunctionBaseRecord record = Record(Largest);
@@ -60,7 +60,7 @@ TEST_F(WrittenFormTest, OfTheExtremeNumbers) {
     EXPECT_NE(Defaults().find(R"(<CommandItem ID="2147483647" )"), std::string::npos);
 }
 
-TEST_F(WrittenFormTest, OfTwoFamiliesOfThreeItemsIsOneElementWithSix) {
+TEST_F(WrittenFormTest, FamiliesAreMergedIntoOneCommandsElement) {
     Replace({RecordWith(1, {Family({1, 2, 3}), Family({6, 5, 4})})});
     std::string commands;
     for (const std::int32_t id : {1, 2, 3, 6, 5, 4})
@@ -68,13 +68,13 @@ TEST_F(WrittenFormTest, OfTwoFamiliesOfThreeItemsIsOneElementWithSix) {
     EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, commands)));
 }
 
-TEST_F(WrittenFormTest, KeepsEqualCommands) {
+TEST_F(WrittenFormTest, EqualCommandsAreAllWritten) {
     Replace({RecordWith(1, {Family({7, 7}), Family({7})})});
     EXPECT_EQ(Defaults(),
               OldDefaults(WrittenWith(1, WrittenCommand(7) + WrittenCommand(7) + WrittenCommand(7))));
 }
 
-TEST_F(WrittenFormTest, HasNothingOfTheChecks) {
+TEST_F(WrittenFormTest, ChecksAreNotWritten) {
     CommandFamily family = Family({1});
     family.checkExistItems.push_back({5, L"check", L"check", L"check", L"check"});
     Replace({RecordWith(1, {family, family})});
@@ -100,49 +100,49 @@ protected:
     inline static const std::string WrittenDefault = R"(<Default B="2"/>)";
 };
 
-TEST_F(WrittenNodesTest, AreCopiedBeforeTheCommands) {
+TEST_F(WrittenNodesTest, NodesAreCopiedBeforeCommands) {
     Replace({RecordWithNodes(1, display, defaults)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay + WrittenDefault)));
 }
 
-TEST_F(WrittenNodesTest, WithoutADisplayNodeAreTheDefaultAlone) {
+TEST_F(WrittenNodesTest, MissingDisplayNodeIsOmitted) {
     Replace({RecordWithNodes(1, {}, defaults)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDefault)));
 }
 
-TEST_F(WrittenNodesTest, WithoutADefaultNodeAreTheDisplayAlone) {
+TEST_F(WrittenNodesTest, MissingDefaultNodeIsOmitted) {
     Replace({RecordWithNodes(1, display, {})});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay)));
 }
 
-TEST_F(WrittenNodesTest, WithoutBothAreNone) {
+TEST_F(WrittenNodesTest, RecordWithoutNodesContainsCommandsOnly) {
     Replace({RecordWithNodes(1, {}, {})});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
 }
 
-TEST_F(WrittenNodesTest, MayComeFromAnyElement) {
+TEST_F(WrittenNodesTest, NodesOfAnyElementAreCopied) {
     Replace({RecordWithNodes(1, client.Root(), client.Find(L"//AC"))});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, "<C>" + WrittenDisplay + WrittenDefault + "</C><AC/>")));
 }
 
-TEST_F(WrittenNodesTest, MayBeUsedByTwoRecords) {
+TEST_F(WrittenNodesTest, NodesSharedByTwoRecordsAreCopiedTwice) {
     Replace({RecordWithNodes(1, display, defaults), RecordWithNodes(2, display, defaults)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay + WrittenDefault) +
                                       Written(2, WrittenDisplay + WrittenDefault)));
 }
 
-TEST_F(WrittenNodesTest, MayBeOneNode) {
+TEST_F(WrittenNodesTest, OneNodeCanBeDisplayAndDefault) {
     Replace({RecordWithNodes(1, display, display)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay + WrittenDisplay)));
 }
 
-TEST_F(WrittenNodesTest, StayWhereTheyWere) {
+TEST_F(WrittenNodesTest, SourceDocumentIsUnchanged) {
     const std::wstring before = Describe(client.Root().get());
     Replace({RecordWithNodes(1, display, defaults)});
     EXPECT_EQ(Describe(client.Root().get()), before);
 }
 
-TEST_F(WrittenNodesTest, AreNoLongerNeededAfterTheCall) {
+TEST_F(WrittenNodesTest, NodesCanBeReleasedAfterCall) {
     Replace({RecordWithDefault(1, 2, 3)});
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}}));
     WriteBase("<B><CommonSettings C=\"c\"/></B>");
@@ -151,7 +151,7 @@ TEST_F(WrittenNodesTest, AreNoLongerNeededAfterTheCall) {
               std::string::npos);
 }
 
-TEST_F(WrittenNodesTest, KeepTheNamespaceThatWasDeclaredAroundThem) {
+TEST_F(WrittenNodesTest, NamespaceDeclaredOnAncestorIsPreserved) {
     const XmlTree source = XmlTree::OfText(
         LR"(<S xmlns:p="urn:p"><Display p:A="1"><p:Inner/></Display><p:Default p:B="2"/></S>)");
     const Node first = source.Find(L"/S/*[1]");
@@ -190,9 +190,9 @@ constexpr char RichBase[] = R"(<?xml version="1.0" encoding="UTF-8"?>
     </Functions>
 </Base>)";
 
-class AdoptedBaseTest : public FunctionDefaultsTest {
+class BaseCatalogueCopyTest : public FunctionDefaultsTest {
 protected:
-    AdoptedBaseTest() { WriteBase(RichBase); }
+    BaseCatalogueCopyTest() { WriteBase(RichBase); }
 
     // Describes the given child of a function in the file.
     static std::wstring In(const std::filesystem::path& file, int id, const std::wstring& name) {
@@ -201,14 +201,14 @@ protected:
     }
 };
 
-TEST_F(AdoptedBaseTest, HasItsDisplayAndDefaultElementByElement) {
+TEST_F(BaseCatalogueCopyTest, DisplayAndDefaultElementsMatchBaseCatalogue) {
     Replace(Base());
     for (const int id : {1, 2, 3})
         for (const wchar_t* const name : {L"Display", L"Default"})
             EXPECT_EQ(In(installation.DefaultsFile(), id, name), In(installation.BaseFile(), id, name));
 }
 
-TEST_F(AdoptedBaseTest, HasOneOfEachElementInItsOrder) {
+TEST_F(BaseCatalogueCopyTest, FunctionElementsAreWrittenOnceInFixedOrder) {
     Replace(Base());
     const XmlTree file = XmlTree::OfFile(installation.DefaultsFile());
     EXPECT_NE(file.Find(L"//Function[1][@ID='1'][*[1][self::Display]][*[2][self::Default]]"
@@ -219,7 +219,7 @@ TEST_F(AdoptedBaseTest, HasOneOfEachElementInItsOrder) {
     EXPECT_EQ(file.Find(L"//CommandFamily").get(), nullptr);
 }
 
-TEST_F(AdoptedBaseTest, StaysAsItWas) {
+TEST_F(BaseCatalogueCopyTest, BaseCatalogueIsUnchanged) {
     const FunctionBaseHolder base = Base();
     const std::wstring display = Describe(base.records.begin()->displayNode.get());
     Replace(base);
@@ -227,14 +227,14 @@ TEST_F(AdoptedBaseTest, StaysAsItWas) {
     EXPECT_EQ(Describe(Base().records.begin()->displayNode.get()), display);
 }
 
-TEST_F(AdoptedBaseTest, IsAdoptedTwiceAsOnce) {
+TEST_F(BaseCatalogueCopyTest, SecondCopyEqualsFirst) {
     Replace(Base());
     const std::string once = Defaults();
     Replace(Base());
     EXPECT_EQ(Defaults(), once);
 }
 
-TEST_F(AdoptedBaseTest, MayBeHandedOverWhileItIsEnumerated) {
+TEST_F(BaseCatalogueCopyTest, RecordsCanBeWrittenDuringEnumeration) {
     auto replace =
         MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) { Replace({*record}); });
     EXPECT_TRUE(Dll().GetFunctionBase(&replace));
@@ -242,7 +242,7 @@ TEST_F(AdoptedBaseTest, MayBeHandedOverWhileItIsEnumerated) {
     EXPECT_NE(In(installation.DefaultsFile(), 3, L"Commands"), L"nothing");
 }
 
-TEST_F(AdoptedBaseTest, MayOutliveTheLibraryThatGaveIt) {
+TEST_F(BaseCatalogueCopyTest, RecordsRemainValidAfterUnload) {
     const FunctionBaseHolder base = Base();
     Unload();
     Replace(base);
@@ -251,50 +251,50 @@ TEST_F(AdoptedBaseTest, MayOutliveTheLibraryThatGaveIt) {
 
 // ---- Records without commands ----
 
-class DroppedRecordTest : public FunctionDefaultsTest {
+class RecordWithoutCommandsTest : public FunctionDefaultsTest {
 protected:
     static FunctionBaseRecord WithoutCommands(std::int32_t id) { return RecordWith(id, {Family({})}); }
 };
 
-TEST_F(DroppedRecordTest, ComesFirst) {
+TEST_F(RecordWithoutCommandsTest, FirstRecordWithoutCommandsIsOmitted) {
     Replace({WithoutCommands(1), Record(2), Record(3)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2) + Written(3)));
 }
 
-TEST_F(DroppedRecordTest, ComesInTheMiddle) {
+TEST_F(RecordWithoutCommandsTest, MiddleRecordWithoutCommandsIsOmitted) {
     Replace({Record(1), WithoutCommands(2), Record(3)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(3)));
 }
 
-TEST_F(DroppedRecordTest, ComesLast) {
+TEST_F(RecordWithoutCommandsTest, LastRecordWithoutCommandsIsOmitted) {
     Replace({Record(1), Record(2), WithoutCommands(3)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));
 }
 
-TEST_F(DroppedRecordTest, LeavesAnEmptySectionWhenItIsTheOnlyKind) {
+TEST_F(RecordWithoutCommandsTest, SectionIsEmptyIfAllRecordsAreOmitted) {
     Replace({WithoutCommands(1), WithoutCommands(2)});
     EXPECT_EQ(Defaults(), OldDefaults(""));
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
 }
 
-TEST_F(DroppedRecordTest, IsOneWithoutFamilies) {
+TEST_F(RecordWithoutCommandsTest, RecordWithoutFamiliesIsOmitted) {
     Replace({RecordWith(1, {}), Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
-TEST_F(DroppedRecordTest, IsOneWhoseFamiliesHaveOnlyChecks) {
+TEST_F(RecordWithoutCommandsTest, RecordWithOnlyChecksIsOmitted) {
     CommandFamily family;
     family.checkExistItems.push_back({});
     Replace({RecordWith(1, {family, family}), Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
-TEST_F(DroppedRecordTest, IsNoneThatHasACommandInItsLastFamily) {
+TEST_F(RecordWithoutCommandsTest, RecordWithCommandInLastFamilyIsWritten) {
     Replace({RecordWith(1, {Family({}), Family({}), Family({5})})});
     EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(5))));
 }
 
-TEST_F(DroppedRecordTest, LeavesNothingOfItsNodes) {
+TEST_F(RecordWithoutCommandsTest, NodesOfOmittedRecordAreNotWritten) {
     FunctionBaseRecord record = RecordWithDefault(1, 2, 3);
     record.displayNode = record.defaultNode;
     record.commandFamilies.clear();
@@ -304,31 +304,31 @@ TEST_F(DroppedRecordTest, LeavesNothingOfItsNodes) {
 
 // ---- Replacing ----
 
-TEST_F(FunctionDefaultsTest, OneRecordTakesThePlaceOfTenFunctions) {
+TEST_F(FunctionDefaultsTest, OneRecordReplacesAllFunctions) {
     Replace({Record(20)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(20)));
 }
 
-TEST_F(FunctionDefaultsTest, TheNextCallReplacesWhatTheLastOneWrote) {
+TEST_F(FunctionDefaultsTest, NextCallReplacesFunctionsOfPreviousCall) {
     Replace({Record(1), Record(2)});
     Replace({Record(3)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(3)));
 }
 
-TEST_F(FunctionDefaultsTest, AnEmptySectionIsFilled) {
+TEST_F(FunctionDefaultsTest, EmptySectionIsFilled) {
     WriteFunctions("");
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
 }
 
-TEST_F(FunctionDefaultsTest, EverythingInTheSectionIsRemoved) {
+TEST_F(FunctionDefaultsTest, EntireContentOfSectionIsRemoved) {
     WriteFunctions("text<!--note--><?tool x?><![CDATA[data]]><Other><Function/></Other>" + Function(1) +
                    "<x:Function xmlns:x=\"urn:x\"/>more");
     Replace({Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
-TEST_F(FunctionDefaultsTest, EverythingOutsideTheChildrenOfTheSectionStays) {
+TEST_F(FunctionDefaultsTest, ContentOutsideSectionIsPreserved) {
     const std::string before =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--head-->\n<?tool x=\"1\"?>\n<Any A=\"&lt;a&gt;\">"
         "<CommonSettings B=\"b\"><Inner/></CommonSettings><!--note--><Other>text</Other>"
@@ -340,7 +340,7 @@ TEST_F(FunctionDefaultsTest, EverythingOutsideTheChildrenOfTheSectionStays) {
     EXPECT_EQ(Defaults(), before + Written(3) + behind);
 }
 
-TEST_F(FunctionDefaultsTest, OnlyTheFirstSectionIsReplaced) {
+TEST_F(FunctionDefaultsTest, OnlyFirstSectionIsReplaced) {
     const std::string second = "<Functions>" + Function(2) + "</Functions>";
     WriteDefaults("<R><Functions>" + Function(1) + "</Functions>" + second + "</R>");
     Replace({Record(3)});
@@ -349,20 +349,20 @@ TEST_F(FunctionDefaultsTest, OnlyTheFirstSectionIsReplaced) {
                               "<Display/><Commands/></Function></Functions></R>\n");
 }
 
-TEST_F(FunctionDefaultsTest, ASectionInANamespaceIsNone) {
+TEST_F(FunctionDefaultsTest, SectionInNamespaceIsIgnored) {
     WriteDefaults(R"(<R><Functions xmlns="urn:x"><Function/></Functions></R>)");
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), "<R><Functions xmlns=\"urn:x\"><Function/></Functions><Functions>" + Written(1) +
                               "</Functions></R>\n");
 }
 
-TEST_F(FunctionDefaultsTest, AMissingSectionIsCreatedBehindTheOthers) {
+TEST_F(FunctionDefaultsTest, MissingSectionIsAppended) {
     WriteDefaults("<R><CommonSettings A=\"a\"/></R>");
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), "<R><CommonSettings A=\"a\"/><Functions>" + Written(1) + "</Functions></R>\n");
 }
 
-TEST_F(FunctionDefaultsTest, NoOtherFileIsWritten) {
+TEST_F(FunctionDefaultsTest, OtherFilesAreNotWritten) {
     WriteBase(RichBase);
     Replace(Base());
     EXPECT_FALSE(HasUserSettings());
