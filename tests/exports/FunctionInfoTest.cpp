@@ -86,24 +86,24 @@ protected:
 
 // ---- Functions ----
 
-TEST_F(FunctionInfoTest, HasAllOfEveryFunction) {
+TEST_F(FunctionInfoTest, AllFieldsOfEachFunctionAreReturned) {
     EXPECT_EQ(InfoOf(DimAndRate), dimAndRateAsKeys);
 }
 
-TEST_F(FunctionInfoTest, HasTheTextsInTheLanguageOfTheUser) {
+TEST_F(FunctionInfoTest, StringsAreReturnedInUserLanguage) {
     WriteEntries(German());
     EXPECT_EQ(InfoOf(DimAndRate), dimAndRateInGerman);
 }
 
-TEST_F(FunctionInfoTest, ComesByAscendingIdWhateverTheOrderOfTheFile) {
+TEST_F(FunctionInfoTest, FunctionsAreReturnedByAscendingId) {
     EXPECT_EQ(IdsOf(Functions({30, 4, 200})), (std::vector<std::uint32_t>{4, 30, 200}));
 }
 
-TEST_F(FunctionInfoTest, ComesFromTheSmallestIdToTheLargest) {
+TEST_F(FunctionInfoTest, SmallestIdIsReturnedBeforeLargestId) {
     EXPECT_EQ(IdsOf(Functions({2147483647, 0})), (std::vector<std::uint32_t>{0, 2147483647}));
 }
 
-TEST_F(FunctionInfoTest, ComesForEachOfManyFunctions) {
+TEST_F(FunctionInfoTest, ThousandFunctionsAreAllReturned) {
     std::string functions;
     std::vector<std::uint32_t> ids;
     for (std::int32_t id = 0; id < 1000; ++id) {
@@ -113,7 +113,7 @@ TEST_F(FunctionInfoTest, ComesForEachOfManyFunctions) {
     EXPECT_EQ(IdsOf(functions), ids);
 }
 
-TEST_F(FunctionInfoTest, ComesForTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(FunctionInfoTest, FirstFunctionWithSameIdIsReturned) {
     WriteEntries(Entry("First", "Erste") + Entry("Second", "Zweite"));
     EXPECT_EQ(InfoOfOnly(R"(<Function ID="1" Name="First"><Display/><Commands/></Function>
         <Function ID="1" Name="Second"><Display/><Commands/></Function>)")
@@ -121,7 +121,7 @@ TEST_F(FunctionInfoTest, ComesForTheFirstOfTwoFunctionsOfTheSameId) {
               L"Erste");
 }
 
-TEST_F(FunctionInfoTest, TranslatesAKeyThatAFunctionHasFromTheOneBeforeIt) {
+TEST_F(FunctionInfoTest, InheritedKeyIsTranslatedOnce) {
     WriteEntries(Entry("Dim", "Abdunkeln") + Entry("Abdunkeln", "again"));
     const std::vector<FunctionInfo> infos =
         InfoOf(R"(<Function ID="1" Name="Dim"><Display/><Commands/></Function>)" + Function(2));
@@ -129,13 +129,13 @@ TEST_F(FunctionInfoTest, TranslatesAKeyThatAFunctionHasFromTheOneBeforeIt) {
     EXPECT_EQ(infos.at(1).name, L"Abdunkeln");
 }
 
-TEST_F(FunctionInfoTest, HasEmptyTextsAndListsWhereTheFileHasNone) {
+TEST_F(FunctionInfoTest, MissingStringsAndItemsAreEmpty) {
     EXPECT_EQ(InfoOfOnly(Function(5)), (FunctionInfo{5, 0, 0, L"", L"", {}, {}}));
 }
 
 // ---- Items ----
 
-TEST_F(FunctionInfoTest, HasTheItemsInTheOrderOfTheFile) {
+TEST_F(FunctionInfoTest, AcItemsAreReturnedInFileOrder) {
     WriteEntries(Entry("a", "1") + Entry("c", "3") + Entry("d", "4"));
     EXPECT_EQ(InfoOfOnly(FunctionWithItems(
                              Item("d", 7) + Item("b", -2) + Item("a", 7) + Item("c", 0) + Item("a", 5), ""))
@@ -143,27 +143,27 @@ TEST_F(FunctionInfoTest, HasTheItemsInTheOrderOfTheFile) {
               (Items{{7, L"4"}, {-2, L"b"}, {7, L"1"}, {0, L"3"}, {5, L"1"}}));
 }
 
-TEST_F(FunctionInfoTest, HasTheItemsOfTheBatteryInTheOrderOfTheFileToo) {
+TEST_F(FunctionInfoTest, DcItemsAreReturnedInFileOrder) {
     WriteEntries(Entry("a", "1") + Entry("c", "3"));
     EXPECT_EQ(InfoOfOnly(FunctionWithItems("", Item("c", 2) + Item("b", 3) + Item("a", 1))).dc,
               (Items{{2, L"3"}, {3, L"b"}, {1, L"1"}}));
 }
 
-TEST_F(FunctionInfoTest, HasItemsForMainsPowerAlone) {
+TEST_F(FunctionInfoTest, FunctionCanHaveAcItemsOnly) {
     WriteEntries(Entry("a", "1"));
     const FunctionInfo info = InfoOfOnly(FunctionWithItems(Item("a", 1), ""));
     EXPECT_EQ(info.ac, (Items{{1, L"1"}}));
     EXPECT_EQ(info.dc, Items{});
 }
 
-TEST_F(FunctionInfoTest, HasItemsForTheBatteryAlone) {
+TEST_F(FunctionInfoTest, FunctionCanHaveDcItemsOnly) {
     WriteEntries(Entry("a", "1"));
     const FunctionInfo info = InfoOfOnly(FunctionWithItems("", Item("a", 1)));
     EXPECT_EQ(info.ac, Items{});
     EXPECT_EQ(info.dc, (Items{{1, L"1"}}));
 }
 
-TEST_F(FunctionInfoTest, HasEachOfManyItems) {
+TEST_F(FunctionInfoTest, ThousandItemsAreAllReturned) {
     WriteEntries(Entry("Even", "Gerade"));
     std::string items;
     Items expected;
@@ -175,7 +175,7 @@ TEST_F(FunctionInfoTest, HasEachOfManyItems) {
     EXPECT_EQ(OnlyInfo().dc, expected);
 }
 
-TEST_F(FunctionInfoTest, HasListsThatARawClientCanWalkBothWays) {
+TEST_F(FunctionInfoTest, ListsCanBeTraversedInBothDirections) {
     WriteFunctions(FunctionWithItems(Item("a", 1) + Item("b", 2), ""));
     struct RawList {
         const ListLinks* head;
@@ -198,42 +198,42 @@ TEST_F(FunctionInfoTest, HasListsThatARawClientCanWalkBothWays) {
 
 // ---- Translation ----
 
-TEST_F(FunctionInfoTest, TranslatesTheNameAlone) {
+TEST_F(FunctionInfoTest, EntryOfNameTranslatesNameOnly) {
     EXPECT_EQ(InfoOfFull(Entry("Name", "Text")),
               (FunctionInfo{1, 0, 0, L"Text", L"Group", {{1, L"Ac"}}, {{2, L"Dc"}}}));
 }
 
-TEST_F(FunctionInfoTest, TranslatesTheGroupAlone) {
+TEST_F(FunctionInfoTest, EntryOfGroupTranslatesGroupOnly) {
     EXPECT_EQ(InfoOfFull(Entry("Group", "Text")),
               (FunctionInfo{1, 0, 0, L"Name", L"Text", {{1, L"Ac"}}, {{2, L"Dc"}}}));
 }
 
-TEST_F(FunctionInfoTest, TranslatesALabelForMainsPowerAlone) {
+TEST_F(FunctionInfoTest, EntryOfAcLabelTranslatesAcLabelOnly) {
     EXPECT_EQ(InfoOfFull(Entry("Ac", "Text")),
               (FunctionInfo{1, 0, 0, L"Name", L"Group", {{1, L"Text"}}, {{2, L"Dc"}}}));
 }
 
-TEST_F(FunctionInfoTest, TranslatesALabelForTheBatteryAlone) {
+TEST_F(FunctionInfoTest, EntryOfDcLabelTranslatesDcLabelOnly) {
     EXPECT_EQ(InfoOfFull(Entry("Dc", "Text")),
               (FunctionInfo{1, 0, 0, L"Name", L"Group", {{1, L"Ac"}}, {{2, L"Text"}}}));
 }
 
-TEST_F(FunctionInfoTest, ShowsTheKeysThatTheTableLacks) {
+TEST_F(FunctionInfoTest, MissingEntriesLeaveKeys) {
     EXPECT_EQ(InfoOfFull(Entry("Other", "Text")),
               (FunctionInfo{1, 0, 0, L"Name", L"Group", {{1, L"Ac"}}, {{2, L"Dc"}}}));
 }
 
-TEST_F(FunctionInfoTest, ShowsTheKeysWhoseEntriesHaveNoValue) {
+TEST_F(FunctionInfoTest, EntriesWithoutValueLeaveKeys) {
     EXPECT_EQ(InfoOfFull(R"(<data name="Name"/><data name="Group"/><data name="Ac"/><data name="Dc"/>)"),
               (FunctionInfo{1, 0, 0, L"Name", L"Group", {{1, L"Ac"}}, {{2, L"Dc"}}}));
 }
 
-TEST_F(FunctionInfoTest, CanHaveEmptyTexts) {
+TEST_F(FunctionInfoTest, EmptyValuesReplaceKeys) {
     EXPECT_EQ(InfoOfFull(Entry("Name", "") + Entry("Group", "") + Entry("Ac", "") + Entry("Dc", "")),
               (FunctionInfo{1, 0, 0, L"", L"", {{1, L""}}, {{2, L""}}}));
 }
 
-TEST_F(FunctionInfoTest, CutsEachTextAt259Units) {
+TEST_F(FunctionInfoTest, StringsAreTruncatedTo259CodeUnits) {
     const std::string longText(300, 't');
     const std::wstring cut(259, L't');
     EXPECT_EQ(InfoOfFull(Entry("Name", longText) + Entry("Group", longText) + Entry("Ac", longText) +
@@ -241,7 +241,7 @@ TEST_F(FunctionInfoTest, CutsEachTextAt259Units) {
               (FunctionInfo{1, 0, 0, cut, cut, {{1, cut}}, {{2, cut}}}));
 }
 
-TEST_F(FunctionInfoTest, DoesNotTranslateATranslation) {
+TEST_F(FunctionInfoTest, TranslatedStringIsNotTranslatedAgain) {
     WriteEntries(Entry("Dim", "Display") + Entry("Display", "Soon") + Entry("Soon", "Dim"));
     WriteFunctions(DimAndRate);
     const FunctionInfo dim = GetFunctionInfo().front();
@@ -250,14 +250,14 @@ TEST_F(FunctionInfoTest, DoesNotTranslateATranslation) {
     EXPECT_EQ(dim.ac, (Items{{0, L"Never"}, {60, L"Dim"}}));
 }
 
-TEST_F(FunctionInfoTest, IsTheSameTheSecondTime) {
+TEST_F(FunctionInfoTest, SecondCallReturnsSameStrings) {
     WriteEntries(German());
     EXPECT_EQ(InfoOf(DimAndRate), dimAndRateInGerman);
     EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
 }
 
 // A string that the first call translated in the catalogue would be translated again by the second call.
-TEST_F(FunctionInfoTest, LeavesTheKeysInTheCatalogue) {
+TEST_F(FunctionInfoTest, CatalogueKeepsKeysAfterTranslation) {
     const std::string entries = Entry("Name", "N") + Entry("Group", "G") + Entry("Ac", "A") +
                                 Entry("Dc", "D") + Entry("N", "NN") + Entry("G", "GG") + Entry("A", "AA") +
                                 Entry("D", "DD");
@@ -266,7 +266,7 @@ TEST_F(FunctionInfoTest, LeavesTheKeysInTheCatalogue) {
     EXPECT_EQ(OnlyInfo(), expected);
 }
 
-TEST_F(FunctionInfoTest, TakesANameThatADifferenceListHasTranslatedAsTheKey) {
+TEST_F(FunctionInfoTest, NameTranslatedByDifferenceListServesAsKey) {
     WriteEntries(Entry("Dim", "Abdunkeln") + Entry("Abdunkeln", "again") + Entry("Rate", "Bildrate") +
                  Entry("Bildrate", "again") + Entry("Now", "Sofort"));
     WriteFunctions(R"(
@@ -295,11 +295,11 @@ protected:
     }
 };
 
-TEST_P(InfoWithoutCatalogueTest, IsNone) {
+TEST_P(InfoWithoutCatalogueTest, UnavailableOrEmptyCatalogueReturnsNoFunctions) {
     EXPECT_EQ(GetFunctionInfo(), std::vector<FunctionInfo>{});
 }
 
-TEST_P(InfoWithoutCatalogueTest, NeedsNoStringTable) {
+TEST_P(InfoWithoutCatalogueTest, StringTableIsNotLoadedWithoutFunctions) {
     DomDocuments documents{Dll().Handle()};
     GetFunctionInfo();
     EXPECT_EQ(documents.CreatedCount(), 1u);
@@ -307,34 +307,34 @@ TEST_P(InfoWithoutCatalogueTest, NeedsNoStringTable) {
 
 INSTANTIATE_TEST_SUITE_P(
     , InfoWithoutCatalogueTest,
-    testing::Values(XmlCase{"NoXml", ""}, XmlCase{"NoSection", "<ZOTDefault/>"},
+    testing::Values(XmlCase{"EmptyFile", ""}, XmlCase{"NoSection", "<ZOTDefault/>"},
                     XmlCase{"NoFunctions", "<ZOTDefault><Functions/></ZOTDefault>"},
-                    XmlCase{"ANegativeId", "<ZOTDefault><Functions>" + Function(1) + Function(-1) +
-                                               "</Functions></ZOTDefault>"},
-                    XmlCase{"AnOverlongLabel", "<ZOTDefault><Functions>" +
-                                                   FunctionWithItems("", Item(std::string(260, 'l'), 1)) +
-                                                   "</Functions></ZOTDefault>"}),
+                    XmlCase{"NegativeId", "<ZOTDefault><Functions>" + Function(1) + Function(-1) +
+                                              "</Functions></ZOTDefault>"},
+                    XmlCase{"OverlongLabel", "<ZOTDefault><Functions>" +
+                                                 FunctionWithItems("", Item(std::string(260, 'l'), 1)) +
+                                                 "</Functions></ZOTDefault>"}),
     CaseName<XmlCase>);
 
-TEST_F(FunctionInfoTest, IsNoneWithoutADefaultsFile) {
+TEST_F(FunctionInfoTest, MissingDefaultsFileReturnsNoFunctions) {
     EXPECT_EQ(GetFunctionInfo(), std::vector<FunctionInfo>{});
 }
 
-TEST_F(FunctionInfoTest, IsNoneWhenTheDefaultsHaveNoDom) {
+TEST_F(FunctionInfoTest, FailedDomCreationReturnsNoFunctions) {
     WriteFunctions(DimAndRate);
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
     EXPECT_EQ(GetFunctionInfo(), std::vector<FunctionInfo>{});
 }
 
-TEST_F(FunctionInfoTest, IsKeptWhenTheDefaultsChange) {
+TEST_F(FunctionInfoTest, ChangedDefaultsAreIgnoredUntilReload) {
     EXPECT_EQ(InfoOf(DimAndRate), dimAndRateAsKeys);
     EXPECT_EQ(InfoOf(Function(1)), dimAndRateAsKeys);
     Unload();
     EXPECT_EQ(OnlyInfo(), (FunctionInfo{1, 0, 0, L"", L"", {}, {}}));
 }
 
-TEST_F(FunctionInfoTest, WritesNoFile) {
+TEST_F(FunctionInfoTest, EnumerationWritesNoFile) {
     WriteEntries(German());
     InfoOf(DimAndRate);
     Unload();
@@ -378,11 +378,11 @@ protected:
     }
 };
 
-TEST_F(InfoOnItemTest, MayEnumerateAgain) {
+TEST_F(InfoOnItemTest, CallbackCanEnumerateAgain) {
     EXPECT_EQ(InfosWhile([this] { EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman); }), dimAndRateInGerman);
 }
 
-TEST_F(InfoOnItemTest, MayUseOtherExports) {
+TEST_F(InfoOnItemTest, CallbackCanCallOtherExports) {
     EXPECT_EQ(InfosWhile([this] {
                   EXPECT_EQ(Dll().GetFuncCount(), 2u);
                   EXPECT_TRUE(SetParameter(Balanced, {{3, {1, 0}}}));
@@ -390,18 +390,18 @@ TEST_F(InfoOnItemTest, MayUseOtherExports) {
               dimAndRateInGerman);
 }
 
-TEST_F(InfoOnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+TEST_F(InfoOnItemTest, ExitInOnItemDoesNotEndEnumeration) {
     EXPECT_EQ(InfosWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), dimAndRateInGerman);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(InfoOnItemTest, ThatThrowsReachesTheClientAndEndsTheEnumeration) {
+TEST_F(InfoOnItemTest, ExceptionReachesClientAndEndsEnumeration) {
     ThrowAtItem(1);
     ThrowAtItem(2);
     EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
 }
 
-TEST_F(InfoOnItemTest, ThatThrowsKeepsNoBlock) {
+TEST_F(InfoOnItemTest, ExceptionLeaksNoHeapAllocation) {
     GetFunctionInfo();
     HeapAllocations::Track(Dll().Handle());
     ThrowAtItem(1);
@@ -409,7 +409,7 @@ TEST_F(InfoOnItemTest, ThatThrowsKeepsNoBlock) {
     EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
-TEST_F(InfoOnItemTest, LeavesNoBlockBehind) {
+TEST_F(InfoOnItemTest, EnumerationLeaksNoHeapAllocation) {
     GetFunctionInfo();
     HeapAllocations::Track(Dll().Handle());
     GetFunctionInfo();
@@ -417,7 +417,7 @@ TEST_F(InfoOnItemTest, LeavesNoBlockBehind) {
     EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
-TEST_F(InfoOnItemTest, IsNotCalledAfterExit) {
+TEST_F(InfoOnItemTest, CallbackIsNotCalledAfterExit) {
     EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
     EXPECT_TRUE(Dll().ZOTDamExit());
     int items = 0;

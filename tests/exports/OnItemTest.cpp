@@ -25,7 +25,7 @@ protected:
     const Params defaults = {{1, {2, 3}}, {2, {4, 5}}};
 };
 
-TEST_F(OnItemTest, MayStoreParameters) {
+TEST_F(OnItemTest, CallbackCanStoreParameters) {
     EXPECT_EQ(ItemsWhile([this] {
                   EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}, {2, {7, 8}}}));
               }),
@@ -33,26 +33,26 @@ TEST_F(OnItemTest, MayStoreParameters) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {7, 8}}}));
 }
 
-TEST_F(OnItemTest, MayReadTheSameScheme) {
+TEST_F(OnItemTest, CallbackCanReadSameScheme) {
     EXPECT_EQ(ItemsWhile([this] { EXPECT_EQ(GetParameter(Balanced), defaults); }), defaults);
 }
 
-TEST_F(OnItemTest, MayReadAnotherScheme) {
+TEST_F(OnItemTest, CallbackCanReadAnotherScheme) {
     EXPECT_EQ(ItemsWhile([this] { EXPECT_EQ(GetParameter(HighPerformance), defaults); }), defaults);
     EXPECT_NE(UserSettings().find(HighPerformanceText), std::string::npos);
 }
 
-TEST_F(OnItemTest, MayReset) {
+TEST_F(OnItemTest, CallbackCanReset) {
     EXPECT_EQ(ItemsWhile([this] { EXPECT_TRUE(Dll().ResetDefault()); }), defaults);
     EXPECT_EQ(UserSettings().find("<PowerScheme "), std::string::npos);
 }
 
-TEST_F(OnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+TEST_F(OnItemTest, ExitInOnItemDoesNotEndEnumeration) {
     EXPECT_EQ(ItemsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), defaults);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(OnItemTest, OfTheDefaultsMayCallExitToo) {
+TEST_F(OnItemTest, DefaultsAreEnumeratedDespiteExitInOnItem) {
     Params items;
     auto callback = MakeCallback<IGetParameterDefaultCallback>([&](std::int32_t id, const ParamValue* value) {
         EXPECT_TRUE(Dll().ZOTDamExit());
@@ -86,21 +86,21 @@ protected:
     }
 };
 
-TEST_F(ThrowingOnItemTest, ReachesTheClientAndEndsTheEnumeration) {
+TEST_F(ThrowingOnItemTest, ExceptionReachesClientAndEndsEnumeration) {
     EXPECT_EQ(CatchAt(Dll().GetParameter, 1), 1);
     EXPECT_EQ(CatchAt(Dll().GetParameter, 2), 2);
     EXPECT_EQ(CatchAt(Dll().GetParameterDefault, 1), 1);
     EXPECT_EQ(CatchAt(Dll().GetParameterDefault, 2), 2);
 }
 
-TEST_F(ThrowingOnItemTest, LeavesTheLibraryUsable) {
+TEST_F(ThrowingOnItemTest, LibraryStaysUsableAfterException) {
     EXPECT_EQ(CatchAt(Dll().GetParameter, 1), 1);
     EXPECT_EQ(GetParameter(Balanced), defaults);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {5, 6}}, {2, {4, 5}}}));
 }
 
-TEST_F(ThrowingOnItemTest, KeepsNoFurtherBlock) {
+TEST_F(ThrowingOnItemTest, ExceptionLeaksNoHeapAllocation) {
     GetParameter(Balanced);
     HeapAllocations::Track(Dll().Handle());
     EXPECT_EQ(CatchAt(Dll().GetParameter, 1), 1);
