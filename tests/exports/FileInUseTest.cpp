@@ -142,9 +142,9 @@ const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>
 }  // namespace
 
 // Tests of conflicts that occur after the library has read both files.
-class HinderedSaveTest : public FunctionDefaultsTest {
+class FileInUseTest : public FunctionDefaultsTest {
 protected:
-    HinderedSaveTest() {
+    FileInUseTest() {
         WriteDefaults(OldDefaultsFile);
         WriteUserSettings(OldSettings);
         WriteBase(R"(<ZOTBase><CommonSettings Base="b"/></ZOTBase>)");
@@ -208,7 +208,7 @@ protected:
 
 // ---- Each call with each conflict ----
 
-class SavingCallTest : public HinderedSaveTest, public testing::WithParamInterface<SavingCall> {
+class SavingCallTest : public FileInUseTest, public testing::WithParamInterface<SavingCall> {
 protected:
     static const SavingCall& Saving() { return GetParam(); }
     std::filesystem::path Path() const { return PathOf(Saving().file); }
@@ -230,7 +230,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(, SavingCallTest, testing::ValuesIn(SavingCalls()), CaseName<SavingCall>);
 
-TEST_P(SavingCallTest, LeavesAReadOnlyFile) {
+TEST_P(SavingCallTest, ReadOnlyFileIsUnchanged) {
     const std::string saved = ContentSavedBy(Saving());
     {
         ReadBothFiles();
@@ -244,16 +244,16 @@ TEST_P(SavingCallTest, LeavesAReadOnlyFile) {
 
 // Only the user settings are read again before a save. If they cannot be read, the save is skipped as for a
 // busy file, which is not a failure.
-TEST_P(SavingCallTest, LeavesAFileThatNobodyCanRead) {
+TEST_P(SavingCallTest, FileThatCannotBeReadIsUnchanged) {
     const bool isSkipped = Saving().file == DataFile::UserSettings;
     ExpectUnchangedWhileOpen(BlockingReads, isSkipped ? Saving().whenSaved : Saving().whenNotSaved);
 }
 
-TEST_P(SavingCallTest, LeavesAFileThatNobodyMayWrite) {
+TEST_P(SavingCallTest, FileThatCannotBeWrittenIsUnchanged) {
     ExpectUnchangedWhileOpen(BlockingWrites, Saving().whenNotSaved);
 }
 
-TEST_P(SavingCallTest, SavesAFileThatOthersMayWrite) {
+TEST_P(SavingCallTest, FileSharedForWritingIsSaved) {
     const std::string saved = ContentSavedBy(Saving());
     for (const OpenMode& mode : AllowingWrites) {
         SCOPED_TRACE(mode.name);
@@ -265,7 +265,7 @@ TEST_P(SavingCallTest, SavesAFileThatOthersMayWrite) {
     }
 }
 
-TEST_P(SavingCallTest, SavesAFileThatAnotherProgramWritesOrLocksWholeOrNotAtAll) {
+TEST_P(SavingCallTest, FileInUseIsSavedCompletelyOrUnchanged) {
     const std::string saved = ContentSavedBy(Saving());
     for (const OpenMode& mode : SystemDependent) {
         SCOPED_TRACE(mode.name);
@@ -278,7 +278,7 @@ TEST_P(SavingCallTest, SavesAFileThatAnotherProgramWritesOrLocksWholeOrNotAtAll)
     }
 }
 
-TEST_P(SavingCallTest, MakesNoFolder) {
+TEST_P(SavingCallTest, MissingFolderIsNotCreated) {
     ReadBothFiles();
     const std::filesystem::path folder = Path().parent_path();
     std::filesystem::remove_all(folder);
@@ -286,7 +286,7 @@ TEST_P(SavingCallTest, MakesNoFolder) {
     EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_P(SavingCallTest, LeavesAFileInThePlaceOfTheFolder) {
+TEST_P(SavingCallTest, FileInPlaceOfFolderIsUnchanged) {
     ReadBothFiles();
     const std::filesystem::path folder = Path().parent_path();
     std::filesystem::remove_all(folder);
@@ -295,7 +295,7 @@ TEST_P(SavingCallTest, LeavesAFileInThePlaceOfTheFolder) {
     EXPECT_EQ(ReadFile(folder), "a file");
 }
 
-TEST_P(SavingCallTest, LeavesAFolderInThePlaceOfTheFile) {
+TEST_P(SavingCallTest, FolderInPlaceOfFileIsUnchanged) {
     ReadBothFiles();
     std::filesystem::remove(Path());
     std::filesystem::create_directory(Path());
@@ -306,7 +306,7 @@ TEST_P(SavingCallTest, LeavesAFolderInThePlaceOfTheFile) {
 
 // ---- Other programs ----
 
-TEST_F(HinderedSaveTest, TheUserSettingsAreSavedOnceTheProgramThatReadsThemHasDied) {
+TEST_F(FileInUseTest, UserSettingsAreSavedAfterReadingProcessEnds) {
     {
         const SecondProcess reader{KeepFileOpen, {installation.UserFile()}};
         EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"new"));
@@ -316,7 +316,7 @@ TEST_F(HinderedSaveTest, TheUserSettingsAreSavedOnceTheProgramThatReadsThemHasDi
     EXPECT_NE(UserSettings().find(R"(Name="newer")"), std::string::npos);
 }
 
-TEST_F(HinderedSaveTest, TheDefaultsAreSavedOnceTheProgramThatReadsThemHasDied) {
+TEST_F(FileInUseTest, DefaultsAreSavedAfterReadingProcessEnds) {
     {
         const SecondProcess reader{KeepFileOpen, {installation.DefaultsFile()}};
         EXPECT_FALSE(Dll().InitCommonSetting());
@@ -327,7 +327,7 @@ TEST_F(HinderedSaveTest, TheDefaultsAreSavedOnceTheProgramThatReadsThemHasDied) 
 }
 
 // A file that is in use must not be handled like a file that is not well-formed, which the library replaces.
-TEST_F(HinderedSaveTest, AFileThatAnotherProgramWritesWhenItIsToBeReadLosesNothing) {
+TEST_F(FileInUseTest, UserSettingsInUseAtLoadArePreserved) {
     for (const DWORD shared : {SharesReading, SharesWriting, SharesAll}) {
         std::optional<OpenFile> writer{std::in_place, installation.UserFile(), Writing, shared};
         MarkerCalls calls{Dll().Handle()};
@@ -344,7 +344,7 @@ TEST_F(HinderedSaveTest, AFileThatAnotherProgramWritesWhenItIsToBeReadLosesNothi
     }
 }
 
-TEST_F(HinderedSaveTest, DefaultsThatAnotherProgramWritesAtTheirOnlyLoadLoseNothing) {
+TEST_F(FileInUseTest, DefaultsInUseAtLoadArePreserved) {
     {
         const OpenFile writer{installation.DefaultsFile(), Writing, SharesAll};
         Dll().GetFuncCount();
@@ -356,7 +356,7 @@ TEST_F(HinderedSaveTest, DefaultsThatAnotherProgramWritesAtTheirOnlyLoadLoseNoth
 
 // ---- Folders with paths of the maximum length ----
 
-class LongFolderSaveTest : public HinderedSaveTest {
+class LongFolderSaveTest : public FileInUseTest {
 protected:
     void SaveInUserPathOf(std::size_t codeUnits, const SavingCall& saving, bool expected) {
         WriteUserSettings(OldSettings);
@@ -373,7 +373,7 @@ protected:
     }
 };
 
-TEST_F(LongFolderSaveTest, InAUserFolderOf255UnitsEachCallSaves) {
+TEST_F(LongFolderSaveTest, LongestUserFolderAllowsEverySave) {
     for (const SavingCall& saving : SavingCalls())
         if (saving.file == DataFile::UserSettings) {
             SaveInUserPathOf(255, saving, saving.whenSaved);
@@ -381,7 +381,7 @@ TEST_F(LongFolderSaveTest, InAUserFolderOf255UnitsEachCallSaves) {
         }
 }
 
-TEST_F(LongFolderSaveTest, InAUserFolderOf256UnitsNoCallSavesAndThereIsNothingToReset) {
+TEST_F(LongFolderSaveTest, OverlongUserFolderPreventsEverySave) {
     for (const SavingCall& saving : SavingCalls())
         if (saving.file == DataFile::UserSettings) {
             SaveInUserPathOf(256, saving, saving.whenNotSaved && saving.name != "ResetDefault");
@@ -389,14 +389,14 @@ TEST_F(LongFolderSaveTest, InAUserFolderOf256UnitsNoCallSavesAndThereIsNothingTo
         }
 }
 
-TEST_F(LongFolderSaveTest, InAnInstallationFolderOf255UnitsTheFunctionsAreSaved) {
+TEST_F(LongFolderSaveTest, LongestInstallationFolderAllowsFunctionSave) {
     SetLongInstallationPath(installation.ProgramFiles(), 255);
     EXPECT_TRUE(ReplaceFunctions(Dll()));
     EXPECT_EQ(Defaults(), OldDefaults(Written(20)));
     EXPECT_EQ(Everything(), before);
 }
 
-TEST_F(LongFolderSaveTest, InAnInstallationFolderOf256UnitsTheFunctionsAreNotSaved) {
+TEST_F(LongFolderSaveTest, OverlongInstallationFolderPreventsFunctionSave) {
     SetLongInstallationPath(installation.ProgramFiles(), 256);
     EXPECT_TRUE(ReplaceFunctions(Dll()));
     EXPECT_EQ(Defaults(), OldDefaultsFile);
@@ -404,13 +404,13 @@ TEST_F(LongFolderSaveTest, InAnInstallationFolderOf256UnitsTheFunctionsAreNotSav
 }
 
 // The path of the base catalogue is five UTF-16 code units longer.
-TEST_F(LongFolderSaveTest, InAnInstallationFolderOf250UnitsTheDefaultSettingsAreSaved) {
+TEST_F(LongFolderSaveTest, LongestFolderForBaseCatalogueAllowsSettingsSave) {
     EXPECT_TRUE(InitInInstallationPathOf(250));
     EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);
     EXPECT_EQ(Everything(), before);
 }
 
-TEST_F(LongFolderSaveTest, InAnInstallationFolderOf251UnitsThereAreNoSettingsToSave) {
+TEST_F(LongFolderSaveTest, OverlongFolderForBaseCataloguePreventsSettingsSave) {
     EXPECT_FALSE(InitInInstallationPathOf(251));
     EXPECT_EQ(Defaults(), OldDefaultsFile);
     EXPECT_EQ(Everything(), before);

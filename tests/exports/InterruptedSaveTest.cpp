@@ -124,7 +124,7 @@ protected:
 
 // ---- Termination at a given call ----
 
-class DeathInASaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
+class TerminationDuringSaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
 protected:
     void SaveInExitingProcess(const wchar_t* role = SaveAndExit) {
         SecondProcess saver{role, WithFolders(installation, {AsArgument(GetParam())})};
@@ -133,19 +133,18 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(
-    , DeathInASaveTest,
-    testing::Values(
-        SavePlan{"BeforeTheNewFileIsOpened", {ExitBefore, None, None, None, None}, false},
-        SavePlan{"OnceTheNewFileIsOpen", {ExitAfter, None, None, None, None}, false},
-        SavePlan{"BeforeTheFlush", {None, ExitBefore, None, None, None}, false},
-        SavePlan{"BehindTheFlush", {None, ExitAfter, None, None, None}, false},
-        SavePlan{"BeforeTheMove", {None, None, ExitBefore, None, None}, false},
-        SavePlan{"BehindTheMove", {None, None, ExitAfter, None, None}, true},
-        SavePlan{"BeforeTheClearingBehindARefusedFlush", {None, Fail, None, None, ExitBefore}, false},
-        SavePlan{"BehindTheClearingBehindARefusedMove", {None, None, Fail, None, ExitAfter}, false}),
+    , TerminationDuringSaveTest,
+    testing::Values(SavePlan{"BeforeTemporaryFileIsOpened", {ExitBefore, None, None, None, None}, false},
+                    SavePlan{"AfterTemporaryFileIsOpened", {ExitAfter, None, None, None, None}, false},
+                    SavePlan{"BeforeFlush", {None, ExitBefore, None, None, None}, false},
+                    SavePlan{"AfterFlush", {None, ExitAfter, None, None, None}, false},
+                    SavePlan{"BeforeMove", {None, None, ExitBefore, None, None}, false},
+                    SavePlan{"AfterMove", {None, None, ExitAfter, None, None}, true},
+                    SavePlan{"BeforeDeletionAfterFailedFlush", {None, Fail, None, None, ExitBefore}, false},
+                    SavePlan{"AfterDeletionAfterFailedMove", {None, None, Fail, None, ExitAfter}, false}),
     CaseName<SavePlan>);
 
-TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
+TEST_P(TerminationDuringSaveTest, UserSettingsHaveOldOrNewContent) {
     EXPECT_TRUE(SetParameter(HighPerformance, AllFunctionsSetTo(5)));
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     const std::string before = UserSettings();
@@ -158,14 +157,14 @@ TEST_P(DeathInASaveTest, LeavesTheOldOrTheNewState) {
     EXPECT_EQ(StoredValue(HighPerformance), 5);
 }
 
-TEST_P(DeathInASaveTest, OfTheFirstFileLeavesNoFileOrAWholeOne) {
+TEST_P(TerminationDuringSaveTest, FirstFileIsMissingOrComplete) {
     SaveInExitingProcess();
     EXPECT_EQ(HasUserSettings(), GetParam().isStored);
     EXPECT_EQ(StoredValue(Balanced), GetParam().isStored ? 2 : 0);
     ExpectNextSaveWorks();
 }
 
-TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
+TEST_P(TerminationDuringSaveTest, DefaultsHaveOldOrNewFunctions) {
     const std::string before = Defaults();
     SaveInExitingProcess(ReplaceAndExit);
     EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
@@ -174,14 +173,14 @@ TEST_P(DeathInASaveTest, OfTheDefaultsLeavesTheOldOrTheNewFunctions) {
     EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
 }
 
-class DeathInACopyTest : public DeathInASaveTest {};
+class TerminationDuringCopyTest : public TerminationDuringSaveTest {};
 
-INSTANTIATE_TEST_SUITE_P(, DeathInACopyTest,
-                         testing::Values(SavePlan{"Before", {None, None, None, ExitBefore, None}, false},
-                                         SavePlan{"Behind", {None, None, None, ExitAfter, None}, false}),
+INSTANTIATE_TEST_SUITE_P(, TerminationDuringCopyTest,
+                         testing::Values(SavePlan{"BeforeCopy", {None, None, None, ExitBefore, None}, false},
+                                         SavePlan{"AfterCopy", {None, None, None, ExitAfter, None}, false}),
                          CaseName<SavePlan>);
 
-TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
+TEST_P(TerminationDuringCopyTest, MalformedFileIsUnchanged) {
     WriteUserSettings("<unreadable");
     SaveInExitingProcess();
     EXPECT_EQ(UserSettings(), "<unreadable");
@@ -191,28 +190,28 @@ TEST_P(DeathInACopyTest, LeavesTheUnreadableFile) {
 
 // ---- Leftover files ----
 
-TEST_F(InterruptedSaveTest, AHalfWrittenNewFileIsNeitherReadNorKept) {
+TEST_F(InterruptedSaveTest, PartialTemporaryFileIsNeitherReadNorKept) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     WriteFile(TemporaryFile(), UserSettings().substr(0, 300));
     EXPECT_EQ(StoredValue(Balanced), 1);
     ExpectNextSaveWorks();
 }
 
-TEST_F(InterruptedSaveTest, AWholeNewFileIsNotReadEither) {
+TEST_F(InterruptedSaveTest, CompleteTemporaryFileIsNotRead) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     std::string newer = UserSettings();
     WriteFile(TemporaryFile(), newer.replace(newer.find("=\"1\""), 4, "=\"6\""));
     EXPECT_EQ(StoredValue(Balanced), 1);
 }
 
-TEST_F(InterruptedSaveTest, ALongerLeftOverLeavesNothingInTheNextFile) {
+TEST_F(InterruptedSaveTest, LongTemporaryFileIsOverwrittenCompletely) {
     WriteFile(TemporaryFile(), std::string(100000, 'x'));
     ExpectNextSaveWorks();
 }
 
 // ---- Failing file operations ----
 
-class RefusedSaveTest : public InterruptedSaveTest {
+class FailedFileOperationTest : public InterruptedSaveTest {
 protected:
     // Saves while one system function fails.
     template <class Call>
@@ -235,26 +234,26 @@ protected:
     }
 };
 
-TEST_F(RefusedSaveTest, ARefusedOpeningChangesNothing) {
+TEST_F(FailedFileOperationTest, FailedOpenChangesNothing) {
     ExpectFailureChangesNothing<CreateFileHook>();
 }
 
-TEST_F(RefusedSaveTest, ARefusedFlushChangesNothing) {
+TEST_F(FailedFileOperationTest, FailedFlushChangesNothing) {
     ExpectFailureChangesNothing<FlushFileHook>();
 }
 
-TEST_F(RefusedSaveTest, ARefusedMoveChangesNothing) {
+TEST_F(FailedFileOperationTest, FailedMoveChangesNothing) {
     ExpectFailureChangesNothing<MoveFileHook>();
 }
 
-TEST_F(RefusedSaveTest, ARefusedFirstSaveLeavesNoFile) {
+TEST_F(FailedFileOperationTest, FailedFirstSaveLeavesNoFile) {
     SaveWithFailing<MoveFileHook>();
     EXPECT_FALSE(HasUserSettings());
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     ExpectNextSaveWorks();
 }
 
-TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
+TEST_F(FailedFileOperationTest, FailedCopyLeavesMalformedFileUnchanged) {
     WriteUserSettings("<unreadable");
     SaveWithFailing<CopyFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
@@ -263,7 +262,7 @@ TEST_F(RefusedSaveTest, ARefusedCopyOfAnUnreadableFileLeavesIt) {
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
 }
 
-TEST_F(RefusedSaveTest, AnUnreadableFileWhoseReplacementIsRefusedStaysBesideItsCopy) {
+TEST_F(FailedFileOperationTest, FailedMoveLeavesMalformedFileAndItsCopy) {
     WriteUserSettings("<unreadable");
     SaveWithFailing<MoveFileHook>();
     EXPECT_EQ(UserSettings(), "<unreadable");
@@ -271,14 +270,14 @@ TEST_F(RefusedSaveTest, AnUnreadableFileWhoseReplacementIsRefusedStaysBesideItsC
     ExpectNextSaveWorks();
 }
 
-TEST_F(RefusedSaveTest, AReadGivesItsResultAllTheSame) {
+TEST_F(FailedFileOperationTest, ReadSucceedsIfItsSaveFails) {
     const FaultInjection injection{Dll().Handle()};
     MoveFileHook::fault = InjectedFault::Fail;
     EXPECT_EQ(StoredValue(Balanced), 0);
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(RefusedSaveTest, AReadOnlyFileIsNotReplaced) {
+TEST_F(FailedFileOperationTest, ReadOnlyFileIsNotReplaced) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
@@ -287,7 +286,7 @@ TEST_F(RefusedSaveTest, AReadOnlyFileIsNotReplaced) {
     ExpectNextSaveWorks();
 }
 
-TEST_F(RefusedSaveTest, AFileThatAnotherProgramReadsIsReplacedOnceItIsFree) {
+TEST_F(FailedFileOperationTest, FileInUseIsReplacedOnceClosed) {
     EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
     const HANDLE reader = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -68,13 +68,13 @@ protected:
 
 // ---- Attributes and rights ----
 
-class KeptAttributeTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
+class FileAttributeTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
 
-INSTANTIATE_TEST_SUITE_P(, KeptAttributeTest,
+INSTANTIATE_TEST_SUITE_P(, FileAttributeTest,
                          testing::Values(FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM, FILE_ATTRIBUTE_ARCHIVE,
                                          FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
 
-TEST_P(KeptAttributeTest, SurvivesASave) {
+TEST_P(FileAttributeTest, SaveKeepsAttributes) {
     SetFileAttributesW(File().c_str(), GetParam());
     const DWORD attributes = GetFileAttributesW(File().c_str());
     EXPECT_TRUE(Save());
@@ -82,12 +82,12 @@ TEST_P(KeptAttributeTest, SurvivesASave) {
     ExpectOnlyFile(after);
 }
 
-TEST_F(SavedFileTest, AFileThatIsNotHiddenStaysSo) {
+TEST_F(SavedFileTest, SaveDoesNotHideVisibleFile) {
     EXPECT_TRUE(Save());
     EXPECT_EQ(GetFileAttributesW(File().c_str()) & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM), 0u);
 }
 
-TEST_F(SavedFileTest, TheAccessRightsStay) {
+TEST_F(SavedFileTest, SaveKeepsAccessRights) {
     SetRights(File(), L"D:(A;;FA;;;BA)(A;;FR;;;WD)");
     const std::wstring rights = RightsOf(File());
     EXPECT_TRUE(Save());
@@ -99,7 +99,7 @@ TEST_F(SavedFileTest, TheAccessRightsStay) {
     EXPECT_EQ(RightsOf(File()), fewerRights);
 }
 
-TEST_F(SavedFileTest, TheDefaultsKeepAttributesAndRightsToo) {
+TEST_F(SavedFileTest, DefaultsKeepAttributesAndAccessRights) {
     SetRights(installation.DefaultsFile(), L"D:(A;;FA;;;BA)");
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_HIDDEN);
     const DWORD attributes = GetFileAttributesW(installation.DefaultsFile().c_str());
@@ -113,7 +113,7 @@ TEST_F(SavedFileTest, TheDefaultsKeepAttributesAndRightsToo) {
 // ---- Leftover files of an earlier save ----
 
 // Emulates the protection of read-only and hidden files, which not every system has.
-class ProtectedFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {
+class ProtectedLeftoverFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {
 protected:
     void SetUp() override {
         SavedFileTest::SetUp();
@@ -152,11 +152,11 @@ private:
     std::list<ImportPatch> patches;
 };
 
-INSTANTIATE_TEST_SUITE_P(, ProtectedFileTest,
+INSTANTIATE_TEST_SUITE_P(, ProtectedLeftoverFileTest,
                          testing::Values(FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN,
                                          FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
 
-TEST_P(ProtectedFileTest, IsNoObstacleWhereASaveHasLeftIt) {
+TEST_P(ProtectedLeftoverFileTest, ProtectedTemporaryFileDoesNotPreventSave) {
     WriteFile(TemporaryFile(), "left");
     SetFileAttributesW(TemporaryFile().c_str(), GetParam());
     EXPECT_TRUE(Save());
@@ -164,7 +164,7 @@ TEST_P(ProtectedFileTest, IsNoObstacleWhereASaveHasLeftIt) {
     EXPECT_EQ(GetFileAttributesW(File().c_str()) & (GetParam() | FILE_ATTRIBUTE_HIDDEN), 0u);
 }
 
-TEST_P(ProtectedFileTest, GivesWayToTheLatestCopyOfAnUnreadableFile) {
+TEST_P(ProtectedLeftoverFileTest, ProtectedOldCopyIsReplacedByNewCopy) {
     WriteUserSettings("<unreadable");
     WriteFile(UnreadableCopy(), "an older one");
     SetFileAttributesW(UnreadableCopy().c_str(), GetParam());
@@ -172,7 +172,7 @@ TEST_P(ProtectedFileTest, GivesWayToTheLatestCopyOfAnUnreadableFile) {
     EXPECT_EQ(ReadFile(UnreadableCopy()), "<unreadable");
 }
 
-TEST_F(SavedFileTest, AnUnreadableFileStaysWhereItsCopyDoesNotReachTheDisk) {
+TEST_F(SavedFileTest, MalformedFileIsUnchangedIfCopyFlushFails) {
     WriteUserSettings("<unreadable");
     static bool isFirst;
     isFirst = true;
@@ -185,28 +185,28 @@ TEST_F(SavedFileTest, AnUnreadableFileStaysWhereItsCopyDoesNotReachTheDisk) {
 
 // ---- The temporary file cannot be created ----
 
-TEST_F(SavedFileTest, IsWrittenItselfWhereAFolderHasTheNameOfTheNewFile) {
+TEST_F(SavedFileTest, FileIsOverwrittenIfTemporaryFileIsFolder) {
     std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Save());
     EXPECT_EQ(UserSettings(), after);
     EXPECT_TRUE(std::filesystem::is_directory(TemporaryFile()));
 }
 
-TEST_F(SavedFileTest, IsWrittenItselfWhereALeftOverIsInUse) {
+TEST_F(SavedFileTest, OverwriteSucceedsIfTemporaryFileIsInUse) {
     WriteFile(TemporaryFile(), "left");
     const OpenFile program{TemporaryFile(), GENERIC_READ, 0};
     EXPECT_TRUE(Save());
     EXPECT_EQ(UserSettings(), after);
 }
 
-TEST_F(SavedFileTest, IsMadeWhereAFolderHasTheNameOfTheNewFile) {
+TEST_F(SavedFileTest, FileIsCreatedIfTemporaryFileIsFolder) {
     std::filesystem::remove(File());
     std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Save());
     EXPECT_NE(UserSettings().find("<CommonSettings Name=\"value\"/>"), std::string::npos);
 }
 
-TEST_F(SavedFileTest, HoldsNothingOfALongerOneOnceWrittenItself) {
+TEST_F(SavedFileTest, OverwritingTruncatesLongerFile) {
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     const std::string content = UserSettings();
     WriteUserSettings(before);
@@ -215,13 +215,13 @@ TEST_F(SavedFileTest, HoldsNothingOfALongerOneOnceWrittenItself) {
     EXPECT_EQ(UserSettings(), content);
 }
 
-TEST_F(SavedFileTest, OfTheDefaultsIsWrittenItselfToo) {
+TEST_F(SavedFileTest, DefaultsAreOverwrittenIfTemporaryFileIsFolder) {
     std::filesystem::create_directory(TemporaryFileOf(installation.DefaultsFile()));
     Replace({Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
-TEST_F(SavedFileTest, StaysWhereNeitherItNorANewOneCanBeWritten) {
+TEST_F(SavedFileTest, FileInUseIsUnchangedWithoutTemporaryFile) {
     std::filesystem::create_directory(TemporaryFile());
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ};
     EXPECT_FALSE(Save());
@@ -230,7 +230,7 @@ TEST_F(SavedFileTest, StaysWhereNeitherItNorANewOneCanBeWritten) {
 
 // ---- The file cannot be replaced ----
 
-TEST_F(SavedFileTest, IsWrittenItselfWhereItsReplacementIsNotAllowed) {
+TEST_F(SavedFileTest, FileIsOverwrittenIfReplacementIsDenied) {
     const FaultInjection injection{Dll().Handle()};
     injectedError = ERROR_ACCESS_DENIED;
     MoveFileHook::fault = InjectedFault::Fail;
@@ -238,17 +238,17 @@ TEST_F(SavedFileTest, IsWrittenItselfWhereItsReplacementIsNotAllowed) {
     ExpectOnlyFile(after);
 }
 
-TEST_F(SavedFileTest, IsWrittenWhileAnotherProgramHasItOpenThatLetsOthersWrite) {
+TEST_F(SavedFileTest, FileSharedForWritingIsSaved) {
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE};
     EXPECT_TRUE(Save());
     ExpectOnlyFile(after);
 }
 
-class UnsharedFileTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
+class FileNotSharedForWritingTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
 
-INSTANTIATE_TEST_SUITE_P(, UnsharedFileTest, testing::Values(0u, FILE_SHARE_READ));
+INSTANTIATE_TEST_SUITE_P(, FileNotSharedForWritingTest, testing::Values(0u, FILE_SHARE_READ));
 
-TEST_P(UnsharedFileTest, IsLeftToTheProgramThatLetsNobodyWrite) {
+TEST_P(FileNotSharedForWritingTest, FileInUseIsUnchangedUntilClosed) {
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"a value that makes the file longer"));
     {
         const OpenFile program{File(), GENERIC_READ, GetParam()};
@@ -274,7 +274,7 @@ BOOL WINAPI WriteAsFarAsThereIsSpace(HANDLE file, LPCVOID data, DWORD size, LPDW
 
 }  // namespace
 
-class NoSpaceForGrowthTest : public SavedFileTest {
+class OverwriteOnFullDiskTest : public SavedFileTest {
 protected:
     void SetUp() override {
         SavedFileTest::SetUp();
@@ -288,12 +288,12 @@ private:
     std::optional<ImportPatch> fullDisk;
 };
 
-TEST_F(NoSpaceForGrowthTest, LeavesTheOldContent) {
+TEST_F(OverwriteOnFullDiskTest, FullDiskKeepsOldContent) {
     EXPECT_FALSE(Save());
     EXPECT_EQ(UserSettings(), before);
 }
 
-TEST_F(NoSpaceForGrowthTest, LeavesNoBeginningOfAFirstFile) {
+TEST_F(OverwriteOnFullDiskTest, FullDiskLeavesNoPartialFirstFile) {
     std::filesystem::remove(File());
     spaceForAFile = 10;
     EXPECT_FALSE(Save());
