@@ -18,16 +18,15 @@ constexpr wchar_t WideSecret[] = L"the-secret";
 // [folder] and [uri] are replaced with the path and the URI of the folder with the secret files.
 std::vector<HostileContent> ExternalReferences() {
     return {
-        {"EntityOfAUri", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt">]>)", "plain", "&spy;"},
-        {"EntityOfAPath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[folder]\secret.txt">]>)", "plain", "&spy;"},
-        {"EntityOfARelativePath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "secret.txt">]>)", "plain", "&spy;"},
+        {"EntityWithUri", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt">]>)", "plain", "&spy;"},
+        {"EntityWithPath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[folder]\secret.txt">]>)", "plain", "&spy;"},
+        {"EntityWithRelativePath", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "secret.txt">]>)", "plain", "&spy;"},
         {"PublicEntity", R"(<!DOCTYPE R [<!ENTITY spy PUBLIC "any" "[uri]/secret.txt">]>)", "plain", "&spy;"},
         {"EntityWithMarkup", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.xml">]>)", "plain", "&spy;"},
-        {"EntityWithinAnEntity",
-         R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt"><!ENTITY outer "&spy;">]>)", "plain",
-         "&outer;"},
+        {"NestedEntity", R"(<!DOCTYPE R [<!ENTITY spy SYSTEM "[uri]/secret.txt"><!ENTITY outer "&spy;">]>)",
+         "plain", "&outer;"},
         {"DocumentType", R"(<!DOCTYPE R SYSTEM "[uri]/secret.dtd">)", "&leak;", "&leak;"},
-        {"DocumentTypeOfARelativePath", R"(<!DOCTYPE R SYSTEM "secret.dtd">)", "&leak;", "&leak;"},
+        {"DocumentTypeWithRelativePath", R"(<!DOCTYPE R SYSTEM "secret.dtd">)", "&leak;", "&leak;"},
         {"DocumentTypeWithDefaults", R"(<!DOCTYPE R SYSTEM "[uri]/secret.dtd">)"},
         {"ParameterEntity", R"(<!DOCTYPE R [<!ENTITY % spy SYSTEM "[uri]/secret.dtd"> %spy;]>)", "&leak;",
          "&leak;"},
@@ -48,7 +47,7 @@ std::vector<HostileContent> ExternalReferences() {
 
 }  // namespace
 
-class SpyTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {
+class ExternalReferenceTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {
 protected:
     const Target& File() const { return std::get<Target>(GetParam()); }
 
@@ -73,12 +72,12 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(, SpyTest,
+INSTANTIATE_TEST_SUITE_P(, ExternalReferenceTest,
                          testing::Combine(testing::ValuesIn(Targets()),
                                           testing::ValuesIn(ExternalReferences())),
                          NameOfCase);
 
-TEST_P(SpyTest, NoResultAndNoSavedFileShowsAnotherFile) {
+TEST_P(ExternalReferenceTest, ContentOfOtherFilesIsNotDisclosed) {
     WriteSecrets();
     WriteHostileFile();
     const std::wstring results = ReadEverything(Dll(), Balanced);
@@ -90,12 +89,12 @@ TEST_P(SpyTest, NoResultAndNoSavedFileShowsAnotherFile) {
 }
 
 // Verifies that the previous test would detect the secret in the results.
-class OpenSecretTest : public HostileFileTest, public testing::WithParamInterface<Target> {};
+class SecretDetectionTest : public HostileFileTest, public testing::WithParamInterface<Target> {};
 
-INSTANTIATE_TEST_SUITE_P(, OpenSecretTest, testing::ValuesIn(Targets()),
+INSTANTIATE_TEST_SUITE_P(, SecretDetectionTest, testing::ValuesIn(Targets()),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(OpenSecretTest, IsShown) {
+TEST_P(SecretDetectionTest, SecretInDataFileIsDetected) {
     Write(GetParam(), {"Open", {}, "plain", Secret, R"(Leak="the-secret")"});
     const std::wstring results = ReadEverything(Dll(), Balanced) + CheckingClient{Dll()}.ReadSetting(L"Leak");
     EXPECT_NE(results.find(WideSecret), std::wstring::npos) << testing::PrintToString(results);
@@ -112,45 +111,45 @@ std::vector<HostileContent> EntityBombs() {
         {"FewerEntitiesInElements", GrowingEntities(7, "boom"), "plain", "&a7;"},
         {"FewerEntitiesInAttributes", GrowingEntities(7, "boom"), "&a7;"},
         {"EntitiesOfElements", GrowingEntities(7, "<Function ID='5'/>"), "plain", "&a7;"},
-        {"AnEntityOfItself", R"(<!DOCTYPE R [<!ENTITY x "&y;"><!ENTITY y "&x;">]>)", "&x;", "&x;"},
+        {"RecursiveEntity", R"(<!DOCTYPE R [<!ENTITY x "&y;"><!ENTITY y "&x;">]>)", "&x;", "&x;"},
         {"ParameterEntities", GrowingParameterEntities(30)},
         {"FewerParameterEntities", GrowingParameterEntities(4)},
-        {"ALargeEntityInElements", EntityOf(100000), "plain", Repeat("&x;", 10)},
-        {"ALargeEntityInAttributes", EntityOf(100000), Repeat("&x;", 10)},
-        {"ALargeEntityInManyElements", EntityOf(100000), "plain", Repeat("&x;", 10000)},
-        {"ALargeEntityInManyAttributes", EntityOf(100000), Repeat("&x;", 10000)},
-        {"ASmallEntityOverAndOverInElements", EntityOf(10), "plain", Repeat("&x;", 100000)},
-        {"ASmallEntityOverAndOverInAttributes", EntityOf(10), Repeat("&x;", 100000)},
+        {"LargeEntityInElements", EntityOf(100000), "plain", Repeat("&x;", 10)},
+        {"LargeEntityInAttributes", EntityOf(100000), Repeat("&x;", 10)},
+        {"RepeatedLargeEntityInElements", EntityOf(100000), "plain", Repeat("&x;", 10000)},
+        {"RepeatedLargeEntityInAttributes", EntityOf(100000), Repeat("&x;", 10000)},
+        {"RepeatedSmallEntityInElements", EntityOf(10), "plain", Repeat("&x;", 100000)},
+        {"RepeatedSmallEntityInAttributes", EntityOf(10), Repeat("&x;", 100000)},
         {"DeepNesting", {}, "plain", Repeat("<A>", 100000) + Repeat("</A>", 100000)},
-        {"DeepNestingThatFits", {}, "plain", Repeat("<A>", 240) + Repeat("</A>", 240)},
-        {"DeepNestingThatNeverEnds", {}, "plain", Repeat("<A>", 100000)},
+        {"AllowedNesting", {}, "plain", Repeat("<A>", 240) + Repeat("</A>", 240)},
+        {"UnclosedDeepNesting", {}, "plain", Repeat("<A>", 100000)},
     };
 }
 
 }  // namespace
 
-class BombTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
+class XmlExpansionTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
 
-INSTANTIATE_TEST_SUITE_P(, BombTest,
+INSTANTIATE_TEST_SUITE_P(, XmlExpansionTest,
                          testing::Combine(testing::ValuesIn(Targets()), testing::ValuesIn(EntityBombs())),
                          NameOfCase);
 
-TEST_P(BombTest, IsSurvivedByEveryExport) {
+TEST_P(XmlExpansionTest, EveryExportLeavesUserSettingsWellFormed) {
     const auto& [target, content] = GetParam();
     Write(target, content);
     CallEveryExport(Dll(), Balanced);
     EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
-using HarmlessEntityTest = HostileFileTest;
+using InternalEntityTest = HostileFileTest;
 
-TEST_F(HarmlessEntityTest, IsReplacedByItsText) {
+TEST_F(InternalEntityTest, InternalEntityIsExpanded) {
     WriteDefaults(R"(<!DOCTYPE R [<!ENTITY unit "Brightness">]><R><Functions><Function ID="1" Name="&unit;1"
                   ><Display/><Commands/></Function></Functions></R>)");
     EXPECT_NE(ReadEverything(Dll(), Balanced).find(L"Brightness1"), std::wstring::npos);
 }
 
-TEST_F(HarmlessEntityTest, IsNoneOutsideOfADocumentType) {
+TEST_F(InternalEntityTest, EntityDeclarationOutsideDocumentTypeIsIgnored) {
     WriteDefaults("<R><!--<!ENTITY % p ''>--><![CDATA[<!ENTITY % p ''>]]><Functions>" + Functions({1, 2}) +
                   "</Functions></R>");
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
@@ -158,9 +157,9 @@ TEST_F(HarmlessEntityTest, IsNoneOutsideOfADocumentType) {
 
 // ---- Regressions ----
 
-class EntityInTheBaseCatalogueTest : public HostileFileTest {
+class BaseCatalogueEntityTest : public HostileFileTest {
 protected:
-    EntityInTheBaseCatalogueTest() {
+    BaseCatalogueEntityTest() {
         WriteBase(
             R"(<!DOCTYPE R [<!ENTITY mine "mine">]><R><Functions><Function ID="3"><Display>&mine;</Display>
             <Commands><CommandFamily><CommandItem/></CommandFamily></Commands></Function></Functions>
@@ -168,7 +167,7 @@ protected:
     }
 };
 
-TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithACopiedFunction) {
+TEST_F(BaseCatalogueEntityTest, CopiedFunctionKeepsDefaultsWellFormed) {
     FunctionBaseHolder holder;
     auto keep = MakeCallback<IGetFunctionBaseCallback>(
         [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
@@ -177,7 +176,7 @@ TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithACopiedFunction)
     EXPECT_TRUE(IsWellFormed(installation.DefaultsFile())) << Defaults();
 }
 
-TEST_F(EntityInTheBaseCatalogueTest, DoesNotSpoilTheDefaultsWithCopiedSettings) {
+TEST_F(BaseCatalogueEntityTest, CopiedSettingsKeepDefaultsWellFormed) {
     Dll().InitCommonSetting();
     EXPECT_TRUE(IsWellFormed(installation.DefaultsFile())) << Defaults();
 }
