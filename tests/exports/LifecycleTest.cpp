@@ -93,11 +93,11 @@ TEST_F(LifecycleTest, LoadingAndFreeingWritesNoFile) {
     EXPECT_TRUE(std::filesystem::is_empty(installation.UserFile().parent_path()));
 }
 
-TEST_F(LifecycleTest, LoadingNeedsNoCom) {
+TEST_F(LifecycleTest, LoadingDoesNotRequireCom) {
     OnThreadWithoutCom([] { EXPECT_NO_THROW(BareDll{}); });
 }
 
-TEST_F(LifecycleTest, ALibraryThatIsLoadedAgainWorksAndReadsAnew) {
+TEST_F(LifecycleTest, ReloadedLibraryReadsFilesAgain) {
     EXPECT_EQ(GetParameter(Balanced), defaults);
     Unload();
     EXPECT_EQ(GetModuleHandleW(L"ZOTDam.dll"), nullptr);
@@ -108,17 +108,17 @@ TEST_F(LifecycleTest, ALibraryThatIsLoadedAgainWorksAndReadsAnew) {
 
 // ---- ZOTDamExit and FreeLibrary ----
 
-TEST_F(LifecycleTest, ExitWithoutAnyUseGivesTrue) {
+TEST_F(LifecycleTest, ExitOfUnusedLibraryReturnsTrue) {
     EXPECT_TRUE(Dll().ZOTDamExit());
 }
 
-TEST_F(LifecycleTest, ASecondExitGivesTrueToo) {
+TEST_F(LifecycleTest, SecondExitReturnsTrue) {
     EXPECT_EQ(GetParameter(Balanced), defaults);
     EXPECT_TRUE(Dll().ZOTDamExit());
     EXPECT_TRUE(Dll().ZOTDamExit());
 }
 
-TEST_F(LifecycleTest, ExitReleasesTheDocuments) {
+TEST_F(LifecycleTest, ExitReleasesDocuments) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(GetParameter(Balanced), defaults);
     EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
@@ -127,7 +127,7 @@ TEST_F(LifecycleTest, ExitReleasesTheDocuments) {
     EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
-TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
+TEST_F(LifecycleTest, FreeingWithoutExitReleasesDocuments) {
     std::optional<BareDll> dll{std::in_place};
     DomDocuments documents{dll->Handle()};
     dll->Fill();
@@ -137,11 +137,11 @@ TEST_F(LifecycleTest, FreeingReleasesTheDocumentsWithoutAnExit) {
     EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
-TEST_F(LifecycleTest, FreeingWithoutAnExitFreesEveryBlock) {
+TEST_F(LifecycleTest, FreeingWithoutExitLeaksNoHeapAllocation) {
     EXPECT_EQ(AllocationsLeftBy([](const BareDll& dll) { dll.Fill(); }), 0u);
 }
 
-TEST_F(LifecycleTest, FreeingAfterAnExitFreesEveryBlock) {
+TEST_F(LifecycleTest, FreeingAfterExitLeaksNoHeapAllocation) {
     EXPECT_EQ(AllocationsLeftBy([](const BareDll& dll) {
                   dll.Fill();
                   dll.Exit();
@@ -149,7 +149,7 @@ TEST_F(LifecycleTest, FreeingAfterAnExitFreesEveryBlock) {
               0u);
 }
 
-TEST_F(LifecycleTest, FreeingFreesADocumentWithoutADomToo) {
+TEST_F(LifecycleTest, DocumentWithoutDomLeaksNoHeapAllocation) {
     EXPECT_EQ(AllocationsLeftBy([](const BareDll& dll) {
                   DomDocuments documents{dll.Handle()};
                   documents.Fail(E_OUTOFMEMORY);
@@ -158,14 +158,14 @@ TEST_F(LifecycleTest, FreeingFreesADocumentWithoutADomToo) {
               0u);
 }
 
-TEST_F(LifecycleTest, FreeingWithoutAnExitFreesTheObjectsOfTheLoadAsAnExitDoes) {
+TEST_F(LifecycleTest, FreeingWithoutExitFreesAllocationsOfLoad) {
     AllocationsLeftBy([](const BareDll& dll) { dll.Exit(); });
     const int withExit = HeapAllocations::FreedUntracked();
     AllocationsLeftBy([](const BareDll&) {});
     EXPECT_EQ(HeapAllocations::FreedUntracked(), withExit);
 }
 
-TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
+TEST_F(LifecycleTest, RepeatedUseLeaksNoHeapAllocation) {
     const auto use = [this] {
         EXPECT_EQ(GetParameter(Balanced), defaults);
         EXPECT_EQ(GetParameterDefault(Balanced), defaults);
@@ -185,7 +185,7 @@ TEST_F(LifecycleTest, RepeatedUseKeepsNoFurtherBlock) {
 // ---- After ZOTDamExit ----
 
 // Calls the exports with valid arguments and data. Expects that they create no document and write no file.
-class AfterExitTest : public LifecycleTest {
+class ExportAfterExitTest : public LifecycleTest {
 protected:
     void SetUp() override {
         LifecycleTest::SetUp();
@@ -210,29 +210,29 @@ private:
     std::optional<DomDocuments> documents;
 };
 
-TEST_F(AfterExitTest, GetFuncCountGivesNoCatalogue) {
+TEST_F(ExportAfterExitTest, GetFuncCountReportsUnavailableCatalogueAfterExit) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(AfterExitTest, TheFunctionBasesGiveFalse) {
+TEST_F(ExportAfterExitTest, FunctionBaseExportsReturnFalseAfterExit) {
     auto count = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord*) { ++items; });
     EXPECT_FALSE(Dll().GetFunctionBase(&count));
     EXPECT_FALSE(Dll().GetFunctionBaseUnSupported(&count));
 }
 
-TEST_F(AfterExitTest, GetFunctionInfoGivesFalse) {
+TEST_F(ExportAfterExitTest, GetFunctionInfoReturnsFalseAfterExit) {
     auto count =
         MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t, const FunctionRecord*) { ++items; });
     EXPECT_FALSE(Dll().GetFunctionInfo(&count));
 }
 
-TEST_F(AfterExitTest, AddFunctionDefaultGivesFalse) {
+TEST_F(ExportAfterExitTest, AddFunctionDefaultReturnsFalseAfterExit) {
     FunctionBaseHolder holder;
     holder.records.push_back({});
     EXPECT_FALSE(Dll().AddFunctionDefault(&holder));
 }
 
-TEST_F(AfterExitTest, TheParametersGiveFalseForEveryScheme) {
+TEST_F(ExportAfterExitTest, ParameterReadsReturnFalseAfterExit) {
     auto count = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue*) { ++items; });
     for (const GUID& scheme : {Balanced, allZero}) {
         EXPECT_FALSE(Dll().GetParameter(&scheme, &count));
@@ -240,16 +240,16 @@ TEST_F(AfterExitTest, TheParametersGiveFalseForEveryScheme) {
     }
 }
 
-TEST_F(AfterExitTest, SetParameterGivesFalseForEveryScheme) {
+TEST_F(ExportAfterExitTest, SetParameterReturnsFalseAfterExit) {
     EXPECT_FALSE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_FALSE(SetParameter(allZero, {{1, {5, 6}}}));
 }
 
-TEST_F(AfterExitTest, ResetDefaultGivesFalse) {
+TEST_F(ExportAfterExitTest, ResetDefaultReturnsFalseAfterExit) {
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
-TEST_F(AfterExitTest, TheCurrentValuesGiveFalse) {
+TEST_F(ExportAfterExitTest, CurrentValueExportsReturnFalseAfterExit) {
     FuncCurValue value = {11, 12, 13};
     EXPECT_FALSE(Dll().GetFuncCurValue(0, &value));
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
@@ -257,25 +257,25 @@ TEST_F(AfterExitTest, TheCurrentValuesGiveFalse) {
     EXPECT_EQ(value.FunctionId, 11u);
 }
 
-TEST_F(AfterExitTest, GetCommandInfoGivesFalseForEveryScheme) {
+TEST_F(ExportAfterExitTest, GetCommandInfoReturnsFalseAfterExit) {
     auto count = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord*) { ++items; });
     EXPECT_FALSE(Dll().GetCommandInfo(&Balanced, &count));
     EXPECT_FALSE(Dll().GetCommandInfo(&allZero, &count));
 }
 
-TEST_F(AfterExitTest, GetDiffFuncListGivesFalseAndLeavesTheBuffers) {
+TEST_F(ExportAfterExitTest, GetDiffFuncListReturnsFalseAfterExit) {
     Text values = L"untouched";
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, 1, buffer, values));
     EXPECT_STREQ(buffer, L"untouched");
     EXPECT_STREQ(values, L"untouched");
 }
 
-TEST_F(AfterExitTest, GetSpecSchemeGivesFalse) {
+TEST_F(ExportAfterExitTest, GetSpecSchemeReturnsFalseAfterExit) {
     auto count = MakeCallback<IGetSpecSchemeCallback>([&](const SpecSchemeRecord*) { ++items; });
     EXPECT_FALSE(Dll().GetSpecScheme(&count));
 }
 
-TEST_F(AfterExitTest, TheCommonSettingsGiveFalseAndLeaveTheBuffer) {
+TEST_F(ExportAfterExitTest, CommonSettingExportsReturnFalseAfterExit) {
     WriteBase(R"(<ZOTBase><CommonSettings Name="base"/></ZOTBase>)");
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", buffer));
     EXPECT_STREQ(buffer, L"untouched");
@@ -283,7 +283,7 @@ TEST_F(AfterExitTest, TheCommonSettingsGiveFalseAndLeaveTheBuffer) {
     EXPECT_FALSE(Dll().InitCommonSetting());
 }
 
-TEST_F(AfterExitTest, ArgumentsThatAreRefusedBeforeAreRefusedAsWell) {
+TEST_F(ExportAfterExitTest, InvalidArgumentsAreRejectedAfterExit) {
     EXPECT_FALSE(Dll().GetFunctionBase(nullptr));
     EXPECT_FALSE(Dll().GetParameter(&allZero, nullptr));
     EXPECT_FALSE(Dll().SetParameter(&allZero, nullptr));
@@ -291,13 +291,13 @@ TEST_F(AfterExitTest, ArgumentsThatAreRefusedBeforeAreRefusedAsWell) {
     EXPECT_FALSE(Dll().GetCommonSetting(nullptr, nullptr));
 }
 
-TEST_F(AfterExitTest, AnotherExitGivesTrue) {
+TEST_F(ExportAfterExitTest, RepeatedExitReturnsTrue) {
     EXPECT_TRUE(Dll().ZOTDamExit());
 }
 
 // ---- Documents without a DOM ----
 
-class WithoutDomTest : public LifecycleTest {
+class DocumentWithoutDomTest : public LifecycleTest {
 protected:
     // Expects the results that exports return if they cannot create a document.
     void ExpectNothingFound() {
@@ -320,24 +320,24 @@ protected:
     }
 };
 
-TEST_F(WithoutDomTest, OnAThreadWithoutComNothingIsFound) {
+TEST_F(DocumentWithoutDomTest, ThreadWithoutComFindsNoData) {
     Dll();
     OnThreadWithoutCom([this] { ExpectNothingFound(); });
 }
 
-TEST_F(WithoutDomTest, TheResetHasNothingToReset) {
+TEST_F(DocumentWithoutDomTest, ResetReturnsFalseWithoutDom) {
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
-TEST_F(WithoutDomTest, ADocumentStaysWithoutDomOnThreadsThatHaveCom) {
+TEST_F(DocumentWithoutDomTest, FailureOnThreadWithoutComIsNotRetried) {
     Dll();
     OnThreadWithoutCom([this] { ExpectNothingFound(); });
     ExpectNothingFound();
 }
 
-TEST_F(WithoutDomTest, ADocumentStaysWithoutDomWhenItsMakingFailed) {
+TEST_F(DocumentWithoutDomTest, FailedDomCreationIsNotRetried) {
     DomDocuments documents{Dll().Handle()};
     documents.Fail(REGDB_E_CLASSNOTREG);
     ExpectNothingFound();
@@ -346,7 +346,7 @@ TEST_F(WithoutDomTest, ADocumentStaysWithoutDomWhenItsMakingFailed) {
     EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
-TEST_F(WithoutDomTest, OneDocumentWithoutDomDoesNotHinderTheOther) {
+TEST_F(DocumentWithoutDomTest, DocumentWithoutDomDoesNotAffectOtherDocuments) {
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
@@ -357,7 +357,7 @@ TEST_F(WithoutDomTest, OneDocumentWithoutDomDoesNotHinderTheOther) {
     EXPECT_EQ(GetParameter(Balanced), Params{});
 }
 
-TEST_F(WithoutDomTest, AnExistingFileStaysUnchanged) {
+TEST_F(DocumentWithoutDomTest, ExistingFileIsUnchangedWithoutDom) {
     const std::string file = OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)));
     WriteUserSettings(file);
     DomDocuments documents{Dll().Handle()};
@@ -367,7 +367,7 @@ TEST_F(WithoutDomTest, AnExistingFileStaysUnchanged) {
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(WithoutDomTest, ALibraryThatIsLoadedAgainFindsEverything) {
+TEST_F(DocumentWithoutDomTest, ReloadedLibraryFindsDataAgain) {
     Dll();
     OnThreadWithoutCom([this] { ExpectNothingFound(); });
     EXPECT_TRUE(Dll().ZOTDamExit());
@@ -375,7 +375,7 @@ TEST_F(WithoutDomTest, ALibraryThatIsLoadedAgainFindsEverything) {
     EXPECT_EQ(GetParameter(Balanced), defaults);
 }
 
-TEST_F(WithoutDomTest, TheLibraryNeverInitialisesCom) {
+TEST_F(DocumentWithoutDomTest, LibraryDoesNotInitialiseCom) {
     Dll();
     OnThreadWithoutCom([this] {
         ExpectNothingFound();
@@ -384,7 +384,7 @@ TEST_F(WithoutDomTest, TheLibraryNeverInitialisesCom) {
     });
 }
 
-TEST_F(LifecycleTest, WorksOnAnyThreadThatHasCom) {
+TEST_F(LifecycleTest, LibraryWorksOnAnyThreadWithCom) {
     OnThreadWithoutCom([this] {
         EXPECT_EQ(GetParameter(Balanced), defaults);
         EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
@@ -528,29 +528,29 @@ const RegisterRole endsDuringASave{
 
 }  // namespace
 
-class ProcessEndTest : public LifecycleTest {
+class ProcessShutdownTest : public LifecycleTest {
 protected:
     DWORD ExitCodeOf(const wchar_t* role) const {
         return SecondProcess{role, WithFolders(installation)}.WaitForExit();
     }
 };
 
-class WayToEndTest : public ProcessEndTest, public testing::WithParamInterface<const wchar_t*> {};
+class ShutdownCaseTest : public ProcessShutdownTest, public testing::WithParamInterface<const wchar_t*> {};
 
-TEST_P(WayToEndTest, IsAnOrderlyOne) {
-    EXPECT_EQ(ExitCodeOf(WayToEndTest::GetParam()), 0u);
+TEST_P(ShutdownCaseTest, ProcessEndsWithExitCodeZero) {
+    EXPECT_EQ(ExitCodeOf(ShutdownCaseTest::GetParam()), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(WithoutExitAndFreeing, WayToEndTest, testing::Values(L"just-ends"));
-INSTANTIATE_TEST_SUITE_P(WithoutReleasingOrLockingAnything, WayToEndTest, testing::Values(L"ends-watched"));
-INSTANTIATE_TEST_SUITE_P(WithoutFreeing, WayToEndTest, testing::Values(L"ends-after-exit"));
-INSTANTIATE_TEST_SUITE_P(InsideOnItem, WayToEndTest, testing::Values(L"ends-in-on-item"));
-INSTANTIATE_TEST_SUITE_P(WithAThreadInOnItem, WayToEndTest, testing::Values(L"ends-during-on-item"));
-INSTANTIATE_TEST_SUITE_P(WithAThreadInACriticalSection, WayToEndTest,
+INSTANTIATE_TEST_SUITE_P(NoExitAndNoFreeing, ShutdownCaseTest, testing::Values(L"just-ends"));
+INSTANTIATE_TEST_SUITE_P(NoReleaseAndNoLock, ShutdownCaseTest, testing::Values(L"ends-watched"));
+INSTANTIATE_TEST_SUITE_P(ExitWithoutFreeing, ShutdownCaseTest, testing::Values(L"ends-after-exit"));
+INSTANTIATE_TEST_SUITE_P(ShutdownInOnItem, ShutdownCaseTest, testing::Values(L"ends-in-on-item"));
+INSTANTIATE_TEST_SUITE_P(OtherThreadInOnItem, ShutdownCaseTest, testing::Values(L"ends-during-on-item"));
+INSTANTIATE_TEST_SUITE_P(OtherThreadInCriticalSection, ShutdownCaseTest,
                          testing::Values(L"ends-during-creation"));
-INSTANTIATE_TEST_SUITE_P(WithAThreadThatSaves, WayToEndTest, testing::Values(L"ends-during-a-save"));
+INSTANTIATE_TEST_SUITE_P(OtherThreadInSave, ShutdownCaseTest, testing::Values(L"ends-during-a-save"));
 
-TEST_F(ProcessEndTest, DuringASaveLeavesNoMarkerBehind) {
+TEST_F(ProcessShutdownTest, ShutdownDuringSaveLeavesNoMarker) {
     EXPECT_EQ(ExitCodeOf(L"ends-during-a-save"), 0u);
     EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, UserMarker), nullptr);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}, {2, {9, 9}}}));

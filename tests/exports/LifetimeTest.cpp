@@ -100,9 +100,9 @@ struct Lifetime {
 
     std::string Name() const {
         return std::string{apartment == COINIT_MULTITHREADED ? "Mta" : "Sta"} +
-               (beginsOnAnotherThread ? "BegunByAnEndedThread" : "OnOneThread") +
-               (callsExit ? "WithExit" : "WithoutExit") + (freesLibrary ? "Freed" : "NeverFreed") +
-               (leavesComFirst ? "AfterCom" : "BeforeCom");
+               (beginsOnAnotherThread ? "LoadedByEndedThread" : "OnOneThread") +
+               (callsExit ? "WithExit" : "WithoutExit") + (freesLibrary ? "Freed" : "NotFreed") +
+               (leavesComFirst ? "AfterCoUninitialize" : "BeforeCoUninitialize");
     }
 };
 
@@ -227,13 +227,13 @@ bool ExitWhileAnotherThreadWorks(Client& client) {
 }
 
 const std::map<std::wstring, Sequence> Sequences = {
-    {L"PassesFromThreadToThread", PassFromThreadToThread},
-    {L"IsFreedWithoutExitWhereComNeverWas", FreeWithoutExitOrCom},
-    {L"UsesTheMtaOfAnotherThread", UseMtaOfAnotherThread},
-    {L"BeginsAnewInAnotherApartment", UseInAnotherApartment},
-    {L"GoesOnWhenItWasLoadedTwiceAndFreedOnce", LoadTwiceAndFreeOnce},
-    {L"EndsWithAProcessThatAnotherThreadEnds", ExitOnAnotherThread},
-    {L"EndsWithAProcessInWhichAnotherThreadWorks", ExitWhileAnotherThreadWorks},
+    {L"EachStepOnNewThread", PassFromThreadToThread},
+    {L"FreedOnThreadWithoutCom", FreeWithoutExitOrCom},
+    {L"MtaOfOtherThread", UseMtaOfAnotherThread},
+    {L"ReloadedInOtherApartment", UseInAnotherApartment},
+    {L"LoadedTwiceAndFreedOnce", LoadTwiceAndFreeOnce},
+    {L"ProcessEndedByOtherThread", ExitOnAnotherThread},
+    {L"ProcessEndedWhileOtherThreadWorks", ExitWhileAnotherThreadWorks},
 };
 
 const RegisterRole runSequence{L"run-sequence", [](const std::vector<std::wstring>& arguments) {
@@ -262,22 +262,22 @@ protected:
     }
 };
 
-class LifeTest : public LifetimeTest, public testing::WithParamInterface<std::size_t> {};
+class LifetimeCombinationTest : public LifetimeTest, public testing::WithParamInterface<std::size_t> {};
 
-TEST_P(LifeTest, EndsInOrderAndLeavesTheFileWhole) {
+TEST_P(LifetimeCombinationTest, ProcessEndsNormallyAndFileIsComplete) {
     EXPECT_EQ(ExitCodeOf(L"run-lifetime", std::to_wstring(GetParam())), 0u);
     ExpectLastValues();
     EXPECT_NE(UserSettings().find(R"(Name="value")"), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(, LifeTest, testing::Range(std::size_t{0}, Lifetimes().size()),
+INSTANTIATE_TEST_SUITE_P(, LifetimeCombinationTest, testing::Range(std::size_t{0}, Lifetimes().size()),
                          [](const testing::TestParamInfo<std::size_t>& info) {
                              return Lifetimes().at(info.param).Name();
                          });
 
-class StoryTest : public LifetimeTest, public testing::WithParamInterface<std::wstring> {};
+class LifetimeCaseTest : public LifetimeTest, public testing::WithParamInterface<std::wstring> {};
 
-TEST_P(StoryTest, EndsInOrderAndLeavesTheFileWhole) {
+TEST_P(LifetimeCaseTest, ProcessEndsNormallyAndFileIsComplete) {
     EXPECT_EQ(ExitCodeOf(L"run-sequence", GetParam()), 0u);
     ExpectLastValues();
 }
@@ -289,7 +289,7 @@ std::vector<std::wstring> SequenceNames() {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(, StoryTest, testing::ValuesIn(SequenceNames()),
+INSTANTIATE_TEST_SUITE_P(, LifetimeCaseTest, testing::ValuesIn(SequenceNames()),
                          [](const testing::TestParamInfo<std::wstring>& info) { return Utf8(info.param); });
 
 }  // namespace ZOTDam::Test
