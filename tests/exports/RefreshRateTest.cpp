@@ -53,56 +53,56 @@ protected:
 
 // ---- Which functions are hidden ----
 
-TEST_F(RefreshRateTest, ShowsAFunctionWhoseRatesTheDisplayOffers) {
+TEST_F(RefreshRateTest, FunctionIsShownIfDisplaySupportsBothRates) {
     EXPECT_TRUE(IsShown(Options({"60", "48"}), {60, 48}));
 }
 
-TEST_F(RefreshRateTest, HidesAFunctionWhoseSecondRateTheDisplayLacks) {
+TEST_F(RefreshRateTest, MissingSecondRateHidesFunction) {
     EXPECT_FALSE(IsShown(Options({"60", "48"}), {60, 59}));
 }
 
-TEST_F(RefreshRateTest, HidesAFunctionWhoseFirstRateTheDisplayLacks) {
+TEST_F(RefreshRateTest, MissingFirstRateHidesFunction) {
     EXPECT_FALSE(IsShown(Options({"60", "48"}), {48, 75}));
 }
 
-TEST_F(RefreshRateTest, HidesAFunctionWhenTheDisplayHasNoModes) {
+TEST_F(RefreshRateTest, DisplayWithoutModesHidesFunction) {
     EXPECT_FALSE(IsShown(Options({"60", "60"}), {}));
 }
 
-TEST_F(RefreshRateTest, HidesBothFunctions) {
+TEST_F(RefreshRateTest, BothRateFunctionsCanBeHidden) {
     const std::string rates = Options({"60", "48"});
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates),
                              OldFunction(1, 3, 4) + OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
               (Params{{1, {3, 4}}}));
 }
 
-TEST_F(RefreshRateTest, JudgesEachFunctionByItsOwnRates) {
+TEST_F(RefreshRateTest, EachFunctionIsCheckedWithItsOwnRates) {
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + RateFunction(8, Options({"60", "60"})),
                              OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
               (Params{{8, {3, 4}}}));
 }
 
-TEST_F(RefreshRateTest, FindsTheRatesInAnyOrder) {
+TEST_F(RefreshRateTest, RatesAreFoundInAnyModeOrder) {
     EXPECT_TRUE(IsShown(Options({"60", "48"}), {75, 48, 100, 60}));
 }
 
-TEST_F(RefreshRateTest, RemembersARateThatALaterModeDoesNotHave) {
+TEST_F(RefreshRateTest, RatesCanComeFromDifferentModes) {
     EXPECT_TRUE(IsShown(Options({"60", "48"}), {60, 75, 75, 48}));
 }
 
-TEST_F(RefreshRateTest, FindsBothRatesInOneMode) {
+TEST_F(RefreshRateTest, OneModeCanMatchBothRates) {
     EXPECT_TRUE(IsShown(Options({"60", "58"}), {59}));
 }
 
-TEST_F(RefreshRateTest, TakesOnlyTheFirstTwoItems) {
+TEST_F(RefreshRateTest, RateOfThirdItemIsNotRequired) {
     EXPECT_TRUE(IsShown(Options({"60", "48", "144"}), {60, 48}));
 }
 
-TEST_F(RefreshRateTest, JudgesAFunctionWithMoreThanTwoItems) {
+TEST_F(RefreshRateTest, RateOfThirdItemDoesNotReplaceSecond) {
     EXPECT_FALSE(IsShown(Options({"60", "48", "144"}), {60, 144}));
 }
 
-TEST_F(RefreshRateTest, DoesNotHideDefaults) {
+TEST_F(RefreshRateTest, DefaultsAreNotHidden) {
     Display({60});
     WriteFunctions(RateFunction(7, Options({"60", "48"})));
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{7, {1, 2}}}));
@@ -122,7 +122,7 @@ void PrintTo(const DifferenceCase& difference, std::ostream* out) {
 
 class RateDifferenceTest : public RefreshRateTest, public testing::WithParamInterface<DifferenceCase> {};
 
-TEST_P(RateDifferenceTest, MayBeOne) {
+TEST_P(RateDifferenceTest, RatesMatchIfDifferenceIsAtMostOne) {
     const std::string option = std::to_string(GetParam().option);
     EXPECT_EQ(IsShown(Options({option, option}), {GetParam().rate}), GetParam().matches);
 }
@@ -154,34 +154,34 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Queries to the display ----
 
-TEST_F(RefreshRateTest, AsksThePrimaryDisplay) {
+TEST_F(RefreshRateTest, PrimaryDisplayIsQueried) {
     IsShown(Options({"60", "48"}), {60, 48});
     for (const FakeDisplay::Call& call : display->Calls())
         EXPECT_EQ(call.device, L"");
 }
 
-TEST_F(RefreshRateTest, AsksForEveryModeWhenARateIsMissing) {
+TEST_F(RefreshRateTest, MissingRateQueriesEveryMode) {
     IsShown(Options({"60", "48"}), {60, 75, 100});
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 2, 3}));
 }
 
-TEST_F(RefreshRateTest, StopsAskingWhenBothRatesAreFound) {
+TEST_F(RefreshRateTest, QueriesStopWhenBothRatesAreFound) {
     IsShown(Options({"60", "48"}), {60, 48, 75});
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
-TEST_F(RefreshRateTest, StopsAskingAtTheFirstModeThatHasBothRates) {
+TEST_F(RefreshRateTest, QueriesStopAtModeMatchingBothRates) {
     IsShown(Options({"60", "60"}), {60, 48, 75});
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0}));
 }
 
-TEST_F(RefreshRateTest, AsksAnewForEachFunctionByAscendingId) {
+TEST_F(RefreshRateTest, ModesAreQueriedPerFunctionByAscendingId) {
     OnA60HzDisplay(RateFunction(8, Options({"60", "60"})) + RateFunction(7, Options({"60", "48"})),
                    OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 0}));
 }
 
-TEST_F(RefreshRateTest, AsksAnewForEachCall) {
+TEST_F(RefreshRateTest, EachCallQueriesModesAgain) {
     EXPECT_TRUE(IsShown(Options({"60", "48"}), {60, 48}));
     display.reset();
     Display({60});
@@ -190,7 +190,7 @@ TEST_F(RefreshRateTest, AsksAnewForEachCall) {
 
 // The size stays 0, because drivers use it to decide which fields to fill, and some return other modes for
 // another size.
-TEST_F(RefreshRateTest, AsksWithAStructureOfZeros) {
+TEST_F(RefreshRateTest, FirstQueryPerFunctionPassesZeroedStructure) {
     OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + RateFunction(8, Options({"60", "48"})),
                    OldFunction(7, 3, 4) + OldFunction(8, 3, 4));
     ASSERT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
@@ -202,7 +202,7 @@ TEST_F(RefreshRateTest, AsksWithAStructureOfZeros) {
     }
 }
 
-TEST_F(RefreshRateTest, DoesNotResetTheStructureBetweenModes) {
+TEST_F(RefreshRateTest, StructureIsNotClearedBetweenModes) {
     IsShown(Options({"60", "48"}), {60, 75, 100});
     const auto& calls = display->Calls();
     ASSERT_EQ(calls.size(), 4u);
@@ -214,7 +214,7 @@ TEST_F(RefreshRateTest, DoesNotResetTheStructureBetweenModes) {
     EXPECT_EQ(calls[3].received.dmDisplayFrequency, 100u);
 }
 
-TEST_F(RefreshRateTest, AModeThatSetsNoRateHasTheOneOfTheModeBefore) {
+TEST_F(RefreshRateTest, ModeWithoutRateInheritsPreviousRate) {
     EXPECT_FALSE(IsShown(Options({"60", "0"}), {60, FakeDisplay::UnsetRate}));
 }
 
@@ -231,85 +231,84 @@ void PrintTo(const UnjudgedCase& unjudged, std::ostream* out) {
     *out << RateFunction(unjudged.id, unjudged.acItems, unjudged.dcItems);
 }
 
-class UnjudgedFunctionTest : public RefreshRateTest, public testing::WithParamInterface<UnjudgedCase> {};
+class UncheckedFunctionTest : public RefreshRateTest, public testing::WithParamInterface<UnjudgedCase> {};
 
-TEST_P(UnjudgedFunctionTest, IsShownWithoutAskingTheDisplay) {
+TEST_P(UncheckedFunctionTest, FunctionIsShownWithoutQueryingDisplay) {
     const auto& [name, id, acItems, dcItems] = GetParam();
     EXPECT_EQ(OnA60HzDisplay(RateFunction(id, acItems, dcItems), OldFunction(id, 3, 4)),
               (Params{{id, {3, 4}}}));
     EXPECT_TRUE(display->Calls().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Functions, UnjudgedFunctionTest,
-                         testing::Values(UnjudgedCase{"OfTheId6", 6, Options({"60", "48"}), ""},
-                                         UnjudgedCase{"OfTheId9", 9, Options({"60", "48"}), ""},
-                                         UnjudgedCase{"OfTheId0", 0, Options({"60", "48"}), ""},
-                                         UnjudgedCase{"OfTheId78", 78, Options({"60", "48"}), ""},
-                                         UnjudgedCase{"WithoutItems", 7, "", ""},
-                                         UnjudgedCase{"WithOneAcItem", 7, Options({"48"}), ""},
-                                         UnjudgedCase{"WithOneAcItemAndTwoDcItems", 8, Options({"48"}),
-                                                      Options({"60", "48"})},
-                                         UnjudgedCase{"WithDcItemsOnly", 8, "", Options({"60", "48"})}),
-                         CaseName<UnjudgedCase>);
+INSTANTIATE_TEST_SUITE_P(
+    Functions, UncheckedFunctionTest,
+    testing::Values(UnjudgedCase{"Id6", 6, Options({"60", "48"}), ""},
+                    UnjudgedCase{"Id9", 9, Options({"60", "48"}), ""},
+                    UnjudgedCase{"Id0", 0, Options({"60", "48"}), ""},
+                    UnjudgedCase{"Id78", 78, Options({"60", "48"}), ""}, UnjudgedCase{"NoItems", 7, "", ""},
+                    UnjudgedCase{"OneAcItem", 7, Options({"48"}), ""},
+                    UnjudgedCase{"OneAcItemAndTwoDcItems", 8, Options({"48"}), Options({"60", "48"})},
+                    UnjudgedCase{"DcItemsOnly", 8, "", Options({"60", "48"})}),
+    CaseName<UnjudgedCase>);
 
-TEST_F(RefreshRateTest, JudgesByTheAcItemsAlone) {
+TEST_F(RefreshRateTest, DcItemsDoNotAffectVisibility) {
     EXPECT_TRUE(AreShown(RateFunction(7, Options({"60", "60"}), Options({"60", "48"})), {60}));
 }
 
 // ---- Options of the AC items ----
 
-TEST_F(RefreshRateTest, AnItemWithoutOptionHasTheOneOfTheItemBefore) {
+TEST_F(RefreshRateTest, ItemWithoutOptionInheritsPreviousOption) {
     EXPECT_TRUE(IsShown(R"(<DisplayItem Option="48"/><DisplayItem Label="x"/>)", {48}));
 }
 
-TEST_F(RefreshRateTest, AFirstItemWithoutOptionHasTheOptionZero) {
+TEST_F(RefreshRateTest, FirstItemWithoutOptionHasOptionZero) {
     EXPECT_TRUE(IsShown(R"(<DisplayItem/><DisplayItem Option="48"/>)", {0, 48}));
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
-TEST_F(RefreshRateTest, ItemsWithoutAnyOptionHaveTheOptionZero) {
+TEST_F(RefreshRateTest, AllItemsWithoutOptionHaveOptionZero) {
     EXPECT_FALSE(IsShown("<DisplayItem/><DisplayItem/>", {60}));
 }
 
-TEST_F(RefreshRateTest, AnOptionDoesNotPassToTheNextFunction) {
+TEST_F(RefreshRateTest, OptionIsNotInheritedFromPreviousFunction) {
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "60"}), Options({"60"})) +
                                  RateFunction(8, R"(<DisplayItem/><DisplayItem Option="60"/>)"),
                              OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
               (Params{{7, {3, 4}}}));
 }
 
-TEST_F(RefreshRateTest, ItemsDoNotPassToTheNextFunction) {
+TEST_F(RefreshRateTest, ItemsAreNotInheritedFromPreviousFunction) {
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "60"})) + RateFunction(8, Options({"48"})),
                              OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
               (Params{{7, {3, 4}}, {8, {3, 4}}}));
 }
 
-TEST_F(RefreshRateTest, ItemsPassNeitherToAFunctionWithoutAc) {
+TEST_F(RefreshRateTest, FunctionWithoutAcInheritsNoItems) {
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + Function(8),
                              OldFunction(7, 3, 4) + OldFunction(8, 3, 4)),
               (Params{{8, {3, 4}}}));
 }
 
-TEST_F(RefreshRateTest, TakesTheItemsOfTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(RefreshRateTest, FirstFunctionWithSameIdProvidesRates) {
     EXPECT_TRUE(
         AreShown(RateFunction(7, Options({"60", "60"})) + RateFunction(7, Options({"60", "48"})), {60}));
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0}));
 }
 
-TEST_F(RefreshRateTest, TakesTheFirstOfTwoAcLists) {
+TEST_F(RefreshRateTest, FirstAcListProvidesRates) {
     EXPECT_TRUE(AreShown("<Function ID=\"7\"><Display><AC>" + Options({"60", "60"}) + "</AC><AC>" +
                              Options({"48", "48"}) + "</AC></Display><Commands/></Function>",
                          {60}));
 }
 
-TEST_F(RefreshRateTest, TakesTheFirstOfTwoDisplays) {
+TEST_F(RefreshRateTest, FirstDisplayElementProvidesRates) {
     EXPECT_TRUE(AreShown("<Function ID=\"7\"><Display><AC>" + Options({"60", "60"}) +
                              "</AC></Display><Display><AC>" + Options({"48", "48"}) +
                              "</AC></Display><Commands/></Function>",
                          {60}));
 }
 
-TEST_F(RefreshRateTest, PassesOverAllThatIsNoDisplayItem) {
+TEST_F(RefreshRateTest, OtherNodesAreNotDisplayItems) {
     EXPECT_TRUE(IsShown(R"(text<!--<DisplayItem Option="48"/>--><DisplayItem Option="60"/>
         <?DisplayItem Option="48"?><![CDATA[<DisplayItem Option="48"/>]]>
         <DisplayItem xmlns="urn:other" Option="48"/><o:DisplayItem xmlns:o="urn:other" Option="48"/>
@@ -321,14 +320,14 @@ TEST_F(RefreshRateTest, PassesOverAllThatIsNoDisplayItem) {
 
 class OptionNumberTest : public RefreshRateTest, public testing::WithParamInterface<NumberText> {};
 
-TEST_P(OptionNumberTest, IsARate) {
+TEST_P(OptionNumberTest, OptionIsUsedAsRate) {
     const auto& [name, text, value] = GetParam();
     const auto rate = static_cast<DWORD>(value);
     EXPECT_TRUE(IsShown(Options({text, "1000"}), {rate, 1000}));
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
-TEST_P(OptionNumberTest, IsNoRateTwoAside) {
+TEST_P(OptionNumberTest, RatesThatDifferByTwoDoNotMatch) {
     const auto& [name, text, value] = GetParam();
     const auto rate = static_cast<DWORD>(value);
     EXPECT_FALSE(IsShown(Options({text, text}), {rate - 2, rate + 2}));
@@ -338,7 +337,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, OptionNumberTest, testing::ValuesIn(NumberText
 
 // ---- Hidden functions and the user settings ----
 
-TEST_F(RefreshRateTest, AdoptsTheDefaultsOfAHiddenFunction) {
+TEST_F(RefreshRateTest, DefaultsOfHiddenFunctionAreStored) {
     Display({60});
     WriteFunctions(PlainFunction(1) + RateFunction(7, Options({"60", "48"})));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {1, 2}}}));
@@ -346,14 +345,14 @@ TEST_F(RefreshRateTest, AdoptsTheDefaultsOfAHiddenFunction) {
               NewUserFile(NewScheme(BalancedText, NewFunction(1, 1, 2) + NewFunction(7, 1, 2))));
 }
 
-TEST_F(RefreshRateTest, LeavesAStoredHiddenFunctionInTheFile) {
+TEST_F(RefreshRateTest, StoredHiddenFunctionStaysInFile) {
     OnA60HzDisplay(PlainFunction(1) + RateFunction(7, Options({"60", "48"})),
                    OldFunction(1, 3, 4) + OldFunction(7, 3, 4));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + OldFunction(7, 3, 4))));
 }
 
-TEST_F(RefreshRateTest, DoesNotStoreAHiddenFunctionThatItCompleted) {
+TEST_F(RefreshRateTest, CompletedHiddenFunctionIsNotStored) {
     EXPECT_EQ(OnA60HzDisplay(PlainFunction(2) + RateFunction(7, Options({"60", "48"})) +
                                  RateFunction(8, Options({"60", "60"})) + PlainFunction(9),
                              OldFunction(1, 3, 4)),
@@ -363,7 +362,7 @@ TEST_F(RefreshRateTest, DoesNotStoreAHiddenFunctionThatItCompleted) {
                                                       NewFunction(8, 1, 2) + NewFunction(9, 1, 2))));
 }
 
-TEST_F(RefreshRateTest, WritesTheFileEvenWhenAllThatItCompletedIsHidden) {
+TEST_F(RefreshRateTest, FileIsSavedIfCompletedFunctionsAreHidden) {
     Display({60});
     WriteFunctions(RateFunction(7, Options({"60", "48"})));
     WriteUserSettings(R"(<OrloPowerCfg>
@@ -374,13 +373,13 @@ TEST_F(RefreshRateTest, WritesTheFileEvenWhenAllThatItCompletedIsHidden) {
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4))));
 }
 
-TEST_F(RefreshRateTest, CompletesNothingMoreOnceAllIsHidden) {
+TEST_F(RefreshRateTest, CompletionEndsOnceAllFunctionsAreHidden) {
     const std::string stored = OldFunction(7, 3, 4);
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + PlainFunction(9), stored), Params{});
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, stored)));
 }
 
-TEST_F(RefreshRateTest, CompletesOnWhenSomethingIsLeft) {
+TEST_F(RefreshRateTest, CompletionContinuesWhileVisibleFunctionsRemain) {
     EXPECT_EQ(OnA60HzDisplay(PlainFunction(1) + RateFunction(7, Options({"60", "48"})) + PlainFunction(9),
                              OldFunction(7, 3, 4)),
               (Params{{1, {1, 2}}, {9, {1, 2}}}));
@@ -389,25 +388,25 @@ TEST_F(RefreshRateTest, CompletesOnWhenSomethingIsLeft) {
                                     OldFunction(7, 3, 4) + NewFunction(1, 1, 2) + NewFunction(9, 1, 2))));
 }
 
-TEST_F(RefreshRateTest, JudgesOnWhenAllIsHidden) {
+TEST_F(RefreshRateTest, ChecksContinueOnceAllFunctionsAreHidden) {
     const std::string rates = Options({"60", "48"});
     OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates), OldFunction(7, 3, 4));
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1, 0, 1}));
 }
 
-TEST_F(RefreshRateTest, JudgesForAnEmptySchemeToo) {
+TEST_F(RefreshRateTest, DisplayIsQueriedForEmptyScheme) {
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})), ""), Params{});
     EXPECT_EQ(display->QueriedNumbers(), (std::vector<DWORD>{0, 1}));
 }
 
-TEST_F(RefreshRateTest, StoresAnUnchangedSchemeWhenItHidesAllThatItHeldAndCompleted) {
+TEST_F(RefreshRateTest, SchemeIsUnchangedIfAllFunctionsAreHidden) {
     const std::string rates = Options({"60", "48"});
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates), OldFunction(8, 3, 4)),
               Params{});
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(8, 3, 4))));
 }
 
-TEST_F(RefreshRateTest, DoesNotHideAFunctionThatTheCatalogueLacks) {
+TEST_F(RefreshRateTest, FunctionMissingInCatalogueIsNotHidden) {
     EXPECT_EQ(OnA60HzDisplay(PlainFunction(1), OldFunction(1, 3, 4) + OldFunction(7, 3, 4)),
               (Params{{1, {3, 4}}, {7, {3, 4}}}));
     EXPECT_TRUE(display->Calls().empty());
