@@ -27,21 +27,21 @@ protected:
     }
 };
 
-TEST_F(ResetTest, RemovesAllSchemesAddsTheOtherSectionAndSaves) {
+TEST_F(ResetTest, SchemesAreRemovedAndMissingSectionIsAdded) {
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) +
                                   OldScheme(HighPerformanceText, OldFunction(1, 7, 8))));
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, RemovesTheCommonSettingsWithTheSchemes) {
+TEST_F(ResetTest, CommonSettingsAreRemovedWithSchemes) {
     WriteUserSettings(R"(<OrloPowerCfg><CommonSettings A="a" B="b"><C/>text<!-- note --></CommonSettings>)"
                       R"(<PowerSchemes><PowerScheme GUID="x"/></PowerSchemes></OrloPowerCfg>)");
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, RemovesChildrenOfEveryKind) {
+TEST_F(ResetTest, ChildrenOfEveryKindAreRemoved) {
     WriteUserSettings(
         "<OrloPowerCfg><PowerSchemes>text<!-- note --><![CDATA[data]]><?pi x?><Other/>"
         "</PowerSchemes><CommonSettings/></OrloPowerCfg>");
@@ -49,7 +49,7 @@ TEST_F(ResetTest, RemovesChildrenOfEveryKind) {
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, CountsAChildOfAnyKindAsSomethingToReset) {
+TEST_F(ResetTest, CommentInSchemesSectionIsEnoughForReset) {
     WriteUserSettings(
         "<OrloPowerCfg><PowerSchemes><!-- note --></PowerSchemes>"
         "<CommonSettings A=\"a\"/></OrloPowerCfg>");
@@ -57,7 +57,7 @@ TEST_F(ResetTest, CountsAChildOfAnyKindAsSomethingToReset) {
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, KeepsTheAttributesOfTheSchemesSection) {
+TEST_F(ResetTest, AttributesOfSchemesSectionAreKept) {
     WriteUserSettings(
         "<OrloPowerCfg><PowerSchemes Version=\"2\"><PowerScheme/></PowerSchemes>"
         "<CommonSettings/></OrloPowerCfg>");
@@ -66,7 +66,7 @@ TEST_F(ResetTest, KeepsTheAttributesOfTheSchemesSection) {
               "<OrloPowerCfg><PowerSchemes Version=\"2\"/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, KeepsEverythingOutsideTheTwoSections) {
+TEST_F(ResetTest, ContentOutsideBothSectionsIsKept) {
     WriteUserSettings(
         "<!-- head --><OrloPowerCfg Root=\"kept\"><Other>kept</Other><PowerSchemes><PowerScheme/>"
         "</PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>");
@@ -76,7 +76,7 @@ TEST_F(ResetTest, KeepsEverythingOutsideTheTwoSections) {
               "<CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, ClearsTheFirstSectionsOnly) {
+TEST_F(ResetTest, OnlyFirstSectionsAreCleared) {
     WriteUserSettings(
         "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/>"
         "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>");
@@ -86,40 +86,40 @@ TEST_F(ResetTest, ClearsTheFirstSectionsOnly) {
               "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, WithoutASchemeGivesFalseAndKeepsTheCommonSettings) {
+TEST_F(ResetTest, EmptySchemesSectionReturnsFalseAndKeepsSettings) {
     const std::string file = "<OrloPowerCfg><PowerSchemes/><CommonSettings A=\"a\"/></OrloPowerCfg>";
     WriteUserSettings(file);
     EXPECT_FALSE(Reset());
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(ResetTest, WithoutASchemesSectionGivesFalseAndSavesNothing) {
+TEST_F(ResetTest, MissingSchemesSectionReturnsFalseAndSavesNothing) {
     const std::string file = "<OrloPowerCfg><CommonSettings A=\"a\"/></OrloPowerCfg>";
     WriteUserSettings(file);
     EXPECT_FALSE(Reset());
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(ResetTest, WithoutAFileGivesFalseAndCreatesNone) {
+TEST_F(ResetTest, MissingFileReturnsFalseAndIsNotCreated) {
     EXPECT_FALSE(Reset());
     EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
 }
 
-TEST_F(ResetTest, GivesFalseInAProcessThatHasNotReadTheSettings) {
+TEST_F(ResetTest, ResetReturnsFalseBeforeSettingsAreRead) {
     WriteScheme();
     const std::string file = UserSettings();
     EXPECT_FALSE(Dll().ResetDefault());
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(ResetTest, TheSecondResetGivesFalse) {
+TEST_F(ResetTest, SecondResetReturnsFalse) {
     WriteScheme();
     EXPECT_TRUE(Reset());
     EXPECT_FALSE(Dll().ResetDefault());
     EXPECT_FALSE(Reset());
 }
 
-TEST_F(ResetTest, DoesNotReadTheFileAgain) {
+TEST_F(ResetTest, FileIsNotReadAgainBeforeReset) {
     WriteScheme();
     ReadUserSettings();
     WriteUserSettings("<OrloPowerCfg><Newer/></OrloPowerCfg>");
@@ -127,7 +127,7 @@ TEST_F(ResetTest, DoesNotReadTheFileAgain) {
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, WritesAFileThatWasDeletedSinceItWasRead) {
+TEST_F(ResetTest, DeletedFileIsCreatedAgain) {
     WriteScheme();
     ReadUserSettings();
     std::filesystem::remove(installation.UserFile());
@@ -135,7 +135,7 @@ TEST_F(ResetTest, WritesAFileThatWasDeletedSinceItWasRead) {
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, LetsTheNextReadAdoptTheDefaultsAnew) {
+TEST_F(ResetTest, NextReadStoresDefaultsAgain) {
     WriteDefaults(TwoFunctions);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {50, 60}}}));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {50, 60}}, {2, {4, 5}}}));
@@ -146,7 +146,7 @@ TEST_F(ResetTest, LetsTheNextReadAdoptTheDefaultsAnew) {
                                   "</PowerSchemes><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, LetsTheDefaultsOfTheCommonSettingsAnswerAgain) {
+TEST_F(ResetTest, CommonSettingsReturnDefaultsAfterReset) {
     WriteDefaults(R"(<ZOTDefault><CommonSettings Name="default"/></ZOTDefault>)");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
@@ -157,13 +157,13 @@ TEST_F(ResetTest, LetsTheDefaultsOfTheCommonSettingsAnswerAgain) {
     EXPECT_EQ(Setting(L"Other"), Missing);
 }
 
-TEST_F(ResetTest, WithoutASchemeLeavesTheCommonSettingsReadable) {
+TEST_F(ResetTest, ResetWithoutSchemesKeepsCommonSettings) {
     EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
     EXPECT_FALSE(Dll().ResetDefault());
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-TEST_F(ResetTest, WhileTheFileIsBusyClearsTheCommonSettingsInMemoryOnly) {
+TEST_F(ResetTest, BusyFileClearsCommonSettingsInMemoryOnly) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"user"));
     {
@@ -174,7 +174,7 @@ TEST_F(ResetTest, WhileTheFileIsBusyClearsTheCommonSettingsInMemoryOnly) {
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-TEST_F(ResetTest, ClearsACommonSettingWhoseSaveWasSkipped) {
+TEST_F(ResetTest, UnsavedCommonSettingIsCleared) {
     WriteScheme();
     ReadUserSettings();
     {
@@ -187,14 +187,14 @@ TEST_F(ResetTest, ClearsACommonSettingWhoseSaveWasSkipped) {
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
 }
 
-TEST_F(ResetTest, LeavesTheDefaultsFileAlone) {
+TEST_F(ResetTest, DefaultsFileIsUnchanged) {
     WriteDefaults(TwoFunctions);
     WriteScheme();
     EXPECT_TRUE(Reset());
     EXPECT_EQ(Defaults(), TwoFunctions);
 }
 
-TEST_F(ResetTest, WhileTheFileIsBusyGivesTrueAndEmptiesTheMemoryOnly) {
+TEST_F(ResetTest, BusyFileClearsSchemesInMemoryOnly) {
     WriteDefaults(TwoFunctions);
     WriteScheme();
     ReadUserSettings();
@@ -205,7 +205,7 @@ TEST_F(ResetTest, WhileTheFileIsBusyGivesTrueAndEmptiesTheMemoryOnly) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
 }
 
-TEST_F(ResetTest, IsLostWithTheNextReadWhenItsSaveWasSkipped) {
+TEST_F(ResetTest, NextReadUndoesUnsavedReset) {
     WriteScheme();
     ReadUserSettings();
     {
@@ -217,7 +217,7 @@ TEST_F(ResetTest, IsLostWithTheNextReadWhenItsSaveWasSkipped) {
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + NewFunction(2, 7, 8))));
 }
 
-TEST_F(ResetTest, IgnoresASaveThatFails) {
+TEST_F(ResetTest, FailedSaveStillReturnsTrue) {
     WriteScheme();
     ReadUserSettings();
     const std::string file = UserSettings();
@@ -227,7 +227,7 @@ TEST_F(ResetTest, IgnoresASaveThatFails) {
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(ResetTest, WithoutMemoryForADocumentSucceedsAndSavesNothing) {
+TEST_F(ResetTest, ResetWithoutMemoryForDocumentReturnsTrue) {
     WriteScheme();
     const std::string file = UserSettings();
     {
@@ -237,7 +237,7 @@ TEST_F(ResetTest, WithoutMemoryForADocumentSucceedsAndSavesNothing) {
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(ResetTest, AfterExitGivesFalse) {
+TEST_F(ResetTest, ResetReturnsFalseAfterExit) {
     WriteScheme();
     ReadUserSettings();
     const std::string file = UserSettings();

@@ -48,16 +48,16 @@ protected:
 
 // ---- Reading a stored scheme ----
 
-TEST_F(SchemeReadingTest, GivesTheStoredValues) {
+TEST_F(SchemeReadingTest, StoredValuesAreReturned) {
     EXPECT_EQ(ReadBalanced(OldFunction(1, 2, 3) + OldFunction(4, 5, 6)), (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
-TEST_F(SchemeReadingTest, PrefersTheStoredValuesToTheDefaults) {
+TEST_F(SchemeReadingTest, StoredValuesOverrideDefaults) {
     EXPECT_EQ(CompleteBalanced(OldFunction(1, 4, 5) + OldFunction(2, 6, 7) + OldFunction(3, 8, 9)),
               (Params{{1, {4, 5}}, {2, {6, 7}}, {3, {8, 9}}}));
 }
 
-TEST_F(SchemeReadingTest, LeavesTheFileOfACompleteSchemeAlone) {
+TEST_F(SchemeReadingTest, FileOfCompleteSchemeIsUnchanged) {
     const std::string settings = R"(<OrloPowerCfg>
   <PowerSchemes><PowerScheme  GUID='381B4222-F694-41F0-9685-FF5BB260DF2E'>
     <Function DCParamIndex="3" ACParamIndex="2" ID="1" ></Function>
@@ -69,43 +69,43 @@ TEST_F(SchemeReadingTest, LeavesTheFileOfACompleteSchemeAlone) {
     EXPECT_EQ(UserSettings(), settings);
 }
 
-TEST_F(SchemeReadingTest, GivesFunctionsThatTheCatalogueLacks) {
+TEST_F(SchemeReadingTest, FunctionsMissingInCatalogueAreReturned) {
     WriteFunctions(Functions({1}));
     WriteBalanced(OldFunction(99, 2, 3) + OldFunction(1, 4, 5));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {4, 5}}, {99, {2, 3}}}));
 }
 
-TEST_F(SchemeReadingTest, EnumeratesByAscendingSignedId) {
+TEST_F(SchemeReadingTest, FunctionsAreReturnedByAscendingSignedId) {
     EXPECT_EQ(ReadBalanced(OldFunction(20, 0, 0) + OldFunction(0, 0, 0) + OldFunction(3, 0, 0) +
                            OldFunction(-1, 0, 0) + OldFunction(-20, 0, 0)),
               (Params{{-20, {}}, {-1, {}}, {0, {}}, {3, {}}, {20, {}}}));
 }
 
-TEST_F(SchemeReadingTest, TakesTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(SchemeReadingTest, FirstFunctionWithSameIdIsReturned) {
     EXPECT_EQ(ReadBalanced(OldFunction(1, 2, 3) + OldFunction(4, 5, 6) + OldFunction(1, 7, 8)),
               (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
-TEST_F(SchemeReadingTest, TakesTheFirstOfTwoSchemesOfTheSameGuid) {
+TEST_F(SchemeReadingTest, FirstSchemeWithSameGuidIsReturned) {
     EXPECT_EQ(ReadSchemes(OldScheme(BalancedText, OldFunction(1, 2, 3)) +
                           OldScheme(BalancedText, OldFunction(1, 4, 5) + OldFunction(6, 7, 8))),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(SchemeReadingTest, FindsASchemeBehindOthers) {
+TEST_F(SchemeReadingTest, SchemeAfterOthersIsFound) {
     EXPECT_EQ(ReadSchemes(OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
                           OldScheme(BalancedText, OldFunction(1, 4, 5))),
               (Params{{1, {4, 5}}}));
 }
 
-TEST_F(SchemeReadingTest, KeepsTheSchemesApart) {
+TEST_F(SchemeReadingTest, EachSchemeHasItsOwnValues) {
     ReadSchemes(OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
                 OldScheme(BalancedText, OldFunction(4, 5, 6)));
     EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {2, 3}}}));
     EXPECT_EQ(GetParameter(Balanced), (Params{{4, {5, 6}}}));
 }
 
-TEST_F(SchemeReadingTest, HasNothingForTheZeroScheme) {
+TEST_F(SchemeReadingTest, AllZeroGuidReturnsNothing) {
     const std::string schemes = OldScheme("00000000-0000-0000-0000-000000000000", OldFunction(1, 2, 3));
     WriteFunctions(ThreeDefaults);
     WriteSchemes(schemes);
@@ -113,7 +113,7 @@ TEST_F(SchemeReadingTest, HasNothingForTheZeroScheme) {
     EXPECT_EQ(UserSettings(), OldUserFile(schemes));
 }
 
-TEST_F(SchemeReadingTest, MakesNoFileForTheZeroScheme) {
+TEST_F(SchemeReadingTest, AllZeroGuidCreatesNoFile) {
     WriteFunctions(ThreeDefaults);
     GetParameter(GUID{});
     EXPECT_FALSE(HasUserSettings());
@@ -121,7 +121,7 @@ TEST_F(SchemeReadingTest, MakesNoFileForTheZeroScheme) {
 
 class StoredNumberTest : public SchemeReadingTest, public testing::WithParamInterface<NumberText> {};
 
-TEST_P(StoredNumberTest, IsReadInEveryAttribute) {
+TEST_P(StoredNumberTest, NumberIsReadInEveryAttribute) {
     const auto& [name, text, value] = GetParam();
     EXPECT_EQ(ReadBalanced("<Function ID=\"" + text + "\" ACParamIndex=\"" + text + "\" DCParamIndex=\"" +
                            text + "\"/>"),
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, StoredNumberTest, testing::ValuesIn(NumberText
 class StoredGuidTest : public SchemeReadingTest, public testing::WithParamInterface<GuidCase> {};
 
 // A scheme that is not found is appended. It has no functions, because the catalogue is empty.
-TEST_P(StoredGuidTest, IsComparedAsText) {
+TEST_P(StoredGuidTest, GuidIsComparedAsString) {
     const std::string stored = OldScheme(GetParam().guid, OldFunction(1, 2, 3));
     EXPECT_EQ(ReadSchemes(stored), (GetParam().matches ? Params{{1, {2, 3}}} : Params{}));
     EXPECT_EQ(UserSettings(),
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Guids, StoredGuidTest, testing::ValuesIn(GuidCases()), 
 
 // ---- Ignored nodes ----
 
-TEST_F(SchemeReadingTest, PassesOverOtherKindsOfNodes) {
+TEST_F(SchemeReadingTest, OtherKindsOfNodesAreIgnored) {
     EXPECT_EQ(
         ReadSchemes("<?PowerScheme?>text<!--<PowerScheme/>-->" +
                     OldScheme(BalancedText, "<?Function?><![CDATA[<Function/>]]>" + OldFunction(1, 2, 3) +
@@ -152,7 +152,7 @@ TEST_F(SchemeReadingTest, PassesOverOtherKindsOfNodes) {
         (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
-TEST_F(SchemeReadingTest, PassesOverElementsInNamespaces) {
+TEST_F(SchemeReadingTest, ElementsInNamespacesAreIgnored) {
     EXPECT_EQ(ReadSchemes(R"(<PowerScheme xmlns="urn:other"/><o:PowerScheme xmlns:o="urn:other"/>)" +
                           OldScheme(BalancedText, R"(<Function xmlns="urn:other"/>)" + OldFunction(1, 2, 3) +
                                                       R"(<o:Function xmlns:o="urn:other"/>)" +
@@ -160,20 +160,20 @@ TEST_F(SchemeReadingTest, PassesOverElementsInNamespaces) {
               (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
-TEST_F(SchemeReadingTest, PassesOverElementsDeeperInTheTree) {
+TEST_F(SchemeReadingTest, NestedElementsAreIgnored) {
     EXPECT_EQ(ReadSchemes("<Group><PowerScheme/></Group>" +
                           OldScheme(BalancedText, "<Group><Function/></Group>" + FunctionAttributes(1, 2, 3) +
                                                       "><Function/></Function>" + OldFunction(4, 5, 6))),
               (Params{{1, {2, 3}}, {4, {5, 6}}}));
 }
 
-TEST_F(SchemeReadingTest, PassesOverElementsOfAnotherCaseOfLetters) {
+TEST_F(SchemeReadingTest, ElementsInOtherCaseAreIgnored) {
     EXPECT_EQ(ReadSchemes("<powerscheme/><Powerscheme/>" +
                           OldScheme(BalancedText, "<function/>" + OldFunction(1, 2, 3))),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(SchemeReadingTest, PassesOverUnknownAttributes) {
+TEST_F(SchemeReadingTest, UnknownAttributesAreIgnored) {
     EXPECT_EQ(ReadSchemes(R"(<PowerScheme Name="Balanced" GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
         <Function Name="a" ID="1" acparamindex="9" ACParamIndex="2" DCParamIndex="3" Flag="4"/>
     </PowerScheme>)"),
@@ -182,14 +182,14 @@ TEST_F(SchemeReadingTest, PassesOverUnknownAttributes) {
 
 // ---- The section ----
 
-TEST_F(SchemeReadingTest, TakesARootOfAnyName) {
+TEST_F(SchemeReadingTest, RootCanHaveAnyName) {
     WriteFunctions("");
     WriteUserSettings("<o:Settings xmlns:o=\"urn:other\"><PowerSchemes>" +
                       OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes></o:Settings>");
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}}));
 }
 
-TEST_F(SchemeReadingTest, TakesTheFirstOfTwoSections) {
+TEST_F(SchemeReadingTest, FirstOfTwoSectionsIsRead) {
     WriteFunctions("");
     WriteUserSettings("<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
                       "</PowerSchemes><PowerSchemes>" + OldScheme(BalancedText, OldFunction(4, 5, 6)) +
@@ -197,7 +197,7 @@ TEST_F(SchemeReadingTest, TakesTheFirstOfTwoSections) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}}));
 }
 
-TEST_F(SchemeReadingTest, AddsTheSectionToARootThatLacksIt) {
+TEST_F(SchemeReadingTest, MissingSectionIsAdded) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(R"(<Settings><CommonSettings Language="en"/></Settings>)");
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
@@ -206,7 +206,7 @@ TEST_F(SchemeReadingTest, AddsTheSectionToARootThatLacksIt) {
                                   "</PowerSchemes></Settings>\n");
 }
 
-TEST_F(SchemeReadingTest, AddsTheSectionBehindOneInANamespace) {
+TEST_F(SchemeReadingTest, SectionIsAddedAfterOneInNamespace) {
     WriteFunctions("");
     WriteUserSettings("<OrloPowerCfg><PowerSchemes xmlns=\"urn:other\"/></OrloPowerCfg>");
     GetParameter(Balanced);
@@ -216,26 +216,26 @@ TEST_F(SchemeReadingTest, AddsTheSectionBehindOneInANamespace) {
 
 // ---- When the files are read ----
 
-TEST_F(SchemeReadingTest, ReadsTheUserSettingsAnewForEachCall) {
+TEST_F(SchemeReadingTest, EachCallReadsUserSettingsAgain) {
     ReadBalanced(OldFunction(1, 2, 3));
     EXPECT_EQ(ReadBalanced(OldFunction(1, 4, 5)), (Params{{1, {4, 5}}}));
 }
 
-TEST_F(SchemeReadingTest, DoesNotReadTheDefaultsAnew) {
+TEST_F(SchemeReadingTest, DefaultsAreNotReadAgain) {
     WriteFunctions(ThreeDefaults);
     GetParameter(Balanced);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(GetParameter(HighPerformance), ThreeDefaultParams);
 }
 
-TEST_F(SchemeReadingTest, AdoptsTheDefaultsAgainWhenTheFileIsDeleted) {
+TEST_F(SchemeReadingTest, DefaultsAreReturnedAfterFileDeletion) {
     EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + OldFunction(9, 9, 9)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}, {9, {9, 9}}}));
     std::filesystem::remove(installation.UserFile());
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
 }
 
-TEST_F(SchemeReadingTest, DropsAllThatADeletedFileHeld) {
+TEST_F(SchemeReadingTest, OldContentIsDroppedAfterFileDeletion) {
     WriteFunctions(ThreeDefaults);
     WriteUserSettings("<OrloPowerCfg><CommonSettings Language=\"en\"><Old/></CommonSettings><PowerSchemes>" +
                       OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
@@ -250,7 +250,7 @@ TEST_F(SchemeReadingTest, DropsAllThatADeletedFileHeld) {
 
 // ---- Adopting the defaults ----
 
-TEST_F(SchemeReadingTest, AdoptsTheDefaultsOfASchemeThatIsReadForTheFirstTime) {
+TEST_F(SchemeReadingTest, FirstReadStoresDefaults) {
     WriteDefaults(R"(<ZOTDefault><Functions>
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
     </Functions></ZOTDefault>)");
@@ -262,7 +262,7 @@ TEST_F(SchemeReadingTest, AdoptsTheDefaultsOfASchemeThatIsReadForTheFirstTime) {
               "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(SchemeReadingTest, AdoptsByAscendingIdWhateverTheOrderOfTheDefaults) {
+TEST_F(SchemeReadingTest, DefaultsAreStoredByAscendingId) {
     WriteFunctions(R"(
         <Function ID="30"><Display/><Commands/><Default ACParamIndex="1" DCParamIndex="2"/></Function>
         <Function ID="4"><Display/><Commands/><Default ACParamIndex="-5" DCParamIndex="0"/></Function>)");
@@ -271,7 +271,7 @@ TEST_F(SchemeReadingTest, AdoptsByAscendingIdWhateverTheOrderOfTheDefaults) {
               NewUserFile(NewScheme(BalancedText, NewFunction(4, -5, 0) + NewFunction(30, 1, 2))));
 }
 
-TEST_F(SchemeReadingTest, AdoptsTheDefaultsOfTheScheme) {
+TEST_F(SchemeReadingTest, DefaultItemOfSchemeOverridesDefault) {
     WriteFunctions(R"(<Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="381B4222-F694-41F0-9685-FF5BB260DF2E" ACParamIndex="4" DCParamIndex="5"/>
     </Default></Function>)");
@@ -279,46 +279,46 @@ TEST_F(SchemeReadingTest, AdoptsTheDefaultsOfTheScheme) {
     EXPECT_EQ(GetParameter(HighPerformance), (Params{{1, {2, 3}}}));
 }
 
-TEST_F(SchemeReadingTest, ReadsAnAdoptedSchemeBackWithoutWritingIt) {
+TEST_F(SchemeReadingTest, SecondReadDoesNotStoreDefaultsAgain) {
     WriteFunctions(ThreeDefaults);
     GetParameter(Balanced);
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, ThreeNewFunctions())));
 }
 
-TEST_F(SchemeReadingTest, AppendsAnAdoptedSchemeBehindTheStoredOnes) {
+TEST_F(SchemeReadingTest, NewSchemeIsAppendedAfterStoredSchemes) {
     const std::string stored = OldScheme(HighPerformanceText, OldFunction(1, 2, 3));
     EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
     EXPECT_EQ(UserSettings(), OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions())));
 }
 
-TEST_F(SchemeReadingTest, AdoptsNoDefaultsAsAnEmptyScheme) {
+TEST_F(SchemeReadingTest, EmptyDefaultsAreStoredAsEmptyScheme) {
     WriteFunctions("");
     EXPECT_EQ(GetParameter(Balanced), Params{});
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, "")));
 }
 
-TEST_F(SchemeReadingTest, AdoptsTheDefaultsWhenTheUserSettingsDoNotParse) {
+TEST_F(SchemeReadingTest, MalformedUserSettingsAreReplacedByDefaults) {
     WriteFunctions(ThreeDefaults);
     WriteUserSettings("<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)));
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, ThreeNewFunctions())));
 }
 
-TEST_F(SchemeReadingTest, AdoptsTheDefaultsWhenTheUserSettingsCannotBeSaved) {
+TEST_F(SchemeReadingTest, DefaultsAreReturnedEvenIfSaveFails) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
     WriteFunctions(ThreeDefaults);
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SchemeReadingTest, ASchemeWithoutGuidHidesTheOnesBehindIt) {
+TEST_F(SchemeReadingTest, SchemeWithoutGuidHidesLaterSchemes) {
     const std::string stored = "<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3));
     EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
     EXPECT_EQ(UserSettings(), OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions())));
 }
 
-TEST_F(SchemeReadingTest, AHiddenSchemeIsAdoptedAgainByEveryCall) {
+TEST_F(SchemeReadingTest, HiddenSchemeIsAppendedByEveryCall) {
     WriteFunctions(R"(<Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/>
         </Function>)");
     WriteSchemes("<PowerScheme/>");
@@ -328,21 +328,21 @@ TEST_F(SchemeReadingTest, AHiddenSchemeIsAdoptedAgainByEveryCall) {
                                           NewScheme(BalancedText, NewFunction(1, 2, 3))));
 }
 
-TEST_F(SchemeReadingTest, AGuidInANamespaceIsNone) {
+TEST_F(SchemeReadingTest, GuidInNamespaceCountsAsMissing) {
     const std::string stored = "<PowerScheme xmlns:o=\"urn:other\" o:GUID=\"" +
                                std::string{HighPerformanceText} + "\"/>" +
                                OldScheme(BalancedText, OldFunction(1, 2, 3));
     EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
 }
 
-TEST_F(SchemeReadingTest, ASchemeWithoutGuidDoesNotHideTheOnesBeforeIt) {
+TEST_F(SchemeReadingTest, SchemeWithoutGuidDoesNotHideEarlierSchemes) {
     EXPECT_EQ(ReadSchemes(OldScheme(BalancedText, OldFunction(1, 2, 3)) + "<PowerScheme/>"),
               (Params{{1, {2, 3}}}));
 }
 
 // ---- Defaults that cannot be read ----
 
-TEST_F(SchemeReadingTest, GivesTheDefaultsThatWereReadBeforeTheFailureAndStoresNone) {
+TEST_F(SchemeReadingTest, DefaultsBeforeFailureAreReturnedButNotStored) {
     WriteFunctions(R"(
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
         <Function ID="2"><Display/><Commands/></Function>
@@ -351,20 +351,20 @@ TEST_F(SchemeReadingTest, GivesTheDefaultsThatWereReadBeforeTheFailureAndStoresN
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SchemeReadingTest, HasNothingWhenNoDefaultCanBeRead) {
+TEST_F(SchemeReadingTest, UnreadableDefaultsReturnAndStoreNothing) {
     WriteFunctions(Functions({1, 2}));
     EXPECT_EQ(GetParameter(Balanced), Params{});
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SchemeReadingTest, HasNothingWithoutADefaultsFile) {
+TEST_F(SchemeReadingTest, MissingDefaultsFileReturnsAndStoresNothing) {
     EXPECT_EQ(GetParameter(Balanced), Params{});
     EXPECT_FALSE(HasUserSettings());
 }
 
-class FailingCatalogueTest : public SchemeReadingTest, public testing::WithParamInterface<XmlCase> {};
+class UnavailableCatalogueTest : public SchemeReadingTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(FailingCatalogueTest, HidesTheStoredScheme) {
+TEST_P(UnavailableCatalogueTest, UnavailableCatalogueHidesStoredScheme) {
     const std::string schemes = OldScheme(BalancedText, OldFunction(1, 2, 3));
     WriteDefaults(GetParam().xml);
     WriteSchemes(schemes);
@@ -372,35 +372,34 @@ TEST_P(FailingCatalogueTest, HidesTheStoredScheme) {
     EXPECT_EQ(UserSettings(), OldUserFile(schemes));
 }
 
-TEST_P(FailingCatalogueTest, KeepsTheDefaultsFromBeingAdopted) {
+TEST_P(UnavailableCatalogueTest, UnavailableCatalogueStoresNoDefaults) {
     WriteDefaults(GetParam().xml);
     EXPECT_EQ(GetParameter(Balanced), Params{});
     EXPECT_FALSE(HasUserSettings());
 }
 
-INSTANTIATE_TEST_SUITE_P(Defaults, FailingCatalogueTest,
-                         testing::Values(XmlCase{"ThatDoNotParse", "<ZOTDefault>"},
-                                         XmlCase{"WithoutFunctions",
-                                                 "<ZOTDefault><CommonSettings/></ZOTDefault>"},
-                                         XmlCase{"WithAFunctionWithoutCommands",
+INSTANTIATE_TEST_SUITE_P(Defaults, UnavailableCatalogueTest,
+                         testing::Values(XmlCase{"NotWellFormed", "<ZOTDefault>"},
+                                         XmlCase{"NoFunctions", "<ZOTDefault><CommonSettings/></ZOTDefault>"},
+                                         XmlCase{"FunctionWithoutCommands",
                                                  R"(<ZOTDefault><Functions><Function ID="1"><Display/>
                         <Default ACParamIndex="4" DCParamIndex="5"/></Function></Functions></ZOTDefault>)"}),
                          CaseName<XmlCase>);
 
 // ---- Completion ----
 
-TEST_F(SchemeReadingTest, CompletesFunctionsThatTheSchemeLacks) {
+TEST_F(SchemeReadingTest, MissingFunctionsAreCompletedFromDefaults) {
     EXPECT_EQ(CompleteBalanced(OldFunction(2, 5, 6)), (Params{{1, {11, 12}}, {2, {5, 6}}, {3, {31, 32}}}));
 }
 
-TEST_F(SchemeReadingTest, StoresWhatItCompletes) {
+TEST_F(SchemeReadingTest, CompletedFunctionsAreStored) {
     CompleteBalanced(OldFunction(2, 5, 6));
     EXPECT_EQ(UserSettings(),
               OldUserFile(OldScheme(BalancedText,
                                     OldFunction(2, 5, 6) + NewFunction(1, 11, 12) + NewFunction(3, 31, 32))));
 }
 
-TEST_F(SchemeReadingTest, StoresWhatItCompletesInAFileThatItMade) {
+TEST_F(SchemeReadingTest, FileCreatedByLibraryCanBeCompleted) {
     WriteDefaults(TwoFunctions);
     GetParameter(Balanced);
     Unload();
@@ -411,7 +410,7 @@ TEST_F(SchemeReadingTest, StoresWhatItCompletesInAFileThatItMade) {
                   BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 4, 5) + NewFunction(3, 31, 32))));
 }
 
-TEST_F(SchemeReadingTest, KeepsAllElseInTheFileWhenItCompletes) {
+TEST_F(SchemeReadingTest, CompletionKeepsAllOtherContent) {
     const std::string before =
         "<OrloPowerCfg><!--mine--><CommonSettings Language=\"en\"/><PowerSchemes>" +
         OldScheme(HighPerformanceText, OldFunction(1, 2, 3)) +
@@ -425,7 +424,7 @@ TEST_F(SchemeReadingTest, KeepsAllElseInTheFileWhenItCompletes) {
     EXPECT_EQ(UserSettings(), before + NewFunction(2, 21, 22) + NewFunction(3, 31, 32) + after);
 }
 
-TEST_F(SchemeReadingTest, CompletesFromTheItemsOfTheScheme) {
+TEST_F(SchemeReadingTest, CompletionUsesDefaultItemOfScheme) {
     WriteFunctions(R"(<Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="4" DCParamIndex="5"/>
     </Default></Function>)");
@@ -433,7 +432,7 @@ TEST_F(SchemeReadingTest, CompletesFromTheItemsOfTheScheme) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {4, 5}}, {9, {9, 9}}}));
 }
 
-TEST_F(SchemeReadingTest, CompletesWithZerosWhatTheDefaultsLack) {
+TEST_F(SchemeReadingTest, MissingDefaultAndLaterDefaultsCountAsZero) {
     WriteFunctions(R"(
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
         <Function ID="2"><Display/><Commands/></Function>
@@ -445,7 +444,7 @@ TEST_F(SchemeReadingTest, CompletesWithZerosWhatTheDefaultsLack) {
                                                       NewFunction(2, 0, 0) + NewFunction(3, 0, 0))));
 }
 
-TEST_F(SchemeReadingTest, CompletesWithTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(SchemeReadingTest, CompletionUsesFirstFunctionWithSameId) {
     WriteFunctions(R"(
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="4" DCParamIndex="5"/></Function>)");
@@ -453,7 +452,7 @@ TEST_F(SchemeReadingTest, CompletesWithTheFirstOfTwoFunctionsOfTheSameId) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {9, {9, 9}}}));
 }
 
-TEST_F(SchemeReadingTest, CompletesASchemeThatCannotBeSaved) {
+TEST_F(SchemeReadingTest, SchemeIsCompletedEvenIfSaveFails) {
     WriteFunctions(ThreeDefaults);
     WriteBalanced(OldFunction(1, 2, 3));
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
@@ -463,7 +462,7 @@ TEST_F(SchemeReadingTest, CompletesASchemeThatCannotBeSaved) {
 
 class EmptySchemeTest : public SchemeReadingTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(EmptySchemeTest, IsNeverCompleted) {
+TEST_P(EmptySchemeTest, SchemeWithoutReadableFunctionsIsNotCompleted) {
     const std::string scheme = OldScheme(BalancedText, GetParam().xml);
     EXPECT_EQ(CompleteSchemes(scheme), Params{});
     EXPECT_EQ(UserSettings(), OldUserFile(scheme));
@@ -472,24 +471,24 @@ TEST_P(EmptySchemeTest, IsNeverCompleted) {
 INSTANTIATE_TEST_SUITE_P(
     Functions, EmptySchemeTest,
     testing::Values(
-        XmlCase{"None", ""}, XmlCase{"OnlyAComment", "<!--none-->"},
-        XmlCase{"OnlyOneInANamespace",
+        XmlCase{"NoFunction", ""}, XmlCase{"OnlyComment", "<!--none-->"},
+        XmlCase{"OnlyFunctionInNamespace",
                 R"(<Function xmlns="urn:other" ID="1" ACParamIndex="2" DCParamIndex="3"/>)"},
-        XmlCase{"OnlyOneDeeperInTheTree", "<Group>" + OldFunction(1, 2, 3) + "</Group>"},
-        XmlCase{"TheFirstWithoutId",
+        XmlCase{"OnlyNestedFunction", "<Group>" + OldFunction(1, 2, 3) + "</Group>"},
+        XmlCase{"FirstFunctionWithoutId",
                 R"(<Function ACParamIndex="2" DCParamIndex="3"/>)" + OldFunction(2, 5, 6)},
-        XmlCase{"TheFirstWithoutAc", R"(<Function ID="1" DCParamIndex="3"/>)" + OldFunction(2, 5, 6)},
-        XmlCase{"TheFirstWithoutDc", R"(<Function ID="1" ACParamIndex="2"/>)" + OldFunction(2, 5, 6)}),
+        XmlCase{"FirstFunctionWithoutAc", R"(<Function ID="1" DCParamIndex="3"/>)" + OldFunction(2, 5, 6)},
+        XmlCase{"FirstFunctionWithoutDc", R"(<Function ID="1" ACParamIndex="2"/>)" + OldFunction(2, 5, 6)}),
     CaseName<XmlCase>);
 
-TEST_F(SchemeReadingTest, ADeletedSchemeIsNotAnEmptyOne) {
+TEST_F(SchemeReadingTest, DeletedSchemeIsReadFromDefaults) {
     EXPECT_EQ(CompleteSchemes(OldScheme(BalancedText, "")), Params{});
     EXPECT_EQ(CompleteSchemes(""), ThreeDefaultParams);
 }
 
 // ---- Functions that are missing an attribute ----
 
-TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutDcOnByTheDefaults) {
+TEST_F(SchemeReadingTest, FunctionWithoutDcReplacesRestWithDefaults) {
     EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" ACParamIndex="4"/>)" +
                                OldFunction(3, 5, 6) + OldFunction(9, 9, 9)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
@@ -498,7 +497,7 @@ TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutDcOnByTheDefaults) {
                                                       OldFunction(3, 31, 32) + OldFunction(9, 9, 9))));
 }
 
-TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutAcOnByTheDefaults) {
+TEST_F(SchemeReadingTest, FunctionWithoutAcReplacesRestWithDefaults) {
     EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" DCParamIndex="4"/>)" +
                                OldFunction(3, 5, 6)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
@@ -509,7 +508,7 @@ TEST_F(SchemeReadingTest, ReplacesAllFromAFunctionWithoutAcOnByTheDefaults) {
                                                 OldFunction(3, 31, 32))));
 }
 
-TEST_F(SchemeReadingTest, GivesButDoesNotStoreTheDefaultsBehindAFunctionWithoutId) {
+TEST_F(SchemeReadingTest, FunctionWithoutIdPreventsStoringOfDefaults) {
     const std::string scheme =
         OldScheme(BalancedText, OldFunction(1, 2, 3) + R"(<Function ACParamIndex="4" DCParamIndex="5"/>)" +
                                     OldFunction(3, 6, 7));
@@ -517,7 +516,7 @@ TEST_F(SchemeReadingTest, GivesButDoesNotStoreTheDefaultsBehindAFunctionWithoutI
     EXPECT_EQ(UserSettings(), OldUserFile(scheme));
 }
 
-TEST_F(SchemeReadingTest, CountsAnAttributeInANamespaceAsLacking) {
+TEST_F(SchemeReadingTest, AttributeInNamespaceCountsAsMissing) {
     EXPECT_EQ(ReadBalanced(OldFunction(1, 2, 3) + R"(<Function xmlns:o="urn:other" o:ID="2"
         ACParamIndex="4" DCParamIndex="5"/>)" +
                            OldFunction(3, 6, 7)),

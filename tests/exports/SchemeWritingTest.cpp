@@ -27,7 +27,7 @@ protected:
     using ExportTest::SetParameter;
 };
 
-TEST_F(SchemeWritingTest, CreatesTheFileWithDeclarationRootSchemeAndFunction) {
+TEST_F(SchemeWritingTest, NewFileContainsDeclarationRootSchemeAndFunction) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(),
               "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes>"
@@ -36,14 +36,14 @@ TEST_F(SchemeWritingTest, CreatesTheFileWithDeclarationRootSchemeAndFunction) {
               "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(SchemeWritingTest, AppendsANewSchemeBehindTheOthers) {
+TEST_F(SchemeWritingTest, NewSchemeIsAppendedAfterOthers) {
     const std::string other = OldScheme(HighPerformanceText, OldFunction(1, 2, 3));
     WriteUserSettings(OldUserFile(other));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(other + NewScheme(BalancedText, NewFunction(1, 5, 6))));
 }
 
-TEST_F(SchemeWritingTest, WritesTheFunctionsOfANewSchemeByAscendingSignedId) {
+TEST_F(SchemeWritingTest, NewSchemeIsWrittenByAscendingSignedId) {
     EXPECT_TRUE(
         SetParameter(Balanced, {{10, {1, 1}}, {-1, {2, 2}}, {0, {3, 3}}, {9, {4, 4}}, {-20, {5, 5}}}));
     EXPECT_EQ(UserSettings(),
@@ -51,21 +51,21 @@ TEST_F(SchemeWritingTest, WritesTheFunctionsOfANewSchemeByAscendingSignedId) {
                             NewFunction(9, 4, 4) + NewFunction(10, 1, 1)));
 }
 
-TEST_F(SchemeWritingTest, UpdatesInPlaceAppendsWhatIsNewAndKeepsTheRest) {
+TEST_F(SchemeWritingTest, StoredFunctionsAreUpdatedAndNewOnesAppended) {
     WriteScheme(OldFunction(5, 1, 1) + OldFunction(9, 2, 2));
     EXPECT_TRUE(SetParameter(Balanced, {{3, {30, 31}}, {5, {50, 51}}}));
     EXPECT_EQ(UserSettings(),
               SchemeFile(OldFunction(5, 50, 51) + OldFunction(9, 2, 2) + NewFunction(3, 30, 31)));
 }
 
-TEST_F(SchemeWritingTest, AppendsSeveralNewFunctionsByAscendingId) {
+TEST_F(SchemeWritingTest, NewFunctionsAreAppendedByAscendingId) {
     WriteScheme(OldFunction(5, 1, 1));
     EXPECT_TRUE(SetParameter(Balanced, {{8, {8, 8}}, {-2, {2, 2}}, {7, {7, 7}}}));
     EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(5, 1, 1) + NewFunction(-2, 2, 2) + NewFunction(7, 7, 7) +
                                          NewFunction(8, 8, 8)));
 }
 
-TEST_F(SchemeWritingTest, WritesNegativeAndExtremeNumbersInDecimal) {
+TEST_F(SchemeWritingTest, ExtremeNumbersAreWrittenInDecimal) {
     constexpr auto min = std::numeric_limits<std::int32_t>::min();
     constexpr auto max = std::numeric_limits<std::int32_t>::max();
     EXPECT_TRUE(SetParameter(Balanced, {{min, {-1, max}}, {max, {min, 0}}}));
@@ -74,27 +74,27 @@ TEST_F(SchemeWritingTest, WritesNegativeAndExtremeNumbersInDecimal) {
               std::string::npos);
 }
 
-TEST_F(SchemeWritingTest, UpdatesEveryDuplicateOfAFunction) {
+TEST_F(SchemeWritingTest, EveryDuplicateOfFunctionIsUpdated) {
     WriteScheme(OldFunction(5, 1, 1) + OldFunction(6, 1, 1) + OldFunction(5, 2, 2));
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(UserSettings(),
               SchemeFile(OldFunction(5, 50, 51) + OldFunction(6, 1, 1) + OldFunction(5, 50, 51)));
 }
 
-TEST_F(SchemeWritingTest, KeepsOtherAttributesAndTheirPlaces) {
+TEST_F(SchemeWritingTest, OtherAttributesKeepTheirPlaces) {
     WriteScheme(R"(<Function A="a" DCParamIndex="1" ID="5" B="b" ACParamIndex="1" C="c"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(UserSettings(),
               SchemeFile(R"(<Function A="a" DCParamIndex="51" ID="5" B="b" ACParamIndex="50" C="c"/>)"));
 }
 
-TEST_F(SchemeWritingTest, AddsAMissingValueToAStoredFunctionAcBeforeDc) {
+TEST_F(SchemeWritingTest, MissingValuesAreAddedAcBeforeDc) {
     WriteScheme(R"(<Function ID="5"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(5, 50, 51)));
 }
 
-TEST_F(SchemeWritingTest, KeepsTheChildrenOfAnUpdatedFunction) {
+TEST_F(SchemeWritingTest, ChildrenOfUpdatedFunctionAreKept) {
     WriteScheme(R"(<Function ID="5" ACParamIndex="1" DCParamIndex="1"><Note>kept</Note></Function>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(
@@ -102,60 +102,60 @@ TEST_F(SchemeWritingTest, KeepsTheChildrenOfAnUpdatedFunction) {
         SchemeFile(R"(<Function ID="5" ACParamIndex="50" DCParamIndex="51"><Note>kept</Note></Function>)"));
 }
 
-TEST_F(SchemeWritingTest, ReadsAStoredIdUpToItsFirstNonDigitAndLeavesItsTextAlone) {
+TEST_F(SchemeWritingTest, StoredIdIsParsedAndItsTextKept) {
     WriteScheme(R"(<Function ID=" +5x" ACParamIndex="1" DCParamIndex="1"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(UserSettings(), SchemeFile(R"(<Function ID=" +5x" ACParamIndex="50" DCParamIndex="51"/>)"));
 }
 
-TEST_F(SchemeWritingTest, TakesAnIdWithoutDigitsForZero) {
+TEST_F(SchemeWritingTest, IdWithoutDigitsIsZero) {
     WriteScheme(R"(<Function ID="abc" ACParamIndex="1" DCParamIndex="1"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{0, {50, 51}}}));
     EXPECT_EQ(UserSettings(), SchemeFile(R"(<Function ID="abc" ACParamIndex="50" DCParamIndex="51"/>)"));
 }
 
-TEST_F(SchemeWritingTest, FindsTheSchemeWhateverTheCaseOfItsGuid) {
+TEST_F(SchemeWritingTest, GuidIsComparedIgnoringCase) {
     const std::string upper = "381B4222-F694-41F0-9685-FF5BB260DF2E";
     WriteUserSettings(OldUserFile(OldScheme(upper, OldFunction(1, 2, 3))));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(upper, OldFunction(1, 5, 6))));
 }
 
-TEST_F(SchemeWritingTest, DoesNotFindASchemeWhoseGuidHasBraces) {
+TEST_F(SchemeWritingTest, GuidWithBracesDoesNotMatch) {
     const std::string braced = OldScheme("{" + std::string{BalancedText} + "}", OldFunction(1, 2, 3));
     WriteUserSettings(OldUserFile(braced));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(braced + NewScheme(BalancedText, NewFunction(1, 5, 6))));
 }
 
-TEST_F(SchemeWritingTest, WritesIntoTheFirstOfTwoSchemesWithTheSameGuid) {
+TEST_F(SchemeWritingTest, FirstSchemeWithSameGuidIsUpdated) {
     const std::string second = OldScheme(BalancedText, OldFunction(1, 8, 9));
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)) + second));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + second));
 }
 
-TEST_F(SchemeWritingTest, ASchemeWithoutGuidHidesTheSchemesBehindIt) {
+TEST_F(SchemeWritingTest, SchemeWithoutGuidHidesLaterSchemes) {
     const std::string hidden = "<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3));
     WriteUserSettings(OldUserFile(hidden));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(hidden + NewScheme(BalancedText, NewFunction(1, 5, 6))));
 }
 
-TEST_F(SchemeWritingTest, ASchemeWithoutGuidDoesNotHideTheSchemesBeforeIt) {
+TEST_F(SchemeWritingTest, SchemeWithoutGuidDoesNotHideEarlierSchemes) {
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)) + "<PowerScheme/>"));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + "<PowerScheme/>"));
 }
 
-TEST_F(SchemeWritingTest, ConsidersDirectChildrenOnly) {
+TEST_F(SchemeWritingTest, NestedFunctionsAreIgnored) {
     const std::string nested = "<Group>" + OldFunction(1, 2, 3) + "</Group>";
     WriteScheme(nested);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), SchemeFile(nested + NewFunction(1, 5, 6)));
 }
 
-TEST_F(SchemeWritingTest, DoesNotSaveASchemeWhoseFirstFunctionLacksItsId) {
+TEST_F(SchemeWritingTest, FirstFunctionWithoutIdPreventsSave) {
     const std::string file =
         SchemeFile(R"(<Function ACParamIndex="1" DCParamIndex="1"/>)" + OldFunction(5, 1, 1));
     WriteUserSettings(file);
@@ -163,14 +163,14 @@ TEST_F(SchemeWritingTest, DoesNotSaveASchemeWhoseFirstFunctionLacksItsId) {
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(SchemeWritingTest, DoesNotSaveASchemeInWhichALaterFunctionLacksItsId) {
+TEST_F(SchemeWritingTest, LaterFunctionWithoutIdPreventsSave) {
     const std::string file = SchemeFile(OldFunction(5, 1, 1) + "<Function/>");
     WriteUserSettings(file);
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(SchemeWritingTest, WritesOnTopOfWhatAnotherProgramHasChanged) {
+TEST_F(SchemeWritingTest, ChangesOfOtherProgramsAreKept) {
     WriteScheme(OldFunction(1, 2, 3));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     WriteScheme(OldFunction(4, 2, 3));
@@ -178,7 +178,7 @@ TEST_F(SchemeWritingTest, WritesOnTopOfWhatAnotherProgramHasChanged) {
     EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(4, 2, 3) + NewFunction(1, 7, 8)));
 }
 
-TEST_F(SchemeWritingTest, WritingTheSameAgainLeavesOneSchemeAndOneFunction) {
+TEST_F(SchemeWritingTest, RepeatedWriteCreatesNoDuplicates) {
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     const std::string file = UserSettings();
@@ -186,13 +186,13 @@ TEST_F(SchemeWritingTest, WritingTheSameAgainLeavesOneSchemeAndOneFunction) {
     EXPECT_EQ(file.find("<Function "), file.rfind("<Function "));
 }
 
-TEST_F(SchemeWritingTest, NeedsNoDefaultsFile) {
+TEST_F(SchemeWritingTest, MissingDefaultsFileDoesNotPreventSave) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
     EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
 }
 
-TEST_F(SchemeWritingTest, KeepsFunctionsThatTheCatalogueDoesNotKnow) {
+TEST_F(SchemeWritingTest, FunctionsMissingInCatalogueAreKept) {
     WriteDefaults(TwoFunctions);
     WriteScheme(OldFunction(77, 7, 7));
     EXPECT_TRUE(SetParameter(Balanced, {{78, {8, 8}}}));
@@ -205,7 +205,7 @@ TEST_F(SchemeWritingTest, KeepsFunctionsThatTheCatalogueDoesNotKnow) {
 class TreeShapeTest : public SchemeWritingTest,
                       public testing::WithParamInterface<std::vector<std::int32_t>> {};
 
-TEST_P(TreeShapeTest, IsWalkedByAscendingId) {
+TEST_P(TreeShapeTest, EntriesAreWrittenByAscendingId) {
     std::vector<ClientEntry> entries;
     for (const std::int32_t id : GetParam())
         entries.push_back({id, {id * 10, -id}});
@@ -227,13 +227,13 @@ INSTANTIATE_TEST_SUITE_P(RootWithoutLeftChild, TreeShapeTest,
 INSTANTIATE_TEST_SUITE_P(RootWithoutRightChild, TreeShapeTest,
                          testing::Values(std::vector{7, 3, 5, 4, 6, 1, 2}));
 
-TEST_F(SchemeWritingTest, TakesAMapWithOneEntry) {
+TEST_F(SchemeWritingTest, MapWithOneEntryIsAccepted) {
     EXPECT_TRUE(SetParameter(ClientMap{{{1, {5, 6}}}}.get()));
     EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
 }
 
 // The nodes are linked as a red-black tree. Their colours belong to the client, so they may have any value.
-TEST_F(SchemeWritingTest, TakesARedBlackTreeWhateverItsColours) {
+TEST_F(SchemeWritingTest, ColoursOfTreeNodesAreIgnored) {
     ParamTreeNode nil{}, two{}, one{}, four{}, three{}, five{};
     nil = {&one, &two, &five, 1, 1, 0, {}};
     two = {&one, &nil, &four, 1, 0, 2, {2, 20}};
@@ -248,7 +248,7 @@ TEST_F(SchemeWritingTest, TakesARedBlackTreeWhateverItsColours) {
                             NewFunction(4, 4, 40) + NewFunction(5, 5, 50)));
 }
 
-TEST_F(SchemeWritingTest, TakesAMapWithTenThousandEntriesInAnyShape) {
+TEST_F(SchemeWritingTest, TenThousandShuffledEntriesAreAccepted) {
     std::vector<ClientEntry> entries;
     std::string stored;
     std::string updated;
@@ -264,7 +264,7 @@ TEST_F(SchemeWritingTest, TakesAMapWithTenThousandEntriesInAnyShape) {
     EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, updated)));
 }
 
-TEST_F(SchemeWritingTest, TakesALeftChainOfTenThousandEntries) {
+TEST_F(SchemeWritingTest, LeftChainOfTenThousandEntriesIsAccepted) {
     std::vector<ClientEntry> entries;
     std::string stored;
     for (std::int32_t id = 0; id < 10000; ++id) {
@@ -276,27 +276,27 @@ TEST_F(SchemeWritingTest, TakesALeftChainOfTenThousandEntries) {
 }
 
 // The memory is protected, so either access would terminate the test program.
-TEST_F(SchemeWritingTest, NeitherWritesTheClientsMapNorTouchesTheClientsWord) {
+TEST_F(SchemeWritingTest, ReadOnlyMapIsAccepted) {
     const ReadOnlyClientMap map{{{2, {3, 4}}, {1, {5, 6}}, {3, {7, 8}}}};
     EXPECT_TRUE(SetParameter(map.get()));
     EXPECT_EQ(UserSettings(),
               NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 3, 4) + NewFunction(3, 7, 8)));
 }
 
-TEST_F(SchemeWritingTest, TheLinksOfTheMapAreWalkedWhateverItsCount) {
+TEST_F(SchemeWritingTest, NonzeroCountDoesNotLimitEntries) {
     ClientMap map{{{1, {5, 6}}, {2, {7, 8}}, {3, {9, 9}}}};
     EXPECT_TRUE(SetParameter(map.WithCount(1)));
     EXPECT_EQ(UserSettings(),
               NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 7, 8) + NewFunction(3, 9, 9)));
 }
 
-TEST_F(SchemeWritingTest, ACountWithoutNodesStoresASchemeWithoutFunctions) {
+TEST_F(SchemeWritingTest, NonzeroCountOfEmptyMapStoresEmptyScheme) {
     ClientMap map{{}};
     EXPECT_TRUE(SetParameter(map.WithCount(5)));
     EXPECT_EQ(UserSettings(), NewSchemeFile(""));
 }
 
-TEST_F(SchemeWritingTest, AMapWithCountZeroIsEmptyWhateverItsLinks) {
+TEST_F(SchemeWritingTest, MapWithZeroCountIsRejectedDespiteLinks) {
     ClientMap map{{{1, {5, 6}}}};
     EXPECT_FALSE(SetParameter(map.WithCount(0)));
     EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
