@@ -34,17 +34,16 @@ const Schemes fullSchemes = {{A, {{B, {{C, 1, 2}, {D, 3, 4}}}, {C, {{D, 5, 6}}}}
 std::vector<GuidCase> MoreGuidCases() {
     std::vector<GuidCase> cases = GuidCases();
     for (const auto& [name, guid] : std::vector<std::pair<std::string, std::string>>{
-             {"HyphensInOtherPlaces", "381b422-2f694-41f0-9685-ff5bb260df2e"},
-             {"UnderscoresForHyphens", "381b4222_f694_41f0_9685_ff5bb260df2e"},
-             {"ALetterThatIsNoDigit", "381b4222-f694-41f0-9685-ff5bb260df2g"},
-             {"ASpaceForADigit", "381b4222-f694-41f0-9685-ff5bb260df2 "},
-             {"ASignForADigit", "+81b4222-f694-41f0-9685-ff5bb260df2e"},
-             {"AWidePointForADigit",
+             {"MisplacedHyphens", "381b422-2f694-41f0-9685-ff5bb260df2e"},
+             {"UnderscoresInsteadOfHyphens", "381b4222_f694_41f0_9685_ff5bb260df2e"},
+             {"NonHexadecimalLetter", "381b4222-f694-41f0-9685-ff5bb260df2g"},
+             {"SpaceInsteadOfDigit", "381b4222-f694-41f0-9685-ff5bb260df2 "},
+             {"SignInsteadOfDigit", "+81b4222-f694-41f0-9685-ff5bb260df2e"},
+             {"FullWidthDigit",
               "\xef\xbc\x93"
               "81b4222-f694-41f0-9685-ff5bb260df2e"},
-             {"OneDigitMore", "381b4222-f694-41f0-9685-ff5bb260df2e0"},
-             {"AnotherGuidBehind",
-              "381b4222-f694-41f0-9685-ff5bb260df2e 381b4222-f694-41f0-9685-ff5bb260df2e"},
+             {"AdditionalDigit", "381b4222-f694-41f0-9685-ff5bb260df2e0"},
+             {"TwoGuids", "381b4222-f694-41f0-9685-ff5bb260df2e 381b4222-f694-41f0-9685-ff5bb260df2e"},
              {"SpaceOnly", "                                    "}})
         cases.push_back({name, guid, false});
     return cases;
@@ -90,40 +89,40 @@ private:
 
 // ---- All levels ----
 
-TEST_F(SpecSchemeTest, HasAllThreeLevelsInTheOrderOfTheFile) {
+TEST_F(SpecSchemeTest, AllLevelsAreReturnedInFileOrder) {
     EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
 }
 
-TEST_F(SpecSchemeTest, IsTheSameAtEachCall) {
+TEST_F(SpecSchemeTest, EachCallReturnsSameSchemes) {
     EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
     EXPECT_EQ(GetSpecScheme(), fullSchemes);
 }
 
-TEST_F(SpecSchemeTest, HasASchemeWithoutSubGroups) {
+TEST_F(SpecSchemeTest, SchemeCanHaveNoSubGroups) {
     EXPECT_EQ(SchemesOf(SchemeXml(A)), (Schemes{{A}}));
 }
 
-TEST_F(SpecSchemeTest, HasASubGroupWithoutSettings) {
+TEST_F(SpecSchemeTest, SubGroupCanHaveNoSettings) {
     EXPECT_EQ(SchemesOf(SchemeXml(A, SubGroupXml(B) + SubGroupXml(C))), (Schemes{{A, {{B}, {C}}}}));
 }
 
-TEST_F(SpecSchemeTest, KeepsElementsOfTheSameGuidOnEachLevel) {
+TEST_F(SpecSchemeTest, DuplicateGuidsAreReturnedOnEachLevel) {
     const std::string settings = SettingXml(A, "1", "2") + SettingXml(A, "3", "4");
     const std::string scheme = SchemeXml(A, SubGroupXml(A, settings) + SubGroupXml(A));
     const SpecScheme expected = {A, {{A, {{A, 1, 2}, {A, 3, 4}}}, {A}}};
     EXPECT_EQ(SchemesOf(scheme + scheme), (Schemes{expected, expected}));
 }
 
-TEST_F(SpecSchemeTest, TheAllZeroGuidIsOneLikeAnyOtherOnEachLevel) {
+TEST_F(SpecSchemeTest, AllZeroGuidIsValidOnEachLevel) {
     EXPECT_EQ(SchemesOf(SchemeXml(AllZero, SubGroupXml(AllZero, SettingXml(AllZero, "1", "2")))),
               (Schemes{{AllZero, {{AllZero, {{AllZero, 1, 2}}}}}}));
 }
 
-TEST_F(SpecSchemeTest, NothingIsTakenOverFromTheElementBefore) {
+TEST_F(SpecSchemeTest, NothingIsInheritedFromPreviousElement) {
     EXPECT_EQ(SchemesOf(FullSection() + SchemeXml(C, SubGroupXml(D))).back(), (SpecScheme{C, {{D}}}));
 }
 
-TEST_F(SpecSchemeTest, HasEachOfManyElements) {
+TEST_F(SpecSchemeTest, ManyElementsAreAllReturned) {
     std::string settings;
     std::string subGroups;
     std::string schemes;
@@ -139,7 +138,7 @@ TEST_F(SpecSchemeTest, HasEachOfManyElements) {
     EXPECT_EQ(SchemesOf(schemes), Schemes(20, {A, std::vector<SpecSubGroup>(20, subGroup)}));
 }
 
-TEST_F(SpecSchemeTest, IgnoresUnknownAttributesAndChildrenAndOtherKindsOfNodes) {
+TEST_F(SpecSchemeTest, UnknownAttributesAndNodesAreIgnored) {
     EXPECT_EQ(SchemesOf(R"(<!--a-->text<?b c?><Other/><SchemeItem Name="n" SchemeGUID=")" + A +
                         R"("><!--a-->text<![CDATA[d]]><Other/><SubGroup Name="n" SubGroupGUID=")" + B +
                         R"("><!--a-->text<Other/>)" +
@@ -149,7 +148,7 @@ TEST_F(SpecSchemeTest, IgnoresUnknownAttributesAndChildrenAndOtherKindsOfNodes) 
 }
 
 // Elements at other levels or in other elements are ignored.
-TEST_F(SpecSchemeTest, TakesOnlyDirectChildrenOnEachLevel) {
+TEST_F(SpecSchemeTest, OnlyDirectChildrenAreReadOnEachLevel) {
     const std::string setting = SettingXml(C, "1", "2");
     EXPECT_EQ(SchemesOf("<All>" + SchemeXml(B) + "</All>" + SubGroupXml(B, setting) + setting +
                         SchemeXml(A, SchemeXml(B) + setting + "<All>" + SubGroupXml(B) + "</All>" +
@@ -157,7 +156,7 @@ TEST_F(SpecSchemeTest, TakesOnlyDirectChildrenOnEachLevel) {
               (Schemes{{A, {{D}}}}));
 }
 
-TEST_F(SpecSchemeTest, TakesOnlyElementsWithoutANamespaceOnEachLevel) {
+TEST_F(SpecSchemeTest, ElementsInNamespacesAreIgnoredOnEachLevel) {
     const std::string setting = "<o:PowerSetting/><PowerSetting xmlns=\"urn:other\"/><!--<PowerSetting/>-->";
     const std::string subGroup = "<o:SubGroup/><SubGroup xmlns=\"urn:other\"/><![CDATA[<SubGroup/>]]>";
     WriteBase("<ZOTBase xmlns:o=\"urn:other\"><o:SpecSchemes/><SpecSchemes>" + SchemeXml(A, subGroup) +
@@ -166,53 +165,52 @@ TEST_F(SpecSchemeTest, TakesOnlyElementsWithoutANamespaceOnEachLevel) {
     EXPECT_EQ(GetSpecScheme(), (Schemes{{A}, {B, {{C}}}}));
 }
 
-TEST_F(SpecSchemeTest, TakesOnlyElementsOfTheSameCaseOfLetters) {
+TEST_F(SpecSchemeTest, ElementsInOtherCaseAreIgnored) {
     EXPECT_EQ(SchemesOf("<Schemeitem/>" + SchemeXml(A, "<Subgroup/>" + SubGroupXml(B, "<Powersetting/>"))),
               (Schemes{{A, {{B}}}}));
 }
 
 // ---- The section ----
 
-class WithoutSpecSchemesTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+class MissingSpecSchemesTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(WithoutSpecSchemesTest, NothingIsEnumerated) {
+TEST_P(MissingSpecSchemesTest, NoSchemesAreReturnedAndFileIsUnchanged) {
     WriteBase(GetParam().xml);
     EXPECT_EQ(GetSpecScheme(), Schemes{});
     EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , WithoutSpecSchemesTest,
-    testing::Values(XmlCase{"InAnEmptyFile", ""},
-                    XmlCase{"InAFileThatDoesNotParse",
-                            "<ZOTBase><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes>"},
-                    XmlCase{"InARootWithoutSections", "<ZOTBase/>"},
-                    XmlCase{"InARootWithOtherSections", "<ZOTBase><CommonSettings/><Functions/></ZOTBase>"},
-                    XmlCase{"InAnEmptySection", "<ZOTBase><SpecSchemes/></ZOTBase>"},
-                    XmlCase{"InTheRootItself", "<SpecSchemes>" + SchemeXml(A) + "</SpecSchemes>"},
-                    XmlCase{"InTheRootAndNotInASection", "<ZOTBase>" + SchemeXml(A) + "</ZOTBase>"},
-                    XmlCase{"InTheSecondSection", "<ZOTBase><SpecSchemes/><SpecSchemes>" + SchemeXml(A) +
-                                                      "</SpecSchemes></ZOTBase>"},
-                    XmlCase{"BelowAnotherElement",
+    , MissingSpecSchemesTest,
+    testing::Values(XmlCase{"EmptyFile", ""},
+                    XmlCase{"NotWellFormed", "<ZOTBase><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes>"},
+                    XmlCase{"RootWithoutSections", "<ZOTBase/>"},
+                    XmlCase{"RootWithOtherSections", "<ZOTBase><CommonSettings/><Functions/></ZOTBase>"},
+                    XmlCase{"EmptySection", "<ZOTBase><SpecSchemes/></ZOTBase>"},
+                    XmlCase{"SectionAsRoot", "<SpecSchemes>" + SchemeXml(A) + "</SpecSchemes>"},
+                    XmlCase{"SchemesOutsideSection", "<ZOTBase>" + SchemeXml(A) + "</ZOTBase>"},
+                    XmlCase{"SchemesInSecondSection", "<ZOTBase><SpecSchemes/><SpecSchemes>" + SchemeXml(A) +
+                                                          "</SpecSchemes></ZOTBase>"},
+                    XmlCase{"NestedSection",
                             "<ZOTBase><All><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes></All></ZOTBase>"},
-                    XmlCase{"InASectionOfAnotherCaseOfLetters",
+                    XmlCase{"SectionInOtherCase",
                             "<ZOTBase><Specschemes>" + SchemeXml(A) + "</Specschemes></ZOTBase>"},
-                    XmlCase{"InASectionInANamespace", "<ZOTBase xmlns=\"urn:other\"><SpecSchemes>" +
-                                                          SchemeXml(A) + "</SpecSchemes></ZOTBase>"}),
+                    XmlCase{"SectionInNamespace", "<ZOTBase xmlns=\"urn:other\"><SpecSchemes>" +
+                                                      SchemeXml(A) + "</SpecSchemes></ZOTBase>"}),
     CaseName<XmlCase>);
 
-TEST_F(SpecSchemeTest, IsEmptyWithoutAFile) {
+TEST_F(SpecSchemeTest, MissingFileReturnsNoSchemes) {
     EXPECT_EQ(GetSpecScheme(), Schemes{});
     EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
 }
 
-TEST_F(SpecSchemeTest, TakesTheFirstOfTwoSectionsUnderARootOfAnyName) {
+TEST_F(SpecSchemeTest, FirstSectionOfAnyRootIsRead) {
     WriteBase("<Any><SpecSchemes>" + SchemeXml(A) + "</SpecSchemes><SpecSchemes>" + SchemeXml(B) +
               "</SpecSchemes></Any>");
     EXPECT_EQ(GetSpecScheme(), (Schemes{{A}}));
 }
 
-TEST_F(SpecSchemeTest, NeedsNoReadableFunctions) {
+TEST_F(SpecSchemeTest, UnreadableFunctionsDoNotAffectSchemes) {
     WriteBase("<ZOTBase><Functions><Function/></Functions><SpecSchemes>" + SchemeXml(A) +
               "</SpecSchemes></ZOTBase>");
     EXPECT_EQ(GetSpecScheme(), (Schemes{{A}}));
@@ -222,7 +220,7 @@ TEST_F(SpecSchemeTest, NeedsNoReadableFunctions) {
 
 class SpecNumberTest : public SpecSchemeTest, public testing::WithParamInterface<NumberText> {};
 
-TEST_P(SpecNumberTest, IsReadForMainsPowerAndForTheBattery) {
+TEST_P(SpecNumberTest, NumberIsReadInAcAndDcValue) {
     const auto& [name, text, number] = GetParam();
     EXPECT_EQ(SchemesOf(SchemeXml(A, SubGroupXml(A, SettingXml(C, text, "1") + SettingXml(D, "2", text)))),
               (Schemes{{A, {{A, {{C, number, 1}, {D, 2, number}}}}}}));
@@ -244,18 +242,18 @@ protected:
     }
 };
 
-TEST_P(SpecGuidTest, OfASchemeIsTaken) {
+TEST_P(SpecGuidTest, SchemeRequiresValidGuid) {
     EXPECT_EQ(SchemesOf(SchemeXml(A) + SchemeXml(GetParam().guid, SubGroupXml(C)) + SchemeXml(B)),
               WithOthers(SpecScheme{BalancedText, {{C}}}));
 }
 
-TEST_P(SpecGuidTest, OfASubGroupIsTaken) {
+TEST_P(SpecGuidTest, SubGroupRequiresValidGuid) {
     EXPECT_EQ(SchemesOf(SchemeXml(D, SubGroupXml(A) + SubGroupXml(GetParam().guid, SettingXml(C, "1", "2")) +
                                          SubGroupXml(B))),
               (Schemes{{D, WithOthers(SpecSubGroup{BalancedText, {{C, 1, 2}}})}}));
 }
 
-TEST_P(SpecGuidTest, OfAPowerSettingIsTaken) {
+TEST_P(SpecGuidTest, SettingRequiresValidGuid) {
     EXPECT_EQ(SchemesOf(SchemeXml(
                   D, SubGroupXml(C, SettingXml(A, "0", "0") + SettingXml(GetParam().guid, "0", "0") +
                                         SettingXml(B, "0", "0")))),
@@ -264,7 +262,7 @@ TEST_P(SpecGuidTest, OfAPowerSettingIsTaken) {
 
 INSTANTIATE_TEST_SUITE_P(, SpecGuidTest, testing::ValuesIn(MoreGuidCases()), CaseName<GuidCase>);
 
-TEST_F(SpecSchemeTest, MalformedGuidsOnAllLevelsLeaveOutNoMoreThanTheirElements) {
+TEST_F(SpecSchemeTest, MalformedGuidsOmitOnlyTheirElements) {
     EXPECT_EQ(
         SchemesOf(SchemeXml(NoGuid, SubGroupXml(NoGuid, SettingXml(NoGuid, "1", "2"))) +
                   SchemeXml(A, SubGroupXml(NoGuid, SettingXml(NoGuid, "1", "2")) +
@@ -272,32 +270,32 @@ TEST_F(SpecSchemeTest, MalformedGuidsOnAllLevelsLeaveOutNoMoreThanTheirElements)
         (Schemes{{A, {{B, {{C, 3, 4}}}}}}));
 }
 
-TEST_F(SpecSchemeTest, IsEmptyWhereNoSchemeHasAGuid) {
+TEST_F(SpecSchemeTest, SchemesWithoutValidGuidAreNotReturned) {
     EXPECT_EQ(SchemesOf(SchemeXml(NoGuid) + SchemeXml("")), Schemes{});
 }
 
 // ---- Missing attributes ----
 
 // The parameter is an invalid setting among valid ones. It fails its subgroup and therefore the scheme.
-class FailingSettingTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+class InvalidSettingTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(FailingSettingTest, LeavesOutTheScheme) {
+TEST_P(InvalidSettingTest, InvalidSettingOmitsItsScheme) {
     const std::string sound = SettingXml(C, "1", "2");
     EXPECT_EQ(SchemesWithSettings(GetParam().xml), onlyTheOther);
     Unload();
     EXPECT_EQ(SchemesWithSettings(sound + GetParam().xml + sound), onlyTheOther);
 }
 
-TEST_P(FailingSettingTest, LeavesOutTheSchemeWithAllItsOtherSubGroups) {
+TEST_P(InvalidSettingTest, InvalidSettingOmitsAllSubGroupsOfScheme) {
     const std::string sound = SubGroupXml(B, SettingXml(C, "1", "2"));
     EXPECT_EQ(SchemesWithSubGroups(sound + SubGroupXml(C, GetParam().xml) + sound), onlyTheOther);
 }
 
-TEST_P(FailingSettingTest, LeavesOutTheSchemeFromWithinASubGroupWithAMalformedGuid) {
+TEST_P(InvalidSettingTest, InvalidSettingInMalformedSubGroupOmitsScheme) {
     EXPECT_EQ(SchemesWithSubGroups(SubGroupXml(B) + SubGroupXml(NoGuid, GetParam().xml)), onlyTheOther);
 }
 
-TEST_P(FailingSettingTest, LeavesOutNoOtherScheme) {
+TEST_P(InvalidSettingTest, InvalidSettingOmitsNoOtherScheme) {
     WriteBase(FileWith(FullSection() + SchemeXml(D, SubGroupXml(A, GetParam().xml)) + SchemeXml(C)));
     Schemes expected = fullSchemes;
     expected.push_back({C});
@@ -305,30 +303,30 @@ TEST_P(FailingSettingTest, LeavesOutNoOtherScheme) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , FailingSettingTest,
-    testing::Values(
-        XmlCase{"WithoutAttributes", "<PowerSetting/>"},
-        XmlCase{"WithoutGuid", R"(<PowerSetting ACValue="1" DCValue="2"/>)"},
-        XmlCase{"WithoutAcValue", "<PowerSetting PowerSettingGUID=\"" + C + "\" DCValue=\"2\"/>"},
-        XmlCase{"WithoutDcValue", "<PowerSetting PowerSettingGUID=\"" + C + "\" ACValue=\"1\"/>"},
-        XmlCase{"WithoutValues", "<PowerSetting PowerSettingGUID=\"" + C + "\"/>"},
-        XmlCase{"WithAMalformedGuidWithoutAcValue",
-                "<PowerSetting PowerSettingGUID=\"" + NoGuid + "\" DCValue=\"2\"/>"},
-        XmlCase{"WithAMalformedGuidWithoutDcValue",
-                "<PowerSetting PowerSettingGUID=\"" + NoGuid + "\" ACValue=\"1\"/>"},
-        XmlCase{"WithAnEmptyGuidWithoutValues", R"(<PowerSetting PowerSettingGUID=""/>)"},
-        XmlCase{"WithAGuidOfAnotherCaseOfLetters",
-                "<PowerSetting PowerSettingGuid=\"" + C + "\" ACValue=\"1\" DCValue=\"2\"/>"},
-        XmlCase{"WithAnAcValueInANamespace", "<PowerSetting xmlns:o=\"urn:other\" PowerSettingGUID=\"" + C +
-                                                 "\" o:ACValue=\"1\" DCValue=\"2\"/>"},
-        XmlCase{"WithItsValuesAsElements", "<PowerSetting PowerSettingGUID=\"" + C +
-                                               "\"><ACValue>1</ACValue><DCValue>2</DCValue></PowerSetting>"}),
+    , InvalidSettingTest,
+    testing::Values(XmlCase{"NoAttributes", "<PowerSetting/>"},
+                    XmlCase{"NoGuid", R"(<PowerSetting ACValue="1" DCValue="2"/>)"},
+                    XmlCase{"NoAcValue", "<PowerSetting PowerSettingGUID=\"" + C + "\" DCValue=\"2\"/>"},
+                    XmlCase{"NoDcValue", "<PowerSetting PowerSettingGUID=\"" + C + "\" ACValue=\"1\"/>"},
+                    XmlCase{"NoValues", "<PowerSetting PowerSettingGUID=\"" + C + "\"/>"},
+                    XmlCase{"MalformedGuidAndNoAcValue",
+                            "<PowerSetting PowerSettingGUID=\"" + NoGuid + "\" DCValue=\"2\"/>"},
+                    XmlCase{"MalformedGuidAndNoDcValue",
+                            "<PowerSetting PowerSettingGUID=\"" + NoGuid + "\" ACValue=\"1\"/>"},
+                    XmlCase{"EmptyGuidAndNoValues", R"(<PowerSetting PowerSettingGUID=""/>)"},
+                    XmlCase{"GuidAttributeInOtherCase",
+                            "<PowerSetting PowerSettingGuid=\"" + C + "\" ACValue=\"1\" DCValue=\"2\"/>"},
+                    XmlCase{"AcValueInNamespace", "<PowerSetting xmlns:o=\"urn:other\" PowerSettingGUID=\"" +
+                                                      C + "\" o:ACValue=\"1\" DCValue=\"2\"/>"},
+                    XmlCase{"ValuesAsElements",
+                            "<PowerSetting PowerSettingGUID=\"" + C +
+                                "\"><ACValue>1</ACValue><DCValue>2</DCValue></PowerSetting>"}),
     CaseName<XmlCase>);
 
 // The parameter is an invalid subgroup among valid ones. It fails the whole scheme.
-class FailingSubGroupTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+class InvalidSubGroupTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(FailingSubGroupTest, LeavesOutTheScheme) {
+TEST_P(InvalidSubGroupTest, InvalidSubGroupOmitsItsScheme) {
     const std::string sound = SubGroupXml(B, SettingXml(C, "1", "2"));
     EXPECT_EQ(SchemesWithSubGroups(GetParam().xml), onlyTheOther);
     Unload();
@@ -336,38 +334,37 @@ TEST_P(FailingSubGroupTest, LeavesOutTheScheme) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , FailingSubGroupTest,
-    testing::Values(XmlCase{"WithoutGuid", "<SubGroup>" + SettingXml(C, "1", "2") + "</SubGroup>"},
-                    XmlCase{"WithoutAnything", "<SubGroup/>"},
-                    XmlCase{"WithAGuidOfAnotherCaseOfLetters", "<SubGroup SubgroupGUID=\"" + C + "\"/>"},
-                    XmlCase{"WithoutGuidWithASettingOfAMalformedGuid",
-                            "<SubGroup>" + SettingXml(NoGuid, "1", "2") + "</SubGroup>"},
-                    XmlCase{
-                        "WithAMalformedGuidAndASettingWithoutDcValue",
-                        SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"" + C + "\" ACValue=\"1\"/>")},
-                    XmlCase{"WithAMalformedGuidAndASettingOfAnotherMalformedGuidWithoutAcValue",
-                            SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"\" DCValue=\"1\"/>")}),
+    , InvalidSubGroupTest,
+    testing::Values(
+        XmlCase{"NoGuid", "<SubGroup>" + SettingXml(C, "1", "2") + "</SubGroup>"},
+        XmlCase{"EmptyElement", "<SubGroup/>"},
+        XmlCase{"GuidAttributeInOtherCase", "<SubGroup SubgroupGUID=\"" + C + "\"/>"},
+        XmlCase{"NoGuidAndMalformedSettingGuid", "<SubGroup>" + SettingXml(NoGuid, "1", "2") + "</SubGroup>"},
+        XmlCase{"MalformedGuidAndSettingWithoutDcValue",
+                SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"" + C + "\" ACValue=\"1\"/>")},
+        XmlCase{"MalformedGuidsAndSettingWithoutAcValue",
+                SubGroupXml(NoGuid, "<PowerSetting PowerSettingGUID=\"\" DCValue=\"1\"/>")}),
     CaseName<XmlCase>);
 
 // The parameter is an invalid scheme between two valid ones. Only the invalid scheme is omitted.
-class LeftOutSchemeTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
+class InvalidSchemeTest : public SpecSchemeTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(LeftOutSchemeTest, IsLeftOutAlone) {
+TEST_P(InvalidSchemeTest, OnlyInvalidSchemeIsOmitted) {
     const std::string sound = SubGroupXml(B, SettingXml(C, "1", "2"));
     EXPECT_EQ(SchemesOf(SchemeXml(A, sound) + GetParam().xml + SchemeXml(D, sound)),
               (Schemes{{A, {{B, {{C, 1, 2}}}}}, {D, {{B, {{C, 1, 2}}}}}}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , LeftOutSchemeTest,
-    testing::Values(XmlCase{"WithoutGuid", "<SchemeItem>" + SubGroupXml(B) + "</SchemeItem>"},
-                    XmlCase{"WithoutAnything", "<SchemeItem/>"},
-                    XmlCase{"WithAGuidOfAnotherCaseOfLetters", "<SchemeItem SchemeGuid=\"" + B + "\"/>"},
-                    XmlCase{"WithAGuidInANamespace",
+    , InvalidSchemeTest,
+    testing::Values(XmlCase{"NoGuid", "<SchemeItem>" + SubGroupXml(B) + "</SchemeItem>"},
+                    XmlCase{"EmptyElement", "<SchemeItem/>"},
+                    XmlCase{"GuidAttributeInOtherCase", "<SchemeItem SchemeGuid=\"" + B + "\"/>"},
+                    XmlCase{"GuidInNamespace",
                             "<SchemeItem xmlns:o=\"urn:other\" o:SchemeGUID=\"" + B + "\"/>"},
-                    XmlCase{"WithAMalformedGuid", SchemeXml(NoGuid, SubGroupXml(B))},
-                    XmlCase{"WithASubGroupWithoutGuid", SchemeXml(B, "<SubGroup/>")},
-                    XmlCase{"WithAMalformedGuidAndASubGroupWithoutGuid", SchemeXml(NoGuid, "<SubGroup/>")}),
+                    XmlCase{"MalformedGuid", SchemeXml(NoGuid, SubGroupXml(B))},
+                    XmlCase{"SubGroupWithoutGuid", SchemeXml(B, "<SubGroup/>")},
+                    XmlCase{"MalformedGuidAndSubGroupWithoutGuid", SchemeXml(NoGuid, "<SubGroup/>")}),
     CaseName<XmlCase>);
 
 // ---- Failures of the DOM ----
@@ -384,41 +381,41 @@ protected:
     const Schemes bothOthers = {{B}, {C}};
 };
 
-TEST_F(FailingSpecReadTest, OfAValueLeavesOutTheScheme) {
+TEST_F(FailingSpecReadTest, FailedReadOfValueOmitsScheme) {
     EXPECT_EQ(WhileReadsFail(SchemeXml(A, SubGroupXml(A, SettingXml(A, "fails", "2")))), bothOthers);
     EXPECT_EQ(GetSpecScheme(), (Schemes{{B}, {A, {{A, {{A, 0, 2}}}}}, {C}}));
 }
 
-TEST_F(FailingSpecReadTest, OfTheGuidOfASettingLeavesOutTheScheme) {
+TEST_F(FailingSpecReadTest, FailedReadOfSettingGuidOmitsScheme) {
     EXPECT_EQ(WhileReadsFail(SchemeXml(A, SubGroupXml(A, SettingXml("fails", "1", "2")))), bothOthers);
     EXPECT_EQ(GetSpecScheme(), (Schemes{{B}, {A, {{A}}}, {C}}));
 }
 
-TEST_F(FailingSpecReadTest, OfTheGuidOfASubGroupLeavesOutTheScheme) {
+TEST_F(FailingSpecReadTest, FailedReadOfSubGroupGuidOmitsScheme) {
     EXPECT_EQ(WhileReadsFail(SchemeXml(A, SubGroupXml("fails"))), bothOthers);
     EXPECT_EQ(GetSpecScheme(), (Schemes{{B}, {A}, {C}}));
 }
 
-TEST_F(FailingSpecReadTest, OfTheGuidOfASchemeLeavesOutAllSchemes) {
+TEST_F(FailingSpecReadTest, FailedReadOfSchemeGuidOmitsAllSchemes) {
     EXPECT_EQ(WhileReadsFail(SchemeXml("fails")), Schemes{});
     EXPECT_EQ(GetSpecScheme(), bothOthers);
 }
 
 // ---- When the file is read ----
 
-TEST_F(SpecSchemeTest, StaysWhenTheFileChanges) {
+TEST_F(SpecSchemeTest, ChangedFileIsIgnoredUntilReload) {
     EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
     EXPECT_EQ(SchemesOf(SchemeXml(C)), fullSchemes);
     Unload();
     EXPECT_EQ(GetSpecScheme(), (Schemes{{C}}));
 }
 
-TEST_F(SpecSchemeTest, AFileThatAppearsLaterIsNotRead) {
+TEST_F(SpecSchemeTest, FileCreatedLaterIsNotRead) {
     EXPECT_EQ(GetSpecScheme(), Schemes{});
     EXPECT_EQ(SchemesOf(SchemeXml(C)), Schemes{});
 }
 
-TEST_F(SpecSchemeTest, SharesOneDocumentWithTheOtherUsersOfTheBaseCatalogue) {
+TEST_F(SpecSchemeTest, DocumentIsSharedWithGetFunctionBase) {
     WriteBase(FileWith(FullSection()));
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(GetSpecScheme(), fullSchemes);
@@ -428,27 +425,27 @@ TEST_F(SpecSchemeTest, SharesOneDocumentWithTheOtherUsersOfTheBaseCatalogue) {
     EXPECT_EQ(documents.CreatedCount(), 1u);
 }
 
-TEST_F(SpecSchemeTest, MakesNoDocumentForANullCallback) {
+TEST_F(SpecSchemeTest, NullCallbackCreatesNoDocument) {
     WriteBase(FileWith(FullSection()));
     DomDocuments documents{Dll().Handle()};
     EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
     EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
-TEST_F(SpecSchemeTest, IsEmptyWithoutADom) {
+TEST_F(SpecSchemeTest, FailedDomCreationReturnsNoSchemes) {
     WriteBase(FileWith(FullSection()));
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
     EXPECT_EQ(GetSpecScheme(), Schemes{});
 }
 
-TEST_F(SpecSchemeTest, IsReadWhateverMarkersAnotherProcessHolds) {
+TEST_F(SpecSchemeTest, BusyMarkersDoNotPreventRead) {
     const SecondProcess one{HoldMutex, {DefaultsMarker}};
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
 }
 
-TEST_F(SpecSchemeTest, WritesNoFile) {
+TEST_F(SpecSchemeTest, EnumerationWritesNoFile) {
     SchemesOf(FullSection());
     Unload();
     EXPECT_EQ(ReadFile(installation.BaseFile()), FileWith(FullSection()));
@@ -456,7 +453,7 @@ TEST_F(SpecSchemeTest, WritesNoFile) {
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SpecSchemeTest, KeepsNothingBetweenCalls) {
+TEST_F(SpecSchemeTest, EnumerationLeaksNoHeapAllocation) {
     SchemesOf(FullSection() + SchemeXml(A, SubGroupXml(B, "<PowerSetting/>")));
     HeapAllocations::Track(Dll().Handle());
     EXPECT_EQ(GetSpecScheme(), fullSchemes);
@@ -465,7 +462,7 @@ TEST_F(SpecSchemeTest, KeepsNothingBetweenCalls) {
 
 // ---- The records as bytes ----
 
-TEST_F(SpecSchemeTest, HasTheLayoutThatARawClientKnows) {
+TEST_F(SpecSchemeTest, RecordLayoutMatchesBinaryInterface) {
     const std::string scheme = "00010203-0405-0607-0809-0a0b0c0d0e0f";
     WriteBase(
         FileWith(SchemeXml(scheme, SubGroupXml(A, SettingXml(B, "1", "2") + SettingXml(scheme, "3", "4")) +
@@ -509,7 +506,7 @@ protected:
     }
 };
 
-TEST_F(SpecOnItemTest, MayUseExportsAndEnumerateAgain) {
+TEST_F(SpecOnItemTest, CallbackCanCallExportsAndEnumerateAgain) {
     EXPECT_EQ(SchemesWhile([this] {
                   EXPECT_EQ(GetSpecScheme(), fullSchemes);
                   EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 3}}}));
@@ -518,12 +515,12 @@ TEST_F(SpecOnItemTest, MayUseExportsAndEnumerateAgain) {
               fullSchemes);
 }
 
-TEST_F(SpecOnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+TEST_F(SpecOnItemTest, ExitInOnItemDoesNotEndEnumeration) {
     EXPECT_EQ(SchemesWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), fullSchemes);
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
-TEST_F(SpecOnItemTest, ThatThrowsReachesTheClientAndKeepsNoBlock) {
+TEST_F(SpecOnItemTest, ExceptionReachesClientWithoutHeapLeak) {
     GetSpecScheme();
     HeapAllocations::Track(Dll().Handle());
     auto fail = MakeCallback<IGetSpecSchemeCallback>([](const SpecSchemeRecord*) { throw 1; });
