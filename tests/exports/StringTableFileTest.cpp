@@ -15,7 +15,7 @@ namespace ZOTDam::Test {
 
 // ---- The language ----
 
-class LanguageTest : public StringTableTest {
+class StringTableLanguageTest : public StringTableTest {
 protected:
     std::wstring TextFor(LANGID id) {
         const UserLanguage language{Dll().Handle(), id};
@@ -25,18 +25,18 @@ protected:
     void WriteGermanCopy() const { WriteCopy(L"de-DE", Entry("Key", "deutsch")); }
 };
 
-TEST_F(LanguageTest, WithoutCopiesTheNeutralTableIsUsed) {
+TEST_F(StringTableLanguageTest, NeutralTableIsUsedWithoutCopies) {
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
-TEST_F(LanguageTest, TheCopyForTheLanguageOfThisUserIsUsed) {
+TEST_F(StringTableLanguageTest, CopyInUserLanguageIsUsed) {
     wchar_t name[LOCALE_NAME_MAX_LENGTH];
     ASSERT_NE(LCIDToLocaleName(GetUserDefaultUILanguage(), name, LOCALE_NAME_MAX_LENGTH, 0), 0);
     WriteCopy(name, Entry("Key", "localised"));
     EXPECT_EQ(FirstName(), L"localised");
 }
 
-TEST_F(LanguageTest, TheNameOfTheLanguageIsAskedForInABufferForEveryName) {
+TEST_F(StringTableLanguageTest, LanguageNameBufferHasMaximumLength) {
     static LCID locale;
     static int capacity;
     static DWORD flags;
@@ -54,7 +54,7 @@ TEST_F(LanguageTest, TheNameOfTheLanguageIsAskedForInABufferForEveryName) {
     EXPECT_EQ(flags, 0u);
 }
 
-TEST_F(LanguageTest, TheSystemIsAskedForTheCopyInThatLanguage) {
+TEST_F(StringTableLanguageTest, LookupRequestsCopyInUserLanguage) {
     const UserLanguage language{Dll().Handle(), German};
     FirstName();
     ASSERT_EQ(language.LookupCalls().size(), 1u);
@@ -64,7 +64,7 @@ TEST_F(LanguageTest, TheSystemIsAskedForTheCopyInThatLanguage) {
     EXPECT_EQ(question.file, installation.StringTableFile().wstring());
 }
 
-TEST_F(LanguageTest, TheSystemIsAskedForTheFirstCopyWithABufferForItsPath) {
+TEST_F(StringTableLanguageTest, LookupRequestsFirstCopyWithPathBuffer) {
     const UserLanguage language{Dll().Handle(), German};
     FirstName();
     ASSERT_EQ(language.LookupCalls().size(), 1u);
@@ -73,7 +73,7 @@ TEST_F(LanguageTest, TheSystemIsAskedForTheFirstCopyWithABufferForItsPath) {
     EXPECT_GT(language.LookupCalls().front().languageCapacity, std::wcslen(L"de-DE"));
 }
 
-TEST_F(LanguageTest, TheCopyThatTheSystemFindsIsUsedWhereverItLies) {
+TEST_F(StringTableLanguageTest, CopyFoundByLookupIsUsedAnywhere) {
     UserLanguage language{Dll().Handle(), German};
     const std::filesystem::path copy = installation.ProgramData() / L"anywhere.xml";
     WriteFile(copy, StringTable(Entry("Key", "found")));
@@ -82,71 +82,71 @@ TEST_F(LanguageTest, TheCopyThatTheSystemFindsIsUsedWhereverItLies) {
     EXPECT_EQ(FirstName(), L"found");
 }
 
-TEST_F(LanguageTest, ACopyThatTheSystemFindsButIsMissingLeavesTheTableEmpty) {
+TEST_F(StringTableLanguageTest, MissingCopyFoundByLookupMakesTableEmpty) {
     UserLanguage language{Dll().Handle(), German};
     WriteGermanCopy();
     language.SetLookupResult(installation.ProgramData() / L"missing.xml");
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-class LookupErrorTest : public LanguageTest, public testing::WithParamInterface<DWORD> {};
+class LookupErrorTest : public StringTableLanguageTest, public testing::WithParamInterface<DWORD> {};
 
-TEST_P(LookupErrorTest, KeepsTheNeutralTable) {
+TEST_P(LookupErrorTest, NeutralTableIsUsedAfterLookupError) {
     UserLanguage language{Dll().Handle(), German};
     WriteGermanCopy();
     language.FailLookup(GetParam());
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
-INSTANTIATE_TEST_SUITE_P(OtherThanNotImplemented, LookupErrorTest,
+INSTANTIATE_TEST_SUITE_P(ErrorsOtherThanNotImplemented, LookupErrorTest,
                          testing::Values(ERROR_SUCCESS, ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,
                                          ERROR_NOT_SUPPORTED, ERROR_INVALID_PARAMETER,
                                          ERROR_INSUFFICIENT_BUFFER, ERROR_MUI_FILE_NOT_FOUND));
 
-TEST_F(LanguageTest, WhereTheSystemHasNoLookupTheCopyLiesInAFolderOfTheLanguage) {
+TEST_F(StringTableLanguageTest, UnsupportedLookupUsesLanguageFolder) {
     WriteGermanCopy();
     EXPECT_EQ(TextFor(German), L"deutsch");
 }
 
-TEST_F(LanguageTest, WhereTheSystemHasNoLookupAMissingCopyIsReplacedByTheNeutralTable) {
+TEST_F(StringTableLanguageTest, UnsupportedLookupWithoutCopyUsesNeutralTable) {
     EXPECT_EQ(TextFor(German), L"neutral");
 }
 
-TEST_F(LanguageTest, ACopyNeedsNoNeutralTable) {
+TEST_F(StringTableLanguageTest, CopyDoesNotRequireNeutralTable) {
     std::filesystem::remove(installation.StringTableFile());
     WriteGermanCopy();
     EXPECT_EQ(TextFor(German), L"deutsch");
 }
 
-TEST_F(LanguageTest, ACopyForAnotherLanguageIsNotUsed) {
+TEST_F(StringTableLanguageTest, CopyInOtherLanguageIsIgnored) {
     WriteGermanCopy();
     EXPECT_EQ(TextFor(French), L"neutral");
 }
 
-TEST_F(LanguageTest, ACopyForTheParentLanguageOrARelatedOneIsNotUsed) {
+TEST_F(StringTableLanguageTest, CopyInParentOrRelatedLanguageIsIgnored) {
     WriteGermanCopy();
     WriteCopy(L"de", Entry("Key", "parent"));
     EXPECT_EQ(TextFor(AustrianGerman), L"neutral");
 }
 
-TEST_F(LanguageTest, ACopyWithoutTheExtensionIsNone) {
+TEST_F(StringTableLanguageTest, CopyWithoutMuiExtensionIsIgnored) {
     std::filesystem::create_directories(CopyFor(L"de-DE").parent_path());
     WriteFile(CopyFor(L"de-DE").replace_extension(), StringTable(Entry("Key", "deutsch")));
     EXPECT_EQ(TextFor(German), L"neutral");
 }
 
-TEST_F(LanguageTest, TheNeutralTableDoesNotFillTheGapsOfACopy) {
+TEST_F(StringTableLanguageTest, NeutralTableDoesNotSupplementCopy) {
     WriteCopy(L"de-DE", Entry("Other", "deutsch"));
     EXPECT_EQ(TextFor(German), L"Key");
 }
 
-TEST_F(LanguageTest, ACopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
+TEST_F(StringTableLanguageTest, MalformedCopyIsNotReplacedByNeutralTable) {
     WriteGermanCopy();
     WriteFile(CopyFor(L"de-DE"), "<root>" + Entry("Key", "deutsch"));
     EXPECT_EQ(TextFor(German), L"Key");
 }
 
-TEST_F(LanguageTest, AFoundCopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
+TEST_F(StringTableLanguageTest, MalformedCopyFoundByLookupMakesTableEmpty) {
     UserLanguage language{Dll().Handle(), German};
     const std::filesystem::path copy = installation.ProgramData() / L"broken.xml";
     WriteFile(copy, "<root>" + Entry("Key", "found"));
@@ -155,17 +155,17 @@ TEST_F(LanguageTest, AFoundCopyThatDoesNotParseIsNotReplacedByTheNeutralTable) {
 }
 
 // The parameter is a language for which the system returns no name or an empty name.
-class NamelessLanguageTest : public LanguageTest, public testing::WithParamInterface<LANGID> {
+class NamelessLanguageTest : public StringTableLanguageTest, public testing::WithParamInterface<LANGID> {
 protected:
     void WriteCopyBesideTheTable() const { WriteCopy(L"", Entry("Key", "beside")); }
 };
 
-TEST_P(NamelessLanguageTest, HasTheNeutralTable) {
+TEST_P(NamelessLanguageTest, NeutralTableIsUsedForNamelessLanguage) {
     WriteCopyBesideTheTable();
     EXPECT_EQ(TextFor(GetParam()), L"neutral");
 }
 
-TEST_P(NamelessLanguageTest, IsNotLookedUp) {
+TEST_P(NamelessLanguageTest, NamelessLanguageIsNotLookedUp) {
     UserLanguage language{Dll().Handle(), GetParam()};
     language.SetLookupResult(installation.ProgramData() / L"missing.xml");
     EXPECT_EQ(FirstName(), L"neutral");
@@ -175,7 +175,7 @@ TEST_P(NamelessLanguageTest, IsNotLookedUp) {
 INSTANTIATE_TEST_SUITE_P(Invariant, NamelessLanguageTest, testing::Values(LANG_INVARIANT));
 INSTANTIATE_TEST_SUITE_P(Unknown, NamelessLanguageTest, testing::Values(LANGID{0x03ff}));
 
-TEST_F(LanguageTest, ANameThatTheSystemGivesWithAFailureIsNone) {
+TEST_F(StringTableLanguageTest, NameReturnedWithFailureIsIgnored) {
     const UserLanguage language{Dll().Handle(), German};
     const ImportPatch patch{Dll().Handle(), "LCIDToLocaleName", +[](LCID, wchar_t* name, int, DWORD) WINAPI {
                                 std::wcscpy(name, L"de-DE");
@@ -187,19 +187,19 @@ TEST_F(LanguageTest, ANameThatTheSystemGivesWithAFailureIsNone) {
 
 // ---- The folder ----
 
-TEST_F(LanguageTest, AFolderOf259UnitsIsUsed) {
+TEST_F(StringTableLanguageTest, LongestFolderIsUsed) {
     LoadCatalogue();
     SetLongInstallationPath(installation.ProgramFiles(), 259);
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
-TEST_F(LanguageTest, InAFolderOf260UnitsNoTableIsFound) {
+TEST_F(StringTableLanguageTest, OverlongFolderMakesTableEmpty) {
     LoadCatalogue();
     SetLongInstallationPath(installation.ProgramFiles(), 260);
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-TEST_F(LanguageTest, WithoutAFolderNoTableIsFoundInTheCurrentFolderEither) {
+TEST_F(StringTableLanguageTest, OverlongFolderDoesNotSelectCurrentFolder) {
     LoadCatalogue();
     const UserLanguage language{Dll().Handle(), German};
     WriteGermanCopy();
@@ -211,7 +211,7 @@ TEST_F(LanguageTest, WithoutAFolderNoTableIsFoundInTheCurrentFolderEither) {
     std::filesystem::current_path(before);
 }
 
-TEST_F(StringTableTest, AMissingFolderIsAnEmptyTable) {
+TEST_F(StringTableTest, MissingFolderMakesTableEmpty) {
     LoadCatalogue();
     std::filesystem::remove_all(installation.ProgramFiles());
     EXPECT_EQ(FirstName(), L"Key");
@@ -220,19 +220,19 @@ TEST_F(StringTableTest, AMissingFolderIsAnEmptyTable) {
 
 // ---- When the file is read ----
 
-TEST_F(StringTableTest, IsNotReadWhenTheLibraryIsLoaded) {
+TEST_F(StringTableTest, LoadingLibraryDoesNotReadTable) {
     Dll();
     WriteEntries(Entry("Key", "new"));
     EXPECT_EQ(FirstName(), L"new");
 }
 
-TEST_F(StringTableTest, IsNotReadWhenTheCatalogueIsLoaded) {
+TEST_F(StringTableTest, LoadingCatalogueDoesNotReadTable) {
     LoadCatalogue();
     WriteEntries(Entry("Key", "new"));
     EXPECT_EQ(FirstName(), L"new");
 }
 
-TEST_F(StringTableTest, IsReadOnceUntilTheLibraryIsLoadedAnew) {
+TEST_F(StringTableTest, TableIsReadOnceUntilReload) {
     EXPECT_EQ(FirstName(), L"neutral");
     WriteEntries(Entry("Key", "new"));
     EXPECT_EQ(FirstName(), L"neutral");
@@ -240,26 +240,26 @@ TEST_F(StringTableTest, IsReadOnceUntilTheLibraryIsLoadedAnew) {
     EXPECT_EQ(FirstName(), L"new");
 }
 
-TEST_F(StringTableTest, IsStillKnownWhenItsFileIsDeleted) {
+TEST_F(StringTableTest, TableIsKeptAfterFileDeletion) {
     EXPECT_EQ(FirstName(), L"neutral");
     std::filesystem::remove(installation.StringTableFile());
     EXPECT_EQ(FirstName(), L"neutral");
 }
 
-TEST_F(StringTableTest, StaysEmptyWhenItsFileAppearsLater) {
+TEST_F(StringTableTest, TableStaysEmptyAfterFileCreation) {
     std::filesystem::remove(installation.StringTableFile());
     EXPECT_EQ(FirstName(), L"Key");
     WriteEntries(Entry("Key", "new"));
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-TEST_F(StringTableTest, StaysEmptyWhenItsFileIsRepairedLater) {
+TEST_F(StringTableTest, TableStaysEmptyAfterFileRepair) {
     EXPECT_EQ(TextInTable("broken"), L"Key");
     WriteEntries(Entry("Key", "new"));
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-TEST_F(LanguageTest, AChangeOfTheLanguageIsNotSeen) {
+TEST_F(StringTableLanguageTest, LanguageChangeIsIgnoredUntilReload) {
     WriteGermanCopy();
     WriteCopy(L"fr-FR", Entry("Key", "fran\u00e7ais"));
     EXPECT_EQ(TextFor(German), L"deutsch");
@@ -268,14 +268,14 @@ TEST_F(LanguageTest, AChangeOfTheLanguageIsNotSeen) {
     EXPECT_EQ(TextFor(French), L"fran\u00e7ais");
 }
 
-TEST_F(LanguageTest, TheCopyIsChosenOnce) {
+TEST_F(StringTableLanguageTest, CopyIsLookedUpOnce) {
     const UserLanguage language{Dll().Handle(), German};
     FirstName();
     FirstName();
     EXPECT_EQ(language.LookupCalls().size(), 1u);
 }
 
-TEST_F(StringTableTest, IsOneDocumentThatExitReleases) {
+TEST_F(StringTableTest, TableIsOneDocumentReleasedByExit) {
     DomDocuments documents{Dll().Handle()};
     LoadCatalogue();
     EXPECT_EQ(documents.CreatedCount(), 1u);
@@ -287,7 +287,7 @@ TEST_F(StringTableTest, IsOneDocumentThatExitReleases) {
     EXPECT_EQ(documents.HeldCount(), 0u);
 }
 
-TEST_F(StringTableTest, NeedsNoMarker) {
+TEST_F(StringTableTest, BusyMarkersDoNotPreventRead) {
     LoadCatalogue();
     const SecondProcess defaults{HoldMutex, {DefaultsMarker}};
     const SecondProcess userSettings{HoldMutex, {UserMarker}};
@@ -296,19 +296,19 @@ TEST_F(StringTableTest, NeedsNoMarker) {
 
 // ---- A table that cannot be read ----
 
-TEST_F(StringTableTest, WithoutAFileHasNoTexts) {
+TEST_F(StringTableTest, MissingFileMakesTableEmpty) {
     std::filesystem::remove(installation.StringTableFile());
     EXPECT_EQ(FirstName(), L"Key");
     EXPECT_FALSE(std::filesystem::exists(installation.StringTableFile()));
 }
 
-TEST_F(StringTableTest, WhoseFileIsAFolderHasNoTexts) {
+TEST_F(StringTableTest, FolderInPlaceOfFileMakesTableEmpty) {
     std::filesystem::remove(installation.StringTableFile());
     std::filesystem::create_directory(installation.StringTableFile());
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-TEST_F(StringTableTest, WhoseFileIsInUseHasNoTextsThenAndLater) {
+TEST_F(StringTableTest, FileInUseIsNotReadLater) {
     const HANDLE lock = CreateFileW(installation.StringTableFile().c_str(), GENERIC_READ, 0, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     EXPECT_EQ(FirstName(), L"Key");
@@ -316,21 +316,21 @@ TEST_F(StringTableTest, WhoseFileIsInUseHasNoTextsThenAndLater) {
     EXPECT_EQ(FirstName(), L"Key");
 }
 
-class UnreadableStringTableTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
+class MalformedStringTableTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(UnreadableStringTableTest, HasNoTexts) {
+TEST_P(MalformedStringTableTest, MalformedFileMakesTableEmpty) {
     EXPECT_EQ(TextInTable(GetParam().xml), L"Key");
     EXPECT_EQ(ReadFile(installation.StringTableFile()), GetParam().xml);
 }
 
-INSTANTIATE_TEST_SUITE_P(, UnreadableStringTableTest,
-                         testing::Values(XmlCase{"Empty", ""}, XmlCase{"NoXml", "Key=Text"},
-                                         XmlCase{"CutOff", "<root>" + Entry("Key", "Text")},
+INSTANTIATE_TEST_SUITE_P(, MalformedStringTableTest,
+                         testing::Values(XmlCase{"Empty", ""}, XmlCase{"PlainText", "Key=Text"},
+                                         XmlCase{"MissingEndTag", "<root>" + Entry("Key", "Text")},
                                          XmlCase{"TwoRoots", StringTable(Entry("Key", "Text")) + "<root/>"},
                                          XmlCase{"WrongEncoding", StringTable(Entry("Key", "\xfc"))}),
                          CaseName<XmlCase>);
 
-TEST_F(StringTableTest, WithoutADomHasNoTextsThenAndLater) {
+TEST_F(StringTableTest, FailedDomCreationIsNotRetried) {
     LoadCatalogue();
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
@@ -340,7 +340,7 @@ TEST_F(StringTableTest, WithoutADomHasNoTextsThenAndLater) {
     EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
-TEST_F(StringTableTest, OnAThreadWithoutComHasNoTextsThenAndLater) {
+TEST_F(StringTableTest, FailureOnThreadWithoutComIsNotRetried) {
     LoadCatalogue();
     std::jthread{[this] { EXPECT_EQ(FirstName(), L"Key"); }}.join();
     EXPECT_EQ(FirstName(), L"Key");

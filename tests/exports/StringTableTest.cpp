@@ -22,25 +22,25 @@ std::string Entries(int count) {
 
 // ---- The form of the file ----
 
-TEST_F(StringTableTest, MayHaveARootOfAnyName) {
+TEST_F(StringTableTest, RootCanHaveAnyName) {
     EXPECT_EQ(TextInTable("<Texts>" + Entry("Key", "Text") + "</Texts>"), L"Text");
 }
 
-TEST_F(StringTableTest, MayHaveARootWithANamespacePrefix) {
+TEST_F(StringTableTest, RootCanHaveNamespacePrefix) {
     EXPECT_EQ(TextInTable("<o:root xmlns:o=\"urn:other\">" + Entry("Key", "Text") + "</o:root>"), L"Text");
 }
 
-TEST_F(StringTableTest, MayHaveNoEntries) {
+TEST_F(StringTableTest, TableCanHaveNoEntries) {
     EXPECT_EQ(TextInTable("<root/>"), L"Key");
 }
 
-TEST_F(StringTableTest, MayBeInUtf16) {
+TEST_F(StringTableTest, FileCanBeInUtf16) {
     const std::wstring xml = L"\xfeff<root><data name=\"Key\"><value>\u00fcber</value></data></root>";
     EXPECT_EQ(TextInTable({reinterpret_cast<const char*>(xml.data()), xml.size() * sizeof(wchar_t)}),
               L"\u00fcber");
 }
 
-TEST_F(StringTableTest, MayHoldMoreThanItsEntries) {
+TEST_F(StringTableTest, UnknownContentIsIgnored) {
     EXPECT_EQ(TextInTable(R"(<?xml version="1.0" encoding="UTF-8"?><?tool x?><!-- head -->
         <root version="2"><resheader name="Key"><value>Header</value></resheader>text<![CDATA[text]]>
             <!-- <data name="Key"><value>Comment</value></data> --><?tool y?>
@@ -50,41 +50,41 @@ TEST_F(StringTableTest, MayHoldMoreThanItsEntries) {
               L"Text");
 }
 
-class NoEntryTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
+class InvalidEntryTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(NoEntryTest, HasNoText) {
+TEST_P(InvalidEntryTest, InvalidEntryIsIgnored) {
     EXPECT_EQ(TextOf("Key", GetParam().xml), L"Key");
 }
 
-TEST_P(NoEntryTest, HidesNoEntry) {
+TEST_P(InvalidEntryTest, InvalidEntryHidesNoLaterEntry) {
     EXPECT_EQ(TextOf("Key", GetParam().xml + Entry("Key", "Text")), L"Text");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , NoEntryTest,
+    , InvalidEntryTest,
     testing::Values(
-        XmlCase{"OfAnotherName", R"(<text name="Key"><value>No</value></text>)"},
-        XmlCase{"InAnotherCase", R"(<Data name="Key"><value>No</value></Data>)"},
-        XmlCase{"FurtherDown", "<group>" + Entry("Key", "No") + "</group>"},
-        XmlCase{"InAnEntry", "<data name=\"Other\">" + Entry("Key", "No") + "</data>"},
-        XmlCase{"WithAPrefix", R"(<o:data xmlns:o="urn:o" name="Key"><value>No</value></o:data>)"},
-        XmlCase{"InANamespace", R"(<data xmlns="urn:o" name="Key"><value>No</value></data>)"},
-        XmlCase{"WithoutName", "<data><value>No</value></data>"},
-        XmlCase{"WithANameInAnotherCase", R"(<data Name="Key"><value>No</value></data>)"},
-        XmlCase{"WithANameInANamespace", R"(<data xmlns:o="urn:o" o:name="Key"><value>No</value></data>)"},
-        XmlCase{"WithAnEmptyName", Entry("", "No")},
-        XmlCase{"WithItsNameAsAChild", "<data><name>Key</name><value>No</value></data>"}),
+        XmlCase{"OtherElementName", R"(<text name="Key"><value>No</value></text>)"},
+        XmlCase{"ElementInOtherCase", R"(<Data name="Key"><value>No</value></Data>)"},
+        XmlCase{"Nested", "<group>" + Entry("Key", "No") + "</group>"},
+        XmlCase{"NestedInEntry", "<data name=\"Other\">" + Entry("Key", "No") + "</data>"},
+        XmlCase{"NamespacePrefix", R"(<o:data xmlns:o="urn:o" name="Key"><value>No</value></o:data>)"},
+        XmlCase{"DefaultNamespace", R"(<data xmlns="urn:o" name="Key"><value>No</value></data>)"},
+        XmlCase{"NoName", "<data><value>No</value></data>"},
+        XmlCase{"NameInOtherCase", R"(<data Name="Key"><value>No</value></data>)"},
+        XmlCase{"NameInNamespace", R"(<data xmlns:o="urn:o" o:name="Key"><value>No</value></data>)"},
+        XmlCase{"EmptyName", Entry("", "No")},
+        XmlCase{"NameAsChild", "<data><name>Key</name><value>No</value></data>"}),
     CaseName<XmlCase>);
 
-TEST_F(StringTableTest, DoesNotTakeTheRootAsAnEntry) {
+TEST_F(StringTableTest, RootIsNotAnEntry) {
     EXPECT_EQ(TextInTable(Entry("Key", "Text")), L"Key");
 }
 
-TEST_F(StringTableTest, HasNoEntriesInADefaultNamespace) {
+TEST_F(StringTableTest, EntriesInDefaultNamespaceAreIgnored) {
     EXPECT_EQ(TextInTable("<root xmlns=\"urn:o\">" + Entry("Key", "Text") + "</root>"), L"Key");
 }
 
-TEST_F(StringTableTest, IsSearchedToTheEnd) {
+TEST_F(StringTableTest, LastOfTenThousandEntriesIsFound) {
     EXPECT_EQ(TextOf("Key9999", Entries(10000)), L"Text 9999");
 }
 
@@ -101,14 +101,14 @@ void PrintTo(const KeyCase& keyCase, std::ostream* out) {
     *out << '"' << keyCase.key << "\" and \"" << keyCase.entry << '"';
 }
 
-class KeyTest : public StringTableTest, public testing::WithParamInterface<KeyCase> {};
+class StringTableKeyTest : public StringTableTest, public testing::WithParamInterface<KeyCase> {};
 
-TEST_P(KeyTest, MatchesUpToTheCaseOfAsciiLetters) {
+TEST_P(StringTableKeyTest, KeyMatchesIgnoringCaseOfAsciiLetters) {
     EXPECT_EQ(TextOf(GetParam().key, Entry(GetParam().entry, "Text")) == L"Text", GetParam().matches);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , KeyTest,
+    , StringTableKeyTest,
     testing::Values(
         KeyCase{"Same", "Key", "Key", true}, KeyCase{"UpperCase", "Key", "KEY", true},
         KeyCase{"LowerCase", "KEY", "key", true},
@@ -122,30 +122,31 @@ INSTANTIATE_TEST_SUITE_P(
         KeyCase{"AtAndBacktick", "Key@", "Key`", false},
         KeyCase{"DigitsAndPunctuation", "K-1.2", "k-1.2", true},
         KeyCase{"Umlaut", "Schl\u00fcssel", "SCHL\u00fcSSEL", true},
-        KeyCase{"UmlautInAnotherCase", "Schl\u00fcssel", "Schl\u00dcssel", false},
-        KeyCase{"GreekInAnotherCase", "\u03b1", "\u0391", false},
+        KeyCase{"UmlautInOtherCase", "Schl\u00fcssel", "Schl\u00dcssel", false},
+        KeyCase{"GreekInOtherCase", "\u03b1", "\u0391", false},
         KeyCase{"KelvinSign", "Key", "\u212aey", false}, KeyCase{"LongS", "Keys", "Key\u017f", false},
-        KeyCase{"FullWidthInAnotherCase", "\uff4b", "\uff2b", false},
+        KeyCase{"FullWidthInOtherCase", "\uff4b", "\uff2b", false},
         KeyCase{"SurrogatePair", "\U0001F50B", "\U0001F50B", true},
         KeyCase{"OtherSurrogatePair", "\U0001F50B", "\U0001F50C", false},
         KeyCase{"Longest", std::string(LongestText, 'k'), std::string(LongestText, 'K'), true},
-        KeyCase{"LongestAndOneMore", std::string(LongestText, 'k'), std::string(LongestText + 1, 'k'), false},
-        KeyCase{"LongestAndManyMore", std::string(LongestText, 'k'), std::string(10000, 'k'), false}),
+        KeyCase{"OneLongerThanLongest", std::string(LongestText, 'k'), std::string(LongestText + 1, 'k'),
+                false},
+        KeyCase{"MuchLongerThanLongest", std::string(LongestText, 'k'), std::string(10000, 'k'), false}),
     CaseName<KeyCase>);
 
-TEST_F(StringTableTest, GivesTheFirstEntryOfAKey) {
+TEST_F(StringTableTest, FirstEntryOfKeyIsUsed) {
     EXPECT_EQ(TextOf("Key", Entry("Key", "first") + Entry("Key", "second")), L"first");
 }
 
-TEST_F(StringTableTest, GivesTheFirstEntryOfAKeyEvenWhenALaterOneHasItsCase) {
+TEST_F(StringTableTest, FirstEntryIsUsedDespiteDifferentCase) {
     EXPECT_EQ(TextOf("Key", Entry("KEY", "first") + Entry("Key", "second")), L"first");
 }
 
-TEST_F(StringTableTest, FindsTheKeyBehindOneTooLongToBeAKey) {
+TEST_F(StringTableTest, OverlongKeyDoesNotHideLaterEntry) {
     EXPECT_EQ(TextOf("Key", Entry("Key" + std::string(10000, 'k'), "long") + Entry("Key", "Text")), L"Text");
 }
 
-TEST_F(StringTableTest, HasNoTextForAnEmptyKeyInAnEntryWithoutName) {
+TEST_F(StringTableTest, EmptyKeyDoesNotMatchEntryWithoutName) {
     EXPECT_EQ(TextOf("", "<data><value>nameless</value></data>" + Entry("", "Text")), L"Text");
 }
 
@@ -161,77 +162,75 @@ void PrintTo(const ValueCase& valueCase, std::ostream* out) {
     *out << valueCase.xml;
 }
 
-class ValueTest : public StringTableTest, public testing::WithParamInterface<ValueCase> {};
+class StringTableValueTest : public StringTableTest, public testing::WithParamInterface<ValueCase> {};
 
-TEST_P(ValueTest, IsTheTextOfTheEntry) {
+TEST_P(StringTableValueTest, StringIsTextOfFirstValueElement) {
     EXPECT_EQ(TextOf("Key", "<data name=\"Key\">" + GetParam().xml + "</data>"), GetParam().text);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , ValueTest,
-    testing::Values(ValueCase{"Text", "<value>Text</value>", L"Text"},
-                    ValueCase{"TheKey", "<value>Key</value>", L"Key"},
-                    ValueCase{"References", "<value>&lt;&amp;&#252;&#x1F50B;</value>", L"<&\u00fc\U0001F50B"},
-                    ValueCase{"CData", "<value><![CDATA[<a> & b]]></value>", L"<a> & b"},
-                    ValueCase{"CDataInText", "<value>a<![CDATA[<]]>b</value>", L"a<b"},
-                    ValueCase{"CommentInText", "<value>a<!-- no -->b</value>", L"ab"},
-                    ValueCase{"LineBreak", "<value>a\r\nb</value>", L"a\nb"},
-                    ValueCase{"InnerSpaces", "<value>a  b</value>", L"a  b"},
-                    ValueCase{"WithAttributes", "<value lang=\"en\">Text</value>", L"Text"},
-                    ValueCase{"EmptyElement", "<value/>", L""}, ValueCase{"NoText", "<value></value>", L""},
-                    ValueCase{"BehindOtherElements",
-                              "<comment>no</comment><Value>no</Value><value>Text</value>", L"Text"},
-                    ValueCase{"BehindOneInANamespace", "<value xmlns=\"urn:o\">no</value><value>Text</value>",
-                              L"Text"},
-                    ValueCase{"First", "<value>first</value><value>second</value>", L"first"},
-                    ValueCase{"FirstThoughEmpty", "<value/><value>second</value>", L""}),
+    , StringTableValueTest,
+    testing::Values(
+        ValueCase{"Text", "<value>Text</value>", L"Text"}, ValueCase{"TheKey", "<value>Key</value>", L"Key"},
+        ValueCase{"References", "<value>&lt;&amp;&#252;&#x1F50B;</value>", L"<&\u00fc\U0001F50B"},
+        ValueCase{"CData", "<value><![CDATA[<a> & b]]></value>", L"<a> & b"},
+        ValueCase{"CDataInText", "<value>a<![CDATA[<]]>b</value>", L"a<b"},
+        ValueCase{"CommentInText", "<value>a<!-- no -->b</value>", L"ab"},
+        ValueCase{"LineBreak", "<value>a\r\nb</value>", L"a\nb"},
+        ValueCase{"InnerSpaces", "<value>a  b</value>", L"a  b"},
+        ValueCase{"WithAttributes", "<value lang=\"en\">Text</value>", L"Text"},
+        ValueCase{"EmptyElement", "<value/>", L""}, ValueCase{"NoText", "<value></value>", L""},
+        ValueCase{"AfterOtherElements", "<comment>no</comment><Value>no</Value><value>Text</value>", L"Text"},
+        ValueCase{"AfterElementInNamespace", "<value xmlns=\"urn:o\">no</value><value>Text</value>", L"Text"},
+        ValueCase{"First", "<value>first</value><value>second</value>", L"first"},
+        ValueCase{"EmptyFirst", "<value/><value>second</value>", L""}),
     CaseName<ValueCase>);
 
-class NoValueTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
+class EntryWithoutValueTest : public StringTableTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(NoValueTest, HidesTheLaterEntriesOfItsName) {
+TEST_P(EntryWithoutValueTest, EntryWithoutValueHidesLaterEntriesOfKey) {
     EXPECT_EQ(TextOf("Key", GetParam().xml + Entry("Key", "Text")), L"Key");
 }
 
-TEST_P(NoValueTest, HidesNoOtherEntry) {
+TEST_P(EntryWithoutValueTest, EntryWithoutValueHidesNoOtherKey) {
     EXPECT_EQ(TextOf("Other", GetParam().xml + Entry("Other", "Text")), L"Text");
 }
 
-TEST_P(NoValueTest, DoesNotHideAnEarlierEntry) {
+TEST_P(EntryWithoutValueTest, EntryWithoutValueHidesNoEarlierEntry) {
     EXPECT_EQ(TextOf("Key", Entry("Key", "Text") + GetParam().xml), L"Text");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , NoValueTest,
+    , EntryWithoutValueTest,
     testing::Values(XmlCase{"Empty", R"(<data name="Key"/>)"},
-                    XmlCase{"InAnotherCaseOfTheName", R"(<data name="KEY"/>)"},
+                    XmlCase{"NameInOtherCase", R"(<data name="KEY"/>)"},
                     XmlCase{"OnlyText", R"(<data name="Key">No</data>)"},
                     XmlCase{"AnotherElement", R"(<data name="Key"><text>No</text></data>)"},
-                    XmlCase{"AnotherCase", R"(<data name="Key"><Value>No</Value></data>)"},
-                    XmlCase{"FurtherDown", R"(<data name="Key"><text><value>No</value></text></data>)"},
-                    XmlCase{"InANamespace",
+                    XmlCase{"ValueInOtherCase", R"(<data name="Key"><Value>No</Value></data>)"},
+                    XmlCase{"Nested", R"(<data name="Key"><text><value>No</value></text></data>)"},
+                    XmlCase{"ValueInNamespace",
                             R"(<data name="Key"><o:value xmlns:o="urn:o">No</o:value></data>)"},
-                    XmlCase{"AsAttribute", R"(<data name="Key" value="No"/>)"}),
+                    XmlCase{"ValueAsAttribute", R"(<data name="Key" value="No"/>)"}),
     CaseName<XmlCase>);
 
-TEST_F(StringTableTest, GivesATextOf259UnitsWhole) {
+TEST_F(StringTableTest, StringOf259CodeUnitsIsComplete) {
     EXPECT_EQ(TextOf("Key", Entry("Key", std::string(259, 't'))), std::wstring(259, L't'));
 }
 
-TEST_F(StringTableTest, CutsALongerTextAfter259Units) {
+TEST_F(StringTableTest, LongerStringIsTruncatedTo259CodeUnits) {
     EXPECT_EQ(TextOf("Key", Entry("Key", std::string(259, 't') + "u")), std::wstring(259, L't'));
 }
 
-TEST_F(StringTableTest, CutsAMuchLongerTextAfter259Units) {
+TEST_F(StringTableTest, MuchLongerStringIsAlsoTruncated) {
     EXPECT_EQ(TextOf("Key", Entry("Key", std::string(259, 't') + std::string(100000, 'u'))),
               std::wstring(259, L't'));
 }
 
-TEST_F(StringTableTest, CutsATextBeforeASurrogatePairThatDoesNotFit) {
+TEST_F(StringTableTest, TruncationDoesNotSplitSurrogatePair) {
     EXPECT_EQ(TextOf("Key", Entry("Key", std::string(258, 't') + SurrogatePair)), std::wstring(258, L't'));
 }
 
-TEST_F(StringTableTest, CutsATextBehindASurrogatePairThatFits) {
+TEST_F(StringTableTest, SurrogatePairThatFitsIsKept) {
     EXPECT_EQ(TextOf("Key", Entry("Key", std::string(257, 't') + SurrogatePair + "u")),
               std::wstring(257, L't') + WideSurrogatePair);
 }
