@@ -28,35 +28,35 @@ protected:
 
 // ---- Functions ----
 
-TEST_F(UnsupportedFunctionsTest, AreThoseThatTheCatalogueLacks) {
+TEST_F(UnsupportedFunctionsTest, FunctionsMissingInCatalogueAreReturned) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3, 4, 5}, {2, 4}), (IdList{1, 3, 5}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreInTheOrderOfTheFile) {
+TEST_F(UnsupportedFunctionsTest, FunctionsAreReturnedInFileOrder) {
     EXPECT_EQ(UnsupportedIn({9, 3, 300, 1, 4}, {3}), (IdList{9, 300, 1, 4}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreNoneWhereTheCatalogueHasAll) {
+TEST_F(UnsupportedFunctionsTest, CompleteCatalogueReturnsNone) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {3, 2, 1}), IdList{});
 }
 
-TEST_F(UnsupportedFunctionsTest, AreAllWhereTheCatalogueHasOthers) {
+TEST_F(UnsupportedFunctionsTest, CatalogueWithOtherFunctionsReturnsAll) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {4, 5}), (IdList{1, 2, 3}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreAllWhereTheCatalogueIsEmpty) {
+TEST_F(UnsupportedFunctionsTest, EmptyCatalogueReturnsAll) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {}), (IdList{1, 2, 3}));
 }
 
-TEST_F(UnsupportedFunctionsTest, LackTheFirst) {
+TEST_F(UnsupportedFunctionsTest, SupportedFirstFunctionIsOmitted) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {1}), (IdList{2, 3}));
 }
 
-TEST_F(UnsupportedFunctionsTest, LackTheLast) {
+TEST_F(UnsupportedFunctionsTest, SupportedLastFunctionIsOmitted) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {3}), (IdList{1, 2}));
 }
 
-TEST_F(UnsupportedFunctionsTest, LackSeveralInARow) {
+TEST_F(UnsupportedFunctionsTest, ConsecutiveSupportedFunctionsAreOmitted) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3, 4}, {1, 2}), (IdList{3, 4}));
     Unload();
     EXPECT_EQ(UnsupportedIn({1, 2, 3, 4}, {3, 4}), (IdList{1, 2}));
@@ -64,34 +64,34 @@ TEST_F(UnsupportedFunctionsTest, LackSeveralInARow) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3, 4}, {2, 3}), (IdList{1, 4}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreTheOnlyOne) {
+TEST_F(UnsupportedFunctionsTest, OnlyFunctionIsReturnedIfUnsupported) {
     EXPECT_EQ(UnsupportedIn({7}, {1}), IdList{7});
 }
 
-TEST_F(UnsupportedFunctionsTest, LackTheOnlyOne) {
+TEST_F(UnsupportedFunctionsTest, OnlyFunctionIsOmittedIfSupported) {
     EXPECT_EQ(UnsupportedIn({7}, {7}), IdList{});
 }
 
-TEST_F(UnsupportedFunctionsTest, AreBothOfTheSameId) {
+TEST_F(UnsupportedFunctionsTest, DuplicatesOfUnsupportedIdAreReturned) {
     EXPECT_EQ(UnsupportedIn({1, 2, 1}, {2}), (IdList{1, 1}));
 }
 
-TEST_F(UnsupportedFunctionsTest, LackBothOfTheSameId) {
+TEST_F(UnsupportedFunctionsTest, DuplicatesOfSupportedIdAreOmitted) {
     EXPECT_EQ(UnsupportedIn({1, 2, 1, 1}, {1}), IdList{2});
 }
 
-TEST_F(UnsupportedFunctionsTest, AreThoseWithNegativeIds) {
+TEST_F(UnsupportedFunctionsTest, FunctionsWithNegativeIdsAreReturned) {
     EXPECT_EQ(UnsupportedIn({-1, 1, -2147483647, 0}, {1, 0}), (IdList{-1, -2147483647}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreJudgedByTheIdThatAFunctionTakesFromTheOneBefore) {
+TEST_F(UnsupportedFunctionsTest, InheritedIdDecidesSupport) {
     WriteBaseFunctions(BaseFunction(1) + R"(<Function Name="a"><Commands/></Function>)" + BaseFunction(2) +
                        R"(<Function Name="b"><Commands/></Function>)");
     WriteFunctions(Function(1));
     EXPECT_EQ(UnsupportedIds(), (IdList{2, 2}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreJudgedByTheNumberAndNotByItsText) {
+TEST_F(UnsupportedFunctionsTest, IdsAreComparedAsNumbers) {
     WriteBaseFunctions(
         R"(<Function ID="abc"><Commands/></Function><Function ID=" +07"><Commands/></Function>)" +
         BaseFunction(8));
@@ -99,13 +99,13 @@ TEST_F(UnsupportedFunctionsTest, AreJudgedByTheNumberAndNotByItsText) {
     EXPECT_EQ(UnsupportedIds(), IdList{8});
 }
 
-TEST_F(UnsupportedFunctionsTest, AreNotJudgedByTheirNames) {
+TEST_F(UnsupportedFunctionsTest, NamesDoNotAffectSupport) {
     WriteBaseFunctions(R"(<Function ID="1" Name="Dim"><Commands/></Function>)");
     WriteFunctions(R"(<Function ID="2" Name="Dim"><Display/><Commands/></Function>)");
     EXPECT_EQ(UnsupportedIds(), IdList{1});
 }
 
-TEST_F(UnsupportedFunctionsTest, HaveAllOfTheirRecords) {
+TEST_F(UnsupportedFunctionsTest, AllFieldsOfRecordAreReturned) {
     WriteBaseFunctions(BaseFunction(1, CommandFamilies(R"(<CommandItem SpecInfo1="s"/>)")) + R"(
         <Function ID="2" Type="3" Flag="4" Name="n" Group="g">
             <Display><AC/></Display>
@@ -126,7 +126,7 @@ TEST_F(UnsupportedFunctionsTest, HaveAllOfTheirRecords) {
                                           {{{{.id = 5, .specInfo1 = L"s"}}, {{.param2 = L"p"}}}}}}));
 }
 
-TEST_F(UnsupportedFunctionsTest, HoldOneReferenceToEachNode) {
+TEST_F(UnsupportedFunctionsTest, RecordHoldsOneReferencePerNode) {
     WriteBaseFunctions("<Function ID=\"1\"><Display/><Commands/><Default/></Function>");
     WriteFunctions(Function(2));
     CountedPointer<IXMLDOMNode> display;
@@ -141,7 +141,7 @@ TEST_F(UnsupportedFunctionsTest, HoldOneReferenceToEachNode) {
 }
 
 // Removing the supported functions one by one must not make the call too slow.
-TEST_F(UnsupportedFunctionsTest, AreFoundAmongManyFunctions) {
+TEST_F(UnsupportedFunctionsTest, UnsupportedFunctionsAmongTenThousandAreReturned) {
     std::string base;
     std::string catalogue;
     IdList odd;
@@ -157,7 +157,7 @@ TEST_F(UnsupportedFunctionsTest, AreFoundAmongManyFunctions) {
     EXPECT_EQ(UnsupportedIds(), odd);
 }
 
-TEST_F(UnsupportedFunctionsTest, AreNoneAmongManyThatAreAllSupported) {
+TEST_F(UnsupportedFunctionsTest, TenThousandSupportedFunctionsAreOmitted) {
     std::string base;
     std::string catalogue;
     for (std::int32_t id = 0; id < 10000; ++id) {
@@ -180,12 +180,12 @@ protected:
     }
 };
 
-TEST_P(UnsupportedWithoutCatalogueTest, AreNone) {
+TEST_P(UnsupportedWithoutCatalogueTest, UnavailableCatalogueReturnsNone) {
     EXPECT_EQ(UnsupportedIds(), IdList{});
     EXPECT_EQ(Ids(GetFunctionBase()), (IdList{1, 2}));
 }
 
-TEST_P(UnsupportedWithoutCatalogueTest, NeedNoBaseCatalogue) {
+TEST_P(UnsupportedWithoutCatalogueTest, BaseIsNotLoadedIfCatalogueIsUnavailable) {
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(UnsupportedIds(), IdList{});
     EXPECT_EQ(documents.CreatedCount(), 1u);
@@ -194,21 +194,21 @@ TEST_P(UnsupportedWithoutCatalogueTest, NeedNoBaseCatalogue) {
 INSTANTIATE_TEST_SUITE_P(
     , UnsupportedWithoutCatalogueTest,
     testing::Values(
-        XmlCase{"InAnEmptyFile", ""}, XmlCase{"InAFileThatDoesNotParse", "<ZOTDefault>"},
-        XmlCase{"InAFileWithoutFunctions", "<ZOTDefault><CommonSettings/></ZOTDefault>"},
-        XmlCase{"WithANegativeId",
+        XmlCase{"EmptyFile", ""}, XmlCase{"NotWellFormed", "<ZOTDefault>"},
+        XmlCase{"NoFunctions", "<ZOTDefault><CommonSettings/></ZOTDefault>"},
+        XmlCase{"NegativeId",
                 "<ZOTDefault><Functions>" + Function(3) + Function(-1) + "</Functions></ZOTDefault>"},
-        XmlCase{"WithAFunctionWithoutCommands",
+        XmlCase{"FunctionWithoutCommands",
                 R"(<ZOTDefault><Functions><Function ID="3"><Display/></Function></Functions></ZOTDefault>)"}),
     CaseName<XmlCase>);
 
-TEST_F(UnsupportedFunctionsTest, AreNoneWithoutADefaultsFile) {
+TEST_F(UnsupportedFunctionsTest, MissingDefaultsFileReturnsNone) {
     WriteBaseFunctions(BaseFunctions({1, 2}));
     EXPECT_EQ(UnsupportedIds(), IdList{});
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreNoneWhileTheOnlyReadOfTheDefaultsIsSkipped) {
+TEST_F(UnsupportedFunctionsTest, DefaultsBusyAtLoadReturnNoneLater) {
     WriteBaseFunctions(BaseFunctions({1, 2}));
     WriteFunctions(Function(1));
     {
@@ -218,7 +218,7 @@ TEST_F(UnsupportedFunctionsTest, AreNoneWhileTheOnlyReadOfTheDefaultsIsSkipped) 
     EXPECT_EQ(UnsupportedIds(), IdList{});
 }
 
-TEST_F(UnsupportedFunctionsTest, AreNoneWithoutADom) {
+TEST_F(UnsupportedFunctionsTest, FailedDomCreationReturnsNone) {
     WriteBaseFunctions(BaseFunctions({1, 2}));
     WriteFunctions(Function(1));
     DomDocuments documents{Dll().Handle()};
@@ -231,7 +231,7 @@ TEST_F(UnsupportedFunctionsTest, AreNoneWithoutADom) {
 class UnsupportedUnreadableFunctionTest : public UnsupportedFunctionsTest,
                                           public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(UnsupportedUnreadableFunctionTest, LeavesNone) {
+TEST_P(UnsupportedUnreadableFunctionTest, UnreadableBaseFunctionReturnsNone) {
     WriteBaseFunctions(BaseFunctions({1, 5}) + GetParam().xml + BaseFunction(3));
     WriteFunctions(Function(1));
     EXPECT_EQ(UnsupportedIds(), IdList{});
@@ -241,7 +241,7 @@ TEST_P(UnsupportedUnreadableFunctionTest, LeavesNone) {
 INSTANTIATE_TEST_SUITE_P(, UnsupportedUnreadableFunctionTest, testing::ValuesIn(UnreadableFunctions()),
                          CaseName<XmlCase>);
 
-TEST_F(UnsupportedFunctionsTest, AreNoneWhereAReadFails) {
+TEST_F(UnsupportedFunctionsTest, FailedReadReturnsNone) {
     WriteBaseFunctions(BaseFunctions({1, 2}) + R"(<Function ID="3" Name="fails"><Commands/></Function>)");
     WriteFunctions(Function(1));
     {
@@ -251,7 +251,7 @@ TEST_F(UnsupportedFunctionsTest, AreNoneWhereAReadFails) {
     EXPECT_EQ(UnsupportedIds(), (IdList{2, 3}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreNoneWithoutABaseCatalogue) {
+TEST_F(UnsupportedFunctionsTest, MissingBaseCatalogueReturnsNone) {
     WriteFunctions(Function(1));
     EXPECT_EQ(UnsupportedIds(), IdList{});
 }
@@ -259,41 +259,41 @@ TEST_F(UnsupportedFunctionsTest, AreNoneWithoutABaseCatalogue) {
 class UnsupportedWithoutBaseTest : public UnsupportedFunctionsTest,
                                    public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(UnsupportedWithoutBaseTest, AreNone) {
+TEST_P(UnsupportedWithoutBaseTest, BaseCatalogueWithoutFunctionsReturnsNone) {
     WriteBase(GetParam().xml);
     WriteFunctions(Function(1));
     EXPECT_EQ(UnsupportedIds(), IdList{});
 }
 
 INSTANTIATE_TEST_SUITE_P(, UnsupportedWithoutBaseTest,
-                         testing::Values(XmlCase{"InAnEmptyFile", ""},
-                                         XmlCase{"InAFileThatDoesNotParse", "<ZOTBase><Functions>"},
-                                         XmlCase{"InAFileWithoutFunctions", "<ZOTBase/>"},
-                                         XmlCase{"InAnEmptySection", "<ZOTBase><Functions/></ZOTBase>"}),
+                         testing::Values(XmlCase{"EmptyFile", ""},
+                                         XmlCase{"NotWellFormed", "<ZOTBase><Functions>"},
+                                         XmlCase{"NoFunctions", "<ZOTBase/>"},
+                                         XmlCase{"EmptySection", "<ZOTBase><Functions/></ZOTBase>"}),
                          CaseName<XmlCase>);
 
 // ---- When the files are read ----
 
-TEST_F(UnsupportedFunctionsTest, StayWhenTheFilesChange) {
+TEST_F(UnsupportedFunctionsTest, ChangedFilesAreIgnoredUntilReload) {
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {1}), (IdList{2, 3}));
     EXPECT_EQ(UnsupportedIn({1, 2, 3, 4}, {2}), (IdList{2, 3}));
     Unload();
     EXPECT_EQ(UnsupportedIds(), (IdList{1, 3, 4}));
 }
 
-TEST_F(UnsupportedFunctionsTest, AreJudgedByTheCatalogueThatIsLoadedAlready) {
+TEST_F(UnsupportedFunctionsTest, LoadedCatalogueDecidesSupport) {
     WriteFunctions(Functions({1, 2}));
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     EXPECT_EQ(UnsupportedIn({1, 2, 3}, {}), IdList{3});
 }
 
-TEST_F(UnsupportedFunctionsTest, LoadTheCatalogueThatIsKept) {
+TEST_F(UnsupportedFunctionsTest, CallLoadsCatalogueForOtherExports) {
     EXPECT_EQ(UnsupportedIn({1}, {1, 2}), IdList{});
     WriteFunctions(Function(1));
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(UnsupportedFunctionsTest, MakeTwoDocumentsHoweverOftenTheyAreRead) {
+TEST_F(UnsupportedFunctionsTest, RepeatedCallsCreateTwoDocuments) {
     WriteBaseFunctions(BaseFunctions({1, 2}));
     WriteFunctions(Function(1));
     DomDocuments documents{Dll().Handle()};
@@ -302,7 +302,7 @@ TEST_F(UnsupportedFunctionsTest, MakeTwoDocumentsHoweverOftenTheyAreRead) {
     EXPECT_EQ(documents.CreatedCount(), 2u);
 }
 
-TEST_F(UnsupportedFunctionsTest, MakeNoDocumentForANullCallback) {
+TEST_F(UnsupportedFunctionsTest, NullCallbackCreatesNoDocument) {
     WriteBaseFunctions(BaseFunction(1));
     WriteFunctions(Function(2));
     DomDocuments documents{Dll().Handle()};
@@ -310,7 +310,7 @@ TEST_F(UnsupportedFunctionsTest, MakeNoDocumentForANullCallback) {
     EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
-TEST_F(UnsupportedFunctionsTest, AreReadWithoutWritingAFile) {
+TEST_F(UnsupportedFunctionsTest, EnumerationWritesNoFile) {
     const std::string base = BaseFunctions({1, 2});
     WriteBaseFunctions(base);
     WriteFunctions(Function(1));
@@ -343,15 +343,15 @@ protected:
     }
 };
 
-TEST_F(UnsupportedOnItemTest, MayEnumerateAgain) {
+TEST_F(UnsupportedOnItemTest, CallbackCanEnumerateAgain) {
     EXPECT_EQ(IdsWhile([this] { EXPECT_EQ(UnsupportedIds(), (IdList{2, 3})); }), (IdList{2, 3}));
 }
 
-TEST_F(UnsupportedOnItemTest, MayCallExitAndStillGetsTheOtherItems) {
+TEST_F(UnsupportedOnItemTest, ExitInOnItemDoesNotEndEnumeration) {
     EXPECT_EQ(IdsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), (IdList{2, 3}));
 }
 
-TEST_F(UnsupportedOnItemTest, ThatThrowsReachesTheClientAndKeepsNoBlock) {
+TEST_F(UnsupportedOnItemTest, ExceptionReachesClientWithoutHeapLeak) {
     UnsupportedIds();
     HeapAllocations::Track(Dll().Handle());
     auto fail = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) { throw 1; });
