@@ -39,73 +39,73 @@ private:
     std::optional<DomDocuments> documents;
 };
 
-TEST_F(NullCallbackTest, GetFunctionBaseGivesFalse) {
+TEST_F(NullCallbackTest, GetFunctionBaseRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetFunctionBase(nullptr));
 }
 
-TEST_F(NullCallbackTest, GetFunctionBaseUnSupportedGivesFalse) {
+TEST_F(NullCallbackTest, GetFunctionBaseUnSupportedRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetFunctionBaseUnSupported(nullptr));
 }
 
-TEST_F(NullCallbackTest, GetFunctionInfoGivesFalse) {
+TEST_F(NullCallbackTest, GetFunctionInfoRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetFunctionInfo(nullptr));
 }
 
-TEST_F(NullCallbackTest, GetParameterGivesFalse) {
+TEST_F(NullCallbackTest, GetParameterRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetParameter(&Balanced, nullptr));
 }
 
-TEST_F(NullCallbackTest, GetParameterGivesFalseForTheAllZeroSchemeToo) {
+TEST_F(NullCallbackTest, GetParameterRejectsNullCallbackForZeroScheme) {
     EXPECT_FALSE(Dll().GetParameter(&AllZero, nullptr));
 }
 
-TEST_F(NullCallbackTest, GetParameterDefaultGivesFalse) {
+TEST_F(NullCallbackTest, GetParameterDefaultRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetParameterDefault(&Balanced, nullptr));
 }
 
-TEST_F(NullCallbackTest, GetParameterDefaultGivesFalseForTheAllZeroSchemeToo) {
+TEST_F(NullCallbackTest, GetParameterDefaultRejectsNullForZeroScheme) {
     EXPECT_FALSE(Dll().GetParameterDefault(&AllZero, nullptr));
 }
 
-TEST_F(NullCallbackTest, GetCommandInfoGivesFalse) {
+TEST_F(NullCallbackTest, GetCommandInfoRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetCommandInfo(&Balanced, nullptr));
 }
 
-TEST_F(NullCallbackTest, GetCommandInfoGivesFalseForTheAllZeroSchemeToo) {
+TEST_F(NullCallbackTest, GetCommandInfoRejectsNullForZeroScheme) {
     EXPECT_FALSE(Dll().GetCommandInfo(&AllZero, nullptr));
 }
 
-TEST_F(NullCallbackTest, GetSpecSchemeGivesFalse) {
+TEST_F(NullCallbackTest, GetSpecSchemeRejectsNullCallback) {
     EXPECT_FALSE(Dll().GetSpecScheme(nullptr));
 }
 
 // ---- Null strings ----
 
-TEST_F(ArgumentChecksTest, GetCommonSettingWithoutANameGivesFalseAndLeavesTheBuffer) {
+TEST_F(ArgumentChecksTest, NullSettingNameFailsAndLeavesBufferUnchanged) {
     WriteUserSettings(R"(<R><CommonSettings Name="value"/></R>)");
     EXPECT_FALSE(Dll().GetCommonSetting(nullptr, buffer));
     EXPECT_STREQ(buffer, L"untouched");
     EXPECT_FALSE(Dll().GetCommonSetting(nullptr, nullptr));
 }
 
-TEST_F(ArgumentChecksTest, GetCommonSettingThatFindsNothingGivesFalseAndLeavesTheBuffer) {
+TEST_F(ArgumentChecksTest, MissingSettingFailsAndLeavesBufferUnchanged) {
     WriteUserSettings(R"(<R><CommonSettings Other="value"/></R>)");
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", buffer));
     EXPECT_STREQ(buffer, L"untouched");
 }
 
-TEST_F(ArgumentChecksTest, GetCommonSettingThatFindsNothingNeedsNoBuffer) {
+TEST_F(ArgumentChecksTest, MissingSettingFailsWithNullBuffer) {
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", nullptr));
 }
 
-TEST_F(ArgumentChecksTest, SetCommonSettingWithoutANameOrAValueGivesFalseAndStoresNothing) {
+TEST_F(ArgumentChecksTest, SetCommonSettingRejectsNullNameOrValue) {
     EXPECT_FALSE(Dll().SetCommonSetting(nullptr, L"value"));
     EXPECT_FALSE(Dll().SetCommonSetting(L"Name", nullptr));
     EXPECT_FALSE(Dll().SetCommonSetting(nullptr, nullptr));
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(ArgumentChecksTest, InitCommonSettingWithoutABaseCatalogueGivesFalse) {
+TEST_F(ArgumentChecksTest, InitCommonSettingFailsWithoutBaseCatalogue) {
     EXPECT_FALSE(Dll().InitCommonSetting());
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
     Unload();
@@ -115,22 +115,22 @@ TEST_F(ArgumentChecksTest, InitCommonSettingWithoutABaseCatalogueGivesFalse) {
 
 // ---- Holders ----
 
-TEST_F(ArgumentChecksTest, SetParameterWithoutAHolderGivesFalse) {
+TEST_F(ArgumentChecksTest, SetParameterRejectsNullHolder) {
     EXPECT_FALSE(Dll().SetParameter(&Balanced, nullptr));
     EXPECT_FALSE(Dll().SetParameter(&AllZero, nullptr));
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(ArgumentChecksTest, SetParameterWithAnEmptyMapGivesFalse) {
+TEST_F(ArgumentChecksTest, SetParameterRejectsEmptyMap) {
     EXPECT_FALSE(SetParameter(Balanced, {}));
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(ArgumentChecksTest, SetParameterWithAnEmptyMapGivesFalseForTheAllZeroSchemeToo) {
+TEST_F(ArgumentChecksTest, SetParameterRejectsEmptyMapForZeroScheme) {
     EXPECT_FALSE(SetParameter(AllZero, {}));
 }
 
-TEST_F(ArgumentChecksTest, SetParameterTakesTheCountAloneForEmptiness) {
+TEST_F(ArgumentChecksTest, SetParameterDetectsEmptyMapByCountAlone) {
     ClientMap map{{{1, {5, 6}}}};
     EXPECT_FALSE(Dll().SetParameter(&Balanced, map.WithCount(0)));
     EXPECT_TRUE(Dll().SetParameter(&AllZero, map.WithCount(1)));
@@ -152,25 +152,25 @@ struct RawFunctionBaseHolder {
 
 static_assert(sizeof(RawFunctionBaseHolder) == sizeof(FunctionBaseHolder));
 
-TEST_F(ArgumentChecksTest, AddFunctionDefaultWithoutAHolderGivesFalse) {
+TEST_F(ArgumentChecksTest, AddFunctionDefaultRejectsNullHolder) {
     EXPECT_FALSE(Dll().AddFunctionDefault(nullptr));
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
 }
 
-TEST_F(ArgumentChecksTest, AddFunctionDefaultWithAnEmptyListGivesFalse) {
+TEST_F(ArgumentChecksTest, AddFunctionDefaultRejectsEmptyList) {
     WriteDefaults(TwoFunctions);
     const FunctionBaseHolder holder;
     EXPECT_FALSE(Dll().AddFunctionDefault(&holder));
     EXPECT_EQ(Defaults(), TwoFunctions);
 }
 
-TEST_F(ArgumentChecksTest, AddFunctionDefaultWithARecordGivesTrue) {
+TEST_F(ArgumentChecksTest, AddFunctionDefaultAcceptsOneRecord) {
     FunctionBaseHolder holder;
     holder.records.push_back({});
     EXPECT_TRUE(Dll().AddFunctionDefault(&holder));
 }
 
-TEST_F(ArgumentChecksTest, AddFunctionDefaultTakesTheCountAloneForEmptiness) {
+TEST_F(ArgumentChecksTest, AddFunctionDefaultDetectsEmptyListByCount) {
     ListLinks sentinel;
     ListLinks node = {&sentinel, &sentinel};
     sentinel = {&node, &node};
@@ -186,21 +186,21 @@ protected:
     void SetUp() override { WriteDefaults(TwoFunctions); }
 };
 
-TEST_F(AllZeroSchemeTest, HasNoParametersAndIsNotStored) {
+TEST_F(AllZeroSchemeTest, ZeroSchemeHasNoParametersAndStaysUnsaved) {
     EXPECT_EQ(GetParameter(AllZero), Params{});
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(AllZeroSchemeTest, HasNoParametersEvenWhereTheFileHoldsSome) {
+TEST_F(AllZeroSchemeTest, StoredZeroSchemeHasNoParameters) {
     WriteUserSettings(OldUserFile(OldScheme(AllZeroText, OldFunction(1, 5, 6))));
     EXPECT_EQ(GetParameter(AllZero), Params{});
 }
 
-TEST_F(AllZeroSchemeTest, HasNoDefaultParameters) {
+TEST_F(AllZeroSchemeTest, ZeroSchemeHasNoDefaultParameters) {
     EXPECT_EQ(GetParameterDefault(AllZero), Params{});
 }
 
-TEST_F(AllZeroSchemeTest, HasNoCommands) {
+TEST_F(AllZeroSchemeTest, ZeroSchemeHasNoCommands) {
     int items = 0;
     auto count = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord*) { ++items; });
     EXPECT_TRUE(Dll().GetCommandInfo(&AllZero, &count));
@@ -208,7 +208,7 @@ TEST_F(AllZeroSchemeTest, HasNoCommands) {
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(AllZeroSchemeTest, IsNeverWrittenThoughSetParameterGivesTrue) {
+TEST_F(AllZeroSchemeTest, SetParameterForZeroSchemeSucceedsWithoutSaving) {
     EXPECT_TRUE(SetParameter(AllZero, {{1, {5, 6}}}));
     EXPECT_FALSE(HasUserFile());
     const std::string file = OldUserFile(OldScheme(AllZeroText, OldFunction(1, 2, 3)));
@@ -217,7 +217,7 @@ TEST_F(AllZeroSchemeTest, IsNeverWrittenThoughSetParameterGivesTrue) {
     EXPECT_EQ(UserSettings(), file);
 }
 
-TEST_F(AllZeroSchemeTest, LeadsToNoDocument) {
+TEST_F(AllZeroSchemeTest, ZeroSchemeCallsCreateNoDocument) {
     DomDocuments documents{Dll().Handle()};
     GetParameter(AllZero);
     GetParameterDefault(AllZero);
@@ -225,13 +225,13 @@ TEST_F(AllZeroSchemeTest, LeadsToNoDocument) {
     EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
-TEST_F(AllZeroSchemeTest, IsASchemeLikeAnyOtherForTevGetParam) {
+TEST_F(AllZeroSchemeTest, TEVGetParamLoadsAndStoresZeroScheme) {
     EXPECT_TRUE(Dll().TEVGetParam(&AllZero));
     EXPECT_EQ(UserSettings(),
               NewUserFile(NewScheme(AllZeroText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5))));
 }
 
-TEST_F(AllZeroSchemeTest, IsOnlyTheOneWithBothHalvesZero) {
+TEST_F(AllZeroSchemeTest, HalfZeroGuidIsOrdinaryScheme) {
     constexpr GUID lowHalfOnly = {1, 0, 0, {}};
     constexpr GUID highHalfOnly = {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
     for (const GUID& scheme : {lowHalfOnly, highHalfOnly}) {
@@ -245,7 +245,7 @@ TEST_F(AllZeroSchemeTest, IsOnlyTheOneWithBothHalvesZero) {
 
 // ---- Nothing to enumerate ----
 
-TEST_F(ArgumentChecksTest, WithoutAnyFileEveryEnumerationGivesTrueWithoutItems) {
+TEST_F(ArgumentChecksTest, EnumerationsWithoutFilesReturnTrueWithoutItems) {
     int items = 0;
     auto bases = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord*) { ++items; });
     auto functions =

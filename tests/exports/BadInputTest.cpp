@@ -29,48 +29,48 @@ std::string Utf16(std::string_view ascii) {
 // Contents that the library does not load.
 std::vector<XmlCase> UnreadableContents() {
     return {
-        {"Nothing", ""},
+        {"EmptyFile", ""},
         {"WhiteSpace", " \r\n\t "},
         {"PlainText", "ACParamIndex=1"},
-        {"BinaryGarbage", std::string{"\x7f\x45\x4c\x46\x00\x01\xff\xfe\x80\x00<R/>", 15}},
+        {"BinaryData", std::string{"\x7f\x45\x4c\x46\x00\x01\xff\xfe\x80\x00<R/>", 15}},
         {"ZerosOnly", std::string(4096, '\0')},
-        {"ADeclarationAlone", "<?xml version=\"1.0\"?>"},
-        {"ACommentAlone", "<!--nothing-->"},
-        {"AnOpenRoot", "<R><Functions>"},
+        {"DeclarationOnly", "<?xml version=\"1.0\"?>"},
+        {"CommentOnly", "<!--nothing-->"},
+        {"UnclosedRoot", "<R><Functions>"},
         {"TwoRoots", "<R/><R/>"},
-        {"TextBehindTheRoot", "<R/>text"},
-        {"CrossedElements", "<R><A><B></A></B></R>"},
-        {"AnAttributeTwice", "<R A=\"1\" A=\"2\"/>"},
-        {"AnAttributeWithoutQuotes", "<R A=1/>"},
-        {"AnUndeclaredEntity", "<R A=\"&undeclared;\"/>"},
-        {"AForbiddenCharacter", "<R A=\"\x01\"/>"},
-        {"AForbiddenCharacterReference", "<R A=\"&#1;\"/>"},
-        {"AZeroInTheMiddle", std::string{"<R>\0</R>", 8}},
-        {"Latin1InAUtf8File",
+        {"TextAfterRoot", "<R/>text"},
+        {"OverlappingElements", "<R><A><B></A></B></R>"},
+        {"DuplicateAttribute", "<R A=\"1\" A=\"2\"/>"},
+        {"UnquotedAttribute", "<R A=1/>"},
+        {"UndeclaredEntity", "<R A=\"&undeclared;\"/>"},
+        {"ForbiddenCharacter", "<R A=\"\x01\"/>"},
+        {"ForbiddenCharacterReference", "<R A=\"&#1;\"/>"},
+        {"NullCharacter", std::string{"<R>\0</R>", 8}},
+        {"Latin1InUtf8File",
          "<?xml version=\"1.0\" encoding=\"UTF-8\"?><R A=\"gr\xfc\xdf"
          "e\"/>"},
-        {"CutUtf8Sequence", "<R A=\"\xe4\xb8\"/>"},
-        {"AnUnknownEncoding", "<?xml version=\"1.0\" encoding=\"no-such-encoding\"?><R/>"},
-        {"HalfAUtf16File", Utf16("<R><A/>")},
-        {"AnEntityBomb", GrowingEntities(30, "boom") + "<R>&a30;</R>"},
-        {"AParameterEntity", "<!-- ]> --><!DOCTYPE R [<!ENTITY\r\n\t%\r\np ''>]><R/>"},
-        {"AnEntityWithoutAText", "<!DOCTYPE R [<!ENTITY x "},
-        {"AParameterEntityBomb", GrowingParameterEntities(4) + "<R/>"},
-        {"ALargeEntityUsedOften", EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>"},
-        {"ALargeEntityUsedOftenInUtf16", Utf16(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>")},
+        {"TruncatedUtf8Sequence", "<R A=\"\xe4\xb8\"/>"},
+        {"UnknownEncoding", "<?xml version=\"1.0\" encoding=\"no-such-encoding\"?><R/>"},
+        {"TruncatedUtf16File", Utf16("<R><A/>")},
+        {"EntityBomb", GrowingEntities(30, "boom") + "<R>&a30;</R>"},
+        {"ParameterEntity", "<!-- ]> --><!DOCTYPE R [<!ENTITY\r\n\t%\r\np ''>]><R/>"},
+        {"EntityWithoutValue", "<!DOCTYPE R [<!ENTITY x "},
+        {"ParameterEntityBomb", GrowingParameterEntities(4) + "<R/>"},
+        {"LargeEntityUsedOften", EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>"},
+        {"LargeEntityUsedOftenInUtf16", Utf16(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>")},
         {"DeepNesting", Repeat("<A>", 100000) + Repeat("</A>", 100000)},
-        {"DeepNestingThatNeverEnds", Repeat("<A>", 100000)},
-        {"AnHtmlPage", "<!DOCTYPE html><html><head><meta charset=utf-8><br></head></html>"},
+        {"UnclosedDeepNesting", Repeat("<A>", 100000)},
+        {"HtmlPage", "<!DOCTYPE html><html><head><meta charset=utf-8><br></head></html>"},
     };
 }
 
 // Other encodings and notations of the same document.
 std::vector<XmlCase> OtherFormsOf(const std::string& xml) {
     return {
-        {"Utf8WithMark", "\xef\xbb\xbf" + xml},
+        {"Utf8WithBom", "\xef\xbb\xbf" + xml},
         {"Utf8Declared", "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>" + xml},
-        {"Utf16WithMark", "\xff\xfe" + Utf16(xml)},
-        {"Utf16WithMarkAndDeclaration",
+        {"Utf16WithBom", "\xff\xfe" + Utf16(xml)},
+        {"Utf16WithBomAndDeclaration",
          "\xff\xfe" + Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + xml)},
         {"Latin1Declared", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><!--\xfc-->" + xml},
         {"WindowsLineBreaks", "\r\n" + xml + "\r\n\r\n"},
@@ -105,7 +105,7 @@ class UnreadableFileTest : public BadInputTest, public testing::WithParamInterfa
 
 INSTANTIATE_TEST_SUITE_P(, UnreadableFileTest, testing::ValuesIn(UnreadableContents()), CaseName<XmlCase>);
 
-TEST_P(UnreadableFileTest, AsDefaultsGivesNoCatalogue) {
+TEST_P(UnreadableFileTest, UnreadableDefaultsMakeCatalogueUnavailable) {
     WriteDefaults(GetParam().xml);
     WriteUserSettings(StoredTwoFunctions());
     ExpectNoCatalogue();
@@ -113,7 +113,7 @@ TEST_P(UnreadableFileTest, AsDefaultsGivesNoCatalogue) {
     EXPECT_EQ(UserSettings(), StoredTwoFunctions());
 }
 
-TEST_P(UnreadableFileTest, AsDefaultsDoesNotKeepParametersFromBeingStored) {
+TEST_P(UnreadableFileTest, UnreadableDefaultsDoNotPreventStoringParameters) {
     WriteDefaults(GetParam().xml);
     WriteUserSettings(StoredTwoFunctions());
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
@@ -122,7 +122,7 @@ TEST_P(UnreadableFileTest, AsDefaultsDoesNotKeepParametersFromBeingStored) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {11, 12}}, {2, {9, 10}}}));
 }
 
-TEST_P(UnreadableFileTest, AsUserSettingsGivesTheDefaultsAndIsKept) {
+TEST_P(UnreadableFileTest, ReadCopiesUnreadableUserSettingsAndStoresDefaults) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(GetParam().xml);
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
@@ -131,7 +131,7 @@ TEST_P(UnreadableFileTest, AsUserSettingsGivesTheDefaultsAndIsKept) {
               NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5))));
 }
 
-TEST_P(UnreadableFileTest, AsUserSettingsIsKeptWhenParametersAreStored) {
+TEST_P(UnreadableFileTest, WriteCopiesUnreadableUserSettingsBeforeReplacing) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(GetParam().xml);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
@@ -139,7 +139,7 @@ TEST_P(UnreadableFileTest, AsUserSettingsIsKeptWhenParametersAreStored) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {11, 12}}, {2, {4, 5}}}));
 }
 
-TEST_P(UnreadableFileTest, AsUserSettingsStaysUntilSomethingIsStored) {
+TEST_P(UnreadableFileTest, UnreadableUserSettingsStayUntilNextSave) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(GetParam().xml);
     ExpectTwoFunctionCatalogue();
@@ -148,7 +148,7 @@ TEST_P(UnreadableFileTest, AsUserSettingsStaysUntilSomethingIsStored) {
     EXPECT_FALSE(std::filesystem::exists(KeptFile()));
 }
 
-TEST_P(UnreadableFileTest, AsBaseCatalogueOrStringTableDisturbsNothingElse) {
+TEST_P(UnreadableFileTest, UnreadableBaseOrStringTableAffectsNothingElse) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(StoredTwoFunctions());
     WriteBase(GetParam().xml);
@@ -160,14 +160,14 @@ TEST_P(UnreadableFileTest, AsBaseCatalogueOrStringTableDisturbsNothingElse) {
     EXPECT_EQ(ReadFile(installation.StringTableFile()), GetParam().xml);
 }
 
-TEST_P(UnreadableFileTest, EverywhereIsSurvivedByEveryExport) {
+TEST_P(UnreadableFileTest, EveryExportSurvivesUnreadableFiles) {
     for (const auto& file : {installation.DefaultsFile(), installation.UserFile(), installation.BaseFile(),
                              installation.StringTableFile()})
         WriteFile(file, GetParam().xml);
     CallEveryExport(Dll(), Balanced);
 }
 
-TEST_F(BadInputTest, TruncatedDefaultsGiveNoCatalogue) {
+TEST_F(BadInputTest, TruncatedDefaultsMakeCatalogueUnavailable) {
     const std::string_view whole = TwoFunctions;
     for (std::size_t length = 0; length < whole.size(); length += 5) {
         SCOPED_TRACE(length);
@@ -177,7 +177,7 @@ TEST_F(BadInputTest, TruncatedDefaultsGiveNoCatalogue) {
     }
 }
 
-TEST_F(BadInputTest, TruncatedUserSettingsAreKeptAndReplaced) {
+TEST_F(BadInputTest, TruncatedUserSettingsAreCopiedAndReplaced) {
     WriteDefaults(TwoFunctions);
     const std::string whole = StoredTwoFunctions();
     for (std::size_t length = 0; length + 1 < whole.size(); length += 5) {
@@ -188,7 +188,7 @@ TEST_F(BadInputTest, TruncatedUserSettingsAreKeptAndReplaced) {
     }
 }
 
-TEST_F(BadInputTest, UserSettingsThatBecomeUnreadableAreNotMixedWithWhatWasRead) {
+TEST_F(BadInputTest, UserSettingsThatBecomeUnreadableDiscardOldValues) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(StoredTwoFunctions());
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
@@ -197,21 +197,21 @@ TEST_F(BadInputTest, UserSettingsThatBecomeUnreadableAreNotMixedWithWhatWasRead)
     EXPECT_EQ(ReadFile(KeptFile()), "<broken");
 }
 
-TEST_F(BadInputTest, ReadableUserSettingsAreReplacedWithoutACopy) {
+TEST_F(BadInputTest, ReadableUserSettingsAreReplacedWithoutCopy) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(StoredTwoFunctions());
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
     EXPECT_FALSE(std::filesystem::exists(KeptFile()));
 }
 
-TEST_F(BadInputTest, ALaterUnreadableFileReplacesTheOneThatWasKept) {
+TEST_F(BadInputTest, LaterUnreadableFileReplacesEarlierCopy) {
     WriteFile(KeptFile(), "<earlier");
     WriteUserSettings("<later");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
     EXPECT_EQ(ReadFile(KeptFile()), "<later");
 }
 
-TEST_F(BadInputTest, AnUnreadableFileThatCannotBeKeptIsNotReplaced) {
+TEST_F(BadInputTest, UnreadableFileIsNotReplacedIfCopyFails) {
     std::filesystem::create_directory(KeptFile());
     WriteUserSettings("<broken");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
@@ -221,17 +221,17 @@ TEST_F(BadInputTest, AnUnreadableFileThatCannotBeKeptIsNotReplaced) {
 
 // ---- Readable files in another form ----
 
-class OtherFormTest : public BadInputTest, public testing::WithParamInterface<std::size_t> {};
+class XmlNotationTest : public BadInputTest, public testing::WithParamInterface<std::size_t> {};
 
-INSTANTIATE_TEST_SUITE_P(, OtherFormTest, testing::Range(std::size_t{0}, OtherFormsOf("").size()),
+INSTANTIATE_TEST_SUITE_P(, XmlNotationTest, testing::Range(std::size_t{0}, OtherFormsOf("").size()),
                          [](const auto& info) { return OtherFormsOf("")[info.param].name; });
 
-TEST_P(OtherFormTest, DefaultsAreRead) {
+TEST_P(XmlNotationTest, DefaultsAreReadInEveryNotation) {
     WriteDefaults(OtherFormsOf(TwoFunctions)[GetParam()].xml);
     ExpectTwoFunctionCatalogue();
 }
 
-TEST_P(OtherFormTest, UserSettingsAreReadAndKeepTheirOtherSchemes) {
+TEST_P(XmlNotationTest, UserSettingsAreReadAndKeepOtherSchemes) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(OtherFormsOf(StoredTwoFunctions())[GetParam()].xml);
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
@@ -243,7 +243,7 @@ TEST_P(OtherFormTest, UserSettingsAreReadAndKeepTheirOtherSchemes) {
     EXPECT_FALSE(std::filesystem::exists(KeptFile()));
 }
 
-TEST_F(BadInputTest, ATextInAnotherEncodingSurvivesEverySave) {
+TEST_F(BadInputTest, TextInAnotherEncodingSurvivesEverySave) {
     WriteUserSettings(
         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><R><PowerSchemes/><Mine A=\"gr\xfcn\"/></R>");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
@@ -253,7 +253,7 @@ TEST_F(BadInputTest, ATextInAnotherEncodingSurvivesEverySave) {
     EXPECT_NE(settings.find(isUtf8 ? "gr\xc3\xbcn" : "gr\xfcn"), std::string::npos) << settings;
 }
 
-TEST_F(BadInputTest, ADocumentTypeWithEntitiesIsSurvived) {
+TEST_F(BadInputTest, EveryExportSurvivesDocumentTypeWithEntities) {
     const std::string type =
         R"(<!DOCTYPE R [<!ENTITY id "1"><!ENTITY file SYSTEM "file:///c:/windows/win.ini">]>)";
     WriteDefaults(type + R"(<R><Functions>
@@ -264,14 +264,14 @@ TEST_F(BadInputTest, ADocumentTypeWithEntitiesIsSurvived) {
     EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
-TEST_F(BadInputTest, ADeclarationOfAnotherEncodingIsSurvived) {
+TEST_F(BadInputTest, EveryExportSurvivesWrongEncodingDeclaration) {
     WriteDefaults("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + std::string{TwoFunctions});
     WriteUserSettings(Utf16("<?xml version=\"1.0\" encoding=\"UTF-8\"?>" + StoredTwoFunctions()));
     CallEveryExport(Dll(), Balanced);
     EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
-TEST_F(BadInputTest, Utf16WithoutAMarkIsSurvived) {
+TEST_F(BadInputTest, EveryExportSurvivesUtf16WithoutBom) {
     WriteDefaults(Utf16(TwoFunctions));
     WriteUserSettings(Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + StoredTwoFunctions()));
     CallEveryExport(Dll(), Balanced);
@@ -280,7 +280,7 @@ TEST_F(BadInputTest, Utf16WithoutAMarkIsSurvived) {
 
 // ---- Another structure ----
 
-TEST_F(BadInputTest, AnotherRootIsTakenAsItIs) {
+TEST_F(BadInputTest, RootOfAnyNameIsReadAndKept) {
     WriteDefaults(R"(<Any><Functions>
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
     </Functions></Any>)");
@@ -292,17 +292,17 @@ TEST_F(BadInputTest, AnotherRootIsTakenAsItIs) {
                                   "</PowerSchemes></Other>\n");
 }
 
-TEST_F(BadInputTest, ARootThatIsTheSectionHasNoSection) {
+TEST_F(BadInputTest, RootNamedFunctionsIsNotReadAsSection) {
     WriteDefaults(R"(<Functions><Function ID="1"><Display/><Commands/></Function></Functions>)");
     ExpectNoCatalogue();
 }
 
-TEST_F(BadInputTest, ADefaultNamespaceHidesEverything) {
+TEST_F(BadInputTest, DefaultNamespaceMakesCatalogueUnavailable) {
     WriteDefaults(R"(<R xmlns="urn:any"><Functions/></R>)");
     ExpectNoCatalogue();
 }
 
-TEST_F(BadInputTest, WhatTheLibraryDoesNotKnowSurvivesInTheUserSettings) {
+TEST_F(BadInputTest, UnknownContentOfUserSettingsSurvivesSave) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
                       OldScheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
@@ -314,29 +314,29 @@ TEST_F(BadInputTest, WhatTheLibraryDoesNotKnowSurvivesInTheUserSettings) {
                                   "</PowerSchemes><CommonSettings S=\"t\"/></R>\n");
 }
 
-TEST_F(BadInputTest, SectionsOfTheWrongKindAreIgnored) {
+TEST_F(BadInputTest, SectionsOfWrongKindAreIgnored) {
     WriteDefaults(R"(<R Functions="1"><?Functions ?><!--Functions--><functions/>Functions</R>)");
     ExpectNoCatalogue();
 }
 
 // ---- Values ----
 
-TEST_F(BadInputTest, AnIdBeyond32BitsStopsAtTheLimit) {
+TEST_F(BadInputTest, IdAbove32BitsSaturatesAndIsCounted) {
     WriteFunctions(Function(1) + R"(<Function ID="99999999999999999999"><Display/><Commands/></Function>)");
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(BadInputTest, ANegativeIdInTheDefaultsGivesNoCatalogue) {
+TEST_F(BadInputTest, NegativeIdMakesCatalogueUnavailable) {
     WriteFunctions(Function(1) + Function(-1));
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(BadInputTest, AnIdBelow32BitsGivesNoCatalogue) {
+TEST_F(BadInputTest, IdBelow32BitsMakesCatalogueUnavailable) {
     WriteFunctions(R"(<Function ID="-99999999999999999999"><Display/><Commands/></Function>)");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(BadInputTest, StoredIdsMayBeAnyNumbers) {
+TEST_F(BadInputTest, StoredNumbersSaturateOrReadAsZero) {
     WriteFunctions(Function(1));
     WriteBalanced(R"(<Function ID="99999999999" ACParamIndex="1" DCParamIndex="1"/>
                      <Function ID="1" ACParamIndex="-99999999999" DCParamIndex="x"/>
@@ -346,7 +346,7 @@ TEST_F(BadInputTest, StoredIdsMayBeAnyNumbers) {
               (Params{{-7, {0, -1}}, {0, {INT_MAX, INT_MIN}}, {1, {INT_MIN, 0}}, {INT_MAX, {1, 1}}}));
 }
 
-TEST_F(BadInputTest, AGuidOfAnyLengthIsOnlyAGuidThatDoesNotMatch) {
+TEST_F(BadInputTest, MalformedGuidsDoNotMatchScheme) {
     WriteDefaults(TwoFunctions);
     WriteSchemes(OldScheme(std::string(100000, '3'), "") + OldScheme("", "") +
                  OldScheme("{" + std::string{BalancedText} + "}", "") +
@@ -368,11 +368,11 @@ protected:
     }
 };
 
-TEST_F(HugeFileTest, EveryFunctionIsCounted) {
+TEST_F(HugeFileTest, TenThousandFunctionsAreCounted) {
     EXPECT_EQ(Dll().GetFuncCount(), std::uint32_t{Count});
 }
 
-TEST_F(HugeFileTest, EveryFunctionIsAdoptedStoredAndReadBack) {
+TEST_F(HugeFileTest, TenThousandFunctionsAreStoredAndReadBack) {
     EXPECT_EQ(GetParameter(Balanced).size(), std::size_t{Count});
     EXPECT_TRUE(SetParameter(Balanced, {{0, {7, 8}}, {Count - 1, {9, 10}}}));
     Unload();
@@ -383,7 +383,7 @@ TEST_F(HugeFileTest, EveryFunctionIsAdoptedStoredAndReadBack) {
     EXPECT_EQ(params.back(), (Params::value_type{Count - 1, {9, 10}}));
 }
 
-TEST_F(HugeFileTest, EverySchemeOfManyIsFound) {
+TEST_F(HugeFileTest, SchemeAfterTenThousandOthersIsFound) {
     std::string schemes;
     for (int i = 0; i < Count; ++i)
         schemes += OldScheme("00000000-0000-0000-0000-" + std::to_string(100000000000 + i), "");
@@ -393,7 +393,7 @@ TEST_F(HugeFileTest, EverySchemeOfManyIsFound) {
 
 // ---- Missing files and folders, and folders in place of files ----
 
-TEST_F(BadInputTest, MissingFilesGiveNoCatalogueAndAreNotCreated) {
+TEST_F(BadInputTest, MissingFilesMakeCatalogueUnavailableAndStayMissing) {
     ExpectNoCatalogue();
     EXPECT_FALSE(Dll().ResetDefault());
     for (const auto& file : {installation.DefaultsFile(), installation.UserFile(), installation.BaseFile(),
@@ -401,7 +401,7 @@ TEST_F(BadInputTest, MissingFilesGiveNoCatalogueAndAreNotCreated) {
         EXPECT_FALSE(std::filesystem::exists(file)) << file;
 }
 
-TEST_F(BadInputTest, MissingFoldersAreSurvivedByEveryExport) {
+TEST_F(BadInputTest, EveryExportSurvivesMissingFolders) {
     std::filesystem::remove_all(installation.ProgramFiles());
     std::filesystem::remove_all(installation.ProgramData());
     ExpectNoCatalogue();
@@ -411,13 +411,13 @@ TEST_F(BadInputTest, MissingFoldersAreSurvivedByEveryExport) {
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramData()));
 }
 
-TEST_F(BadInputTest, WithoutAFolderForTheUserSettingsTheDefaultsCount) {
+TEST_F(BadInputTest, MissingUserFolderYieldsDefaults) {
     WriteDefaults(TwoFunctions);
     std::filesystem::remove_all(installation.ProgramData());
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
 }
 
-TEST_F(BadInputTest, FoldersInThePlaceOfTheFilesAreSurvivedByEveryExport) {
+TEST_F(BadInputTest, EveryExportSurvivesFoldersNamedLikeFiles) {
     for (const auto& file : {installation.DefaultsFile(), installation.UserFile(), installation.BaseFile(),
                              installation.StringTableFile()})
         std::filesystem::create_directory(file);
@@ -427,7 +427,7 @@ TEST_F(BadInputTest, FoldersInThePlaceOfTheFilesAreSurvivedByEveryExport) {
     EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
 }
 
-TEST_F(BadInputTest, AFolderInThePlaceOfTheUserSettingsLeavesTheDefaultsAndStays) {
+TEST_F(BadInputTest, FolderNamedLikeUserFileIsNotReplaced) {
     WriteDefaults(TwoFunctions);
     std::filesystem::create_directory(installation.UserFile());
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
@@ -436,7 +436,7 @@ TEST_F(BadInputTest, AFolderInThePlaceOfTheUserSettingsLeavesTheDefaultsAndStays
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(BadInputTest, AFileInThePlaceOfTheFolderIsLeftAlone) {
+TEST_F(BadInputTest, FileNamedLikeUserFolderIsNotReplaced) {
     WriteDefaults(TwoFunctions);
     const std::filesystem::path folder = installation.UserFile().parent_path();
     std::filesystem::remove_all(folder);
@@ -445,7 +445,7 @@ TEST_F(BadInputTest, AFileInThePlaceOfTheFolderIsLeftAlone) {
     EXPECT_EQ(ReadFile(folder), "a file");
 }
 
-TEST_F(BadInputTest, AFileThatAnotherProgramKeepsClosedIsNotReplaced) {
+TEST_F(BadInputTest, FileOpenWithoutSharingIsNotReplaced) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(StoredTwoFunctions());
     const HANDLE locked = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, 0, nullptr,

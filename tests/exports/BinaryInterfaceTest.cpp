@@ -19,7 +19,7 @@ protected:
 
 // ---- The file ----
 
-TEST_F(BinaryInterfaceTest, TheEighteenNamesAreExportedAndNothingElse) {
+TEST_F(BinaryInterfaceTest, ModuleExportsExactlyEighteenNames) {
     EXPECT_EQ(
         Image().ExportedNames(),
         (std::vector<std::string>{"AddFunctionDefault", "GetCommandInfo", "GetCommonSetting",
@@ -30,7 +30,7 @@ TEST_F(BinaryInterfaceTest, TheEighteenNamesAreExportedAndNothingElse) {
     EXPECT_EQ(Image().ExportCount(), 18u);
 }
 
-TEST_F(BinaryInterfaceTest, OnlyModulesOfTheSystemAreImported) {
+TEST_F(BinaryInterfaceTest, ModuleImportsOnlySystemModules) {
     const auto isOfTheSystem = [](std::string name) {
         std::ranges::transform(name, name.begin(),
                                [](unsigned char character) { return std::tolower(character); });
@@ -43,7 +43,7 @@ TEST_F(BinaryInterfaceTest, OnlyModulesOfTheSystemAreImported) {
         EXPECT_TRUE(isOfTheSystem(name)) << name;
 }
 
-TEST_F(BinaryInterfaceTest, TheFileIsALibraryFor64BitWindows) {
+TEST_F(BinaryInterfaceTest, FileIsDllFor64BitWindows) {
     const IMAGE_NT_HEADERS& headers = Image().Headers();
     EXPECT_EQ(headers.FileHeader.Machine, IMAGE_FILE_MACHINE_AMD64);
     EXPECT_TRUE(headers.FileHeader.Characteristics & IMAGE_FILE_DLL);
@@ -51,9 +51,9 @@ TEST_F(BinaryInterfaceTest, TheFileIsALibraryFor64BitWindows) {
     EXPECT_TRUE(headers.OptionalHeader.DllCharacteristics & IMAGE_DLLCHARACTERISTICS_NX_COMPAT);
 }
 
-class VersionTest : public BinaryInterfaceTest {
+class VersionResourceTest : public BinaryInterfaceTest {
 protected:
-    VersionTest() {
+    VersionResourceTest() {
         const std::wstring file = Library::ProgramFolder() / L"ZOTDam.dll";
         resource.resize(GetFileVersionInfoSizeW(file.c_str(), nullptr));
         GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(resource.size()), resource.data());
@@ -71,7 +71,7 @@ private:
     std::vector<BYTE> resource;
 };
 
-TEST_F(VersionTest, TheFileTellsItsVersion) {
+TEST_F(VersionResourceTest, VersionResourceHasFileAndProductVersion) {
     const auto* const version = Query<VS_FIXEDFILEINFO>(L"\\");
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version->dwSignature, VS_FFI_SIGNATURE);
@@ -81,7 +81,7 @@ TEST_F(VersionTest, TheFileTellsItsVersion) {
     EXPECT_EQ(version->dwFileType, DWORD{VFT_DLL});
 }
 
-TEST_F(VersionTest, TheFileTellsItsName) {
+TEST_F(VersionResourceTest, VersionResourceHasOriginalFileName) {
     const auto* const name = Query<wchar_t>(L"\\StringFileInfo\\040904B0\\OriginalFilename");
     ASSERT_NE(name, nullptr);
     EXPECT_STREQ(name, L"ZOTDam.dll");
@@ -89,7 +89,7 @@ TEST_F(VersionTest, TheFileTellsItsName) {
 
 // ---- Results ----
 
-TEST_F(BinaryInterfaceTest, EveryBoolIsOneCleanByte) {
+TEST_F(BinaryInterfaceTest, EveryExportReturnsBoolOfZeroOrOne) {
     WriteDefaults(TwoFunctions);
     CallEveryExport(Dll(), Balanced);
     CallEveryExport(Dll(), Balanced);  // after ZOTDamExit, which the first round called
@@ -106,16 +106,16 @@ TEST_F(BinaryInterfaceTest, TrueIsOneAndFalseIsZero) {
 
 // ---- Callbacks of other shapes ----
 
-class CallbackShapeTest : public BinaryInterfaceTest {
+class CallbackAbiTest : public BinaryInterfaceTest {
 protected:
-    CallbackShapeTest() { WriteDefaults(TwoFunctions); }
+    CallbackAbiTest() { WriteDefaults(TwoFunctions); }
 
     bool EnumerateInto(void* callback) {
         return Dll().GetParameterDefault(&Balanced, static_cast<IGetParameterCallback*>(callback));
     }
 };
 
-TEST_F(CallbackShapeTest, WhatOnItemReturnsDoesNotMatter) {
+TEST_F(CallbackAbiTest, ReturnValueOfOnItemIsIgnored) {
     struct FalseCallback {
         virtual bool OnItem(std::int32_t, const ParamValue*) {
             ++calls;
@@ -127,7 +127,7 @@ TEST_F(CallbackShapeTest, WhatOnItemReturnsDoesNotMatter) {
     EXPECT_EQ(callback.calls, 2);
 }
 
-TEST_F(CallbackShapeTest, OnlyTheFirstEntryOfTheTableIsUsed) {
+TEST_F(CallbackAbiTest, OnlyFirstVtableEntryIsCalled) {
     struct ExtendedCallback {
         virtual void OnItem(std::int32_t, const ParamValue*) { ++calls; }
         virtual void OnOther() { ++otherCalls; }
@@ -190,7 +190,7 @@ private:
     Object object;
 };
 
-TEST_F(CallbackShapeTest, AnOnItemMayChangeEveryRegisterThatIsNotPreserved) {
+TEST_F(CallbackAbiTest, VolatileRegistersMayChangeDuringOnItem) {
     ClobberingCallback garbling;
     EXPECT_TRUE(EnumerateInto(garbling.get()));
     EXPECT_EQ(garbling.Calls(), 2);

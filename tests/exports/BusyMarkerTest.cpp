@@ -46,7 +46,7 @@ protected:
 
 // ---- When the markers are opened ----
 
-TEST_F(BusyMarkerTest, AWriteLooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
+TEST_F(BusyMarkerTest, WriteOpensMarkerBeforeLoadAndBeforeSave) {
     WriteFiles();
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
@@ -55,14 +55,14 @@ TEST_F(BusyMarkerTest, AWriteLooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyMarkerTest, AWriteWithoutAFileLooksForTheMarkerBeforeItsSaveOnly) {
+TEST_F(BusyMarkerTest, WriteWithoutFileOpensMarkerBeforeSaveOnly) {
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(calls.opened, (Names{UserMarker}));
     EXPECT_EQ(calls.created, (Names{UserMarker}));
 }
 
-TEST_F(BusyMarkerTest, AReadThatStoresNothingLooksForTheMarkerOnce) {
+TEST_F(BusyMarkerTest, ReadWithoutSaveOpensMarkerOnce) {
     WriteFiles();
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     MarkerCalls calls{Dll().Handle()};
@@ -71,7 +71,7 @@ TEST_F(BusyMarkerTest, AReadThatStoresNothingLooksForTheMarkerOnce) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyMarkerTest, AResetLooksForTheMarkerOnceSinceItDoesNotReadTheFile) {
+TEST_F(BusyMarkerTest, ResetOpensMarkerForSaveOnly) {
     WriteFiles();
     EXPECT_EQ(GetParameter(Balanced), stored);
     MarkerCalls calls{Dll().Handle()};
@@ -80,7 +80,7 @@ TEST_F(BusyMarkerTest, AResetLooksForTheMarkerOnceSinceItDoesNotReadTheFile) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyMarkerTest, TheDefaultsAreReadUnderTheirOwnMarkerOnce) {
+TEST_F(BusyMarkerTest, DefaultsAreReadOnceUnderOwnMarker) {
     WriteDefaults(TwoFunctions);
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
@@ -90,13 +90,13 @@ TEST_F(BusyMarkerTest, TheDefaultsAreReadUnderTheirOwnMarkerOnce) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyMarkerTest, WithoutADefaultsFileNoMarkerIsLookedFor) {
+TEST_F(BusyMarkerTest, MissingDefaultsFileOpensNoMarker) {
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     EXPECT_EQ(calls.opened, Names{});
 }
 
-TEST_F(BusyMarkerTest, AFoundMarkerIsNotMadeAndItsHandleIsClosed) {
+TEST_F(BusyMarkerTest, FoundMarkerIsClosedAndNotCreated) {
     WriteFiles();
     MarkerCalls calls{Dll().Handle()};
     const SecondProcess other{HoldMutex, {UserMarker}};
@@ -106,7 +106,7 @@ TEST_F(BusyMarkerTest, AFoundMarkerIsNotMadeAndItsHandleIsClosed) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheSaveFails) {
+TEST_F(BusyMarkerTest, FailedSaveClosesMarker) {
     WriteFiles();
     const ImportPatch patch{Dll().Handle(), "MoveFileExW",
                             +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
@@ -117,7 +117,7 @@ TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheSaveFails) {
     EXPECT_FALSE(MarkerExists(UserMarker));
 }
 
-TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheLoadFails) {
+TEST_F(BusyMarkerTest, FailedLoadClosesMarker) {
     WriteDefaults("<ZOTDefault>");
     MarkerCalls calls{Dll().Handle()};
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
@@ -125,7 +125,7 @@ TEST_F(BusyMarkerTest, TheHandleIsClosedWhenTheLoadFails) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_F(BusyMarkerTest, TheFileIsReadBetweenTheMakingAndTheClosingOfTheMarker) {
+TEST_F(BusyMarkerTest, FileIsReadWhileMarkerExists) {
     WriteDefaults("<ZOTDefault/>");
     MarkerCalls calls{Dll().Handle()};
     calls.onCreate = [&] {
@@ -140,7 +140,7 @@ TEST_F(BusyMarkerTest, TheFileIsReadBetweenTheMakingAndTheClosingOfTheMarker) {
     EXPECT_FALSE(MarkerExists(DefaultsMarker));
 }
 
-TEST_F(BusyMarkerTest, TheFileIsWrittenBetweenTheMakingAndTheClosingOfTheMarker) {
+TEST_F(BusyMarkerTest, FileIsWrittenWhileMarkerExists) {
     MarkerCalls calls{Dll().Handle()};
     calls.onCreate = [&] {
         EXPECT_FALSE(HasUserFile());
@@ -155,20 +155,20 @@ TEST_F(BusyMarkerTest, TheFileIsWrittenBetweenTheMakingAndTheClosingOfTheMarker)
     EXPECT_FALSE(MarkerExists(UserMarker));
 }
 
-TEST_F(BusyMarkerTest, TheOwnershipIsNeverReleasedByACallOfItsOwn) {
+TEST_F(BusyMarkerTest, MarkerOwnershipIsNeverReleasedExplicitly) {
     EXPECT_THROW((ImportPatch{Dll().Handle(), "ReleaseMutex", &ReleaseMutex}), std::invalid_argument);
 }
 
 // ---- Markers held by other processes ----
 
-TEST_F(BusyMarkerTest, AReadSkipsABusyFile) {
+TEST_F(BusyMarkerTest, ReadSkipsBusyFile) {
     WriteFiles();
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(GetParameter(Balanced), defaults);
     EXPECT_EQ(UserSettings(), StoredSettings());
 }
 
-TEST_F(BusyMarkerTest, AReadOfABusyFileKeepsWhatWasReadBefore) {
+TEST_F(BusyMarkerTest, ReadOfBusyFileKeepsPreviousContent) {
     WriteFiles();
     EXPECT_EQ(GetParameter(Balanced), stored);
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 7) + OldFunction(2, 8, 8))));
@@ -179,7 +179,7 @@ TEST_F(BusyMarkerTest, AReadOfABusyFileKeepsWhatWasReadBefore) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {7, 7}}, {2, {8, 8}}}));
 }
 
-TEST_F(BusyMarkerTest, AWriteLeavesAFileUnchangedThatWasBusyWheneverItWasToBeRead) {
+TEST_F(BusyMarkerTest, FileThatWasNeverReadIsNotReplaced) {
     WriteUserSettings(OldUserFile(OldScheme(HighPerformanceText, OldFunction(1, 7, 8))));
     const std::string before = UserSettings();
     MarkerCalls calls{Dll().Handle()};
@@ -188,14 +188,14 @@ TEST_F(BusyMarkerTest, AWriteLeavesAFileUnchangedThatWasBusyWheneverItWasToBeRea
     EXPECT_EQ(UserSettings(), before);
 }
 
-TEST_F(BusyMarkerTest, AWriteLeavesABusyFileUnchangedAndGivesTrue) {
+TEST_F(BusyMarkerTest, WriteToBusyFileSucceedsWithoutSaving) {
     WriteFiles();
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), StoredSettings());
 }
 
-TEST_F(BusyMarkerTest, OnceTheHolderHasEndedTheNextWriteIsSaved) {
+TEST_F(BusyMarkerTest, WriteIsSavedAfterMarkerHolderEnds) {
     WriteFiles();
     {
         SecondProcess other{HoldMutex, {UserMarker}};
@@ -207,7 +207,7 @@ TEST_F(BusyMarkerTest, OnceTheHolderHasEndedTheNextWriteIsSaved) {
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + OldFunction(2, 7, 8))));
 }
 
-TEST_F(BusyMarkerTest, AMarkerOfTheSameProcessCountsTooAndNeedsNoOwner) {
+TEST_F(BusyMarkerTest, UnownedMarkerOfSameProcessMakesFileBusy) {
     WriteFiles();
     const HANDLE marker = CreateMutexW(nullptr, FALSE, UserMarker);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
@@ -215,7 +215,7 @@ TEST_F(BusyMarkerTest, AMarkerOfTheSameProcessCountsTooAndNeedsNoOwner) {
     CloseHandle(marker);
 }
 
-TEST_F(BusyMarkerTest, ASkippedReadAndSaveChangeNoResult) {
+TEST_F(BusyMarkerTest, SkippedLoadsAndSavesDoNotChangeResults) {
     WriteFiles();
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
@@ -224,19 +224,19 @@ TEST_F(BusyMarkerTest, ASkippedReadAndSaveChangeNoResult) {
     EXPECT_EQ(UserSettings(), StoredSettings());
 }
 
-TEST_F(BusyMarkerTest, TheUserMarkerDoesNotKeepTheDefaultsFromBeingRead) {
+TEST_F(BusyMarkerTest, UserMarkerDoesNotBlockReadingDefaults) {
     WriteDefaults(TwoFunctions);
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(BusyMarkerTest, TheDefaultsMarkerDoesNotKeepTheUserSettingsFromBeingSaved) {
+TEST_F(BusyMarkerTest, DefaultsMarkerDoesNotBlockSavingUserSettings) {
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6))));
 }
 
-TEST_F(BusyMarkerTest, DefaultsThatAreBusyAtTheirOnlyLoadStayUnread) {
+TEST_F(BusyMarkerTest, DefaultsBusyAtFirstLoadStayUnread) {
     WriteFiles();
     {
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -251,7 +251,7 @@ TEST_F(BusyMarkerTest, DefaultsThatAreBusyAtTheirOnlyLoadStayUnread) {
     EXPECT_EQ(Defaults(), TwoFunctions);
 }
 
-TEST_F(BusyMarkerTest, DefaultsThatAreBusyAfterTheirLoadAreStillKnown) {
+TEST_F(BusyMarkerTest, DefaultsBusyAfterLoadStayAvailable) {
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -260,7 +260,7 @@ TEST_F(BusyMarkerTest, DefaultsThatAreBusyAfterTheirLoadAreStillKnown) {
 
 // ---- Separate markers for load and save ----
 
-TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
+TEST_F(BusyMarkerTest, FileBusyDuringLoadIsSavedFromMemory) {
     WriteFiles();
     EXPECT_EQ(GetParameter(Balanced), stored);
     WriteUserSettings("<OrloPowerCfg><Newer/></OrloPowerCfg>");
@@ -274,7 +274,7 @@ TEST_F(BusyMarkerTest, AFileThatIsBusyForTheLoadOnlyIsSavedFromMemory) {
 }
 
 // Changes parameters in memory while the file is busy, so that they are not saved.
-class UnsavedEditTest : public BusyMarkerTest {
+class UnsavedChangeTest : public BusyMarkerTest {
 protected:
     void EditWithoutSaving() {
         MarkerCalls calls{Dll().Handle()};
@@ -287,7 +287,7 @@ protected:
     const Params edited = {{1, {5, 6}}, {2, {52, 53}}};
 };
 
-TEST_F(UnsavedEditTest, LivesWhileTheFileIsBusy) {
+TEST_F(UnsavedChangeTest, UnsavedChangeIsReadWhileFileIsBusy) {
     WriteFiles();
     EditWithoutSaving();
     EXPECT_EQ(UserSettings(), StoredSettings());
@@ -296,7 +296,7 @@ TEST_F(UnsavedEditTest, LivesWhileTheFileIsBusy) {
     EXPECT_EQ(GetParameter(Balanced), edited);
 }
 
-TEST_F(UnsavedEditTest, IsLostWithTheNextLoad) {
+TEST_F(UnsavedChangeTest, NextLoadDiscardsUnsavedChange) {
     WriteFiles();
     EditWithoutSaving();
     EXPECT_EQ(GetParameter(Balanced), stored);
@@ -304,7 +304,7 @@ TEST_F(UnsavedEditTest, IsLostWithTheNextLoad) {
     EXPECT_EQ(GetParameter(Balanced), stored);
 }
 
-TEST_F(UnsavedEditTest, IsSavedWithTheNextSaveWhenNoLoadCameBefore) {
+TEST_F(UnsavedChangeTest, NextSaveWithoutLoadWritesUnsavedChange) {
     WriteFiles();
     EditWithoutSaving();
     MarkerCalls calls{Dll().Handle()};
@@ -314,7 +314,7 @@ TEST_F(UnsavedEditTest, IsSavedWithTheNextSaveWhenNoLoadCameBefore) {
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 7, 8))));
 }
 
-TEST_F(UnsavedEditTest, IsLostWithTheNextUseWhenThereIsNoFile) {
+TEST_F(UnsavedChangeTest, NextUseWithoutFileDiscardsUnsavedChange) {
     EditWithoutSaving();
     EXPECT_FALSE(HasUserFile());
     EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
@@ -323,7 +323,7 @@ TEST_F(UnsavedEditTest, IsLostWithTheNextUseWhenThereIsNoFile) {
 }
 
 // A write that reaches a function without "ID" is not saved. The next save writes its changes in memory.
-TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest) {
+TEST_F(BusyMarkerTest, WriteUpdatesUntilFunctionWithoutIdThenAppends) {
     WriteUserSettings(
         OldUserFile(OldScheme(BalancedText, OldFunction(5, 1, 1) + "<Function/>" + OldFunction(6, 1, 1))));
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}, {6, {60, 61}}}));
@@ -336,7 +336,7 @@ TEST_F(BusyMarkerTest, AWriteUpdatesUpToAFunctionWithoutIdAndStillAppendsTheRest
                           NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
 }
 
-TEST_F(BusyMarkerTest, AWriteAppendsEverythingWhereTheFirstFunctionHasNoId) {
+TEST_F(BusyMarkerTest, FirstFunctionWithoutIdMakesWriteAppendEverything) {
     const std::string functions = R"(<Function ACParamIndex="1" DCParamIndex="1"/>)" + OldFunction(5, 1, 1);
     const std::string file = OldUserFile(OldScheme(BalancedText, functions));
     WriteUserSettings(file);
@@ -377,16 +377,16 @@ std::optional<HANDLE> CreateMutexWith() {
     return UnnamedMutex(Error);
 }
 
-class MarkerAnswerTest : public BusyMarkerTest, public testing::WithParamInterface<MarkerAnswer> {
+class MutexResultTest : public BusyMarkerTest, public testing::WithParamInterface<MarkerAnswer> {
 protected:
     void Apply(MarkerCalls& calls) const {
-        calls.onOpen = MarkerAnswerTest::GetParam().onOpen;
-        calls.onCreate = MarkerAnswerTest::GetParam().onCreate;
+        calls.onOpen = MutexResultTest::GetParam().onOpen;
+        calls.onCreate = MutexResultTest::GetParam().onCreate;
     }
-    bool Busy() const { return MarkerAnswerTest::GetParam().busy; }
+    bool Busy() const { return MutexResultTest::GetParam().busy; }
 };
 
-TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsSaved) {
+TEST_P(MutexResultTest, MutexResultDecidesWhetherFileIsSaved) {
     MarkerCalls calls{Dll().Handle()};
     Apply(calls);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
@@ -394,7 +394,7 @@ TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsSaved) {
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
-TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsRead) {
+TEST_P(MutexResultTest, MutexResultDecidesWhetherFileIsRead) {
     WriteDefaults(TwoFunctions);
     MarkerCalls calls{Dll().Handle()};
     Apply(calls);
@@ -403,26 +403,26 @@ TEST_P(MarkerAnswerTest, DecidesWhetherTheFileIsRead) {
 }
 
 constexpr MarkerAnswer MarkerAnswers[] = {
-    {"NobodyHasIt", CallSystem, CallSystem, false},
-    {"ItOpens", CreateMutexWith<ERROR_SUCCESS>, CallSystem, true},
-    {"ItOpensBesideAnOldErrorCode", CreateMutexWith<ERROR_FILE_NOT_FOUND>, CallSystem, true},
-    {"OpeningIsDenied", FailWith<ERROR_ACCESS_DENIED>, CallSystem, true},
-    {"OpeningFailsSinceItExists", FailWith<ERROR_ALREADY_EXISTS>, CallSystem, true},
-    {"OpeningFailsOtherwise", FailWith<ERROR_NOT_ENOUGH_MEMORY>, CallSystem, false},
-    {"MakingIsDenied", CallSystem, FailWith<ERROR_ACCESS_DENIED>, true},
-    {"MakingFailsSinceItExists", CallSystem, FailWith<ERROR_ALREADY_EXISTS>, true},
-    {"MakingFindsOneThatIsNew", CallSystem, CreateMutexWith<ERROR_ALREADY_EXISTS>, true},
-    {"MakingFailsForLackOfMemory", CallSystem, FailWith<ERROR_NOT_ENOUGH_MEMORY>, false},
-    {"MakingFailsSinceTheNameIsTaken", CallSystem, FailWith<ERROR_INVALID_HANDLE>, false},
-    {"BothFail", FailWith<ERROR_INVALID_HANDLE>, FailWith<ERROR_NO_SYSTEM_RESOURCES>, false},
+    {"MutexDoesNotExist", CallSystem, CallSystem, false},
+    {"OpenSucceeds", CreateMutexWith<ERROR_SUCCESS>, CallSystem, true},
+    {"OpenSucceedsWithStaleErrorCode", CreateMutexWith<ERROR_FILE_NOT_FOUND>, CallSystem, true},
+    {"OpenFailsWithAccessDenied", FailWith<ERROR_ACCESS_DENIED>, CallSystem, true},
+    {"OpenFailsWithAlreadyExists", FailWith<ERROR_ALREADY_EXISTS>, CallSystem, true},
+    {"OpenFailsWithNotEnoughMemory", FailWith<ERROR_NOT_ENOUGH_MEMORY>, CallSystem, false},
+    {"CreateFailsWithAccessDenied", CallSystem, FailWith<ERROR_ACCESS_DENIED>, true},
+    {"CreateFailsWithAlreadyExists", CallSystem, FailWith<ERROR_ALREADY_EXISTS>, true},
+    {"CreateOpensExistingMutex", CallSystem, CreateMutexWith<ERROR_ALREADY_EXISTS>, true},
+    {"CreateFailsWithNotEnoughMemory", CallSystem, FailWith<ERROR_NOT_ENOUGH_MEMORY>, false},
+    {"CreateFailsWithInvalidHandle", CallSystem, FailWith<ERROR_INVALID_HANDLE>, false},
+    {"OpenAndCreateFail", FailWith<ERROR_INVALID_HANDLE>, FailWith<ERROR_NO_SYSTEM_RESOURCES>, false},
 };
 
-INSTANTIATE_TEST_SUITE_P(Each, MarkerAnswerTest, testing::ValuesIn(MarkerAnswers),
+INSTANTIATE_TEST_SUITE_P(, MutexResultTest, testing::ValuesIn(MarkerAnswers),
                          [](const testing::TestParamInfo<MarkerAnswer>& info) {
                              return std::string{info.param.name};
                          });
 
-TEST_F(BusyMarkerTest, AnObjectOfAnotherKindUnderTheNameDoesNotStopASave) {
+TEST_F(BusyMarkerTest, ObjectOfAnotherTypeDoesNotBlockSave) {
     const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, UserMarker);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_TRUE(HasUserFile());

@@ -69,18 +69,18 @@ protected:
 
 // ---- Output ----
 
-TEST_F(CClientTest, CountsTheFunctions) {
+TEST_F(CClientTest, CClientCountsFunctions) {
     EXPECT_EQ(Call("GetFuncCount"), "2\n");
 }
 
-TEST_F(CClientTest, WalksTheListsOfTheFunctions) {
+TEST_F(CClientTest, CClientWalksFunctionLists) {
     EXPECT_EQ(Call("GetFunctionInfo"),
               "1: 2 3 \"one\" \"Group1Name\" AC (10 \"off\") (11 \"on\") DC (20 \"low\")\n"
               "2: 2 3 \"two\" \"Group1Name\" AC DC\n"
               "true\n");
 }
 
-TEST_F(CClientTest, WalksTheListsOfTheBaseCatalogue) {
+TEST_F(CClientTest, CClientWalksBaseCatalogueLists) {
     const std::string second = "6: 2 3 \"one\" \"g\" Default\ntrue\n";
     EXPECT_EQ(Call("GetFunctionBase"),
               "1: 2 3 \"one\" \"g\" Display family (1 0 0 0 0 0 \"a\") (2 3 4 0 0 0 \"b\")"
@@ -89,22 +89,22 @@ TEST_F(CClientTest, WalksTheListsOfTheBaseCatalogue) {
     EXPECT_EQ(Call("GetFunctionBaseUnSupported"), second);
 }
 
-TEST_F(CClientTest, WalksTheListsOfTheSpecSchemes) {
+TEST_F(CClientTest, CClientWalksSpecSchemeLists) {
     EXPECT_EQ(Call("GetSpecScheme"),
               " 381b4222-f694 00000001-0002 { 00000003-0004 = 5 6 00000007-0008 = 9 10 }"
               " 0000000b-000c { }\ntrue\n");
 }
 
-TEST_F(CClientTest, ReadsParameters) {
+TEST_F(CClientTest, CClientReadsParameters) {
     EXPECT_EQ(Call("GetParameterDefault"), "1: 0 0\n2: 4 5\ntrue\n");
     EXPECT_EQ(Call("GetParameter"), "1: 0 0\n2: 4 5\ntrue\n");
 }
 
-TEST_F(CClientTest, ReadsCommands) {
+TEST_F(CClientTest, CClientReadsCommands) {
     EXPECT_EQ(Call("GetCommandInfo"), " (31 32 34 10 20 33 \"x\")\n (35 32 34 10 20 33 \"x\")\ntrue\n");
 }
 
-TEST_F(CClientTest, ReadsCurrentValues) {
+TEST_F(CClientTest, CClientReadsCurrentValues) {
     EXPECT_EQ(Call("GetFuncCurValue"), "-1: -1 -1\nfalse\n");
     EXPECT_EQ(Call("TEVGetParam"), "true\n");
     EXPECT_EQ(Call("GetFuncCurValue"), "1: 10 20\ntrue\n");
@@ -112,7 +112,7 @@ TEST_F(CClientTest, ReadsCurrentValues) {
     EXPECT_EQ(Call("GetFuncCurValue"), "2: -1 -1\ntrue\n");
 }
 
-TEST_F(CClientTest, ReadsDifferences) {
+TEST_F(CClientTest, CClientReadsDifferences) {
     input.number = 1;
     EXPECT_EQ(Call("GetDiffFuncList"), " \"\" \"\"\nfalse\n");
     input.scheme = HighPerformance;
@@ -121,7 +121,7 @@ TEST_F(CClientTest, ReadsDifferences) {
     EXPECT_EQ(Call("GetDiffFuncList"), " \"- one\n\r\" \"\n\r\"\ntrue\n");
 }
 
-TEST_F(CClientTest, ReadsAndWritesCommonSettings) {
+TEST_F(CClientTest, CClientReadsAndWritesCommonSettings) {
     input.name = L"Beep";
     input.value = L"soft";
     EXPECT_EQ(Call("GetCommonSetting"), " \"loud\"\ntrue\n");
@@ -131,13 +131,13 @@ TEST_F(CClientTest, ReadsAndWritesCommonSettings) {
     EXPECT_NE(Defaults().find("<CommonSettings Beep=\"loud\"/>"), std::string::npos);
 }
 
-TEST_F(CClientTest, ResetsTheSettings) {
+TEST_F(CClientTest, CClientResetsSettings) {
     EXPECT_EQ(Store({{1, 1, 1}}, CClientBalanced), "true\n");
     EXPECT_EQ(Call("ResetDefault"), "true\n");
     EXPECT_EQ(Call("ResetDefault"), "false\n");
 }
 
-TEST_F(CClientTest, Leaves) {
+TEST_F(CClientTest, CClientCallAfterExitFails) {
     EXPECT_EQ(Call("ZOTDamExit"), "true\n");
     EXPECT_EQ(Call("GetFunctionInfo"), "false\n");
 }
@@ -149,7 +149,7 @@ class CClientMapTest : public CClientTest, public testing::WithParamInterface<CC
 INSTANTIATE_TEST_SUITE_P(, CClientMapTest,
                          testing::Values(CClientBalanced, CClientAscending, CClientDescending));
 
-TEST_P(CClientMapTest, IsStoredWhateverTheShapeOfItsTree) {
+TEST_P(CClientMapTest, MapIsStoredForEveryTreeShape) {
     WriteDefaults(TwoFunctions);
     for (const std::int32_t count : {1, 2, 3, 7, 64}) {
         std::string stored = count == 1 ? "1: 10 -1\n2: 4 5\n" : "";
@@ -160,12 +160,12 @@ TEST_P(CClientMapTest, IsStoredWhateverTheShapeOfItsTree) {
     }
 }
 
-TEST_P(CClientMapTest, IsRefusedWhenItIsEmpty) {
+TEST_P(CClientMapTest, EmptyMapIsRejected) {
     EXPECT_EQ(Store({}, GetParam()), "false\n");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(CClientTest, ReplacesTheFunctionsByLists) {
+TEST_F(CClientTest, CClientReplacesFunctionsWithNodes) {
     const XmlTree nodes = XmlTree::OfText(L"<R><Display/><Default A=\"1\"/></R>");
     const auto display = nodes.Find(L"//Display");
     const auto defaults = nodes.Find(L"//Default");
@@ -179,7 +179,7 @@ TEST_F(CClientTest, ReplacesTheFunctionsByLists) {
                           WrittenWith(2, WrittenCommand(21))));
 }
 
-TEST_F(CClientTest, ReplacesTheFunctionsWithoutNodes) {
+TEST_F(CClientTest, CClientReplacesFunctionsWithoutNodes) {
     WriteDefaults(TwoFunctions);
     input.recordCount = 1;
     EXPECT_EQ(Call("AddFunctionDefault"), "true\n");
@@ -187,7 +187,7 @@ TEST_F(CClientTest, ReplacesTheFunctionsWithoutNodes) {
               OldDefaults(WrittenWith(1, WrittenCommand(11) + WrittenCommand(12) + WrittenCommand(13))));
 }
 
-TEST_F(CClientTest, CannotReplaceTheFunctionsByAnEmptyList) {
+TEST_F(CClientTest, EmptyFunctionListIsRejected) {
     input.recordCount = 0;
     EXPECT_EQ(Call("AddFunctionDefault"), "false\n");
     EXPECT_EQ(Defaults(), Catalogue);

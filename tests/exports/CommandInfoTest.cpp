@@ -89,7 +89,7 @@ protected:
 
 // ---- The record ----
 
-TEST_F(CommandInfoTest, GivesEveryFieldOfACommand) {
+TEST_F(CommandInfoTest, CommandAttributesFillEveryField) {
     const CommandInfoRecord command = CommandOf(
         R"(ID="1" Event="2" State="3" ParamIndex1="0" ParamIndex2="1" Flag="4" SpecInfo1="sp&#233;cial")",
         {2, 1});
@@ -102,7 +102,7 @@ TEST_F(CommandInfoTest, GivesEveryFieldOfACommand) {
     EXPECT_STREQ(command.specInfo1, L"sp\u00E9cial");
 }
 
-TEST_F(CommandInfoTest, GivesZerosAndNoTextWhereACommandHasNoAttributes) {
+TEST_F(CommandInfoTest, MissingAttributesYieldZerosAndEmptyString) {
     WriteFunctions(FunctionWith(1, {.commands = "<CommandItem/>"}));
     const std::vector<CommandInfoRecord> commands = GetCommandInfo();
     ASSERT_EQ(commands.size(), 1u);
@@ -110,7 +110,7 @@ TEST_F(CommandInfoTest, GivesZerosAndNoTextWhereACommandHasNoAttributes) {
     EXPECT_EQ(std::memcmp(&commands[0], &zeros, sizeof zeros), 0);
 }
 
-TEST_F(CommandInfoTest, NothingOfALongTextIsLeftBehindAShortOne) {
+TEST_F(CommandInfoTest, ShortStringOverwritesLongStringCompletely) {
     WriteFunctions(FunctionWith(1, {.commands = "<CommandItem SpecInfo1=\"" + std::string(200, 's') +
                                                 R"("/><CommandItem SpecInfo1="s"/>)"}));
     const std::vector<CommandInfoRecord> commands = GetCommandInfo();
@@ -121,7 +121,7 @@ TEST_F(CommandInfoTest, NothingOfALongTextIsLeftBehindAShortOne) {
 
 class CommandNumberTest : public CommandInfoTest, public testing::WithParamInterface<NumberText> {};
 
-TEST_P(CommandNumberTest, IsReadInEveryNumber) {
+TEST_P(CommandNumberTest, NumberIsReadInEveryAttribute) {
     const auto& [name, text, value] = GetParam();
     const CommandInfoRecord command =
         CommandOf("ID=\"" + text + "\" Event=\"" + text + "\" State=\"" + text + "\" Flag=\"" + text + "\"");
@@ -131,7 +131,7 @@ TEST_P(CommandNumberTest, IsReadInEveryNumber) {
     EXPECT_EQ(command.flag, value);
 }
 
-TEST_P(CommandNumberTest, SelectsMainsPowerOnlyWhereItIsZero) {
+TEST_P(CommandNumberTest, OnlyZeroParamIndexSelectsAc) {
     const auto& [name, text, value] = GetParam();
     const CommandInfoRecord command = CommandOf("ParamIndex1=\"" + text + "\" ParamIndex2=\"" + text + "\"");
     EXPECT_EQ(command.option1, value == 0 ? 110 : 120);
@@ -140,26 +140,26 @@ TEST_P(CommandNumberTest, SelectsMainsPowerOnlyWhereItIsZero) {
 
 INSTANTIATE_TEST_SUITE_P(Numbers, CommandNumberTest, testing::ValuesIn(NumberTexts()), CaseName<NumberText>);
 
-TEST_F(CommandInfoTest, ALongestTextIsGivenWhole) {
+TEST_F(CommandInfoTest, LongestStringIsNotTruncated) {
     EXPECT_EQ(SpecInfoOf(std::string(LongestText, 's')), std::string(LongestText, 's'));
 }
 
-TEST_F(CommandInfoTest, ALongerTextIsCut) {
+TEST_F(CommandInfoTest, StringOneUnitTooLongIsTruncated) {
     EXPECT_EQ(SpecInfoOf(std::string(LongestText + 1, 's')), std::string(LongestText, 's'));
 }
 
-TEST_F(CommandInfoTest, AMuchLongerTextIsCut) {
+TEST_F(CommandInfoTest, MuchLongerStringIsTruncated) {
     EXPECT_EQ(SpecInfoOf(std::string(10000, 's')), std::string(LongestText, 's'));
 }
 
-TEST_F(CommandInfoTest, ATextIsNotCutInsideASurrogatePair) {
+TEST_F(CommandInfoTest, TruncationDropsIncompleteSurrogatePair) {
     const std::string start(LongestText - 1, 's');
     EXPECT_EQ(SpecInfoOf(start + "\U0001F50B"), start);
     Unload();
     EXPECT_EQ(SpecInfoOf(start + "\U0001F50B\U0001F50B"), start);
 }
 
-TEST_F(CommandInfoTest, ATextIsCutBehindASurrogatePair) {
+TEST_F(CommandInfoTest, TruncationKeepsCompleteSurrogatePair) {
     const std::string fitting = std::string(LongestText - 2, 's') + "\U0001F50B";
     EXPECT_EQ(SpecInfoOf(fitting), fitting);
     Unload();
@@ -179,9 +179,9 @@ void PrintTo(const PositionCase& position, std::ostream* out) {
     *out << position.position;
 }
 
-class PositionTest : public CommandInfoTest, public testing::WithParamInterface<PositionCase> {};
+class OptionPositionTest : public CommandInfoTest, public testing::WithParamInterface<PositionCase> {};
 
-TEST_P(PositionTest, SelectsTheOptionThere) {
+TEST_P(OptionPositionTest, StoredPositionSelectsOptionOrZero) {
     const auto& [name, position, acOption, dcOption] = GetParam();
     const CommandInfoRecord command = CommandOf(R"(ParamIndex1="0" ParamIndex2="1")", {position, position});
     EXPECT_EQ(command.option1, acOption);
@@ -189,14 +189,14 @@ TEST_P(PositionTest, SelectsTheOptionThere) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Positions, PositionTest,
+    Positions, OptionPositionTest,
     testing::Values(PositionCase{"First", 0, 110, 120}, PositionCase{"Second", 1, 111, 121},
-                    PositionCase{"BehindTheLastOnBattery", 2, 112, 0}, PositionCase{"BehindTheLast", 3, 0, 0},
-                    PositionCase{"FarBehindTheLast", INT_MAX, 0, 0}, PositionCase{"Negative", -1, 0, 0},
-                    PositionCase{"FarBelowZero", INT_MIN, 0, 0}),
+                    PositionCase{"PastLastDcOption", 2, 112, 0}, PositionCase{"PastLast", 3, 0, 0},
+                    PositionCase{"Maximum", INT_MAX, 0, 0}, PositionCase{"Negative", -1, 0, 0},
+                    PositionCase{"Minimum", INT_MIN, 0, 0}),
     CaseName<PositionCase>);
 
-TEST_F(CommandInfoTest, EachOptionIsSelectedByItsOwnParamIndex) {
+TEST_F(CommandInfoTest, EachParamIndexSelectsItsOwnOption) {
     EXPECT_EQ(CommandOf(R"(ParamIndex1="0" ParamIndex2="1")", {2, 1}).option1, 112);
     Unload();
     const CommandInfoRecord command = CommandOf(R"(ParamIndex1="1" ParamIndex2="0")", {2, 1});
@@ -204,32 +204,32 @@ TEST_F(CommandInfoTest, EachOptionIsSelectedByItsOwnParamIndex) {
     EXPECT_EQ(command.option2, 112);
 }
 
-TEST_F(CommandInfoTest, AParamIndexIsNoPosition) {
+TEST_F(CommandInfoTest, ParamIndexIsNotUsedAsPosition) {
     const CommandInfoRecord command = CommandOf(R"(ParamIndex1="5" ParamIndex2="-1")", {0, 1});
     EXPECT_EQ(command.option1, 121);
     EXPECT_EQ(command.option2, 121);
 }
 
-TEST_F(CommandInfoTest, BatteryHasItsOwnValueAndItsOwnItems) {
+TEST_F(CommandInfoTest, AcAndDcUseSeparateValuesAndItems) {
     const CommandInfoRecord command = CommandOf(R"(ParamIndex1="0" ParamIndex2="1")", {1, 0});
     EXPECT_EQ(command.option1, 111);
     EXPECT_EQ(command.option2, 120);
 }
 
-TEST_F(CommandInfoTest, AFunctionWithoutItemsOnAPowerSourceHasTheOptionZeroThere) {
+TEST_F(CommandInfoTest, MissingItemsYieldOptionZero) {
     WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = Command(1)}) +
                    FunctionWith(2, {.dcItems = Options({"20"}), .commands = Command(2)}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}, {2, 0, 20}}));
 }
 
-TEST_F(CommandInfoTest, AnOptionMayBeAnyNumber) {
+TEST_F(CommandInfoTest, ExtremeOptionsAreReturnedUnchanged) {
     WriteFunctions(FunctionWith(
         1,
         {.acItems = Options({"-2147483648"}), .dcItems = Options({"2147483647"}), .commands = Command(1)}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, INT_MIN, INT_MAX}}));
 }
 
-TEST_F(CommandInfoTest, AnItemWithoutOptionHasTheOneOfTheItemBeforeOnItsPowerSource) {
+TEST_F(CommandInfoTest, ItemWithoutOptionInheritsFromSamePowerSource) {
     WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}) + "<DisplayItem/>",
                                     .dcItems = "<DisplayItem/>",
                                     .commands = Command(1),
@@ -239,49 +239,49 @@ TEST_F(CommandInfoTest, AnItemWithoutOptionHasTheOneOfTheItemBeforeOnItsPowerSou
 
 // ---- Selection and order of the commands ----
 
-TEST_F(CommandInfoTest, GoesByAscendingFunctionIdAndThenByTheOrderOfTheFile) {
+TEST_F(CommandInfoTest, CommandsFollowFunctionIdThenFileOrder) {
     EXPECT_EQ(IdsOf(CommandingFunction(300, Command(1)) + CommandingFunction(0, Command(9) + Command(2)) +
                     CommandingFunction(20, Command(8) + Command(3) + Command(5))),
               (std::vector<std::int32_t>{9, 2, 8, 3, 5, 1}));
 }
 
-TEST_F(CommandInfoTest, EachCommandHasTheOptionsOfItsFunction) {
+TEST_F(CommandInfoTest, CommandHasOptionsOfItsFunction) {
     WriteFunctions(CommandingFunction(2, Command(1) + Command(2), {1, 1}) +
                    CommandingFunction(1, Command(1), {2, 0}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 120}, {1, 211, 221}, {2, 211, 221}}));
 }
 
-TEST_F(CommandInfoTest, GivesDuplicatesAsTheyStand) {
+TEST_F(CommandInfoTest, DuplicateCommandsAreAllEnumerated) {
     EXPECT_EQ(IdsOf(CommandingFunction(1, Command(4) + Command(5) + Command(4)) +
                     CommandingFunction(2, Command(4))),
               (std::vector<std::int32_t>{4, 5, 4, 4}));
 }
 
-TEST_F(CommandInfoTest, AFunctionWithoutCommandsGivesNone) {
+TEST_F(CommandInfoTest, FunctionWithoutCommandsAddsNothing) {
     EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + CommandingFunction(2, "") +
                     CommandingFunction(3, Command(3))),
               (std::vector<std::int32_t>{1, 3}));
 }
 
-TEST_F(CommandInfoTest, LeavesNoCommandOutForWhatItHolds) {
+TEST_F(CommandInfoTest, CommandsWithZeroOrNegativeFieldsAreEnumerated) {
     EXPECT_EQ(IdsOf(CommandingFunction(1, R"(<CommandItem ID="1" Event="-1" State="0" Flag="0" SpecInfo1=""/>
             <CommandItem ID="0"/><CommandItem ID="-1" Event="0" State="-1" Flag="-1"/>)")),
               (std::vector<std::int32_t>{1, 0, -1}));
 }
 
-TEST_F(CommandInfoTest, TakesTheCommandsAndOptionsOfTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(CommandInfoTest, FirstFunctionWithSameIdProvidesCommands) {
     WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = Command(1)}) +
                    CommandingFunction(1, Command(2) + Command(3)));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}}));
 }
 
-TEST_F(CommandInfoTest, AFunctionThatOnlyTheSchemeHoldsGivesNone) {
+TEST_F(CommandInfoTest, FunctionMissingFromCatalogueAddsNoCommands) {
     WriteFunctions(CommandingFunction(1, Command(1)));
     WriteBalanced(OldFunction(99, 0, 0) + OldFunction(1, 1, 1) + OldFunction(-1, 0, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 121}}));
 }
 
-TEST_F(CommandInfoTest, PassesOverAllThatIsNoCommand) {
+TEST_F(CommandInfoTest, NodesOtherThanCommandsAreIgnored) {
     EXPECT_EQ(IdsOf(FunctionWith(1, {.commands = R"(text<!--<CommandItem ID="2"/>--><commanditem ID="3"/>
         <CommandItem xmlns="urn:other" ID="4"/><Family><CommandItem ID="5"/></Family>)" +
                                                  Command(1)})),
@@ -290,7 +290,7 @@ TEST_F(CommandInfoTest, PassesOverAllThatIsNoCommand) {
 
 // ---- Attributes that a command is missing ----
 
-TEST_F(CommandInfoTest, ACommandWithoutAttributesIsLikeTheOneBefore) {
+TEST_F(CommandInfoTest, CommandWithoutAttributesInheritsAllFromPrevious) {
     WriteFunctions(CommandingFunction(1, R"(<CommandItem ID="1" Event="2" State="3" ParamIndex1="1"
         ParamIndex2="1" Flag="4" SpecInfo1="special"/><CommandItem/><CommandItem/>)"));
     const std::vector<CommandInfoRecord> commands = GetCommandInfo();
@@ -300,7 +300,7 @@ TEST_F(CommandInfoTest, ACommandWithoutAttributesIsLikeTheOneBefore) {
     EXPECT_EQ(std::memcmp(&commands[2], &commands[0], sizeof commands[0]), 0);
 }
 
-TEST_F(CommandInfoTest, EachAttributePassesToTheNextCommandByItself) {
+TEST_F(CommandInfoTest, EachAttributeIsInheritedSeparately) {
     WriteFunctions(CommandingFunction(1, R"(<CommandItem ID="1" Event="2" State="3" SpecInfo1="a"/>
         <CommandItem Event="5" SpecInfo1=""/><CommandItem ID="6" Flag="7"/>)"));
     const std::vector<CommandInfoRecord> commands = GetCommandInfo();
@@ -316,7 +316,7 @@ TEST_F(CommandInfoTest, EachAttributePassesToTheNextCommandByItself) {
     EXPECT_STREQ(commands[2].specInfo1, L"");
 }
 
-TEST_F(CommandInfoTest, NoAttributePassesToTheNextFunction) {
+TEST_F(CommandInfoTest, AttributesAreNotInheritedAcrossFunctions) {
     WriteFunctions(CommandingFunction(1, R"(<CommandItem ID="1" Event="2" State="3" ParamIndex1="1"
         ParamIndex2="1" Flag="4" SpecInfo1="special"/>)") +
                    FunctionWith(2, {.commands = "<CommandItem/>"}));
@@ -328,7 +328,7 @@ TEST_F(CommandInfoTest, NoAttributePassesToTheNextFunction) {
 
 // ---- The scheme ----
 
-TEST_F(CommandInfoTest, TakesTheUsersValues) {
+TEST_F(CommandInfoTest, StoredSchemeValuesOverrideDefaults) {
     WriteFunctions(CommandingFunction(1, Command(1), {1, 1}));
     WriteSchemes(OldScheme(HighPerformanceText, OldFunction(1, 0, 0)) +
                  OldScheme(BalancedText, OldFunction(1, 2, 0)));
@@ -336,13 +336,13 @@ TEST_F(CommandInfoTest, TakesTheUsersValues) {
     EXPECT_EQ(ResolveCommands(HighPerformance), (Resolved{{1, 110, 120}}));
 }
 
-TEST_F(CommandInfoTest, AdoptsAndStoresTheDefaultsOfASchemeThatIsReadForTheFirstTime) {
+TEST_F(CommandInfoTest, FirstReadOfSchemeAdoptsAndStoresDefaults) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 1))));
 }
 
-TEST_F(CommandInfoTest, CompletesAndStoresASchemeThatLacksAFunction) {
+TEST_F(CommandInfoTest, IncompleteSchemeIsCompletedAndStored) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}) + CommandingFunction(2, Command(2), {2, 1}));
     WriteBalanced(OldFunction(1, 0, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 110, 120}, {2, 212, 221}}));
@@ -350,7 +350,7 @@ TEST_F(CommandInfoTest, CompletesAndStoresASchemeThatLacksAFunction) {
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + NewFunction(2, 2, 1))));
 }
 
-TEST_F(CommandInfoTest, ReadsTheSchemeAnewForEachCall) {
+TEST_F(CommandInfoTest, SchemeIsReadAgainForEachCall) {
     WriteFunctions(CommandingFunction(1, Command(1)));
     WriteBalanced(OldFunction(1, 1, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 120}}));
@@ -358,13 +358,13 @@ TEST_F(CommandInfoTest, ReadsTheSchemeAnewForEachCall) {
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
 }
 
-TEST_F(CommandInfoTest, TakesASchemeThatCannotBeStored) {
+TEST_F(CommandInfoTest, SchemeThatCannotBeSavedIsUsed) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
 }
 
-TEST_F(CommandInfoTest, TakesTheSettingsInMemoryWhileTheFileIsBusy) {
+TEST_F(CommandInfoTest, BusyFileYieldsSettingsInMemory) {
     WriteFunctions(CommandingFunction(1, Command(1)));
     WriteBalanced(OldFunction(1, 1, 0));
     CommandIds();
@@ -373,25 +373,25 @@ TEST_F(CommandInfoTest, TakesTheSettingsInMemoryWhileTheFileIsBusy) {
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 120}}));
 }
 
-TEST_F(CommandInfoTest, AdoptsButDoesNotStoreTheDefaultsWhileTheFileIsBusy) {
+TEST_F(CommandInfoTest, BusyFileAdoptsDefaultsWithoutStoring) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(CommandInfoTest, GivesNoCommandsWithoutACatalogue) {
+TEST_F(CommandInfoTest, MissingCatalogueYieldsNoCommands) {
     WriteBalanced(OldFunction(1, 0, 0));
     EXPECT_EQ(CommandIds(), std::vector<std::int32_t>{});
 }
 
-TEST_F(CommandInfoTest, GivesNoCommandsWhereTheCatalogueCannotBeLoaded) {
+TEST_F(CommandInfoTest, InvalidCatalogueYieldsNoCommands) {
     WriteBalanced(OldFunction(1, 0, 0));
     EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + R"(<Function ID="2"><Display/></Function>)"),
               std::vector<std::int32_t>{});
 }
 
-TEST_F(CommandInfoTest, GivesNoCommandsWhereNeitherSchemeNorDefaultsCanBeRead) {
+TEST_F(CommandInfoTest, UnreadableSchemeAndDefaultsYieldNoCommands) {
     EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) +
                     R"(<Function ID="2"><Display/><Commands/><Default ACParamIndex="0"/></Function>)"),
               std::vector<std::int32_t>{});
@@ -399,7 +399,7 @@ TEST_F(CommandInfoTest, GivesNoCommandsWhereNeitherSchemeNorDefaultsCanBeRead) {
 }
 
 // A function without "ID" cannot be matched, so the completed scheme cannot be stored.
-TEST_F(CommandInfoTest, GivesNoCommandsOfASchemeThatCannotBeWrittenBack) {
+TEST_F(CommandInfoTest, SchemeThatCannotBeCompletedYieldsNoCommands) {
     const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
     WriteFunctions(CommandingFunction(1, Command(1)) + CommandingFunction(2, Command(2)));
     WriteBalanced(OldFunction(1, 0, 0) + nameless);
@@ -411,20 +411,20 @@ TEST_F(CommandInfoTest, GivesNoCommandsOfASchemeThatCannotBeWrittenBack) {
 
 // ---- Functions that are not in the scheme ----
 
-TEST_F(CommandInfoTest, AFunctionThatTheDisplayHidesGivesNone) {
+TEST_F(CommandInfoTest, FunctionHiddenByDisplayAddsNoCommands) {
     const FakeDisplay display{Dll().Handle(), {60}};
     EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + RateFunction(7, Command(7)) +
                     RateFunction(8, Command(8)) + CommandingFunction(9, Command(9))),
               (std::vector<std::int32_t>{1, 9}));
 }
 
-TEST_F(CommandInfoTest, AFunctionThatTheDisplayServesGivesItsCommands) {
+TEST_F(CommandInfoTest, FunctionSupportedByDisplayAddsCommands) {
     const FakeDisplay display{Dll().Handle(), {60, 48}};
     EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + RateFunction(7, Command(7))),
               (std::vector<std::int32_t>{1, 7}));
 }
 
-TEST_F(CommandInfoTest, AnEmptySchemeGivesTheFirstOptionsOfTheFirstFunctionWithCommands) {
+TEST_F(CommandInfoTest, EmptySchemeSelectsFirstFunctionWithCommands) {
     const std::string scheme = OldScheme(BalancedText, "");
     WriteFunctions(CommandingFunction(1, "") + CommandingFunction(2, Command(4) + Command(5), {2, 1}) +
                    CommandingFunction(3, Command(6)));
@@ -433,7 +433,7 @@ TEST_F(CommandInfoTest, AnEmptySchemeGivesTheFirstOptionsOfTheFirstFunctionWithC
     EXPECT_EQ(UserSettings(), OldUserFile(scheme));
 }
 
-TEST_F(CommandInfoTest, AnEmptySchemeStaysEmpty) {
+TEST_F(CommandInfoTest, EmptySchemeStaysEmpty) {
     WriteFunctions(CommandingFunction(1, Command(1)) + CommandingFunction(2, Command(2)));
     WriteSchemes(OldScheme(BalancedText, ""));
     CommandIds();
@@ -441,14 +441,14 @@ TEST_F(CommandInfoTest, AnEmptySchemeStaysEmpty) {
     EXPECT_EQ(GetParameter(Balanced), Params{});
 }
 
-TEST_F(CommandInfoTest, AnEmptySchemeGivesNoneWhereNoFunctionHasCommands) {
+TEST_F(CommandInfoTest, EmptySchemeAndNoCommandsYieldNothing) {
     WriteSchemes(OldScheme(BalancedText, ""));
     EXPECT_EQ(IdsOf(Functions({1, 2})), std::vector<std::int32_t>{});
 }
 
 // Without the hidden function, the scheme is empty. The commands of the first function are then enumerated,
 // which is the hidden function itself.
-TEST_F(CommandInfoTest, ASchemeThatTheDisplayEmptiesGivesTheCommandsOfTheFirstFunction) {
+TEST_F(CommandInfoTest, SchemeEmptiedByDisplaySelectsFirstFunction) {
     const FakeDisplay display{Dll().Handle(), {60}};
     WriteFunctions(RateFunction(7, Command(7)) + CommandingFunction(9, Command(9)));
     WriteBalanced(OldFunction(7, 1, 1));
@@ -457,7 +457,7 @@ TEST_F(CommandInfoTest, ASchemeThatTheDisplayEmptiesGivesTheCommandsOfTheFirstFu
 
 // ---- The callback ----
 
-TEST_F(CommandInfoTest, OnItemMayCallTheExport) {
+TEST_F(CommandInfoTest, CallbackMayCallGetCommandInfo) {
     WriteFunctions(CommandingFunction(1, Command(1) + Command(2)));
     std::vector<std::int32_t> ids;
     auto callAgain = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* command) {
@@ -468,7 +468,7 @@ TEST_F(CommandInfoTest, OnItemMayCallTheExport) {
     EXPECT_EQ(ids, (std::vector<std::int32_t>{1, 2}));
 }
 
-TEST_F(CommandInfoTest, OnItemMayEndTheUseOfTheLibrary) {
+TEST_F(CommandInfoTest, CallbackMayCallZOTDamExit) {
     WriteFunctions(CommandingFunction(1, Command(1) + Command(2)));
     std::vector<std::int32_t> ids;
     auto exit = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* command) {

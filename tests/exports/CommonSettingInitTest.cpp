@@ -26,28 +26,28 @@ protected:
 
 // ---- The defaults file after the call ----
 
-TEST_F(CommonSettingInitTest, LeavesOnlyTheSettingsOfTheBaseCatalogue) {
+TEST_F(CommonSettingInitTest, InitLeavesOnlyBaseSettings) {
     WriteBaseValues(R"(A="base" B="2")");
     WriteDefaults(R"(<ZOTDefault><CommonSettings A="old" Extra="x"/></ZOTDefault>)");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), "<ZOTDefault><CommonSettings A=\"base\" B=\"2\"/></ZOTDefault>\n");
 }
 
-TEST_F(CommonSettingInitTest, AddsTheSectionWhereThereWasNone) {
+TEST_F(CommonSettingInitTest, InitAddsMissingSection) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(R"(<ZOTDefault><Functions/></ZOTDefault>)");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions/><CommonSettings A=\"base\"/></ZOTDefault>\n");
 }
 
-TEST_F(CommonSettingInitTest, AppendsTheCopyAsTheLastChild) {
+TEST_F(CommonSettingInitTest, InitAppendsSectionAsLastChild) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(R"(<ZOTDefault><CommonSettings/><Functions/><Other/></ZOTDefault>)");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions/><Other/><CommonSettings A=\"base\"/></ZOTDefault>\n");
 }
 
-TEST_F(CommonSettingInitTest, RemovesTheFirstOldSectionOnlySoThatTheSecondIsReadFromNowOn) {
+TEST_F(CommonSettingInitTest, InitRemovesOnlyFirstOldSection) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(
         R"(<ZOTDefault><CommonSettings A="1"/><CommonSettings A="2"/><CommonSettings A="3"/></ZOTDefault>)");
@@ -58,7 +58,7 @@ TEST_F(CommonSettingInitTest, RemovesTheFirstOldSectionOnlySoThatTheSecondIsRead
     EXPECT_EQ(Setting(L"A"), L"2");
 }
 
-TEST_F(CommonSettingInitTest, RemovesNoSectionInANamespaceOrFurtherDown) {
+TEST_F(CommonSettingInitTest, NamespacedAndNestedSectionsAreNotRemoved) {
     WriteBaseValues(R"(A="base")");
     const std::string others =
         "<CommonSettings xmlns=\"urn:x\" A=\"1\"/><Other><CommonSettings A=\"2\"/></Other>";
@@ -67,20 +67,20 @@ TEST_F(CommonSettingInitTest, RemovesNoSectionInANamespaceOrFurtherDown) {
     EXPECT_EQ(Defaults(), "<ZOTDefault>" + others + "<CommonSettings A=\"base\"/></ZOTDefault>\n");
 }
 
-TEST_F(CommonSettingInitTest, CreatesTheDefaultsFile) {
+TEST_F(CommonSettingInitTest, InitCreatesMissingDefaultsFile) {
     WriteBaseValues(R"(A="base")");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), NewFile);
 }
 
-TEST_F(CommonSettingInitTest, CreatesTheDefaultsFileBehindAReadToo) {
+TEST_F(CommonSettingInitTest, InitCreatesDefaultsFileAfterRead) {
     WriteBaseValues(R"(A="base")");
     EXPECT_EQ(Setting(L"A"), L"base");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), NewFile);
 }
 
-TEST_F(CommonSettingInitTest, KeepsEverythingElse) {
+TEST_F(CommonSettingInitTest, InitKeepsAllOtherContent) {
     WriteBaseValues(R"(A="base")");
     const std::string before =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--head-->\n<Any Root=\"&lt;r&gt;\">"
@@ -92,7 +92,7 @@ TEST_F(CommonSettingInitTest, KeepsEverythingElse) {
     EXPECT_EQ(Defaults(), before + "<CommonSettings A=\"base\"/></Any>\n<!--tail-->\n");
 }
 
-TEST_F(CommonSettingInitTest, LeavesTheCatalogueAsItIs) {
+TEST_F(CommonSettingInitTest, InitKeepsCatalogue) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
@@ -103,14 +103,14 @@ TEST_F(CommonSettingInitTest, LeavesTheCatalogueAsItIs) {
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(CommonSettingInitTest, CopiesAnEmptySection) {
+TEST_F(CommonSettingInitTest, EmptyBaseSectionIsCopied) {
     WriteBase("<ZOTBase><CommonSettings/></ZOTBase>");
     WriteDefaults(R"(<ZOTDefault><CommonSettings A="old"/></ZOTDefault>)");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), "<ZOTDefault><CommonSettings/></ZOTDefault>\n");
 }
 
-TEST_F(CommonSettingInitTest, CopiesAllThatTheSectionHolds) {
+TEST_F(CommonSettingInitTest, AllContentOfBaseSectionIsCopied) {
     const std::string section =
         "<CommonSettings A=\"&lt;1&gt;&#9;\xe4\xb8\xad\xf0\x9f\x98\x80\"><Note B=\"2\">text<Deep>er</Deep>"
         "</Note><!--comment--><![CDATA[d < e]]><?tool x?>tail</CommonSettings>";
@@ -120,7 +120,7 @@ TEST_F(CommonSettingInitTest, CopiesAllThatTheSectionHolds) {
     EXPECT_EQ(Defaults(), "<ZOTDefault>" + section + "</ZOTDefault>\n");
 }
 
-TEST_F(CommonSettingInitTest, CopiesNamesWithTheirNamespaces) {
+TEST_F(CommonSettingInitTest, NamespacesOfCopiedNamesAreDeclared) {
     WriteBase(R"(<ZOTBase xmlns:x="urn:x"><CommonSettings A="1" x:B="2"><x:C/></CommonSettings></ZOTBase>)");
     EXPECT_TRUE(Init());
     EXPECT_NE(Defaults().find("xmlns:x=\"urn:x\""), std::string::npos) << Defaults();
@@ -129,14 +129,14 @@ TEST_F(CommonSettingInitTest, CopiesNamesWithTheirNamespaces) {
     EXPECT_EQ(Setting(L"A"), L"1");
 }
 
-TEST_F(CommonSettingInitTest, CopiesTheFirstSectionOfTheBaseCatalogueOnly) {
+TEST_F(CommonSettingInitTest, OnlyFirstBaseSectionIsCopied) {
     WriteBase(R"(<B xmlns:x="urn:x"><x:CommonSettings A="0"/><X><CommonSettings A="1"/></X>)"
               R"(<CommonSettings A="base"/><CommonSettings A="3"/></B>)");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), NewFile);
 }
 
-TEST_F(CommonSettingInitTest, CopiesManySettings) {
+TEST_F(CommonSettingInitTest, ThousandSettingsAreCopied) {
     std::string settings;
     for (int i = 0; i < 1000; ++i)
         settings += "S" + std::to_string(i) + "=\"" + std::to_string(i) + "\" ";
@@ -148,13 +148,13 @@ TEST_F(CommonSettingInitTest, CopiesManySettings) {
         EXPECT_EQ(Setting(L"S" + std::to_wstring(i)), std::to_wstring(i));
 }
 
-TEST_F(CommonSettingInitTest, CopiesAValueOfAnyLength) {
+TEST_F(CommonSettingInitTest, LongValueIsNotTruncated) {
     WriteBaseValues("A=\"" + std::string(5000, 'x') + "\"");
     EXPECT_TRUE(Init());
     EXPECT_NE(Defaults().find("A=\"" + std::string(5000, 'x') + "\""), std::string::npos);
 }
 
-TEST_F(CommonSettingInitTest, WritesToNoOtherFile) {
+TEST_F(CommonSettingInitTest, InitWritesOnlyDefaultsFile) {
     WriteBaseValues(R"(A="base")");
     WriteUserValues(R"(A="user")");
     EXPECT_TRUE(Init());
@@ -163,13 +163,13 @@ TEST_F(CommonSettingInitTest, WritesToNoOtherFile) {
     EXPECT_EQ(UserSettings(), FileWith(R"(A="user")"));
 }
 
-TEST_F(CommonSettingInitTest, CreatesNoUserSettings) {
+TEST_F(CommonSettingInitTest, InitCreatesNoUserSettings) {
     WriteBaseValues(R"(A="base")");
     EXPECT_TRUE(Init());
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(CommonSettingInitTest, WorksAgainAndAgain) {
+TEST_F(CommonSettingInitTest, RepeatedInitLeavesSameContent) {
     WriteBaseValues(R"(A="base")");
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(Init());
@@ -178,7 +178,7 @@ TEST_F(CommonSettingInitTest, WorksAgainAndAgain) {
     }
 }
 
-TEST_F(CommonSettingInitTest, ReplacesADefaultsFileThatIsNoXmlAndKeepsACopy) {
+TEST_F(CommonSettingInitTest, NotWellFormedDefaultsAreCopiedAndReplaced) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults("<broken");
     EXPECT_TRUE(Init());
@@ -186,7 +186,7 @@ TEST_F(CommonSettingInitTest, ReplacesADefaultsFileThatIsNoXmlAndKeepsACopy) {
     EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.DefaultsFile())), "<broken");
 }
 
-TEST_F(CommonSettingInitTest, ReleasesEveryDocumentAtExit) {
+TEST_F(CommonSettingInitTest, ExitReleasesBothDocuments) {
     WriteBaseValues(R"(A="base")");
     WriteDefaultValues(R"(A="old")");
     DomDocuments documents{Dll().Handle()};
@@ -198,7 +198,7 @@ TEST_F(CommonSettingInitTest, ReleasesEveryDocumentAtExit) {
 
 // ---- Reading after the call ----
 
-TEST_F(CommonSettingInitTest, MakesTheValuesOfTheBaseCatalogueTheDefaults) {
+TEST_F(CommonSettingInitTest, BaseValuesBecomeDefaults) {
     WriteBaseValues(R"(A="base" B="base")");
     WriteDefaultValues(R"(A="old" Extra="old")");
     EXPECT_EQ(Setting(L"A"), L"old");
@@ -212,14 +212,14 @@ TEST_F(CommonSettingInitTest, MakesTheValuesOfTheBaseCatalogueTheDefaults) {
     EXPECT_EQ(Setting(L"B"), L"base");
 }
 
-TEST_F(CommonSettingInitTest, LeavesTheUsersValuesAbove) {
+TEST_F(CommonSettingInitTest, UserValuesOverrideCopiedDefaults) {
     WriteBaseValues(R"(A="base")");
     EXPECT_TRUE(Dll().SetCommonSetting(L"A", L"user"));
     EXPECT_TRUE(Init());
     EXPECT_EQ(Setting(L"A"), L"user");
 }
 
-TEST_F(CommonSettingInitTest, UsesTheBaseCatalogueAsItWasFirstRead) {
+TEST_F(CommonSettingInitTest, InitUsesBaseCatalogueAsFirstRead) {
     WriteBaseValues(R"(A="base")");
     EXPECT_EQ(Setting(L"A"), L"base");
     WriteBaseValues(R"(A="newer")");
@@ -227,7 +227,7 @@ TEST_F(CommonSettingInitTest, UsesTheBaseCatalogueAsItWasFirstRead) {
     EXPECT_EQ(Defaults(), NewFile);
 }
 
-TEST_F(CommonSettingInitTest, WritesTheDefaultsAsTheyWereFirstRead) {
+TEST_F(CommonSettingInitTest, InitWritesDefaultsAsFirstRead) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
@@ -238,7 +238,7 @@ TEST_F(CommonSettingInitTest, WritesTheDefaultsAsTheyWereFirstRead) {
 
 // ---- Nothing to copy ----
 
-class NothingToCopyTest : public CommonSettingInitTest {
+class MissingBaseSettingsTest : public CommonSettingInitTest {
 protected:
     static constexpr char Old[] = R"(<ZOTDefault><CommonSettings A="old"/><Functions/></ZOTDefault>)";
 
@@ -249,34 +249,34 @@ protected:
     }
 };
 
-TEST_F(NothingToCopyTest, WithoutABaseCatalogue) {
+TEST_F(MissingBaseSettingsTest, MissingBaseCatalogueFailsInit) {
     ExpectFailure();
     EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
 }
 
-TEST_F(NothingToCopyTest, WithoutASectionInTheBaseCatalogue) {
+TEST_F(MissingBaseSettingsTest, MissingBaseSectionFailsInit) {
     WriteBase("<ZOTBase><Functions/><SpecSchemes/></ZOTBase>");
     ExpectFailure();
     EXPECT_EQ(Base(), "<ZOTBase><Functions/><SpecSchemes/></ZOTBase>");
 }
 
-TEST_F(NothingToCopyTest, WithASectionInANamespaceOnly) {
+TEST_F(MissingBaseSettingsTest, NamespacedBaseSectionFailsInit) {
     WriteBase(R"(<ZOTBase><CommonSettings xmlns="urn:x" A="base"/></ZOTBase>)");
     ExpectFailure();
 }
 
-TEST_F(NothingToCopyTest, WithABaseCatalogueThatIsNoXml) {
+TEST_F(MissingBaseSettingsTest, NotWellFormedBaseCatalogueFailsInit) {
     WriteBase(R"(<ZOTBase><CommonSettings A="base"/>)");
     ExpectFailure();
 }
 
-TEST_F(NothingToCopyTest, WithoutAnyFileNoneIsCreated) {
+TEST_F(MissingBaseSettingsTest, FailedInitCreatesNoFile) {
     EXPECT_FALSE(Init());
     EXPECT_FALSE(HasDefaultsFile());
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(NothingToCopyTest, WithABaseCatalogueThatAppearsOnlyLater) {
+TEST_F(MissingBaseSettingsTest, InitIgnoresBaseCatalogueCreatedLater) {
     EXPECT_FALSE(Init());
     WriteBaseValues(R"(A="base")");
     EXPECT_FALSE(Init());
@@ -286,7 +286,7 @@ TEST_F(NothingToCopyTest, WithABaseCatalogueThatAppearsOnlyLater) {
 
 // ---- Busy defaults ----
 
-TEST_F(CommonSettingInitTest, WhileTheDefaultsAreBusyGivesTrueAndChangesTheMemoryOnly) {
+TEST_F(CommonSettingInitTest, InitOfBusyDefaultsChangesMemoryOnly) {
     WriteBaseValues(R"(A="base")");
     WriteDefaultValues(R"(A="old")");
     EXPECT_EQ(Setting(L"A"), L"old");
@@ -302,7 +302,7 @@ TEST_F(CommonSettingInitTest, WhileTheDefaultsAreBusyGivesTrueAndChangesTheMemor
     EXPECT_EQ(Setting(L"A"), L"old");
 }
 
-TEST_F(CommonSettingInitTest, WhoseSaveWasSkippedIsSavedTheNextTime) {
+TEST_F(CommonSettingInitTest, NextInitSavesSkippedChange) {
     WriteBaseValues(R"(A="base")");
     WriteDefaultValues(R"(A="old")");
     EXPECT_EQ(Setting(L"A"), L"old");
@@ -314,7 +314,7 @@ TEST_F(CommonSettingInitTest, WhoseSaveWasSkippedIsSavedTheNextTime) {
     EXPECT_EQ(Defaults(), "<Any><CommonSettings A=\"base\"/></Any>\n");
 }
 
-TEST_F(CommonSettingInitTest, DoesNotReplaceDefaultsThatWereBusyAtTheirOnlyLoad) {
+TEST_F(CommonSettingInitTest, DefaultsBusyAtFirstLoadAreNotReplaced) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(TwoFunctions);
     {
@@ -329,14 +329,14 @@ TEST_F(CommonSettingInitTest, DoesNotReplaceDefaultsThatWereBusyAtTheirOnlyLoad)
     EXPECT_NE(Defaults().find("<CommonSettings A=\"base\"/>"), std::string::npos) << Defaults();
 }
 
-TEST_F(CommonSettingInitTest, DoesNotHeedTheMarkerOfTheUserSettings) {
+TEST_F(CommonSettingInitTest, UserMarkerDoesNotBlockInit) {
     WriteBaseValues(R"(A="base")");
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), NewFile);
 }
 
-TEST_F(CommonSettingInitTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
+TEST_F(CommonSettingInitTest, InitOpensMarkerBeforeLoadAndSave) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(TwoFunctions);
     MarkerCalls calls{Dll().Handle()};
@@ -350,7 +350,7 @@ TEST_F(CommonSettingInitTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSav
 
 // ---- Failures ----
 
-class FailedInitTest : public CommonSettingInitTest {
+class CommonSettingInitFailureTest : public CommonSettingInitTest {
 protected:
     void SetUp() override {
         WriteBaseValues(R"(A="base")");
@@ -361,27 +361,27 @@ protected:
     inline static const std::string Old = FileWith(R"(A="old")");
 };
 
-TEST_F(FailedInitTest, AReadOnlyFileStaysAsItIs) {
+TEST_F(CommonSettingInitFailureTest, ReadOnlyFileStaysUnchanged) {
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectFailure();
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_TRUE(Init());
 }
 
-TEST_F(FailedInitTest, AFileThatAnotherProgramReadsStaysAsItIs) {
+TEST_F(CommonSettingInitFailureTest, FileOpenForReadingStaysUnchanged) {
     const HANDLE reader = CreateFileW(installation.DefaultsFile().c_str(), GENERIC_READ, FILE_SHARE_READ,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ExpectFailure();
     CloseHandle(reader);
 }
 
-TEST_F(FailedInitTest, AFileThatCannotBeReplacedStaysAsItIs) {
+TEST_F(CommonSettingInitFailureTest, FileThatCannotBeReplacedStaysUnchanged) {
     const FaultInjection injection{Dll().Handle()};
     MoveFileHook::fault = InjectedFault::Fail;
     ExpectFailure();
 }
 
-TEST_F(FailedInitTest, AFolderThatIsGoneIsNotCreated) {
+TEST_F(CommonSettingInitFailureTest, DeletedFolderIsNotCreated) {
     EXPECT_EQ(Setting(L"A"), L"old");
     EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
     std::filesystem::remove_all(installation.ProgramFiles());
@@ -389,31 +389,31 @@ TEST_F(FailedInitTest, AFolderThatIsGoneIsNotCreated) {
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramFiles()));
 }
 
-TEST_F(FailedInitTest, AFolderInThePlaceOfTheFileStays) {
+TEST_F(CommonSettingInitFailureTest, FolderNamedLikeFileStays) {
     std::filesystem::remove(installation.DefaultsFile());
     std::filesystem::create_directory(installation.DefaultsFile());
     EXPECT_FALSE(Init());
     EXPECT_TRUE(std::filesystem::is_directory(installation.DefaultsFile()));
 }
 
-TEST_F(FailedInitTest, ACopyThatTheDomRefusesLeavesTheOldSettings) {
+TEST_F(CommonSettingInitFailureTest, FailedImportKeepsOldSettings) {
     const FailingDomMethod failure{DomMethod::ImportNode};
     ExpectFailure();
     EXPECT_EQ(Setting(L"A"), L"old");
 }
 
-TEST_F(FailedInitTest, ARemovalThatTheDomRefusesLeavesTheOldSettings) {
+TEST_F(CommonSettingInitFailureTest, FailedRemovalKeepsOldSettings) {
     const FailingDomMethod failure{DomMethod::RemoveChild};
     ExpectFailure();
     EXPECT_EQ(Setting(L"A"), L"old");
 }
 
-TEST_F(FailedInitTest, ACopyThatTheDomDoesNotTakeIsNotSaved) {
+TEST_F(CommonSettingInitFailureTest, FailedAppendIsNotSaved) {
     const FailingDomMethod failure{DomMethod::AppendChild};
     ExpectFailure();
 }
 
-TEST_F(FailedInitTest, WithoutADomChangesNothing) {
+TEST_F(CommonSettingInitFailureTest, MissingDomLeavesFileUnchanged) {
     DomDocuments documents{Dll().Handle()};
     documents.Fail(E_OUTOFMEMORY);
     ExpectFailure();
@@ -421,7 +421,7 @@ TEST_F(FailedInitTest, WithoutADomChangesNothing) {
     ExpectFailure();
 }
 
-TEST_F(FailedInitTest, AfterExitChangesNothing) {
+TEST_F(CommonSettingInitFailureTest, InitAfterExitChangesNothing) {
     EXPECT_TRUE(Dll().ZOTDamExit());
     ExpectFailure();
 }

@@ -55,55 +55,55 @@ protected:
 
 // ---- The file ----
 
-TEST_F(CommonSettingWritingTest, CreatesTheFileWithDeclarationRootAndSection) {
+TEST_F(CommonSettingWritingTest, FirstWriteCreatesFileWithRootAndSection) {
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
 }
 
-TEST_F(CommonSettingWritingTest, CreatesTheSectionBehindWhatTheRootHas) {
+TEST_F(CommonSettingWritingTest, MissingSectionIsAppendedToRoot) {
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3))));
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
                                   "</PowerSchemes><CommonSettings Name=\"value\"/></OrloPowerCfg>\n");
 }
 
-TEST_F(CommonSettingWritingTest, AddsASettingBehindTheOthers) {
+TEST_F(CommonSettingWritingTest, NewSettingIsAppendedToOthers) {
     WriteUserSettings("<R><CommonSettings A=\"1\" B=\"2\"/></R>");
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<R><CommonSettings A=\"1\" B=\"2\" Name=\"value\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, ReplacesASettingInItsPlace) {
+TEST_F(CommonSettingWritingTest, ExistingSettingIsReplacedInPlace) {
     WriteUserSettings("<R><CommonSettings A=\"1\" Name=\"old\" B=\"2\"/></R>");
     EXPECT_TRUE(Set(L"Name", L"new"));
     EXPECT_EQ(UserSettings(), "<R><CommonSettings A=\"1\" Name=\"new\" B=\"2\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, ReplacesNoSettingInOtherLetters) {
+TEST_F(CommonSettingWritingTest, SettingInDifferentCaseIsNotReplaced) {
     WriteUserSettings("<R><CommonSettings NAME=\"1\" name=\"2\"/></R>");
     EXPECT_TRUE(Set(L"Name", L"3"));
     EXPECT_EQ(UserSettings(), "<R><CommonSettings NAME=\"1\" name=\"2\" Name=\"3\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, ReplacesNoAttributeInANamespace) {
+TEST_F(CommonSettingWritingTest, AttributeInNamespaceIsNotReplaced) {
     WriteUserSettings(R"(<R xmlns:x="urn:x"><CommonSettings x:Name="1"/></R>)");
     EXPECT_TRUE(Set(L"Name", L"2"));
     EXPECT_EQ(UserSettings(), "<R xmlns:x=\"urn:x\"><CommonSettings x:Name=\"1\" Name=\"2\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, UsesTheFirstSectionOnly) {
+TEST_F(CommonSettingWritingTest, OnlyFirstSectionIsWritten) {
     WriteUserSettings(R"(<R><CommonSettings/><CommonSettings Name="1"/></R>)");
     EXPECT_TRUE(Set(L"Name", L"2"));
     EXPECT_EQ(UserSettings(), "<R><CommonSettings Name=\"2\"/><CommonSettings Name=\"1\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, UsesNoSectionInANamespace) {
+TEST_F(CommonSettingWritingTest, SectionInNamespaceIsNotUsed) {
     WriteUserSettings(R"(<R><CommonSettings xmlns="urn:x"/></R>)");
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<R><CommonSettings xmlns=\"urn:x\"/><CommonSettings Name=\"value\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, KeepsEverythingElse) {
+TEST_F(CommonSettingWritingTest, WriteKeepsAllOtherContent) {
     const std::string before =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--head-->\n<Any A=\"a\"><Other/>"
         "<PowerSchemes>" +
@@ -115,7 +115,7 @@ TEST_F(CommonSettingWritingTest, KeepsEverythingElse) {
     EXPECT_EQ(UserSettings(), before + "Name=\"new\"" + behind);
 }
 
-TEST_F(CommonSettingWritingTest, WritesToNoOtherFile) {
+TEST_F(CommonSettingWritingTest, WriteLeavesOtherFilesUnchanged) {
     WriteDefaultValues(R"(Name="default")");
     WriteBaseValues(R"(Name="base")");
     EXPECT_TRUE(Set(L"Name", L"user"));
@@ -124,21 +124,21 @@ TEST_F(CommonSettingWritingTest, WritesToNoOtherFile) {
     EXPECT_EQ(Base(), FileWith(R"(Name="base")"));
 }
 
-TEST_F(CommonSettingWritingTest, WritesIntoTheFileAsItIsNow) {
+TEST_F(CommonSettingWritingTest, WriteAppliesToCurrentFileContent) {
     EXPECT_TRUE(Set(L"A", L"1"));
     WriteUserSettings("<R><CommonSettings B=\"2\"/></R>");
     EXPECT_TRUE(Set(L"C", L"3"));
     EXPECT_EQ(UserSettings(), "<R><CommonSettings B=\"2\" C=\"3\"/></R>\n");
 }
 
-TEST_F(CommonSettingWritingTest, ReplacesAFileThatIsNoXmlAndKeepsACopy) {
+TEST_F(CommonSettingWritingTest, NotWellFormedFileIsCopiedAndReplaced) {
     WriteUserSettings("<broken");
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
     EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.UserFile())), "<broken");
 }
 
-TEST_F(CommonSettingWritingTest, LivesBesideTheSchemes) {
+TEST_F(CommonSettingWritingTest, SettingsAndSchemesShareOneFile) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
@@ -148,31 +148,31 @@ TEST_F(CommonSettingWritingTest, LivesBesideTheSchemes) {
 
 // ---- Reading back ----
 
-TEST_F(CommonSettingWritingTest, IsReadBackAtOnce) {
+TEST_F(CommonSettingWritingTest, StoredSettingIsReadImmediately) {
     EXPECT_TRUE(Set(L"Name", L"1"));
     EXPECT_EQ(Setting(L"Name"), L"1");
     EXPECT_TRUE(Set(L"Name", L"2"));
     EXPECT_EQ(Setting(L"Name"), L"2");
 }
 
-TEST_F(CommonSettingWritingTest, IsReadBackByALibraryThatIsLoadedLater) {
+TEST_F(CommonSettingWritingTest, ReloadedLibraryReadsStoredSetting) {
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(ReloadAndRead(L"Name"), L"value");
 }
 
-TEST_F(CommonSettingWritingTest, IsReadByAnotherProcess) {
+TEST_F(CommonSettingWritingTest, AnotherProcessReadsStoredSetting) {
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ((SecondProcess{ReadSetting, {L"Name", L"value"}}.WaitForExit()), 0u);
     EXPECT_EQ((SecondProcess{ReadSetting, {L"Name", L"other"}}.WaitForExit()), 1u);
 }
 
-TEST_F(CommonSettingWritingTest, OfAnotherProcessIsSeenByTheNextRead) {
+TEST_F(CommonSettingWritingTest, NextReadSeesSettingOfAnotherProcess) {
     EXPECT_TRUE(Set(L"Name", L"mine"));
     EXPECT_EQ((SecondProcess{StoreSetting, {L"Name", L"yours"}}.WaitForExit()), 0u);
     EXPECT_EQ(Setting(L"Name"), L"yours");
 }
 
-TEST_F(CommonSettingWritingTest, OfAnotherProcessIsKeptByTheNextWrite) {
+TEST_F(CommonSettingWritingTest, NextWriteKeepsSettingOfAnotherProcess) {
     EXPECT_TRUE(Set(L"Mine", L"1"));
     EXPECT_EQ((SecondProcess{StoreSetting, {L"Yours", L"2"}}.WaitForExit()), 0u);
     EXPECT_TRUE(Set(L"Mine", L"3"));
@@ -180,26 +180,26 @@ TEST_F(CommonSettingWritingTest, OfAnotherProcessIsKeptByTheNextWrite) {
     EXPECT_EQ(Setting(L"Yours"), L"2");
 }
 
-TEST_F(CommonSettingWritingTest, HidesTheDefault) {
+TEST_F(CommonSettingWritingTest, StoredSettingHidesDefault) {
     WriteDefaultValues(R"(Name="default")");
     EXPECT_EQ(Setting(L"Name"), L"default");
     EXPECT_TRUE(Set(L"Name", L"user"));
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-TEST_F(CommonSettingWritingTest, OfAnEmptyValueHidesTheDefaultToo) {
+TEST_F(CommonSettingWritingTest, EmptyStoredSettingHidesDefault) {
     WriteDefaultValues(R"(Name="default")");
     EXPECT_TRUE(Set(L"Name", L""));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="")"));
     EXPECT_EQ(ReloadAndRead(L"Name"), L"");
 }
 
-TEST_F(CommonSettingWritingTest, TakesAValueOf259Units) {
+TEST_F(CommonSettingWritingTest, ValueOf259UnitsIsReadBack) {
     EXPECT_TRUE(Set(L"Name", std::wstring(259, L'x')));
     EXPECT_EQ(ReloadAndRead(L"Name"), std::wstring(259, L'x'));
 }
 
-TEST_F(CommonSettingWritingTest, StoresALongerValueThatNoReadGives) {
+TEST_F(CommonSettingWritingTest, LongerValueIsStoredButNotRead) {
     WriteDefaultValues(R"(Name="default")");
     for (const std::size_t length : {260, 5000, 100000}) {
         EXPECT_TRUE(Set(L"Name", std::wstring(length, L'x')));
@@ -209,7 +209,7 @@ TEST_F(CommonSettingWritingTest, StoresALongerValueThatNoReadGives) {
     }
 }
 
-TEST_F(CommonSettingWritingTest, TakesManySettings) {
+TEST_F(CommonSettingWritingTest, HundredSettingsAreReadBack) {
     for (int i = 0; i < 100; ++i)
         EXPECT_TRUE(Set(L"Name" + std::to_wstring(i), std::to_wstring(i)));
     Unload();
@@ -219,7 +219,7 @@ TEST_F(CommonSettingWritingTest, TakesManySettings) {
 
 // ---- Names ----
 
-TEST_F(CommonSettingWritingTest, TakesEveryXmlNameWithoutAColon) {
+TEST_F(CommonSettingWritingTest, XmlNamesWithoutColonAreAccepted) {
     const std::wstring names[] = {L"a",
                                   L"Z",
                                   L"_",
@@ -249,7 +249,7 @@ TEST_F(CommonSettingWritingTest, TakesEveryXmlNameWithoutAColon) {
             << testing::PrintToString(std::wstring{name});
 }
 
-TEST_F(CommonSettingWritingTest, RefusesANameThatIsNone) {
+TEST_F(CommonSettingWritingTest, InvalidXmlNamesAreRejected) {
     WriteUserValues(R"(Old="1")");
     for (const wchar_t* const name :
          {L"",   L" ",  L"1",  L"1a",  L"-a", L".a", L"a b", L" a", L"a ", L"a\t",  L"a\n",   L"a<",
@@ -258,7 +258,7 @@ TEST_F(CommonSettingWritingTest, RefusesANameThatIsNone) {
         ExpectRejected(name, L"value");
 }
 
-TEST_F(CommonSettingWritingTest, RefusesCharactersThatNoNameHas) {
+TEST_F(CommonSettingWritingTest, InvalidNameCharactersAreRejected) {
     WriteUserValues(R"(Old="1")");
     for (const wchar_t character :
          {L'\x1',    L'\x1f',   L'\x7f',   L'\xa0',   L'\xbf',   L'\xd7',   L'\xf7',   L'\x37e',
@@ -269,7 +269,7 @@ TEST_F(CommonSettingWritingTest, RefusesCharactersThatNoNameHas) {
     }
 }
 
-TEST_F(CommonSettingWritingTest, RefusesANameWithAColon) {
+TEST_F(CommonSettingWritingTest, NamesWithColonAreRejected) {
     WriteUserValues(R"(xmlns:p="urn:p" Old="1")");
     const std::string file = UserSettings();
     for (const wchar_t* const name :
@@ -279,14 +279,14 @@ TEST_F(CommonSettingWritingTest, RefusesANameWithAColon) {
     }
 }
 
-TEST_F(CommonSettingWritingTest, RefusesTheNameOfANamespaceDeclaration) {
+TEST_F(CommonSettingWritingTest, NamespaceDeclarationNameIsRejected) {
     WriteUserValues(R"(Old="1")");
     ExpectRejected(L"xmlns", L"urn:x");
     ExpectRejected(L"xmlns", L"");
     ExpectRejected(L"xmlns:a", L"urn:x");
 }
 
-TEST_F(CommonSettingWritingTest, RefusesANameWithHalfASurrogatePairOrOneBeyondTheNames) {
+TEST_F(CommonSettingWritingTest, NamesWithInvalidSurrogatesAreRejected) {
     WriteUserValues(R"(Old="1")");
     for (const wchar_t* const name : {L"\xd83d", L"\xde00", L"a\xd83d", L"a\xde00", L"\xde00\xd83d",
                                       L"\xd83d"
@@ -297,7 +297,7 @@ TEST_F(CommonSettingWritingTest, RefusesANameWithHalfASurrogatePairOrOneBeyondTh
 
 // ---- Values ----
 
-TEST_F(CommonSettingWritingTest, TakesEveryTextThatXmlCanCarry) {
+TEST_F(CommonSettingWritingTest, ValuesValidInXmlAreReadBack) {
     const std::wstring values[] = {L" ",
                                    L"  a  ",
                                    L"\t",
@@ -333,7 +333,7 @@ TEST_F(CommonSettingWritingTest, TakesEveryTextThatXmlCanCarry) {
         EXPECT_EQ(Setting(L"V" + std::to_wstring(i++)), value) << i;
 }
 
-TEST_F(CommonSettingWritingTest, RefusesControlCharacters) {
+TEST_F(CommonSettingWritingTest, ControlCharactersAreRejected) {
     WriteUserValues(R"(Old="1")");
     for (wchar_t character = 1; character < L' '; ++character) {
         if (character == L'\t' || character == L'\n' || character == L'\r')
@@ -343,7 +343,7 @@ TEST_F(CommonSettingWritingTest, RefusesControlCharacters) {
     }
 }
 
-TEST_F(CommonSettingWritingTest, RefusesTextThatIsNotUnicode) {
+TEST_F(CommonSettingWritingTest, InvalidUnicodeValuesAreRejected) {
     WriteUserValues(R"(Old="1")");
     for (const wchar_t* const value :
          {L"\xd83d", L"\xde00", L"a\xd83d",
@@ -357,20 +357,20 @@ TEST_F(CommonSettingWritingTest, RefusesTextThatIsNotUnicode) {
         ExpectRejected(L"Name", value);
 }
 
-TEST_F(CommonSettingWritingTest, OfARefusedValueKeepsTheOldOne) {
+TEST_F(CommonSettingWritingTest, RejectedValueKeepsOldValue) {
     EXPECT_TRUE(Set(L"Name", L"old"));
     EXPECT_FALSE(Set(L"Name", L"new\x1"));
     EXPECT_EQ(Setting(L"Name"), L"old");
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="old")"));
 }
 
-TEST_F(CommonSettingWritingTest, OfARefusedTextCreatesNoFile) {
+TEST_F(CommonSettingWritingTest, RejectedSettingCreatesNoFile) {
     EXPECT_FALSE(Set(L"Name", L"\x1"));
     EXPECT_FALSE(Set(L"a b", L"value"));
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(CommonSettingWritingTest, OfARefusedTextLeavesNothingForTheNextSave) {
+TEST_F(CommonSettingWritingTest, RejectedSettingIsMissingFromNextSave) {
     EXPECT_FALSE(Set(L"Name", L"\x1"));
     EXPECT_FALSE(Set(L"a b", L"value"));
     EXPECT_TRUE(Set(L"Other", L"value"));
@@ -379,9 +379,9 @@ TEST_F(CommonSettingWritingTest, OfARefusedTextLeavesNothingForTheNextSave) {
 
 // ---- Busy files ----
 
-class BusySettingTest : public CommonSettingWritingTest {};
+class CommonSettingBusyFileTest : public CommonSettingWritingTest {};
 
-TEST_F(BusySettingTest, GivesTrueLeavesTheFileAndIsReadFromMemory) {
+TEST_F(CommonSettingBusyFileTest, WriteToBusyFileIsReadFromMemory) {
     WriteUserValues(R"(Name="old")");
     EXPECT_EQ(Setting(L"Name"), L"old");
     const SecondProcess other{HoldMutex, {UserMarker}};
@@ -391,7 +391,7 @@ TEST_F(BusySettingTest, GivesTrueLeavesTheFileAndIsReadFromMemory) {
     EXPECT_EQ(Setting(L"Name"), L"new");
 }
 
-TEST_F(BusySettingTest, IsLostWithTheNextReadOfTheFile) {
+TEST_F(CommonSettingBusyFileTest, NextReadOfFileDiscardsUnsavedSetting) {
     WriteUserValues(R"(Name="old")");
     {
         const SecondProcess other{HoldMutex, {UserMarker}};
@@ -403,7 +403,7 @@ TEST_F(BusySettingTest, IsLostWithTheNextReadOfTheFile) {
     EXPECT_EQ(UserSettings(), "<Any><CommonSettings Name=\"old\" Other=\"1\"/></Any>\n");
 }
 
-TEST_F(BusySettingTest, IsLostWithTheNextWriteThatReadsTheFile) {
+TEST_F(CommonSettingBusyFileTest, NextWriteThatLoadsDiscardsUnsavedSetting) {
     WriteUserValues(R"(Name="old")");
     {
         const SecondProcess other{HoldMutex, {UserMarker}};
@@ -413,7 +413,7 @@ TEST_F(BusySettingTest, IsLostWithTheNextWriteThatReadsTheFile) {
     EXPECT_EQ(Setting(L"Name"), L"old");
 }
 
-TEST_F(BusySettingTest, IsSavedWithTheNextSaveWhenNoReadOfTheFileCameBefore) {
+TEST_F(CommonSettingBusyFileTest, NextSaveWithoutLoadWritesUnsavedSetting) {
     WriteUserValues(R"(Name="old")");
     EXPECT_EQ(Setting(L"Name"), L"old");
     MarkerCalls calls{Dll().Handle()};
@@ -429,7 +429,7 @@ TEST_F(BusySettingTest, IsSavedWithTheNextSaveWhenNoReadOfTheFileCameBefore) {
     EXPECT_EQ(calls.opened, (Names{UserMarker, UserMarker, UserMarker, UserMarker}));
 }
 
-TEST_F(BusySettingTest, WithoutAFileIsSavedWithTheNextSave) {
+TEST_F(CommonSettingBusyFileTest, NextSaveWithoutFileWritesUnsavedSetting) {
     {
         const SecondProcess other{HoldMutex, {UserMarker}};
         EXPECT_TRUE(Set(L"Name", L"value"));
@@ -440,27 +440,27 @@ TEST_F(BusySettingTest, WithoutAFileIsSavedWithTheNextSave) {
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value" Other="1")", SecondUse));
 }
 
-TEST_F(BusySettingTest, IsUnknownToOtherProcesses) {
+TEST_F(CommonSettingBusyFileTest, OtherProcessesDoNotSeeUnsavedSetting) {
     WriteUserValues(R"(Name="old")");
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(Set(L"Name", L"new"));
     EXPECT_EQ((SecondProcess{ReadSetting, {L"Name", L"new"}}.WaitForExit()), 1u);
 }
 
-TEST_F(BusySettingTest, IsRefusedForABadTextAllTheSame) {
+TEST_F(CommonSettingBusyFileTest, InvalidTextIsRejectedWhileFileIsBusy) {
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_FALSE(Set(L"a b", L"value"));
     EXPECT_FALSE(Set(L"Name", L"\x1"));
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_F(BusySettingTest, IsNotKeptFromTheDiskByTheMarkerOfTheDefaults) {
+TEST_F(CommonSettingBusyFileTest, DefaultsMarkerDoesNotBlockSave) {
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
 }
 
-TEST_F(BusySettingTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
+TEST_F(CommonSettingBusyFileTest, WriteOpensMarkerBeforeLoadAndSave) {
     WriteUserValues(R"(Name="old")");
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(Set(L"Name", L"new"));
@@ -471,7 +471,7 @@ TEST_F(BusySettingTest, LooksForTheMarkerBeforeItsLoadAndAgainBeforeItsSave) {
 
 // ---- Failures ----
 
-class FailedSettingTest : public CommonSettingWritingTest {
+class CommonSettingWriteFailureTest : public CommonSettingWritingTest {
 protected:
     void ExpectFailure() {
         EXPECT_FALSE(Set(L"Name", L"new"));
@@ -481,7 +481,7 @@ protected:
     void ExpectOldValue() { EXPECT_EQ(Setting(L"Name"), L"old"); }
 };
 
-TEST_F(FailedSettingTest, AReadOnlyFileStaysAsItIs) {
+TEST_F(CommonSettingWriteFailureTest, ReadOnlyFileStaysUnchanged) {
     WriteUserValues(R"(Name="old")");
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectFailure();
@@ -490,7 +490,7 @@ TEST_F(FailedSettingTest, AReadOnlyFileStaysAsItIs) {
     EXPECT_TRUE(Set(L"Name", L"new"));
 }
 
-TEST_F(FailedSettingTest, AFileThatAnotherProgramReadsStaysAsItIs) {
+TEST_F(CommonSettingWriteFailureTest, FileOpenForReadingStaysUnchanged) {
     WriteUserValues(R"(Name="old")");
     const HANDLE reader = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -499,13 +499,13 @@ TEST_F(FailedSettingTest, AFileThatAnotherProgramReadsStaysAsItIs) {
     ExpectOldValue();
 }
 
-TEST_F(FailedSettingTest, AMissingFolderIsNotCreated) {
+TEST_F(CommonSettingWriteFailureTest, MissingFolderIsNotCreated) {
     std::filesystem::remove_all(installation.ProgramData());
     EXPECT_FALSE(Set(L"Name", L"value"));
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramData()));
 }
 
-TEST_F(FailedSettingTest, WithoutAFileIsStillKnownAndSavedWithTheNextSave) {
+TEST_F(CommonSettingWriteFailureTest, UnsavedSettingIsSavedOnceFolderExists) {
     const std::filesystem::path folder = installation.UserFile().parent_path();
     std::filesystem::remove_all(folder);
     EXPECT_FALSE(Set(L"Name", L"value"));
@@ -515,13 +515,13 @@ TEST_F(FailedSettingTest, WithoutAFileIsStillKnownAndSavedWithTheNextSave) {
     EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value" Other="1")", SecondUse));
 }
 
-TEST_F(FailedSettingTest, AFolderInThePlaceOfTheFileStays) {
+TEST_F(CommonSettingWriteFailureTest, FolderNamedLikeFileStays) {
     std::filesystem::create_directory(installation.UserFile());
     EXPECT_FALSE(Set(L"Name", L"value"));
     EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
 }
 
-TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
+TEST_F(CommonSettingWriteFailureTest, FileThatCannotBeReplacedStaysUnchanged) {
     WriteUserValues(R"(Name="old")");
     const FaultInjection injection{Dll().Handle()};
     MoveFileHook::fault = InjectedFault::Fail;
@@ -529,28 +529,28 @@ TEST_F(FailedSettingTest, AFileThatCannotBeReplacedStaysAsItIs) {
     ExpectOldValue();
 }
 
-TEST_F(FailedSettingTest, AnUnreadableFileOfWhichNoCopyCanBeKeptStaysAsItIs) {
+TEST_F(CommonSettingWriteFailureTest, UnreadableFileIsNotReplacedIfCopyFails) {
     WriteUserSettings("<broken");
     std::filesystem::create_directory(UnreadableCopyOf(installation.UserFile()));
     EXPECT_FALSE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<broken");
 }
 
-TEST_F(FailedSettingTest, AnAttributeThatTheDomRefusesIsNotStored) {
+TEST_F(CommonSettingWriteFailureTest, FailedSetAttributeStoresNothing) {
     WriteUserValues(R"(Name="old")");
     const FailingDomMethod failure{DomMethod::SetAttribute};
     ExpectFailure();
     ExpectOldValue();
 }
 
-TEST_F(FailedSettingTest, WithoutASectionNothingIsStored) {
+TEST_F(CommonSettingWriteFailureTest, FailedSectionCreationStoresNothing) {
     WriteUserSettings("<Any/>");
     const FailingDomMethod failure{DomMethod::AppendChild};
     EXPECT_FALSE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), "<Any/>");
 }
 
-TEST_F(FailedSettingTest, OnAThreadWithoutComNothingIsFoundOrStored) {
+TEST_F(CommonSettingWriteFailureTest, ThreadWithoutComFindsAndStoresNothing) {
     WriteUserValues(R"(Name="old")");
     WriteBaseValues(R"(Name="base")");
     Dll();
@@ -561,7 +561,7 @@ TEST_F(FailedSettingTest, OnAThreadWithoutComNothingIsFoundOrStored) {
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_F(FailedSettingTest, AfterExitNothingIsFoundOrStored) {
+TEST_F(CommonSettingWriteFailureTest, CallsAfterExitFindAndStoreNothing) {
     WriteUserValues(R"(Name="old")");
     ExpectOldValue();
     EXPECT_TRUE(Dll().ZOTDamExit());
@@ -569,7 +569,7 @@ TEST_F(FailedSettingTest, AfterExitNothingIsFoundOrStored) {
     ExpectFailure();
 }
 
-TEST_F(FailedSettingTest, NullTextsChangeNothing) {
+TEST_F(CommonSettingWriteFailureTest, NullNameOrValueChangesNothing) {
     WriteUserValues(R"(Name="old")");
     EXPECT_FALSE(Dll().SetCommonSetting(L"Name", nullptr));
     EXPECT_FALSE(Dll().SetCommonSetting(nullptr, L"new"));

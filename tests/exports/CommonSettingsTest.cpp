@@ -9,28 +9,28 @@ namespace ZOTDam::Test {
 
 // ---- The order of the sources ----
 
-TEST_F(CommonSettingsTest, TheUsersValueComesFirst) {
+TEST_F(CommonSettingsTest, UserValueOverridesDefaultAndBase) {
     WriteUserValues(R"(Name="user")");
     WriteDefaultValues(R"(Name="default")");
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-TEST_F(CommonSettingsTest, TheDefaultComesBeforeTheBaseCatalogue) {
+TEST_F(CommonSettingsTest, DefaultOverridesBaseCatalogue) {
     WriteUserValues(R"(Other="user")");
     WriteDefaultValues(R"(Name="default")");
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), L"default");
 }
 
-TEST_F(CommonSettingsTest, TheBaseCatalogueIsAskedLast) {
+TEST_F(CommonSettingsTest, BaseCatalogueIsSearchedLast) {
     WriteUserValues(R"(Other="user")");
     WriteDefaultValues(R"(Another="default")");
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), L"base");
 }
 
-TEST_F(CommonSettingsTest, EachNameIsLookedUpByItself) {
+TEST_F(CommonSettingsTest, EachNameIsLookedUpSeparately) {
     WriteUserValues(R"(A="user")");
     WriteDefaultValues(R"(A="default" B="default")");
     WriteBaseValues(R"(A="base" B="base" C="base")");
@@ -40,44 +40,44 @@ TEST_F(CommonSettingsTest, EachNameIsLookedUpByItself) {
     EXPECT_EQ(Setting(L"D"), Missing);
 }
 
-TEST_F(CommonSettingsTest, AnEmptyValueOfTheUserHidesTheDefault) {
+TEST_F(CommonSettingsTest, EmptyUserValueHidesDefault) {
     WriteUserValues(R"(Name="")");
     WriteDefaultValues(R"(Name="default")");
     EXPECT_EQ(Setting(L"Name"), L"");
 }
 
-TEST_F(CommonSettingsTest, AnEmptyDefaultHidesTheBaseCatalogue) {
+TEST_F(CommonSettingsTest, EmptyDefaultHidesBaseValue) {
     WriteDefaultValues(R"(Name="")");
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), L"");
 }
 
-TEST_F(CommonSettingsTest, ANameInOtherLettersHidesNothing) {
+TEST_F(CommonSettingsTest, NameInDifferentCaseHidesNothing) {
     WriteUserValues(R"(name="user")");
     WriteDefaultValues(R"(NAME="default")");
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), L"base");
 }
 
-TEST_F(CommonSettingsTest, AValueOf259UnitsHidesTheNextSource) {
+TEST_F(CommonSettingsTest, UserValueOf259UnitsHidesDefault) {
     WriteUserValues("Name=\"" + std::string(259, 'x') + "\"");
     WriteDefaultValues(R"(Name="default")");
     EXPECT_EQ(Setting(L"Name"), std::wstring(259, L'x'));
 }
 
-TEST_F(CommonSettingsTest, AUsersValueOf260UnitsLetsTheDefaultAnswer) {
+TEST_F(CommonSettingsTest, UserValueOf260UnitsYieldsDefault) {
     WriteUserValues("Name=\"" + std::string(260, 'x') + "\"");
     WriteDefaultValues(R"(Name="default")");
     EXPECT_EQ(Setting(L"Name"), L"default");
 }
 
-TEST_F(CommonSettingsTest, ADefaultOf260UnitsLetsTheBaseCatalogueAnswer) {
+TEST_F(CommonSettingsTest, DefaultOf260UnitsYieldsBaseValue) {
     WriteDefaultValues("Name=\"" + std::string(260, 'x') + "\"");
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), L"base");
 }
 
-TEST_F(CommonSettingsTest, AFailureOfTheDomCountsAsAMiss) {
+TEST_F(CommonSettingsTest, DomFailureCountsAsMissingSetting) {
     WriteUserValues(R"(Name="user")");
     WriteDefaultValues(R"(Name="default")");
     {
@@ -88,7 +88,7 @@ TEST_F(CommonSettingsTest, AFailureOfTheDomCountsAsAMiss) {
 }
 
 // Only the look-up in the user settings fails.
-TEST_F(CommonSettingsTest, AFailureInOneSourceLetsTheNextAnswer) {
+TEST_F(CommonSettingsTest, FailureInOneSourceYieldsNextSource) {
     using GetNamedItem = HRESULT WINAPI(IXMLDOMNamedNodeMap*, BSTR, IXMLDOMNode**);
     static int lookUps;
     static const DomMethodPatch* lookUp;
@@ -116,52 +116,52 @@ void PrintTo(const Source& source, std::ostream* out) {
 }
 
 // Tests each of the three files while the other two do not exist.
-class EachSourceTest : public CommonSettingsTest, public testing::WithParamInterface<Source> {
+class CommonSettingSourceTest : public CommonSettingsTest, public testing::WithParamInterface<Source> {
 protected:
     std::filesystem::path File() const { return (installation.*GetParam().file)(); }
     void Write(std::string_view xml) const { WriteFile(File(), xml); }
     void WriteValues(const std::string& settings) const { Write(FileWith(settings)); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Of, EachSourceTest,
-                         testing::Values(Source{"TheUser", &Installation::UserFile},
-                                         Source{"TheDefaults", &Installation::DefaultsFile},
-                                         Source{"TheBaseCatalogue", &Installation::BaseFile}),
+INSTANTIATE_TEST_SUITE_P(, CommonSettingSourceTest,
+                         testing::Values(Source{"UserSettings", &Installation::UserFile},
+                                         Source{"Defaults", &Installation::DefaultsFile},
+                                         Source{"BaseCatalogue", &Installation::BaseFile}),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(EachSourceTest, GivesAValue) {
+TEST_P(CommonSettingSourceTest, StoredValueIsReturned) {
     WriteValues(R"(A="1" Name="value" B="2")");
     EXPECT_EQ(Setting(L"Name"), L"value");
 }
 
-TEST_P(EachSourceTest, GivesAnEmptyValue) {
+TEST_P(CommonSettingSourceTest, EmptyValueIsReturned) {
     WriteValues(R"(Name="")");
     EXPECT_EQ(Setting(L"Name"), L"");
 }
 
-TEST_P(EachSourceTest, GivesTheValueNextTimeToo) {
+TEST_P(CommonSettingSourceTest, RepeatedReadReturnsSameValue) {
     WriteValues(R"(Name="value")");
     EXPECT_EQ(Setting(L"Name"), L"value");
     EXPECT_EQ(Setting(L"Name"), L"value");
 }
 
-TEST_P(EachSourceTest, GivesAValueOf259UnitsWhole) {
+TEST_P(CommonSettingSourceTest, ValueOf259UnitsIsReturnedWhole) {
     WriteValues("Name=\"" + std::string(259, 'x') + "\"");
     EXPECT_EQ(Setting(L"Name"), std::wstring(259, L'x'));
 }
 
-TEST_P(EachSourceTest, HasNoValueOf260Units) {
+TEST_P(CommonSettingSourceTest, ValueOf260UnitsIsMissing) {
     WriteValues("Name=\"" + std::string(260, 'x') + "\"");
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_P(EachSourceTest, HasNoValueThatIsFarTooLong) {
+TEST_P(CommonSettingSourceTest, VeryLongValueIsMissing) {
     WriteValues("Name=\"" + std::string(100000, 'x') + "\" B=\"2\"");
     EXPECT_EQ(Setting(L"Name"), Missing);
     EXPECT_EQ(Setting(L"B"), L"2");
 }
 
-TEST_P(EachSourceTest, CountsASurrogatePairAsTwoUnits) {
+TEST_P(CommonSettingSourceTest, SurrogatePairCountsAsTwoUnits) {
     const std::string pair = "\xf0\x9f\x98\x80";
     WriteValues("Fits=\"" + std::string(257, 'x') + pair + "\" Long=\"" + std::string(258, 'x') + pair +
                 "\"");
@@ -169,7 +169,7 @@ TEST_P(EachSourceTest, CountsASurrogatePairAsTwoUnits) {
     EXPECT_EQ(Setting(L"Long"), Missing);
 }
 
-TEST_P(EachSourceTest, CountsACharacterReferenceAsOneUnit) {
+TEST_P(CommonSettingSourceTest, CharacterReferenceCountsAsOneUnit) {
     std::string references;
     for (int i = 0; i < 259; ++i)
         references += "&#x4e2d;";
@@ -177,7 +177,7 @@ TEST_P(EachSourceTest, CountsACharacterReferenceAsOneUnit) {
     EXPECT_EQ(Setting(L"Name"), std::wstring(259, L'\x4e2d'));
 }
 
-TEST_P(EachSourceTest, TellsUpperFromLowerCase) {
+TEST_P(CommonSettingSourceTest, NamesAreCaseSensitive) {
     WriteValues(R"(Name="1" name="2" NAME="3")");
     EXPECT_EQ(Setting(L"NAME"), L"3");
     EXPECT_EQ(Setting(L"name"), L"2");
@@ -185,7 +185,7 @@ TEST_P(EachSourceTest, TellsUpperFromLowerCase) {
     EXPECT_EQ(Setting(L"nAME"), Missing);
 }
 
-TEST_P(EachSourceTest, KnowsNoPartOfAName) {
+TEST_P(CommonSettingSourceTest, SimilarNamesAreNotFound) {
     WriteValues(R"(Name="1")");
     EXPECT_EQ(Setting(L"Nam"), Missing);
     EXPECT_EQ(Setting(L"Names"), Missing);
@@ -193,7 +193,7 @@ TEST_P(EachSourceTest, KnowsNoPartOfAName) {
     EXPECT_EQ(Setting(L" Name"), Missing);
 }
 
-TEST_P(EachSourceTest, KnowsNamesOfEveryScript) {
+TEST_P(CommonSettingSourceTest, NonAsciiNamesAreFound) {
     WriteValues(
         "Gr\xc3\xb6\xc3\x9f"
         "e=\"1\" \xe4\xb8\xad\xe6\x96\x87=\"2\" \xd0\x98\xd0\xbc\xd1\x8f=\"3\" _.-0=\"4\"");
@@ -205,84 +205,84 @@ TEST_P(EachSourceTest, KnowsNamesOfEveryScript) {
     EXPECT_EQ(Setting(L"_.-0"), L"4");
 }
 
-TEST_P(EachSourceTest, LeavesTheSpacesOfAValue) {
+TEST_P(CommonSettingSourceTest, SpacesInValueAreKept) {
     WriteValues(R"(Name="  a  b  " Blank="   ")");
     EXPECT_EQ(Setting(L"Name"), L"  a  b  ");
     EXPECT_EQ(Setting(L"Blank"), L"   ");
 }
 
-TEST_P(EachSourceTest, LeavesTabsAndLineBreaksThatAreWrittenAsReferences) {
+TEST_P(CommonSettingSourceTest, WhiteSpaceFromReferencesIsKept) {
     WriteValues(R"(Name="&#9;a&#10;b&#13;&#10;c&#9;")");
     EXPECT_EQ(Setting(L"Name"), L"\ta\nb\r\nc\t");
 }
 
 // XML parsers normalise white space in attributes.
-TEST_P(EachSourceTest, TurnsPlainTabsAndLineBreaksIntoSpaces) {
+TEST_P(CommonSettingSourceTest, PlainTabsAndLineBreaksBecomeSpaces) {
     WriteValues("Name=\"a\tb\nc\"");
     EXPECT_EQ(Setting(L"Name"), L"a b c");
 }
 
-TEST_P(EachSourceTest, ResolvesEntities) {
+TEST_P(CommonSettingSourceTest, EntitiesAreResolved) {
     WriteValues(R"(Name="&lt;&amp;&gt;&quot;&apos;&#65;&#x42;&amp;lt;")");
     EXPECT_EQ(Setting(L"Name"), L"<&>\"'AB&lt;");
 }
 
-TEST_P(EachSourceTest, GivesCharactersOfEveryPlane) {
+TEST_P(CommonSettingSourceTest, CharactersOfEveryPlaneAreReturned) {
     WriteValues("Name=\"\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80&#x10FFFF;\xef\xbf\xbd\"");
     EXPECT_EQ(Setting(L"Name"), L"\xe4\x20ac\xd83d\xde00\xdbff\xdfff\xfffd");
 }
 
-TEST_P(EachSourceTest, TakesARootOfAnyName) {
+TEST_P(CommonSettingSourceTest, RootOfAnyNameIsAccepted) {
     Write(R"(<x:Root xmlns:x="urn:x"><CommonSettings Name="value"/></x:Root>)");
     EXPECT_EQ(Setting(L"Name"), L"value");
 }
 
-TEST_P(EachSourceTest, ReadsTheFirstSectionOnly) {
+TEST_P(CommonSettingSourceTest, OnlyFirstSectionIsRead) {
     Write(R"(<R><Other B="0"/><CommonSettings A="1"/><CommonSettings A="2" B="2"/></R>)");
     EXPECT_EQ(Setting(L"A"), L"1");
     EXPECT_EQ(Setting(L"B"), Missing);
 }
 
-TEST_P(EachSourceTest, IgnoresSectionsInANamespace) {
+TEST_P(CommonSettingSourceTest, SectionsInNamespaceAreIgnored) {
     Write(R"(<R xmlns:x="urn:x"><x:CommonSettings A="1" B="1"/><CommonSettings xmlns="urn:x" A="2" B="2"/>)"
           R"(<CommonSettings A="3"/></R>)");
     EXPECT_EQ(Setting(L"A"), L"3");
     EXPECT_EQ(Setting(L"B"), Missing);
 }
 
-TEST_P(EachSourceTest, IgnoresAttributesInANamespace) {
+TEST_P(CommonSettingSourceTest, AttributesInNamespaceAreIgnored) {
     Write(R"(<R xmlns:x="urn:x"><CommonSettings x:A="1" x:B="1" B="2"/></R>)");
     EXPECT_EQ(Setting(L"A"), Missing);
     EXPECT_EQ(Setting(L"B"), L"2");
 }
 
-TEST_P(EachSourceTest, HasNoSettingElsewhereThanInTheAttributesOfTheSection) {
+TEST_P(CommonSettingSourceTest, OnlySectionAttributesAreSettings) {
     Write(R"(<R A="1"><commonsettings A="2"/><X><CommonSettings A="3"/></X><CommonSettings><A>4</A>)"
           R"(<CommonSettings A="5"/>A</CommonSettings></R>)");
     EXPECT_EQ(Setting(L"A"), Missing);
 }
 
-TEST_P(EachSourceTest, HasNoSettingsInARootOfThatName) {
+TEST_P(CommonSettingSourceTest, RootNamedCommonSettingsIsNotSection) {
     Write(R"(<CommonSettings Name="value"/>)");
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_P(EachSourceTest, WithoutASectionHasNoSettings) {
+TEST_P(CommonSettingSourceTest, MissingSectionHasNoSettings) {
     Write(R"(<R Name="value"><PowerSchemes/><Functions/></R>)");
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_P(EachSourceTest, ThatIsNoXmlHasNoSettings) {
+TEST_P(CommonSettingSourceTest, NotWellFormedFileHasNoSettings) {
     Write(R"(<R><CommonSettings Name="value"/>)");
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_P(EachSourceTest, ThatIsAFolderHasNoSettings) {
+TEST_P(CommonSettingSourceTest, FolderNamedLikeFileHasNoSettings) {
     std::filesystem::create_directory(File());
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_P(EachSourceTest, IsUnchangedByReadsWhichCreateNoOtherFileEither) {
+TEST_P(CommonSettingSourceTest, ReadingChangesAndCreatesNoFile) {
     const std::string files[] = {"<R/>", R"(<R><CommonSettings Name="value"/></R>)", "broken"};
     for (const std::string& file : files) {
         Write(file);
@@ -296,7 +296,7 @@ TEST_P(EachSourceTest, IsUnchangedByReadsWhichCreateNoOtherFileEither) {
     }
 }
 
-TEST_P(EachSourceTest, KnowsNothingByANameThatIsNone) {
+TEST_P(CommonSettingSourceTest, InvalidNamesAreNotFound) {
     WriteValues(R"(A="1" B="2")");
     for (const wchar_t* const name :
          {L"",  L" ",  L"1",  L"A B", L"A=",    L"<A>",   L"&",  L"*",       L"@A",     L".",     L"A/",
@@ -304,19 +304,19 @@ TEST_P(EachSourceTest, KnowsNothingByANameThatIsNone) {
         EXPECT_EQ(Setting(name), Missing) << testing::PrintToString(std::wstring{name});
 }
 
-TEST_P(EachSourceTest, KnowsNothingByANameOfAnyLengthThatItLacks) {
+TEST_P(CommonSettingSourceTest, LongMissingNameIsNotFound) {
     WriteValues(R"(A="1")");
     EXPECT_EQ(Setting(std::wstring(100000, L'A')), Missing);
 }
 
-TEST_P(EachSourceTest, KnowsANameOfAnyLength) {
+TEST_P(CommonSettingSourceTest, LongExistingNameIsFound) {
     WriteValues(std::string(20000, 'A') + "=\"1\"");
     EXPECT_EQ(Setting(std::wstring(20000, L'A')), L"1");
 }
 
 // ---- When the files are read ----
 
-TEST_F(CommonSettingsTest, WithoutAnyFileThereIsNoSettingAndNoFileIsCreated) {
+TEST_F(CommonSettingsTest, MissingFilesHaveNoSettingsAndStayMissing) {
     EXPECT_EQ(Setting(L"Name"), Missing);
     Unload();
     EXPECT_FALSE(HasUserFile());
@@ -324,13 +324,13 @@ TEST_F(CommonSettingsTest, WithoutAnyFileThereIsNoSettingAndNoFileIsCreated) {
     EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
 }
 
-TEST_F(CommonSettingsTest, WithoutAnyFolderThereIsNoSetting) {
+TEST_F(CommonSettingsTest, MissingFoldersHaveNoSettings) {
     std::filesystem::remove_all(installation.ProgramData());
     std::filesystem::remove_all(installation.ProgramFiles());
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_F(CommonSettingsTest, TheUserSettingsAreReadAtEachCall) {
+TEST_F(CommonSettingsTest, UserSettingsAreReadAtEachCall) {
     EXPECT_EQ(Setting(L"Name"), Missing);
     WriteUserValues(R"(Name="1")");
     EXPECT_EQ(Setting(L"Name"), L"1");
@@ -340,7 +340,7 @@ TEST_F(CommonSettingsTest, TheUserSettingsAreReadAtEachCall) {
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadOnce) {
+TEST_F(CommonSettingsTest, DefaultsAndBaseCatalogueAreReadOnce) {
     WriteDefaultValues(R"(A="1")");
     WriteBaseValues(R"(B="1")");
     EXPECT_EQ(Setting(L"Missing"), Missing);
@@ -354,7 +354,7 @@ TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadOnce) {
 }
 
 // A source is not opened before a setting is looked up in it.
-TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadWhenTheyAreFirstAsked) {
+TEST_F(CommonSettingsTest, DefaultsAndBaseAreReadWhenFirstSearched) {
     WriteUserValues(R"(Name="user")");
     WriteDefaultValues(R"(A="1")");
     WriteBaseValues(R"(B="1")");
@@ -366,13 +366,13 @@ TEST_F(CommonSettingsTest, TheDefaultsAndTheBaseCatalogueAreReadWhenTheyAreFirst
     EXPECT_EQ(Setting(L"B"), L"3");
 }
 
-TEST_F(CommonSettingsTest, ABaseCatalogueThatAppearsLaterIsNotSeen) {
+TEST_F(CommonSettingsTest, BaseCatalogueCreatedLaterIsIgnored) {
     EXPECT_EQ(Setting(L"Name"), Missing);
     WriteBaseValues(R"(Name="base")");
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_F(CommonSettingsTest, UserSettingsThatBecomeUnreadableFallThroughToTheDefaults) {
+TEST_F(CommonSettingsTest, UserSettingsThatBecomeUnreadableYieldDefaults) {
     WriteUserValues(R"(Name="user")");
     WriteDefaultValues(R"(Name="default")");
     EXPECT_EQ(Setting(L"Name"), L"user");
@@ -381,7 +381,7 @@ TEST_F(CommonSettingsTest, UserSettingsThatBecomeUnreadableFallThroughToTheDefau
     EXPECT_EQ(UserSettings(), "<broken");
 }
 
-TEST_F(CommonSettingsTest, DeletedUserSettingsFallThroughToTheDefaultsIfTheyHadASchemeToo) {
+TEST_F(CommonSettingsTest, DeletedUserSettingsWithSchemeYieldDefaults) {
     WriteDefaultValues(R"(Name="default")");
     WriteUserSettings(R"(<R><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings Name="user"/></R>)");
     EXPECT_EQ(Setting(L"Name"), L"user");
@@ -391,7 +391,7 @@ TEST_F(CommonSettingsTest, DeletedUserSettingsFallThroughToTheDefaultsIfTheyHadA
 }
 
 // Deliberate: without schemes to clear, clearing ends early and keeps the common settings.
-TEST_F(CommonSettingsTest, DeletedUserSettingsWithoutASchemeAreStillKnown) {
+TEST_F(CommonSettingsTest, DeletedUserSettingsWithoutSchemeStayKnown) {
     WriteDefaultValues(R"(Name="default")");
     WriteUserValues(R"(Name="user")");
     EXPECT_EQ(Setting(L"Name"), L"user");
@@ -399,7 +399,7 @@ TEST_F(CommonSettingsTest, DeletedUserSettingsWithoutASchemeAreStillKnown) {
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-TEST_F(CommonSettingsTest, TheSectionThatAReadCreatesReachesTheDiskWithTheNextSave) {
+TEST_F(CommonSettingsTest, NextSaveWritesSectionCreatedByRead) {
     EXPECT_EQ(Setting(L"Name"), Missing);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(),
@@ -407,7 +407,7 @@ TEST_F(CommonSettingsTest, TheSectionThatAReadCreatesReachesTheDiskWithTheNextSa
                   NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(CommonSettingsTest, AReadNeedsNoCatalogueAndTouchesNone) {
+TEST_F(CommonSettingsTest, SettingReadDoesNotAffectCatalogue) {
     WriteDefaults(R"(<ZOTDefault><CommonSettings Name="default"/><Functions/></ZOTDefault>)");
     EXPECT_EQ(Setting(L"Name"), L"default");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
@@ -415,7 +415,7 @@ TEST_F(CommonSettingsTest, AReadNeedsNoCatalogueAndTouchesNone) {
 
 // ---- Busy files ----
 
-TEST_F(CommonSettingsTest, BusyUserSettingsThatWereNotReadFallThroughToTheDefaults) {
+TEST_F(CommonSettingsTest, UnreadBusyUserSettingsYieldDefaults) {
     WriteUserValues(R"(Name="user")");
     WriteDefaultValues(R"(Name="default")");
     {
@@ -425,7 +425,7 @@ TEST_F(CommonSettingsTest, BusyUserSettingsThatWereNotReadFallThroughToTheDefaul
     EXPECT_EQ(Setting(L"Name"), L"user");
 }
 
-TEST_F(CommonSettingsTest, BusyUserSettingsAreKnownAsTheyWereReadLast) {
+TEST_F(CommonSettingsTest, BusyUserSettingsReturnLastReadValue) {
     WriteUserValues(R"(Name="1")");
     EXPECT_EQ(Setting(L"Name"), L"1");
     WriteUserValues(R"(Name="2")");
@@ -436,7 +436,7 @@ TEST_F(CommonSettingsTest, BusyUserSettingsAreKnownAsTheyWereReadLast) {
     EXPECT_EQ(Setting(L"Name"), L"2");
 }
 
-TEST_F(CommonSettingsTest, DefaultsThatAreBusyAtTheirOnlyLoadFallThroughToTheBaseCatalogue) {
+TEST_F(CommonSettingsTest, DefaultsBusyAtFirstLoadYieldBaseValues) {
     WriteDefaultValues(R"(Name="default")");
     WriteBaseValues(R"(Name="base")");
     {
@@ -448,7 +448,7 @@ TEST_F(CommonSettingsTest, DefaultsThatAreBusyAtTheirOnlyLoadFallThroughToTheBas
     EXPECT_EQ(Setting(L"Name"), L"default");
 }
 
-TEST_F(CommonSettingsTest, TheBaseCatalogueIsReadWithoutAMarker) {
+TEST_F(CommonSettingsTest, BaseCatalogueIsReadDespiteMarkers) {
     WriteBaseValues(R"(Name="base")");
     const SecondProcess user{HoldMutex, {UserMarker}};
     const SecondProcess defaults{HoldMutex, {DefaultsMarker}};

@@ -22,7 +22,7 @@ BSTR WINAPI CountedSysAllocString(const OLECHAR* text) {
 }  // namespace
 
 // After the catalogue and the current values are loaded, GetFuncCount and GetFuncCurValue read from memory.
-class CostTest : public SettingsTest {
+class CallCostTest : public SettingsTest {
 protected:
     void SetUp() override {
         WriteFunctions(Function(1, R"(<Default ACParamIndex="1" DCParamIndex="2"/>)") +
@@ -34,14 +34,14 @@ protected:
     const ComScope com;
 };
 
-TEST_F(CostTest, AKnownCountAllocatesNothing) {
+TEST_F(CallCostTest, GetFuncCountAfterLoadAllocatesNothing) {
     const ImportPatch heap{Dll().Handle(), "malloc", &CountedMalloc};
     const ImportPatch texts{Dll().Handle(), "SysAllocString", &CountedSysAllocString};
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     EXPECT_EQ(allocations, 0);
 }
 
-TEST_F(CostTest, AKnownCurrentValueAllocatesNothing) {
+TEST_F(CallCostTest, GetFuncCurValueAfterLoadAllocatesNothing) {
     const ImportPatch heap{Dll().Handle(), "malloc", &CountedMalloc};
     const ImportPatch texts{Dll().Handle(), "SysAllocString", &CountedSysAllocString};
     FuncCurValue value = {};
@@ -50,13 +50,13 @@ TEST_F(CostTest, AKnownCurrentValueAllocatesNothing) {
     EXPECT_EQ(allocations, 0);
 }
 
-TEST_F(CostTest, AReadThatAllocatesIsSeen) {
+TEST_F(CallCostTest, AllocatingReadIsDetected) {
     const ImportPatch heap{Dll().Handle(), "malloc", &CountedMalloc};
     GetParameter(Balanced);
     EXPECT_GT(allocations, 0);
 }
 
-TEST_F(CostTest, NeitherAsksADocument) {
+TEST_F(CallCostTest, GetFuncCountDoesNotReadDocument) {
     const FailingDomMethod attributes{DomMethod::GetAttribute};
     const FailingDomMethod children{DomMethod::GetNamedItem};
     EXPECT_FALSE(Dll().TEVGetParam(&HighPerformance));

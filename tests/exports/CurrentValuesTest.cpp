@@ -76,32 +76,32 @@ private:
 
 // ---- The options ----
 
-TEST_F(CurrentValuesTest, AreTheOptionsThatTheSchemeSelects) {
+TEST_F(CurrentValuesTest, StoredPositionsSelectOptions) {
     Load(OptionFunction(1), OldFunction(1, 2, 1));
     EXPECT_EQ(CurrentValue(0), (Values{1, 112, 121}));
 }
 
-TEST_F(CurrentValuesTest, AreNotTheDefaultsWhereTheUserChose) {
+TEST_F(CurrentValuesTest, StoredPositionsOverrideDefaults) {
     Load(OptionFunction(1, {1, 1}), OldFunction(1, 2, 0));
     EXPECT_EQ(CurrentValue(0), (Values{1, 112, 120}));
 }
 
-TEST_F(CurrentValuesTest, AreCompletedFromTheDefaults) {
+TEST_F(CurrentValuesTest, FunctionMissingFromSchemeUsesDefaults) {
     Load(OptionFunction(1) + OptionFunction(2, {1, 2}), OldFunction(1, 2, 0));
     EXPECT_EQ(CurrentValue(1), (Values{2, 211, 222}));
 }
 
-TEST_F(CurrentValuesTest, AreTheDefaultsOfASchemeThatIsNotStored) {
+TEST_F(CurrentValuesTest, UnstoredSchemeUsesDefaults) {
     LoadDefaults(OptionFunction(1, {1, 2}));
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 122}));
 }
 
-TEST_F(CurrentValuesTest, MayBeNegativeOptions) {
+TEST_F(CurrentValuesTest, NegativeOptionsAreReturned) {
     LoadDefaults(FunctionWith(1, {.acItems = Options({"-1"}), .dcItems = Options({"-2147483648"})}));
     EXPECT_EQ(CurrentValue(0), (Values{1, 0xFFFFFFFF, 0x80000000}));
 }
 
-TEST_F(CurrentValuesTest, MayBeTheOptionZero) {
+TEST_F(CurrentValuesTest, ZeroOptionsAreReturned) {
     LoadDefaults(FunctionWith(1, {.acItems = "<DisplayItem/>", .dcItems = Options({"0"})}));
     EXPECT_EQ(CurrentValue(0), (Values{1, 0, 0}));
 }
@@ -115,30 +115,29 @@ void PrintTo(const IndexCase& index, std::ostream* out) {
     *out << index.index;
 }
 
-class UnselectableTest : public CurrentValuesTest, public testing::WithParamInterface<IndexCase> {};
+class InvalidOptionIndexTest : public CurrentValuesTest, public testing::WithParamInterface<IndexCase> {};
 
-TEST_P(UnselectableTest, LeavesTheAcValueAlone) {
+TEST_P(InvalidOptionIndexTest, InvalidAcIndexLeavesAcValueUnchanged) {
     Load(OptionFunction(1), OldFunction(1, GetParam().index, 1));
     EXPECT_EQ(CurrentValue(0), (Values{1, Untouched[1], 121}));
 }
 
-TEST_P(UnselectableTest, LeavesTheDcValueAlone) {
+TEST_P(InvalidOptionIndexTest, InvalidDcIndexLeavesDcValueUnchanged) {
     Load(OptionFunction(1), OldFunction(1, 1, GetParam().index));
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, Untouched[2]}));
 }
 
-TEST_P(UnselectableTest, LeavesBothValuesAlone) {
+TEST_P(InvalidOptionIndexTest, InvalidIndicesLeaveBothValuesUnchanged) {
     Load(OptionFunction(1), OldFunction(1, GetParam().index, GetParam().index));
     EXPECT_EQ(CurrentValue(0), (Values{1, Untouched[1], Untouched[2]}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Indices, UnselectableTest,
-                         testing::Values(IndexCase{"BehindTheLast", 3},
-                                         IndexCase{"FarBehindTheLast", INT_MAX}, IndexCase{"Negative", -1},
-                                         IndexCase{"FarBelowZero", INT_MIN}),
+INSTANTIATE_TEST_SUITE_P(Indices, InvalidOptionIndexTest,
+                         testing::Values(IndexCase{"PastLast", 3}, IndexCase{"Maximum", INT_MAX},
+                                         IndexCase{"Negative", -1}, IndexCase{"Minimum", INT_MIN}),
                          CaseName<IndexCase>);
 
-TEST_F(CurrentValuesTest, AreLeftAloneOnAPowerSourceWithoutItems) {
+TEST_F(CurrentValuesTest, PowerSourceWithoutItemsLeavesItsValueUnchanged) {
     LoadDefaults(FunctionWith(1, {.dcItems = Options({"20"})}) +
                  FunctionWith(2, {.acItems = Options({"10"})}));
     EXPECT_EQ(CurrentValue(0), (Values{1, Untouched[1], 20}));
@@ -147,7 +146,7 @@ TEST_F(CurrentValuesTest, AreLeftAloneOnAPowerSourceWithoutItems) {
 
 // ---- The position ----
 
-TEST_F(CurrentValuesTest, AreFoundByPositionInAscendingOrderOfTheIds) {
+TEST_F(CurrentValuesTest, PositionsCountFunctionsByAscendingId) {
     LoadDefaults(OptionFunction(300) + OptionFunction(4) + OptionFunction(20));
     EXPECT_EQ(CurrentValue(0), (Values{4, 410, 420}));
     EXPECT_EQ(CurrentValue(1), (Values{20, 2010, 2020}));
@@ -155,7 +154,7 @@ TEST_F(CurrentValuesTest, AreFoundByPositionInAscendingOrderOfTheIds) {
     ExpectNoValue(3);
 }
 
-TEST_F(CurrentValuesTest, AreCountedInTheCatalogueAndNotInTheScheme) {
+TEST_F(CurrentValuesTest, PositionsCountCatalogueAndNotScheme) {
     Load(OptionFunction(5) + OptionFunction(10),
          OldFunction(-1, 0, 0) + OldFunction(7, 0, 0) + OldFunction(10, 1, 1) + OldFunction(99, 0, 0));
     EXPECT_EQ(CurrentValue(0), (Values{5, 510, 520}));
@@ -163,33 +162,33 @@ TEST_F(CurrentValuesTest, AreCountedInTheCatalogueAndNotInTheScheme) {
     ExpectNoValue(2);
 }
 
-TEST_F(CurrentValuesTest, AreThoseOfTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(CurrentValuesTest, FirstFunctionWithSameIdProvidesValues) {
     LoadDefaults(OptionFunction(1) + FunctionWith(1, OptionParts(9)) + OptionFunction(2));
     EXPECT_EQ(CurrentValue(0), (Values{1, 110, 120}));
     EXPECT_EQ(CurrentValue(1), (Values{2, 210, 220}));
     ExpectNoValue(2);
 }
 
-TEST_F(CurrentValuesTest, OfTheOnlyFunctionAreAtPositionZeroAlone) {
+TEST_F(CurrentValuesTest, SingleFunctionIsAtPositionZeroOnly) {
     LoadDefaults(OptionFunction(1));
     EXPECT_EQ(CurrentValue(0), (Values{1, 110, 120}));
     for (const std::uint32_t position : {1u, 2u, 0x7FFFFFFFu, 0x80000000u, 0x80000001u, 0xFFFFFFFFu})
         ExpectNoValue(position);
 }
 
-TEST_F(CurrentValuesTest, OfNoFunctionAreBehindTheLast) {
+TEST_F(CurrentValuesTest, PositionPastLastFunctionFails) {
     LoadDefaults(OptionFunction(1) + OptionFunction(2));
     for (const std::uint32_t position : {2u, 3u, 0x7FFFFFFFu})
         ExpectNoValue(position);
 }
 
-TEST_F(CurrentValuesTest, OfTheFirstOfSeveralFunctionsAreAtEveryNegativePosition) {
+TEST_F(CurrentValuesTest, NegativePositionSelectsFirstOfTwoFunctions) {
     LoadDefaults(OptionFunction(2) + OptionFunction(1));
     for (const std::uint32_t position : {0x80000000u, 0x80000001u, 0xFFFFFFFEu, 0xFFFFFFFFu})
         EXPECT_EQ(CurrentValue(position), (Values{1, 110, 120})) << position;
 }
 
-TEST_F(CurrentValuesTest, OfTheFirstOfManyFunctionsAreAtEveryNegativePosition) {
+TEST_F(CurrentValuesTest, NegativePositionSelectsFirstOfManyFunctions) {
     std::string functions;
     for (std::int32_t id = 1; id <= 100; ++id)
         functions += OptionFunction(id);
@@ -200,14 +199,14 @@ TEST_F(CurrentValuesTest, OfTheFirstOfManyFunctionsAreAtEveryNegativePosition) {
         EXPECT_EQ(CurrentValue(position), (Values{1, 110, 120})) << position;
 }
 
-TEST_F(CurrentValuesTest, AreNowhereInAnEmptyCatalogue) {
+TEST_F(CurrentValuesTest, EmptyCatalogueHasNoValues) {
     Load("", OldFunction(1, 0, 0));
     for (const std::uint32_t position : {0u, 1u, 0x80000000u, 0xFFFFFFFFu})
         ExpectNoValue(position);
 }
 
 // The catalogue requires "Commands", but the default parameters do not.
-TEST_F(CurrentValuesTest, AreNowhereWithoutACatalogueThoughTheDefaultsAreLoaded) {
+TEST_F(CurrentValuesTest, LoadedDefaultsWithoutCatalogueHaveNoValues) {
     LoadDefaults(R"(<Function ID="1"><Display/><Default ACParamIndex="2" DCParamIndex="3"/></Function>)");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     EXPECT_FALSE(HasUserSettings());
@@ -217,20 +216,20 @@ TEST_F(CurrentValuesTest, AreNowhereWithoutACatalogueThoughTheDefaultsAreLoaded)
 
 // ---- The id ----
 
-TEST_F(CurrentValuesTest, OfTheFunctionEightReportTheIdSeven) {
+TEST_F(CurrentValuesTest, FunctionEightReportsIdSeven) {
     const FakeDisplay display{Dll().Handle(), {60, 48}};
     LoadDefaults(RateFunction(8, {1, 0}));
     EXPECT_EQ(CurrentValue(0), (Values{7, 48, 61}));
 }
 
-TEST_F(CurrentValuesTest, OfTheFunctionSevenReportTheIdSeven) {
+TEST_F(CurrentValuesTest, FunctionsSevenAndEightReportIdSeven) {
     const FakeDisplay display{Dll().Handle(), {60, 48}};
     LoadDefaults(RateFunction(7, {0, 1}) + RateFunction(8, {1, 0}));
     EXPECT_EQ(CurrentValue(0), (Values{7, 60, 49}));
     EXPECT_EQ(CurrentValue(1), (Values{7, 48, 61}));
 }
 
-TEST_F(CurrentValuesTest, OfOtherFunctionsReportTheirOwnIds) {
+TEST_F(CurrentValuesTest, OtherFunctionsReportTheirOwnIds) {
     LoadDefaults(OptionFunction(0) + OptionFunction(6) + OptionFunction(9) + OptionFunction(78) +
                  FunctionWith(INT_MAX, {.acItems = Options({"1"}), .dcItems = Options({"2"})}));
     EXPECT_EQ(CurrentValue(0)[0], 0u);
@@ -242,41 +241,41 @@ TEST_F(CurrentValuesTest, OfOtherFunctionsReportTheirOwnIds) {
 
 // ---- Functions that are not in the scheme ----
 
-TEST_F(CurrentValuesTest, OfAHiddenFunctionAreItsFirstOptions) {
+TEST_F(CurrentValuesTest, HiddenFunctionHasItsFirstOptions) {
     LoadWithHiddenFunction();
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 121}));
     EXPECT_EQ(CurrentValue(1), (Values{7, 60, 61}));
     EXPECT_EQ(CurrentValue(1), (Values{7, 60, 61}));
 }
 
-TEST_F(CurrentValuesTest, OfAHiddenFunctionAreNotItsDefaults) {
+TEST_F(CurrentValuesTest, HiddenFunctionDoesNotUseItsDefaults) {
     const FakeDisplay display{Dll().Handle(), {60}};
     LoadDefaults(OptionFunction(1) + RateFunction(8, {1, 1}));
     EXPECT_EQ(CurrentValue(1), (Values{7, 60, 61}));
 }
 
-TEST_F(CurrentValuesTest, OfAHiddenFunctionAreNoneWhereTheSchemeHasNothingElse) {
+TEST_F(CurrentValuesTest, HiddenFunctionAloneHasNoValues) {
     const FakeDisplay display{Dll().Handle(), {60}};
     LoadDefaults(RateFunction(7));
     ExpectNoValue(0);
 }
 
 // The first request for a function that is not in the scheme allocates its cache entry.
-TEST_F(CurrentValuesTest, OfAHiddenFunctionAreNoneWhereNoMemoryIsLeftForThem) {
+TEST_F(CurrentValuesTest, AllocationFailureFailsHiddenFunctionOnly) {
     LoadWithHiddenFunction();
     const ImportPatch noMemory{Dll().Handle(), "malloc", &NoMemory};
     ExpectNoValue(1);
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 121}));
 }
 
-TEST_F(CurrentValuesTest, OfAHiddenFunctionStayKnownOnceAskedFor) {
+TEST_F(CurrentValuesTest, KnownHiddenFunctionNeedsNoAllocation) {
     LoadWithHiddenFunction();
     CurrentValue(1);
     const ImportPatch noMemory{Dll().Handle(), "malloc", &NoMemory};
     EXPECT_EQ(CurrentValue(1), (Values{7, 60, 61}));
 }
 
-TEST_F(CurrentValuesTest, OfAFunctionThatWasHiddenAreReadWhenTheDisplayServesItAtTheNextLoad) {
+TEST_F(CurrentValuesTest, FunctionShownAtNextLoadUsesStoredValues) {
     LoadWithHiddenFunction();
     EXPECT_EQ(CurrentValue(1), (Values{7, 60, 61}));
     const FakeDisplay display{Dll().Handle(), {60, 48}};
@@ -284,7 +283,7 @@ TEST_F(CurrentValuesTest, OfAFunctionThatWasHiddenAreReadWhenTheDisplayServesItA
     EXPECT_EQ(CurrentValue(1), (Values{7, 48, 49}));
 }
 
-TEST_F(CurrentValuesTest, OfAFunctionThatIsHiddenAtTheNextLoadAreItsFirstOptions) {
+TEST_F(CurrentValuesTest, FunctionHiddenAtNextLoadUsesFirstOptions) {
     std::optional<FakeDisplay> display{std::in_place, Dll().Handle(), std::vector<DWORD>{60, 48}};
     Load(OptionFunction(1) + RateFunction(7), OldFunction(1, 1, 1) + OldFunction(7, 1, 1));
     EXPECT_EQ(CurrentValue(1), (Values{7, 48, 49}));
@@ -295,30 +294,30 @@ TEST_F(CurrentValuesTest, OfAFunctionThatIsHiddenAtTheNextLoadAreItsFirstOptions
 
 // ---- Loading ----
 
-TEST_F(CurrentValuesTest, BeforeAnyLoadThereAreNone) {
+TEST_F(CurrentValuesTest, CallBeforeAnyLoadFails) {
     WriteDefaults(TwoFunctions);
     ExpectNoValue(0);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     ExpectNoValue(0);
 }
 
-TEST_F(CurrentValuesTest, AfterALoadOfNothingThereAreNone) {
+TEST_F(CurrentValuesTest, EmptySchemeHasNoValues) {
     Load(OptionFunction(1), "");
     ExpectNoValue(0);
 }
 
-TEST_F(CurrentValuesTest, AfterAFailedLoadThereAreNone) {
+TEST_F(CurrentValuesTest, FailedLoadLeavesNoValues) {
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     ExpectNoValue(0);
 }
 
-TEST_F(CurrentValuesTest, WithoutACatalogueAStoredSchemeCannotBeLoaded) {
+TEST_F(CurrentValuesTest, StoredSchemeWithoutCatalogueFailsToLoad) {
     WriteBalanced(OldFunction(1, 50, 51));
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     ExpectNoValue(0);
 }
 
-TEST_F(CurrentValuesTest, ALoadStoresWhatItCompletes) {
+TEST_F(CurrentValuesTest, LoadStoresCompletedScheme) {
     WriteDefaults(TwoFunctions);
     WriteBalanced(OldFunction(1, 50, 51));
     EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
@@ -326,7 +325,7 @@ TEST_F(CurrentValuesTest, ALoadStoresWhatItCompletes) {
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + NewFunction(2, 4, 5))));
 }
 
-TEST_F(CurrentValuesTest, ALoadReplacesTheOneBefore) {
+TEST_F(CurrentValuesTest, NextLoadReplacesValues) {
     WriteFunctions(OptionFunction(1));
     WriteSchemes(OldScheme(BalancedText, OldFunction(1, 1, 1)) +
                  OldScheme(HighPerformanceText, OldFunction(1, 2, 2)));
@@ -336,7 +335,7 @@ TEST_F(CurrentValuesTest, ALoadReplacesTheOneBefore) {
     EXPECT_EQ(CurrentValue(0), (Values{1, 112, 122}));
 }
 
-TEST_F(CurrentValuesTest, ALoadOfNothingForgetsTheOneBefore) {
+TEST_F(CurrentValuesTest, LoadOfEmptySchemeDiscardsValues) {
     WriteFunctions(OptionFunction(1));
     WriteSchemes(OldScheme(BalancedText, OldFunction(1, 1, 1)) + OldScheme(HighPerformanceText, ""));
     EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
@@ -344,14 +343,14 @@ TEST_F(CurrentValuesTest, ALoadOfNothingForgetsTheOneBefore) {
     ExpectNoValue(0);
 }
 
-TEST_F(CurrentValuesTest, AFailedLoadForgetsTheOneBefore) {
+TEST_F(CurrentValuesTest, FailedLoadDiscardsValues) {
     Load(R"(<Function ID="1"><Display/><Commands/></Function>)", OldFunction(1, 1, 1));
     EXPECT_EQ(CurrentValue(0)[0], 1u);
     EXPECT_FALSE(Dll().TEVGetParam(&HighPerformance));
     ExpectNoValue(0);
 }
 
-TEST_F(CurrentValuesTest, AFailedLoadLeavesTheDefaultsThatItRead) {
+TEST_F(CurrentValuesTest, FailedLoadKeepsDefaultsAlreadyRead) {
     WriteFunctions(OptionFunction(1, {1, 2}) + R"(<Function ID="2"><Display/><Commands/></Function>)");
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 122}));
@@ -359,7 +358,7 @@ TEST_F(CurrentValuesTest, AFailedLoadLeavesTheDefaultsThatItRead) {
 
 // A function without "ID" cannot be matched, so the completed scheme cannot be stored. The defaults then add
 // the missing functions, here the one that the display hides.
-TEST_F(CurrentValuesTest, TheDefaultsOnlyAddToASchemeThatCannotBeWrittenBack) {
+TEST_F(CurrentValuesTest, DefaultsCompleteSchemeThatCannotBeStored) {
     const FakeDisplay display{Dll().Handle(), {60}};
     const std::string stored = OldFunction(1, 2, 1) + R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
     Load(OptionFunction(1) + OptionFunction(2, {1, 2}) + RateFunction(7, {1, 1}), stored);
@@ -369,7 +368,7 @@ TEST_F(CurrentValuesTest, TheDefaultsOnlyAddToASchemeThatCannotBeWrittenBack) {
     EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, stored)));
 }
 
-TEST_F(CurrentValuesTest, AreLoadedForTheAllZeroSchemeToo) {
+TEST_F(CurrentValuesTest, ZeroSchemeIsLoadedLikeAnyOther) {
     constexpr GUID allZero = {};
     WriteFunctions(OptionFunction(1));
     WriteSchemes(OldScheme("00000000-0000-0000-0000-000000000000", OldFunction(1, 2, 1)));
@@ -377,7 +376,7 @@ TEST_F(CurrentValuesTest, AreLoadedForTheAllZeroSchemeToo) {
     EXPECT_EQ(CurrentValue(0), (Values{1, 112, 121}));
 }
 
-TEST_F(CurrentValuesTest, AreLoadedWhileTheFileIsBusy) {
+TEST_F(CurrentValuesTest, BusyFileDoesNotPreventLoad) {
     const SecondProcess other{HoldMutex, {UserMarker}};
     LoadDefaults(OptionFunction(1, {1, 2}));
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 122}));
@@ -386,19 +385,19 @@ TEST_F(CurrentValuesTest, AreLoadedWhileTheFileIsBusy) {
 
 // ---- Between the loads ----
 
-TEST_F(CurrentValuesTest, StayWhenTheFileChanges) {
+TEST_F(CurrentValuesTest, ValuesStayWhenFileChanges) {
     Load(OptionFunction(1), OldFunction(1, 1, 1));
     WriteBalanced(OldFunction(1, 2, 2));
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 121}));
 }
 
-TEST_F(CurrentValuesTest, StayWhenTheSchemeIsSet) {
+TEST_F(CurrentValuesTest, ValuesStayWhenSchemeIsSet) {
     Load(OptionFunction(1), OldFunction(1, 1, 1));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 2}}}));
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 121}));
 }
 
-TEST_F(CurrentValuesTest, StayWhenOtherSchemesAreRead) {
+TEST_F(CurrentValuesTest, ValuesStayWhenOtherSchemesAreRead) {
     Load(OptionFunction(1), OldFunction(1, 1, 1));
     GetParameter(HighPerformance);
     EXPECT_TRUE(Dll().ResetDefault());
@@ -406,7 +405,7 @@ TEST_F(CurrentValuesTest, StayWhenOtherSchemesAreRead) {
     EXPECT_EQ(CurrentValue(0), (Values{1, 111, 121}));
 }
 
-TEST_F(CurrentValuesTest, AreAskedWithoutReadingAFile) {
+TEST_F(CurrentValuesTest, ValuesAreReturnedWithoutReadingFiles) {
     Load(OptionFunction(1), OldFunction(1, 1, 1));
     std::filesystem::remove(installation.UserFile());
     std::filesystem::remove(installation.DefaultsFile());
@@ -414,14 +413,14 @@ TEST_F(CurrentValuesTest, AreAskedWithoutReadingAFile) {
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(CurrentValuesTest, AreGoneWithTheCatalogueAfterZOTDamExit) {
+TEST_F(CurrentValuesTest, ExitDiscardsValues) {
     Load(OptionFunction(1) + OptionFunction(2), OldFunction(1, 1, 1));
     EXPECT_TRUE(Dll().ZOTDamExit());
     for (const std::uint32_t position : {0u, 1u, 0x80000000u})
         ExpectNoValue(position);
 }
 
-TEST_F(CurrentValuesTest, AreGoneWhenTheLibraryIsLoadedAnew) {
+TEST_F(CurrentValuesTest, ReloadedLibraryHasNoValues) {
     Load(OptionFunction(1), OldFunction(1, 1, 1));
     Unload();
     EXPECT_EQ(Dll().GetFuncCount(), 1u);

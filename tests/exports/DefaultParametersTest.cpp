@@ -17,12 +17,12 @@ protected:
     }
 };
 
-TEST_F(DefaultParametersTest, GivesTheGenericDefault) {
+TEST_F(DefaultParametersTest, GenericDefaultIsReturned) {
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)"),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, PrefersTheItemOfTheScheme) {
+TEST_F(DefaultParametersTest, ItemOfSchemeOverridesGenericDefault) {
     WriteFunctions(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="4" DCParamIndex="5"/>
         <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="6" DCParamIndex="7"/>
@@ -31,7 +31,7 @@ TEST_F(DefaultParametersTest, PrefersTheItemOfTheScheme) {
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {6, 7}}}));
 }
 
-TEST_F(DefaultParametersTest, GivesTheGenericDefaultWhenOnlyOtherSchemesHaveItems) {
+TEST_F(DefaultParametersTest, SchemeWithoutItemUsesGenericDefault) {
     WriteFunctions(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="4" DCParamIndex="5"/>
         <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="6" DCParamIndex="7"/>
@@ -39,7 +39,7 @@ TEST_F(DefaultParametersTest, GivesTheGenericDefaultWhenOnlyOtherSchemesHaveItem
     EXPECT_EQ(GetParameterDefault(PowerSaver), (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, ChoosesForEachFunctionByItself) {
+TEST_F(DefaultParametersTest, EachFunctionSelectsItsOwnDefault) {
     EXPECT_EQ(DefaultsOf(R"(
         <Function ID="1"><Default ACParamIndex="2" DCParamIndex="3">
             <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="4" DCParamIndex="5"/>
@@ -48,7 +48,7 @@ TEST_F(DefaultParametersTest, ChoosesForEachFunctionByItself) {
               (Params{{1, {4, 5}}, {2, {6, 7}}}));
 }
 
-TEST_F(DefaultParametersTest, TakesTheFirstOfTwoItemsOfTheScheme) {
+TEST_F(DefaultParametersTest, FirstOfTwoItemsForSchemeIsUsed) {
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="4" DCParamIndex="5"/>
         <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="6" DCParamIndex="7"/>
@@ -56,14 +56,14 @@ TEST_F(DefaultParametersTest, TakesTheFirstOfTwoItemsOfTheScheme) {
               (Params{{1, {4, 5}}}));
 }
 
-TEST_F(DefaultParametersTest, NeedsNoGenericParametersBesideAnItemOfTheScheme) {
+TEST_F(DefaultParametersTest, ItemOfSchemeNeedsNoGenericDefault) {
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default>
         <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="4" DCParamIndex="5"/>
     </Default></Function>)"),
               (Params{{1, {4, 5}}}));
 }
 
-TEST_F(DefaultParametersTest, TakesTheFirstOfTwoDefaults) {
+TEST_F(DefaultParametersTest, FirstOfTwoDefaultElementsIsUsed) {
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1">
         <Default ACParamIndex="2" DCParamIndex="3"/>
         <Default ACParamIndex="4" DCParamIndex="5">
@@ -73,14 +73,14 @@ TEST_F(DefaultParametersTest, TakesTheFirstOfTwoDefaults) {
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, TakesTheFirstOfTwoFunctionsOfTheSameId) {
+TEST_F(DefaultParametersTest, FirstFunctionWithSameIdProvidesDefaults) {
     EXPECT_EQ(DefaultsOf(R"(
         <Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>
         <Function ID="1"><Default ACParamIndex="4" DCParamIndex="5"/></Function>)"),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, AreEnumeratedByAscendingSignedId) {
+TEST_F(DefaultParametersTest, ParametersAreOrderedBySignedId) {
     EXPECT_EQ(DefaultsOf(R"(
         <Function ID="20"><Default ACParamIndex="1" DCParamIndex="1"/></Function>
         <Function ID="0"><Default ACParamIndex="2" DCParamIndex="2"/></Function>
@@ -89,7 +89,7 @@ TEST_F(DefaultParametersTest, AreEnumeratedByAscendingSignedId) {
               (Params{{-1, {3, 3}}, {0, {2, 2}}, {3, {4, 4}}, {20, {1, 1}}}));
 }
 
-TEST_F(DefaultParametersTest, NeedNoCatalogue) {
+TEST_F(DefaultParametersTest, DefaultsAreReadDespiteInvalidCatalogue) {
     const Params expected{{1, {2, 3}}};
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)"),
               expected);
@@ -97,18 +97,18 @@ TEST_F(DefaultParametersTest, NeedNoCatalogue) {
     EXPECT_EQ(GetParameterDefault(Balanced), expected);
 }
 
-TEST_F(DefaultParametersTest, DoNotDependOnTheUserSettings) {
+TEST_F(DefaultParametersTest, UserSettingsDoNotAffectDefaults) {
     WriteBalanced(R"(<Function ID="1" ACParamIndex="8" DCParamIndex="9"/>)");
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)"),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, EnterNoUserSettings) {
+TEST_F(DefaultParametersTest, ReadingDefaultsCreatesNoUserSettings) {
     DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(DefaultParametersTest, OfTheZeroSchemeAreNone) {
+TEST_F(DefaultParametersTest, ZeroSchemeHasNoDefaults) {
     WriteFunctions(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="00000000-0000-0000-0000-000000000000" ACParamIndex="4" DCParamIndex="5"/>
     </Default></Function>)");
@@ -117,34 +117,34 @@ TEST_F(DefaultParametersTest, OfTheZeroSchemeAreNone) {
 
 // ---- The section ----
 
-TEST_F(DefaultParametersTest, AreNoneWithoutADefaultsFile) {
+TEST_F(DefaultParametersTest, MissingFileHasNoDefaultsAndStaysMissing) {
     EXPECT_EQ(GetParameterDefault(Balanced), Params{});
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
 }
 
-TEST_F(DefaultParametersTest, AreNoneWhenTheFileDoesNotParse) {
+TEST_F(DefaultParametersTest, NotWellFormedFileHasNoDefaults) {
     EXPECT_EQ(DefaultsInFile(R"(<ZOTDefault><Functions>
         <Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions>)"),
               Params{});
 }
 
-TEST_F(DefaultParametersTest, AreNoneWithoutAFunctionsSection) {
+TEST_F(DefaultParametersTest, MissingSectionHasNoDefaults) {
     EXPECT_EQ(DefaultsInFile(R"(<ZOTDefault>
         <Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function></ZOTDefault>)"),
               Params{});
 }
 
-TEST_F(DefaultParametersTest, AreNoneWhenTheSectionIsEmpty) {
+TEST_F(DefaultParametersTest, EmptySectionHasNoDefaults) {
     EXPECT_EQ(DefaultsOf(""), Params{});
 }
 
-TEST_F(DefaultParametersTest, AreReadUnderARootOfAnyName) {
+TEST_F(DefaultParametersTest, RootOfAnyNameIsAccepted) {
     EXPECT_EQ(DefaultsInFile(R"(<Settings><Functions>
         <Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions></Settings>)"),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, AreReadFromTheFirstOfTwoSections) {
+TEST_F(DefaultParametersTest, FirstOfTwoSectionsIsRead) {
     EXPECT_EQ(DefaultsInFile(R"(<ZOTDefault>
         <Functions><Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions>
         <Functions><Function ID="4"><Default ACParamIndex="5" DCParamIndex="6"/></Function></Functions>
@@ -152,13 +152,13 @@ TEST_F(DefaultParametersTest, AreReadFromTheFirstOfTwoSections) {
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, StayWhenTheFileChanges) {
+TEST_F(DefaultParametersTest, DefaultsStayWhenFileChanges) {
     DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)");
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="4" DCParamIndex="5"/></Function>)"),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, AreReadAnewByTheNextUseOfTheLibrary) {
+TEST_F(DefaultParametersTest, ReloadedLibraryReadsFileAgain) {
     DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)");
     Unload();
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="4" DCParamIndex="5"/></Function>)"),
@@ -169,14 +169,14 @@ TEST_F(DefaultParametersTest, AreReadAnewByTheNextUseOfTheLibrary) {
 
 class DefaultNumberTest : public DefaultParametersTest, public testing::WithParamInterface<NumberText> {};
 
-TEST_P(DefaultNumberTest, IsReadInTheGenericDefault) {
+TEST_P(DefaultNumberTest, NumberIsReadInGenericDefault) {
     const auto& [name, text, value] = GetParam();
     EXPECT_EQ(DefaultsOf("<Function ID=\"" + text + "\"><Default ACParamIndex=\"" + text +
                          "\" DCParamIndex=\"" + text + "\"/></Function>"),
               (Params{{value, {value, value}}}));
 }
 
-TEST_P(DefaultNumberTest, IsReadInTheItemOfAScheme) {
+TEST_P(DefaultNumberTest, NumberIsReadInItemOfScheme) {
     const auto& [name, text, value] = GetParam();
     EXPECT_EQ(
         DefaultsOf("<Function ID=\"1\"><Default><DefaultItem GUID=\"" + std::string{BalancedText} +
@@ -190,7 +190,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, DefaultNumberTest, testing::ValuesIn(NumberTex
 
 class DefaultItemGuidTest : public DefaultParametersTest, public testing::WithParamInterface<GuidCase> {};
 
-TEST_P(DefaultItemGuidTest, IsComparedAsText) {
+TEST_P(DefaultItemGuidTest, GuidIsComparedAsString) {
     const ParamValue expected = GetParam().matches ? ParamValue{4, 5} : ParamValue{2, 3};
     EXPECT_EQ(
         DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"><DefaultItem GUID=")" +
@@ -203,9 +203,9 @@ INSTANTIATE_TEST_SUITE_P(Guids, DefaultItemGuidTest, testing::ValuesIn(GuidCases
 // ---- Functions that cannot be read ----
 
 // The parameter is the second of three functions.
-class BrokenDefaultTest : public DefaultParametersTest, public testing::WithParamInterface<XmlCase> {};
+class InvalidDefaultTest : public DefaultParametersTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(BrokenDefaultTest, EndsTheReadingAndKeepsWhatWasRead) {
+TEST_P(InvalidDefaultTest, InvalidFunctionEndsReadingAndKeepsPrevious) {
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3"/></Function>)" +
                          GetParam().xml +
                          R"(<Function ID="3"><Default ACParamIndex="4" DCParamIndex="5"/></Function>)"),
@@ -213,20 +213,20 @@ TEST_P(BrokenDefaultTest, EndsTheReadingAndKeepsWhatWasRead) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Functions, BrokenDefaultTest,
+    Functions, InvalidDefaultTest,
     testing::Values(XmlCase{"WithoutId",
                             R"(<Function><Default ACParamIndex="6" DCParamIndex="7"/></Function>)"},
                     XmlCase{"WithoutDefault", R"(<Function ID="2"><Display/><Commands/></Function>)"},
-                    XmlCase{"WithoutDefaultButWithTheIdOfTheFirst", R"(<Function ID="1"/>)"},
+                    XmlCase{"WithoutDefaultButWithIdOfFirst", R"(<Function ID="1"/>)"},
                     XmlCase{"WithoutAc", R"(<Function ID="2"><Default DCParamIndex="7"/></Function>)"},
                     XmlCase{"WithoutDc", R"(<Function ID="2"><Default ACParamIndex="6"/></Function>)"},
-                    XmlCase{"WithParametersInANamespace", R"(<Function ID="2" xmlns:o="urn:other">
+                    XmlCase{"WithParametersInNamespace", R"(<Function ID="2" xmlns:o="urn:other">
             <Default o:ACParamIndex="6" o:DCParamIndex="7"/></Function>)"},
-                    XmlCase{"WithDefaultInADefaultNamespace", R"(<Function ID="2">
+                    XmlCase{"WithDefaultInDefaultNamespace", R"(<Function ID="2">
             <Default xmlns="urn:other" ACParamIndex="6" DCParamIndex="7"/></Function>)"},
                     XmlCase{"WithDefaultBelowAnotherElement", R"(<Function ID="2">
             <Display><Default ACParamIndex="6" DCParamIndex="7"/></Display></Function>)"},
-                    XmlCase{"WithACommentInThePlaceOfDefault", R"(<Function ID="2">
+                    XmlCase{"WithCommentInsteadOfDefault", R"(<Function ID="2">
             <!--<Default ACParamIndex="6" DCParamIndex="7"/>--></Function>)"},
                     XmlCase{"WithOnlyItemsOfOtherSchemes", R"(<Function ID="2"><Default>
             <DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="6" DCParamIndex="7"/>
@@ -234,26 +234,26 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName<XmlCase>);
 
 INSTANTIATE_TEST_SUITE_P(
-    Items, BrokenDefaultTest,
+    Items, InvalidDefaultTest,
     testing::Values(XmlCase{"WithoutAc", R"(<Function ID="2"><Default ACParamIndex="6" DCParamIndex="7">
             <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" DCParamIndex="9"/>
             </Default></Function>)"},
                     XmlCase{"WithoutDc", R"(<Function ID="2"><Default ACParamIndex="6" DCParamIndex="7">
             <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="8"/>
             </Default></Function>)"},
-                    XmlCase{"WithoutGuidBeforeTheItemOfTheScheme", R"(<Function ID="2">
+                    XmlCase{"WithoutGuidBeforeMatchingItem", R"(<Function ID="2">
             <Default ACParamIndex="6" DCParamIndex="7">
                 <DefaultItem ACParamIndex="8" DCParamIndex="9"/>
                 <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="8" DCParamIndex="9"/>
             </Default></Function>)"},
-                    XmlCase{"WithoutGuidAndNoneOfTheScheme", R"(<Function ID="2">
+                    XmlCase{"WithoutGuidAndWithoutMatchingItem", R"(<Function ID="2">
             <Default ACParamIndex="6" DCParamIndex="7">
                 <DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c" ACParamIndex="8" DCParamIndex="9"/>
                 <DefaultItem ACParamIndex="8" DCParamIndex="9"/>
             </Default></Function>)"}),
     CaseName<XmlCase>);
 
-TEST_F(DefaultParametersTest, LookAtNoItemBehindTheOneOfTheScheme) {
+TEST_F(DefaultParametersTest, ItemsAfterMatchingItemAreNotRead) {
     EXPECT_EQ(DefaultsOf(R"(
         <Function ID="1"><Default>
             <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="2" DCParamIndex="3"/>
@@ -263,14 +263,14 @@ TEST_F(DefaultParametersTest, LookAtNoItemBehindTheOneOfTheScheme) {
               (Params{{1, {2, 3}}, {2, {4, 5}}}));
 }
 
-TEST_F(DefaultParametersTest, DoNotMindAnIncompleteItemOfAnotherScheme) {
+TEST_F(DefaultParametersTest, IncompleteItemOfOtherSchemeIsIgnored) {
     EXPECT_EQ(DefaultsOf(R"(<Function ID="1"><Default ACParamIndex="2" DCParamIndex="3">
         <DefaultItem GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c"/>
     </Default></Function>)"),
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, AreNoneWhenTheFirstFunctionCannotBeRead) {
+TEST_F(DefaultParametersTest, InvalidFirstFunctionLeavesNoDefaults) {
     EXPECT_EQ(DefaultsOf(R"(
         <Function ID="1"/>
         <Function ID="2"><Default ACParamIndex="4" DCParamIndex="5"/></Function>)"),
@@ -279,7 +279,7 @@ TEST_F(DefaultParametersTest, AreNoneWhenTheFirstFunctionCannotBeRead) {
 
 // ---- Ignored nodes ----
 
-TEST_F(DefaultParametersTest, PassOverOtherKindsOfNodes) {
+TEST_F(DefaultParametersTest, OtherNodeTypesAreIgnored) {
     EXPECT_EQ(DefaultsOf(R"(<!--<Function ID="8"/>-->text<?Function ID="9"?>
         <Function ID="1"><?Default?><Default ACParamIndex="2" DCParamIndex="3"><![CDATA[text]]>
             <?DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="6" DCParamIndex="7"?>
@@ -289,7 +289,7 @@ TEST_F(DefaultParametersTest, PassOverOtherKindsOfNodes) {
               (Params{{1, {4, 5}}}));
 }
 
-TEST_F(DefaultParametersTest, PassOverElementsInNamespaces) {
+TEST_F(DefaultParametersTest, ElementsInNamespacesAreIgnored) {
     EXPECT_EQ(DefaultsOf(R"(<Function xmlns="urn:other"/>
         <Function ID="1" xmlns:o="urn:other"><o:Default/><Default ACParamIndex="2" DCParamIndex="3">
             <DefaultItem xmlns="urn:other"/><o:DefaultItem/>
@@ -298,7 +298,7 @@ TEST_F(DefaultParametersTest, PassOverElementsInNamespaces) {
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, PassOverElementsDeeperInTheTree) {
+TEST_F(DefaultParametersTest, NestedElementsAreIgnored) {
     EXPECT_EQ(DefaultsOf(R"(<Group><Function/></Group>
         <Function ID="1"><Function/><Default ACParamIndex="2" DCParamIndex="3"><Group>
             <DefaultItem GUID="381b4222-f694-41f0-9685-ff5bb260df2e" ACParamIndex="4" DCParamIndex="5"/>
@@ -306,7 +306,7 @@ TEST_F(DefaultParametersTest, PassOverElementsDeeperInTheTree) {
               (Params{{1, {2, 3}}}));
 }
 
-TEST_F(DefaultParametersTest, PassOverElementsOfAnotherCaseOfLetters) {
+TEST_F(DefaultParametersTest, ElementsInDifferentCaseAreIgnored) {
     EXPECT_EQ(DefaultsOf(R"(<function/>
         <Function ID="1"><default/><Default ACParamIndex="2" DCParamIndex="3"><Defaultitem/></Default>
         </Function>)"),

@@ -20,7 +20,7 @@ std::string RateFunction(std::int32_t id) {
 
 // ---- The power source ----
 
-TEST_F(DifferencesTest, AreThoseOfThePowerSource) {
+TEST_F(DifferencesTest, OnlyDifferencesOfPowerSourceAreListed) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 1, 0) + OldFunction(2, 0, 1));
     Translate({{"AcOn", "On mains power"}, {"DcOn", "On battery"}});
@@ -28,52 +28,52 @@ TEST_F(DifferencesTest, AreThoseOfThePowerSource) {
     EXPECT_EQ(Compare(Dc), (Difference{true, L"- Sound\n\r", L"On battery\n\r"}));
 }
 
-TEST_F(DifferencesTest, OnBatteryHaveTheLabelOfTheBatteryValue) {
+TEST_F(DifferencesTest, BatteryDifferenceShowsDcLabel) {
     WriteFunctions(NamedFunction(1, "Dim"));
     Store(OldFunction(1, 0, 1), OldFunction(1, 1, 0));
     Translate({{"AcOn", "wrong"}, {"AcOff", "wrong"}, {"DcOn", "wrong"}, {"DcOff", "Off"}});
     EXPECT_EQ(Compare(Dc).values, L"Off\n\r");
 }
 
-class OtherModeTest : public DifferencesTest, public testing::WithParamInterface<std::uint32_t> {};
+class UnknownModeTest : public DifferencesTest, public testing::WithParamInterface<std::uint32_t> {};
 
-TEST_P(OtherModeTest, ListsNothingButLoadsBothSchemes) {
+TEST_P(UnknownModeTest, UnknownModeListsNothingButLoadsSchemes) {
     WriteDifferentDefaults();
     EXPECT_EQ(Compare(GetParam()), None);
     EXPECT_EQ(UserSettings(), BothAdopted());
 }
 
-TEST_P(OtherModeTest, TranslatesNoName) {
+TEST_P(UnknownModeTest, UnknownModeTranslatesNoName) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
     Compare(GetParam());
     EXPECT_EQ(CompareNames(), L"- Dark\n\r");
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, OtherModeTest,
+INSTANTIATE_TEST_SUITE_P(Modes, UnknownModeTest,
                          testing::Values(0u, 3u, 0x101u, 0x80000001u, 0xFFFFFFFEu, 0xFFFFFFFFu));
 
 // ---- Differences ----
 
-TEST_F(DifferencesTest, AreNoneBetweenEqualSchemes) {
+TEST_F(DifferencesTest, EqualSchemesHaveNoDifferences) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 1, 0) + OldFunction(2, 0, 1), OldFunction(2, 0, 1) + OldFunction(1, 1, 0));
     EXPECT_EQ(Compare(Ac), None);
     EXPECT_EQ(Compare(Dc), None);
 }
 
-TEST_F(DifferencesTest, AreNoneBetweenASchemeAndItself) {
+TEST_F(DifferencesTest, SchemeDoesNotDifferFromItself) {
     WriteDifferentDim();
     EXPECT_EQ(Compare(Ac, Balanced, Balanced), None);
 }
 
-TEST_F(DifferencesTest, AreNoneBetweenASchemeAndItselfWhenItIsAdopted) {
+TEST_F(DifferencesTest, AdoptedSchemeDoesNotDifferFromItself) {
     WriteDifferentDefaults();
     EXPECT_EQ(Compare(Ac, HighPerformance, HighPerformance), None);
     EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(HighPerformanceText, NewFunction(1, 1, 1))));
 }
 
-TEST_F(DifferencesTest, AreThoseOfNumbersAndNotOfOptions) {
+TEST_F(DifferencesTest, PositionsAreComparedAndNotOptions) {
     WriteFunctions(FunctionWith(1, {.attributes = R"(Name="Dim")",
                                     .acItems = R"(<DisplayItem Option="5" Label="Same"/><DisplayItem/>)"}));
     StoreDifferent({1});
@@ -81,14 +81,14 @@ TEST_F(DifferencesTest, AreThoseOfNumbersAndNotOfOptions) {
     EXPECT_EQ(Compare(), (Difference{true, L"- Dim\n\r", L"The same\n\r"}));
 }
 
-TEST_F(DifferencesTest, AreReadAnewForEachCall) {
+TEST_F(DifferencesTest, SchemesAreReadAgainForEachCall) {
     WriteDifferentDim();
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     WriteDimAt(0);
     EXPECT_EQ(Compare(), None);
 }
 
-TEST_F(DifferencesTest, OfTheAllZeroSchemeAreLikeThoseOfAnyOther) {
+TEST_F(DifferencesTest, ZeroSchemeIsComparedLikeAnyOther) {
     WriteFunctions(NamedFunction(1, "Dim"));
     WriteSchemes(OldScheme(BalancedText, OldFunction(1, 0, 0)) +
                  OldScheme(AllZeroText, OldFunction(1, 1, 1)));
@@ -96,44 +96,44 @@ TEST_F(DifferencesTest, OfTheAllZeroSchemeAreLikeThoseOfAnyOther) {
     EXPECT_EQ(Compare(Ac, AllZero, Balanced).names, L"- Dim\n\r");
 }
 
-TEST_F(DifferencesTest, MakeTheAllZeroSchemeEnterTheFile) {
+TEST_F(DifferencesTest, ZeroSchemeIsAdoptedAndStored) {
     WriteDifferentDefaults();
     EXPECT_EQ(Compare(Ac, AllZero, HighPerformance).names, L"- Dim\n\r");
     EXPECT_EQ(UserSettings(), BothAdopted(AllZeroText));
 }
 
-TEST_F(DifferencesTest, OfFunctionsThatTheCatalogueLacksAreNotListed) {
+TEST_F(DifferencesTest, FunctionMissingFromCatalogueIsNotListed) {
     WriteFunctions(NamedFunction(1, "Dim"));
     StoreDifferent({-1, 1, 99});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
 }
 
-TEST_F(DifferencesTest, AreNoneWithAnEmptyCatalogue) {
+TEST_F(DifferencesTest, EmptyCatalogueHasNoDifferences) {
     WriteFunctions("");
     StoreDifferent({1});
     EXPECT_EQ(Compare(), None);
 }
 
-TEST_F(DifferencesTest, AreNoneFromAnEmptyScheme) {
+TEST_F(DifferencesTest, EmptyFirstSchemeHasNoDifferences) {
     WriteFunctions(NamedFunction(1, "Dim"));
     Store("", OldFunction(1, 1, 1));
     EXPECT_EQ(Compare(), None);
 }
 
-TEST_F(DifferencesTest, AreNoneToAnEmptyScheme) {
+TEST_F(DifferencesTest, EmptySecondSchemeHasNoDifferences) {
     WriteFunctions(NamedFunction(1, "Dim"));
     Store(OldFunction(1, 1, 1), "");
     EXPECT_EQ(Compare(), None);
 }
 
-TEST_F(DifferencesTest, OfAFunctionThatTheDisplayHidesAreNotListed) {
+TEST_F(DifferencesTest, FunctionHiddenByDisplayIsNotListed) {
     const FakeDisplay display{Dll().Handle(), {}};
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
     StoreDifferent({1, 7});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
 }
 
-TEST_F(DifferencesTest, OfAFunctionThatTheDisplayServesAreListed) {
+TEST_F(DifferencesTest, FunctionSupportedByDisplayIsListed) {
     const FakeDisplay display{Dll().Handle(), {60}};
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
     StoreDifferent({1, 7});
@@ -141,7 +141,7 @@ TEST_F(DifferencesTest, OfAFunctionThatTheDisplayServesAreListed) {
 }
 
 // The display changes after the first scheme is read.
-TEST_F(DifferencesTest, OfAFunctionThatOnlyTheSecondSchemeHasAreNotListed) {
+TEST_F(DifferencesTest, FunctionOnlyInSecondSchemeIsNotListed) {
     FakeDisplay display{Dll().Handle(), {}};
     display.ChangeAfterFirstMode({60});
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
@@ -150,7 +150,7 @@ TEST_F(DifferencesTest, OfAFunctionThatOnlyTheSecondSchemeHasAreNotListed) {
     EXPECT_EQ(display.QueriedNumbers(), (std::vector<DWORD>{0, 0}));
 }
 
-TEST_F(DifferencesTest, OfAFunctionThatOnlyTheFirstSchemeHasAreNotListed) {
+TEST_F(DifferencesTest, FunctionOnlyInFirstSchemeIsNotListed) {
     FakeDisplay display{Dll().Handle(), {60}};
     display.ChangeAfterFirstMode({});
     WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
@@ -161,20 +161,20 @@ TEST_F(DifferencesTest, OfAFunctionThatOnlyTheFirstSchemeHasAreNotListed) {
 
 // ---- The order ----
 
-TEST_F(DifferencesTest, OfTheLeadingGroupComeFirst) {
+TEST_F(DifferencesTest, LeadingGroupIsListedFirst) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", LeadingGroup));
     StoreDifferent({1, 2});
     EXPECT_EQ(CompareNames(), L"- Sound\n\r- Dim\n\r");
 }
 
-TEST_F(DifferencesTest, HaveTheirValuesInTheSameOrder) {
+TEST_F(DifferencesTest, ValuesFollowOrderOfNames) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", LeadingGroup));
     Store(OldFunction(1, 0, 0) + OldFunction(2, 1, 1), OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
     Translate({{"AcOn", "On"}, {"AcOff", "Off"}});
     EXPECT_EQ(CompareValues(), L"Off\n\rOn\n\r");
 }
 
-TEST_F(DifferencesTest, GoByAscendingIdInTheLeadingGroupAndInTheRest) {
+TEST_F(DifferencesTest, BothGroupsAreOrderedByAscendingId) {
     WriteFunctions(NamedFunction(300, "C", LeadingGroup) + NamedFunction(40, "B", LeadingGroup) +
                    NamedFunction(5, "A", LeadingGroup) + NamedFunction(200, "F") + NamedFunction(30, "E") +
                    NamedFunction(4, "D"));
@@ -182,21 +182,21 @@ TEST_F(DifferencesTest, GoByAscendingIdInTheLeadingGroupAndInTheRest) {
     EXPECT_EQ(CompareNames(), L"- A\n\r- B\n\r- C\n\r- D\n\r- E\n\r- F\n\r");
 }
 
-TEST_F(DifferencesTest, MayAllBeOfTheLeadingGroup) {
+TEST_F(DifferencesTest, LeadingGroupMayContainAllFunctions) {
     WriteFunctions(NamedFunction(2, "Dim", LeadingGroup) + NamedFunction(1, "Sound", LeadingGroup));
     StoreDifferent({1, 2});
     EXPECT_EQ(CompareNames(), L"- Sound\n\r- Dim\n\r");
 }
 
-class OtherGroupTest : public DifferencesTest, public testing::WithParamInterface<XmlCase> {};
+class NonLeadingGroupTest : public DifferencesTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(OtherGroupTest, DoesNotLead) {
+TEST_P(NonLeadingGroupTest, OtherGroupIsNotListedFirst) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound", GetParam().xml));
     StoreDifferent({1, 2});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r- Sound\n\r");
 }
 
-INSTANTIATE_TEST_SUITE_P(Groups, OtherGroupTest,
+INSTANTIATE_TEST_SUITE_P(Groups, NonLeadingGroupTest,
                          testing::Values(XmlCase{"None", ""}, XmlCase{"LowerCase", "group1name"},
                                          XmlCase{"UpperCase", "GROUP1NAME"},
                                          XmlCase{"LeadingSpace", " Group1Name"},
@@ -205,14 +205,14 @@ INSTANTIATE_TEST_SUITE_P(Groups, OtherGroupTest,
                                          XmlCase{"OtherNumber", "Group2Name"}),
                          CaseName<XmlCase>);
 
-TEST_F(DifferencesTest, AreGroupedByTheKeyOfTheGroupAndNotByItsText) {
+TEST_F(DifferencesTest, GroupIsComparedBeforeTranslation) {
     WriteFunctions(NamedFunction(1, "Dim", "Displays") + NamedFunction(2, "Sound", LeadingGroup));
     StoreDifferent({1, 2});
     Translate({{"Displays", "Group1Name"}, {"Group1Name", "Other"}});
     EXPECT_EQ(CompareNames(), L"- Sound\n\r- Dim\n\r");
 }
 
-TEST_F(DifferencesTest, OfAFunctionThatLacksItsGroupGoWithTheOneOfTheFunctionBefore) {
+TEST_F(DifferencesTest, FunctionWithoutGroupInheritsPreviousGroup) {
     WriteFunctions(NamedFunction(3, "Sound", LeadingGroup) +
                    FunctionWith(4, {.attributes = R"(Name="Rate")"}) + NamedFunction(1, "Dim"));
     StoreDifferent({1, 3, 4});
@@ -221,7 +221,7 @@ TEST_F(DifferencesTest, OfAFunctionThatLacksItsGroupGoWithTheOneOfTheFunctionBef
 
 // ---- Null buffers ----
 
-TEST_F(DifferencesTest, GiveFalseForANullNamesBufferButWriteTheValues) {
+TEST_F(DifferencesTest, NullNamesBufferFailsButValuesAreWritten) {
     WriteDifferentDim();
     Translate({{"AcOn", "On"}});
     GuardedBuffer values;
@@ -229,14 +229,14 @@ TEST_F(DifferencesTest, GiveFalseForANullNamesBufferButWriteTheValues) {
     EXPECT_EQ(TextIn(values), L"On\n\r");
 }
 
-TEST_F(DifferencesTest, GiveFalseForANullValuesBufferButWriteTheNames) {
+TEST_F(DifferencesTest, NullValuesBufferFailsButNamesAreWritten) {
     WriteDifferentDim();
     GuardedBuffer names;
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, names.text, nullptr));
     EXPECT_EQ(TextIn(names), L"- Dim\n\r");
 }
 
-TEST_F(DifferencesTest, LeaveTheOtherBufferWhereNothingDiffers) {
+TEST_F(DifferencesTest, EqualSchemesLeaveOtherBufferUnchanged) {
     WriteDimAt(0);
     GuardedBuffer buffer;
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, buffer.text, nullptr));
@@ -244,13 +244,13 @@ TEST_F(DifferencesTest, LeaveTheOtherBufferWhereNothingDiffers) {
     EXPECT_EQ(TextIn(buffer), L"untouched");
 }
 
-TEST_F(DifferencesTest, StoreBothSchemesWithoutAnyBuffer) {
+TEST_F(DifferencesTest, NullBuffersStillStoreBothSchemes) {
     WriteDifferentDefaults();
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, nullptr, nullptr));
     EXPECT_EQ(UserSettings(), BothAdopted());
 }
 
-TEST_F(DifferencesTest, TranslateTheNamesWithoutAnyBuffer) {
+TEST_F(DifferencesTest, NullBuffersStillTranslateNames) {
     WriteDifferentDim();
     Translate({{"Dim", "Dark"}, {"Dark", "Black"}});
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Dc, nullptr, nullptr));
@@ -259,13 +259,13 @@ TEST_F(DifferencesTest, TranslateTheNamesWithoutAnyBuffer) {
 
 // ---- Loading the schemes ----
 
-TEST_F(DifferencesTest, MakeBothSchemesEnterTheFile) {
+TEST_F(DifferencesTest, BothMissingSchemesAreAdoptedAndStored) {
     WriteDifferentDefaults();
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     EXPECT_EQ(UserSettings(), BothAdopted());
 }
 
-TEST_F(DifferencesTest, CompleteAndStoreBothSchemes) {
+TEST_F(DifferencesTest, BothIncompleteSchemesAreCompletedAndStored) {
     WriteFunctions(NamedFunction(1, "Dim") +
                    FunctionWith(2, {.attributes = R"(Name="Sound")",
                                     .defaultItems = DefaultItem(BalancedText, {3, 3})}));
@@ -276,14 +276,14 @@ TEST_F(DifferencesTest, CompleteAndStoreBothSchemes) {
                           OldScheme(HighPerformanceText, OldFunction(1, 0, 0) + NewFunction(2, 0, 0))));
 }
 
-TEST_F(DifferencesTest, AreNoneWhereTheFirstSchemeCannotBeLoadedAndTheSecondIsNotTried) {
+TEST_F(DifferencesTest, FailedFirstSchemeSkipsSecondScheme) {
     WriteFunctions(
         FunctionWith(1, {.defaultItems = "<DefaultItem GUID=\"" + std::string{BalancedText} + "\"/>"}));
     EXPECT_EQ(Compare(), None);
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(DifferencesTest, AreNoneWhereTheSecondSchemeCannotBeLoaded) {
+TEST_F(DifferencesTest, FailedSecondSchemeYieldsNoDifferences) {
     WriteFunctions(FunctionWith(
         1, {.defaultItems = "<DefaultItem GUID=\"" + std::string{HighPerformanceText} + "\"/>"}));
     EXPECT_EQ(Compare(), None);
@@ -291,7 +291,7 @@ TEST_F(DifferencesTest, AreNoneWhereTheSecondSchemeCannotBeLoaded) {
 }
 
 // A function without "ID" cannot be matched, so the completed scheme cannot be stored.
-TEST_F(DifferencesTest, AreNoneWhereASchemeCannotBeWrittenBack) {
+TEST_F(DifferencesTest, SchemeThatCannotBeStoredYieldsNoDifferences) {
     const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 0, 0) + nameless, OldFunction(1, 1, 1) + OldFunction(2, 0, 0));
@@ -299,19 +299,19 @@ TEST_F(DifferencesTest, AreNoneWhereASchemeCannotBeWrittenBack) {
     EXPECT_EQ(Compare(Ac, HighPerformance, Balanced), None);
 }
 
-TEST_F(DifferencesTest, AreNoneWithoutACatalogue) {
+TEST_F(DifferencesTest, MissingCatalogueYieldsNoDifferences) {
     StoreDifferent({1});
     EXPECT_EQ(Compare(), None);
 }
 
-TEST_F(DifferencesTest, AreFoundWhileTheFileIsBusy) {
+TEST_F(DifferencesTest, BusyFileStillYieldsDifferences) {
     WriteDifferentDefaults();
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(DifferencesTest, AreNoneAfterZOTDamExitAndNothingIsStored) {
+TEST_F(DifferencesTest, CallAfterExitYieldsAndStoresNothing) {
     WriteDifferentDefaults();
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
     EXPECT_TRUE(Dll().ZOTDamExit());

@@ -27,28 +27,28 @@ protected:
 
 // ---- The defaults ----
 
-TEST_F(DocumentsTest, WithoutADefaultsFileThereIsNoCatalogue) {
+TEST_F(DocumentsTest, MissingDefaultsFileMakesCatalogueUnavailable) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(DocumentsTest, WithAnUnreadableDefaultsFileThereIsNoCatalogue) {
+TEST_F(DocumentsTest, UnreadableDefaultsFileMakesCatalogueUnavailable) {
     WriteDefaults("<ZOTDefault><Functions>");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>");
 }
 
-TEST_F(DocumentsTest, WithoutAFunctionsSectionThereIsNoCatalogue) {
+TEST_F(DocumentsTest, MissingFunctionsSectionMakesCatalogueUnavailable) {
     WriteDefaults("<ZOTDefault><CommonSettings/></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(DocumentsTest, AnEmptyFunctionsSectionIsAnEmptyCatalogue) {
+TEST_F(DocumentsTest, EmptyFunctionsSectionMakesCatalogueEmpty) {
     WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
 }
 
-TEST_F(DocumentsTest, ReadersNeverCreateADefaultsFile) {
+TEST_F(DocumentsTest, ReadersDoNotCreateDefaultsFile) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     EXPECT_EQ(GetParameterDefault(Balanced), Params{});
     EXPECT_EQ(GetParameter(Balanced), Params{});
@@ -56,7 +56,7 @@ TEST_F(DocumentsTest, ReadersNeverCreateADefaultsFile) {
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
 }
 
-TEST_F(DocumentsTest, TheDefaultsAreReadOnceUntilTheLibraryIsLoadedAnew) {
+TEST_F(DocumentsTest, DefaultsAreReadOnceUntilReload) {
     WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
     WriteDefaults(TwoFunctions);
@@ -65,49 +65,49 @@ TEST_F(DocumentsTest, TheDefaultsAreReadOnceUntilTheLibraryIsLoadedAnew) {
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(DocumentsTest, DefaultsThatAppearAfterTheirOnlyLoadAreNotSeen) {
+TEST_F(DocumentsTest, DefaultsCreatedAfterLoadAreIgnored) {
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(DocumentsTest, DefaultsThatAreDeletedAfterTheirLoadAreStillKnown) {
+TEST_F(DocumentsTest, DefaultsDeletedAfterLoadStayAvailable) {
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
     std::filesystem::remove(installation.DefaultsFile());
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
 }
 
-TEST_F(DocumentsTest, TheRootOfTheDefaultsMayHaveAnyName) {
+TEST_F(DocumentsTest, DefaultsRootOfAnyNameIsAccepted) {
     WriteDefaults("<Anything><Functions/></Anything>");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
 }
 
-TEST_F(DocumentsTest, OnlyTheFirstFunctionsSectionIsRead) {
+TEST_F(DocumentsTest, OnlyFirstFunctionsSectionIsRead) {
     WriteDefaults(
         "<ZOTDefault><Functions/><Functions><Function ID=\"1\"><Display/><Commands/></Function>"
         "</Functions></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
 }
 
-TEST_F(DocumentsTest, AFunctionsSectionInANamespaceIsNone) {
+TEST_F(DocumentsTest, FunctionsSectionInNamespaceIsIgnored) {
     WriteDefaults("<ZOTDefault xmlns:x=\"urn:x\"><x:Functions/><Functions xmlns=\"urn:x\"/></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
-TEST_F(DocumentsTest, AFunctionsSectionFurtherDownIsNone) {
+TEST_F(DocumentsTest, NestedFunctionsSectionIsIgnored) {
     WriteDefaults("<ZOTDefault><Other><Functions/></Other></ZOTDefault>");
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
 // ---- The user settings ----
 
-TEST_F(DocumentsTest, TheFirstSaveCreatesTheFileWithDeclarationAndRoot) {
+TEST_F(DocumentsTest, FirstSaveCreatesDeclarationAndRoot) {
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings().find("<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg>"), 0u);
 }
 
-TEST_F(DocumentsTest, AReadOfASettingThatNobodyHasCreatesNoFile) {
+TEST_F(DocumentsTest, ReadOfMissingSettingCreatesNoFile) {
     wchar_t value[TextCapacity] = L"untouched";
     EXPECT_FALSE(Dll().GetCommonSetting(L"Name", value));
     EXPECT_STREQ(value, L"untouched");
@@ -116,13 +116,13 @@ TEST_F(DocumentsTest, AReadOfASettingThatNobodyHasCreatesNoFile) {
     EXPECT_FALSE(std::filesystem::exists(installation.BaseFile()));
 }
 
-TEST_F(DocumentsTest, AReadThatFindsNothingCreatesNoFile) {
+TEST_F(DocumentsTest, ReadOfMissingSchemeCreatesNoFile) {
     EXPECT_EQ(GetParameter(Balanced), Params{});
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     EXPECT_FALSE(HasUserFile());
 }
 
-TEST_F(DocumentsTest, TheUserSettingsAreReadAnewForEachUse) {
+TEST_F(DocumentsTest, UserSettingsAreReadAgainForEachUse) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 7, 7) + OldFunction(2, 7, 7))));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {7, 7}}, {2, {7, 7}}}));
@@ -130,7 +130,7 @@ TEST_F(DocumentsTest, TheUserSettingsAreReadAnewForEachUse) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {8, 8}}, {2, {9, 9}}}));
 }
 
-TEST_F(DocumentsTest, AnExistingRootIsKeptWhateverItsNameWithAllItHolds) {
+TEST_F(DocumentsTest, RootOfAnyNameIsKeptWithContent) {
     WriteUserSettings("<Anything A=\"a\"><Other/></Anything>");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), "<Anything A=\"a\"><Other/><PowerSchemes>" +
@@ -138,7 +138,7 @@ TEST_F(DocumentsTest, AnExistingRootIsKeptWhateverItsNameWithAllItHolds) {
                                   "</PowerSchemes></Anything>\n");
 }
 
-TEST_F(DocumentsTest, AMissingSectionIsAppendedToTheRoot) {
+TEST_F(DocumentsTest, MissingSectionIsAppendedToRoot) {
     WriteUserSettings("<OrloPowerCfg><CommonSettings A=\"a\"/></OrloPowerCfg>");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
@@ -146,7 +146,7 @@ TEST_F(DocumentsTest, AMissingSectionIsAppendedToTheRoot) {
                                   "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(DocumentsTest, OnlyTheFirstSchemesSectionIsUsed) {
+TEST_F(DocumentsTest, OnlyFirstSchemesSectionIsUsed) {
     const std::string second =
         "<PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes>";
     WriteUserSettings("<OrloPowerCfg><PowerSchemes/>" + second + "</OrloPowerCfg>");
@@ -155,7 +155,7 @@ TEST_F(DocumentsTest, OnlyTheFirstSchemesSectionIsUsed) {
                                   "</PowerSchemes>" + second + "</OrloPowerCfg>\n");
 }
 
-TEST_F(DocumentsTest, ElementsInANamespaceMatchAtNoLevel) {
+TEST_F(DocumentsTest, ElementsInNamespaceAreIgnoredAtEveryLevel) {
     const std::string functions = "<x:Function ID=\"1\" ACParamIndex=\"2\" DCParamIndex=\"3\"/>";
     const std::string schemes =
         "<x:PowerScheme GUID=\"" + std::string{BalancedText} + "\">" + functions + "</x:PowerScheme>";
@@ -167,7 +167,7 @@ TEST_F(DocumentsTest, ElementsInANamespaceMatchAtNoLevel) {
                                   "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(DocumentsTest, ASectionInADefaultNamespaceDoesNotMatchEither) {
+TEST_F(DocumentsTest, SectionInDefaultNamespaceIsIgnored) {
     const std::string foreign =
         "<PowerSchemes xmlns=\"urn:x\">" + OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes>";
     WriteUserSettings("<OrloPowerCfg>" + foreign + "</OrloPowerCfg>");
@@ -177,7 +177,7 @@ TEST_F(DocumentsTest, ASectionInADefaultNamespaceDoesNotMatchEither) {
                                   "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(DocumentsTest, ForeignContentSurvivesAWrite) {
+TEST_F(DocumentsTest, UnknownContentSurvivesWrite) {
     const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- head -->\n<?tool x=\"1\"?>\n";
     const std::string before =
         "<OrloPowerCfg Root=\"&lt;kept&gt; &amp; \xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80\">"
@@ -192,7 +192,7 @@ TEST_F(DocumentsTest, ForeignContentSurvivesAWrite) {
     EXPECT_EQ(UserSettings(), head + before + OldFunction(1, 5, 6) + behind);
 }
 
-TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesFromMemory) {
+TEST_F(DocumentsTest, DeletedFileClearsSchemesInMemory) {
     WriteDefaults(TwoFunctions);
     WriteStored();
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
@@ -202,7 +202,7 @@ TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesFromMemory) {
     EXPECT_EQ(UserSettings().find(BalancedText), std::string::npos);
 }
 
-TEST_F(DocumentsTest, DeletingTheFileDropsTheCommonSettingsFromMemory) {
+TEST_F(DocumentsTest, DeletedFileClearsCommonSettingsInMemory) {
     WriteUserSettings(
         "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes><PowerScheme/></PowerSchemes>"
         "<Other/></OrloPowerCfg>");
@@ -216,7 +216,7 @@ TEST_F(DocumentsTest, DeletingTheFileDropsTheCommonSettingsFromMemory) {
                                   "</PowerSchemes><Other/></OrloPowerCfg>\n");
 }
 
-TEST_F(DocumentsTest, DeletingAFileWithoutSchemesLeavesTheCommonSettingsInMemory) {
+TEST_F(DocumentsTest, DeletedFileWithoutSchemesKeepsCommonSettings) {
     WriteUserSettings("<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes/></OrloPowerCfg>");
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     std::filesystem::remove(installation.UserFile());
@@ -229,7 +229,7 @@ TEST_F(DocumentsTest, DeletingAFileWithoutSchemesLeavesTheCommonSettingsInMemory
                                   "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesAlsoWhileTheMarkerIsHeld) {
+TEST_F(DocumentsTest, DeletedFileClearsSchemesWhileMarkerIsHeld) {
     WriteStored();
     EXPECT_FALSE(Dll().TEVGetParam(&Balanced));
     std::filesystem::remove(installation.UserFile());
@@ -240,13 +240,13 @@ TEST_F(DocumentsTest, DeletingTheFileDropsTheSchemesAlsoWhileTheMarkerIsHeld) {
 
 // ---- Locations ----
 
-TEST_F(DocumentsTest, AMissingFolderIsNotCreatedAndTheSaveFails) {
+TEST_F(DocumentsTest, MissingFolderIsNotCreatedBySave) {
     std::filesystem::remove_all(installation.ProgramData());
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_FALSE(std::filesystem::exists(installation.ProgramData()));
 }
 
-TEST_F(DocumentsTest, AFolderThatAppearsLaterIsUsed) {
+TEST_F(DocumentsTest, FolderCreatedLaterIsUsed) {
     const std::filesystem::path folder = installation.UserFile().parent_path();
     std::filesystem::remove_all(folder);
     EXPECT_TRUE(SetFunctionOne());
@@ -255,7 +255,7 @@ TEST_F(DocumentsTest, AFolderThatAppearsLaterIsUsed) {
     EXPECT_TRUE(HasUserFile());
 }
 
-TEST_F(DocumentsTest, ThePlaceIsFixedWhenTheDocumentIsMade) {
+TEST_F(DocumentsTest, PathIsFixedWhenDocumentIsCreated) {
     EXPECT_TRUE(SetFunctionOne());
     const Installation other;
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
@@ -271,13 +271,13 @@ protected:
     }
 };
 
-TEST_F(LongFolderTest, AUserFolderOf255UnitsIsUsed) {
+TEST_F(LongFolderTest, UserFolderOf255UnitsIsUsed) {
     SetLongUserPath(255);
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
 }
 
-TEST_F(LongFolderTest, InAUserFolderOf256UnitsNothingIsSaved) {
+TEST_F(LongFolderTest, UserFolderOf256UnitsStoresNothing) {
     SetLongUserPath(256);
     EXPECT_TRUE(SetFunctionOne());
     for (const std::filesystem::directory_entry& entry :
@@ -285,7 +285,7 @@ TEST_F(LongFolderTest, InAUserFolderOf256UnitsNothingIsSaved) {
         EXPECT_TRUE(entry.is_directory()) << entry.path();
 }
 
-TEST_F(LongFolderTest, WithoutAUserFolderNothingIsSavedInTheCurrentFolderEither) {
+TEST_F(LongFolderTest, OverlongUserFolderLeavesCurrentFolderUnchanged) {
     SetLongUserPath(1000);
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(installation.ProgramFiles());
@@ -297,13 +297,13 @@ TEST_F(LongFolderTest, WithoutAUserFolderNothingIsSavedInTheCurrentFolderEither)
         EXPECT_EQ(entry.path().filename(), L"Orlo");
 }
 
-TEST_F(LongFolderTest, AnInstallationFolderOf255UnitsIsUsed) {
+TEST_F(LongFolderTest, InstallationFolderOf255UnitsIsUsed) {
     SetLongInstallationPath(installation.ProgramFiles(), 255);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), 2u);
 }
 
-TEST_F(LongFolderTest, InAnInstallationFolderOf256UnitsNothingIsFound) {
+TEST_F(LongFolderTest, InstallationFolderOf256UnitsYieldsNoCatalogue) {
     SetLongInstallationPath(installation.ProgramFiles(), 256);
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
@@ -311,7 +311,7 @@ TEST_F(LongFolderTest, InAnInstallationFolderOf256UnitsNothingIsFound) {
 
 // ---- One document for each file ----
 
-TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
+TEST_F(DocumentsTest, EachFileHasOneDocumentAcrossCalls) {
     WriteDefaults(TwoFunctions);
     DomDocuments documents{Dll().Handle()};
     for (int i = 0; i < 3; ++i) {
@@ -323,7 +323,7 @@ TEST_F(DocumentsTest, EachFileHasOneDocumentHoweverOftenItIsUsed) {
     EXPECT_EQ(documents.CreatedCount(), 3u);
 }
 
-TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
+TEST_F(DocumentsTest, DocumentIsCreatedWhenFirstUsed) {
     WriteDefaults(TwoFunctions);
     DomDocuments documents{Dll().Handle()};
     EXPECT_EQ(documents.CreatedCount(), 0u);
@@ -337,7 +337,7 @@ TEST_F(DocumentsTest, ADocumentIsMadeWhenItIsFirstNeeded) {
 
 // ---- Saving ----
 
-class SavingTest : public DocumentsTest {
+class DocumentSaveTest : public DocumentsTest {
 protected:
     // The arguments of a fake MoveFileEx, which fails, and the contents of both files at that time.
     struct Replacement {
@@ -357,7 +357,7 @@ protected:
     }
 };
 
-TEST_F(SavingTest, TheNewContentIsWholeBesideTheOldFileBeforeItReplacesIt) {
+TEST_F(DocumentSaveTest, NewContentIsCompleteBeforeReplacingOldFile) {
     WriteStored();
     const ImportPatch patch{Dll().Handle(), "MoveFileExW", &RecordAndFail};
     EXPECT_TRUE(SetFunctionOne());
@@ -367,7 +367,7 @@ TEST_F(SavingTest, TheNewContentIsWholeBesideTheOldFileBeforeItReplacesIt) {
     EXPECT_EQ(seen.oldContent, Stored);
 }
 
-TEST_F(SavingTest, AFailedReplacementLeavesTheOldFileAndNoSibling) {
+TEST_F(DocumentSaveTest, FailedReplacementKeepsFileAndDeletesTemporaryFile) {
     WriteStored();
     const ImportPatch patch{Dll().Handle(), "MoveFileExW", &RecordAndFail};
     EXPECT_TRUE(SetFunctionOne());
@@ -375,7 +375,7 @@ TEST_F(SavingTest, AFailedReplacementLeavesTheOldFileAndNoSibling) {
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(SavingTest, ASiblingThatDoesNotReachTheDiskReplacesNothing) {
+TEST_F(DocumentSaveTest, FailedFlushReplacesNothing) {
     WriteStored();
     const ImportPatch patch{Dll().Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return FALSE; }};
     EXPECT_TRUE(SetFunctionOne());
@@ -383,7 +383,7 @@ TEST_F(SavingTest, ASiblingThatDoesNotReachTheDiskReplacesNothing) {
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(SavingTest, TheNewFileIsUtf8AndSaysSoWhateverTheOldOneDeclared) {
+TEST_F(DocumentSaveTest, SavedFileDeclaresAndUsesUtf8) {
     WriteUserSettings(
         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>"
         "<OrloPowerCfg><!--\xfc--><PowerSchemes/></OrloPowerCfg>");
@@ -393,7 +393,7 @@ TEST_F(SavingTest, TheNewFileIsUtf8AndSaysSoWhateverTheOldOneDeclared) {
                   NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n");
 }
 
-TEST_F(SavingTest, ASavedFileHasNeitherSiblingNorBackup) {
+TEST_F(DocumentSaveTest, SaveLeavesNoTemporaryFileOrCopy) {
     WriteStored();
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Updated);
@@ -401,14 +401,14 @@ TEST_F(SavingTest, ASavedFileHasNeitherSiblingNorBackup) {
     EXPECT_FALSE(std::filesystem::exists(Backup()));
 }
 
-TEST_F(SavingTest, ANewFileHasNeitherSiblingNorBackup) {
+TEST_F(DocumentSaveTest, FirstSaveLeavesNoTemporaryFileOrCopy) {
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_FALSE(std::filesystem::exists(Backup()));
 }
 
-TEST_F(SavingTest, ASiblingThatWasLeftBehindIsReplaced) {
+TEST_F(DocumentSaveTest, LeftoverTemporaryFileIsReplaced) {
     WriteStored();
     WriteFile(TemporaryFile(), std::string(10000, 'x'));
     EXPECT_TRUE(SetFunctionOne());
@@ -416,7 +416,7 @@ TEST_F(SavingTest, ASiblingThatWasLeftBehindIsReplaced) {
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(SavingTest, AReadOnlyFileStaysUnchanged) {
+TEST_F(DocumentSaveTest, ReadOnlyFileStaysUnchanged) {
     WriteStored();
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_TRUE(SetFunctionOne());
@@ -426,7 +426,7 @@ TEST_F(SavingTest, AReadOnlyFileStaysUnchanged) {
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_F(SavingTest, AFileThatIsOpenWithoutSharingStaysUnchanged) {
+TEST_F(DocumentSaveTest, FileOpenWithoutSharingStaysUnchanged) {
     WriteStored();
     const HANDLE lock = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -438,7 +438,7 @@ TEST_F(SavingTest, AFileThatIsOpenWithoutSharingStaysUnchanged) {
     EXPECT_EQ(UserSettings(), Updated);
 }
 
-TEST_F(SavingTest, AFileThatIsOpenForReadingStaysUnchanged) {
+TEST_F(DocumentSaveTest, FileOpenForReadingStaysUnchanged) {
     WriteStored();
     const HANDLE lock = CreateFileW(installation.UserFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -448,14 +448,14 @@ TEST_F(SavingTest, AFileThatIsOpenForReadingStaysUnchanged) {
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(SavingTest, AFolderInThePlaceOfTheFileStays) {
+TEST_F(DocumentSaveTest, FolderNamedLikeFileStays) {
     std::filesystem::create_directory(installation.UserFile());
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_TRUE(std::filesystem::is_directory(installation.UserFile()));
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(SavingTest, AFileThatCannotBeOpenedIsNotReplaced) {
+TEST_F(DocumentSaveTest, FileThatCannotBeOpenedIsNotReplaced) {
     WriteStored();
     const HANDLE holder = CreateFileW(installation.UserFile().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -464,7 +464,7 @@ TEST_F(SavingTest, AFileThatCannotBeOpenedIsNotReplaced) {
     EXPECT_EQ(UserSettings(), Stored);
 }
 
-TEST_F(SavingTest, AFileThatCouldBeOpenedAgainIsReplaced) {
+TEST_F(DocumentSaveTest, FileThatBecomesAccessibleIsReplaced) {
     WriteStored();
     const HANDLE holder = CreateFileW(installation.UserFile().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -474,7 +474,7 @@ TEST_F(SavingTest, AFileThatCouldBeOpenedAgainIsReplaced) {
     EXPECT_EQ(UserSettings(), Updated);
 }
 
-TEST_F(SavingTest, ACopyOfAFileThatDoesNotParseIsKept) {
+TEST_F(DocumentSaveTest, NotWellFormedFileIsCopied) {
     WriteUserSettings("<OrloPowerCfg><PowerSchemes>");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
@@ -482,21 +482,21 @@ TEST_F(SavingTest, ACopyOfAFileThatDoesNotParseIsKept) {
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
-TEST_F(SavingTest, ACopyOfAnEmptyFileIsKept) {
+TEST_F(DocumentSaveTest, EmptyFileIsCopied) {
     WriteUserSettings("");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Created);
     EXPECT_TRUE(std::filesystem::exists(Backup()));
 }
 
-TEST_F(SavingTest, TheCopyReplacesAnOlderCopy) {
+TEST_F(DocumentSaveTest, NewCopyReplacesOlderCopy) {
     WriteFile(Backup(), "older and longer than the next");
     WriteUserSettings("broken");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(ReadFile(Backup()), "broken");
 }
 
-TEST_F(SavingTest, TheCopyStaysWhenLaterSavesFollow) {
+TEST_F(DocumentSaveTest, LaterSavesKeepCopy) {
     WriteUserSettings("broken");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
@@ -504,14 +504,14 @@ TEST_F(SavingTest, TheCopyStaysWhenLaterSavesFollow) {
     EXPECT_EQ(ReadFile(Backup()), "broken");
 }
 
-TEST_F(SavingTest, AFileOfWhichNoCopyCanBeKeptIsNotReplaced) {
+TEST_F(DocumentSaveTest, FailedCopyPreventsReplacement) {
     std::filesystem::create_directory(Backup());
     WriteUserSettings("broken");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), "broken");
 }
 
-TEST_F(SavingTest, ACopyIsKeptOfAFileThatBecameUnreadableLater) {
+TEST_F(DocumentSaveTest, FileThatBecomesUnreadableIsCopied) {
     WriteStored();
     EXPECT_TRUE(SetFunctionOne());
     WriteUserSettings("broken");
@@ -520,7 +520,7 @@ TEST_F(SavingTest, ACopyIsKeptOfAFileThatBecameUnreadableLater) {
     EXPECT_EQ(ReadFile(Backup()), "broken");
 }
 
-TEST_F(SavingTest, AReadThatAdoptsDefaultsKeepsACopyOfAnUnreadableFileToo) {
+TEST_F(DocumentSaveTest, ReadThatAdoptsDefaultsCopiesUnreadableFile) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings("broken");
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));

@@ -52,22 +52,22 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(, FullDiskTest, testing::Bool(), [](const testing::TestParamInfo<bool>& info) {
-    return info.param ? "WithAShortWrite" : "WithAFailingWrite";
+    return info.param ? "ShortWrite" : "FailingWrite";
 });
 
-TEST_P(FullDiskTest, KeepsTheOldCommonSettings) {
+TEST_P(FullDiskTest, FullDiskKeepsOldCommonSettings) {
     for (const DWORD bytes : {0u, 1u, 40u, 150u}) {
         const ImportPatch fullDisk = FillDiskAfter(bytes);
         EXPECT_FALSE(Dll().SetCommonSetting(L"Name", std::wstring(300, L'x').c_str())) << bytes;
     }
 }
 
-TEST_P(FullDiskTest, KeepsTheOldParameters) {
+TEST_P(FullDiskTest, FullDiskKeepsOldParameters) {
     const ImportPatch fullDisk = FillDiskAfter(60);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}, {2, {9, 10}}}));
 }
 
-TEST_P(FullDiskTest, KeepsTheSchemesThatWouldBeReset) {
+TEST_P(FullDiskTest, FullDiskKeepsSchemesDuringReset) {
     EXPECT_EQ(GetParameterDefault(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
     Text setting;
     EXPECT_FALSE(Dll().GetCommonSetting(L"None", setting));
@@ -75,12 +75,12 @@ TEST_P(FullDiskTest, KeepsTheSchemesThatWouldBeReset) {
     EXPECT_TRUE(Dll().ResetDefault());
 }
 
-TEST_P(FullDiskTest, KeepsTheOldDefaultSettings) {
+TEST_P(FullDiskTest, FullDiskKeepsOldDefaultSettings) {
     const ImportPatch fullDisk = FillDiskAfter(100);
     EXPECT_FALSE(Dll().InitCommonSetting());
 }
 
-TEST_P(FullDiskTest, KeepsTheOldFunctions) {
+TEST_P(FullDiskTest, FullDiskKeepsOldFunctions) {
     const FunctionBaseHolder holder = HolderOf({Record(1), Record(2)});
     const ImportPatch fullDisk = FillDiskAfter(50);
     EXPECT_TRUE(Dll().AddFunctionDefault(&holder));

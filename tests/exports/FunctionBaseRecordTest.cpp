@@ -44,7 +44,7 @@ protected:
 
 class BaseNumberTest : public FunctionBaseRecordTest, public testing::WithParamInterface<NumberText> {};
 
-TEST_P(BaseNumberTest, IsReadInEveryAttribute) {
+TEST_P(BaseNumberTest, NumberIsReadInEveryAttribute) {
     const std::string is = "=\"" + GetParam().text + "\" ";
     const std::int32_t number = GetParam().value;
     const FunctionBase record = OnlyRecordOf(FunctionWith(
@@ -60,19 +60,19 @@ TEST_P(BaseNumberTest, IsReadInEveryAttribute) {
 
 INSTANTIATE_TEST_SUITE_P(, BaseNumberTest, testing::ValuesIn(NumberTexts()), CaseName<NumberText>);
 
-TEST_F(FunctionBaseRecordTest, HasZerosAndEmptyTextsWhereTheFirstElementsHaveNoAttributes) {
+TEST_F(FunctionBaseRecordTest, MissingAttributesYieldZerosAndEmptyStrings) {
     EXPECT_EQ(OnlyRecordOf(FunctionWith("", CommandFamilies("<CommandItem/><CheckExistItem/>"))),
               (FunctionBase{.families = {{{{}}, {{}}}}}));
 }
 
-TEST_F(FunctionBaseRecordTest, IgnoresAttributesOfAnotherCaseOfLetters) {
+TEST_F(FunctionBaseRecordTest, AttributesInDifferentCaseAreIgnored) {
     EXPECT_EQ(
         OnlyRecordOf(FunctionWith(R"(Id="1" name="n")", CommandFamilies(R"(<CommandItem Id="1" Specinfo1="s"/>
                                                            <CheckExistItem Checkflag="1" param1="p"/>)"))),
         (FunctionBase{.families = {{{{}}, {{}}}}}));
 }
 
-TEST_F(FunctionBaseRecordTest, IgnoresAttributesInANamespace) {
+TEST_F(FunctionBaseRecordTest, AttributesInNamespaceAreIgnored) {
     EXPECT_EQ(
         OnlyRecordOf(FunctionWith(R"(xmlns:o="urn:other" o:ID="1" o:Name="n")",
                                   CommandFamilies("<CommandItem o:ID=\"1\" o:SpecInfo1=\"s\"/>"
@@ -82,7 +82,7 @@ TEST_F(FunctionBaseRecordTest, IgnoresAttributesInANamespace) {
 
 // ---- Strings ----
 
-class BaseTextTest : public FunctionBaseRecordTest, public testing::WithParamInterface<TextField> {
+class BaseStringTest : public FunctionBaseRecordTest, public testing::WithParamInterface<TextField> {
 protected:
     std::wstring TextOf(const std::string& text) {
         return GetParam().find(OnlyRecordOf(GetParam().Function(text)));
@@ -91,50 +91,50 @@ protected:
     bool IsRead(const std::string& text) { return !RecordsOf(GetParam().Function(text)).empty(); }
 };
 
-TEST_P(BaseTextTest, IsGivenAsItStands) {
+TEST_P(BaseStringTest, StringIsReturnedUnchanged) {
     EXPECT_EQ(TextOf("  a&#9;&lt;b&gt; \xc3\xa4\xe2\x82\xac  "), L"  a\t<b> \u00e4\u20ac  ");
 }
 
-TEST_P(BaseTextTest, MayBeEmpty) {
+TEST_P(BaseStringTest, EmptyStringIsReturned) {
     EXPECT_EQ(TextOf(""), L"");
 }
 
-TEST_P(BaseTextTest, FitsWith259Units) {
+TEST_P(BaseStringTest, StringOf259UnitsFits) {
     EXPECT_EQ(TextOf(std::string(259, 't')), std::wstring(259, L't'));
 }
 
-TEST_P(BaseTextTest, FitsWith129SurrogatePairsAndOneUnit) {
+TEST_P(BaseStringTest, StringOf129PairsPlusOneUnitFits) {
     EXPECT_EQ(TextOf(SurrogatePairs(129) + "t"), WideSurrogatePairs(129) + L"t");
 }
 
-TEST_P(BaseTextTest, DoesNotFitWith260Units) {
+TEST_P(BaseStringTest, StringOf260UnitsIsRejected) {
     EXPECT_FALSE(IsRead(std::string(260, 't')));
 }
 
-TEST_P(BaseTextTest, DoesNotFitWith130SurrogatePairs) {
+TEST_P(BaseStringTest, StringOf130SurrogatePairsIsRejected) {
     EXPECT_FALSE(IsRead(SurrogatePairs(130)));
 }
 
-TEST_P(BaseTextTest, DoesNotFitWhereASurrogatePairWouldBeCut) {
+TEST_P(BaseStringTest, SurrogatePairAcrossLimitIsRejected) {
     EXPECT_FALSE(IsRead(std::string(258, 't') + SurrogatePairs(1)));
 }
 
-TEST_P(BaseTextTest, DoesNotFitWith10000Units) {
+TEST_P(BaseStringTest, StringOf10000UnitsIsRejected) {
     EXPECT_FALSE(IsRead(std::string(10000, 't')));
 }
 
-INSTANTIATE_TEST_SUITE_P(, BaseTextTest, testing::ValuesIn(TextFields()), CaseName<TextField>);
+INSTANTIATE_TEST_SUITE_P(, BaseStringTest, testing::ValuesIn(TextFields()), CaseName<TextField>);
 
 // ---- Values inherited from the previous element ----
 
-TEST_F(FunctionBaseRecordTest, AFunctionWithoutAttributesTakesThemFromTheOneBefore) {
+TEST_F(FunctionBaseRecordTest, FunctionWithoutAttributesInheritsAll) {
     const FunctionBase full = {.id = 1, .type = 2, .flag = 3, .name = L"n", .group = L"g"};
     EXPECT_EQ(RecordsOf(FunctionWith(R"(ID="1" Type="2" Flag="3" Name="n" Group="g")") + FunctionWith("") +
                         FunctionWith("")),
               (std::vector<FunctionBase>{full, full, full}));
 }
 
-TEST_F(FunctionBaseRecordTest, AFunctionTakesOverEachAttributeThatItLacks) {
+TEST_F(FunctionBaseRecordTest, FunctionInheritsEachMissingAttribute) {
     EXPECT_EQ(
         RecordsOf(FunctionWith(R"(ID="1" Type="2" Flag="3" Name="n" Group="g")") + FunctionWith(R"(ID="4")") +
                   FunctionWith(R"(Type="5")") + FunctionWith(R"(Flag="6")") + FunctionWith(R"(Name="m")") +
@@ -147,18 +147,18 @@ TEST_F(FunctionBaseRecordTest, AFunctionTakesOverEachAttributeThatItLacks) {
                                    {.id = 4, .type = 5, .flag = 6, .name = L"m", .group = L"h"}}));
 }
 
-TEST_F(FunctionBaseRecordTest, AnEmptyTextReplacesTheOneBefore) {
+TEST_F(FunctionBaseRecordTest, EmptyStringReplacesInheritedString) {
     EXPECT_EQ(RecordsOf(FunctionWith(R"(ID="1" Name="n" Group="g")") +
                         FunctionWith(R"(ID="2" Name="" Group="")") + FunctionWith(R"(ID="3")")),
               (std::vector<FunctionBase>{{.id = 1, .name = L"n", .group = L"g"}, {.id = 2}, {.id = 3}}));
 }
 
-TEST_F(FunctionBaseRecordTest, AShorterTextReplacesTheOneBefore) {
+TEST_F(FunctionBaseRecordTest, ShorterStringReplacesLongerString) {
     EXPECT_EQ(RecordsOf(FunctionWith(R"(Name="longer")") + FunctionWith(R"(Name="short")")),
               (std::vector<FunctionBase>{{.name = L"longer"}, {.name = L"short"}}));
 }
 
-TEST_F(FunctionBaseRecordTest, ACommandTakesOverEachAttributeThatItLacks) {
+TEST_F(FunctionBaseRecordTest, CommandInheritsEachMissingAttribute) {
     const BaseCommand full = {1, 2, 3, 4, 5, 6, L"s"};
     EXPECT_EQ(FamiliesOf(CommandFamilies(R"(
                   <CommandItem ID="1" Event="2" State="3" ParamIndex1="4" ParamIndex2="5" Flag="6"
@@ -178,7 +178,7 @@ TEST_F(FunctionBaseRecordTest, ACommandTakesOverEachAttributeThatItLacks) {
                          {}}}));
 }
 
-TEST_F(FunctionBaseRecordTest, ACheckTakesOverEachAttributeThatItLacks) {
+TEST_F(FunctionBaseRecordTest, CheckInheritsEachMissingAttribute) {
     const ExistCheck full = {1, L"a", L"b", L"c", L"d"};
     EXPECT_EQ(FamiliesOf(CommandFamilies(R"(
                   <CheckExistItem CheckFlag="1" Param1="a" Param2="b" Param3="c" Param4="d"/>
@@ -194,7 +194,7 @@ TEST_F(FunctionBaseRecordTest, ACheckTakesOverEachAttributeThatItLacks) {
                           {2, L"e", L"f", L"g", L"h"}}}}));
 }
 
-TEST_F(FunctionBaseRecordTest, ItemsTakeOverFromTheFamilyBefore) {
+TEST_F(FunctionBaseRecordTest, ItemsInheritFromPreviousFamily) {
     EXPECT_EQ(FamiliesOf(CommandFamilies(R"(<CommandItem ID="1" SpecInfo1="s"/>
                                             <CheckExistItem CheckFlag="2" Param3="x"/>)") +
                          CommandFamilies("") + CommandFamilies("<CommandItem/><CheckExistItem/>")),
@@ -203,7 +203,7 @@ TEST_F(FunctionBaseRecordTest, ItemsTakeOverFromTheFamilyBefore) {
                         {{{.id = 1, .specInfo1 = L"s"}}, {{.checkFlag = 2, .param3 = L"x"}}}}));
 }
 
-TEST_F(FunctionBaseRecordTest, ItemsTakeOverFromTheFunctionBefore) {
+TEST_F(FunctionBaseRecordTest, ItemsInheritFromPreviousFunction) {
     const Families families = {{{{.event = 1, .specInfo1 = L"s"}}, {{.checkFlag = 2, .param3 = L"x"}}}};
     EXPECT_EQ(
         RecordsOf(BaseFunction(1, CommandFamilies(R"(<CommandItem Event="1" SpecInfo1="s"/>
@@ -213,7 +213,7 @@ TEST_F(FunctionBaseRecordTest, ItemsTakeOverFromTheFunctionBefore) {
             {.id = 1, .families = families}, {.id = 2}, {.id = 3, .families = families}}));
 }
 
-TEST_F(FunctionBaseRecordTest, ElementsTakeOverNothingFromOtherKinds) {
+TEST_F(FunctionBaseRecordTest, ElementsInheritOnlyFromSameKind) {
     EXPECT_EQ(OnlyRecordOf(FunctionWith(R"(ID="1" Flag="2" Name="n")",
                                         CommandFamilies(R"(<CommandItem Event="3" SpecInfo1="s"/>
                                                            <CheckExistItem Param1="p"/><CommandItem/>)"))),
@@ -224,7 +224,7 @@ TEST_F(FunctionBaseRecordTest, ElementsTakeOverNothingFromOtherKinds) {
                                           {{.param1 = L"p"}}}}}));
 }
 
-TEST_F(FunctionBaseRecordTest, NothingIsTakenOverFromTheCallBefore) {
+TEST_F(FunctionBaseRecordTest, NextCallInheritsNothing) {
     const std::vector<FunctionBase> expected = {
         {.id = 0}, {.id = 1, .name = L"n", .families = {{{{.id = 2}}, {{.checkFlag = 3}}}}}};
     const std::string items = R"(<CommandItem ID="2"/><CheckExistItem CheckFlag="3"/>)";
@@ -233,14 +233,14 @@ TEST_F(FunctionBaseRecordTest, NothingIsTakenOverFromTheCallBefore) {
     EXPECT_EQ(GetFunctionBase(), expected);
 }
 
-TEST_F(FunctionBaseRecordTest, NothingIsTakenOverFromAnElementInANamespace) {
+TEST_F(FunctionBaseRecordTest, ElementInNamespacePassesOnNoAttributes) {
     EXPECT_EQ(
         RecordsOf(FunctionWith(R"(ID="1" Name="n")") +
                   R"(<Function xmlns="urn:other" ID="2" Name="m"><Commands/></Function>)" + FunctionWith("")),
         (std::vector<FunctionBase>{{.id = 1, .name = L"n"}, {.id = 1, .name = L"n"}}));
 }
 
-TEST_F(FunctionBaseRecordTest, NoNodeAndNoFamilyIsTakenOver) {
+TEST_F(FunctionBaseRecordTest, NodesAndFamiliesAreNotInherited) {
     EXPECT_EQ(
         RecordsOf(R"(<Function ID="1"><Display/><Default/><Commands><CommandFamily/></Commands></Function>)" +
                   FunctionWith("")),
@@ -305,13 +305,13 @@ protected:
     }
 };
 
-TEST_F(BaseNodeTest, AreTheElementsOfTheFile) {
+TEST_F(BaseNodeTest, NodesAreElementsOfFile) {
     OnRecord([](const FunctionBaseRecord& record) {
         ExpectContent({record.displayNode, record.defaultNode});
     });
 }
 
-TEST_F(BaseNodeTest, CanBeReadThroughTheirAttributesAndChildren) {
+TEST_F(BaseNodeTest, NodeAttributesAndChildrenAreReadable) {
     OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(Selected(record.displayNode, L"@A"), L"a");
         EXPECT_EQ(Selected(record.displayNode, L"AC/DisplayItem/@Label"), L"Soon");
@@ -319,18 +319,18 @@ TEST_F(BaseNodeTest, CanBeReadThroughTheirAttributesAndChildren) {
     });
 }
 
-TEST_F(BaseNodeTest, ARecordHoldsOneReferenceToEach) {
+TEST_F(BaseNodeTest, RecordHoldsOneReferencePerNode) {
     OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(References(record.displayNode.get()), 1u);
         EXPECT_EQ(References(record.defaultNode.get()), 1u);
     });
 }
 
-TEST_F(BaseNodeTest, ARecordReleasesEachOnce) {
+TEST_F(BaseNodeTest, RecordReleasesEachNodeOnce) {
     ExpectOneReferenceEach(HeldNodes());
 }
 
-TEST_F(BaseNodeTest, AreReleasedWhenOnItemThrows) {
+TEST_F(BaseNodeTest, ExceptionInOnItemReleasesNodes) {
     std::vector<Node> nodes;
     auto callback = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
         nodes = {record->displayNode, record->defaultNode};
@@ -341,16 +341,16 @@ TEST_F(BaseNodeTest, AreReleasedWhenOnItemThrows) {
     ExpectContent(nodes);
 }
 
-TEST_F(BaseNodeTest, AreReleasedWhereALaterFunctionCannotBeRead) {
+TEST_F(BaseNodeTest, UnreadableLaterFunctionReleasesNodes) {
     WriteBaseFunctions("<Function><Display/><Commands/><Default/></Function><Function/>");
     ExpectOneReferenceEach(HeldNodes());
 }
 
-TEST_F(BaseNodeTest, CanBeReadAfterTheCall) {
+TEST_F(BaseNodeTest, NodesAreReadableAfterCall) {
     ExpectContent(HeldNodes());
 }
 
-TEST_F(BaseNodeTest, CanBeReadAfterFurtherCalls) {
+TEST_F(BaseNodeTest, NodesAreReadableAfterFurtherCalls) {
     const std::vector<Node> nodes = HeldNodes();
     HeldNodes();
     GetFunctionBase();
@@ -358,20 +358,20 @@ TEST_F(BaseNodeTest, CanBeReadAfterFurtherCalls) {
     ExpectOneReferenceEach(nodes);
 }
 
-TEST_F(BaseNodeTest, CanBeReadAfterExit) {
+TEST_F(BaseNodeTest, NodesAreReadableAfterExit) {
     const std::vector<Node> nodes = HeldNodes();
     EXPECT_TRUE(Dll().ZOTDamExit());
     ExpectContent(nodes);
     ExpectOneReferenceEach(nodes);
 }
 
-TEST_F(BaseNodeTest, CanBeReadWhenTheLibraryIsGone) {
+TEST_F(BaseNodeTest, NodesAreReadableAfterUnload) {
     const std::vector<Node> nodes = HeldNodes();
     Unload();
     ExpectContent(nodes);
 }
 
-TEST_F(BaseNodeTest, ANodeThatIsHeldDoesNotHinderTheNextUseOfTheLibrary) {
+TEST_F(BaseNodeTest, HeldNodeDoesNotAffectReloadedLibrary) {
     const std::vector<Node> nodes = HeldNodes();
     Unload();
     WriteBaseFunctions("<Function><Display New=\"1\"/><Commands/></Function>");
@@ -381,7 +381,7 @@ TEST_F(BaseNodeTest, ANodeThatIsHeldDoesNotHinderTheNextUseOfTheLibrary) {
     ExpectContent(nodes);
 }
 
-TEST_F(BaseNodeTest, AreNullWhereTheFunctionLacksTheElements) {
+TEST_F(BaseNodeTest, MissingElementsYieldNullNodes) {
     WriteBaseFunctions(BaseFunction(1));
     OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(record.displayNode.get(), nullptr);
@@ -389,20 +389,20 @@ TEST_F(BaseNodeTest, AreNullWhereTheFunctionLacksTheElements) {
     });
 }
 
-TEST_F(BaseNodeTest, OneIsNullWhereTheFunctionLacksOneElement) {
+TEST_F(BaseNodeTest, OneMissingElementYieldsOneNullNode) {
     EXPECT_EQ(RecordsOf(R"(<Function ID="1"><Default/><Commands/></Function>
                            <Function ID="2"><Display/><Commands/></Function>)"),
               (std::vector<FunctionBase>{{.id = 1, .defaults = L"<Default/>"},
                                          {.id = 2, .display = L"<Display/>"}}));
 }
 
-TEST_F(BaseNodeTest, AreTheFirstElementsOfTheirNames) {
+TEST_F(BaseNodeTest, FirstElementOfEachNameIsUsed) {
     EXPECT_EQ(OnlyRecordOf(R"(<Function ID="1"><Display N="1"/><Display N="2"/><Commands/>
                               <Default N="3"/><Default N="4"/></Function>)"),
               (FunctionBase{.id = 1, .display = L"<Display N=\"1\"/>", .defaults = L"<Default N=\"3\"/>"}));
 }
 
-TEST_F(BaseNodeTest, AreNoElementsOfOtherNamesOrPlaces) {
+TEST_F(BaseNodeTest, ElementsOfOtherNamesOrPlacesAreIgnored) {
     EXPECT_EQ(OnlyRecordOf(R"(<Function ID="1" Display="" xmlns:o="urn:other"><Display xmlns="urn:other"/>
                               <o:Default/><!--<Display/>--><?Default?><display/><DEFAULT/>
                               <All><Display/><Default/></All><Commands><Display/><Default/></Commands>
@@ -410,13 +410,13 @@ TEST_F(BaseNodeTest, AreNoElementsOfOtherNamesOrPlaces) {
               (FunctionBase{.id = 1}));
 }
 
-TEST_F(BaseNodeTest, StandBehindThoseInANamespace) {
+TEST_F(BaseNodeTest, ElementsAfterNamespacedOnesAreUsed) {
     EXPECT_EQ(OnlyRecordOf(R"(<Function ID="1"><Display xmlns="urn:other"/><Default xmlns="urn:other"/>
                               <Commands/><Display N="1"/><Default N="2"/></Function>)"),
               (FunctionBase{.id = 1, .display = L"<Display N=\"1\"/>", .defaults = L"<Default N=\"2\"/>"}));
 }
 
-TEST_F(BaseNodeTest, StandInTheDocumentUnderTheirFunction) {
+TEST_F(BaseNodeTest, NodesStayInDocumentUnderFunction) {
     OnRecord([](const FunctionBaseRecord& record) {
         EXPECT_EQ(Selected(record.displayNode, L"../@ID"), L"1");
         EXPECT_EQ(Selected(record.displayNode, L"../Default/@ACParamIndex"), L"1");

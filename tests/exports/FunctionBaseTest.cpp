@@ -77,38 +77,38 @@ IdList CheckFlags(const Family& family) {
 
 // ---- Functions ----
 
-TEST_F(FunctionBaseTest, HasAllOfEveryFunction) {
+TEST_F(FunctionBaseTest, RecordsContainEveryField) {
     EXPECT_EQ(RecordsOf(DimAndRate), dimAndRate);
 }
 
-TEST_F(FunctionBaseTest, IsTheSameAtEachCall) {
+TEST_F(FunctionBaseTest, RepeatedCallsReturnSameRecords) {
     EXPECT_EQ(RecordsOf(DimAndRate), dimAndRate);
     EXPECT_EQ(GetFunctionBase(), dimAndRate);
     EXPECT_EQ(GetFunctionBase(), dimAndRate);
 }
 
-TEST_F(FunctionBaseTest, ComesInTheOrderOfTheFile) {
+TEST_F(FunctionBaseTest, RecordsFollowFileOrder) {
     EXPECT_EQ(IdsOf(BaseFunctions({30, 4, 200, 5})), (IdList{30, 4, 200, 5}));
 }
 
-TEST_F(FunctionBaseTest, KeepsNegativeIds) {
+TEST_F(FunctionBaseTest, NegativeIdsAreKept) {
     EXPECT_EQ(IdsOf(BaseFunctions({1, -1, -300, 2})), (IdList{1, -1, -300, 2}));
 }
 
-TEST_F(FunctionBaseTest, KeepsEachFunctionOfTheSameId) {
+TEST_F(FunctionBaseTest, FunctionsWithSameIdAreAllKept) {
     const Records records = RecordsOf(R"(<Function ID="1" Name="First"><Commands/></Function>
         <Function ID="1" Name="Second"><Commands/></Function>)");
     EXPECT_EQ(records, (Records{{.id = 1, .name = L"First"}, {.id = 1, .name = L"Second"}}));
 }
 
-TEST_F(FunctionBaseTest, DoesNotDependOnTheDefaultsFile) {
+TEST_F(FunctionBaseTest, DefaultsFileDoesNotAffectRecords) {
     WriteFunctions(Function(1));
     EXPECT_EQ(IdsOf(BaseFunctions({1, 2})), (IdList{1, 2}));
 }
 
 class ManyBaseFunctionsTest : public FunctionBaseTest, public testing::WithParamInterface<std::int32_t> {};
 
-TEST_P(ManyBaseFunctionsTest, AreAllThereInTheirOrder) {
+TEST_P(ManyBaseFunctionsTest, AllFunctionsAreEnumeratedInOrder) {
     std::string functions;
     IdList ids;
     for (std::int32_t id = GetParam(); id > 0; --id) {
@@ -121,9 +121,9 @@ TEST_P(ManyBaseFunctionsTest, AreAllThereInTheirOrder) {
 INSTANTIATE_TEST_SUITE_P(, ManyBaseFunctionsTest, testing::Values(1000, 10000));
 
 // The parameter is an unusual but valid function between two others. It has the id 2 and no families.
-class SoundBaseFunctionTest : public FunctionBaseTest, public testing::WithParamInterface<XmlCase> {};
+class UnusualBaseFunctionTest : public FunctionBaseTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(SoundBaseFunctionTest, HasARecord) {
+TEST_P(UnusualBaseFunctionTest, UnusualFunctionYieldsRecordWithoutFamilies) {
     const Records records = RecordsOf(BaseFunction(1) + GetParam().xml + BaseFunction(3));
     EXPECT_EQ(Ids(records), (IdList{1, 2, 3}));
     for (const FunctionBase& record : records)
@@ -131,43 +131,42 @@ TEST_P(SoundBaseFunctionTest, HasARecord) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , SoundBaseFunctionTest,
+    , UnusualBaseFunctionTest,
     testing::Values(
         XmlCase{"WithoutDisplay", R"(<Function ID="2"><Default/><Commands/></Function>)"},
         XmlCase{"WithoutDefault", R"(<Function ID="2"><Display/><Commands/></Function>)"},
         XmlCase{"WithEmptyCommands", R"(<Function ID="2"><Commands></Commands></Function>)"},
         XmlCase{"WithCommandsFirst", R"(<Function ID="2"><Commands/><Default/><Display/></Function>)"},
-        XmlCase{"WithItemsOutsideAFamily",
+        XmlCase{"WithItemsOutsideFamily",
                 R"(<Function ID="2"><Commands><CommandItem/><CheckExistItem/></Commands></Function>)"},
-        XmlCase{"WithAFamilyOutsideTheCommands",
+        XmlCase{"WithFamilyOutsideCommands",
                 R"(<Function ID="2"><CommandFamily/><Commands/><CommandFamily/></Function>)"},
-        XmlCase{"WithAFamilyInSecondCommands",
+        XmlCase{"WithFamilyInSecondCommands",
                 R"(<Function ID="2"><Commands/><Commands><CommandFamily/></Commands></Function>)"},
         XmlCase{
-            "WithAFamilyInForeignCommands",
+            "WithFamilyInNamespacedCommands",
             R"(<Function ID="2"><Commands xmlns="urn:o"><CommandFamily/></Commands><Commands/></Function>)"},
-        XmlCase{"WithFamiliesInANamespace", R"(<Function ID="2"><Commands xmlns:o="urn:other">
+        XmlCase{"WithFamiliesInNamespace", R"(<Function ID="2"><Commands xmlns:o="urn:other">
             <o:CommandFamily/><CommandFamily xmlns="urn:other"/></Commands></Function>)"},
-        XmlCase{"WithAFamilyOfAnotherCaseOfLetters",
+        XmlCase{"WithFamilyInDifferentCase",
                 R"(<Function ID="2"><Commands><Commandfamily/></Commands></Function>)"},
-        XmlCase{"WithAFamilyInAComment",
+        XmlCase{"WithFamilyInComment",
                 R"(<Function ID="2"><Commands><!--<CommandFamily/>--></Commands></Function>)"},
-        XmlCase{"WithAFamilyAsText",
+        XmlCase{"WithFamilyAsText",
                 R"(<Function ID="2"><Commands><![CDATA[<CommandFamily/>]]></Commands></Function>)"},
         XmlCase{"WithUnknownAttributesAndChildren",
                 R"(<Function Colour="red" ID="2"><Icon/><Commands A="1"><Command/></Commands></Function>)"},
-        XmlCase{"WithAttributesInANamespace",
+        XmlCase{"WithAttributesInNamespace",
                 R"(<Function xmlns:o="urn:other" o:ID="5" ID="2" o:Name="n"><Commands/></Function>)"},
         XmlCase{
-            "WithOtherKindsOfNodes",
+            "WithOtherNodeTypes",
             R"(<Function ID="2"><!--a-->b<?c d?><![CDATA[e]]><Commands>f<!--g--></Commands>h</Function>)"},
-        XmlCase{"WithTextsThatNoFieldHolds", "<Function ID=\"2\" Text=\"" + std::string(10000, 't') +
+        XmlCase{"WithLongUnknownAttributes", "<Function ID=\"2\" Text=\"" + std::string(10000, 't') +
                                                  "\"><Display Name=\"" + std::string(10000, 't') +
                                                  "\"/><Commands/></Function>"}),
     CaseName<XmlCase>);
 
-// Nodes between the functions that are not functions themselves are ignored.
-TEST_F(FunctionBaseTest, IgnoresWhatIsNoFunction) {
+TEST_F(FunctionBaseTest, NodesOtherThanFunctionsAreIgnored) {
     EXPECT_EQ(IdsOf(BaseFunction(1) + "<!--" + BaseFunction(2) + "-->text<![CDATA[" + BaseFunction(3) +
                     "]]><?Function?><function/><Functions>" + BaseFunction(4) +
                     R"(</Functions><Function xmlns="urn:other"/><o:Function xmlns:o="urn:other"/>)" +
@@ -177,7 +176,7 @@ TEST_F(FunctionBaseTest, IgnoresWhatIsNoFunction) {
 
 // ---- Families ----
 
-TEST_F(FunctionBaseTest, HasFamiliesInTheOrderOfTheFile) {
+TEST_F(FunctionBaseTest, FamiliesFollowFileOrder) {
     const FunctionBase record = OnlyRecordOf(BaseFunction(1, CommandFamilies("<CommandItem ID=\"9\"/>") +
                                                                  CommandFamilies("<CommandItem ID=\"7\"/>") +
                                                                  CommandFamilies("<CommandItem ID=\"8\"/>")));
@@ -187,7 +186,7 @@ TEST_F(FunctionBaseTest, HasFamiliesInTheOrderOfTheFile) {
     EXPECT_EQ(CommandIds(record.families[2]), IdList{8});
 }
 
-TEST_F(FunctionBaseTest, HasTheItemsOfAFamilyInTheOrderOfTheFileHoweverTheyAreMixed) {
+TEST_F(FunctionBaseTest, MixedItemsFollowFileOrderPerKind) {
     const FunctionBase record = OnlyRecordOf(BaseFunction(1, CommandFamilies(R"(
         <CheckExistItem CheckFlag="5"/><CommandItem ID="4"/><CheckExistItem CheckFlag="3"/>
         <CommandItem ID="2"/><CommandItem ID="6"/><CheckExistItem CheckFlag="1"/>)")));
@@ -196,22 +195,22 @@ TEST_F(FunctionBaseTest, HasTheItemsOfAFamilyInTheOrderOfTheFileHoweverTheyAreMi
     EXPECT_EQ(CheckFlags(record.families[0]), (IdList{5, 3, 1}));
 }
 
-TEST_F(FunctionBaseTest, HasAFamilyWithoutCommands) {
+TEST_F(FunctionBaseTest, FamilyWithoutCommandsIsKept) {
     EXPECT_EQ(FamiliesOf(RecordsOf(BaseFunction(1, CommandFamilies("<CheckExistItem CheckFlag=\"1\"/>")))),
               (std::vector<Family>{{{}, {{1, L"", L"", L"", L""}}}}));
 }
 
-TEST_F(FunctionBaseTest, HasAFamilyWithoutChecks) {
+TEST_F(FunctionBaseTest, FamilyWithoutChecksIsKept) {
     EXPECT_EQ(FamiliesOf(RecordsOf(BaseFunction(1, CommandFamilies("<CommandItem ID=\"1\"/>")))),
               (std::vector<Family>{{{{.id = 1}}, {}}}));
 }
 
-TEST_F(FunctionBaseTest, HasFamiliesWithoutAnything) {
+TEST_F(FunctionBaseTest, EmptyFamiliesAreKept) {
     EXPECT_EQ(FamiliesOf(RecordsOf(BaseFunction(1, "<CommandFamily/>" + CommandFamilies("")))),
               (std::vector<Family>(2)));
 }
 
-TEST_F(FunctionBaseTest, HasNoFamiliesOfTheFunctionBefore) {
+TEST_F(FunctionBaseTest, NextFunctionDoesNotInheritFamilies) {
     const Records records = RecordsOf(BaseFunction(1, "<CommandFamily/><CommandFamily/>") + BaseFunction(2) +
                                       BaseFunction(3, "<CommandFamily/>"));
     ASSERT_EQ(records.size(), 3u);
@@ -220,19 +219,19 @@ TEST_F(FunctionBaseTest, HasNoFamiliesOfTheFunctionBefore) {
     EXPECT_EQ(records[2].families.size(), 1u);
 }
 
-TEST_F(FunctionBaseTest, HasNoItemsOfTheFamilyBefore) {
+TEST_F(FunctionBaseTest, NextFamilyDoesNotInheritItems) {
     const FunctionBase record = OnlyRecordOf(
         BaseFunction(1, CommandFamilies("<CommandItem/><CheckExistItem/>") + CommandFamilies("")));
     EXPECT_EQ(record.families, (std::vector<Family>{{{{}}, {{}}}, {}}));
 }
 
-TEST_F(FunctionBaseTest, HasTheFamiliesOfTheFirstCommands) {
+TEST_F(FunctionBaseTest, OnlyFirstCommandsElementIsRead) {
     const FunctionBase record = OnlyRecordOf(R"(<Function ID="1"><Commands><CommandFamily/></Commands>
         <Commands><CommandFamily/><CommandFamily/></Commands></Function>)");
     EXPECT_EQ(record.families.size(), 1u);
 }
 
-TEST_F(FunctionBaseTest, IgnoresWhatIsNoItemOfAFamily) {
+TEST_F(FunctionBaseTest, NodesOtherThanItemsAreIgnored) {
     const FunctionBase record = OnlyRecordOf(BaseFunction(1, CommandFamilies(R"(
         <!--<CommandItem ID="1"/>-->text<commanditem ID="2"/><CommandItem xmlns="urn:other" ID="3"/>
         <CommandFamily><CommandItem ID="4"/></CommandFamily><CommandItem ID="5"/>
@@ -243,7 +242,7 @@ TEST_F(FunctionBaseTest, IgnoresWhatIsNoItemOfAFamily) {
     EXPECT_EQ(CheckFlags(record.families[0]), IdList{8});
 }
 
-TEST_F(FunctionBaseTest, HasEachOfManyFamiliesWithEachOfManyItems) {
+TEST_F(FunctionBaseTest, ManyFamiliesAndItemsAreKept) {
     std::string items;
     for (std::int32_t i = 0; i < 20; ++i)
         items += "<CommandItem ID=\"" + std::to_string(i) + "\"/><CheckExistItem/>";
@@ -263,15 +262,15 @@ TEST_F(FunctionBaseTest, HasEachOfManyFamiliesWithEachOfManyItems) {
 
 class UnreadableBaseFunctionTest : public FunctionBaseTest, public testing::WithParamInterface<XmlCase> {};
 
-TEST_P(UnreadableBaseFunctionTest, EndsTheEnumerationBehindThoseBeforeIt) {
+TEST_P(UnreadableBaseFunctionTest, UnreadableFunctionEndsEnumerationAfterPreviousOnes) {
     EXPECT_EQ(IdsOf(BaseFunctions({1, -4}) + GetParam().xml + BaseFunction(3)), (IdList{1, -4}));
 }
 
-TEST_P(UnreadableBaseFunctionTest, EndsTheEnumerationAtOnceWhereItIsTheFirst) {
+TEST_P(UnreadableBaseFunctionTest, UnreadableFirstFunctionYieldsNoRecords) {
     EXPECT_EQ(IdsOf(GetParam().xml + BaseFunction(3)), IdList{});
 }
 
-TEST_P(UnreadableBaseFunctionTest, LosesNothingOfTheRecordsBeforeIt) {
+TEST_P(UnreadableBaseFunctionTest, UnreadableFunctionKeepsPreviousRecordsComplete) {
     EXPECT_EQ(RecordsOf(DimAndRate + GetParam().xml), dimAndRate);
     EXPECT_EQ(GetFunctionBase(), dimAndRate);
 }
@@ -279,9 +278,9 @@ TEST_P(UnreadableBaseFunctionTest, LosesNothingOfTheRecordsBeforeIt) {
 INSTANTIATE_TEST_SUITE_P(, UnreadableBaseFunctionTest, testing::ValuesIn(UnreadableFunctions()),
                          CaseName<XmlCase>);
 
-class FailingTextTest : public FunctionBaseTest, public testing::WithParamInterface<TextField> {};
+class BaseStringReadFailureTest : public FunctionBaseTest, public testing::WithParamInterface<TextField> {};
 
-TEST_P(FailingTextTest, EndsTheEnumerationForThisCallOnly) {
+TEST_P(BaseStringReadFailureTest, ReadFailureEndsOnlyCurrentEnumeration) {
     const std::string functions = BaseFunction(1) + GetParam().Function("fails") + BaseFunction(3);
     {
         const UnreadableValue failure{L"fails"};
@@ -290,11 +289,11 @@ TEST_P(FailingTextTest, EndsTheEnumerationForThisCallOnly) {
     EXPECT_EQ(IdsOf(functions), (IdList{1, 2, 3}));
 }
 
-INSTANTIATE_TEST_SUITE_P(, FailingTextTest, testing::ValuesIn(TextFields()), CaseName<TextField>);
+INSTANTIATE_TEST_SUITE_P(, BaseStringReadFailureTest, testing::ValuesIn(TextFields()), CaseName<TextField>);
 
 // ---- The records as bytes ----
 
-TEST_F(FunctionBaseTest, HasTheLayoutThatARawClientKnows) {
+TEST_F(FunctionBaseTest, RecordLayoutMatchesRawOffsets) {
     WriteBaseFunctions(DimAndRate);
     std::vector<const FunctionBaseRecord*> records;
     auto walk = MakeCallback<IGetFunctionBaseCallback>([&](const FunctionBaseRecord* record) {
@@ -329,7 +328,7 @@ TEST_F(FunctionBaseTest, HasTheLayoutThatARawClientKnows) {
     EXPECT_EQ(records.size(), 2u);
 }
 
-TEST_F(FunctionBaseTest, HasNullsAndAnEmptyListInTheRecordOfABareFunction) {
+TEST_F(FunctionBaseTest, MinimalFunctionHasNullNodesAndEmptyList) {
     WriteBaseFunctions(BaseFunction(1));
     auto look = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord* record) {
         EXPECT_EQ(At<void*>(record, 1056), nullptr);
@@ -370,11 +369,11 @@ protected:
     }
 };
 
-TEST_F(BaseOnItemTest, MayEnumerateAgain) {
+TEST_F(BaseOnItemTest, CallbackMayEnumerateAgain) {
     EXPECT_EQ(RecordsWhile([this] { EXPECT_EQ(GetFunctionBase(), dimAndRate); }), dimAndRate);
 }
 
-TEST_F(BaseOnItemTest, MayUseOtherExports) {
+TEST_F(BaseOnItemTest, CallbackMayCallOtherExports) {
     EXPECT_EQ(RecordsWhile([this] {
                   EXPECT_EQ(GetFunctionBaseUnSupported(), Records{});
                   EXPECT_TRUE(SetParameter(Balanced, {{3, {1, 0}}}));
@@ -383,18 +382,18 @@ TEST_F(BaseOnItemTest, MayUseOtherExports) {
               dimAndRate);
 }
 
-TEST_F(BaseOnItemTest, MayCallExitAndStillGetsTheOtherItemsWithTheirNodes) {
+TEST_F(BaseOnItemTest, ExitDuringEnumerationKeepsRemainingItems) {
     EXPECT_EQ(RecordsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), dimAndRate);
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
-TEST_F(BaseOnItemTest, ThatThrowsReachesTheClientAndEndsTheEnumeration) {
+TEST_F(BaseOnItemTest, ExceptionReachesClientAndEndsEnumeration) {
     ThrowAtItem(1);
     ThrowAtItem(2);
     EXPECT_EQ(GetFunctionBase(), dimAndRate);
 }
 
-TEST_F(BaseOnItemTest, LeavesNoBlockBehindEvenIfItThrows) {
+TEST_F(BaseOnItemTest, ExceptionInOnItemLeaksNoAllocations) {
     GetFunctionBase();
     HeapAllocations::Track(Dll().Handle());
     ThrowAtItem(1);
@@ -403,7 +402,7 @@ TEST_F(BaseOnItemTest, LeavesNoBlockBehindEvenIfItThrows) {
     EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
-TEST_F(BaseOnItemTest, LeavesNoBlockBehindWhereAFunctionCannotBeRead) {
+TEST_F(BaseOnItemTest, UnreadableFunctionLeaksNoAllocations) {
     RecordsOf(DimAndRate + std::string{"<Function><Display/><Default/></Function>"});
     HeapAllocations::Track(Dll().Handle());
     GetFunctionBase();
