@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the stress tests at full length and prints their figures. A GoogleTest filter selects some of the tests:
-#     scripts/stress.sh ['KillTest.*']
+#     scripts/stress.sh ['KilledSaveTest.*']
 source "$(dirname "$0")/common.sh"
 
 install_toolchain

@@ -14,28 +14,28 @@ protected:
     }
 };
 
-TEST_F(AdoptTest, MakesTheChosenFunctionsTheCatalogue) {
+TEST_F(AdoptTest, ChosenFunctionsBecomeCatalogue) {
     EXPECT_EQ(Output({L"adopt", L"2", L"1"}), "The catalogue now consists of these functions: 1, 2\n");
     EXPECT_EQ(AdoptedIds(), Json({1, 2}));
 }
 
-TEST_F(AdoptTest, ReplacesTheCatalogueThatWasThere) {
+TEST_F(AdoptTest, ExistingCatalogueIsReplaced) {
     WriteFunctions(Functions({1, 7, 9}));
     Output({L"adopt", L"2"});
     EXPECT_EQ(AdoptedIds(), Json({2}));
 }
 
-TEST_F(AdoptTest, AdoptsAllFunctionsButThoseWithoutCommands) {
+TEST_F(AdoptTest, AllOptionSkipsFunctionsWithoutCommands) {
     EXPECT_EQ(Output({L"adopt", L"--all"}),
               "The catalogue now consists of these functions: 1, 2\n"
               "Skipped because they have no commands: 3\n");
 }
 
-TEST_F(AdoptTest, GivesTheFunctionsAsJson) {
+TEST_F(AdoptTest, JsonListsAdoptedAndSkippedFunctions) {
     EXPECT_EQ(JsonOutput({L"adopt", L"--all"}), Json({{"functions", {1, 2}}, {"skipped", Json::array({3})}}));
 }
 
-TEST_F(AdoptTest, TakesOverWhatTheBaseCatalogueHas) {
+TEST_F(AdoptTest, AdoptedFunctionHasAllBaseData) {
     Output({L"adopt", L"1"});
     EXPECT_EQ(JsonOutput({L"functions"})["functions"][0],
               Json::parse(R"({"id": 1, "name": "DimKey", "group": "ScreenKey", "type": 2, "flag": 3,
@@ -45,39 +45,39 @@ TEST_F(AdoptTest, TakesOverWhatTheBaseCatalogueHas) {
               Json::array({Param(1, 1, 0)}));
 }
 
-TEST_F(AdoptTest, NeedsEitherIdsOrAll) {
+TEST_F(AdoptTest, EitherIdsOrAllOptionIsRequired) {
     const std::string sentence = "Specify either the ids of the functions to adopt or --all.";
     ExpectError({L"adopt"}, WrongUsage, sentence);
     ExpectError({L"adopt", L"1", L"--all"}, WrongUsage, sentence);
 }
 
-TEST_F(AdoptTest, RefusesWhatIsNoNumber) {
+TEST_F(AdoptTest, NonNumericIdIsRejected) {
     ExpectError({L"adopt", L"1", L"two"}, WrongUsage,
                 "ID must be a whole number from -2147483648 to 2147483647, not \"two\".");
 }
 
-TEST_F(AdoptTest, RefusesAFunctionThatTheBaseCatalogueLacks) {
+TEST_F(AdoptTest, FunctionMissingFromBaseCatalogueIsAnError) {
     ExpectError({L"adopt", L"1", L"4"}, Failure, BaseTitle() + " has no function 4.");
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
 }
 
-TEST_F(AdoptTest, FailsWhenTheBaseCatalogueHasNoFunctions) {
+TEST_F(AdoptTest, BaseCatalogueWithoutFunctionsIsAnError) {
     WriteBase("<ZOTBase><Functions/></ZOTBase>");
     ExpectError({L"adopt", L"--all"}, Failure, BaseTitle() + " has no functions.");
 }
 
-TEST_F(AdoptTest, FailsWhenTheCatalogueCannotBeLoadedThen) {
+TEST_F(AdoptTest, UnloadableNewCatalogueIsAnError) {
     WriteBase(R"(<ZOTBase><Functions><Function ID="-1"><Display/><Commands><CommandFamily><CommandItem/>
         </CommandFamily></Commands></Function></Functions></ZOTBase>)");
     ExpectError({L"adopt", L"-1"}, Failure,
                 RejectedCatalogue("the id -1 is negative (/ZOTDefault/Functions/Function)"));
 }
 
-TEST_F(AdoptTest, FailsWithoutABaseCatalogue) {
+TEST_F(AdoptTest, MissingBaseCatalogueIsAnError) {
     ExpectNeedsBaseCatalogue({L"adopt", L"--all"});
 }
 
-TEST_F(AdoptTest, FailsWhileAnotherProgramUsesTheDefaults) {
+TEST_F(AdoptTest, DefaultsInUseAreAnError) {
     WriteFunctions(Function(7));
     const std::string before = Defaults();
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -85,7 +85,7 @@ TEST_F(AdoptTest, FailsWhileAnotherProgramUsesTheDefaults) {
     EXPECT_EQ(Defaults(), before);
 }
 
-TEST_F(AdoptTest, FailsWhenTheDefaultsAreReadOnly) {
+TEST_F(AdoptTest, ReadOnlyDefaultsAreAnError) {
     WriteFunctions(Function(7));
     const std::string before = Defaults();
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);

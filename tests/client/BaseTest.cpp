@@ -3,7 +3,7 @@
 
 namespace ZOTDam::Test {
 
-class BaseTest : public BaseCatalogueTest {
+class BaseCommandTest : public BaseCatalogueTest {
 protected:
     std::vector<int> Ids(const Arguments& arguments) const {
         std::vector<int> ids;
@@ -14,7 +14,7 @@ protected:
     }
 };
 
-TEST_F(BaseTest, ShowsAllThatTheBaseCatalogueHasOfAFunction) {
+TEST_F(BaseCommandTest, TextShowsWholeBaseFunction) {
     EXPECT_TRUE(Output({L"base"}).starts_with(
         "1  DimKey\n"
         "    Group       ScreenKey\n"
@@ -32,7 +32,7 @@ TEST_F(BaseTest, ShowsAllThatTheBaseCatalogueHasOfAFunction) {
         << Output({L"base"});
 }
 
-TEST_F(BaseTest, GivesAllThatTheBaseCatalogueHasOfAFunctionAsJson) {
+TEST_F(BaseCommandTest, JsonContainsWholeBaseFunction) {
     const Json function = JsonOutput({L"base"})["functions"][0];
     EXPECT_EQ(function, Json::parse(R"({"id": 1, "name": "DimKey", "group": "ScreenKey", "type": 2, "flag": 3,
         "ac": [{"option": 100, "label": "BrightKey"}, {"option": 20, "label": "DarkKey"}],
@@ -45,7 +45,7 @@ TEST_F(BaseTest, GivesAllThatTheBaseCatalogueHasOfAFunctionAsJson) {
                      {"commands": [], "checks": []}]})"));
 }
 
-TEST_F(BaseTest, ShowsAFunctionThatHasNeitherOptionsNorDefaults) {
+TEST_F(BaseCommandTest, FunctionWithoutDetailsHasEmptyJsonArrays) {
     const Json function = JsonOutput({L"base"})["functions"][2];
     EXPECT_EQ(function["ac"], Json::array());
     EXPECT_EQ(function["dc"], Json::array());
@@ -53,28 +53,28 @@ TEST_F(BaseTest, ShowsAFunctionThatHasNeitherOptionsNorDefaults) {
     EXPECT_EQ(function["families"], Json::array());
 }
 
-TEST_F(BaseTest, ListsTheFunctionsThatTheCatalogueLacks) {
+TEST_F(BaseCommandTest, UnsupportedOptionListsFunctionsMissingFromCatalogue) {
     WriteFunctions(Function(2));
     EXPECT_EQ(Ids({L"base"}), (std::vector{1, 2, 3}));
     EXPECT_EQ(Ids({L"base", L"--unsupported"}), (std::vector{1, 3}));
 }
 
-TEST_F(BaseTest, TellsThatThereIsNoSuchFunction) {
+TEST_F(BaseCommandTest, CompleteCatalogueHasNoUnsupportedFunctions) {
     WriteFunctions(Functions({1, 2, 3}));
     EXPECT_EQ(Output({L"base", L"--unsupported"}), "There are no such functions.\n");
     EXPECT_EQ(JsonOutput({L"base", L"--unsupported"}), Json({{"functions", Json::array()}}));
 }
 
-TEST_F(BaseTest, NeedsTheCatalogueOnlyToCompareWithIt) {
+TEST_F(BaseCommandTest, OnlyUnsupportedOptionRequiresCatalogue) {
     Output({L"base"});
     ExpectError({L"base", L"--unsupported"}, Failure, MissingCatalogue());
 }
 
-TEST_F(BaseTest, FailsWithoutABaseCatalogue) {
+TEST_F(BaseCommandTest, MissingBaseCatalogueIsAnError) {
     ExpectNeedsBaseCatalogue({L"base"});
 }
 
-TEST_F(BaseTest, ChangesNoFile) {
+TEST_F(BaseCommandTest, ListingChangesNoFile) {
     WriteFunctions(Function(2));
     const std::string defaults = Defaults();
     Output({L"base", L"--unsupported"});

@@ -21,13 +21,13 @@ protected:
     }
 };
 
-TEST_F(CommandLineTest, WorksOnTheFilesOfAnotherFolder) {
+TEST_F(CommandLineTest, ProgramFilesOptionSelectsFolder) {
     WriteDefaults(ThreeFunctions);
     const std::filesystem::path folder = MakeProgramFiles(L"Other Programs");
     EXPECT_EQ(JsonOutput({L"count", L"--program-files", folder}), Json({{"count", 1}}));
 }
 
-TEST_F(CommandLineTest, WorksOnTheUserSettingsOfAnotherFolder) {
+TEST_F(CommandLineTest, ProgramDataOptionSelectsFolder) {
     WriteDefaults(ThreeFunctions);
     const std::filesystem::path folder = installation.ProgramFiles() / L"Other Data";
     const std::filesystem::path file =
@@ -38,47 +38,47 @@ TEST_F(CommandLineTest, WorksOnTheUserSettingsOfAnotherFolder) {
     EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
 }
 
-TEST_F(CommandLineTest, ResolvesRelativeFolders) {
+TEST_F(CommandLineTest, RelativeFolderIsResolved) {
     const std::filesystem::path folder = MakeProgramFiles(L"Other");
     const Outcome outcome =
         RunProgram(Client(), {L"--program-files", L"Other\\..\\Other", L"count"}, folder.parent_path());
     EXPECT_EQ(outcome.output, "1 function\n");
 }
 
-TEST_F(CommandLineTest, TakesForwardSlashesInFolders) {
+TEST_F(CommandLineTest, ForwardSlashesInFolderAreAccepted) {
     const std::filesystem::path folder = MakeProgramFiles(L"Other");
     EXPECT_EQ(Output({L"--program-files", folder.generic_wstring(), L"count"}), "1 function\n");
 }
 
-TEST_F(CommandLineTest, TakesAFolderThatBeginsWithASlash) {
+TEST_F(CommandLineTest, FolderBeginningWithSlashIsNotAnOption) {
     ExpectError({L"--program-files", L"/nowhere", L"count"}, Failure,
                 MissingCatalogue(std::filesystem::absolute(L"/nowhere")));
 }
 
-TEST_F(CommandLineTest, TakesFoldersInAnyScript) {
+TEST_F(CommandLineTest, NonAsciiFolderIsAccepted) {
     const std::filesystem::path folder = MakeProgramFiles(L"Grüße 日本 \U0001F50B");
     EXPECT_EQ(Output({L"--program-files", folder, L"count"}), "1 function\n");
 }
 
-TEST_F(CommandLineTest, WritesFoldersInAnyScriptAsUtf8) {
+TEST_F(CommandLineTest, NonAsciiFolderIsPrintedAsUtf8) {
     const std::filesystem::path folder = installation.ProgramData() / L"Grüße 日本 \U0001F50B";
     ExpectError({L"--program-files", folder, L"count"}, Failure, MissingCatalogue(folder));
 }
 
-TEST_F(CommandLineTest, RefusesAFolderWithoutName) {
+TEST_F(CommandLineTest, EmptyFolderNameIsRejected) {
     ExpectError({L"--program-files", L"", L"count"}, WrongUsage,
                 "--program-files: the name of the folder is empty.");
     ExpectError({L"--program-data", L"", L"count"}, WrongUsage,
                 "--program-data: the name of the folder is empty.");
 }
 
-TEST_F(CommandLineTest, OptionsStandBeforeOrBehindTheCommand) {
+TEST_F(CommandLineTest, OptionsMayPrecedeOrFollowCommand) {
     WriteDefaults(ThreeFunctions);
     EXPECT_EQ(Json::parse(Output({L"--json", L"count"})), Json({{"count", 3}}));
     EXPECT_EQ(Json::parse(Output({L"count", L"--json"})), Json({{"count", 3}}));
 }
 
-TEST_F(CommandLineTest, HelpNamesTheCommandsAndTheOptions) {
+TEST_F(CommandLineTest, HelpListsCommandsAndOptions) {
     const std::string help = Output({L"--help"});
     for (const char* const word :
          {"\n  count ", "\n  functions ", "\n  params ", "\n  current ", "\n  set ", "\n  reset ",
@@ -87,7 +87,7 @@ TEST_F(CommandLineTest, HelpNamesTheCommandsAndTheOptions) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
 }
 
-TEST_F(CommandLineTest, EachCommandHasHelpOfItsOwn) {
+TEST_F(CommandLineTest, EachCommandHasItsOwnHelp) {
     ExpectUsage({L"functions"}, "functions [OPTIONS]\n");
     ExpectUsage({L"current"}, "current [OPTIONS] SCHEME\n");
     ExpectUsage({L"set"}, "set [OPTIONS] SCHEME ID AC DC\n");
@@ -124,84 +124,84 @@ TEST_F(CommandLineTest, EachCommandHasExamples) {
     }
 }
 
-TEST_F(CommandLineTest, HeadingsAreBoldWhereTheUserWantsIt) {
+TEST_F(CommandLineTest, ColorOptionControlsBoldHeadings) {
     EXPECT_EQ(Output({L"aliases", L"--color", L"always"}).find("\x1b[1mGUID "), 0u);
     EXPECT_EQ(Output({L"aliases", L"--color", L"never"}).find("GUID "), 0u);
 }
 
-TEST_F(CommandLineTest, HeadingsArePlainInAFile) {
+TEST_F(CommandLineTest, RedirectedOutputHasPlainHeadings) {
     EXPECT_EQ(Output({L"aliases"}), Output({L"aliases", L"--color", L"never"}));
     EXPECT_EQ(Output({L"aliases", L"--color", L"auto"}), Output({L"aliases", L"--color", L"never"}));
 }
 
-TEST_F(CommandLineTest, RefusesAnUnknownStyle) {
+TEST_F(CommandLineTest, UnknownColorModeIsRejected) {
     ExpectError({L"aliases", L"--color", L"red"}, WrongUsage,
                 "--color must be auto, always or never, not \"red\".");
 }
 
-TEST_F(CommandLineTest, HelpNamesTheOptionsOfACommand) {
+TEST_F(CommandLineTest, CommandHelpListsItsOptions) {
     EXPECT_NE(Output({L"functions", L"--help"}).find("\n  --language TAG "), std::string::npos);
     EXPECT_NE(Output({L"diff", L"--help"}).find("\n  --ac "), std::string::npos);
     EXPECT_NE(Output({L"diff", L"--help"}).find("\n  --dc "), std::string::npos);
 }
 
-TEST_F(CommandLineTest, TheCommandsOfASetHaveHelpOfTheirOwn) {
+TEST_F(CommandLineTest, EachSubcommandHasItsOwnHelp) {
     ExpectUsage({L"setting"}, "setting [OPTIONS] SUBCOMMAND\n");
     ExpectUsage({L"setting", L"get"}, "setting get [OPTIONS] NAME\n");
     ExpectUsage({L"setting", L"set"}, "setting set [OPTIONS] NAME VALUE\n");
     ExpectUsage({L"setting", L"init"}, "setting init [OPTIONS]\n");
 }
 
-TEST_F(CommandLineTest, HelpNamesTheCommandsOfASet) {
+TEST_F(CommandLineTest, CommandHelpListsItsSubcommands) {
     const std::string help = Output({L"setting", L"--help"});
     for (const char* const word : {"\n  get ", "\n  set ", "\n  init "})
         EXPECT_NE(help.find(word), std::string::npos) << word;
 }
 
-TEST_F(CommandLineTest, TellsTheVersion) {
+TEST_F(CommandLineTest, VersionOptionPrintsVersion) {
     EXPECT_EQ(Output({L"--version"}), "zotdamctl " ZOTDAM_VERSION "\n");
 }
 
-TEST_F(CommandLineTest, NeedsACommand) {
+TEST_F(CommandLineTest, MissingCommandIsRejectedWithHelp) {
     const Outcome outcome = Run({});
     EXPECT_EQ(outcome.exitStatus, WrongUsage);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "zotdamctl: No command is specified.\n\n" + Output({L"--help"}) + "\n");
 }
 
-TEST_F(CommandLineTest, ASetOfCommandsNeedsOneOfThem) {
+TEST_F(CommandLineTest, MissingSubcommandIsRejected) {
     ExpectError({L"setting"}, WrongUsage, "A subcommand is required.");
 }
 
-TEST_F(CommandLineTest, OptionsStandBehindTheCommandsOfASetAsWell) {
+TEST_F(CommandLineTest, OptionsMayPrecedeOrFollowSubcommand) {
     WriteUserSettings(R"(<OrloPowerCfg><CommonSettings Warning="15"/></OrloPowerCfg>)");
     EXPECT_EQ(Json::parse(Output({L"setting", L"--json", L"get", L"Warning"}))["value"], "15");
     EXPECT_EQ(Json::parse(Output({L"setting", L"get", L"Warning", L"--json"}))["value"], "15");
 }
 
-TEST_F(CommandLineTest, RefusesAnOptionWithoutItsValue) {
+TEST_F(CommandLineTest, OptionWithoutArgumentIsRejected) {
     ExpectError({L"functions", L"--language"}, WrongUsage, "--language: 1 required TAG missing.");
     ExpectError({L"count", L"--program-files"}, WrongUsage, "--program-files: 1 required DIR missing.");
 }
 
-TEST_F(CommandLineTest, RefusesAnOptionOfAnotherCommand) {
+TEST_F(CommandLineTest, OptionOfOtherCommandIsRejected) {
     ExpectError({L"count", L"--language", L"de-DE"}, WrongUsage,
                 "The following arguments were not expected: de-DE --language.");
 }
 
-TEST_F(CommandLineTest, RefusesAnUnknownCommand) {
+TEST_F(CommandLineTest, UnknownCommandIsRejected) {
     ExpectError({L"list"}, WrongUsage, "The following argument was not expected: list.");
 }
 
-TEST_F(CommandLineTest, RefusesAnUnknownOption) {
+TEST_F(CommandLineTest, UnknownOptionIsRejected) {
     ExpectError({L"count", L"--xml"}, WrongUsage, "The following argument was not expected: --xml.");
 }
 
-TEST_F(CommandLineTest, RefusesASecondCommand) {
+TEST_F(CommandLineTest, SecondCommandIsRejected) {
     ExpectError({L"count", L"reset"}, WrongUsage, "The following argument was not expected: reset.");
 }
 
-TEST_F(CommandLineTest, NeedsAllArguments) {
+TEST_F(CommandLineTest, MissingArgumentIsRejected) {
     ExpectError({L"params"}, WrongUsage, "SCHEME is required.");
     ExpectError({L"set", L"balanced", L"1", L"2"}, WrongUsage, "DC is required.");
     ExpectError({L"diff", L"balanced"}, WrongUsage, "OTHER is required.");
@@ -209,7 +209,7 @@ TEST_F(CommandLineTest, NeedsAllArguments) {
     ExpectError({L"setting", L"set", L"Warning"}, WrongUsage, "VALUE is required.");
 }
 
-TEST_F(CommandLineTest, RefusesMoreArguments) {
+TEST_F(CommandLineTest, ExtraArgumentIsRejected) {
     ExpectError({L"set", L"balanced", L"1", L"2", L"3", L"4"}, WrongUsage,
                 "The following argument was not expected: 4.");
     ExpectError({L"diff", L"balanced", L"balanced", L"balanced"}, WrongUsage,

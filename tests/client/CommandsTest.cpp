@@ -19,7 +19,7 @@ protected:
     Json Commands() const { return JsonOutput({L"commands", L"balanced"})["commands"]; }
 };
 
-TEST_F(CommandsTest, ShowsTheCommandsAsATable) {
+TEST_F(CommandsTest, TableListsCommands) {
     WriteBalanced(OldFunction(1, 1, 0));
     EXPECT_EQ(Output({L"commands", L"balanced"}),
               "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
@@ -29,7 +29,7 @@ TEST_F(CommandsTest, ShowsTheCommandsAsATable) {
               "-5      1      0       30      -20     0\n");
 }
 
-TEST_F(CommandsTest, GivesTheCommandsAsJsonWithTheFieldsInTheirOrder) {
+TEST_F(CommandsTest, JsonListsCommandsWithFieldsInOrder) {
     WriteBalanced(OldFunction(1, 0, 1));
     EXPECT_EQ(Output({L"commands", L"balanced", L"--json"}), R"({
   "scheme": "381b4222-f694-41f0-9685-ff5bb260df2e",
@@ -57,23 +57,23 @@ TEST_F(CommandsTest, GivesTheCommandsAsJsonWithTheFieldsInTheirOrder) {
 )");
 }
 
-TEST_F(CommandsTest, ShowsASchemeWithoutNameByItsGuid) {
+TEST_F(CommandsTest, SchemeWithoutNameIsShownByGuid) {
     EXPECT_TRUE(Output({L"commands", L"0a1b2c3d-1111-2222-3333-444455556666"})
                     .starts_with("Scheme: 0a1b2c3d-1111-2222-3333-444455556666\n"));
 }
 
-TEST_F(CommandsTest, TakesTheDefaultsWhereTheUserHasSetNothing) {
+TEST_F(CommandsTest, UnsetSchemeUsesDefaults) {
     EXPECT_EQ(Commands()[0]["option1"], -20);
     EXPECT_EQ(Commands()[0]["option2"], 40);
 }
 
-TEST_F(CommandsTest, HasTheOptionZeroWhereNoneIsSelected) {
+TEST_F(CommandsTest, InvalidIndexReturnsOptionZero) {
     WriteBalanced(OldFunction(1, 2, -1));
     EXPECT_EQ(Commands()[0]["option1"], 0);
     EXPECT_EQ(Commands()[0]["option2"], 0);
 }
 
-TEST_F(CommandsTest, FunctionsWithoutCommandsHaveNone) {
+TEST_F(CommandsTest, FunctionsWithoutCommandsListNone) {
     WriteDefaults(ThreeFunctions);
     EXPECT_EQ(Output({L"commands", L"balanced"}),
               "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
@@ -82,21 +82,21 @@ TEST_F(CommandsTest, FunctionsWithoutCommandsHaveNone) {
     EXPECT_EQ(Commands(), Json::array());
 }
 
-TEST_F(CommandsTest, AnEmptyCatalogueHasNone) {
+TEST_F(CommandsTest, EmptyCatalogueHasNoCommands) {
     WriteFunctions("");
     EXPECT_EQ(Commands(), Json::array());
 }
 
-TEST_F(CommandsTest, FailsWithoutACatalogue) {
+TEST_F(CommandsTest, UnavailableCatalogueIsAnError) {
     ExpectNeedsCatalogue({L"commands", L"balanced"});
 }
 
-TEST_F(CommandsTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(CommandsTest, UserSettingsInUseAreAnError) {
     WriteBalanced(OldFunction(1, 1, 1));
     ExpectNeedsUserSettings({L"commands", L"balanced"});
 }
 
-TEST_F(CommandsTest, RefusesWhatIsNoScheme) {
+TEST_F(CommandsTest, InvalidSchemeIsRejected) {
     ExpectUnknownScheme({L"commands", L"balanced "}, "balanced ");
 }
 

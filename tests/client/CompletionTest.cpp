@@ -5,7 +5,7 @@ namespace ZOTDam::Test {
 
 using CompletionTest = ClientTest;
 
-TEST_F(CompletionTest, ForBashHasTheWordsOfEachCommand) {
+TEST_F(CompletionTest, BashScriptListsWordsOfEachCommand) {
     const std::string script = Output({L"completion", L"bash"});
     for (const char* const line :
          {"\n        '') words='count functions ", "\n        ' setting') words='get set init --help ",
@@ -14,7 +14,7 @@ TEST_F(CompletionTest, ForBashHasTheWordsOfEachCommand) {
         EXPECT_NE(script.find(line), std::string::npos) << line << script;
 }
 
-TEST_F(CompletionTest, ForPowerShellHasTheWordsOfEachCommand) {
+TEST_F(CompletionTest, PowerShellScriptListsWordsOfEachCommand) {
     const std::string script = Output({L"completion", L"powershell"});
     for (const char* const line :
          {"Register-ArgumentCompleter -Native -CommandName zotdamctl, zotdamctl.exe -ScriptBlock {\n",
@@ -22,11 +22,11 @@ TEST_F(CompletionTest, ForPowerShellHasTheWordsOfEachCommand) {
         EXPECT_NE(script.find(line), std::string::npos) << line << script;
 }
 
-TEST_F(CompletionTest, IsGivenAsJson) {
+TEST_F(CompletionTest, JsonContainsScript) {
     EXPECT_EQ(JsonOutput({L"completion", L"bash"}), Json({{"script", Output({L"completion", L"bash"})}}));
 }
 
-TEST_F(CompletionTest, KnowsNoOtherShell) {
+TEST_F(CompletionTest, UnknownShellIsRejected) {
     ExpectError({L"completion", L"fish"}, WrongUsage, "SHELL is bash or powershell, not \"fish\".");
 }
 

@@ -5,32 +5,32 @@ namespace ZOTDam::Test {
 
 using CountTest = ClientTest;
 
-TEST_F(CountTest, TellsTheNumberOfFunctions) {
+TEST_F(CountTest, TextStatesNumberOfFunctions) {
     WriteDefaults(ThreeFunctions);
     EXPECT_EQ(Output({L"count"}), "3 functions\n");
 }
 
-TEST_F(CountTest, KnowsTheSingular) {
+TEST_F(CountTest, SingleFunctionIsCountedInSingular) {
     WriteDefaults(R"(<ZOTDefault><Functions><Function ID="1"><Display/><Commands/></Function></Functions>
         </ZOTDefault>)");
     EXPECT_EQ(Output({L"count"}), "1 function\n");
 }
 
-TEST_F(CountTest, GivesTheNumberAsJson) {
+TEST_F(CountTest, JsonContainsCount) {
     WriteDefaults(ThreeFunctions);
     EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 3}}));
 }
 
-TEST_F(CountTest, AnEmptyCatalogueHasNoFunctions) {
+TEST_F(CountTest, EmptyCatalogueHasNoFunctions) {
     WriteDefaults("<ZOTDefault><Functions/></ZOTDefault>");
     EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 0}}));
 }
 
-TEST_F(CountTest, FailsWithoutACatalogue) {
+TEST_F(CountTest, MissingCatalogueIsAnError) {
     ExpectError({L"count"}, Failure, MissingCatalogue());
 }
 
-TEST_F(CountTest, FailsWithABrokenCatalogue) {
+TEST_F(CountTest, InvalidCatalogueIsAnError) {
     WriteDefaults("<ZOTDefault>");
     ExpectCatalogueThatIsNotWellFormed({L"count"});
     WriteDefaults("<ZOTDefault/>");
@@ -40,17 +40,17 @@ TEST_F(CountTest, FailsWithABrokenCatalogue) {
                 RejectedCatalogue("\"Display\" is missing (/ZOTDefault/Functions/Function[2])"));
 }
 
-TEST_F(CountTest, FailsWhileAnotherProgramUsesTheCatalogue) {
+TEST_F(CountTest, CatalogueInUseIsAnError) {
     WriteDefaults(ThreeFunctions);
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
     ExpectError({L"count"}, Failure, CatalogueInUse());
 }
 
-TEST_F(CountTest, FailsAsWellWhenJsonIsAskedFor) {
+TEST_F(CountTest, ErrorIsTextDespiteJsonOption) {
     ExpectError({L"--json", L"count"}, Failure, MissingCatalogue());
 }
 
-TEST_F(CountTest, FailsWithoutTheLibrary) {
+TEST_F(CountTest, MissingLibraryIsAnError) {
     const std::filesystem::path folder = installation.ProgramData() / L"alone";
     std::filesystem::create_directory(folder);
     std::filesystem::copy_file(Client(), folder / L"zotdamctl.exe");

@@ -9,9 +9,9 @@ constexpr char Brightness[] = R"(<Function ID="1"><Display>
     <DC><DisplayItem Option="0"/><DisplayItem Option="-1"/><DisplayItem Option="7"/></DC>
 </Display><Commands/><Default ACParamIndex="0" DCParamIndex="2"/></Function>)";
 
-class CurrentTest : public ClientTest {
+class CurrentCommandTest : public ClientTest {
 protected:
-    CurrentTest() {
+    CurrentCommandTest() {
         WriteFunctions(std::string{Brightness} + R"(<Function ID="20"><Display/><Commands/>
             <Default ACParamIndex="0" DCParamIndex="0"/></Function>)");
     }
@@ -23,7 +23,7 @@ protected:
     Json Current() const { return JsonOutput({L"current", L"balanced"})["options"]; }
 };
 
-TEST_F(CurrentTest, ShowsTheOptionsAsATable) {
+TEST_F(CurrentCommandTest, TableListsSelectedOptions) {
     WriteBalanced(OldFunction(1, 1, 2));
     EXPECT_EQ(Output({L"current", L"balanced"}),
               "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
@@ -33,7 +33,7 @@ TEST_F(CurrentTest, ShowsTheOptionsAsATable) {
               "20    -   -\n");
 }
 
-TEST_F(CurrentTest, GivesTheOptionsAsJsonWithTheFieldsInTheirOrder) {
+TEST_F(CurrentCommandTest, JsonListsOptionsWithFieldsInOrder) {
     WriteBalanced(OldFunction(1, 0, 1));
     EXPECT_EQ(Output({L"current", L"balanced", L"--json"}), R"({
   "scheme": "381b4222-f694-41f0-9685-ff5bb260df2e",
@@ -53,52 +53,52 @@ TEST_F(CurrentTest, GivesTheOptionsAsJsonWithTheFieldsInTheirOrder) {
 )");
 }
 
-TEST_F(CurrentTest, ShowsASchemeWithoutNameByItsGuid) {
+TEST_F(CurrentCommandTest, SchemeWithoutNameIsShownByGuid) {
     EXPECT_TRUE(Output({L"current", L"{0A1B2C3D-1111-2222-3333-444455556666}"})
                     .starts_with("Scheme: 0a1b2c3d-1111-2222-3333-444455556666\n"));
 }
 
-TEST_F(CurrentTest, TakesTheDefaultsWhereTheUserHasSetNothing) {
+TEST_F(CurrentCommandTest, UnsetSchemeUsesDefaults) {
     EXPECT_EQ(Current()[0], Options(1, 1000, 7));
 }
 
-TEST_F(CurrentTest, TellsOptionsFromTheirAbsence) {
+TEST_F(CurrentCommandTest, ZeroAndNegativeOptionsAreNotNull) {
     WriteBalanced(OldFunction(1, 1, 0));
     EXPECT_EQ(Current()[0], Options(1, -20, 0));
     WriteBalanced(OldFunction(1, 1, 1));
     EXPECT_EQ(Current()[0], Options(1, -20, -1));
 }
 
-TEST_F(CurrentTest, HasNoOptionBehindTheEndOfTheList) {
+TEST_F(CurrentCommandTest, IndexBeyondListSelectsNoOption) {
     WriteBalanced(OldFunction(1, 2, 2));
     EXPECT_EQ(Current()[0], Options(1, nullptr, 7));
 }
 
-TEST_F(CurrentTest, HasNoOptionAtANegativePosition) {
+TEST_F(CurrentCommandTest, NegativeIndexSelectsNoOption) {
     WriteBalanced(OldFunction(1, 0, -1));
     EXPECT_EQ(Current()[0], Options(1, 1000, nullptr));
 }
 
-TEST_F(CurrentTest, GivesTheSecondRefreshRateTheIdOfTheFirst) {
+TEST_F(CurrentCommandTest, SecondRefreshRateHasIdOfFirst) {
     WriteFunctions(std::string{Brightness} + R"(<Function ID="8"><Display>
         <AC><DisplayItem Option="60"/></AC><DC><DisplayItem Option="60"/></DC>
         </Display><Commands/><Default ACParamIndex="0" DCParamIndex="0"/></Function>)");
     EXPECT_EQ(Current(), Json({Options(1, 1000, 7), Options(7, 60, 60)}));
 }
 
-TEST_F(CurrentTest, ListsNothingWhenTheDisplayHidesAllFunctions) {
+TEST_F(CurrentCommandTest, FunctionsHiddenByDisplayAreNotListed) {
     WriteFunctions(R"(<Function ID="8">
         <Display><AC><DisplayItem Option="60"/><DisplayItem Option="100000"/></AC></Display>
         <Commands/><Default ACParamIndex="0" DCParamIndex="0"/></Function>)");
     EXPECT_EQ(Current(), Json::array());
 }
 
-TEST_F(CurrentTest, ListsNothingForASchemeInWhichNothingIsSet) {
+TEST_F(CurrentCommandTest, EmptySchemeHasNoOptions) {
     WriteBalanced("");
     EXPECT_EQ(Current(), Json::array());
 }
 
-TEST_F(CurrentTest, AnEmptyCatalogueHasNoOptions) {
+TEST_F(CurrentCommandTest, EmptyCatalogueHasNoOptions) {
     WriteFunctions("");
     EXPECT_EQ(Output({L"current", L"balanced"}),
               "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
@@ -107,27 +107,27 @@ TEST_F(CurrentTest, AnEmptyCatalogueHasNoOptions) {
     EXPECT_EQ(Current(), Json::array());
 }
 
-TEST_F(CurrentTest, FailsWhenTheSchemeCannotBeLoaded) {
+TEST_F(CurrentCommandTest, UnloadableSchemeIsAnError) {
     WriteFunctions(Function(1));
     ExpectError({L"current", L"balanced"}, Failure,
                 "The scheme balanced (381b4222-f694-41f0-9685-ff5bb260df2e) cannot be loaded.");
 }
 
-TEST_F(CurrentTest, FailsWithoutACatalogue) {
+TEST_F(CurrentCommandTest, UnavailableCatalogueIsAnError) {
     ExpectNeedsCatalogue({L"current", L"balanced"});
 }
 
-TEST_F(CurrentTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(CurrentCommandTest, UserSettingsInUseAreAnError) {
     WriteBalanced(OldFunction(1, 1, 1));
     ExpectNeedsUserSettings({L"current", L"balanced"});
 }
 
-TEST_F(CurrentTest, BlamesTheUserSettingsInUseForASchemeThatCannotBeLoaded) {
+TEST_F(CurrentCommandTest, UnloadableSchemeReportsUserSettingsInUse) {
     WriteFunctions(Function(1));
     ExpectNeedsUserSettings({L"current", L"balanced"});
 }
 
-TEST_F(CurrentTest, RefusesWhatIsNoScheme) {
+TEST_F(CurrentCommandTest, InvalidSchemeIsRejected) {
     ExpectUnknownScheme({L"current", L"Balanced"}, "Balanced");
     ExpectUnknownScheme({L"current", L""}, "");
 }

@@ -37,7 +37,7 @@ protected:
                                                Entry("DcLowKey", "dim") + Entry("DcHighKey", "bright");
 };
 
-TEST_F(DiffTest, ShowsTheDifferencesAsTables) {
+TEST_F(DiffTest, TextListsDifferencesPerPowerSource) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"high-performance"}), std::string{BalancedToHighPerformance} +
                                                                        "\n"
                                                                        "Plugged in:\n"
@@ -52,7 +52,7 @@ TEST_F(DiffTest, ShowsTheDifferencesAsTables) {
                                                                        "Brightness  bright\n");
 }
 
-TEST_F(DiffTest, GivesTheDifferencesAsJsonWithTheFieldsInTheirOrder) {
+TEST_F(DiffTest, JsonListsDifferencesWithFieldsInOrder) {
     EXPECT_EQ(Output({L"diff", L"high-performance", L"balanced", L"--json"}), R"({
   "from": "8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c",
   "to": "381b4222-f694-41f0-9685-ff5bb260df2e",
@@ -82,7 +82,7 @@ TEST_F(DiffTest, GivesTheDifferencesAsJsonWithTheFieldsInTheirOrder) {
 )");
 }
 
-TEST_F(DiffTest, AlignsWideCharacters) {
+TEST_F(DiffTest, WideCharactersKeepColumnsAligned) {
     WriteEntries(Entry("LightKey", "画面の明るさ \U0001F50B") + Entry("SleepKey", "ｽﾘｰﾌﾟ e\u0301") +
                  Entry("AcHighKey", "高い"));
     EXPECT_EQ(Output({L"diff", L"balanced", L"high-performance", L"--ac"}),
@@ -95,13 +95,13 @@ TEST_F(DiffTest, AlignsWideCharacters) {
                   "画面の明るさ \U0001F50B  高い\n");
 }
 
-TEST_F(DiffTest, ComparesOnMainsOnly) {
+TEST_F(DiffTest, AcOptionComparesOnlyAcValues) {
     const Json json = JsonOutput({L"diff", L"balanced", L"high-performance", L"--ac"});
     EXPECT_EQ(json["ac"], AcJson());
     EXPECT_FALSE(json.contains("dc"));
 }
 
-TEST_F(DiffTest, ComparesOnBatteryOnly) {
+TEST_F(DiffTest, DcOptionComparesOnlyDcValues) {
     EXPECT_EQ(DcOutput(), std::string{BalancedToHighPerformance} +
                               "\n"
                               "On battery:\n"
@@ -111,12 +111,12 @@ TEST_F(DiffTest, ComparesOnBatteryOnly) {
     EXPECT_FALSE(JsonOutput({L"diff", L"--dc", L"balanced", L"high-performance"}).contains("ac"));
 }
 
-TEST_F(DiffTest, ComparesOnBothWhenBothAreAskedFor) {
+TEST_F(DiffTest, BothOptionsCompareAcAndDcValues) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"--dc", L"high-performance", L"--ac"}),
               Output({L"diff", L"balanced", L"high-performance"}));
 }
 
-TEST_F(DiffTest, TellsThatThereAreNoDifferences) {
+TEST_F(DiffTest, EqualSchemesHaveNoDifferences) {
     EXPECT_EQ(Output({L"diff", L"balanced", L"balanced"}),
               "Values of balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
               "that differ from those of balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
@@ -128,7 +128,7 @@ TEST_F(DiffTest, TellsThatThereAreNoDifferences) {
               Json({{"differences", Json::array()}, {"complete", true}}));
 }
 
-TEST_F(DiffTest, ShowsTheKeyOfAFunctionAndNothingForASettingWithoutTranslation) {
+TEST_F(DiffTest, MissingTranslationShowsFunctionKeyAndEmptySetting) {
     WriteEntries(Entry("AcHighKey", "high"));
     EXPECT_EQ(DcOutput(), std::string{BalancedToHighPerformance} +
                               "\n"
@@ -140,35 +140,35 @@ TEST_F(DiffTest, ShowsTheKeyOfAFunctionAndNothingForASettingWithoutTranslation) 
               Json({Difference("SleepKey", "high"), Difference("LightKey", "high")}));
 }
 
-TEST_F(DiffTest, ShowsSchemesWithoutNameByTheirGuids) {
+TEST_F(DiffTest, SchemesWithoutNameAreShownByGuid) {
     EXPECT_TRUE(
         Output({L"diff", L"0a1b2c3d-1111-2222-3333-444455556666", L"{0A1B2C3D-1111-2222-3333-444455557777}"})
             .starts_with("Values of 0a1b2c3d-1111-2222-3333-444455557777\n"
                          "that differ from those of 0a1b2c3d-1111-2222-3333-444455556666\n"));
 }
 
-TEST_F(DiffTest, AnEmptyCatalogueHasNoDifferences) {
+TEST_F(DiffTest, EmptyCatalogueHasNoDifferences) {
     WriteFunctions("");
     EXPECT_EQ(AcJson()["differences"], Json::array());
 }
 
-TEST_F(DiffTest, FailsWithoutACatalogue) {
+TEST_F(DiffTest, UnavailableCatalogueIsAnError) {
     ExpectNeedsCatalogue({L"diff", L"balanced", L"high-performance"});
 }
 
-TEST_F(DiffTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(DiffTest, UserSettingsInUseAreAnError) {
     ExpectNeedsUserSettings({L"diff", L"balanced", L"high-performance"});
     ExpectNeedsUserSettings({L"diff", L"balanced", L"high-performance", L"--ac"});
 }
 
-TEST_F(DiffTest, RefusesWhatIsNoScheme) {
+TEST_F(DiffTest, InvalidSchemeIsRejected) {
     ExpectUnknownScheme({L"diff", L"Balanced", L"power-saver"}, "Balanced");
     ExpectUnknownScheme({L"diff", L"balanced", L"saver"}, "saver");
 }
 
 // The library's buffers hold 259 UTF-16 code units. Each line takes four more than the name, or two more than
 // the setting.
-class LongDiffTest : public DiffTest {
+class DiffCompletenessTest : public DiffTest {
 protected:
     // Writes the names of the two functions, in the order of the list.
     void WriteNames(const std::string& first, const std::string& second) const {
@@ -182,19 +182,19 @@ protected:
     }
 };
 
-TEST_F(LongDiffTest, IsCompleteWhenAllFits) {
+TEST_F(DiffCompletenessTest, DifferencesThatFitAreComplete) {
     WriteNames(std::string(100, 'a'), std::string(149, 'b'));
     EXPECT_EQ(AcJson()["differences"].size(), 2);
     EXPECT_EQ(AcJson()["complete"], true);
 }
 
-TEST_F(LongDiffTest, LeavesOutAFunctionThatIsCut) {
+TEST_F(DiffCompletenessTest, TruncatedFunctionIsOmitted) {
     WriteNames(std::string(100, 'a'), std::string(152, 'b'));
     EXPECT_EQ(AcJson(),
               Json({{"differences", {Difference(std::string(100, 'a'), "high")}}, {"complete", false}}));
 }
 
-TEST_F(LongDiffTest, TellsThatThereMayBeMore) {
+TEST_F(DiffCompletenessTest, TruncatedListEndsWithNotice) {
     WriteNames("Brightness", std::string(259, 'b'));
     EXPECT_EQ(Output({L"diff", L"balanced", L"high-performance", L"--ac"}),
               std::string{BalancedToHighPerformance} +
@@ -206,25 +206,25 @@ TEST_F(LongDiffTest, TellsThatThereMayBeMore) {
                   "There may be more.\n");
 }
 
-TEST_F(LongDiffTest, MayHaveMoreWhereTheLastLineJustFits) {
+TEST_F(DiffCompletenessTest, ListFillingBufferIsReportedIncomplete) {
     WriteNames(std::string(100, 'a'), std::string(151, 'b'));
     EXPECT_EQ(AcJson()["differences"].size(), 2);
     EXPECT_EQ(AcJson()["complete"], false);
 }
 
-TEST_F(LongDiffTest, MayHaveMoreWhereASurrogatePairDoesNotFit) {
+TEST_F(DiffCompletenessTest, ListCutBeforeSurrogatePairIsReportedIncomplete) {
     WriteNames(std::string(100, 'a'), std::string(152, 'b') + "\U0001F50B");
     EXPECT_EQ(AcJson()["differences"].size(), 1);
     EXPECT_EQ(AcJson()["complete"], false);
 }
 
-TEST_F(LongDiffTest, LeavesOutAFunctionWhoseSettingIsCut) {
+TEST_F(DiffCompletenessTest, FunctionWithTruncatedSettingIsOmitted) {
     WriteSettings(std::string(200, 'c'));
     EXPECT_EQ(AcJson(), Json({{"differences", {Difference("Sleep after", std::string(200, 'c'))}},
                               {"complete", false}}));
 }
 
-TEST_F(LongDiffTest, DoesNotTakeASingleCutLineForNoDifferences) {
+TEST_F(DiffCompletenessTest, SingleTruncatedLineIsReportedIncomplete) {
     WriteNames(std::string(259, 'a'), "Sleep after");
     EXPECT_EQ(AcJson(), Json({{"differences", Json::array()}, {"complete", false}}));
     EXPECT_TRUE(Output({L"diff", L"balanced", L"high-performance", L"--ac"})
@@ -234,7 +234,7 @@ TEST_F(LongDiffTest, DoesNotTakeASingleCutLineForNoDifferences) {
                                "There may be more.\n"));
 }
 
-TEST_F(LongDiffTest, JudgesEachPowerSourceByItself) {
+TEST_F(DiffCompletenessTest, CompletenessIsReportedPerPowerSource) {
     WriteSettings(std::string(200, 'c'));
     EXPECT_EQ(JsonOutput({L"diff", L"balanced", L"high-performance"})["dc"]["complete"], true);
 }

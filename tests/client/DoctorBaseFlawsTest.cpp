@@ -106,7 +106,7 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
              test.AdoptAll();
              EXPECT_EQ(test.GetParameterDefault(Balanced), Params{});
          }},
-        {"CommandOfNoPowerSource", File::Base, R"(State="24" ParamIndex1="0")",
+        {"CommandOfInvalidPowerSource", File::Base, R"(State="24" ParamIndex1="0")",
          R"(State="24" ParamIndex1="-1")", "invalid-power-source", Command2,
          "the command uses the option on battery",
          [](DoctorTest& test) {
@@ -220,10 +220,11 @@ std::vector<Flaw> FlawsOfSpecSchemes() {
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(OfBaseFunctions, FlawTest, testing::ValuesIn(FlawsOfBaseFunctions()),
+INSTANTIATE_TEST_SUITE_P(BaseFunctions, DoctorFindingTest, testing::ValuesIn(FlawsOfBaseFunctions()),
                          CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfTheBaseDocument, FlawTest, testing::ValuesIn(FlawsOfTheBaseDocument()),
+INSTANTIATE_TEST_SUITE_P(BaseDocument, DoctorFindingTest, testing::ValuesIn(FlawsOfTheBaseDocument()),
                          CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfSpecSchemes, FlawTest, testing::ValuesIn(FlawsOfSpecSchemes()), CaseName<Flaw>);
+INSTANTIATE_TEST_SUITE_P(SpecSchemes, DoctorFindingTest, testing::ValuesIn(FlawsOfSpecSchemes()),
+                         CaseName<Flaw>);
 
 }  // namespace ZOTDam::Test

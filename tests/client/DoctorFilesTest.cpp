@@ -55,7 +55,7 @@ const Loss LockedUserSettings = {"UserSettings", File::UserSettings,
 
 }  // namespace
 
-class FilesTest : public DoctorTest, public testing::WithParamInterface<Loss> {
+class DoctorFileTest : public DoctorTest, public testing::WithParamInterface<Loss> {
 protected:
     void Write(const std::string& content) const { WriteFile(PathOf(GetParam().file), content); }
 
@@ -67,62 +67,62 @@ protected:
     }
 };
 
-using MissingFileTest = FilesTest;
+using DoctorMissingFileTest = DoctorFileTest;
 
-TEST_P(MissingFileTest, IsFoundAndTreatedAsTheFindingSays) {
+TEST_P(DoctorMissingFileTest, MissingFileIsReportedWithActualConsequence) {
     std::filesystem::remove(PathOf(GetParam().file));
     ExpectObstacle("missing-file");
 }
 
-INSTANTIATE_TEST_SUITE_P(Installed, MissingFileTest, testing::Values(Base, Catalogue, Texts), CaseName<Loss>);
+INSTANTIATE_TEST_SUITE_P(, DoctorMissingFileTest, testing::Values(Base, Catalogue, Texts), CaseName<Loss>);
 
-using BrokenFileTest = FilesTest;
+using DoctorRejectedFileTest = DoctorFileTest;
 
-TEST_P(BrokenFileTest, IsFoundAndTreatedAsTheFindingSays) {
+TEST_P(DoctorRejectedFileTest, MalformedFileIsReportedWithActualConsequence) {
     Write("<Any><Functions></Any>");
     ExpectObstacle("not-well-formed");
 }
 
-TEST_P(BrokenFileTest, MayBeEmpty) {
+TEST_P(DoctorRejectedFileTest, EmptyFileIsReportedAsNotWellFormed) {
     Write("");
     ExpectObstacle("not-well-formed");
 }
 
-TEST_P(BrokenFileTest, MayHaveEntitiesThatTheParserRefuses) {
+TEST_P(DoctorRejectedFileTest, EntitiesRejectedByParserAreNotWellFormed) {
     Write(GrowingEntities(30, "boom") + "<R>&a30;</R>");
     ExpectObstacle("not-well-formed");
 }
 
-TEST_P(BrokenFileTest, MayHaveAParameterEntity) {
+TEST_P(DoctorRejectedFileTest, ParameterEntitiesAreReportedAsEntityBomb) {
     Write(GrowingParameterEntities(4) + "<R/>");
     ExpectObstacle("entity-bomb");
 }
 
-TEST_P(BrokenFileTest, MayUseALargeEntityOften) {
+TEST_P(DoctorRejectedFileTest, RepeatedLargeEntityIsReportedAsEntityBomb) {
     Write(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>");
     ExpectObstacle("entity-bomb");
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, BrokenFileTest, testing::Values(Base, Catalogue, UserSettings, Texts),
+INSTANTIATE_TEST_SUITE_P(, DoctorRejectedFileTest, testing::Values(Base, Catalogue, UserSettings, Texts),
                          CaseName<Loss>);
 
-using LockedFileTest = FilesTest;
+using DoctorUnreadableFileTest = DoctorFileTest;
 
-TEST_P(LockedFileTest, IsFoundAndTreatedAsTheFindingSays) {
+TEST_P(DoctorUnreadableFileTest, LockedFileIsReportedWithActualConsequence) {
     const OpenFile locked{PathOf(GetParam().file), GENERIC_READ, 0};
     ExpectObstacle("unreadable-file");
 }
 
-TEST_P(LockedFileTest, MayBeAFolder) {
+TEST_P(DoctorUnreadableFileTest, FolderInPlaceOfFileIsReportedUnreadable) {
     std::filesystem::remove(PathOf(GetParam().file));
     std::filesystem::create_directory(PathOf(GetParam().file));
     ExpectObstacle("unreadable-file");
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, LockedFileTest, testing::Values(Base, Catalogue, LockedUserSettings, Texts),
-                         CaseName<Loss>);
+INSTANTIATE_TEST_SUITE_P(, DoctorUnreadableFileTest,
+                         testing::Values(Base, Catalogue, LockedUserSettings, Texts), CaseName<Loss>);
 
-class PlaceToStoreTest : public DoctorTest {
+class DoctorStorageTest : public DoctorTest {
 protected:
     void ExpectNothingStored(const std::string& kind, const std::string& consequence) {
         EXPECT_EQ(WithoutProblems(FindingsWith(1)),
@@ -131,29 +131,29 @@ protected:
     }
 };
 
-TEST_F(PlaceToStoreTest, NeedsNoUserSettings) {
+TEST_F(DoctorStorageTest, MissingUserSettingsFileIsNoFinding) {
     std::filesystem::remove(installation.UserFile());
     EXPECT_EQ(FindingsWith(0), Json::array());
     EXPECT_TRUE(Set(L"Warning", L"20"));
     EXPECT_EQ(Setting(L"Warning"), L"20");
 }
 
-TEST_F(PlaceToStoreTest, NeedsTheirFolder) {
+TEST_F(DoctorStorageTest, MissingFolderIsReportedAndPreventsStoring) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
     ExpectNothingToBeStored("missing-folder", "the library does not create it and stores nothing");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(PlaceToStoreTest, NeedsAFileThatCanBeWritten) {
+TEST_F(DoctorStorageTest, ReadOnlyFileIsReportedAndPreventsStoring) {
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectNothingStored("read-only-file", "the library stores nothing");
     EXPECT_EQ(UserSettings(), HealthyUserSettings);
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-using DocumentTypeTest = DoctorTest;
+using DoctorDocumentTypeTest = DoctorTest;
 
-TEST_F(DocumentTypeTest, KeepsTheBaseCatalogueFromBeingCopied) {
+TEST_F(DoctorDocumentTypeTest, DocumentTypeIsReportedAndPreventsSettingInit) {
     WriteBase("<!DOCTYPE ZOTBase>" + Healthy(File::Base));
     EXPECT_EQ(
         WithoutProblems(FindingsWith(1)),
@@ -162,15 +162,15 @@ TEST_F(DocumentTypeTest, KeepsTheBaseCatalogueFromBeingCopied) {
     EXPECT_FALSE(Dll().InitCommonSetting());
 }
 
-TEST_F(DocumentTypeTest, MayHaveEntitiesThatDoNotGrow) {
+TEST_F(DoctorDocumentTypeTest, HarmlessEntitiesAreNoFurtherFinding) {
     WriteBase("<!DOCTYPE ZOTBase [<!ENTITY sleep 'SleepKey'><!ENTITY nap \"nap\">]>" + Healthy(File::Base));
     EXPECT_EQ(FindingsWith(1).size(), 1u);
     EXPECT_EQ(BaseFunctions().size(), 2u);
 }
 
-using LongPathTest = DoctorTest;
+using DoctorLongPathTest = DoctorTest;
 
-TEST_F(LongPathTest, IsNoneWhereTheLibraryLooks) {
+TEST_F(DoctorLongPathTest, PathTooLongForLibraryIsReported) {
     const std::filesystem::path folder = installation.ProgramFiles() / std::wstring(240, L'p');
     const Json findings = FindingsWith(2, {L"--json", L"--program-files", folder});
     ASSERT_EQ(findings.size(), 3u);

@@ -101,7 +101,7 @@ std::vector<Flaw> FlawsOfFunctions() {
          "", "missing-display", Function2, Rejected, ExpectNoCatalogue},
         {"NoCommands", File::Defaults, "<Commands/>", "", "missing-commands", Function2, Rejected,
          ExpectNoCatalogue},
-        {"CommandOfNoPowerSource", File::Defaults, R"(Flag="13" State="14" ParamIndex1="0")",
+        {"CommandOfInvalidPowerSource", File::Defaults, R"(Flag="13" State="14" ParamIndex1="0")",
          R"(Flag="13" State="14" ParamIndex1="2")", "invalid-power-source", Command1,
          "the command uses the option on battery",
          [](DoctorTest& test) { ExpectOptions(test, Balanced, 80, 80); }},
@@ -366,26 +366,27 @@ std::vector<Flaw> FlawsOfTheStringTable() {
 
 }  // namespace
 
-TEST_P(FlawTest, IsFound) {
+TEST_P(DoctorFindingTest, DefectIsReported) {
     WriteFlaw();
     const auto& [name, file, healthy, flawed, kind, element, consequence, check] = GetParam();
     EXPECT_EQ(WithoutProblems(FindingsWith(1)), Json::array({FindingIn(file, element, kind, consequence)}));
 }
 
-TEST_P(FlawTest, IsTreatedByTheLibraryAsTheFindingSays) {
+TEST_P(DoctorFindingTest, LibraryBehavesAsFindingStates) {
     WriteFlaw();
     GetParam().check(*this);
 }
 
-INSTANTIATE_TEST_SUITE_P(OfFunctions, FlawTest, testing::ValuesIn(FlawsOfFunctions()), CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfDefaultParameters, FlawTest, testing::ValuesIn(FlawsOfDefaultParameters()),
+INSTANTIATE_TEST_SUITE_P(Functions, DoctorFindingTest, testing::ValuesIn(FlawsOfFunctions()), CaseName<Flaw>);
+INSTANTIATE_TEST_SUITE_P(DefaultParameters, DoctorFindingTest, testing::ValuesIn(FlawsOfDefaultParameters()),
                          CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfTheDefaultsDocument, FlawTest, testing::ValuesIn(FlawsOfTheDefaultsDocument()),
+INSTANTIATE_TEST_SUITE_P(DefaultsDocument, DoctorFindingTest, testing::ValuesIn(FlawsOfTheDefaultsDocument()),
                          CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfUserSchemes, FlawTest, testing::ValuesIn(FlawsOfUserSchemes()), CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfTheUserDocument, FlawTest, testing::ValuesIn(FlawsOfTheUserDocument()),
+INSTANTIATE_TEST_SUITE_P(UserSchemes, DoctorFindingTest, testing::ValuesIn(FlawsOfUserSchemes()),
                          CaseName<Flaw>);
-INSTANTIATE_TEST_SUITE_P(OfTheStringTable, FlawTest, testing::ValuesIn(FlawsOfTheStringTable()),
+INSTANTIATE_TEST_SUITE_P(UserDocument, DoctorFindingTest, testing::ValuesIn(FlawsOfTheUserDocument()),
+                         CaseName<Flaw>);
+INSTANTIATE_TEST_SUITE_P(StringTable, DoctorFindingTest, testing::ValuesIn(FlawsOfTheStringTable()),
                          CaseName<Flaw>);
 
 }  // namespace ZOTDam::Test

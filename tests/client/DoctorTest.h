@@ -217,7 +217,7 @@ inline void PrintTo(const Flaw& flaw, std::ostream* out) {
     *out << flaw.kind;
 }
 
-class FlawTest : public DoctorTest, public testing::WithParamInterface<Flaw> {
+class DoctorFindingTest : public DoctorTest, public testing::WithParamInterface<Flaw> {
 protected:
     void WriteFlaw() const {
         std::string content = Healthy(GetParam().file);

@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(FunctionsTest, ShowsTheFunctionsWithTheirOptions) {
+TEST_F(FunctionsTest, TextListsFunctionsWithOptions) {
     EXPECT_EQ(Output({L"functions"}),
               "1  Brightness\n"
               "    Group       Display\n"
@@ -53,7 +53,7 @@ TEST_F(FunctionsTest, ShowsTheFunctionsWithTheirOptions) {
               "    On battery  none\n");
 }
 
-TEST_F(FunctionsTest, GivesTheFunctionsAsJsonWithTheFieldsInTheirOrder) {
+TEST_F(FunctionsTest, JsonListsFunctionsWithFieldsInOrder) {
     EXPECT_EQ(Output({L"functions", L"--json"}), R"({
   "functions": [
     {
@@ -93,7 +93,7 @@ TEST_F(FunctionsTest, GivesTheFunctionsAsJsonWithTheFieldsInTheirOrder) {
 )");
 }
 
-TEST_F(FunctionsTest, ShowsTheKeyOfWhatHasNoTranslation) {
+TEST_F(FunctionsTest, MissingTranslationShowsKey) {
     WriteEntries(Entry("DarkKey", "Very dark"));
     EXPECT_TRUE(Output({L"functions"})
                     .starts_with("1  LightKey\n"
@@ -101,12 +101,12 @@ TEST_F(FunctionsTest, ShowsTheKeyOfWhatHasNoTranslation) {
                                  "    Plugged in  0: BrightKey (100)  1: Very dark (-20)\n"));
 }
 
-TEST_F(FunctionsTest, ShowsTheKeysWithoutAStringTable) {
+TEST_F(FunctionsTest, MissingStringTableShowsKeys) {
     std::filesystem::remove(installation.StringTableFile());
     EXPECT_EQ(FirstName({}), "LightKey");
 }
 
-TEST_F(FunctionsTest, WritesTextsInAnyScriptAsUtf8) {
+TEST_F(FunctionsTest, NonAsciiTextsAreWrittenAsUtf8) {
     WriteEntries(Entry("LightKey", "画面の明るさ \U0001F50B") + Entry("BrightKey", "größer"));
     EXPECT_TRUE(Output({L"functions"})
                     .starts_with("1  画面の明るさ \U0001F50B\n"
@@ -115,30 +115,30 @@ TEST_F(FunctionsTest, WritesTextsInAnyScriptAsUtf8) {
     EXPECT_EQ(FirstName({}), "画面の明るさ \U0001F50B");
 }
 
-TEST_F(FunctionsTest, AnEmptyCatalogueHasNone) {
+TEST_F(FunctionsTest, EmptyCatalogueHasNoFunctions) {
     WriteFunctions("");
     EXPECT_EQ(JsonOutput({L"functions"}), Json({{"functions", Json::array()}}));
     EXPECT_EQ(Output({L"functions"}), "The catalogue has no functions.\n");
 }
 
-TEST_F(FunctionsTest, FailsWithoutACatalogue) {
+TEST_F(FunctionsTest, UnavailableCatalogueIsAnError) {
     ExpectNeedsCatalogue({L"functions"});
 }
 
-TEST_F(FunctionsTest, DoesNotNeedTheUserSettings) {
+TEST_F(FunctionsTest, UserSettingsInUseAreNotNeeded) {
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(FirstName({}), "Brightness");
     EXPECT_FALSE(HasUserSettings());
 }
 
-class LanguageTest : public FunctionsTest {
+class LanguageOptionTest : public FunctionsTest {
 protected:
-    LanguageTest() {
+    LanguageOptionTest() {
         WriteCopy(L"ja-JP", Entry("LightKey", "画面の明るさ"));
         std::filesystem::create_directory(TemporaryFolder());
         SetEnvironmentVariableW(L"TMP", TemporaryFolder().c_str());
     }
-    ~LanguageTest() override { SetEnvironmentVariableW(L"TMP", oldTemporaryFolder.c_str()); }
+    ~LanguageOptionTest() override { SetEnvironmentVariableW(L"TMP", oldTemporaryFolder.c_str()); }
 
     std::filesystem::path TemporaryFolder() const { return installation.ProgramData() / L"Temp"; }
 
@@ -160,34 +160,34 @@ private:
     std::filesystem::path oldTemporaryFolder = std::filesystem::temp_directory_path();
 };
 
-TEST_F(LanguageTest, ShowsTheTextsOfTheLanguage) {
+TEST_F(LanguageOptionTest, TextUsesStringTableOfLanguage) {
     EXPECT_TRUE(Output({L"functions", L"--language", L"ja-JP"}).starts_with("1  画面の明るさ\n"));
 }
 
-TEST_F(LanguageTest, GivesTheTextsOfTheLanguageAsJson) {
+TEST_F(LanguageOptionTest, JsonUsesStringTableOfLanguage) {
     EXPECT_EQ(FirstName({L"--language", L"ja-JP"}), "画面の明るさ");
 }
 
-TEST_F(LanguageTest, TakesTheNameOfTheLanguageInAnyCase) {
+TEST_F(LanguageOptionTest, LanguageNameIsCaseInsensitive) {
     EXPECT_EQ(FirstName({L"--language", L"JA-jp"}), "画面の明るさ");
 }
 
-TEST_F(LanguageTest, ShowsTheKeyOfWhatTheLanguageLacks) {
+TEST_F(LanguageOptionTest, MissingTranslationInLanguageShowsKey) {
     EXPECT_EQ(JsonOutput({L"functions", L"--language", L"ja-JP"})["functions"][1]["name"], "SleepKey");
 }
 
-TEST_F(LanguageTest, WorksWithoutANeutralStringTable) {
+TEST_F(LanguageOptionTest, NeutralStringTableIsNotRequired) {
     std::filesystem::remove(installation.StringTableFile());
     EXPECT_EQ(FirstName({L"--language", L"ja-JP"}), "画面の明るさ");
 }
 
-TEST_F(LanguageTest, LeavesAllFilesAsTheyWere) {
+TEST_F(LanguageOptionTest, SuccessfulCommandChangesNoFile) {
     const auto before = Everything();
     Output({L"functions", L"--language", L"ja-JP"});
     EXPECT_EQ(Everything(), before);
 }
 
-TEST_F(LanguageTest, LeavesAllFilesAsTheyWereWhenItFails) {
+TEST_F(LanguageOptionTest, FailedCommandChangesNoFile) {
     WriteDefaults("<ZOTDefault>");
     const auto before = Everything();
     ExpectCatalogueThatIsNotWellFormed({L"functions", L"--language", L"ja-JP"});
@@ -195,28 +195,28 @@ TEST_F(LanguageTest, LeavesAllFilesAsTheyWereWhenItFails) {
     EXPECT_EQ(Everything(), before);
 }
 
-TEST_F(LanguageTest, NamesTheRealFileWhenThereIsNoCatalogue) {
+TEST_F(LanguageOptionTest, UnavailableCatalogueErrorNamesRealFile) {
     ExpectNeedsCatalogue({L"functions", L"--language", L"ja-JP"});
 }
 
-TEST_F(LanguageTest, NamesTheRealFileWhenTheCatalogueIsLocked) {
+TEST_F(LanguageOptionTest, LockedCatalogueErrorNamesRealFile) {
     const LockedFile locked{installation.DefaultsFile()};
     ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, CatalogueInUse());
 }
 
-TEST_F(LanguageTest, NamesTheRealFileWhenTheStringTableIsLocked) {
+TEST_F(LanguageOptionTest, LockedStringTableErrorNamesRealFile) {
     const LockedFile locked{CopyFor(L"ja-JP")};
     ExpectError({L"functions", L"--language", L"ja-JP"}, Failure,
                 "The string table " + Utf8(CopyFor(L"ja-JP")) + " cannot be read.");
 }
 
-TEST_F(LanguageTest, FailsForALanguageWithoutStringTable) {
+TEST_F(LanguageOptionTest, LanguageWithoutStringTableIsAnError) {
     ExpectError(
         {L"functions", L"--language", L"de-DE"}, Failure,
         "There is no string table for de-DE: the file " + Utf8(CopyFor(L"de-DE")) + " does not exist.");
 }
 
-TEST_F(LanguageTest, RefusesWhatIsNoNameOfALanguage) {
+TEST_F(LanguageOptionTest, InvalidLanguageNameIsRejected) {
     for (const char* const language : {"", "../x", "..", "de_DE", "de-DE/../ja-JP", "C:", "ja JP"})
         ExpectNoLanguage(language);
     ExpectError({L"functions", L"--language", L"日本"}, WrongUsage,

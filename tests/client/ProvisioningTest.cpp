@@ -19,12 +19,12 @@ protected:
     Json BaseFunction(std::size_t index) const { return JsonOutput({L"base"})["functions"][index]; }
 };
 
-TEST_F(ProvisioningTest, TheCatalogueHasAllFunctionsOfTheBaseCatalogue) {
+TEST_F(ProvisioningTest, CatalogueHasAllBaseFunctions) {
     EXPECT_EQ(JsonOutput({L"count"})["count"], JsonOutput({L"base"})["functions"].size());
     EXPECT_EQ(JsonOutput({L"base", L"--unsupported"})["functions"], Json::array());
 }
 
-TEST_F(ProvisioningTest, TheFunctionsHaveTheOptionsOfTheBaseCatalogueWithTheirTexts) {
+TEST_F(ProvisioningTest, FunctionHasBaseOptionsAndTranslatedName) {
     const Json base = BaseFunction(0);
     const Json function = JsonOutput({L"functions"})["functions"][0];
     EXPECT_EQ(base["name"], "BrightnessName");
@@ -34,7 +34,7 @@ TEST_F(ProvisioningTest, TheFunctionsHaveTheOptionsOfTheBaseCatalogueWithTheirTe
         EXPECT_EQ(function["ac"][i]["option"], base["ac"][i]["option"]);
 }
 
-TEST_F(ProvisioningTest, EachSchemeIsSetToTheDefaultsOfTheBaseCatalogue) {
+TEST_F(ProvisioningTest, DefaultParametersComeFromBaseCatalogue) {
     const Json functions = JsonOutput({L"base"})["functions"];
     const Json params = JsonOutput({L"params", L"balanced", L"--default"})["parameters"];
     ASSERT_EQ(params.size(), functions.size());
@@ -46,22 +46,22 @@ TEST_F(ProvisioningTest, EachSchemeIsSetToTheDefaultsOfTheBaseCatalogue) {
     EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], params[0]);
 }
 
-TEST_F(ProvisioningTest, AChangeIsKept) {
+TEST_F(ProvisioningTest, ChangedParameterIsKept) {
     Output({L"set", L"balanced", L"1", L"0", L"4"});
     EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 0, 4));
 }
 
-TEST_F(ProvisioningTest, SchemesDifferAsTheBaseCatalogueHasThem) {
+TEST_F(ProvisioningTest, DifferencesComeFromBaseCatalogue) {
     const Json differences = JsonOutput({L"diff", L"balanced", L"power-saver", L"--ac"})["ac"]["differences"];
     EXPECT_EQ(differences[0], Json({{"function", "Display brightness"}, {"setting", "60%"}}));
 }
 
-TEST_F(ProvisioningTest, TheCommonSettingsAreThoseOfTheBaseCatalogue) {
+TEST_F(ProvisioningTest, CommonSettingsComeFromBaseCatalogue) {
     EXPECT_NE(Defaults().find("LowBatteryWarning=\"10\""), std::string::npos);
     EXPECT_EQ(Output({L"setting", L"get", L"LowBatteryWarning"}), "10\n");
 }
 
-TEST_F(ProvisioningTest, TheCommandsAreThoseOfTheBaseCatalogue) {
+TEST_F(ProvisioningTest, CommandsComeFromBaseCatalogue) {
     const Json command = JsonOutput({L"commands", L"balanced"})["commands"][0];
     const Json base = BaseFunction(0)["families"][0]["commands"][0];
     EXPECT_EQ(command["id"], base["id"]);

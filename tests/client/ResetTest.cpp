@@ -8,7 +8,7 @@ protected:
     ResetCommandTest() { WriteDefaults(ThreeFunctions); }
 };
 
-TEST_F(ResetCommandTest, BringsBackTheDefaults) {
+TEST_F(ResetCommandTest, ResetRestoresDefaultParameters) {
     Output({L"set", L"balanced", L"1", L"7", L"7"});
     Output({L"set", L"power-saver", L"1", L"7", L"7"});
     EXPECT_EQ(Output({L"reset"}), "The user settings are reset to the defaults.\n");
@@ -16,7 +16,7 @@ TEST_F(ResetCommandTest, BringsBackTheDefaults) {
     EXPECT_EQ(JsonOutput({L"params", L"power-saver"})["parameters"][0], Param(1, 2, 3));
 }
 
-TEST_F(ResetCommandTest, LeavesNothingInTheUserSettings) {
+TEST_F(ResetCommandTest, ResetEmptiesUserSettings) {
     WriteUserSettings(R"(<OrloPowerCfg><CommonSettings LowBatteryWarning="15"/><PowerSchemes>
         <PowerScheme GUID="8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c"/></PowerSchemes></OrloPowerCfg>)");
     EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
@@ -25,19 +25,19 @@ TEST_F(ResetCommandTest, LeavesNothingInTheUserSettings) {
     EXPECT_NE(settings.find("<CommonSettings/>"), std::string::npos) << settings;
 }
 
-TEST_F(ResetCommandTest, WorksWithoutACatalogue) {
+TEST_F(ResetCommandTest, MissingCatalogueDoesNotPreventReset) {
     Output({L"set", L"balanced", L"1", L"7", L"7"});
     std::filesystem::remove(installation.DefaultsFile());
     EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
     EXPECT_EQ(UserSettings().find("<PowerScheme "), std::string::npos);
 }
 
-TEST_F(ResetCommandTest, TellsThatThereIsNothingToReset) {
+TEST_F(ResetCommandTest, MissingUserSettingsLeaveNothingToReset) {
     EXPECT_EQ(Output({L"reset"}), "There is nothing to reset.\n");
     EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", false}}));
 }
 
-TEST_F(ResetCommandTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(ResetCommandTest, UserSettingsInUseAreAnError) {
     Output({L"set", L"balanced", L"1", L"7", L"7"});
     const std::string before = UserSettings();
     const SecondProcess other{HoldMutex, {UserMarker}};
@@ -45,14 +45,14 @@ TEST_F(ResetCommandTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     EXPECT_EQ(UserSettings(), before);
 }
 
-TEST_F(ResetCommandTest, FailsWhileTheUserSettingsInUseCannotBeRead) {
+TEST_F(ResetCommandTest, MissingCatalogueDoesNotHideFileInUse) {
     Output({L"set", L"balanced", L"1", L"7", L"7"});
     std::filesystem::remove(installation.DefaultsFile());
     const SecondProcess other{HoldMutex, {UserMarker}};
     ExpectError({L"reset"}, Failure, UserFile() + " is in use by another program.");
 }
 
-TEST_F(ResetCommandTest, FailsWhenTheUserSettingsAreReadOnly) {
+TEST_F(ResetCommandTest, ReadOnlyUserSettingsAreAnError) {
     Output({L"set", L"balanced", L"1", L"7", L"7"});
     const std::string before = UserSettings();
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);

@@ -56,29 +56,29 @@ private:
     }
 };
 
-TEST_F(SamplesTest, HaveACatalogue) {
+TEST_F(SamplesTest, CatalogueHasSixteenFunctions) {
     EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 16}}));
 }
 
-TEST_F(SamplesTest, HaveDefaultsForEachFunctionInEachScheme) {
+TEST_F(SamplesTest, EachSchemeHasDefaultsForEachFunction) {
     for (const wchar_t* const scheme : Schemes)
         EXPECT_EQ(JsonOutput({L"params", scheme, L"--default"})["parameters"].size(), 16) << scheme;
 }
 
-TEST_F(SamplesTest, CompleteTheUsersChoicesFromTheDefaults) {
+TEST_F(SamplesTest, DefaultsCompleteUserSettings) {
     const Json params = JsonOutput({L"params", L"balanced"})["parameters"];
     EXPECT_EQ(params[0], Param(1, 0, 3)) << "the user's choice";
     EXPECT_EQ(params[4], Param(5, 3, 1)) << "the default";
 }
 
-TEST_F(SamplesTest, TakeAChangeAndAReset) {
+TEST_F(SamplesTest, StoredValueIsResetToDefault) {
     Output({L"set", L"balanced", L"1", L"4", L"4"});
     EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 4, 4));
     EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
     EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 1, 2));
 }
 
-TEST_F(SamplesTest, HaveAnEntryForEachKeyInAllStringTables) {
+TEST_F(SamplesTest, AllStringTablesHaveEachKey) {
     const std::string neutral = ReadFile(installation.StringTableFile());
     const std::set<std::string> keys = Keys();
     EXPECT_TRUE(keys.contains("BrightnessName"));
@@ -87,7 +87,7 @@ TEST_F(SamplesTest, HaveAnEntryForEachKeyInAllStringTables) {
             EXPECT_NE(table.find("<data name=\"" + key + "\">"), std::string::npos) << key;
 }
 
-TEST_F(SamplesTest, ShowNoKeyInTheOtherLanguages) {
+TEST_F(SamplesTest, OtherLanguagesShowNoKey) {
     const std::set<std::string> keys = Keys();
     for (const wchar_t* const language : {L"de-DE", L"ja-JP"})
         for (const std::string& text :
@@ -95,20 +95,20 @@ TEST_F(SamplesTest, ShowNoKeyInTheOtherLanguages) {
             EXPECT_FALSE(keys.contains(text)) << text;
 }
 
-TEST_F(SamplesTest, HaveTheTextsOfTheFunctions) {
+TEST_F(SamplesTest, FunctionHasEnglishTexts) {
     const Json function = JsonOutput({L"functions"})["functions"][0];
     EXPECT_EQ(function["name"], "Display brightness");
     EXPECT_EQ(function["group"], "Display");
     EXPECT_EQ(function["ac"][0], Json({{"option", 100}, {"label", "100%"}}));
 }
 
-TEST_F(SamplesTest, HaveTheTextsOfTheFunctionsInTheOtherLanguages) {
+TEST_F(SamplesTest, FunctionNamesAreTranslated) {
     EXPECT_EQ(JsonOutput({L"functions", L"--language", L"de-DE"})["functions"][0]["name"],
               "Bildschirmhelligkeit");
     EXPECT_EQ(JsonOutput({L"functions", L"--language", L"ja-JP"})["functions"][0]["name"], "画面の明るさ");
 }
 
-TEST_F(SamplesTest, SelectAnOptionOfEachFunctionInEachScheme) {
+TEST_F(SamplesTest, EachSchemeSelectsOptionOfEachFunction) {
     for (const wchar_t* const scheme : Schemes) {
         const Json current = JsonOutput({L"current", scheme});
         EXPECT_EQ(current["options"].size(), 16);
@@ -117,32 +117,32 @@ TEST_F(SamplesTest, SelectAnOptionOfEachFunctionInEachScheme) {
     }
 }
 
-TEST_F(SamplesTest, CarryOutTheUsersChoices) {
+TEST_F(SamplesTest, CommandsFollowUserSettings) {
     const Json commands = JsonOutput({L"commands", L"balanced"})["commands"];
     EXPECT_EQ(commands[0]["option1"], 100) << "plugged in";
     EXPECT_EQ(commands[0]["option2"], 40) << "on battery";
 }
 
-TEST_F(SamplesTest, HaveDifferencesThatFitTheTextsOfTheLibrary) {
+TEST_F(SamplesTest, EnglishDifferencesAreComplete) {
     ExpectCompleteDifferences();
 }
 
-TEST_F(SamplesTest, HaveDifferencesThatFitInGerman) {
+TEST_F(SamplesTest, GermanDifferencesAreComplete) {
     UseLanguage(L"de-DE");
     ExpectCompleteDifferences();
 }
 
-TEST_F(SamplesTest, HaveDifferencesThatFitInJapanese) {
+TEST_F(SamplesTest, JapaneseDifferencesAreComplete) {
     UseLanguage(L"ja-JP");
     ExpectCompleteDifferences();
 }
 
-TEST_F(SamplesTest, HaveCommonSettings) {
+TEST_F(SamplesTest, CommonSettingsComeFromUserAndDefaults) {
     EXPECT_EQ(Output({L"setting", L"get", L"LowBatteryWarning"}), "15\n") << "the user's";
     EXPECT_EQ(Output({L"setting", L"get", L"PeakShiftStart"}), "13:00\n") << "the default";
 }
 
-TEST_F(SamplesTest, TakeCommonSettings) {
+TEST_F(SamplesTest, CommonSettingSurvivesInitButNotReset) {
     Output({L"setting", L"set", L"EcoCharge", L"1"});
     EXPECT_EQ(Output({L"setting", L"get", L"EcoCharge"}), "1\n");
     Output({L"setting", L"init"});

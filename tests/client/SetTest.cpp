@@ -3,14 +3,14 @@
 
 namespace ZOTDam::Test {
 
-class SetTest : public ClientTest {
+class SetCommandTest : public ClientTest {
 protected:
-    SetTest() { WriteDefaults(ThreeFunctions); }
+    SetCommandTest() { WriteDefaults(ThreeFunctions); }
 
     Json Balanced() const { return JsonOutput({L"params", L"balanced"})["parameters"]; }
 };
 
-TEST_F(SetTest, StoresTheValues) {
+TEST_F(SetCommandTest, NewValuesAreStoredAndShown) {
     EXPECT_EQ(Output({L"set", L"balanced", L"1", L"6", L"70"}),
               "Stored in balanced (381b4222-f694-41f0-9685-ff5bb260df2e):\n"
               "\n"
@@ -19,12 +19,12 @@ TEST_F(SetTest, StoresTheValues) {
     EXPECT_EQ(Balanced(), Json({Param(1, 6, 70), Param(2, 0, 0)}));
 }
 
-TEST_F(SetTest, ReportsWhatItStoredAsJson) {
+TEST_F(SetCommandTest, JsonReportsStoredValues) {
     EXPECT_EQ(JsonOutput({L"set", L"balanced", L"1", L"6", L"7"}),
               Json({{"scheme", BalancedText}, {"id", 1}, {"ac", 6}, {"dc", 7}, {"hidden", false}}));
 }
 
-TEST_F(SetTest, TakesNegativeNumbers) {
+TEST_F(SetCommandTest, NegativeNumbersAreStored) {
     WriteUserSettings(R"(<OrloPowerCfg><PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
         <Function ID="-9" ACParamIndex="0" DCParamIndex="0"/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
     Output({L"set", L"balanced", L"1", L"-1", L"0"});
@@ -32,19 +32,19 @@ TEST_F(SetTest, TakesNegativeNumbers) {
     EXPECT_EQ(Balanced(), Json({Param(-9, 0, -25), Param(1, -1, 0), Param(2, 0, 0)}));
 }
 
-TEST_F(SetTest, TakesAllNumbersOfThirtyTwoBits) {
+TEST_F(SetCommandTest, ExtremeThirtyTwoBitNumbersAreStored) {
     Output({L"set", L"balanced", L"1", L"-2147483648", L"2147483647"});
     EXPECT_EQ(Balanced()[0], Param(1, INT32_MIN, INT32_MAX));
 }
 
-TEST_F(SetTest, RefusesWhatIsNoNumber) {
+TEST_F(SetCommandTest, NonNumericArgumentIsRejected) {
     const std::string range = " must be a whole number from -2147483648 to 2147483647, not ";
     ExpectError({L"set", L"balanced", L"one", L"0", L"0"}, WrongUsage, "ID" + range + "\"one\".");
     ExpectError({L"set", L"balanced", L"1", L"1.5", L"0"}, WrongUsage, "AC" + range + "\"1.5\".");
     ExpectError({L"set", L"balanced", L"1", L"0", L""}, WrongUsage, "DC" + range + "\"\".");
 }
 
-TEST_F(SetTest, RefusesNumbersOfMoreThanThirtyTwoBits) {
+TEST_F(SetCommandTest, NumberBeyondThirtyTwoBitsIsRejected) {
     const std::string range = " must be a whole number from -2147483648 to 2147483647, not ";
     ExpectError({L"set", L"balanced", L"4294967297", L"0", L"0"}, WrongUsage,
                 "ID" + range + "\"4294967297\".");
@@ -54,13 +54,13 @@ TEST_F(SetTest, RefusesNumbersOfMoreThanThirtyTwoBits) {
                 "DC" + range + "\"-2147483649\".");
 }
 
-TEST_F(SetTest, RefusesAFunctionThatNeitherTheCatalogueNorTheUserHas) {
+TEST_F(SetCommandTest, UnknownFunctionIsAnErrorAndNotStored) {
     ExpectError({L"set", L"balanced", L"3", L"0", L"0"}, Failure,
                 "The catalogue " + Utf8(installation.DefaultsFile()) + " has no function 3.");
     EXPECT_EQ(Balanced(), Json({Param(1, 2, 3), Param(2, 0, 0)}));
 }
 
-TEST_F(SetTest, TellsThatAFunctionIsHiddenOnThisDisplay) {
+TEST_F(SetCommandTest, FunctionHiddenByDisplayIsStoredWithNotice) {
     EXPECT_EQ(Output({L"set", L"balanced", L"8", L"0", L"1"}),
               "Stored in balanced (381b4222-f694-41f0-9685-ff5bb260df2e):\n"
               "\n"
@@ -72,16 +72,16 @@ TEST_F(SetTest, TellsThatAFunctionIsHiddenOnThisDisplay) {
               std::string::npos);
 }
 
-TEST_F(SetTest, TellsInJsonThatAFunctionIsHidden) {
+TEST_F(SetCommandTest, JsonReportsHiddenFunction) {
     EXPECT_EQ(JsonOutput({L"set", L"balanced", L"8", L"0", L"1"})["hidden"], true);
 }
 
-TEST_F(SetTest, FailsWithoutACatalogue) {
+TEST_F(SetCommandTest, MissingCatalogueIsAnError) {
     std::filesystem::remove(installation.DefaultsFile());
     ExpectError({L"set", L"balanced", L"1", L"0", L"0"}, Failure, MissingCatalogue());
 }
 
-TEST_F(SetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(SetCommandTest, UserSettingsInUseAreAnError) {
     Output({L"set", L"balanced", L"1", L"5", L"6"});
     const std::string before = UserSettings();
     const SecondProcess other{HoldMutex, {UserMarker}};
@@ -90,29 +90,29 @@ TEST_F(SetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
     EXPECT_EQ(UserSettings(), before);
 }
 
-TEST_F(SetTest, DoesNotTakeTheDefaultsForWhatItStored) {
+TEST_F(SetCommandTest, DefaultValuesAreNotTakenForStoredOnes) {
     Output({L"set", L"balanced", L"1", L"5", L"6"});
     const SecondProcess other{HoldMutex, {UserMarker}};
     ExpectError({L"set", L"balanced", L"1", L"2", L"3"}, Failure,
                 UserFile() + " is in use by another program.");
 }
 
-TEST_F(SetTest, FailsWithoutTheFolderOfTheUserSettings) {
+TEST_F(SetCommandTest, MissingUserSettingsFolderIsAnError) {
     std::filesystem::remove(installation.UserFile().parent_path());
     ExpectError({L"set", L"balanced", L"1", L"7", L"7"}, Failure, UserFile() + " cannot be written.");
 }
 
-TEST_F(SetTest, FailsForAHiddenFunctionWithoutTheFolderOfTheUserSettings) {
+TEST_F(SetCommandTest, MissingFolderFailsForHiddenFunction) {
     std::filesystem::remove(installation.UserFile().parent_path());
     ExpectError({L"set", L"balanced", L"8", L"0", L"1"}, Failure, UserFile() + " cannot be written.");
 }
 
-TEST_F(SetTest, FailsWhenAFolderIsInThePlaceOfTheUserSettings) {
+TEST_F(SetCommandTest, FolderNamedAsUserSettingsIsAnError) {
     std::filesystem::create_directory(installation.UserFile());
     ExpectError({L"set", L"balanced", L"1", L"7", L"7"}, Failure, UserFile() + " cannot be written.");
 }
 
-TEST_F(SetTest, FailsWhenTheUserSettingsKeepTheOldValues) {
+TEST_F(SetCommandTest, OldValuesReadBackAreAnError) {
     WriteUserSettings(R"(<OrloPowerCfg><PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
         <Function ID="1" ACParamIndex="5" DCParamIndex="6"/><Function/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
     ExpectError(
@@ -120,7 +120,7 @@ TEST_F(SetTest, FailsWhenTheUserSettingsKeepTheOldValues) {
         "The value could not be stored in the user settings file " + Utf8(installation.UserFile()) + ".");
 }
 
-TEST_F(SetTest, FailsWhenTheValuesDoNotArrive) {
+TEST_F(SetCommandTest, ValuesMissingAfterStoreAreAnError) {
     WriteUserSettings(R"(<OrloPowerCfg><PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
         <Function/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
     ExpectError(

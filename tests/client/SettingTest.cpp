@@ -28,12 +28,12 @@ protected:
 
 using SettingGetTest = SettingCommandTest;
 
-TEST_F(SettingGetTest, ShowsTheValue) {
+TEST_F(SettingGetTest, ValueOfSettingIsPrinted) {
     WriteUserSetting(R"(Warning="15 %")");
     EXPECT_EQ(Output({L"setting", L"get", L"Warning"}), "15 %\n");
 }
 
-TEST_F(SettingGetTest, GivesTheValueAsJsonWithTheFieldsInTheirOrder) {
+TEST_F(SettingGetTest, JsonHasNameAndValueInOrder) {
     WriteUserSetting(R"(Warning="15 %")");
     EXPECT_EQ(Output({L"setting", L"get", L"Warning", L"--json"}), R"({
   "name": "Warning",
@@ -42,7 +42,7 @@ TEST_F(SettingGetTest, GivesTheValueAsJsonWithTheFieldsInTheirOrder) {
 )");
 }
 
-TEST_F(SettingGetTest, PrefersTheUserToTheDefaultsAndThoseToTheBaseCatalogue) {
+TEST_F(SettingGetTest, UserPrecedesDefaultsAndDefaultsPrecedeBase) {
     WriteUserSetting(R"(A="user")");
     WriteDefaultSetting(R"(A="default" B="default")");
     WriteBaseSetting(R"(A="base" B="base" C="base")");
@@ -51,41 +51,41 @@ TEST_F(SettingGetTest, PrefersTheUserToTheDefaultsAndThoseToTheBaseCatalogue) {
     EXPECT_EQ(Get(L"C"), "base");
 }
 
-TEST_F(SettingGetTest, AnEmptyValueIsAValue) {
+TEST_F(SettingGetTest, EmptyUserValueHidesBaseValue) {
     WriteUserSetting(R"(Warning="")");
     WriteBaseSetting(R"(Warning="10")");
     EXPECT_EQ(Output({L"setting", L"get", L"Warning"}), "\n");
 }
 
-TEST_F(SettingGetTest, TakesNamesAndValuesInAnyScript) {
+TEST_F(SettingGetTest, NonAsciiNameAndValueAreFound) {
     WriteUserSetting("Größe=\"日本 \U0001F50B\"");
     EXPECT_EQ(Output({L"setting", L"get", L"Größe"}), "日本 \U0001F50B\n");
     EXPECT_EQ(Get(L"Größe"), "日本 \U0001F50B");
 }
 
-TEST_F(SettingGetTest, FindsTheLongestValue) {
+TEST_F(SettingGetTest, LongestValueIsFound) {
     WriteUserSetting("Warning=\"" + std::string(259, '1') + "\"");
     EXPECT_EQ(Get(L"Warning"), std::string(259, '1'));
 }
 
-TEST_F(SettingGetTest, FailsForASettingThatNoFileHas) {
+TEST_F(SettingGetTest, UnknownSettingIsAnError) {
     WriteUserSetting(R"(Warning="15")");
     ExpectError({L"setting", L"get", L"warning"}, Failure, "There is no common setting \"warning\".");
     ExpectError({L"setting", L"get", L""}, Failure, "There is no common setting \"\".");
 }
 
-TEST_F(SettingGetTest, FailsWithoutAnyFile) {
+TEST_F(SettingGetTest, MissingFilesAreAnErrorAndNotCreated) {
     ExpectError({L"setting", L"get", L"Warning"}, Failure, "There is no common setting \"Warning\".");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(SettingGetTest, UserSettingsInUseAreAnError) {
     WriteUserSetting(R"(Warning="15")");
     WriteBaseSetting(R"(Warning="10")");
     ExpectNeedsUserSettings({L"setting", L"get", L"Warning"});
 }
 
-TEST_F(SettingGetTest, FailsWhileAnotherProgramUsesTheDefaults) {
+TEST_F(SettingGetTest, DefaultsInUseAreAnError) {
     WriteDefaultSetting(R"(Warning="15")");
     WriteBaseSetting(R"(Warning="10")");
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
@@ -110,12 +110,12 @@ protected:
     }
 };
 
-TEST_F(SettingSetTest, StoresTheValue) {
+TEST_F(SettingSetTest, NewValueIsStoredAndConfirmed) {
     EXPECT_EQ(Output({L"setting", L"set", L"Warning", L"15 %"}), "Warning is now \"15 %\".\n");
     EXPECT_EQ(Get(L"Warning"), "15 %");
 }
 
-TEST_F(SettingSetTest, ReportsWhatItStoredAsJsonWithTheFieldsInTheirOrder) {
+TEST_F(SettingSetTest, JsonHasNameAndValueInOrder) {
     EXPECT_EQ(Output({L"setting", L"set", L"Warning", L"15 %", L"--json"}), R"({
   "name": "Warning",
   "value": "15 %"
@@ -123,7 +123,7 @@ TEST_F(SettingSetTest, ReportsWhatItStoredAsJsonWithTheFieldsInTheirOrder) {
 )");
 }
 
-TEST_F(SettingSetTest, LeavesTheOtherSettingsAndSchemes) {
+TEST_F(SettingSetTest, OtherSettingsAndSchemesStayUnchanged) {
     WriteUserSettings("<OrloPowerCfg><CommonSettings Warning=\"10\" Icon=\"1\"/><PowerSchemes>" +
                       OldScheme(BalancedText, OldFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>");
     Output({L"setting", L"set", L"Warning", L"15"});
@@ -132,50 +132,50 @@ TEST_F(SettingSetTest, LeavesTheOtherSettingsAndSchemes) {
     EXPECT_NE(UserSettings().find(OldScheme(BalancedText, OldFunction(1, 5, 6))), std::string::npos);
 }
 
-TEST_F(SettingSetTest, TakesNamesAndValuesInAnyScript) {
+TEST_F(SettingSetTest, NonAsciiNameAndValueAreStored) {
     EXPECT_EQ(Output({L"setting", L"set", L"Größe", L"日本 \U0001F50B"}),
               "Größe is now \"日本 \U0001F50B\".\n");
     EXPECT_EQ(Get(L"Größe"), "日本 \U0001F50B");
 }
 
-TEST_F(SettingSetTest, TakesValuesThatLookLikeSomethingElse) {
+TEST_F(SettingSetTest, ValuesWithSpecialSyntaxAreStoredUnchanged) {
     for (const wchar_t* const value : {L"", L" ", L"-5", L"--json", L"/x", L"[a,b]", L"{}", L"reset", L"<&'>",
                                        L"%ProgramFiles%", L"a\tb\r\nc"})
         ExpectStored(value);
 }
 
-TEST_F(SettingSetTest, TakesANegativeNumberAsItStands) {
+TEST_F(SettingSetTest, NegativeNumberIsAValueNotAnOption) {
     EXPECT_EQ(Output({L"setting", L"set", L"Warning", L"-5"}), "Warning is now \"-5\".\n");
 }
 
-TEST_F(SettingSetTest, StoresTheLongestValue) {
+TEST_F(SettingSetTest, LongestValueIsStored) {
     ExpectStored(std::wstring(259, L'1'));
 }
 
-TEST_F(SettingSetTest, RefusesALongerValue) {
+TEST_F(SettingSetTest, TooLongValueIsRejectedWithoutChange) {
     WriteUserSetting(R"(Warning="10")");
     ExpectTooLong(std::wstring(260, L'1'));
     EXPECT_EQ(Get(L"Warning"), "10");
 }
 
-TEST_F(SettingSetTest, CountsTheUnitsOfUtf16) {
+TEST_F(SettingSetTest, LengthIsCountedInUtf16CodeUnits) {
     std::wstring value(257, L'1');
     ExpectStored(value += L"\U0001F50B");
     ExpectTooLong(value += L"1");
 }
 
-TEST_F(SettingSetTest, FailsForWhatIsNoNameOfASetting) {
+TEST_F(SettingSetTest, InvalidNameIsAnError) {
     for (const wchar_t* const name : {L"", L"a b", L"1st", L"a:b", L"xmlns"})
         ExpectNotStored(name, L"15");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SettingSetTest, FailsForCharactersThatXmlCannotHold) {
+TEST_F(SettingSetTest, CharacterInvalidInXmlIsAnError) {
     ExpectNotStored(L"Warning", L"a\x01");
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SettingSetTest, FailsWhenTheUserSettingsAreReadOnly) {
+TEST_F(SettingSetTest, ReadOnlyUserSettingsAreAnError) {
     WriteUserSetting(R"(Warning="10")");
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectNotStored(L"Warning", L"15");
@@ -183,12 +183,12 @@ TEST_F(SettingSetTest, FailsWhenTheUserSettingsAreReadOnly) {
     EXPECT_EQ(Get(L"Warning"), "10");
 }
 
-TEST_F(SettingSetTest, FailsWithoutTheFolderOfTheUserSettings) {
+TEST_F(SettingSetTest, MissingUserSettingsFolderIsAnError) {
     std::filesystem::remove(installation.UserFile().parent_path());
     ExpectNotStored(L"Warning", L"15");
 }
 
-TEST_F(SettingSetTest, FailsWhileAnotherProgramUsesTheUserSettings) {
+TEST_F(SettingSetTest, UserSettingsInUseAreAnError) {
     WriteUserSetting(R"(Warning="10")");
     ExpectNeedsUserSettings({L"setting", L"set", L"Warning", L"15"});
     EXPECT_EQ(Get(L"Warning"), "10");
@@ -214,46 +214,46 @@ protected:
     }
 };
 
-TEST_F(SettingInitTest, MakesTheSettingsOfTheBaseCatalogueTheDefaults) {
+TEST_F(SettingInitTest, BaseSettingsReplaceDefaultSettings) {
     EXPECT_EQ(Output({L"setting", L"init"}),
               "The default settings were replaced with those of the base catalogue.\n");
     EXPECT_EQ(Get(L"Warning"), "10");
     ExpectError({L"setting", L"get", L"Icon"}, Failure, "There is no common setting \"Icon\".");
 }
 
-TEST_F(SettingInitTest, ReportsAsJson) {
+TEST_F(SettingInitTest, JsonReportsInitialisation) {
     EXPECT_EQ(JsonOutput({L"setting", L"init"}), Json({{"initialised", true}}));
 }
 
-TEST_F(SettingInitTest, LeavesTheFunctionsAndTheUserSettings) {
+TEST_F(SettingInitTest, FunctionsAndUserSettingsStayUnchanged) {
     WriteDefaults(ThreeFunctions);
     Output({L"setting", L"init"});
     EXPECT_EQ(JsonOutput({L"count"}), Json({{"count", 3}}));
     EXPECT_FALSE(HasUserSettings());
 }
 
-TEST_F(SettingInitTest, FailsWithoutTheBaseCatalogue) {
+TEST_F(SettingInitTest, MissingBaseCatalogueIsAnError) {
     std::filesystem::remove(installation.BaseFile());
     ExpectFailure(NotInitialised());
 }
 
-TEST_F(SettingInitTest, FailsWithABrokenBaseCatalogue) {
+TEST_F(SettingInitTest, MalformedBaseCatalogueIsAnError) {
     WriteBase("<ZOTBase>");
     ExpectFailure(NotInitialised());
 }
 
-TEST_F(SettingInitTest, FailsWhenTheBaseCatalogueHasNoSettings) {
+TEST_F(SettingInitTest, BaseCatalogueWithoutSettingsIsAnError) {
     WriteBase("<ZOTBase><Functions/></ZOTBase>");
     ExpectFailure(NotInitialised());
 }
 
-TEST_F(SettingInitTest, FailsWhenTheDefaultsAreReadOnly) {
+TEST_F(SettingInitTest, ReadOnlyDefaultsAreAnError) {
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_READONLY);
     ExpectFailure(NotInitialised());
     SetFileAttributesW(installation.DefaultsFile().c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_F(SettingInitTest, FailsWhileAnotherProgramUsesTheDefaults) {
+TEST_F(SettingInitTest, DefaultsInUseAreAnError) {
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
     ExpectFailure(DefaultsTitle() + " is in use by another program.");
 }

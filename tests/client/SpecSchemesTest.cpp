@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(SpecSchemesTest, ShowsThePowerSettingsOfEachScheme) {
+TEST_F(SpecSchemesTest, TextListsPowerSettingsOfEachScheme) {
     WriteBalancedAndAnother();
     EXPECT_EQ(Output({L"spec-schemes"}),
               "balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
@@ -28,7 +28,7 @@ TEST_F(SpecSchemesTest, ShowsThePowerSettingsOfEachScheme) {
               "00000000-1111-2222-3333-444455556666\n");
 }
 
-TEST_F(SpecSchemesTest, GivesThePowerSettingsAsJson) {
+TEST_F(SpecSchemesTest, JsonListsPowerSettingsOfEachScheme) {
     WriteBalancedAndAnother();
     EXPECT_EQ(JsonOutput({L"spec-schemes"}), Json::parse(R"({"schemes": [
         {"scheme": "381b4222-f694-41f0-9685-ff5bb260df2e", "subGroups": [
@@ -37,13 +37,13 @@ TEST_F(SpecSchemesTest, GivesThePowerSettingsAsJson) {
         {"scheme": "00000000-1111-2222-3333-444455556666", "subGroups": []}]})"));
 }
 
-TEST_F(SpecSchemesTest, TellsThatThereAreNone) {
+TEST_F(SpecSchemesTest, EmptySectionHasNoSpecSchemes) {
     WriteSchemes("");
     EXPECT_EQ(Output({L"spec-schemes"}), "There are no spec schemes.\n");
     EXPECT_EQ(JsonOutput({L"spec-schemes"}), Json({{"schemes", Json::array()}}));
 }
 
-TEST_F(SpecSchemesTest, FailsWithoutABaseCatalogue) {
+TEST_F(SpecSchemesTest, MissingBaseCatalogueIsAnError) {
     ExpectNeedsBaseCatalogue({L"spec-schemes"});
 }
 

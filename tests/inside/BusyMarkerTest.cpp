@@ -52,31 +52,31 @@ bool Exists() {
 
 }  // namespace
 
-TEST(BusyMarkerTest, IsOursWhenNobodyHasIt) {
+TEST(BusyMarkerTest, FreeMarkerIsAcquired) {
     const CBusyMarker marker{Name};
     EXPECT_TRUE(marker.IsAcquired());
     EXPECT_TRUE(Exists());
 }
 
-TEST(BusyMarkerTest, VanishesWithItsScope) {
+TEST(BusyMarkerTest, MarkerIsReleasedAtScopeEnd) {
     { const CBusyMarker marker{Name}; }
     EXPECT_FALSE(Exists());
 }
 
-TEST(BusyMarkerTest, IsNotOursWhileThisProcessHasIt) {
+TEST(BusyMarkerTest, MarkerHeldByThisProcessIsBusy) {
     const CBusyMarker first{Name};
     EXPECT_FALSE(CBusyMarker{Name}.IsAcquired());
     EXPECT_TRUE(first.IsAcquired());
 }
 
-TEST(BusyMarkerTest, IsNotOursWhileAnotherProcessHasIt) {
+TEST(BusyMarkerTest, MarkerHeldByOtherProcessIsBusy) {
     SecondProcess other{HoldMutex, {Name}};
     EXPECT_FALSE(CBusyMarker{Name}.IsAcquired());
     other.Kill();
     EXPECT_TRUE(CBusyMarker{Name}.IsAcquired());
 }
 
-TEST(BusyMarkerTest, AProbeDoesNotKeepTheMarkerOfTheOtherAlive) {
+TEST(BusyMarkerTest, ProbeDoesNotKeepMarkerAlive) {
     {
         const CBusyMarker holder{Name};
         const CBusyMarker probe{Name};
@@ -84,20 +84,20 @@ TEST(BusyMarkerTest, AProbeDoesNotKeepTheMarkerOfTheOtherAlive) {
     EXPECT_FALSE(Exists());
 }
 
-TEST(BusyMarkerTest, MarkersOfOtherNamesDoNotMatter) {
+TEST(BusyMarkerTest, MarkerOfOtherNameIsIndependent) {
     const CBusyMarker other{L"zotdam-dom-test-other-marker"};
     EXPECT_TRUE(CBusyMarker{Name}.IsAcquired());
 }
 
-TEST(BusyMarkerTest, ANameThatIsNoMutexIsNoReasonToStop) {
+TEST(BusyMarkerTest, NameUsedByEventIsNotBusy) {
     const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, Name);
     EXPECT_TRUE(CBusyMarker{Name}.IsAcquired());
     CloseHandle(event);
 }
 
-class MarkerAnswerTest : public testing::Test {
+class BusyMarkerMutexTest : public testing::Test {
 protected:
-    MarkerAnswerTest() { platform = {}; }
+    BusyMarkerMutexTest() { platform = {}; }
 
     static bool IsOurs() {
         const HMODULE program = GetModuleHandleW(nullptr);
@@ -110,7 +110,7 @@ protected:
     static inline const HANDLE someHandle = reinterpret_cast<HANDLE>(0x1234);
 };
 
-TEST_F(MarkerAnswerTest, AsksWithTheRightsThatEveryHolderGrants) {
+TEST_F(BusyMarkerMutexTest, MutexIsOpenedToSynchronizeAndModify) {
     platform.created = someHandle;
     EXPECT_TRUE(IsOurs());
     EXPECT_EQ(platform.openAccess, 0x00100001u);
@@ -119,26 +119,26 @@ TEST_F(MarkerAnswerTest, AsksWithTheRightsThatEveryHolderGrants) {
     EXPECT_EQ(platform.closed, std::vector{someHandle});
 }
 
-TEST_F(MarkerAnswerTest, ADeniedOpeningTellsOfAnotherUsersProcess) {
+TEST_F(BusyMarkerMutexTest, DeniedOpenMeansBusy) {
     platform.openError = ERROR_ACCESS_DENIED;
     platform.created = someHandle;
     EXPECT_FALSE(IsOurs());
 }
 
-TEST_F(MarkerAnswerTest, ADeniedCreationTellsOfAnotherUsersProcess) {
+TEST_F(BusyMarkerMutexTest, DeniedCreationMeansBusy) {
     platform.createError = ERROR_ACCESS_DENIED;
     EXPECT_FALSE(IsOurs());
     EXPECT_TRUE(platform.closed.empty());
 }
 
-TEST_F(MarkerAnswerTest, WhoeverCreatesItFirstHasIt) {
+TEST_F(BusyMarkerMutexTest, MutexCreatedMeanwhileMeansBusy) {
     platform.created = someHandle;
     platform.createError = ERROR_ALREADY_EXISTS;
     EXPECT_FALSE(IsOurs());
     EXPECT_EQ(platform.closed, std::vector{someHandle});
 }
 
-TEST_F(MarkerAnswerTest, WithoutMemoryForAMarkerTheFileIsUsedWithoutOne) {
+TEST_F(BusyMarkerMutexTest, AllocationFailureDoesNotMeanBusy) {
     platform.createError = ERROR_NOT_ENOUGH_MEMORY;
     EXPECT_TRUE(IsOurs());
     EXPECT_TRUE(platform.closed.empty());

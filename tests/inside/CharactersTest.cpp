@@ -78,14 +78,14 @@ void ExpectBorder(const Border& border, bool (*isRight)(char32_t)) {
 
 }  // namespace
 
-TEST(NcNameTest, BeginsWithALetterOrAnUnderscoreOfTheseRanges) {
+TEST(NcNameTest, NameStartsWithLetterOrUnderscore) {
     for (const Border& border : StartBorders)
         ExpectBorder(border, MayBeginAName);
     EXPECT_EQ(Count(MayBeginAName),
               53 + 23 + 31 + 520 + 14 + 7297 + 2 + 288 + 1008 + 43007 + 1232 + 526 + 917504);
 }
 
-TEST(NcNameTest, GoesOnWithTheSameCharactersAndSomeMore) {
+TEST(NcNameTest, LaterCharactersAllowFurtherRanges) {
     for (const Border& border : StartBorders)
         for (const char32_t character : border.inside)
             EXPECT_TRUE(MayContinueAName(character)) << std::uint32_t{character};
@@ -94,35 +94,35 @@ TEST(NcNameTest, GoesOnWithTheSameCharactersAndSomeMore) {
     EXPECT_EQ(Count(MayContinueAName), Count(MayBeginAName) + 2 + 10 + 1 + 112 + 2);
 }
 
-TEST(NcNameTest, DoesNotBeginWithOneOfTheFurtherCharacters) {
+TEST(NcNameTest, FurtherRangesCannotStartName) {
     for (const Border& border : FurtherBorders)
         for (const char32_t character : border.inside)
             EXPECT_FALSE(MayBeginAName(character)) << std::uint32_t{character};
 }
 
-TEST(NcNameTest, IsNotEmpty) {
+TEST(NcNameTest, EmptyStringIsInvalid) {
     EXPECT_FALSE(IsNcName(L""));
     EXPECT_FALSE(IsNcName({}));
 }
 
-TEST(NcNameTest, HasNoColon) {
+TEST(NcNameTest, ColonIsInvalid) {
     for (const wchar_t* const text : {L":", L":a", L"a:", L"a:b"})
         EXPECT_FALSE(IsNcName(text));
 }
 
-TEST(NcNameTest, HasNoWhiteSpace) {
+TEST(NcNameTest, WhiteSpaceIsInvalid) {
     for (const wchar_t* const text : {L" ", L" a", L"a ", L"a b", L"a\t", L"\na"})
         EXPECT_FALSE(IsNcName(text));
 }
 
-TEST(NcNameTest, IsLookedAtToItsEnd) {
+TEST(NcNameTest, WholeStringIsChecked) {
     EXPECT_TRUE(IsNcName(std::wstring(100000, L'a')));
     EXPECT_FALSE(IsNcName(std::wstring(100000, L'a') + L" "));
     EXPECT_FALSE(IsNcName({L"a\0b", 3}));
     EXPECT_TRUE(IsNcName({L"a b", 1}));
 }
 
-TEST(NcNameTest, MayMixPairsAndSingleUnits) {
+TEST(NcNameTest, OnlyWholeSurrogatePairsAreValid) {
     EXPECT_TRUE(
         IsNcName(L"\xd83d\xde00"
                  L"a\xd83d\xde00\xd83d\xde00-"));
@@ -133,34 +133,34 @@ TEST(NcNameTest, MayMixPairsAndSingleUnits) {
     EXPECT_FALSE(IsNcName(L"a\xde00\xd83d"));
 }
 
-TEST(NcNameTest, DoesNotLookForAPairBehindItsEnd) {
+TEST(NcNameTest, SurrogatePairBeyondEndIsNotRead) {
     EXPECT_FALSE(IsNcName({L"a\xd83d\xde00", 2}));
     EXPECT_FALSE(IsNcName({L"\xd83d\xde00", 1}));
 }
 
-TEST(XmlTextTest, HasAllCharactersButControlsSurrogatesAndTwoOthers) {
+TEST(XmlTextTest, OnlyControlsSurrogatesAndNoncharactersAreInvalid) {
     for (const Border& border : TextBorders)
         ExpectBorder(border, MayBeText);
     EXPECT_EQ(Count(MayBeText), 0x110000 - 29 - 0x800 - 2);
 }
 
-TEST(XmlTextTest, MayBeEmpty) {
+TEST(XmlTextTest, EmptyTextIsValid) {
     EXPECT_TRUE(IsXmlText(L""));
     EXPECT_TRUE(IsXmlText({}));
 }
 
-TEST(XmlTextTest, HasNoZero) {
+TEST(XmlTextTest, NullCharacterIsInvalid) {
     EXPECT_FALSE(IsXmlText({L"\0", 1}));
     EXPECT_FALSE(IsXmlText({L"a\0b", 3}));
 }
 
-TEST(XmlTextTest, IsLookedAtToItsEnd) {
+TEST(XmlTextTest, WholeTextIsChecked) {
     EXPECT_TRUE(IsXmlText(std::wstring(100000, L'a')));
     EXPECT_FALSE(IsXmlText(std::wstring(100000, L'a') + L"\x1"));
     EXPECT_TRUE(IsXmlText({L"a\x1", 1}));
 }
 
-TEST(XmlTextTest, HasWholeSurrogatePairsOnly) {
+TEST(XmlTextTest, OnlyWholeSurrogatePairsAreValid) {
     EXPECT_TRUE(
         IsXmlText(L"a\xd83d\xde00\xd83d\xde00"
                   L"b"));
@@ -171,7 +171,7 @@ TEST(XmlTextTest, HasWholeSurrogatePairsOnly) {
         EXPECT_FALSE(IsXmlText(text));
 }
 
-TEST(XmlTextTest, DoesNotLookForAPairBehindItsEnd) {
+TEST(XmlTextTest, SurrogatePairBeyondEndIsNotRead) {
     EXPECT_FALSE(IsXmlText({L"a\xd83d\xde00", 2}));
 }
 

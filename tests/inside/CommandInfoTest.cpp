@@ -6,7 +6,7 @@
 
 namespace ZOTDam::Test {
 
-TEST(CommandInfoTest, AFunctionWithNothingButCommandsHasNoOptionsAndEntersTheTable) {
+TEST(CommandResolutionTest, FunctionMissingFromTableIsAddedWithoutOptions) {
     CFunctionTable table;
     table.commands[3].resize(1);
     ParamMap params{{3, {0, 0}}};
@@ -18,7 +18,7 @@ TEST(CommandInfoTest, AFunctionWithNothingButCommandsHasNoOptionsAndEntersTheTab
     EXPECT_TRUE(table.functions.contains(3));
 }
 
-TEST(CommandInfoTest, AFunctionWithoutCommandItemsEntersNothing) {
+TEST(CommandResolutionTest, FunctionWithoutCommandItemsAddsNothing) {
     CFunctionTable table;
     table.commands[3] = {};
     ParamMap params;
@@ -29,7 +29,7 @@ TEST(CommandInfoTest, AFunctionWithoutCommandItemsEntersNothing) {
     EXPECT_TRUE(table.functions.empty());
 }
 
-TEST(CommandInfoTest, TheFirstFunctionWithCommandsEntersEmptyParameters) {
+TEST(CommandResolutionTest, EmptyParametersReceiveFirstFunctionWithCommands) {
     CFunctionTable table;
     table.commands[2] = {};
     table.commands[3].resize(2);

@@ -30,65 +30,65 @@ protected:
     inline static const std::optional<std::wstring> Missing;
 };
 
-TEST_F(NamedAttributeTest, IsReadByItsWholeName) {
+TEST_F(NamedAttributeTest, OnlyExactNameIsRead) {
     EXPECT_EQ(Read(LR"(<E A="1" AB="2" a="3"/>)", L"AB"), L"2");
     EXPECT_EQ(Read(LR"(<E A="1" AB="2" a="3"/>)", L"a"), L"3");
     EXPECT_EQ(Read(LR"(<E A="1" AB="2" a="3"/>)", L"B"), Missing);
 }
 
-TEST_F(NamedAttributeTest, IsMissingInAnElementWithoutAttributes) {
+TEST_F(NamedAttributeTest, ElementWithoutAttributesHasNoValue) {
     EXPECT_EQ(Read(L"<E><A>1</A></E>", L"A"), Missing);
 }
 
-TEST_F(NamedAttributeTest, MayBeEmpty) {
+TEST_F(NamedAttributeTest, EmptyValueIsRead) {
     EXPECT_EQ(Read(LR"(<E A=""/>)", L"A"), L"");
 }
 
-TEST_F(NamedAttributeTest, MayHaveAnyLength) {
+TEST_F(NamedAttributeTest, LongNameAndValueAreRead) {
     const std::wstring longName(1000, L'n');
     const std::wstring longValue(100000, L'v');
     EXPECT_EQ(Read(L"<E " + longName + L"=\"" + longValue + L"\"/>", longName.c_str()), longValue);
 }
 
-TEST_F(NamedAttributeTest, IsReadAsItStands) {
+TEST_F(NamedAttributeTest, ValueIsReadVerbatim) {
     EXPECT_EQ(Read(L"<E A=\" &lt;\x4e2d\xd83d\xde00&#10;&#9; \"/>", L"A"), L" <\x4e2d\xd83d\xde00\n\t ");
 }
 
-TEST_F(NamedAttributeTest, IsNotReadByANameThatIsNone) {
+TEST_F(NamedAttributeTest, InvalidNameReadsNothing) {
     for (const wchar_t* const name :
          {L"", L" ", L"1", L"A B", L":", L"A:", L":A", L"xmlns", L"*", L"A\xd83d"})
         EXPECT_EQ(Read(LR"(<E A="1"/>)", name), Missing);
 }
 
-TEST_F(NamedAttributeTest, IsNotReadByTheLocalPartOfItsName) {
+TEST_F(NamedAttributeTest, LocalNameDoesNotSelectPrefixedAttribute) {
     EXPECT_EQ(Read(LR"(<E xmlns:p="urn:p" p:A="1"/>)", L"A"), Missing);
 }
 
-TEST_F(NamedAttributeTest, IsReadOfAnElementOnly) {
+TEST_F(NamedAttributeTest, ReadingFromNullElementThrows) {
     std::wstring value;
     EXPECT_EQ(ThrownBy([&] { ReadNamedAttribute(nullptr, L"A", value); }), E_POINTER);
 }
 
-TEST_F(NamedAttributeTest, ThrowsWhatTheDomFailsWith) {
+TEST_F(NamedAttributeTest, FailedReadThrowsErrorOfDom) {
     const FailingDomMethod failure{DomMethod::GetNamedItem};
     const Markup markup{LR"(<E A="1"/>)"};
     std::wstring value;
     EXPECT_EQ(ThrownBy([&] { ReadNamedAttribute(markup.Root(), L"A", value); }), E_FAIL);
 }
 
-TEST_F(NamedAttributeTest, IsCreatedBehindTheOthers) {
+TEST_F(NamedAttributeTest, MissingAttributeIsAppended) {
     const Markup markup{LR"(<E A="1"><F/></E>)"};
     WriteNamedAttribute(markup.Root(), L"B", L"2");
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1" B="2"><F/></E>)");
 }
 
-TEST_F(NamedAttributeTest, IsReplacedInItsPlace) {
+TEST_F(NamedAttributeTest, ExistingAttributeKeepsItsPosition) {
     const Markup markup{LR"(<E A="1" B="2" b="3"/>)"};
     WriteNamedAttribute(markup.Root(), L"B", L"new");
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1" B="new" b="3"/>)");
 }
 
-TEST_F(NamedAttributeTest, IsWrittenWithANameWithoutAPrefixOnly) {
+TEST_F(NamedAttributeTest, InvalidOrPrefixedNameThrowsOnWrite) {
     const Markup markup{LR"(<E xmlns:p="urn:p"/>)"};
     const std::wstring before = XmlOf(markup.Root());
     for (const wchar_t* const name :
@@ -97,7 +97,7 @@ TEST_F(NamedAttributeTest, IsWrittenWithANameWithoutAPrefixOnly) {
     EXPECT_EQ(XmlOf(markup.Root()), before);
 }
 
-TEST_F(NamedAttributeTest, IsWrittenWithATextThatXmlCanCarryOnly) {
+TEST_F(NamedAttributeTest, CharacterInvalidInXmlThrowsOnWrite) {
     const Markup markup{LR"(<E A="old"/>)"};
     for (const wchar_t* const text : {L"\x1",
                                       L"a\x1f"
@@ -107,17 +107,17 @@ TEST_F(NamedAttributeTest, IsWrittenWithATextThatXmlCanCarryOnly) {
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="old"/>)");
 }
 
-TEST_F(NamedAttributeTest, IsWrittenToAnElementOnly) {
+TEST_F(NamedAttributeTest, WritingToNullElementThrows) {
     EXPECT_EQ(ThrownBy([] { WriteNamedAttribute(nullptr, L"A", L"1"); }), E_POINTER);
 }
 
-TEST_F(NamedAttributeTest, ThrowsWhatTheDomRefusesWith) {
+TEST_F(NamedAttributeTest, FailedWriteThrowsErrorOfDom) {
     const FailingDomMethod failure{DomMethod::SetAttribute};
     const Markup markup{L"<E/>"};
     EXPECT_EQ(ThrownBy([&] { WriteNamedAttribute(markup.Root(), L"A", L"1"); }), E_FAIL);
 }
 
-TEST_F(DomChangeTest, AnAttributeOfAFixedNameTakesNoOtherTextEither) {
+TEST_F(DomChangeTest, FixedNameAttributeRejectsInvalidCharacter) {
     const Markup markup{LR"(<E A="old"/>)"};
     for (const wchar_t* const text : {L"\x8", L"a\xfffe",
                                       L"\xd83d"
@@ -127,7 +127,7 @@ TEST_F(DomChangeTest, AnAttributeOfAFixedNameTakesNoOtherTextEither) {
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="old"/>)");
 }
 
-TEST_F(DomChangeTest, AnAttributeOfAFixedNameTakesEveryOtherText) {
+TEST_F(DomChangeTest, FixedNameAttributeKeepsValidCharacters) {
     const Markup markup{L"<E/>"};
     const wchar_t text[] = L"\t\n\r <&\">\xd7ff\xe000\xfffd\xd83d\xde00";
     WriteAttribute(markup.Root(), L"A", text);
@@ -138,7 +138,7 @@ TEST_F(DomChangeTest, AnAttributeOfAFixedNameTakesEveryOtherText) {
 
 // ---- Copies of nodes ----
 
-class ImportTest : public DomChangeTest {
+class NodeImportTest : public DomChangeTest {
 protected:
     // Appends a copy of the source's child "C" to the target. Returns the target's XML.
     static std::wstring Copied(const std::wstring& source) {
@@ -166,17 +166,17 @@ protected:
     }
 };
 
-TEST_F(ImportTest, CopiesAnElementWithAllItHoldsAndLeavesIt) {
+TEST_F(NodeImportTest, CopyIsDeepAndSourceUnchanged) {
     EXPECT_EQ(
         Copied(LR"(<S><C A="1" B="&lt;"><D E="2">text<F/></D><!--c--><![CDATA[d < e]]><?p i?></C></S>)"),
         LR"(<T><Old/><C A="1" B="&lt;"><D E="2">text<F/></D><!--c--><![CDATA[d < e]]><?p i?></C></T>)");
 }
 
-TEST_F(ImportTest, CopiesAnEmptyElement) {
+TEST_F(NodeImportTest, EmptyElementIsCopied) {
     EXPECT_EQ(Copied(L"<S><C/></S>"), L"<T><Old/><C/></T>");
 }
 
-TEST_F(ImportTest, DoesNotAppendTheCopy) {
+TEST_F(NodeImportTest, CopyHasNoParent) {
     const Markup source{L"<S/>"};
     const Markup target{L"<T/>"};
     const IXMLDOMNodePtr copy = ImportNode(target.Root(), source.Root());
@@ -186,7 +186,7 @@ TEST_F(ImportTest, DoesNotAppendTheCopy) {
     EXPECT_EQ(XmlOf(target.Root()), L"<T/>");
 }
 
-TEST_F(ImportTest, MakesACopyThatChangesByItself) {
+TEST_F(NodeImportTest, CopyIsIndependentOfSource) {
     const Markup source{LR"(<S A="1"/>)"};
     const Markup target{L"<T/>"};
     const IXMLDOMElementPtr copy = ImportNode(target.Root(), source.Root());
@@ -195,7 +195,7 @@ TEST_F(ImportTest, MakesACopyThatChangesByItself) {
     EXPECT_EQ(XmlOf(copy), LR"(<S A="2"/>)");
 }
 
-TEST_F(ImportTest, LeavesTheCopyingToADomThatCanImport) {
+TEST_F(NodeImportTest, ImportNodeOfDomIsPreferred) {
     const DomMethodPatch patch{DomMethod::ImportNode, &Import};
     const Markup source{L"<S><A/></S>"};
     const Markup target{L"<T/>"};
@@ -205,18 +205,18 @@ TEST_F(ImportTest, LeavesTheCopyingToADomThatCanImport) {
     EXPECT_EQ(XmlOf(source.Root()), L"<S><A/></S>");
 }
 
-TEST_F(ImportTest, CopiesByItselfWhereTheDomCannot) {
+TEST_F(NodeImportTest, UnimplementedImportFallsBackToCopy) {
     const DomMethodPatch patch{DomMethod::ImportNode, +[]() WINAPI -> HRESULT { return E_NOTIMPL; }};
     EXPECT_EQ(Copied(L"<S><C><A/></C></S>"), L"<T><Old/><C><A/></C></T>");
 }
 
-TEST_F(ImportTest, ThrowsWhatAnImportFailsWith) {
+TEST_F(NodeImportTest, FailedImportThrowsErrorOfDom) {
     const FailingDomMethod failure{DomMethod::ImportNode};
     const Markup markup{L"<R/>"};
     EXPECT_EQ(ThrownBy([&] { ImportNode(markup.Root(), markup.Root()); }), E_FAIL);
 }
 
-TEST_F(ImportTest, NeedsANodeAndAParent) {
+TEST_F(NodeImportTest, NullNodeOrParentThrows) {
     const Markup markup{L"<R/>"};
     EXPECT_EQ(ThrownBy([&] { ImportNode(nullptr, markup.Root()); }), E_POINTER);
     EXPECT_EQ(ThrownBy([&] { ImportNode(markup.Root(), nullptr); }), E_POINTER);
@@ -224,13 +224,13 @@ TEST_F(ImportTest, NeedsANodeAndAParent) {
 
 // ---- Appending and removing ----
 
-TEST_F(DomChangeTest, AnAppendedNodeIsTheLastChild) {
+TEST_F(DomChangeTest, AppendedNodeIsLastChild) {
     const Markup markup{L"<R><A/><B/></R>"};
     AppendChild(markup.Root(), SelectChild(markup.Root(), L"A"));
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><B/><A/></R>");
 }
 
-TEST_F(DomChangeTest, ARemovedNodeLeavesTheOthers) {
+TEST_F(DomChangeTest, RemovalKeepsOtherNodes) {
     const Markup markup{LR"(<R><A N="1"/>text<A N="2"><B/></A><C/></R>)"};
     const IXMLDOMElementPtr first = SelectChild(markup.Root(), L"A");
     RemoveChild(markup.Root(), first);
@@ -238,14 +238,14 @@ TEST_F(DomChangeTest, ARemovedNodeLeavesTheOthers) {
     EXPECT_EQ(XmlOf(first), LR"(<A N="1"/>)");
 }
 
-TEST_F(DomChangeTest, ANodeIsRemovedFromItsParentOnly) {
+TEST_F(DomChangeTest, RemovalFromOtherThanParentThrows) {
     const Markup markup{L"<R><A><B/></A></R>"};
     const IXMLDOMElementPtr inner = SelectChild(SelectChild(markup.Root(), L"A"), L"B");
     EXPECT_TRUE(FAILED(ThrownBy([&] { RemoveChild(markup.Root(), inner); })));
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><A><B/></A></R>");
 }
 
-TEST_F(DomChangeTest, AppendingAndRemovingNeedAParentAndAChild) {
+TEST_F(DomChangeTest, NullParentOrChildThrows) {
     const Markup markup{L"<R/>"};
     EXPECT_EQ(ThrownBy([&] { AppendChild(nullptr, markup.Root()); }), E_POINTER);
     EXPECT_EQ(ThrownBy([&] { RemoveChild(nullptr, markup.Root()); }), E_POINTER);
@@ -254,7 +254,7 @@ TEST_F(DomChangeTest, AppendingAndRemovingNeedAParentAndAChild) {
     EXPECT_EQ(XmlOf(markup.Root()), L"<R/>");
 }
 
-TEST_F(DomChangeTest, AppendingAndRemovingThrowWhatTheDomFailsWith) {
+TEST_F(DomChangeTest, FailedChangeThrowsErrorOfDom) {
     const Markup markup{L"<R><A/></R>"};
     const IXMLDOMElementPtr child = SelectChild(markup.Root(), L"A");
     const FailingDomMethod appending{DomMethod::AppendChild};

@@ -19,7 +19,7 @@ class DomTest : public testing::Test {
 
 // ---- Selecting children ----
 
-class SelectionTest : public DomTest {
+class ChildSelectionTest : public DomTest {
 protected:
     // Returns the concatenated "ID" attributes of the selected children.
     static std::wstring SelectFrom(const std::wstring& xml) {
@@ -33,60 +33,60 @@ protected:
     }
 };
 
-TEST_F(SelectionTest, GivesTheChildrenOfThatNameInDocumentOrder) {
+TEST_F(ChildSelectionTest, MatchingChildrenAreInDocumentOrder) {
     EXPECT_EQ(SelectFrom(LR"(<R><Function ID="c"/><Other ID="x"/><Function ID="a"/><Function ID="b"/></R>)"),
               L"cab");
 }
 
-TEST_F(SelectionTest, IsEmptyWithoutChildrenOfThatName) {
+TEST_F(ChildSelectionTest, ParentWithoutMatchYieldsEmptyList) {
     EXPECT_EQ(SelectFrom(L"<R/>"), L"");
     EXPECT_EQ(SelectFrom(LR"(<R><Other ID="x"/></R>)"), L"");
 }
 
-TEST_F(SelectionTest, LooksAtDirectChildrenOnly) {
+TEST_F(ChildSelectionTest, OnlyDirectChildrenAreSelected) {
     EXPECT_EQ(
         SelectFrom(
             LR"(<R><Group><Function ID="x"/></Group><Function ID="a"><Function ID="x"/></Function></R>)"),
         L"a");
 }
 
-TEST_F(SelectionTest, TellsUpperFromLowerCase) {
+TEST_F(ChildSelectionTest, ChildNameIsCaseSensitive) {
     EXPECT_EQ(SelectFrom(LR"(<R><function ID="x"/><FUNCTION ID="x"/><Function ID="a"/></R>)"), L"a");
 }
 
-TEST_F(SelectionTest, LeavesOutNamesThatOnlyBeginAlike) {
+TEST_F(ChildSelectionTest, SimilarNamesAreNotSelected) {
     EXPECT_EQ(SelectFrom(LR"(<R><Functions ID="x"/><Func ID="x"/><Function ID="a"/></R>)"), L"a");
 }
 
-TEST_F(SelectionTest, LeavesOutElementsWithANamespace) {
+TEST_F(ChildSelectionTest, ElementsInNamespaceAreNotSelected) {
     EXPECT_EQ(
         SelectFrom(
             LR"(<R xmlns:p="urn:p"><p:Function ID="x"/><Function xmlns="urn:p" ID="x"/><Function ID="a"/></R>)"),
         L"a");
 }
 
-TEST_F(SelectionTest, FindsNothingUnderADefaultNamespace) {
+TEST_F(ChildSelectionTest, ChildrenInDefaultNamespaceAreNotSelected) {
     EXPECT_EQ(SelectFrom(LR"(<R xmlns="urn:p"><Function ID="x"/></R>)"), L"");
 }
 
-TEST_F(SelectionTest, LeavesOutNodesThatAreNoElements) {
+TEST_F(ChildSelectionTest, OtherNodeTypesAreNotSelected) {
     EXPECT_EQ(
         SelectFrom(
             LR"(<R><?Function ID="x"?><!--Function-->Function<![CDATA[Function]]><Function ID="a"/></R>)"),
         L"a");
 }
 
-TEST_F(SelectionTest, RefusesANullParent) {
+TEST_F(ChildSelectionTest, NullParentThrows) {
     EXPECT_EQ(ThrownBy([] { SelectChildren(nullptr, L"Function"); }), E_POINTER);
     EXPECT_EQ(ThrownBy([] { SelectChild(nullptr, L"Function"); }), E_POINTER);
 }
 
-TEST_F(SelectionTest, TheSingleChildIsTheFirstOfThatName) {
+TEST_F(ChildSelectionTest, SingleChildIsFirstMatch) {
     const Markup markup{LR"(<R><?Function?><Function ID="a"/><Function ID="b"/></R>)"};
     EXPECT_EQ(XmlOf(SelectChild(markup.Root(), L"Function")), LR"(<Function ID="a"/>)");
 }
 
-TEST_F(SelectionTest, TheSingleChildIsNullWhenThereIsNone) {
+TEST_F(ChildSelectionTest, SingleChildIsNullWithoutMatch) {
     const Markup markup{L"<R><Other/></R>"};
     EXPECT_EQ(SelectChild(markup.Root(), L"Function"), nullptr);
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><Other/></R>");
@@ -107,19 +107,19 @@ protected:
     static Markup ElementWith(const std::wstring& text) { return Markup{L"<E A=\"" + text + L"\"/>"}; }
 };
 
-TEST_F(ReadAttributeTest, ReadsDecimalNumbers) {
+TEST_F(ReadAttributeTest, DecimalNumberIsRead) {
     EXPECT_EQ(NumberIn(L"12"), 12);
     EXPECT_EQ(NumberIn(L"-1"), -1);
     EXPECT_EQ(NumberIn(L"+3"), 3);
     EXPECT_EQ(NumberIn(L"007"), 7);
 }
 
-TEST_F(ReadAttributeTest, SkipsWhiteSpaceBeforeANumber) {
+TEST_F(ReadAttributeTest, LeadingWhiteSpaceIsSkipped) {
     EXPECT_EQ(NumberIn(L"  12"), 12);
     EXPECT_EQ(NumberIn(L"&#9;&#10;12"), 12);
 }
 
-TEST_F(ReadAttributeTest, ANumberEndsAtTheFirstCharacterThatIsNoDigit) {
+TEST_F(ReadAttributeTest, NumberEndsAtFirstNonDigit) {
     EXPECT_EQ(NumberIn(L"12abc"), 12);
     EXPECT_EQ(NumberIn(L"1.9"), 1);
     EXPECT_EQ(NumberIn(L"0x10"), 0);
@@ -132,14 +132,14 @@ TEST_F(ReadAttributeTest, TextWithoutDigitsIsZero) {
     EXPECT_EQ(NumberIn(L"-"), 0);
 }
 
-TEST_F(ReadAttributeTest, NumbersBeyond32BitsStopAtTheLimits) {
+TEST_F(ReadAttributeTest, NumberBeyond32BitsIsClamped) {
     EXPECT_EQ(NumberIn(L"2147483647"), INT_MAX);
     EXPECT_EQ(NumberIn(L"2147483648"), INT_MAX);
     EXPECT_EQ(NumberIn(L"-2147483648"), INT_MIN);
     EXPECT_EQ(NumberIn(L"-99999999999999999999"), INT_MIN);
 }
 
-TEST_F(ReadAttributeTest, AMissingAttributeLeavesEveryFieldUntouched) {
+TEST_F(ReadAttributeTest, MissingAttributeLeavesFieldUnchanged) {
     const Markup markup{LR"(<E a="1" B="2" xmlns:p="urn:p" p:A="3"/>)"};
     std::int32_t number = Untouched;
     Text text = L"kept";
@@ -152,7 +152,7 @@ TEST_F(ReadAttributeTest, AMissingAttributeLeavesEveryFieldUntouched) {
     EXPECT_EQ(growable, L"kept");
 }
 
-TEST_F(ReadAttributeTest, AnEmptyAttributeIsNotAMissingOne) {
+TEST_F(ReadAttributeTest, EmptyAttributeIsReadAsEmptyString) {
     const Markup markup = ElementWith(L"");
     Text text = L"old";
     std::wstring growable = L"old";
@@ -162,40 +162,40 @@ TEST_F(ReadAttributeTest, AnEmptyAttributeIsNotAMissingOne) {
     EXPECT_EQ(growable, L"");
 }
 
-TEST_F(ReadAttributeTest, TextIsCopiedAsItStands) {
+TEST_F(ReadAttributeTest, TextIsCopiedVerbatim) {
     Text text = L"something longer";
     EXPECT_TRUE(ReadAttribute(ElementWith(L" &lt;\x4e2d\xd83d\xde00 ").Root(), L"A", text));
     EXPECT_STREQ(text, L" <\x4e2d\xd83d\xde00 ");
 }
 
-TEST_F(ReadAttributeTest, TextOf259UnitsFillsAFixedField) {
+TEST_F(ReadAttributeTest, TextOf259CodeUnitsFillsBuffer) {
     const std::wstring longest(259, L'x');
     Text text = {};
     EXPECT_TRUE(ReadAttribute(ElementWith(longest).Root(), L"A", text));
     EXPECT_EQ(text, longest);
 }
 
-TEST_F(ReadAttributeTest, TextOf260UnitsIsRefusedNotCut) {
+TEST_F(ReadAttributeTest, TextOf260CodeUnitsThrowsWithoutTruncation) {
     const Markup markup = ElementWith(std::wstring(260, L'x'));
     Text text = L"kept";
     EXPECT_EQ(ThrownBy([&] { ReadAttribute(markup.Root(), L"A", text); }), E_INVALIDARG);
     EXPECT_STREQ(text, L"kept");
 }
 
-TEST_F(ReadAttributeTest, ASurrogatePairCountsAsTwoUnits) {
+TEST_F(ReadAttributeTest, SurrogatePairCountsAsTwoCodeUnits) {
     const Markup markup = ElementWith(std::wstring(258, L'x') + L"\xd83d\xde00");
     Text text = {};
     EXPECT_EQ(ThrownBy([&] { ReadAttribute(markup.Root(), L"A", text); }), E_INVALIDARG);
 }
 
-TEST_F(ReadAttributeTest, AGrowableTextTakesAnyLength) {
+TEST_F(ReadAttributeTest, StringHasNoLengthLimit) {
     const std::wstring long_(100000, L'x');
     std::wstring text;
     EXPECT_TRUE(ReadAttribute(ElementWith(long_).Root(), L"A", text));
     EXPECT_EQ(text, long_);
 }
 
-TEST_F(ReadAttributeTest, RefusesANullElement) {
+TEST_F(ReadAttributeTest, NullElementThrows) {
     std::int32_t number = 0;
     Text text = {};
     std::wstring growable;
@@ -215,42 +215,42 @@ protected:
     }
 };
 
-TEST_F(ElementTextTest, IsTheContentOfTheElement) {
+TEST_F(ElementTextTest, TextIsElementContent) {
     EXPECT_EQ(TextOf(L"Sleep"), L"Sleep");
     EXPECT_EQ(TextOf(L"a &amp; b"), L"a & b");
     EXPECT_EQ(TextOf(L"<![CDATA[<b>]]>"), L"<b>");
 }
 
-TEST_F(ElementTextTest, IsEmptyForAnEmptyElement) {
+TEST_F(ElementTextTest, EmptyElementHasEmptyText) {
     EXPECT_EQ(TextOf(L""), L"");
 }
 
-TEST_F(ElementTextTest, OfUpTo259UnitsIsWhole) {
+TEST_F(ElementTextTest, TextOf259CodeUnitsIsNotTruncated) {
     EXPECT_EQ(TextOf(std::wstring(259, L'x')), std::wstring(259, L'x'));
 }
 
-TEST_F(ElementTextTest, IsCutAt259Units) {
+TEST_F(ElementTextTest, LongerTextIsTruncatedAt259CodeUnits) {
     EXPECT_EQ(TextOf(std::wstring(260, L'x')), std::wstring(259, L'x'));
     EXPECT_EQ(TextOf(std::wstring(5000, L'x')), std::wstring(259, L'x'));
 }
 
-TEST_F(ElementTextTest, IsNeverCutInsideASurrogatePair) {
+TEST_F(ElementTextTest, TruncationNeverSplitsSurrogatePair) {
     EXPECT_EQ(TextOf(std::wstring(258, L'x') + L"\xd83d\xde00"), std::wstring(258, L'x'));
 }
 
-TEST_F(ElementTextTest, KeepsAPairThatEndsAtTheCut) {
+TEST_F(ElementTextTest, SurrogatePairEndingAtLimitIsKept) {
     const std::wstring kept = std::wstring(257, L'x') + L"\xd83d\xde00";
     EXPECT_EQ(TextOf(kept + L"tail"), kept);
 }
 
-TEST_F(ElementTextTest, RefusesANullElement) {
+TEST_F(ElementTextTest, NullElementThrows) {
     Text text = {};
     EXPECT_EQ(ThrownBy([&] { ReadElementText(nullptr, text); }), E_POINTER);
 }
 
 // ---- Writing ----
 
-class WritingTest : public DomTest {
+class DomWritingTest : public DomTest {
 protected:
     // Returns the text of an element's first child, a text node, including white space.
     static std::wstring TextIn(IXMLDOMElement* element) {
@@ -263,19 +263,19 @@ protected:
     }
 };
 
-TEST_F(WritingTest, CreatesAMissingAttributeBehindTheOthers) {
+TEST_F(DomWritingTest, MissingAttributeIsAppended) {
     const Markup markup{LR"(<E A="1"/>)"};
     WriteAttribute(markup.Root(), L"B", 2);
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1" B="2"/>)");
 }
 
-TEST_F(WritingTest, ReplacesAnAttributeInItsPlace) {
+TEST_F(DomWritingTest, ExistingAttributeKeepsItsPosition) {
     const Markup markup{LR"(<E A="1" B="2" C="3"><F/></E>)"};
     WriteAttribute(markup.Root(), L"B", L"new");
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1" B="new" C="3"><F/></E>)");
 }
 
-TEST_F(WritingTest, WritesNumbersInDecimal) {
+TEST_F(DomWritingTest, NumberIsWrittenInDecimal) {
     const Markup markup{L"<E/>"};
     WriteAttribute(markup.Root(), L"A", INT_MAX);
     WriteAttribute(markup.Root(), L"B", INT_MIN);
@@ -284,7 +284,7 @@ TEST_F(WritingTest, WritesNumbersInDecimal) {
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="2147483647" B="-2147483648" C="-1" D="0"/>)");
 }
 
-TEST_F(WritingTest, AnAttributeKeepsCharactersOfTheMarkup) {
+TEST_F(DomWritingTest, MarkupCharactersSurviveRoundTrip) {
     const Markup markup{L"<E/>"};
     WriteAttribute(markup.Root(), L"A", L"<&\">'");
     std::wstring text;
@@ -292,19 +292,19 @@ TEST_F(WritingTest, AnAttributeKeepsCharactersOfTheMarkup) {
     EXPECT_EQ(text, L"<&\">'");
 }
 
-TEST_F(WritingTest, RefusesANullElement) {
+TEST_F(DomWritingTest, NullElementThrows) {
     EXPECT_EQ(ThrownBy([] { WriteAttribute(nullptr, L"A", 1); }), E_POINTER);
     EXPECT_EQ(ThrownBy([] { WriteAttribute(nullptr, L"A", L"1"); }), E_POINTER);
 }
 
-TEST_F(WritingTest, AppendsAnEmptyElementAsTheLastChild) {
+TEST_F(DomWritingTest, AppendedElementIsEmptyLastChild) {
     const Markup markup{L"<R><A/></R>"};
     const IXMLDOMElementPtr appended = AppendElement(markup.Document(), markup.Root(), L"B");
     EXPECT_EQ(XmlOf(appended), L"<B/>");
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><A/><B/></R>");
 }
 
-TEST_F(WritingTest, AnElementNeedsADocumentAndAParent) {
+TEST_F(DomWritingTest, NullDocumentOrParentThrows) {
     const Markup markup{L"<R/>"};
     EXPECT_EQ(ThrownBy([&] { AppendElement(nullptr, markup.Root(), L"B"); }), E_POINTER);
     EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), nullptr, L"B"); }), E_POINTER);
@@ -312,49 +312,49 @@ TEST_F(WritingTest, AnElementNeedsADocumentAndAParent) {
     EXPECT_EQ(XmlOf(markup.Root()), L"<R/>");
 }
 
-TEST_F(WritingTest, AChildWithoutAValueHoldsALineFeedAndATab) {
+TEST_F(DomWritingTest, ChildWithoutValueContainsLineFeedAndTab) {
     const Markup markup{L"<R/>"};
     EXPECT_EQ(TextIn(CreateChild(markup.Root(), L"C")), L"\n\t");
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><C></C></R>");
 }
 
-TEST_F(WritingTest, AChildWithAValueHoldsIt) {
+TEST_F(DomWritingTest, ChildValueBecomesItsText) {
     const Markup markup{L"<R/>"};
     CreateChild(markup.Root(), L"A", _variant_t{L"a < b"});
     CreateChild(markup.Root(), L"B", _variant_t{42L});
     EXPECT_EQ(XmlOf(markup.Root()), L"<R><A>a &lt; b</A><B>42</B></R>");
 }
 
-TEST_F(WritingTest, AnEmptyTextIsAValueToo) {
+TEST_F(DomWritingTest, EmptyChildValueStaysEmpty) {
     const Markup markup{L"<R/>"};
     EXPECT_EQ(TextIn(CreateChild(markup.Root(), L"C", _variant_t{L""})), L"");
 }
 
 // ---- Removing ----
 
-class RemovingTest : public DomTest {};
+class DomRemovalTest : public DomTest {};
 
-TEST_F(RemovingTest, RemovesChildrenOfEveryKind) {
+TEST_F(DomRemovalTest, ChildrenOfEveryTypeAreRemoved) {
     const Markup markup{LR"(<E A="1">text<F><G/></F><!--c--><?p i?><![CDATA[d]]></E>)"};
     EXPECT_TRUE(RemoveChildren(markup.Root()));
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E A="1"/>)");
 }
 
-TEST_F(RemovingTest, ALoneCommentCountsAsAChild) {
+TEST_F(DomRemovalTest, CommentCountsAsChild) {
     EXPECT_TRUE(RemoveChildren(Markup{L"<E><!--c--></E>"}.Root()));
 }
 
-TEST_F(RemovingTest, TellsThatThereWasNoChild) {
+TEST_F(DomRemovalTest, RemovalWithoutChildrenReturnsFalse) {
     EXPECT_FALSE(RemoveChildren(Markup{LR"(<E A="1"/>)"}.Root()));
 }
 
-TEST_F(RemovingTest, RemovesAllAttributesAndNoChild) {
+TEST_F(DomRemovalTest, AttributesAreRemovedAndChildrenKept) {
     const Markup markup{LR"(<E A="1" B="2" C=""><F D="4"/></E>)"};
     RemoveAttributes(markup.Root());
     EXPECT_EQ(XmlOf(markup.Root()), LR"(<E><F D="4"/></E>)");
 }
 
-TEST_F(RemovingTest, RemovesAttributesWithAPrefix) {
+TEST_F(DomRemovalTest, AttributesWithPrefixAreRemoved) {
     const Markup markup{LR"(<R xmlns:p="urn:p"><E A="1" p:A="2" B="3"/></R>)"};
     const IXMLDOMElementPtr element = SelectChild(markup.Root(), L"E");
     RemoveAttributes(element);
@@ -363,22 +363,22 @@ TEST_F(RemovingTest, RemovesAttributesWithAPrefix) {
     EXPECT_EQ(XmlOf(element).find(L"=\"1\""), std::wstring::npos);
 }
 
-TEST_F(RemovingTest, AnElementWithoutAttributesStaysAsItIs) {
+TEST_F(DomRemovalTest, ElementWithoutAttributesStaysUnchanged) {
     const Markup markup{L"<E><F/></E>"};
     RemoveAttributes(markup.Root());
     EXPECT_EQ(XmlOf(markup.Root()), L"<E><F/></E>");
 }
 
-TEST_F(RemovingTest, RefusesANullElement) {
+TEST_F(DomRemovalTest, NullElementThrows) {
     EXPECT_EQ(ThrownBy([] { RemoveChildren(nullptr); }), E_POINTER);
     EXPECT_EQ(ThrownBy([] { RemoveAttributes(nullptr); }), E_POINTER);
 }
 
 // ---- Failures ----
 
-class FailureTest : public DomTest {};
+class DomFailureTest : public DomTest {};
 
-TEST_F(FailureTest, AFailureOfTheDomKeepsItsCode) {
+TEST_F(DomFailureTest, ExceptionKeepsErrorCodeOfDom) {
     const Markup markup{L"<R/>"};
     IXMLDOMElementPtr element;
     const HRESULT failure = markup.Document()->createElement(CXmlName{L""}.AsBstr(), &element);
@@ -386,13 +386,13 @@ TEST_F(FailureTest, AFailureOfTheDomKeepsItsCode) {
     EXPECT_EQ(ThrownBy([&] { AppendElement(markup.Document(), markup.Root(), L""); }), failure);
 }
 
-TEST_F(FailureTest, SuccessesPass) {
+TEST_F(DomFailureTest, SuccessCodesDoNotThrow) {
     IUnknown* const noObject = nullptr;
     EXPECT_EQ(Check(S_OK, noObject), S_OK);
     EXPECT_EQ(Check(S_FALSE, noObject), S_FALSE);
 }
 
-TEST_F(FailureTest, AFailureWithoutASourceIsThrownAllTheSame) {
+TEST_F(DomFailureTest, FailureWithoutSourceThrows) {
     IUnknown* const noObject = nullptr;
     EXPECT_EQ(ThrownBy([&] { Check(E_OUTOFMEMORY, noObject); }), E_OUTOFMEMORY);
 }
@@ -437,13 +437,13 @@ private:
     HRESULT supports;
 };
 
-TEST_F(FailureTest, CarriesTheErrorInformationThatTheSourceLeaves) {
+TEST_F(DomFailureTest, ExceptionHasErrorInformationOfSource) {
     Source source{S_OK};
     EXPECT_EQ(source.DescriptionOfAFailure(), L"the reason");
     EXPECT_EQ(source.references, 1u);
 }
 
-TEST_F(FailureTest, TakesNoErrorInformationThatAnotherCallLeft) {
+TEST_F(DomFailureTest, ErrorInformationOfOtherCallIsIgnored) {
     Source source{S_FALSE};
     EXPECT_EQ(source.DescriptionOfAFailure(), L"");
     EXPECT_EQ(source.references, 1u);
@@ -459,13 +459,13 @@ _variant_t Filled(Value typed, const wchar_t* text) {
     return value;
 }
 
-TEST(VariantTest, A16BitIntegerTakesTheLowBitsOfTheNumber) {
+TEST(VariantConversionTest, ShortTakesLowBitsOfNumber) {
     EXPECT_EQ(Filled<short>(1, L"-5").iVal, -5);
     EXPECT_EQ(Filled<short>(1, L"65537").iVal, 1);
     EXPECT_EQ(Filled<short>(1, L"abc").iVal, 0);
 }
 
-TEST(VariantTest, ATruthValueIsFilledAsA16BitInteger) {
+TEST(VariantConversionTest, BooleanIsFilledAsShort) {
     EXPECT_EQ(Filled(true, L"0").boolVal, 0);
     EXPECT_EQ(Filled(false, L"-1").boolVal, VARIANT_TRUE);
     EXPECT_EQ(Filled(true, L"7").boolVal, 7);
@@ -473,24 +473,24 @@ TEST(VariantTest, ATruthValueIsFilledAsA16BitInteger) {
     EXPECT_EQ(Filled(true, L"1").vt, VT_BOOL);
 }
 
-TEST(VariantTest, A32BitIntegerIsReadUpToTheFirstCharacterThatIsNoDigit) {
+TEST(VariantConversionTest, LongIsReadUpToFirstNonDigit) {
     EXPECT_EQ(Filled(7L, L"12abc").lVal, 12);
     EXPECT_EQ(Filled(7L, L"abc").lVal, 0);
     EXPECT_EQ(Filled(7L, L"4294967296").lVal, INT_MAX);
 }
 
-TEST(VariantTest, AFloatIsNarrowed) {
+TEST(VariantConversionTest, FloatIsReadInSinglePrecision) {
     EXPECT_EQ(Filled(1.0f, L"0.1").fltVal, 0.1f);
     EXPECT_EQ(Filled(1.0f, L"abc").fltVal, 0.0f);
 }
 
-TEST(VariantTest, ADoubleKeepsItsPrecision) {
+TEST(VariantConversionTest, DoubleIsReadInDoublePrecision) {
     EXPECT_EQ(Filled(1.0, L" -2.5e3x").dblVal, -2500.0);
     EXPECT_EQ(Filled(1.0, L"0.1").dblVal, 0.1);
     EXPECT_EQ(Filled(1.0, L"").dblVal, 0.0);
 }
 
-TEST(VariantTest, ATextIsACopyOfItsWholeLength) {
+TEST(VariantConversionTest, StringCopyIncludesEmbeddedZero) {
     const _bstr_t withZero{SysAllocStringLen(L"a\0b", 3), false};
     _variant_t value{L"old"};
     FillFromString(value, withZero);
@@ -498,7 +498,7 @@ TEST(VariantTest, ATextIsACopyOfItsWholeLength) {
     EXPECT_NE(V_BSTR(&value), static_cast<BSTR>(withZero));
 }
 
-TEST(VariantTest, ATypeWithoutAConversionIsCleared) {
+TEST(VariantConversionTest, UnsupportedTypeIsCleared) {
     EXPECT_EQ(Filled(CY{}, L"12").vt, VT_EMPTY);
     EXPECT_EQ(Filled(static_cast<unsigned char>(1), L"12").vt, VT_EMPTY);
     _variant_t empty;
@@ -506,7 +506,7 @@ TEST(VariantTest, ATypeWithoutAConversionIsCleared) {
     EXPECT_EQ(V_VT(&empty), VT_EMPTY);
 }
 
-TEST(VariantTest, ANullTextIsAnEmptyOne) {
+TEST(VariantConversionTest, NullStringIsReadAsEmpty) {
     _variant_t number{7L};
     FillFromString(number, nullptr);
     EXPECT_EQ(V_I4(&number), 0);
@@ -518,14 +518,14 @@ TEST(VariantTest, ANullTextIsAnEmptyOne) {
 
 // ---- Names ----
 
-TEST(NameTest, IsATextThatComTakes) {
+TEST(XmlNameTest, NameIsBstrWithItsLength) {
     const CXmlName name{L"PowerSchemes"};
     EXPECT_EQ(SysStringLen(name.AsBstr()), 12u);
     EXPECT_STREQ(name.AsBstr(), L"PowerSchemes");
     EXPECT_EQ(name.View(), L"PowerSchemes");
 }
 
-TEST(NameTest, ACopyStandsOnItsOwn) {
+TEST(XmlNameTest, CopyOutlivesOriginal) {
     CXmlName copy{L"A"};
     {
         const CXmlName name{L"Function"};
@@ -535,7 +535,7 @@ TEST(NameTest, ACopyStandsOnItsOwn) {
     EXPECT_STREQ(copy.AsBstr(), L"Function");
 }
 
-TEST(NameTest, MayBeEmpty) {
+TEST(XmlNameTest, EmptyNameHasLengthZero) {
     EXPECT_EQ(SysStringLen(CXmlName{L""}.AsBstr()), 0u);
     EXPECT_TRUE(CXmlName{L""}.View().empty());
 }

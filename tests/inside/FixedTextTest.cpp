@@ -33,11 +33,11 @@ constexpr wchar_t Low[] = L"\xde00";
 std::vector<FixedText> FixedTexts() {
     return {
         {"NoText", L"", L""},
-        {"OneUnit", L"x", L"x"},
+        {"OneCodeUnit", L"x", L"x"},
         {"ATextWithAZero", {L"a\0b", 3}, {L"a\0b", 3}},
-        {"OneUnitLessThanFits", X(258), X(258)},
+        {"OneCodeUnitLessThanFits", X(258), X(258)},
         {"AsMuchAsFits", X(259), X(259)},
-        {"OneUnitMore", X(260), X(259)},
+        {"OneCodeUnitMore", X(260), X(259)},
         {"FarMore", X(100000), X(259)},
         {"APairThatJustFits", X(257) + Pair, X(257) + Pair},
         {"APairThatEndsAtTheCut", X(257) + Pair + L"x", X(257) + Pair},
@@ -54,12 +54,12 @@ std::vector<FixedText> FixedTexts() {
 
 }  // namespace
 
-class FixedTextTest : public testing::TestWithParam<FixedText> {};
+class CopyTruncatedTest : public testing::TestWithParam<FixedText> {};
 
-INSTANTIATE_TEST_SUITE_P(, FixedTextTest, testing::ValuesIn(FixedTexts()),
+INSTANTIATE_TEST_SUITE_P(, CopyTruncatedTest, testing::ValuesIn(FixedTexts()),
                          [](const auto& info) { return info.param.name; });
 
-TEST_P(FixedTextTest, IsCutWhereItMustBeAndEndsWithAZero) {
+TEST_P(CopyTruncatedTest, CopyIsTruncatedBetweenCharactersAndTerminated) {
     const std::wstring& copied = GetParam().copied;
     wchar_t buffer[TextCapacity + 1];
     std::ranges::fill(buffer, L'#');

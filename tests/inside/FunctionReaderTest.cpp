@@ -19,7 +19,7 @@ protected:
     CFunctionTable table;
 };
 
-TEST_F(FunctionReaderTest, ReadsAFunctionWithAllItHas) {
+TEST_F(FunctionReaderTest, AllFieldsOfFunctionAreRead) {
     ASSERT_TRUE(
         Load(LR"(<Function ID="3" Flag="4" Type="5" Name="n" Group="g">
         <Display><AC><DisplayItem Label="a" Option="6"/></AC><DC><DisplayItem Label="d" Option="7"/></DC></Display>
@@ -46,7 +46,7 @@ TEST_F(FunctionReaderTest, ReadsAFunctionWithAllItHas) {
     EXPECT_EQ(command.specInfo1, L"s");
 }
 
-TEST_F(FunctionReaderTest, AFunctionKeepsWhatItLacksOfTheOneBefore) {
+TEST_F(FunctionReaderTest, MissingAttributeInheritsFromPreviousFunction) {
     ASSERT_TRUE(
         Load(LR"(<Function ID="1"><Display/><Commands/></Function>
         <Function ID="2" Flag="4" Type="5" Name="A" Group="g"><Display/><Commands/></Function>
@@ -58,7 +58,7 @@ TEST_F(FunctionReaderTest, AFunctionKeepsWhatItLacksOfTheOneBefore) {
     EXPECT_EQ(table.functions.at(3).type, 5);
 }
 
-TEST_F(FunctionReaderTest, AFunctionKeepsNoListOfTheOneBefore) {
+TEST_F(FunctionReaderTest, ChildListsAreNotInherited) {
     ASSERT_TRUE(
         Load(LR"(<Function ID="1"><Display><AC><DisplayItem/></AC><DC><DisplayItem/></DC></Display>
         <Commands><CommandItem/></Commands></Function>
@@ -69,7 +69,7 @@ TEST_F(FunctionReaderTest, AFunctionKeepsNoListOfTheOneBefore) {
     EXPECT_TRUE(table.commands.at(2).empty());
 }
 
-TEST_F(FunctionReaderTest, AnItemKeepsWhatItLacksOfTheOneBeforeInItsList) {
+TEST_F(FunctionReaderTest, MissingAttributeInheritsFromPreviousItem) {
     ASSERT_TRUE(
         Load(LR"(<Function ID="1">
         <Display><AC><DisplayItem Label="a" Option="6"/><DisplayItem/></AC><DC><DisplayItem/></DC></Display>
@@ -82,7 +82,7 @@ TEST_F(FunctionReaderTest, AnItemKeepsWhatItLacksOfTheOneBeforeInItsList) {
     EXPECT_EQ(table.commands.at(1).at(1).event, 7);
 }
 
-TEST_F(FunctionReaderTest, TheFirstFunctionOfAnIdKeepsItsDataAndItsCommands) {
+TEST_F(FunctionReaderTest, DuplicateIdKeepsFirstFunction) {
     ASSERT_TRUE(
         Load(LR"(
         <Function ID="1" Name="first"><Display/><Commands><CommandItem ID="10"/></Commands></Function>
@@ -92,14 +92,14 @@ TEST_F(FunctionReaderTest, TheFirstFunctionOfAnIdKeepsItsDataAndItsCommands) {
     EXPECT_EQ(table.commands.at(1).at(0).id, 10);
 }
 
-TEST_F(FunctionReaderTest, AFailedLoadLeavesNothingOfAnEarlierOne) {
+TEST_F(FunctionReaderTest, FailedLoadEmptiesTable) {
     ASSERT_TRUE(Load(LR"(<Function ID="1"><Display/><Commands/></Function>)"));
     EXPECT_FALSE(Load(LR"(<Function ID="2"><Display/><Commands/></Function><Function ID="3"/>)"));
     EXPECT_TRUE(table.functions.empty());
     EXPECT_TRUE(table.commands.empty());
 }
 
-TEST_F(FunctionReaderTest, NoElementIsReadFromNone) {
+TEST_F(FunctionReaderTest, NullElementReadsNothing) {
     FunctionRecord record;
     List<DisplayItem> items;
     std::vector<CommandItem> commands;

@@ -51,131 +51,131 @@ protected:
 
 // ---- Loading and saving ----
 
-TEST_F(ProfileTest, ANewDocumentHasNoRoot) {
+TEST_F(ProfileTest, NewDocumentHasNoRoot) {
     EXPECT_EQ(profile.FindRoot(), nullptr);
     EXPECT_EQ(profile.Path(), file.wstring());
 }
 
-TEST_F(ProfileTest, LoadsItsFile) {
+TEST_F(ProfileTest, ExistingFileIsLoaded) {
     EXPECT_FALSE(profile.FileExists());
     Load("<R><A/></R>");
     EXPECT_TRUE(profile.FileExists());
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A/></R>");
 }
 
-TEST_F(ProfileTest, TheRootMayHaveAnyName) {
+TEST_F(ProfileTest, RootOfAnyNameIsAccepted) {
     Load("<!--first--><x:Any xmlns:x='urn:x'/>");
     EXPECT_NE(profile.FindRoot(), nullptr);
 }
 
-TEST_F(ProfileTest, AMissingFileIsNotLoaded) {
+TEST_F(ProfileTest, MissingFileFailsToLoad) {
     EXPECT_FALSE(profile.Load());
     EXPECT_EQ(profile.FindRoot(), nullptr);
 }
 
-TEST_F(ProfileTest, AFailedLoadLeavesAnEmptyDocument) {
+TEST_F(ProfileTest, FailedLoadLeavesEmptyDocument) {
     Load("<R/>");
     WriteFile(file, "<R>");
     EXPECT_FALSE(profile.Load());
     EXPECT_EQ(profile.FindRoot(), nullptr);
 }
 
-TEST_F(ProfileTest, LoadsAgainAfterAFailedLoad) {
+TEST_F(ProfileTest, RetryAfterFailedLoadSucceeds) {
     WriteFile(file, "no XML");
     EXPECT_FALSE(profile.Load());
     Load("<R/>");
     EXPECT_NE(profile.FindRoot(), nullptr);
 }
 
-TEST_F(ProfileTest, ALoadReplacesTheDocument) {
+TEST_F(ProfileTest, SecondLoadReplacesDocument) {
     Load("<Old/>");
     Load("<New/>");
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<New/>");
 }
 
-TEST_F(ProfileTest, AWriteIntoAMissingFolderFails) {
+TEST_F(ProfileTest, MissingFolderFailsToWrite) {
     Load("<R/>");
     std::filesystem::remove_all(file.parent_path());
     EXPECT_FALSE(profile.Write());
 }
 
-TEST_F(ProfileTest, AnEmptyPathNamesNoFile) {
+TEST_F(ProfileTest, EmptyPathNamesNoFile) {
     Profile nowhere{L""};
     EXPECT_FALSE(nowhere.FileExists());
     EXPECT_FALSE(nowhere.Load());
     EXPECT_FALSE(nowhere.Write());
 }
 
-TEST_F(ProfileTest, ACreatedRootStandsBehindADeclaration) {
+TEST_F(ProfileTest, CreatedRootFollowsXmlDeclaration) {
     profile.CreateRoot(L"Root");
     EXPECT_EQ(Save(), "<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n");
 }
 
 // ---- Children and sections ----
 
-TEST_F(ProfileTest, GetsTheFirstChildOfThatName) {
+TEST_F(ProfileTest, FirstMatchingChildIsReturned) {
     Load("<R><A n='1'/><A n='2'/></R>");
     EXPECT_EQ(XmlOf(profile.GetChildNode(profile.FindRoot(), L"A")), L"<A n=\"1\"/>");
 }
 
-TEST_F(ProfileTest, CreatesAMissingChildOnce) {
+TEST_F(ProfileTest, MissingChildIsCreatedOnce) {
     Load("<R><B/></R>");
     EXPECT_EQ(XmlOf(profile.GetChildNode(profile.FindRoot(), L"A")), L"<A/>");
     profile.GetChildNode(profile.FindRoot(), L"A");
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><B/><A/></R>");
 }
 
-TEST_F(ProfileTest, CreatesAChildBesideOneWithANamespace) {
+TEST_F(ProfileTest, ChildInNamespaceIsNoMatch) {
     Load("<R><A xmlns='urn:x'/></R>");
     profile.GetChildNode(profile.FindRoot(), L"A");
     EXPECT_NE(profile.FindSection(L"A"), nullptr);
 }
 
-TEST_F(ProfileTest, ANullParentHasNoChildAndGetsNone) {
+TEST_F(ProfileTest, NullParentReturnsNullChild) {
     Load("<R/>");
     EXPECT_EQ(profile.GetChildNode(nullptr, L"A"), nullptr);
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R/>");
 }
 
-TEST_F(ProfileTest, FindingASectionCreatesNothing) {
+TEST_F(ProfileTest, FindingSectionCreatesNothing) {
     EXPECT_EQ(profile.FindSection(L"A"), nullptr);
     Load("<R><B><A/></B></R>");
     EXPECT_EQ(profile.FindSection(L"A"), nullptr);
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><B><A/></B></R>");
 }
 
-TEST_F(ProfileTest, ClearsASectionOfItsChildren) {
+TEST_F(ProfileTest, ClearingSectionRemovesOnlyItsChildren) {
     Load("<R><A n='1'><B/>text<!--c--></A><C><D/></C></R>");
     EXPECT_TRUE(profile.ClearSection(L"A"));
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A n=\"1\"/><C><D/></C></R>");
 }
 
-TEST_F(ProfileTest, ClearsTheFirstSectionOfThatName) {
+TEST_F(ProfileTest, ClearingAffectsFirstMatchingSection) {
     Load("<R><A><B/></A><A><B/></A></R>");
     EXPECT_TRUE(profile.ClearSection(L"A"));
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A/><A><B/></A></R>");
 }
 
-TEST_F(ProfileTest, ClearingAnEmptySectionGivesFalse) {
+TEST_F(ProfileTest, ClearingEmptySectionReturnsFalse) {
     Load("<R><A n='1'/></R>");
     EXPECT_FALSE(profile.ClearSection(L"A"));
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A n=\"1\"/></R>");
 }
 
-TEST_F(ProfileTest, ClearingAMissingSectionCreatesIt) {
+TEST_F(ProfileTest, ClearingMissingSectionCreatesIt) {
     Load("<R/>");
     EXPECT_FALSE(profile.ClearSection(L"A"));
     EXPECT_EQ(XmlOf(profile.FindRoot()), L"<R><A/></R>");
 }
 
-TEST_F(ProfileTest, ClearingWithoutARootCreatesNothing) {
+TEST_F(ProfileTest, ClearingWithoutRootCreatesNothing) {
     EXPECT_FALSE(profile.ClearSection(L"A"));
     EXPECT_EQ(profile.FindRoot(), nullptr);
 }
 
 // ---- Without COM on the thread ----
 
-TEST_F(ProfileTest, WithoutComADocumentFindsNothingAndFails) {
+TEST_F(ProfileTest, UninitialisedComFailsDocumentOperations) {
     WriteFile(file, "<R><A/></R>");
     const Markup elsewhere{L"<R/>"};
     const std::jthread thread{[&] {
@@ -193,7 +193,7 @@ TEST_F(ProfileTest, WithoutComADocumentFindsNothingAndFails) {
     EXPECT_EQ(ReadFile(file), "<R><A/></R>");
 }
 
-TEST_F(ProfileTest, WithoutComTheDataFilesHaveNoSections) {
+TEST_F(ProfileTest, UninitialisedComLeavesFilesWithoutSections) {
     WriteFile(file, "<R><PowerSchemes><PowerScheme/></PowerSchemes></R>");
     const std::jthread thread{[&] {
         CXmlZOTPowercfg settings;
@@ -211,12 +211,12 @@ TEST_F(ProfileTest, WithoutComTheDataFilesHaveNoSections) {
 
 // ---- The base catalogue ----
 
-TEST_F(ProfileTest, TheBaseCatalogueFindsNothingUnderANullParent) {
+TEST_F(ProfileTest, BaseCatalogueReturnsNullForNullParent) {
     CXmlZOTBase base;
     EXPECT_EQ(base.GetChildNode(nullptr, L"Functions"), nullptr);
 }
 
-TEST_F(ProfileTest, TheBaseCatalogueFindsItsSections) {
+TEST_F(ProfileTest, BaseCatalogueFindsItsSections) {
     WriteFile(installation.BaseFile(),
               "<B><Functions n='1'/><SpecSchemes n='2'/><CommonSettings n='3'/></B>");
     CXmlZOTBase base;
@@ -225,7 +225,7 @@ TEST_F(ProfileTest, TheBaseCatalogueFindsItsSections) {
     EXPECT_EQ(XmlOf(base.CommonSettings()), L"<CommonSettings n=\"3\"/>");
 }
 
-TEST_F(ProfileTest, TheBaseCatalogueCreatesNothing) {
+TEST_F(ProfileTest, BaseCatalogueCreatesNoSections) {
     WriteFile(installation.BaseFile(), "<B/>");
     CXmlZOTBase base;
     EXPECT_EQ(base.Functions(), nullptr);
@@ -233,7 +233,7 @@ TEST_F(ProfileTest, TheBaseCatalogueCreatesNothing) {
     EXPECT_EQ(XmlOf(base.FindRoot()), L"<B/>");
 }
 
-TEST_F(ProfileTest, ABaseCatalogueWithoutAFileIsEmpty) {
+TEST_F(ProfileTest, MissingBaseCatalogueIsEmpty) {
     CXmlZOTBase base;
     EXPECT_EQ(base.FindRoot(), nullptr);
     EXPECT_EQ(base.Functions(), nullptr);
@@ -241,12 +241,12 @@ TEST_F(ProfileTest, ABaseCatalogueWithoutAFileIsEmpty) {
 
 // ---- The writable files ----
 
-TEST_F(ProfileTest, TheDefaultsWithoutAFileHaveARoot) {
+TEST_F(ProfileTest, MissingDefaultsFileYieldsRootInMemory) {
     EXPECT_EQ(XmlOf(CXmlZOTDefault{}.FindRoot()), L"<ZOTDefault/>");
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
 }
 
-TEST_F(ProfileTest, TheDefaultsFindFunctionsWithoutCreatingThem) {
+TEST_F(ProfileTest, FindingFunctionsInDefaultsCreatesNothing) {
     WriteFile(installation.DefaultsFile(), "<D/>");
     CXmlZOTDefault defaults;
     EXPECT_EQ(defaults.FindFunctions(), nullptr);
@@ -255,7 +255,7 @@ TEST_F(ProfileTest, TheDefaultsFindFunctionsWithoutCreatingThem) {
     EXPECT_NE(defaults.FindFunctions(), nullptr);
 }
 
-TEST_F(ProfileTest, TheUserSettingsWithoutAFileStayEmptyUntilASectionIsAskedFor) {
+TEST_F(ProfileTest, UserSettingsRootIsCreatedWithFirstSection) {
     CXmlZOTPowercfg settings;
     settings.Open();
     EXPECT_EQ(settings.FindRoot(), nullptr);
@@ -263,7 +263,7 @@ TEST_F(ProfileTest, TheUserSettingsWithoutAFileStayEmptyUntilASectionIsAskedFor)
     EXPECT_EQ(XmlOf(settings.FindRoot()), L"<OrloPowerCfg><CommonSettings/></OrloPowerCfg>");
 }
 
-TEST_F(ProfileTest, TheFirstSaveWritesTheRootAndTheDeclaration) {
+TEST_F(ProfileTest, FirstSaveWritesDeclarationAndRoot) {
     CXmlZOTPowercfg settings;
     settings.PowerSchemes();
     EXPECT_TRUE(settings.Save());
@@ -271,7 +271,7 @@ TEST_F(ProfileTest, TheFirstSaveWritesTheRootAndTheDeclaration) {
               "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes/></OrloPowerCfg>\n");
 }
 
-TEST_F(ProfileTest, TheResetEmptiesBothSectionsAndTheSettingsThatAreAttributes) {
+TEST_F(ProfileTest, ResetEmptiesBothSectionsAndSettingAttributes) {
     WriteFile(file,
               "<R><PowerSchemes n='1'><PowerScheme/></PowerSchemes><CommonSettings a='1' "
               "b='2'><C/></CommonSettings></R>");
@@ -281,7 +281,7 @@ TEST_F(ProfileTest, TheResetEmptiesBothSectionsAndTheSettingsThatAreAttributes) 
     EXPECT_EQ(XmlOf(settings.FindRoot()), L"<R><PowerSchemes n=\"1\"/><CommonSettings/></R>");
 }
 
-TEST_F(ProfileTest, TheResetStopsWhereThereIsNoScheme) {
+TEST_F(ProfileTest, ResetWithoutSchemesKeepsSettings) {
     WriteFile(file, "<R><PowerSchemes/><CommonSettings a='1'/></R>");
     CXmlZOTPowercfg settings;
     settings.Open();
@@ -289,7 +289,7 @@ TEST_F(ProfileTest, TheResetStopsWhereThereIsNoScheme) {
     EXPECT_EQ(XmlOf(settings.CommonSettings()), L"<CommonSettings a=\"1\"/>");
 }
 
-TEST_F(ProfileTest, TheSettingsOfAFileThatIsGoneAreForgotten) {
+TEST_F(ProfileTest, SettingsOfDeletedFileAreDropped) {
     WriteFile(file, "<R><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings a='1'/></R>");
     CXmlZOTPowercfg settings;
     settings.Open();
@@ -300,12 +300,12 @@ TEST_F(ProfileTest, TheSettingsOfAFileThatIsGoneAreForgotten) {
 
 // ---- Paths ----
 
-TEST_F(ProfileTest, AFolderIsExpandedAndTheFileNameAppended) {
+TEST_F(ProfileTest, FolderIsExpandedAndFileNameAppended) {
     SetEnvironmentVariableW(L"ZOTDamTest", L"C:\\Folder");
     EXPECT_EQ(FileInFolder(L"%ZOTDamTest%\\", L"file.xml", 256), L"C:\\Folder\\file.xml");
 }
 
-TEST_F(ProfileTest, AFolderThatDoesNotFitGivesNoPath) {
+TEST_F(ProfileTest, TooLongFolderReturnsEmptyPath) {
     SetEnvironmentVariableW(L"ZOTDamTest", std::wstring(254, L'f').c_str());
     EXPECT_EQ(FileInFolder(L"%ZOTDamTest%\\", L"file.xml", 256), std::wstring(254, L'f') + L"\\file.xml");
     EXPECT_EQ(FileInFolder(L"%ZOTDamTest%f\\", L"file.xml", 256), L"");

@@ -5,7 +5,7 @@
 
 namespace ZOTDam::Test {
 
-TEST(TextStreamTest, KeepsWhatIsWritten) {
+TEST(TextStreamTest, WrittenBytesAreKept) {
     CTextStream stream;
     ULONG written = 0;
     EXPECT_EQ(stream.Write("ab", 2, &written), S_OK);
@@ -16,7 +16,7 @@ TEST(TextStreamTest, KeepsWhatIsWritten) {
     EXPECT_TRUE(stream.IsComplete());
 }
 
-TEST(TextStreamTest, IsAStreamAndNothingElse) {
+TEST(TextStreamTest, OnlyStreamInterfacesAreSupported) {
     CTextStream stream;
     void* object = nullptr;
     for (const IID& iid : {IID_IUnknown, IID_ISequentialStream, IID_IStream}) {
@@ -27,14 +27,14 @@ TEST(TextStreamTest, IsAStreamAndNothingElse) {
     EXPECT_EQ(object, nullptr);
 }
 
-TEST(TextStreamTest, LivesWhereItIsDeclared) {
+TEST(TextStreamTest, ReferenceCountIsConstant) {
     CTextStream stream;
     EXPECT_EQ(stream.AddRef(), 1u);
     EXPECT_EQ(stream.Release(), 1u);
     EXPECT_EQ(stream.Release(), 1u);
 }
 
-TEST(TextStreamTest, RefusesWhatNoSavingNeeds) {
+TEST(TextStreamTest, MethodsUnusedBySaveAreNotImplemented) {
     CTextStream stream;
     EXPECT_EQ(stream.Read(nullptr, 0, nullptr), E_NOTIMPL);
     EXPECT_EQ(stream.Seek({}, STREAM_SEEK_SET, nullptr), E_NOTIMPL);

@@ -25,11 +25,11 @@ const RegisterRole commitFault{CommitFault, [](const std::vector<std::wstring>& 
 
 }  // namespace
 
-class FaultTest : public testing::TestWithParam<Fault> {};
+class FaultDetectionTest : public testing::TestWithParam<Fault> {};
 
-INSTANTIATE_TEST_SUITE_P(, FaultTest, testing::ValuesIn(Faults()), CaseName<Fault>);
+INSTANTIATE_TEST_SUITE_P(, FaultDetectionTest, testing::ValuesIn(Faults()), CaseName<Fault>);
 
-TEST_P(FaultTest, EndsTheProcess) {
+TEST_P(FaultDetectionTest, FaultEndsProcess) {
     const std::string& name = GetParam().name;
     SecondProcess process{CommitFault, {{name.begin(), name.end()}}};
     const DWORD exitCode = process.WaitForExit();

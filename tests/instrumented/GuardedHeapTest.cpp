@@ -73,7 +73,7 @@ protected:
     }
 };
 
-TEST_F(GuardedHeapTest, EndsEachBlockOfTheDllWhereNothingCanBeRead) {
+TEST_F(GuardedHeapTest, AllocationOfDllEndsAtGuardPage) {
     WriteDefaults(TwoFunctions);
     std::vector<DWORD> accesses;  // to each record, and to the memory after the list node that holds it
     auto collect = MakeCallback<IGetParameterCallback>([&](std::int32_t, const ParamValue* value) {
@@ -85,7 +85,7 @@ TEST_F(GuardedHeapTest, EndsEachBlockOfTheDllWhereNothingCanBeRead) {
     EXPECT_EQ(accesses, (std::vector<DWORD>{PAGE_READWRITE, Guard, PAGE_READWRITE, Guard}));
 }
 
-TEST_F(GuardedHeapTest, TakesFreedBlocksOfTheDllAway) {
+TEST_F(GuardedHeapTest, FreedMemoryOfDllIsInaccessible) {
     WriteDefaults(TwoFunctions);
     const ParamValue* freed = nullptr;
     auto keep =
@@ -94,7 +94,7 @@ TEST_F(GuardedHeapTest, TakesFreedBlocksOfTheDllAway) {
     EXPECT_EQ(AccessTo(freed), static_cast<DWORD>(PAGE_NOACCESS));
 }
 
-TEST_F(GuardedHeapTest, FillsWhatIsNewAndWhatIsFreed) {
+TEST_F(GuardedHeapTest, NewAndFreedMemoryIsFilled) {
     unsigned char* volatile memory = static_cast<unsigned char*>(::operator new(length));
     EXPECT_EQ(std::count(memory, memory + length, 0xcd), 5);
     ::operator delete(memory);
@@ -103,7 +103,7 @@ TEST_F(GuardedHeapTest, FillsWhatIsNewAndWhatIsFreed) {
     EXPECT_EQ(std::count(memory, memory + length, 0xdd), 5);
 }
 
-TEST_F(GuardedHeapTest, RefusesWhatNoMemoryHolds) {
+TEST_F(GuardedHeapTest, ImpossibleSizeThrowsBadAlloc) {
     volatile std::size_t tooMuch = SIZE_MAX;
     EXPECT_THROW(static_cast<void>(::operator new(tooMuch)), std::bad_alloc);
     tooMuch = SIZE_MAX / 2;

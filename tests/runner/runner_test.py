@@ -47,36 +47,36 @@ class ShardTest(unittest.TestCase):
     def test_tests_with_results_pass(self):
         self.expect_counts(self.shard_of(self.write(result('One'), result('Two'))), 5, [])
 
-    def test_a_failure_is_counted_once(self):
+    def test_failure_is_counted_once(self):
         failing = result('Two', failures=[{'failure': 'first'}, {'failure': 'second'}])
         self.expect_counts(self.shard_of(self.write(result('One'), failing) + 'exit 1'), 4, ['A.Two'])
 
-    def test_a_missing_result_is_a_failure(self):
+    def test_missing_result_is_a_failure(self):
         self.expect_counts(self.shard_of(self.write(result('One'))), 4, ['A.Two'])
 
-    def test_a_skipped_test_is_a_failure(self):
+    def test_skipped_test_is_a_failure(self):
         skipped = result('Two') | {'result': 'SKIPPED'}
         self.expect_counts(self.shard_of(self.write(result('One'), skipped)), 4, ['A.Two'])
 
-    def test_a_program_that_dies_fails_all_of_its_tests(self):
+    def test_program_that_crashes_fails_all_its_tests(self):
         self.expect_counts(self.shard_of('kill -SEGV $$'), 0, TESTS)
 
-    def test_a_program_that_hangs_fails_all_of_its_tests(self):
+    def test_program_that_hangs_fails_all_its_tests(self):
         self.swap(run_tests, 'TIME_LIMIT', 0.2)
         self.swap(run_tests, 'stop_server', lambda environment: None)
         self.expect_counts(self.shard_of('sleep 60'), 0, TESTS)
 
-    def test_a_program_that_does_not_start_fails_all_of_its_tests(self):
+    def test_program_that_cannot_start_fails_all_its_tests(self):
         self.swap(run_tests, 'test_command', lambda *arguments: ['/no/such/program'])
         shard = run_tests.Shard(self.folder.name, 'program', TESTS, 0, 1, None)
         shard.execute(self.environment)
         self.expect_counts(shard, 0, TESTS)
 
-    def test_results_of_an_earlier_run_do_not_count(self):
+    def test_results_of_earlier_run_do_not_count(self):
         self.shard_of(self.write(result('One'), result('Two')))
         self.expect_counts(self.shard_of('exit 1'), 0, TESTS)
 
-    def test_a_bad_exit_code_is_a_failure(self):
+    def test_nonzero_exit_code_is_a_failure(self):
         self.expect_counts(self.shard_of(self.write(result('One'), result('Two')) + 'exit 3'), 5, ['program'])
 
     def test_each_test_belongs_to_one_shard(self):
@@ -84,7 +84,7 @@ class ShardTest(unittest.TestCase):
         self.assertEqual(sorted(shards[0].tests + shards[1].tests), sorted(TESTS))
         self.assertEqual(shards[0].tests, TESTS[0::2])
 
-    def test_a_shard_that_never_runs_fails_all_of_its_tests(self):
+    def test_shard_that_never_runs_fails_all_its_tests(self):
         shard = run_tests.Shard(self.folder.name, 'program', TESTS, 0, 1, None)
         self.expect_counts(shard, 0, TESTS)
 
@@ -103,16 +103,16 @@ class CheckTest(unittest.TestCase):
                 sys.stdout = output
             return check.passed, len(check.failures)
 
-    def test_the_last_line_counts(self):
+    def test_last_line_has_the_counts(self):
         self.assertEqual(self.check_of('echo 7 passed, 8 failed; echo 3 passed, 0 failed'), (3, 0))
 
     def test_failures_are_counted(self):
         self.assertEqual(self.check_of('echo 3 passed, 2 failed; exit 1'), (3, 2))
 
-    def test_a_check_without_counts_is_a_failure(self):
+    def test_check_without_counts_is_a_failure(self):
         self.assertEqual(self.check_of('echo no counts'), (0, 1))
 
-    def test_a_check_that_dies_after_its_counts_is_a_failure(self):
+    def test_check_that_fails_after_counts_is_a_failure(self):
         self.assertEqual(self.check_of('echo 3 passed, 0 failed; exit 1'), (3, 1))
 
 

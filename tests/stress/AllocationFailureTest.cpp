@@ -343,7 +343,7 @@ private:
 
 INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Cases()), CaseName<Case>);
 
-TEST_P(AllocationFailureTest, IsSurvivedAtTheFirstUse) {
+TEST_P(AllocationFailureTest, FirstUseSurvivesFailure) {
     for (const bool lasts : {false, true}) {
         bool hasFailed = true;
         for (int call = 1; hasFailed; call += Step(lasts)) {
@@ -358,7 +358,7 @@ TEST_P(AllocationFailureTest, IsSurvivedAtTheFirstUse) {
     }
 }
 
-TEST_P(AllocationFailureTest, IsSurvivedAtALaterUse) {
+TEST_P(AllocationFailureTest, LaterUseSurvivesFailure) {
     const Session session{kind};
     Prepare(session);
     EXPECT_EQ(Call(session), whole);

@@ -48,14 +48,14 @@ std::vector<HostileContent> OversizedContents() {
 
 }  // namespace
 
-class FloodTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
+class LargeFileTest : public HostileFileTest, public testing::WithParamInterface<HostileCase> {};
 
-INSTANTIATE_TEST_SUITE_P(, FloodTest,
+INSTANTIATE_TEST_SUITE_P(, LargeFileTest,
                          testing::Combine(testing::ValuesIn(Targets()),
                                           testing::ValuesIn(OversizedContents())),
                          NameOfCase);
 
-TEST_P(FloodTest, IsSurvivedByEveryExport) {
+TEST_P(LargeFileTest, EveryExportSurvivesLargeFile) {
     const auto& [target, content] = GetParam();
     Write(target, content);
     CallEveryExport(Dll(), Balanced);

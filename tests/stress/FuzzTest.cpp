@@ -87,7 +87,7 @@ private:
     Input stringTable{installation.StringTableFile(), {}};
 };
 
-TEST_F(FuzzTest, NoInputCrashesAnExportOrSpoilsAFile) {
+TEST_F(FuzzTest, RandomInputNeitherCrashesNorDamagesFiles) {
     const unsigned first = NumberOr("ZOTDAM_FUZZ_SEED", 0);
     const unsigned rounds = NumberOr("ZOTDAM_FUZZ_ROUNDS", static_cast<unsigned>(Rounds(80, 5000)));
     for (unsigned seed = first; seed - first < rounds; ++seed) {

@@ -126,7 +126,7 @@ void SpinFor(int microseconds) {
 
 }  // namespace
 
-class KillTest : public FunctionDefaultsTest, public testing::WithParamInterface<Saver> {
+class KilledSaveTest : public FunctionDefaultsTest, public testing::WithParamInterface<Saver> {
 protected:
     std::filesystem::path File() const { return (installation.*GetParam().file)(); }
 
@@ -169,9 +169,9 @@ protected:
     int interrupted = 0;  // kills that left a temporary file
 };
 
-INSTANTIATE_TEST_SUITE_P(, KillTest, testing::ValuesIn(savers), CaseName<Saver>);
+INSTANTIATE_TEST_SUITE_P(, KilledSaveTest, testing::ValuesIn(savers), CaseName<Saver>);
 
-TEST_P(KillTest, LeavesTheOldOrTheNewFile) {
+TEST_P(KilledSaveTest, KilledProcessLeavesOldOrNewFile) {
     const int kills = Rounds(12, 1000);
     const int spoiled = KillSavers(SavesInALoop, kills);
     EXPECT_EQ(spoiled, 0);
@@ -184,7 +184,7 @@ TEST_P(KillTest, LeavesTheOldOrTheNewFile) {
 }
 
 // Shows that the kills happen at the right moments: they interrupt saves that write directly to the file.
-TEST_P(KillTest, OfASaveByTheDomItselfSpoilsFiles) {
+TEST_P(KilledSaveTest, KilledProcessDamagesFileSavedByDom) {
     WriteFile(PathWith(".long"), longContent);
     WriteFile(PathWith(".short"), shortContent);
     longContent = RewriteWithDom(PathWith(".long"));

@@ -173,7 +173,7 @@ private:
 
 INSTANTIATE_TEST_SUITE_P(, LeakTest, testing::ValuesIn(Cases()), CaseName<Case>);
 
-TEST_P(LeakTest, ManyCallsHoldNoMoreThanAFew) {
+TEST_P(LeakTest, ManyCallsHoldNoMoreResourcesThanFew) {
     const int calls = Rounds(2 * fewCalls, condition.begin == &BeginNone ? 10000 : 1000);
     const ResourceSnapshot heldByAFew = HeldAfter(fewCalls);
     const int memoryOfAFew = memoryInUse;
@@ -186,7 +186,7 @@ TEST_P(LeakTest, ManyCallsHoldNoMoreThanAFew) {
 
 // ---- Checks that no export is left out and that leaks are detected ----
 
-TEST(CallsOfAllExports, AreThoseOfTheDll) {
+TEST(AllExportCallsTest, ListOfCallsNamesEveryExport) {
     std::vector<std::string> names;
     for (const ExportCall& call : callsOfAllExports)
         names.push_back(call.exportName);
@@ -208,26 +208,26 @@ protected:
     const ResourceSnapshot before;
 };
 
-TEST_F(ResourceSnapshotTest, CountsTheBlocksOfTheLoad) {
+TEST_F(ResourceSnapshotTest, HeapAllocationsOfLoadAreCounted) {
     EXPECT_GT(before.heapAllocations, 0u);
     EXPECT_GT(before.resources[CriticalSections], 0);
 }
 
-TEST_F(ResourceSnapshotTest, CountsABlockOfTheCRuntime) {
+TEST_F(ResourceSnapshotTest, AllocationByCRuntimeIsCounted) {
     void* const block = Imported<decltype(std::malloc)>("malloc")(16);
     EXPECT_EQ(ResourceSnapshot{}.heapAllocations, before.heapAllocations + 1);
     Imported<decltype(std::free)>("free")(block);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsATextOfCom) {
+TEST_F(ResourceSnapshotTest, ComStringIsCounted) {
     const BSTR text = Imported<decltype(SysAllocString)>("SysAllocString")(L"text");
     EXPECT_EQ(ResourceSnapshot{}.comAllocations, before.comAllocations + 1);
     Imported<decltype(SysFreeString)>("SysFreeString")(text);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsATextInAVariant) {
+TEST_F(ResourceSnapshotTest, StringInVariantIsCounted) {
     const OwnedBstr text{SysAllocString(L"text")};
     const ResourceSnapshot beforeTheCopy;
     VARIANT source;
@@ -241,7 +241,7 @@ TEST_F(ResourceSnapshotTest, CountsATextInAVariant) {
     EXPECT_EQ(ResourceSnapshot{}, beforeTheCopy);
 }
 
-TEST_F(ResourceSnapshotTest, CountsADocumentOfTheDom) {
+TEST_F(ResourceSnapshotTest, DomDocumentIsCounted) {
     void* document = nullptr;
     Imported<decltype(CoCreateInstance)>("CoCreateInstance")(DomDocument60, nullptr, CLSCTX_ALL, IID_IUnknown,
                                                              &document);
@@ -249,7 +249,7 @@ TEST_F(ResourceSnapshotTest, CountsADocumentOfTheDom) {
     static_cast<IUnknown*>(document)->Release();
 }
 
-TEST_F(ResourceSnapshotTest, CountsAnErrorInformationObject) {
+TEST_F(ResourceSnapshotTest, ErrorInformationObjectIsCounted) {
     IErrorInfo* information = nullptr;
     Imported<decltype(GetErrorInfo)>("GetErrorInfo")(0, &information);
     EXPECT_EQ(ResourceSnapshot{}.errorInfos, before.errorInfos + 1);
@@ -257,7 +257,7 @@ TEST_F(ResourceSnapshotTest, CountsAnErrorInformationObject) {
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsAGuidText) {
+TEST_F(ResourceSnapshotTest, GuidStringIsCounted) {
     RPC_WSTR text = nullptr;
     Imported<decltype(UuidToStringW)>("UuidToStringW")(const_cast<GUID*>(&Balanced), &text);
     EXPECT_EQ(ResourceSnapshot{}.resources[GuidTexts], before.resources[GuidTexts] + 1);
@@ -265,7 +265,7 @@ TEST_F(ResourceSnapshotTest, CountsAGuidText) {
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsTheHandlesOfMarkersAndFiles) {
+TEST_F(ResourceSnapshotTest, MutexAndFileHandlesAreCounted) {
     const wchar_t name[] = L"zotdam-test-resource-snapshot";
     const HANDLE handles[] = {
         Imported<decltype(CreateMutexW)>("CreateMutexW")(nullptr, FALSE, name),
@@ -278,7 +278,7 @@ TEST_F(ResourceSnapshotTest, CountsTheHandlesOfMarkersAndFiles) {
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsNoHandleThatWasNotToBeHad) {
+TEST_F(ResourceSnapshotTest, FailedOpenIsNotCounted) {
     EXPECT_EQ(Imported<decltype(OpenMutexW)>("OpenMutexW")(SYNCHRONIZE, FALSE, L"zotdam-test-none"), nullptr);
     EXPECT_EQ(Imported<decltype(CreateFileW)>("CreateFileW")(L"zotdam-test-none", GENERIC_READ,
                                                              FILE_SHARE_READ, nullptr, OPEN_EXISTING,
@@ -287,7 +287,7 @@ TEST_F(ResourceSnapshotTest, CountsNoHandleThatWasNotToBeHad) {
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsACriticalSectionAndItsLock) {
+TEST_F(ResourceSnapshotTest, CriticalSectionAndItsLockAreCounted) {
     CRITICAL_SECTION section;
     Imported<decltype(InitializeCriticalSection)>("InitializeCriticalSection")(&section);
     Imported<decltype(EnterCriticalSection)>("EnterCriticalSection")(&section);
@@ -299,14 +299,14 @@ TEST_F(ResourceSnapshotTest, CountsACriticalSectionAndItsLock) {
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsAThreadSlot) {
+TEST_F(ResourceSnapshotTest, ThreadSlotIsCounted) {
     const DWORD slot = Imported<decltype(TlsAlloc)>("TlsAlloc")();
     EXPECT_EQ(ResourceSnapshot{}.resources[ThreadSlots], before.resources[ThreadSlots] + 1);
     Imported<decltype(TlsFree)>("TlsFree")(slot);
     EXPECT_EQ(ResourceSnapshot{}, before);
 }
 
-TEST_F(ResourceSnapshotTest, CountsALibrary) {
+TEST_F(ResourceSnapshotTest, LoadedLibraryIsCounted) {
     const HMODULE library = Imported<decltype(LoadLibraryW)>("LoadLibraryW")(L"kernel32.dll");
     EXPECT_EQ(ResourceSnapshot{}.resources[Libraries], before.resources[Libraries] + 1);
     Imported<decltype(FreeLibrary)>("FreeLibrary")(library);

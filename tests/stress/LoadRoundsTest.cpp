@@ -88,7 +88,7 @@ protected:
     ComScope com;  // keeps COM initialised between the rounds
 };
 
-TEST_F(LoadRoundsTest, WhatIsCountedCounts) {
+TEST_F(LoadRoundsTest, CountersDetectHeldResources) {
     const ProcessResources before;
     const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     const DWORD slot = TlsAlloc();
@@ -103,19 +103,19 @@ TEST_F(LoadRoundsTest, WhatIsCountedCounts) {
     CloseHandle(event);
 }
 
-TEST_F(LoadRoundsTest, WithExit) {
+TEST_F(LoadRoundsTest, RoundsWithExitReleaseResources) {
     ExpectNoLeaks(UseWithExit);
 }
 
-TEST_F(LoadRoundsTest, WithoutExit) {
+TEST_F(LoadRoundsTest, RoundsWithoutExitReleaseResources) {
     ExpectNoLeaks(UseWithoutExit);
 }
 
-TEST_F(LoadRoundsTest, WithExitOnAThreadThatEnds) {
+TEST_F(LoadRoundsTest, RoundsWithExitOnOwnThreadReleaseResources) {
     ExpectNoLeaks([] { OnNewThread(UseWithExit); });
 }
 
-TEST_F(LoadRoundsTest, WithoutExitOnAThreadThatEnds) {
+TEST_F(LoadRoundsTest, RoundsWithoutExitOnOwnThreadReleaseResources) {
     ExpectNoLeaks([] { OnNewThread(UseWithoutExit); });
 }
 

@@ -246,9 +246,9 @@ std::string ReadFileInUse(const std::filesystem::path& path) {
 
 // ---- The test ----
 
-class StressTest : public SettingsTest {
+class ConcurrentProcessesTest : public SettingsTest {
 protected:
-    StressTest() {
+    ConcurrentProcessesTest() {
         std::string functions;
         for (std::int32_t id = 0; id < FunctionCount; ++id)
             functions += Function(id, R"(<Default ACParamIndex="0" DCParamIndex="-1"/>)");
@@ -328,7 +328,7 @@ protected:
     int checks = 0;
 };
 
-TEST_F(StressTest, EightProcessesReadOnlyWhatOneOfThemWroteAndNoCallWaits) {
+TEST_F(ConcurrentProcessesTest, EveryReadReturnsWrittenValueWithoutWaiting) {
     StartAll(Rounds(12, 600));
     WaitForAll();
     EXPECT_GT(sync.state->replacements, 0);
@@ -337,7 +337,7 @@ TEST_F(StressTest, EightProcessesReadOnlyWhatOneOfThemWroteAndNoCallWaits) {
     ShowFigure("longest call in microseconds", sync.state->longestCall.load());
 }
 
-TEST_F(StressTest, TheFileIsWholeWheneverEightProcessesAreStopped) {
+TEST_F(ConcurrentProcessesTest, FileIsWellFormedWheneverProcessesAreSuspended) {
     const int rounds = Rounds(10, 500);
     StartAll(rounds);
     for (int round = 0; round < rounds * ProcessCount; ++round) {
@@ -351,7 +351,7 @@ TEST_F(StressTest, TheFileIsWholeWheneverEightProcessesAreStopped) {
     ShowFigure("checks of the file", checks);
 }
 
-TEST_F(StressTest, TheFileIsWholeWhicheverOfEightProcessesDies) {
+TEST_F(ConcurrentProcessesTest, FileIsWellFormedWhicheverProcessIsKilled) {
     std::minstd_rand random;
     StartAll(0);
     const int kills = Rounds(10, 400);
@@ -372,7 +372,7 @@ TEST_F(StressTest, TheFileIsWholeWhicheverOfEightProcessesDies) {
     ShowFigure("processes killed", kills);
 }
 
-TEST_F(StressTest, NoCallWaitsForAFileThatStaysBusy) {
+TEST_F(ConcurrentProcessesTest, CallsDoNotWaitForBusyFile) {
     const std::string before = OldUserFile("");
     WriteUserSettings(before);
     const SecondProcess holder{HoldMutex, {UserMarker}};
