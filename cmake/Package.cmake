@@ -49,11 +49,11 @@ install(FILES ${PROJECT_BINARY_DIR}/ZOTDamConfig.cmake ${PROJECT_BINARY_DIR}/ZOT
   DESTINATION ${package_config_folder} COMPONENT development)
 
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
-install(DIRECTORY schemas DESTINATION . COMPONENT development)
+install(DIRECTORY debug schemas DESTINATION . COMPONENT development)
 install(DIRECTORY samples DESTINATION . COMPONENT runtime)
 install(FILES package/Install-ZOTDam.ps1 DESTINATION . COMPONENT runtime)
 install(DIRECTORY docs examples DESTINATION . COMPONENT documentation)
-install(FILES README.md DESTINATION . COMPONENT documentation)
+install(FILES CHANGELOG.md LICENSE README.md THIRD-PARTY-NOTICES.txt DESTINATION . COMPONENT documentation)
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_VENDOR "Orlo Corporation")

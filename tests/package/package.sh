@@ -20,7 +20,8 @@ package=ZOTDam-$version-win64
 
 second="$folder/a second build"
 mkdir -p "$second/source"
-cp -r CMakeLists.txt README.md client cmake docs examples include package samples schemas src "$second/source"
+cp -r CMakeLists.txt CHANGELOG.md LICENSE README.md THIRD-PARTY-NOTICES.txt \
+    client cmake debug docs examples include package samples schemas src "$second/source"
 
 build_again() {
     cmake -S "$second/source" -B "$second/build" -G Ninja --toolchain "$second/source/cmake/mingw-w64.cmake" \
@@ -113,7 +114,8 @@ Install-ZOTDam.ps1
 bin/ZOTDam.dll
 bin/zotdamctl.exe
 NAMES
-cat >"$folder/development.txt" <<'NAMES'
+find debug -type f >"$folder/development.txt"
+cat >>"$folder/development.txt" <<'NAMES'
 include/ZOTDam.h
 include/ZOTDamClient.h
 lib/ZOTDam.lib
@@ -126,7 +128,7 @@ schemas/ZOTBase.xsd
 schemas/ZOTDefault.xsd
 schemas/ZOTPowercfg.xsd
 NAMES
-find README.md docs examples -type f >"$folder/documentation.txt"
+find CHANGELOG.md LICENSE README.md THIRD-PARTY-NOTICES.txt docs examples -type f >"$folder/documentation.txt"
 cat >"$folder/symbols.txt" <<'NAMES'
 bin/ZOTDam.dll.debug
 bin/zotdamctl.exe.debug
