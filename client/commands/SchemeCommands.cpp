@@ -62,11 +62,11 @@ struct Differences {
 // Splits one of the library's strings into lines. Each line ends with this pair. The rest after the last pair
 // is a truncated line and is dropped.
 std::vector<std::string> Lines(std::wstring_view text) {
-    constexpr std::wstring_view LineEnd = L"\n\r";
+    constexpr std::wstring_view lineEnd = L"\n\r";
     std::vector<std::string> lines;
-    for (auto end = text.find(LineEnd); end != std::wstring_view::npos; end = text.find(LineEnd)) {
+    for (auto end = text.find(lineEnd); end != std::wstring_view::npos; end = text.find(lineEnd)) {
         lines.push_back(ToUtf8(text.substr(0, end)));
-        text.remove_prefix(end + LineEnd.size());
+        text.remove_prefix(end + lineEnd.size());
     }
     return lines;
 }

@@ -36,10 +36,10 @@ bool IsSameInAnyCase(std::wstring_view left, std::wstring_view right) {
 }
 
 std::wstring_view Trimmed(std::wstring_view text) {
-    constexpr wchar_t Blanks[] = L" \t\r\n";
-    const std::size_t first = text.find_first_not_of(Blanks);
+    constexpr wchar_t blanks[] = L" \t\r\n";
+    const std::size_t first = text.find_first_not_of(blanks);
     return first == std::wstring_view::npos ? L""
-                                            : text.substr(first, text.find_last_not_of(Blanks) + 1 - first);
+                                            : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 // Returns whether a string consists of one 32-bit number, apart from surrounding white space.
@@ -60,21 +60,21 @@ std::int32_t ReadNumber(const std::wstring& text) {
 
 // Returns whether a string has the form that the library accepts: 36 characters without braces.
 bool IsGuid(std::wstring_view text) {
-    constexpr std::wstring_view Form = L"xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
-    return std::ranges::equal(text, Form, [](wchar_t character, wchar_t form) {
-        constexpr std::wstring_view Digits = L"0123456789abcdefABCDEF";
-        return form == L'-' ? character == L'-' : Digits.find(character) != std::wstring_view::npos;
+    constexpr std::wstring_view pattern = L"xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+    return std::ranges::equal(text, pattern, [](wchar_t character, wchar_t form) {
+        constexpr std::wstring_view hexDigits = L"0123456789abcdefABCDEF";
+        return form == L'-' ? character == L'-' : hexDigits.find(character) != std::wstring_view::npos;
     });
 }
 
 }  // namespace
 
 std::string Quoted(std::wstring_view text) {
-    constexpr std::size_t MaxLength = 60;
-    std::wstring shown{text.substr(0, MaxLength)};
+    constexpr std::size_t maxLength = 60;
+    std::wstring shown{text.substr(0, maxLength)};
     std::ranges::replace_if(
         shown, [](wchar_t character) { return character < L' '; }, L' ');
-    return "\"" + ToUtf8(shown) + (text.size() > MaxLength ? "..." : "") + "\"";
+    return "\"" + ToUtf8(shown) + (text.size() > maxLength ? "..." : "") + "\"";
 }
 
 void CheckContent(const Element& element, Names attributes, Names singleChildren, Names children,

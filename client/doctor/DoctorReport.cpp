@@ -12,10 +12,10 @@ enum DoctorExitCode : int { Clean = 0, Found = 1, NotExamined = 2 };
 
 // Returns the kind followed by the problem, and the consequence on a second line.
 std::string LinesOf(const Finding& finding, std::size_t kindWidth) {
-    constexpr char Indentation[] = "        ";
-    return Indentation + finding.kind + std::string(kindWidth - finding.kind.size() + 2, ' ') +
+    constexpr char indentation[] = "        ";
+    return indentation + finding.kind + std::string(kindWidth - finding.kind.size() + 2, ' ') +
            finding.problem + "\n" +  //
-           Indentation + std::string(kindWidth + 2, ' ') + finding.consequence + "\n";
+           indentation + std::string(kindWidth + 2, ' ') + finding.consequence + "\n";
 }
 
 // Returns the findings grouped by element; those of the file as a whole come first.
