@@ -2,6 +2,8 @@
 
 #include <cwchar>
 
+#include "xml/DataFileElements.h"
+
 namespace ZOTDam::Bench {
 
 namespace {
@@ -12,30 +14,33 @@ bool Has(IXMLDOMNode* element, const CXmlName& name, const wchar_t* text) {
 }
 
 IXMLDOMNodePtr FindScheme(const PlainDocument& settings, const wchar_t* scheme) {
-    return Find(Child(settings.Root(), L"PowerSchemes"), L"PowerScheme",
-                [&](IXMLDOMNode* element) { return Has(element, L"GUID", scheme); });
+    return Find(Child(settings.Root(), Elements::PowerSchemes), Elements::PowerScheme,
+                [&](IXMLDOMNode* element) { return Has(element, Attributes::GUID, scheme); });
 }
 
 long ReadDisplayItems(IXMLDOMNode* function) {
     long sum = 0;
-    const IXMLDOMNodePtr display = Child(function, L"Display");
-    for (const CXmlName& source : {CXmlName{L"AC"}, CXmlName{L"DC"}})
-        ForEach(Child(display, source), L"DisplayItem",
-                [&](IXMLDOMNode* item) { sum += Texts(item, {L"Label"}) + Numbers(item, {L"Option"}); });
+    const IXMLDOMNodePtr display = Child(function, Elements::Display);
+    for (const CXmlName& source : {CXmlName{Elements::AC}, CXmlName{Elements::DC}})
+        ForEach(Child(display, source), Elements::DisplayItem, [&](IXMLDOMNode* item) {
+            sum += Texts(item, {Attributes::Label}) + Numbers(item, {Attributes::Option});
+        });
     return sum;
 }
 
 long ReadCommandItems(IXMLDOMNode* commands) {
     long sum = 0;
-    ForEach(commands, L"CommandItem", [&](IXMLDOMNode* item) {
-        sum += Numbers(item, {L"ID", L"Event", L"Flag", L"State", L"ParamIndex1", L"ParamIndex2"}) +
-               Texts(item, {L"SpecInfo1"});
+    ForEach(commands, Elements::CommandItem, [&](IXMLDOMNode* item) {
+        sum += Numbers(item, {Attributes::ID, Attributes::Event, Attributes::Flag, Attributes::State,
+                              Attributes::ParamIndex1, Attributes::ParamIndex2}) +
+               Texts(item, {Attributes::SpecInfo1});
     });
     return sum;
 }
 
 long ReadHead(IXMLDOMNode* function) {
-    return Numbers(function, {L"ID", L"Flag", L"Type"}) + Texts(function, {L"Name", L"Group"});
+    return Numbers(function, {Attributes::ID, Attributes::Flag, Attributes::Type}) +
+           Texts(function, {Attributes::Name, Attributes::Group});
 }
 
 long QueryDisplay() {
@@ -47,12 +52,12 @@ long QueryDisplay() {
 }
 
 long Translate(const wchar_t* key, const PlainDocument& stringTable) {
-    const IXMLDOMNodePtr entry =
-        Find(stringTable.Root(), L"data", [&](IXMLDOMNode* data) { return Has(data, L"name", key); });
+    const IXMLDOMNodePtr entry = Find(stringTable.Root(), Elements::TextEntry,
+                                      [&](IXMLDOMNode* data) { return Has(data, Attributes::TextKey, key); });
     if (!entry)
         return 0;
     _variant_t text;
-    Child(entry, L"value")->get_nodeTypedValue(&text);
+    Child(entry, Elements::TextValue)->get_nodeTypedValue(&text);
     return static_cast<long>(SysStringLen(V_BSTR(&text)));
 }
 
@@ -95,15 +100,16 @@ bool IsText(IXMLDOMElement* element, const CXmlName& name, const wchar_t* text) 
 }
 
 void CreateCommands(const PlainDocument& defaults, int count, IXMLDOMNode* function) {
-    const IXMLDOMNodePtr commands = CreateElement(defaults, L"Commands");
+    const IXMLDOMNodePtr commands = CreateElement(defaults, Elements::Commands);
     Append(function, commands);
     for (int i = 0; i < count; ++i) {
-        const IXMLDOMNodePtr item = CreateElement(defaults, L"CommandItem");
+        const IXMLDOMNodePtr item = CreateElement(defaults, Elements::CommandItem);
         Append(commands, item);
-        for (const CXmlName& name : {CXmlName{L"ID"}, CXmlName{L"Event"}, CXmlName{L"Flag"},
-                                     CXmlName{L"State"}, CXmlName{L"ParamIndex1"}, CXmlName{L"ParamIndex2"}})
+        for (const CXmlName& name : {CXmlName{Attributes::ID}, CXmlName{Attributes::Event},
+                                     CXmlName{Attributes::Flag}, CXmlName{Attributes::State},
+                                     CXmlName{Attributes::ParamIndex1}, CXmlName{Attributes::ParamIndex2}})
             SetAttribute(item, name, 1);
-        SetAttribute(item, L"SpecInfo1", L"SUB_VIDEO VIDEOIDLE");
+        SetAttribute(item, Attributes::SpecInfo1, L"SUB_VIDEO VIDEOIDLE");
     }
 }
 
@@ -117,23 +123,24 @@ void AppendCopy(IXMLDOMNode* target, IXMLDOMNode* source) {
 
 long ReadCatalogue(const PlainDocument& defaults) {
     long sum = 0;
-    ForEach(Child(defaults.Root(), L"Functions"), L"Function", [&](IXMLDOMNode* function) {
-        sum +=
-            ReadHead(function) + ReadDisplayItems(function) + ReadCommandItems(Child(function, L"Commands"));
+    ForEach(Child(defaults.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
+        sum += ReadHead(function) + ReadDisplayItems(function) +
+               ReadCommandItems(Child(function, Elements::Commands));
     });
     return sum;
 }
 
 long ReadBase(const PlainDocument& base) {
     long sum = 0;
-    ForEach(Child(base.Root(), L"Functions"), L"Function", [&](IXMLDOMNode* function) {
+    ForEach(Child(base.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
         sum += ReadHead(function);
-        sum += Child(function, L"Display") != nullptr && Child(function, L"Default") != nullptr;
-        ForEach(Child(function, L"Commands"), L"CommandFamily", [&](IXMLDOMNode* family) {
+        sum += Child(function, Elements::Display) != nullptr && Child(function, Elements::Default) != nullptr;
+        ForEach(Child(function, Elements::Commands), Elements::CommandFamily, [&](IXMLDOMNode* family) {
             sum += ReadCommandItems(family);
-            ForEach(family, L"CheckExistItem", [&](IXMLDOMNode* item) {
-                sum +=
-                    Numbers(item, {L"CheckFlag"}) + Texts(item, {L"Param1", L"Param2", L"Param3", L"Param4"});
+            ForEach(family, Elements::CheckExistItem, [&](IXMLDOMNode* item) {
+                sum += Numbers(item, {Attributes::CheckFlag}) +
+                       Texts(item, {Attributes::Param1, Attributes::Param2, Attributes::Param3,
+                                    Attributes::Param4});
             });
         });
     });
@@ -148,13 +155,13 @@ long ReadSpecSchemes(const PlainDocument& base) {
         UuidFromStringW(reinterpret_cast<RPC_WSTR>(V_BSTR(&text)), &guid);
         sum += static_cast<long>(guid.Data2);
     };
-    ForEach(Child(base.Root(), L"SpecSchemes"), L"SchemeItem", [&](IXMLDOMNode* scheme) {
-        readGuid(scheme, L"SchemeGUID");
-        ForEach(scheme, L"SubGroup", [&](IXMLDOMNode* subGroup) {
-            readGuid(subGroup, L"SubGroupGUID");
-            ForEach(subGroup, L"PowerSetting", [&](IXMLDOMNode* setting) {
-                readGuid(setting, L"PowerSettingGUID");
-                sum += Numbers(setting, {L"ACValue", L"DCValue"});
+    ForEach(Child(base.Root(), Elements::SpecSchemes), Elements::SchemeItem, [&](IXMLDOMNode* scheme) {
+        readGuid(scheme, Attributes::SchemeGUID);
+        ForEach(scheme, Elements::SubGroup, [&](IXMLDOMNode* subGroup) {
+            readGuid(subGroup, Attributes::SubGroupGUID);
+            ForEach(subGroup, Elements::PowerSetting, [&](IXMLDOMNode* setting) {
+                readGuid(setting, Attributes::PowerSettingGUID);
+                sum += Numbers(setting, {Attributes::ACValue, Attributes::DCValue});
             });
         });
     });
@@ -163,39 +170,40 @@ long ReadSpecSchemes(const PlainDocument& base) {
 
 long ReadDefaultParameters(const PlainDocument& defaults) {
     long sum = 0;
-    ForEach(Child(defaults.Root(), L"Functions"), L"Function", [&](IXMLDOMNode* function) {
-        sum += Numbers(function, {L"ID"});
+    ForEach(Child(defaults.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
+        sum += Numbers(function, {Attributes::ID});
         const IXMLDOMNodePtr item =
-            Find(Child(function, L"Default"), L"DefaultItem", [](IXMLDOMNode* element) {
-                return Has(element, L"GUID", L"381b4222-f694-41f0-9685-ff5bb260df2e");
+            Find(Child(function, Elements::Default), Elements::DefaultItem, [](IXMLDOMNode* element) {
+                return Has(element, Attributes::GUID, L"381b4222-f694-41f0-9685-ff5bb260df2e");
             });
-        sum += Numbers(item, {L"ACParamIndex", L"DCParamIndex"});
+        sum += Numbers(item, {Attributes::ACParamIndex, Attributes::DCParamIndex});
     });
     return sum;
 }
 
 long WalkDefaultParameters(const PlainDocument& defaults) {
     long sum = 0;
-    ForEachSibling(FirstChild(Child(defaults.Root(), L"Functions")), L"Function",
-                   [&](IXMLDOMElement* function) {
-                       sum += Number(function, L"ID");
-                       ForEachSibling(FirstChild(function), L"Default", [&](IXMLDOMElement* fallback) {
-                           IXMLDOMElementPtr source = fallback;
-                           ForEachSibling(FirstChild(fallback), L"DefaultItem", [&](IXMLDOMElement* item) {
-                               if (IsText(item, L"GUID", L"381b4222-f694-41f0-9685-ff5bb260df2e"))
-                                   source = item;
-                           });
-                           sum += Number(source, L"ACParamIndex") + Number(source, L"DCParamIndex");
-                       });
-                   });
+    ForEachSibling(
+        FirstChild(Child(defaults.Root(), Elements::Functions)), Elements::Function,
+        [&](IXMLDOMElement* function) {
+            sum += Number(function, Attributes::ID);
+            ForEachSibling(FirstChild(function), Elements::Default, [&](IXMLDOMElement* fallback) {
+                IXMLDOMElementPtr source = fallback;
+                ForEachSibling(FirstChild(fallback), Elements::DefaultItem, [&](IXMLDOMElement* item) {
+                    if (IsText(item, Attributes::GUID, L"381b4222-f694-41f0-9685-ff5bb260df2e"))
+                        source = item;
+                });
+                sum += Number(source, Attributes::ACParamIndex) + Number(source, Attributes::DCParamIndex);
+            });
+        });
     return sum;
 }
 
 long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme) {
     const PlainDocument settings{userFile};
     long sum = 0;
-    ForEach(FindScheme(settings, scheme), L"Function", [&](IXMLDOMNode* function) {
-        sum += Numbers(function, {L"ID", L"ACParamIndex", L"DCParamIndex"});
+    ForEach(FindScheme(settings, scheme), Elements::Function, [&](IXMLDOMNode* function) {
+        sum += Numbers(function, {Attributes::ID, Attributes::ACParamIndex, Attributes::DCParamIndex});
     });
     // The library queries the display once for each of the two refresh-rate functions.
     return sum + QueryDisplay() + QueryDisplay();
@@ -203,7 +211,7 @@ long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme) {
 
 long ReadSetting(const std::filesystem::path& userFile) {
     const PlainDocument settings{userFile};
-    return Texts(Child(settings.Root(), L"CommonSettings"), {L"User"});
+    return Texts(Child(settings.Root(), Elements::CommonSettings), {L"User"});
 }
 
 long TranslateFunctions(const PlainDocument& defaults, const PlainDocument& stringTable) {
@@ -212,23 +220,24 @@ long TranslateFunctions(const PlainDocument& defaults, const PlainDocument& stri
         const _variant_t key = Attribute(element, name);
         sum += Translate(V_BSTR(&key), stringTable);
     };
-    ForEach(Child(defaults.Root(), L"Functions"), L"Function", [&](IXMLDOMNode* function) {
-        translate(function, L"Group");
-        translate(function, L"Name");
-        const IXMLDOMNodePtr display = Child(function, L"Display");
-        for (const CXmlName& source : {CXmlName{L"AC"}, CXmlName{L"DC"}})
-            ForEach(Child(display, source), L"DisplayItem",
-                    [&](IXMLDOMNode* item) { translate(item, L"Label"); });
+    ForEach(Child(defaults.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
+        translate(function, Attributes::Group);
+        translate(function, Attributes::Name);
+        const IXMLDOMNodePtr display = Child(function, Elements::Display);
+        for (const CXmlName& source : {CXmlName{Elements::AC}, CXmlName{Elements::DC}})
+            ForEach(Child(display, source), Elements::DisplayItem,
+                    [&](IXMLDOMNode* item) { translate(item, Attributes::Label); });
     });
     return sum;
 }
 
 long TranslateDifferences(const PlainDocument& defaults, const PlainDocument& stringTable) {
     long sum = 0;
-    ForEach(Child(defaults.Root(), L"Functions"), L"Function", [&](IXMLDOMNode* function) {
-        const _variant_t name = Attribute(function, L"Name");
+    ForEach(Child(defaults.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
+        const _variant_t name = Attribute(function, Attributes::Name);
         const _variant_t label =
-            Attribute(Child(Child(Child(function, L"Display"), L"AC"), L"DisplayItem"), L"Label");
+            Attribute(Child(Child(Child(function, Elements::Display), Elements::AC), Elements::DisplayItem),
+                      Attributes::Label);
         sum += Translate(V_BSTR(&name), stringTable) + Translate(V_BSTR(&label), stringTable);
     });
     return sum;
@@ -236,39 +245,40 @@ long TranslateDifferences(const PlainDocument& defaults, const PlainDocument& st
 
 void WriteScheme(const std::filesystem::path& userFile, const wchar_t* scheme, SaveDocument save) {
     const PlainDocument settings{userFile};
-    ForEach(FindScheme(settings, scheme), L"Function", [&](IXMLDOMNode* function) {
-        const long id = Numbers(function, {L"ID"});
-        SetAttribute(function, L"ACParamIndex", id % 2);
-        SetAttribute(function, L"DCParamIndex", id % 3);
+    ForEach(FindScheme(settings, scheme), Elements::Function, [&](IXMLDOMNode* function) {
+        const long id = Numbers(function, {Attributes::ID});
+        SetAttribute(function, Attributes::ACParamIndex, id % 2);
+        SetAttribute(function, Attributes::DCParamIndex, id % 3);
     });
     (settings.*save)(userFile);
 }
 
 void WriteSetting(const std::filesystem::path& userFile, SaveDocument save) {
     const PlainDocument settings{userFile};
-    SetAttribute(Child(settings.Root(), L"CommonSettings"), L"User", L"value");
+    SetAttribute(Child(settings.Root(), Elements::CommonSettings), L"User", L"value");
     (settings.*save)(userFile);
 }
 
 std::vector<PlainFunction> CollectFunctions(const PlainDocument& base) {
     std::vector<PlainFunction> functions;
-    ForEach(Child(base.Root(), L"Functions"), L"Function", [&](IXMLDOMNode* function) {
-        functions.push_back({Child(function, L"Display"), Child(function, L"Default"), 2});
+    ForEach(Child(base.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
+        functions.push_back({Child(function, Elements::Display), Child(function, Elements::Default), 2});
     });
     return functions;
 }
 
 void ReplaceFunctions(const PlainDocument& defaults, const std::vector<PlainFunction>& functions,
                       const std::filesystem::path& file, SaveDocument save) {
-    const IXMLDOMNodePtr section = Child(defaults.Root(), L"Functions");
+    const IXMLDOMNodePtr section = Child(defaults.Root(), Elements::Functions);
     RemoveChildren(section);
     for (const PlainFunction& source : functions) {
-        const IXMLDOMNodePtr function = CreateElement(defaults, L"Function");
+        const IXMLDOMNodePtr function = CreateElement(defaults, Elements::Function);
         Append(section, function);
-        for (const CXmlName& name : {CXmlName{L"ID"}, CXmlName{L"Flag"}, CXmlName{L"Type"}})
+        for (const CXmlName& name :
+             {CXmlName{Attributes::ID}, CXmlName{Attributes::Flag}, CXmlName{Attributes::Type}})
             SetAttribute(function, name, 1);
-        SetAttribute(function, L"Name", L"FunctionName1");
-        SetAttribute(function, L"Group", L"Group1Name");
+        SetAttribute(function, Attributes::Name, L"FunctionName1");
+        SetAttribute(function, Attributes::Group, L"Group1Name");
         AppendCopy(function, source.display);
         AppendCopy(function, source.defaults);
         CreateCommands(defaults, source.commands, function);
@@ -279,16 +289,16 @@ void ReplaceFunctions(const PlainDocument& defaults, const std::vector<PlainFunc
 void ReplaceSettings(const PlainDocument& defaults, const PlainDocument& base,
                      const std::filesystem::path& file, SaveDocument save) {
     const IXMLDOMNodePtr root = defaults.Root();
-    const IXMLDOMNodePtr old = Child(root, L"CommonSettings");
+    const IXMLDOMNodePtr old = Child(root, Elements::CommonSettings);
     IXMLDOMNodePtr removed;
     root->removeChild(old, &removed);
-    AppendCopy(root, Child(base.Root(), L"CommonSettings"));
+    AppendCopy(root, Child(base.Root(), Elements::CommonSettings));
     (defaults.*save)(file);
 }
 
 void ResetSettings(const PlainDocument& settings, const std::filesystem::path& file, SaveDocument save) {
-    RemoveChildren(Child(settings.Root(), L"PowerSchemes"));
-    const IXMLDOMNodePtr common = Child(settings.Root(), L"CommonSettings");
+    RemoveChildren(Child(settings.Root(), Elements::PowerSchemes));
+    const IXMLDOMNodePtr common = Child(settings.Root(), Elements::CommonSettings);
     RemoveChildren(common);
     IXMLDOMElementPtr {
         common

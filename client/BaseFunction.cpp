@@ -4,6 +4,7 @@
 
 #include "Dom.h"
 #include "Text.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
@@ -26,9 +27,9 @@ Options ReadOptions(IXMLDOMNode* display, const wchar_t* source) {
     if (lists.empty())
         return options;
     Option option;
-    for (const Node& item : SelectChildren(lists.front().get(), L"DisplayItem")) {
-        Read(item.get(), L"Label", option.label);
-        Read(item.get(), L"Option", option.option);
+    for (const Node& item : SelectChildren(lists.front().get(), Elements::DisplayItem)) {
+        Read(item.get(), Attributes::Label, option.label);
+        Read(item.get(), Attributes::Option, option.option);
         options.push_back(option);
     }
     return options;
@@ -36,9 +37,9 @@ Options ReadOptions(IXMLDOMNode* display, const wchar_t* source) {
 
 DefaultValue ReadDefault(IXMLDOMNode* element) {
     DefaultValue value;
-    Read(element, L"GUID", value.scheme);
-    Read(element, L"ACParamIndex", value.ac);
-    Read(element, L"DCParamIndex", value.dc);
+    Read(element, Attributes::GUID, value.scheme);
+    Read(element, Attributes::ACParamIndex, value.ac);
+    Read(element, Attributes::DCParamIndex, value.dc);
     return value;
 }
 
@@ -47,7 +48,7 @@ std::vector<DefaultValue> ReadDefaults(IXMLDOMNode* defaultElement) {
     if (defaultElement == nullptr)
         return defaults;
     defaults.push_back(ReadDefault(defaultElement));
-    for (const Node& item : SelectChildren(defaultElement, L"DefaultItem"))
+    for (const Node& item : SelectChildren(defaultElement, Elements::DefaultItem))
         defaults.push_back(ReadDefault(item.get()));
     return defaults;
 }
@@ -103,8 +104,8 @@ Json FamilyJson(const CommandFamily& family) {
 
 BaseFunction::BaseFunction(const FunctionBaseRecord& functionRecord)
     : record{functionRecord},
-      acOptions{ReadOptions(functionRecord.displayNode.get(), L"AC")},
-      dcOptions{ReadOptions(functionRecord.displayNode.get(), L"DC")},
+      acOptions{ReadOptions(functionRecord.displayNode.get(), Elements::AC)},
+      dcOptions{ReadOptions(functionRecord.displayNode.get(), Elements::DC)},
       defaults{ReadDefaults(functionRecord.defaultNode.get())} {}
 
 std::string BaseFunction::Text() const {

@@ -1,9 +1,10 @@
 #include "doctor/Files.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
 void CheckCommonSettings(const Element& root, const std::string& consequence, Findings& findings) {
-    const Element* const settings = root.ChildNamed(L"CommonSettings");
+    const Element* const settings = root.ChildNamed(Elements::CommonSettings);
     if (settings == nullptr)
         return;
     for (const auto& [name, value] : settings->attributes)

@@ -1,4 +1,5 @@
 #include "doctor/Files.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
@@ -10,12 +11,14 @@ public:
     explicit Catalogue(Findings& fileFindings) : findings{fileFindings} {}
 
     void Check(const Element& function) {
-        CheckContent(function, {L"ID", L"Flag", L"Type", L"Name", L"Group"},
-                     {L"Display", L"Default", L"Commands"}, {}, findings);
+        CheckContent(
+            function,
+            {Attributes::ID, Attributes::Flag, Attributes::Type, Attributes::Name, Attributes::Group},
+            {Elements::Display, Elements::Default, Elements::Commands}, {}, findings);
         const std::optional<std::int32_t> id = CheckId(function);
-        for (const wchar_t* const attribute : {L"Flag", L"Type"})
+        for (const wchar_t* const attribute : {Attributes::Flag, Attributes::Type})
             working.Number(function, attribute, findings);
-        for (const wchar_t* const attribute : {L"Name", L"Group"})
+        for (const wchar_t* const attribute : {Attributes::Name, Attributes::Group})
             working.Text(function, attribute, "text-too-long", CatalogueNotLoaded, findings);
         const OptionCounts counts = CheckDisplay(function, {}, findings);
         CheckDefault(function, counts, {}, findings);
@@ -29,12 +32,12 @@ public:
 private:
     // Returns the id of the function in the catalogue, or nothing if the function is not added.
     std::optional<std::int32_t> CheckId(const Element& function) {
-        const std::wstring* const text = function.FindAttribute(L"ID");
+        const std::wstring* const text = function.FindAttribute(Attributes::ID);
         if (text == nullptr) {
             findings.Add(function, "missing-id", "\"ID\" is missing", CatalogueNotLoaded);
             return {};
         }
-        const std::int32_t id = NumberFrom(function, L"ID", *text, findings);
+        const std::int32_t id = NumberFrom(function, Attributes::ID, *text, findings);
         if (id < 0) {
             findings.Add(function, "negative-id", "the id " + std::to_string(id) + " is negative",
                          CatalogueNotLoaded);
@@ -45,14 +48,14 @@ private:
     }
 
     void CheckCommands(const Element& function) {
-        const Element* const commands = function.ChildNamed(L"Commands");
+        const Element* const commands = function.ChildNamed(Elements::Commands);
         if (commands == nullptr) {
             findings.Add(function, "missing-commands", "\"Commands\" is missing", CatalogueNotLoaded);
             return;
         }
-        CheckContent(*commands, {}, {}, {L"CommandItem"}, findings);
+        CheckContent(*commands, {}, {}, {Elements::CommandItem}, findings);
         WorkingRecord command;
-        for (const Element* const item : commands->ChildrenNamed(L"CommandItem"))
+        for (const Element* const item : commands->ChildrenNamed(Elements::CommandItem))
             CheckCommand(*item, command, "truncated-text", "the library truncates it in the command",
                          findings);
     }
@@ -66,16 +69,16 @@ private:
 }  // namespace
 
 std::optional<CatalogueOptions> CheckDefaults(const Element& root, Findings& findings) {
-    CheckContent(root, {}, {L"CommonSettings", L"Functions"}, {}, findings);
+    CheckContent(root, {}, {Elements::CommonSettings, Elements::Functions}, {}, findings);
     CheckCommonSettings(root, "the library uses the setting of the base catalogue", findings);
-    const Element* const functions = root.ChildNamed(L"Functions");
+    const Element* const functions = root.ChildNamed(Elements::Functions);
     if (functions == nullptr) {
         findings.Add(root, "missing-section", "\"Functions\" is missing", CatalogueNotLoaded);
         return {};
     }
-    CheckContent(*functions, {}, {}, {L"Function"}, findings);
+    CheckContent(*functions, {}, {}, {Elements::Function}, findings);
     Catalogue catalogue{findings};
-    for (const Element* const function : functions->ChildrenNamed(L"Function"))
+    for (const Element* const function : functions->ChildrenNamed(Elements::Function))
         catalogue.Check(*function);
     if (findings.HasConsequence(CatalogueNotLoaded))
         return {};

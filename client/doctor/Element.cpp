@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Text.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
@@ -20,7 +21,7 @@ Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number) {
     element.attributes = ReadAttributes(node);
     element.path = std::move(path);
     element.number = number;
-    if (element.name == L"value")
+    if (element.name == Elements::TextValue)
         element.text = TextOf(node);
     return element;
 }

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "xml/DataFileElements.h"
+
 namespace ZOTDam::Client {
 
 namespace {
@@ -9,13 +11,13 @@ namespace {
 std::size_t CheckOptions(const Element* list, const When& when, Findings& findings) {
     if (list == nullptr)
         return 0;
-    CheckContent(*list, {}, {}, {L"DisplayItem"}, findings);
+    CheckContent(*list, {}, {}, {Elements::DisplayItem}, findings);
     WorkingRecord working;
-    const auto items = list->ChildrenNamed(L"DisplayItem");
+    const auto items = list->ChildrenNamed(Elements::DisplayItem);
     for (const Element* const item : items) {
-        CheckContent(*item, {L"Label", L"Option"}, {}, {}, findings);
-        working.Text(*item, L"Label", "text-too-long", when + CatalogueNotLoaded, findings);
-        working.Number(*item, L"Option", findings);
+        CheckContent(*item, {Attributes::Label, Attributes::Option}, {}, {}, findings);
+        working.Text(*item, Attributes::Label, "text-too-long", when + CatalogueNotLoaded, findings);
+        working.Number(*item, Attributes::Option, findings);
     }
     return items.size();
 }
@@ -37,19 +39,20 @@ void CheckParameter(const Element& element, const wchar_t* attribute, std::size_
 void CheckDefaultItems(const Element& defaults, const OptionCounts& options, const When& when,
                        Findings& findings) {
     UniqueGuids guids;
-    for (const Element* const item : defaults.ChildrenNamed(L"DefaultItem")) {
-        CheckContent(*item, {L"GUID", L"ACParamIndex", L"DCParamIndex"}, {}, {}, findings);
+    for (const Element* const item : defaults.ChildrenNamed(Elements::DefaultItem)) {
+        CheckContent(*item, {Attributes::GUID, Attributes::ACParamIndex, Attributes::DCParamIndex}, {}, {},
+                     findings);
         CheckParameters(
             *item, &options,
             when + "in its scheme, this function and the following ones have no default parameters",
             findings);
-        const std::wstring* const guid = item->FindAttribute(L"GUID");
+        const std::wstring* const guid = item->FindAttribute(Attributes::GUID);
         if (guid == nullptr)
             findings.Add(*item, "missing-guid", "\"GUID\" is missing",
                          when +
                              "in all schemes without an earlier item, this function and the following ones "
                              "have no default parameters");
-        else if (CheckGuid(*item, L"GUID", *guid, findings))
+        else if (CheckGuid(*item, Attributes::GUID, *guid, findings))
             guids.Check(*item, *guid, findings);
     }
 }
@@ -57,25 +60,26 @@ void CheckDefaultItems(const Element& defaults, const OptionCounts& options, con
 }  // namespace
 
 OptionCounts CheckDisplay(const Element& function, const When& when, Findings& findings) {
-    const Element* const display = function.ChildNamed(L"Display");
+    const Element* const display = function.ChildNamed(Elements::Display);
     if (display == nullptr) {
         findings.Add(function, "missing-display", "\"Display\" is missing", when + CatalogueNotLoaded);
         return {};
     }
-    CheckContent(*display, {}, {L"AC", L"DC"}, {}, findings);
-    return {CheckOptions(display->ChildNamed(L"AC"), when, findings),
-            CheckOptions(display->ChildNamed(L"DC"), when, findings)};
+    CheckContent(*display, {}, {Elements::AC, Elements::DC}, {}, findings);
+    return {CheckOptions(display->ChildNamed(Elements::AC), when, findings),
+            CheckOptions(display->ChildNamed(Elements::DC), when, findings)};
 }
 
 void CheckDefault(const Element& function, const OptionCounts& options, const When& when,
                   Findings& findings) {
-    const Element* const defaults = function.ChildNamed(L"Default");
+    const Element* const defaults = function.ChildNamed(Elements::Default);
     if (defaults == nullptr) {
         findings.Add(function, "missing-default", "\"Default\" is missing",
                      when + "this function and the following ones have no default parameters");
         return;
     }
-    CheckContent(*defaults, {L"ACParamIndex", L"DCParamIndex"}, {}, {L"DefaultItem"}, findings);
+    CheckContent(*defaults, {Attributes::ACParamIndex, Attributes::DCParamIndex}, {}, {Elements::DefaultItem},
+                 findings);
     CheckParameters(*defaults, &options,
                     when +
                         "in all schemes without an item, this function and the following ones have no "
@@ -86,7 +90,7 @@ void CheckDefault(const Element& function, const OptionCounts& options, const Wh
 
 void CheckParameters(const Element& element, const OptionCounts* options, const std::string& consequence,
                      Findings& findings) {
-    for (const wchar_t* const attribute : {L"ACParamIndex", L"DCParamIndex"}) {
+    for (const wchar_t* const attribute : {Attributes::ACParamIndex, Attributes::DCParamIndex}) {
         const bool isAc = attribute[0] == L'A';
         if (element.FindAttribute(attribute) == nullptr)
             findings.Add(element, "missing-parameter", Quoted(attribute) + " is missing", consequence);
@@ -97,11 +101,14 @@ void CheckParameters(const Element& element, const OptionCounts* options, const 
 
 void CheckCommand(const Element& command, WorkingRecord& working, const char* longTextKind,
                   const std::string& longTextConsequence, Findings& findings) {
-    CheckContent(command, {L"ID", L"Event", L"Flag", L"State", L"ParamIndex1", L"ParamIndex2", L"SpecInfo1"},
+    CheckContent(command,
+                 {Attributes::ID, Attributes::Event, Attributes::Flag, Attributes::State,
+                  Attributes::ParamIndex1, Attributes::ParamIndex2, Attributes::SpecInfo1},
                  {}, {}, findings);
-    for (const wchar_t* const attribute : {L"ID", L"Event", L"Flag", L"State"})
+    for (const wchar_t* const attribute :
+         {Attributes::ID, Attributes::Event, Attributes::Flag, Attributes::State})
         working.Number(command, attribute, findings);
-    for (const wchar_t* const attribute : {L"ParamIndex1", L"ParamIndex2"}) {
+    for (const wchar_t* const attribute : {Attributes::ParamIndex1, Attributes::ParamIndex2}) {
         const std::int32_t source = working.Number(command, attribute, findings);
         if (command.FindAttribute(attribute) != nullptr && source != 0 && source != 1)
             findings.Add(command, "invalid-power-source",
@@ -109,7 +116,7 @@ void CheckCommand(const Element& command, WorkingRecord& working, const char* lo
                              "; it must be 0 (plugged in) or 1 (on battery)",
                          "the command uses the option on battery");
     }
-    working.Text(command, L"SpecInfo1", longTextKind, longTextConsequence, findings);
+    working.Text(command, Attributes::SpecInfo1, longTextKind, longTextConsequence, findings);
 }
 
 }  // namespace ZOTDam::Client

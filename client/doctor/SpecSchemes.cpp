@@ -1,4 +1,5 @@
 #include "doctor/Files.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
@@ -14,9 +15,10 @@ void CheckGuidOf(const Element& element, std::wstring_view attribute, Findings& 
 }
 
 void CheckPowerSetting(const Element& setting, Findings& findings) {
-    CheckContent(setting, {L"PowerSettingGUID", L"ACValue", L"DCValue"}, {}, {}, findings);
-    CheckGuidOf(setting, L"PowerSettingGUID", findings);
-    for (const wchar_t* const attribute : {L"ACValue", L"DCValue"})
+    CheckContent(setting, {Attributes::PowerSettingGUID, Attributes::ACValue, Attributes::DCValue}, {}, {},
+                 findings);
+    CheckGuidOf(setting, Attributes::PowerSettingGUID, findings);
+    for (const wchar_t* const attribute : {Attributes::ACValue, Attributes::DCValue})
         if (const std::wstring* const value = setting.FindAttribute(attribute))
             NumberFrom(setting, attribute, *value, findings);
         else
@@ -24,20 +26,20 @@ void CheckPowerSetting(const Element& setting, Findings& findings) {
 }
 
 void CheckSubGroup(const Element& subGroup, Findings& findings) {
-    CheckContent(subGroup, {L"SubGroupGUID"}, {}, {L"PowerSetting"}, findings);
-    CheckGuidOf(subGroup, L"SubGroupGUID", findings);
-    for (const Element* const setting : subGroup.ChildrenNamed(L"PowerSetting"))
+    CheckContent(subGroup, {Attributes::SubGroupGUID}, {}, {Elements::PowerSetting}, findings);
+    CheckGuidOf(subGroup, Attributes::SubGroupGUID, findings);
+    for (const Element* const setting : subGroup.ChildrenNamed(Elements::PowerSetting))
         CheckPowerSetting(*setting, findings);
 }
 
 }  // namespace
 
 void CheckSpecSchemes(const Element& specSchemes, Findings& findings) {
-    CheckContent(specSchemes, {}, {}, {L"SchemeItem"}, findings);
-    for (const Element* const scheme : specSchemes.ChildrenNamed(L"SchemeItem")) {
-        CheckContent(*scheme, {L"SchemeGUID"}, {}, {L"SubGroup"}, findings);
-        CheckGuidOf(*scheme, L"SchemeGUID", findings);
-        for (const Element* const subGroup : scheme->ChildrenNamed(L"SubGroup"))
+    CheckContent(specSchemes, {}, {}, {Elements::SchemeItem}, findings);
+    for (const Element* const scheme : specSchemes.ChildrenNamed(Elements::SchemeItem)) {
+        CheckContent(*scheme, {Attributes::SchemeGUID}, {}, {Elements::SubGroup}, findings);
+        CheckGuidOf(*scheme, Attributes::SchemeGUID, findings);
+        for (const Element* const subGroup : scheme->ChildrenNamed(Elements::SubGroup))
             CheckSubGroup(*subGroup, findings);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "doctor/Files.h"
 #include "Text.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
@@ -20,8 +21,8 @@ public:
     explicit Entries(Findings& fileFindings) : findings{fileFindings} {}
 
     void Check(const Element& entry) {
-        CheckSpelling(entry, L"value", findings);
-        const std::wstring* const name = entry.FindAttribute(L"name");
+        CheckSpelling(entry, Elements::TextValue, findings);
+        const std::wstring* const name = entry.FindAttribute(Attributes::TextKey);
         if (name == nullptr) {
             findings.Add(entry, "missing-name", "\"name\" is missing", "the library does not find the text");
             return;
@@ -40,13 +41,13 @@ public:
 
 private:
     void CheckText(const Element& entry) {
-        const auto values = entry.ChildrenNamed(L"value");
+        const auto values = entry.ChildrenNamed(Elements::TextValue);
         if (values.empty()) {
             findings.Add(entry, "missing-text", "\"value\" is missing",
                          "the library has no text for the key, even if a later entry has one");
             return;
         }
-        CheckLength(*values.front(), L"value", values.front()->text, "truncated-text",
+        CheckLength(*values.front(), Elements::TextValue, values.front()->text, "truncated-text",
                     "the library truncates it", findings);
         for (std::size_t i = 1; i < values.size(); ++i)
             findings.Add(*values[i], "duplicate-element", "\"value\" occurs more than once",
@@ -85,27 +86,27 @@ private:
 }  // namespace
 
 TextKeys CheckStringTable(const Element& root, Findings& findings) {
-    CheckSpelling(root, L"data", findings);
+    CheckSpelling(root, Elements::TextEntry, findings);
     Entries entries{findings};
-    for (const Element* const entry : root.ChildrenNamed(L"data"))
+    for (const Element* const entry : root.ChildrenNamed(Elements::TextEntry))
         entries.Check(*entry);
     return std::move(entries).Keys();
 }
 
 void CheckTranslations(const Element& defaultsRoot, const TextKeys& keys, const std::string& stringTable,
                        Findings& findings) {
-    const Element* const functions = defaultsRoot.ChildNamed(L"Functions");
+    const Element* const functions = defaultsRoot.ChildNamed(Elements::Functions);
     if (functions == nullptr)
         return;
     Translations translations{keys, stringTable, findings};
-    for (const Element* const function : functions->ChildrenNamed(L"Function")) {
-        for (const wchar_t* const attribute : {L"Name", L"Group"})
+    for (const Element* const function : functions->ChildrenNamed(Elements::Function)) {
+        for (const wchar_t* const attribute : {Attributes::Name, Attributes::Group})
             translations.Check(*function, attribute, "the user sees the key");
-        const Element* const display = function->ChildNamed(L"Display");
-        for (const wchar_t* const source : {L"AC", L"DC"})
+        const Element* const display = function->ChildNamed(Elements::Display);
+        for (const wchar_t* const source : {Elements::AC, Elements::DC})
             if (const Element* const list = display != nullptr ? display->ChildNamed(source) : nullptr)
-                for (const Element* const item : list->ChildrenNamed(L"DisplayItem"))
-                    translations.Check(*item, L"Label",
+                for (const Element* const item : list->ChildrenNamed(Elements::DisplayItem))
+                    translations.Check(*item, Attributes::Label,
                                        "the user sees the key, or an empty text in a list of differences");
     }
 }

@@ -1,4 +1,5 @@
 #include "doctor/Files.h"
+#include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
@@ -16,10 +17,11 @@ public:
         : catalogue{catalogueOptions}, findings{fileFindings} {}
 
     void Check(const Element& function, bool isFirst) {
-        CheckContent(function, {L"ID", L"ACParamIndex", L"DCParamIndex"}, {}, {}, findings);
+        CheckContent(function, {Attributes::ID, Attributes::ACParamIndex, Attributes::DCParamIndex}, {}, {},
+                     findings);
         const OptionCounts* options = nullptr;
-        if (const std::wstring* const text = function.FindAttribute(L"ID"))
-            options = CheckId(function, NumberFrom(function, L"ID", *text, findings));
+        if (const std::wstring* const text = function.FindAttribute(Attributes::ID))
+            options = CheckId(function, NumberFrom(function, Attributes::ID, *text, findings));
         else
             findings.Add(function, "missing-id", "\"ID\" is missing",
                          (isFirst ? SchemeIsEmpty : RestIsDefault) +
@@ -48,7 +50,7 @@ private:
 };
 
 void CheckFunctions(const Element& scheme, const CatalogueOptions* catalogue, Findings& findings) {
-    const auto functions = scheme.ChildrenNamed(L"Function");
+    const auto functions = scheme.ChildrenNamed(Elements::Function);
     if (functions.empty())
         findings.Add(scheme, "empty-scheme", "the scheme has no \"Function\"", SchemeIsEmpty);
     UserScheme userScheme{catalogue, findings};
@@ -57,17 +59,17 @@ void CheckFunctions(const Element& scheme, const CatalogueOptions* catalogue, Fi
 }
 
 void CheckSchemes(const Element& powerSchemes, const CatalogueOptions* catalogue, Findings& findings) {
-    CheckContent(powerSchemes, {}, {}, {L"PowerScheme"}, findings);
+    CheckContent(powerSchemes, {}, {}, {Elements::PowerScheme}, findings);
     UniqueGuids guids;
-    for (const Element* const scheme : powerSchemes.ChildrenNamed(L"PowerScheme")) {
-        CheckContent(*scheme, {L"GUID"}, {}, {L"Function"}, findings);
-        const std::wstring* const guid = scheme->FindAttribute(L"GUID");
+    for (const Element* const scheme : powerSchemes.ChildrenNamed(Elements::PowerScheme)) {
+        CheckContent(*scheme, {Attributes::GUID}, {}, {Elements::Function}, findings);
+        const std::wstring* const guid = scheme->FindAttribute(Attributes::GUID);
         if (guid == nullptr)
             findings.Add(
                 *scheme, "missing-guid", "\"GUID\" is missing",
                 "the library finds neither this scheme nor the following ones, and adds the defaults "
                 "of such a scheme at each use");
-        else if (CheckGuid(*scheme, L"GUID", *guid, findings))
+        else if (CheckGuid(*scheme, Attributes::GUID, *guid, findings))
             guids.Check(*scheme, *guid, findings);
         CheckFunctions(*scheme, catalogue, findings);
     }
@@ -76,9 +78,9 @@ void CheckSchemes(const Element& powerSchemes, const CatalogueOptions* catalogue
 }  // namespace
 
 void CheckUserSettings(const Element& root, const CatalogueOptions* catalogue, Findings& findings) {
-    CheckContent(root, {}, {L"CommonSettings", L"PowerSchemes"}, {}, findings);
+    CheckContent(root, {}, {Elements::CommonSettings, Elements::PowerSchemes}, {}, findings);
     CheckCommonSettings(root, "the library uses the default", findings);
-    if (const Element* const powerSchemes = root.ChildNamed(L"PowerSchemes"))
+    if (const Element* const powerSchemes = root.ChildNamed(Elements::PowerSchemes))
         CheckSchemes(*powerSchemes, catalogue, findings);
 }
 
