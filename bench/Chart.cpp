@@ -100,8 +100,9 @@ void WriteChart(const std::vector<Result>& results, std::ostream& out) {
         << rows * PanelHeight + 20 << "\">\n"
         << Style << "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
     for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::size_t row = i / Columns;
         out << "<g transform=\"translate(" << static_cast<double>(i % Columns) * PanelWidth << ' '
-            << static_cast<double>(i / Columns) * PanelHeight << ")\">\n";
+            << static_cast<double>(row) * PanelHeight << ")\">\n";
         DrawPanel(names[i], panels[names[i]], scale, out);
         out << "</g>\n";
     }

@@ -11,11 +11,15 @@ make_prefix
 
 # Keeps the processor awake, because an idle processor takes longer to wake up than most of the measured calls.
 nice -n 19 bash -c 'while :; do :; done' &
-trap "kill $!" EXIT
+awake=$!
+trap 'kill "$awake"' EXIT
 
 say "Measuring"
 wine "$build/bin/zotdam_bench.exe" --json "$build/performance.json" --markdown "$build/performance.md" \
     --chart docs/performance.svg "$@" | tr -d '\r'
+
+# The figures are a table, which begins with an empty line.
+sed -i '1i\\' "$build/performance.md"
 
 say "Measuring memory"
 {

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Shared code of the scripts in this folder: the packages, the build and the wine prefix. Sourced, not run.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

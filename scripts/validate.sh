@@ -17,10 +17,12 @@ for file in "${files[@]}"; do
     schema=schemas/${name%.xml*}.xsd
     case $name in
         ZOTBase.xml | ZOTDefault.xml | ZOTPowercfg.xml | StringTable.xml | StringTable.xml.mui)
-            xmllint --nonet --noout --schema "$schema" "$file" || failed=$((failed + 1)) ;;
+            xmllint --nonet --noout --schema "$schema" "$file" || failed=$((failed + 1))
+            ;;
         *)
             say "$file is none of the data files"
-            failed=$((failed + 1)) ;;
+            failed=$((failed + 1))
+            ;;
     esac
 done
 

@@ -7,6 +7,7 @@ install_toolchain
 build_targets ZOTDam zotdamctl
 make_prefix
 
+# shellcheck source=/dev/null
 source <(wine "$build/bin/zotdamctl.exe" completion bash)
 
 # completes TO WORD...: checks whether the last word is completed to TO.

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Functions for scripts that run checks and count them. This file is sourced, not run, and also sources
 # scripts/common.sh. The script ends with report_checks.
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
