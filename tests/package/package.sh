@@ -20,8 +20,9 @@ package=ZOTDam-$version-win64
 
 second="$folder/a second build"
 mkdir -p "$second/source"
-cp -r CMakeLists.txt CHANGELOG.md LICENSE README.md THIRD-PARTY-NOTICES.txt \
-    client cmake debug docs examples include package samples schemas src "$second/source"
+documents=(CHANGELOG.md CONTRIBUTING.md LICENSE README.md SECURITY.md THIRD-PARTY-NOTICES.txt docs examples)
+cp -r CMakeLists.txt "${documents[@]}" \
+    client cmake debug include package samples schemas src "$second/source"
 
 build_again() {
     cmake -S "$second/source" -B "$second/build" -G Ninja --toolchain "$second/source/cmake/mingw-w64.cmake" \
@@ -128,7 +129,7 @@ schemas/ZOTBase.xsd
 schemas/ZOTDefault.xsd
 schemas/ZOTPowercfg.xsd
 NAMES
-find CHANGELOG.md LICENSE README.md THIRD-PARTY-NOTICES.txt docs examples -type f >"$folder/documentation.txt"
+find "${documents[@]}" -type f >"$folder/documentation.txt"
 cat >"$folder/symbols.txt" <<'NAMES'
 bin/ZOTDam.dll.debug
 bin/zotdamctl.exe.debug
