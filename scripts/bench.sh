@@ -31,6 +31,8 @@ say "Measuring memory"
         echo "| $functions | $((peak / 1024)) MiB |"
     done
     echo
+    echo "(Measured at commit $(git rev-parse --short HEAD), $(date -u +%F).)"
+    echo
     echo '![Cost over size](performance.svg)'
 } | tee -a "$build/performance.md"
 
