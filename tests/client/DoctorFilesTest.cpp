@@ -45,13 +45,13 @@ const Loss UserSettings = {"UserSettings", File::UserSettings,
                            "the library uses the defaults; it copies the file before it first replaces it",
                            [](DoctorTest& test) {
                                const std::string before = test.UserSettings();
-                               ExpectTheDefaults(test);
+                               ExpectDefaults(test);
                                EXPECT_EQ(ReadFile(test.UnreadableUserSettings()), before);
                                EXPECT_NE(test.UserSettings(), before);
                            }};
 
 const Loss LockedUserSettings = {"UserSettings", File::UserSettings,
-                                 "the library uses the defaults and stores nothing", ExpectTheDefaults};
+                                 "the library uses the defaults and stores nothing", ExpectDefaults};
 
 }  // namespace
 
@@ -140,7 +140,7 @@ TEST_F(DoctorStorageTest, MissingUserSettingsFileIsNoFinding) {
 
 TEST_F(DoctorStorageTest, MissingFolderIsReportedAndPreventsStoring) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
-    ExpectNothingToBeStored("missing-folder", "the library does not create it and stores nothing");
+    ExpectNothingStored("missing-folder", "the library does not create it and stores nothing");
     EXPECT_FALSE(HasUserSettings());
 }
 

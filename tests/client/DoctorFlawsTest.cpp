@@ -17,7 +17,7 @@ const std::string UserScheme1 = "/OrloPowerCfg/PowerSchemes/PowerScheme[1]";
 
 // ---- Consequences, and checks of them ----
 
-const std::string Refused = "the library cannot load the catalogue";
+const std::string Rejected = "the library cannot load the catalogue";
 const std::string Ignored = "the library ignores it";
 const std::string IgnoredWithAll = "the library ignores it and its content";
 const std::string OnlyTheFirst = "the library reads only the first one";
@@ -89,7 +89,7 @@ std::vector<Flaw> FlawsOfFunctions() {
         {"TooLongName", File::Defaults, "SleepKey", TooLong, "text-too-long", Function2, Rejected,
          ExpectNoCatalogue},
         {"TooLongLabel", File::Defaults, "SoonKey", TooLong, "text-too-long",
-         Function2 + "/Display/AC/DisplayItem[1]", Refused, ExpectNoCatalogue},
+         Function2 + "/Display/AC/DisplayItem[1]", Rejected, ExpectNoCatalogue},
         {"TooLongSpecInfo", File::Defaults, "Dim", TooLong, "truncated-text", Command1,
          "the library truncates it in the command",
          [](DoctorTest& test) {
@@ -160,7 +160,7 @@ std::vector<Flaw> FlawsOfDefaultParameters() {
 
 std::vector<Flaw> FlawsOfTheDefaultsDocument() {
     return {
-        {"NoFunctions", File::Defaults, "", "<ZOTDefault/>", "missing-section", "/ZOTDefault", Refused,
+        {"NoFunctions", File::Defaults, "", "<ZOTDefault/>", "missing-section", "/ZOTDefault", Rejected,
          ExpectNoCatalogue},
         {"MoreFunctions", File::Defaults, "</Functions>", "</Functions><Functions><Function/></Functions>",
          "duplicate-element", "/ZOTDefault/Functions[2]", OnlyTheFirst, ExpectTwoFunctions},
