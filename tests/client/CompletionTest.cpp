@@ -27,7 +27,7 @@ TEST_F(CompletionTest, JsonContainsScript) {
 }
 
 TEST_F(CompletionTest, UnknownShellIsRejected) {
-    ExpectError({L"completion", L"fish"}, WrongUsage, "SHELL is bash or powershell, not \"fish\".");
+    ExpectError({L"completion", L"fish"}, WrongUsage, "SHELL must be bash or powershell, not \"fish\".");
 }
 
 }  // namespace ZOTDam::Test
