@@ -29,11 +29,11 @@ static wchar_t* EndLine(wchar_t* text) {
 }
 
 void ListDifferences(const struct ZdExports* zd, const GUID* schemeA, const GUID* schemeB) {
-    const uint32_t mains = 1; /* 2 is the battery */
+    const uint32_t ac = 1; /* 2: on battery */
     ZdText names, values;
     wchar_t* name = names;
     wchar_t* value = values;
-    if (!zd->GetDiffFuncList(schemeA, schemeB, mains, names, values)) {
+    if (!zd->GetDiffFuncList(schemeA, schemeB, ac, names, values)) {
         puts("no difference");
         return;
     }

@@ -5,7 +5,7 @@
 /* [begin GetParameter] */
 static void PrintParameter(struct ZdParameterCallback* self, int32_t id, const struct ZdParamValue* value) {
     (void)self;
-    printf("%d: option %d on mains, %d on battery\n", id, value->acParamIndex, value->dcParamIndex);
+    printf("%d: option %d plugged in, %d on battery\n", id, value->acParamIndex, value->dcParamIndex);
 }
 
 void ListParameters(const struct ZdExports* zd, const GUID* scheme) {
@@ -62,7 +62,7 @@ void ListCurrentValues(const struct ZdExports* zd) {
     static const struct ZdFuncCurValue none = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
     struct ZdFuncCurValue value = none;
     for (uint32_t position = 0; zd->GetFuncCurValue(position, &value); ++position) {
-        printf("function %u: option %u on mains, %u on battery\n", value.functionId, value.acValue,
+        printf("function %u: option %u plugged in, %u on battery\n", value.functionId, value.acValue,
                value.dcValue);
         value = none;
     }

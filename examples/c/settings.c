@@ -8,7 +8,7 @@ static void PrintSubGroup(const struct ZdSpecSubGroupRecord* subGroup) {
     const struct ZdLinks* node;
     for (node = end->next; node != end; node = node->next) {
         const struct ZdSpecPowerSettingRecord* const setting = ZD_RECORD(ZdSpecPowerSettingRecord, node);
-        printf("    %08lx/%08lx: %d on mains, %d on battery\n", (unsigned long)subGroup->subGroup.Data1,
+        printf("    %08lx/%08lx: %d plugged in, %d on battery\n", (unsigned long)subGroup->subGroup.Data1,
                (unsigned long)setting->powerSetting.Data1, setting->acValue, setting->dcValue);
     }
 }

@@ -18,10 +18,10 @@ void ListCommands(const ZOTDam::Library& library, const GUID& scheme) {
 
 // [begin GetDiffFuncList]
 void ListDifferences(const ZOTDam::Library& library, const GUID& schemeA, const GUID& schemeB) {
-    constexpr std::uint32_t mains = 1;  // 2 is the battery
+    constexpr std::uint32_t ac = 1;  // 2: on battery
     wchar_t names[ZOTDam::TextCapacity];
     wchar_t values[ZOTDam::TextCapacity];
-    if (!library.GetDiffFuncList(&schemeA, &schemeB, mains, names, values)) {
+    if (!library.GetDiffFuncList(&schemeA, &schemeB, ac, names, values)) {
         std::puts("no difference");
         return;
     }

@@ -11,7 +11,7 @@ void ListParameters(const ZOTDam::Library& library, const GUID& scheme) {
         [&](std::int32_t id, const ZOTDam::ParamValue* value) { params.emplace(id, *value); });
     library.GetParameter(&scheme, &keep);
     for (const auto& [id, value] : params)
-        std::printf("%d: option %d on mains, %d on battery\n", id, value.ACParamIndex, value.DCParamIndex);
+        std::printf("%d: option %d plugged in, %d on battery\n", id, value.ACParamIndex, value.DCParamIndex);
 }
 // [end GetParameter]
 
@@ -53,7 +53,7 @@ void ListCurrentValues(const ZOTDam::Library& library) {
     // Initialise before each call: a field is unchanged if its parameter selects no option.
     ZOTDam::FuncCurValue value{none, none, none};
     for (std::uint32_t position = 0; library.GetFuncCurValue(position, &value); ++position) {
-        std::printf("function %u: option %u on mains, %u on battery\n", value.FunctionId, value.ACValue,
+        std::printf("function %u: option %u plugged in, %u on battery\n", value.FunctionId, value.ACValue,
                     value.DCValue);
         value = {none, none, none};
     }

@@ -11,7 +11,7 @@ void ListSpecSchemes(const ZOTDam::Library& library) {
             std::printf("scheme %08lx\n", static_cast<unsigned long>(record->scheme.Data1));
             for (const ZOTDam::SpecSubGroupRecord& subGroup : record->subGroups)
                 for (const ZOTDam::SpecPowerSettingRecord& setting : subGroup.powerSettings)
-                    std::printf("    %08lx/%08lx: %d on mains, %d on battery\n",
+                    std::printf("    %08lx/%08lx: %d plugged in, %d on battery\n",
                                 static_cast<unsigned long>(subGroup.subGroup.Data1),
                                 static_cast<unsigned long>(setting.powerSetting.Data1), setting.acValue,
                                 setting.dcValue);

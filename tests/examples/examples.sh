@@ -43,14 +43,14 @@ loaded: 16 functions
 1: BrightnessName
     check 1: 7516b95f-f776-4464-8c53-06167f40cc99
 not in use: 19, LightSensorName
-1: option 0 on mains, 3 on battery
+1: option 0 plugged in, 3 on battery
 1: by default 1 and 2
 accepted: yes
 2 is now 5 and 5
-function 1: option 100 on mains, 60 on battery
+function 1: option 100 plugged in, 60 on battery
 command 34, event 1, state 0: options 1 and 1, "Camera"
 - Display brightness: 60%
-    7516b95f/3c0bc021: 600 on mains, 300 on battery
+    7516b95f/3c0bc021: 600 plugged in, 300 on battery
 LowBatteryWarning is "15"
 stored: yes
 stored: no
