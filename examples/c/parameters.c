@@ -5,7 +5,7 @@
 /* [begin GetParameter] */
 static void PrintParameter(struct ZdParameterCallback* self, int32_t id, const struct ZdParamValue* value) {
     (void)self;
-    printf("%d: option %d plugged in, %d on battery\n", id, value->acParamIndex, value->dcParamIndex);
+    printf("%d: position %d plugged in, %d on battery\n", id, value->acParamIndex, value->dcParamIndex);
 }
 
 void ListParameters(const struct ZdExports* zd, const GUID* scheme) {

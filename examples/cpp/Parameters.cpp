@@ -11,7 +11,8 @@ void ListParameters(const ZOTDam::Library& library, const GUID& scheme) {
         [&](std::int32_t id, const ZOTDam::ParamValue* value) { params.emplace(id, *value); });
     library.GetParameter(&scheme, &keep);
     for (const auto& [id, value] : params)
-        std::printf("%d: option %d plugged in, %d on battery\n", id, value.ACParamIndex, value.DCParamIndex);
+        std::printf("%d: position %d plugged in, %d on battery\n", id, value.ACParamIndex,
+                    value.DCParamIndex);
 }
 // [end GetParameter]
 

@@ -43,7 +43,7 @@ loaded: 16 functions
 1: BrightnessName
     check 1: 7516b95f-f776-4464-8c53-06167f40cc99
 not in use: 19, LightSensorName
-1: option 0 plugged in, 3 on battery
+1: position 0 plugged in, 3 on battery
 1: by default 1 and 2
 accepted: yes
 2 is now 5 and 5
