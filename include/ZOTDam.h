@@ -1,18 +1,21 @@
 // ZOTDam, the data access module of QUEN Power Management: records, lists, callbacks and exports.
 //
-// The types in this header are a fixed binary interface: C programs and programs built with other compilers
-// use the same DLL. The static assertions after each type verify its layout in every build.
+// The layout of the types in this header is a fixed binary interface, because C programs and programs built
+// with other compilers use the same DLL. The static assertions after each type verify the layout.
+//
+// README.md defines the terms: function, catalogue, option, scheme, parameters and others.
 //
 // Rules for every export:
 //  - The caller must initialise COM on the calling thread and keep it initialised until ZOTDamExit returns.
 //  - Exports must not be called concurrently. OnItem may call exports.
-//  - Exports return no error codes and let no exception of the library escape. An exception that a client's
-//    OnItem throws passes through to that client. Compatibility: C1, C2, C10.
-//  - Pointers must not be null unless stated otherwise. Strings are UTF-16.
-//  - The library only reads its input arguments; it never changes or frees them. The client must not change
-//    or free the data that OnItem receives. A record is valid only while its OnItem runs.
-//  - docs/compatibility.md lists the surprising behaviour that is kept on purpose. "Compatibility: C1" refers
-//    to its first entry.
+//  - Exports return no error codes. They catch all exceptions of the library, but not an exception that a
+//    client's OnItem throws: it reaches the client. Compatibility: C1, C2, C10.
+//  - Pointer arguments must not be null, except where an export's comment allows null. Strings are UTF-16.
+//  - The library only reads its input arguments. It never changes or frees them.
+//  - The client must not change or free the data that OnItem receives. A record is valid only until its
+//    OnItem returns.
+//  - docs/compatibility.md lists behaviour that looks like an error but is kept because clients depend on it.
+//    "Compatibility: C1" refers to its first entry.
 #pragma once
 
 #include <guiddef.h>
@@ -41,10 +44,11 @@ struct ListLinks {
     ListLinks* prev;
 };
 
-// The shared sentinel of all empty lists, so that an empty list allocates nothing. It is never written.
+// The sentinel that all empty lists of a module share, so that an empty list needs no heap allocation. It is
+// never modified.
 inline ListLinks EmptyListLinks{&EmptyListLinks, &EmptyListLinks};
 
-// A doubly linked list that owns its records, in the layout that all clients share.
+// A doubly linked list that owns its records. Its layout is the same for all clients.
 template <class Record>
 class List {
     struct Node {
@@ -86,7 +90,7 @@ public:
 
     iterator begin() noexcept { return iterator{head->next}; }
     iterator end() noexcept { return iterator{head}; }
-    // A client may mark its own list as empty by the count alone. Compatibility: C53.
+    // A client may empty its own list by setting only the count to 0. Compatibility: C53.
     const_iterator begin() const noexcept { return empty() ? end() : const_iterator{head->next}; }
     const_iterator end() const noexcept { return const_iterator{head}; }
     std::size_t size() const noexcept { return static_cast<std::size_t>(count); }
@@ -151,16 +155,16 @@ static_assert(sizeof(ListLinks) == 16 && offsetof(ListLinks, next) == 0 && offse
 
 // ---- Functions of the catalogue -------------------------------------------------------------------------
 
-// One option that a function offers on one power source.
+// An option of a function for one power source, AC or DC.
 struct DisplayItem {
-    std::int32_t option = 0;  // the value of the option
+    std::int32_t option = 0;  // the option's number, for example a brightness in percent
     Text label = {};
 };
 
 static_assert(sizeof(DisplayItem) == 524 && offsetof(DisplayItem, option) == 0);
 static_assert(offsetof(DisplayItem, label) == 4);
 
-// A power-management function in use on this machine.
+// A function of the catalogue: a power-management feature in use on this machine.
 struct FunctionRecord {
     std::int32_t type = 0;
     std::int32_t flag = 0;
@@ -206,12 +210,13 @@ private:
     Interface* pointer = nullptr;
 };
 
+// A command of a function of the base catalogue.
 struct BaseCommandItem {
     std::int32_t id = 0;
     std::int32_t event = 0;
     std::int32_t state = 0;
-    std::int32_t paramIndex1 = 0;
-    std::int32_t paramIndex2 = 0;
+    std::int32_t paramIndex1 = 0;  // the power source of option 1: 0 for AC, any other number for DC
+    std::int32_t paramIndex2 = 0;  // the same for option 2
     std::int32_t flag = 0;
     Text specInfo1 = {};
 };
@@ -234,6 +239,7 @@ static_assert(sizeof(CheckExistItem) == 2084 && offsetof(CheckExistItem, checkFl
 static_assert(offsetof(CheckExistItem, param1) == 4 && offsetof(CheckExistItem, param2) == 524);
 static_assert(offsetof(CheckExistItem, param3) == 1044 && offsetof(CheckExistItem, param4) == 1564);
 
+// A group of commands of a function, with the checks of the group.
 struct CommandFamily {
     List<BaseCommandItem> commandItems;
     List<CheckExistItem> checkExistItems;
@@ -242,7 +248,7 @@ struct CommandFamily {
 static_assert(sizeof(CommandFamily) == 32 && offsetof(CommandFamily, commandItems) == 0);
 static_assert(offsetof(CommandFamily, checkExistItems) == 16);
 
-// A function of the suite, whether or not this machine supports it.
+// A function of the base catalogue.
 struct FunctionBaseRecord {
     std::int32_t id = 0;
     std::int32_t type = 0;
@@ -272,8 +278,8 @@ static_assert(sizeof(FunctionBaseHolder) == 24 && offsetof(FunctionBaseHolder, r
 
 // ---- Parameters of a power scheme -----------------------------------------------------------------------
 
-// The parameters of one function in one power scheme: zero-based positions in the function's lists of display
-// items.
+// The parameters of a function in a scheme. They are zero-based positions: ACParamIndex in the function's
+// acDisplayItems, DCParamIndex in its dcDisplayItems.
 struct ParamValue {
     std::int32_t ACParamIndex = 0;  // when plugged in
     std::int32_t DCParamIndex = 0;  // on battery
@@ -300,9 +306,10 @@ static_assert(offsetof(ParamTreeNode, parent) == 8 && offsetof(ParamTreeNode, ri
 static_assert(offsetof(ParamTreeNode, color) == 24 && offsetof(ParamTreeNode, isNil) == 25);
 static_assert(offsetof(ParamTreeNode, functionId) == 28 && offsetof(ParamTreeNode, value) == 32);
 
-// A client's map from function id to ParamValue: a binary search tree ordered by signed id. `head` is the nil
-// node. Its left link is the smallest node, its parent link the root and its right link the largest node.
-// Every missing child is the nil node. The tree need not be balanced.
+// A client's map from function id to ParamValue: a binary search tree ordered by signed id, which need not be
+// balanced. `head` points to the nil node. In the nil node, `left` points to the smallest node, `parent` to
+// the root and `right` to the largest node. In the other nodes, the link to a missing child points to the nil
+// node.
 struct ParamTree {
     class Iterator {
     public:
@@ -350,17 +357,17 @@ struct ParamMapHolder {
 
 static_assert(sizeof(ParamMapHolder) == 24 && offsetof(ParamMapHolder, params) == 8);
 
-// The options of a function in the scheme that TEVGetParam loaded.
+// The selected options of a function in the scheme that TEVGetParam loaded.
 struct FuncCurValue {
-    std::uint32_t FunctionId;  // 7 for functions 7 and 8, which share one refresh rate
-    std::uint32_t ACValue;
+    std::uint32_t FunctionId;  // functions 7 and 8, the refresh rates, are both reported as 7
+    std::uint32_t ACValue;     // an option, not a position
     std::uint32_t DCValue;
 };
 
 static_assert(sizeof(FuncCurValue) == 12 && offsetof(FuncCurValue, FunctionId) == 0);
 static_assert(offsetof(FuncCurValue, ACValue) == 4 && offsetof(FuncCurValue, DCValue) == 8);
 
-// A command of a function, with the options that a scheme's parameters select for it.
+// A command of a function, with the options that the parameters of a scheme select.
 struct CommandInfoRecord {
     std::int32_t id = 0;
     std::int32_t event = 0;
@@ -378,6 +385,7 @@ static_assert(offsetof(CommandInfoRecord, flag) == 20 && offsetof(CommandInfoRec
 
 // ---- Spec schemes ---------------------------------------------------------------------------------------
 
+// The values that a spec scheme prescribes for one Windows power setting.
 struct SpecPowerSettingRecord {
     std::int32_t acValue = 0;
     std::int32_t dcValue = 0;
@@ -388,6 +396,7 @@ static_assert(sizeof(SpecPowerSettingRecord) == 24 && offsetof(SpecPowerSettingR
 static_assert(offsetof(SpecPowerSettingRecord, dcValue) == 4);
 static_assert(offsetof(SpecPowerSettingRecord, powerSetting) == 8);
 
+// The settings in one subgroup of the Windows power settings.
 struct SpecSubGroupRecord {
     GUID subGroup = {};
     List<SpecPowerSettingRecord> powerSettings;
@@ -413,9 +422,9 @@ static_assert(offsetof(SpecSchemeRecord, subGroups) == 1592);
 
 // ---- Callbacks ------------------------------------------------------------------------------------------
 
-// An export that enumerates calls OnItem once per item, on the caller's thread, before the export returns. A
-// C client passes a pointer to a struct whose first member points to a function table with OnItem as its
-// first entry.
+// An export that enumerates items calls OnItem once for each item, on the caller's thread, before the export
+// returns. A C client passes a pointer to a struct. The struct's first member points to a table of function
+// pointers, and the first entry of the table is OnItem.
 
 struct IGetFunctionBaseCallback {
     virtual void OnItem(const FunctionBaseRecord* record) = 0;
@@ -461,108 +470,112 @@ inline constexpr std::uint32_t CatalogueUnavailable = 0xFFFFFFFF;
 extern "C" {
 
 // Returns the number of functions in the catalogue. Returns CatalogueUnavailable when the catalogue cannot be
-// loaded, or after ZOTDamExit. The first call that needs the catalogue reads it from the defaults file.
-// Compatibility: C21, C26.
+// loaded, or after ZOTDamExit. The first call of any export that needs the catalogue loads it from the
+// defaults file. Compatibility: C21, C26.
 std::uint32_t GetFuncCount();
 
-// Enumerates every function of the base catalogue, in file order. A function that cannot be read ends the
-// enumeration; the functions before it are still enumerated. Returns false for a null callback or after
-// ZOTDamExit, otherwise true. Compatibility: C20, C22.
+// Enumerates the functions of the base catalogue in file order. If a function cannot be read, enumerates only
+// the functions before it. Returns false for a null callback or after ZOTDamExit, otherwise true.
+// Compatibility: C20, C22.
 bool GetFunctionBase(IGetFunctionBaseCallback* callback);
 
 // Enumerates the functions of the base catalogue that are missing from the catalogue. Enumerates nothing when
-// the catalogue cannot be loaded or a function cannot be read. The return value is the same as for
-// GetFunctionBase. Compatibility: C22.
+// the catalogue cannot be loaded or when a function of the base catalogue cannot be read. The return value is
+// the same as for GetFunctionBase. Compatibility: C22.
 bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
 
-// Enumerates the functions of the catalogue by ascending id, with names, groups and labels in the user's
-// language. A key without a text in the string table stays unchanged. The return value is the same as for
-// GetFunctionBase. Compatibility: C27, C46.
+// Enumerates the functions of the catalogue by ascending id. Their names, groups and labels are texts of the
+// string table in the user's language, or the key if the string table has no text for it. The return value is
+// the same as for GetFunctionBase. Compatibility: C27, C46.
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
 
-// Replaces all functions in the defaults file with the holder's records and saves the file. A record without
-// command items is left out. A record that cannot be written ends the writing. A loaded catalogue that is not
-// empty does not change until the library is unloaded and loaded again. Returns false for a null holder, for
-// an empty list, or after ZOTDamExit; otherwise true, even when writing failed. Compatibility: C24, C25, C26.
+// Replaces all functions in the defaults file with the holder's records and saves the file. Skips a record
+// without command items. If a record cannot be written, saves only the records before it. If the catalogue is
+// already loaded and not empty, it does not change until the library is reloaded. Returns false for a null
+// holder, for an empty list, or after ZOTDamExit. Otherwise returns true, even when writing failed.
+// Compatibility: C24, C25, C26.
 bool AddFunctionDefault(const FunctionBaseHolder* holder);
 
-// Enumerates the parameters of a power scheme by ascending function id: the user's values, completed with the
-// defaults. A scheme or function that is missing from the user settings file is added to it, but functions
-// are never added to an existing scheme without a readable function. Functions 7 and 8 are left out when the
-// primary display does not support one of their two refresh rates. The all-zero scheme has no items. Returns
-// false for a null callback or after ZOTDamExit; otherwise true, even when nothing could be read.
-// Compatibility: C5, C30, C31, C36.
+// Enumerates the parameters of a scheme by ascending function id. Reads them from the user settings file. If
+// the scheme or a function of the catalogue is missing there, adds it with its default parameters to the
+// file. A scheme that contains no readable function is not completed, so nothing is enumerated for it.
+// Function 7 or 8 is left out unless the primary display supports both refresh rates of this function.
+// Enumerates nothing for the all-zero GUID. Returns false for a null callback or after ZOTDamExit. Otherwise
+// returns true, even when nothing could be read. Compatibility: C5, C30, C31, C36.
 bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
 
-// Enumerates the default parameters of a power scheme by ascending function id. The return value is the same
-// as for GetParameter. Compatibility: C5, C34.
+// Enumerates the default parameters of a scheme by ascending function id. Enumerates nothing for the all-zero
+// GUID. The return value is the same as for GetParameter. Compatibility: C5, C34.
 bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback);
 
-// Stores the holder's values for a power scheme in the user settings file. Functions that are not in the
-// holder keep their values. The all-zero scheme is never written. Returns false for a null holder, for an
-// empty map, or after ZOTDamExit; otherwise true, even when writing failed. Compatibility: C5, C35.
+// Stores the holder's parameters for a scheme in the user settings file. The parameters of other functions do
+// not change. Does nothing for the all-zero GUID. Returns false for a null holder, for an empty map, or after
+// ZOTDamExit. Otherwise returns true, even when writing failed. Compatibility: C5, C35.
 bool SetParameter(const GUID* scheme, const ParamMapHolder* holder);
 
-// Removes all schemes and common settings from the user settings as this process last read them, and saves
-// the file. Returns false and saves nothing when the user settings contain no schemes, or after ZOTDamExit.
-// Compatibility: C12, C13.
+// Removes all schemes and common settings from the user settings and saves the file. Does not read the file
+// again: it changes and saves the content that this process read last. Returns false and saves nothing when
+// this content has no schemes, or after ZOTDamExit. Compatibility: C12, C13.
 bool ResetDefault();
 
-// Loads the parameters of a power scheme for GetFuncCurValue, replacing those of the previous call. Returns
-// false when the scheme cannot be loaded and its defaults are incomplete, or after ZOTDamExit. After an
-// incomplete read, the parameters that could be read are still loaded. Compatibility: C36.
+// Loads the parameters of a scheme for GetFuncCurValue. Replaces the parameters that the previous call
+// loaded. If the scheme cannot be loaded completely, adds its missing default parameters. Returns false when
+// these cannot be read completely either, or after ZOTDamExit. The parameters that could be read are loaded
+// even then. Compatibility: C36.
 bool TEVGetParam(const GUID* scheme);
 
-// Retrieves the options of one function in the scheme that TEVGetParam loaded. `position` is a zero-based
-// position in the catalogue; a position of 2^31 or more means the first function if there are several.
-// `value` must not be null. A field whose parameter selects no display item is left unchanged. For a function
-// that is missing from the scheme, retrieves its first options. Returns false and leaves `value` unchanged
-// when no parameters are loaded, when the catalogue has no such position, or after ZOTDamExit.
-// Compatibility: C39, C40, C41, C42.
+// Retrieves the selected options of one function in the scheme that TEVGetParam loaded. `position` is the
+// zero-based position of the function in the catalogue, by ascending id. A position of 2^31 or more means the
+// first function if the catalogue has more than one. A field of `value` is left unchanged when the parameter
+// is not a position in the list of options. For a function that is missing from the scheme, retrieves the
+// first options of its lists. Returns false and leaves `value` unchanged when no parameters are loaded, when
+// the catalogue has no such position, or after ZOTDamExit. Compatibility: C39, C40, C41, C42.
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 
-// Enumerates the commands of every function that the scheme sets, by ascending function id and then in file
-// order. Each command has the options that the scheme's parameters select, or 0 if they select none. The
-// return value is the same as for GetParameter. Compatibility: C5, C43, C44.
+// Enumerates the commands of every function that has parameters in the scheme, by ascending function id and
+// then in file order. The options of a command are those that the parameters select, or 0 for a parameter
+// that selects no option. Enumerates nothing for the all-zero GUID. The return value is the same as for
+// GetParameter. Compatibility: C5, C43, C44.
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
 
-// Lists the functions that two schemes set differently, for one power source (mode 1: plugged in, mode 2: on
-// battery). `names` and `values` are buffers of TextCapacity UTF-16 code units. For each function, `names`
-// receives a line "- name"; functions of the group "Group1Name" come first. `values` receives, in the same
-// order, a line with the label of the option that scheme B selects; the label may be empty. Each line ends
-// with a line feed followed by a carriage return. Text that does not fit is truncated. Returns true when the
-// schemes differ and both buffers were written. A null buffer is skipped; the function then does all other
-// work and returns false. Compatibility: C6, C45, C46, C47, C48.
+// Lists the functions whose parameters differ between two schemes, for one power source (mode 1: AC, mode 2:
+// DC). `names` and `values` are buffers of TextCapacity UTF-16 code units. `names` receives a line "- name"
+// for each function. Functions of the group "Group1Name" come first. `values` receives one line for each
+// function in the same order: the label of the option that scheme B selects, which may be empty. Each line
+// ends with a line feed followed by a carriage return. A string that does not fit is truncated. Returns true
+// when there is a difference and both buffers were written. With a null buffer, the export loads the schemes
+// and writes the other buffer as usual, but returns false. Compatibility: C6, C45, C46, C47, C48.
 bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mode, wchar_t* names,
                      wchar_t* values);
 
-// Enumerates the Windows power settings that the base catalogue prescribes, scheme by scheme in file order. A
-// scheme is left out when an attribute is missing from it or from an element inside it. A scheme, subgroup or
-// setting with a malformed GUID is also left out. The return value is the same as for GetFunctionBase.
-// Compatibility: C49.
+// Enumerates the spec schemes of the base catalogue in file order. Skips a spec scheme if it, one of its
+// subgroups or one of its settings is missing an attribute. Skips each spec scheme, subgroup or setting that
+// has a malformed GUID. The return value is the same as for GetFunctionBase. Compatibility: C49.
 bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 
 // Copies the named common setting into `value`, a buffer of TextCapacity UTF-16 code units. Searches the user
 // settings first, then the defaults, then the base catalogue. The name is case-sensitive. An empty value is
-// valid; a value that does not fit into the buffer counts as missing. Returns false and leaves the buffer
-// unchanged for a null name, when no source has the setting, or after ZOTDamExit. Compatibility: C51.
+// valid. A value that does not fit into the buffer counts as missing. Returns false and leaves the buffer
+// unchanged for a null name, when none of the three files has the setting, or after ZOTDamExit.
+// Compatibility: C51.
 bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
 // Stores a common setting in the user settings file. The name must be an XML name without a colon and must
 // not be "xmlns". The value must contain only characters that XML 1.0 allows. Returns false for null or
-// invalid arguments, when the file cannot be written, or after ZOTDamExit. If the file is marked as busy or
-// could not be read, the setting stays in memory and the function returns true. Compatibility: C3, C51.
+// invalid arguments, when the file cannot be written, or after ZOTDamExit. If another process holds the busy
+// marker of the file, or if the file could not be read, the setting stays in memory only and the export
+// returns true. Compatibility: C3, C51.
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value);
 
 // Replaces the common settings of the defaults file with those of the base catalogue and saves the file.
 // Returns false when the base catalogue has no common settings, when the file cannot be written, or after
-// ZOTDamExit. If the file is marked as busy or could not be read, the change stays in memory and the function
-// returns true. Compatibility: C3, C52.
+// ZOTDamExit. If another process holds the busy marker of the file, or if the file could not be read, the
+// change stays in memory only and the export returns true. Compatibility: C3, C52.
 bool InitCommonSetting();
 
-// Releases the documents and tables of the library, including all COM objects. This must be the last call
-// before the client unloads the library and before the thread's CoUninitialize. Further calls have no effect.
-// Always returns true. Compatibility: C7, C8.
+// Releases the documents and tables of the library, including all COM objects. The client must call it before
+// FreeLibrary and CoUninitialize. After it, all other exports return their failure values. Further calls of
+// ZOTDamExit have no effect. Always returns true. Compatibility: C7, C8.
 bool ZOTDamExit();
 }
 

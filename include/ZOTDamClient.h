@@ -1,5 +1,5 @@
-// C++ helpers for clients of ZOTDam.h: they initialise COM, load the library with its exports, turn lambdas
-// into callbacks, and build the holder for SetParameter.
+// Helper classes for C++ clients of ZOTDam.h. They initialise COM, load the library and look up its exports,
+// create callbacks from lambdas, and build the argument of SetParameter.
 //
 //     ZOTDam::Library library;
 //     auto print = ZOTDam::MakeCallback<ZOTDam::IGetParameterCallback>(
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    HRESULT result;  // failure is harmless if the thread already uses another COM mode
+    HRESULT result;  // fails if the thread is already in a multithreaded apartment, which is harmless
 };
 
 inline std::string Utf8(const std::filesystem::path& path) {
@@ -45,8 +45,8 @@ class LibraryError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A loaded DLL, freed by the destructor. The constructor throws LibraryError when the DLL cannot be loaded;
-// Export throws it when the export is missing.
+// A loaded DLL. The destructor frees it. The constructor throws LibraryError when the DLL cannot be loaded.
+// Export throws LibraryError when the DLL does not have the export.
 class Module {
 public:
     explicit Module(const std::filesystem::path& file)
@@ -72,18 +72,18 @@ private:
     HMODULE handle;
 };
 
-// ZOTDam.dll with its exports, for use by one thread. The destructor calls ZOTDamExit, frees the DLL and
-// uninitialises COM, in this order.
+// The loaded ZOTDam.dll, with a member for each export. Use an object only on the thread that created it. The
+// destructor calls ZOTDamExit, frees the DLL and uninitialises COM, in this order.
 class Library {
     ComScope com;
     Module module;
 
 public:
-    // Loads ZOTDam.dll from the folder of the running program. Throws LibraryError like the other
-    // constructor.
+    // Loads ZOTDam.dll from the folder of the running program. Throws LibraryError when the DLL cannot be
+    // loaded or an export is missing.
     Library() : Library{ProgramFolder() / L"ZOTDam.dll"} {}
 
-    // Throws LibraryError when the DLL cannot be loaded or an export is missing.
+    // Loads the file. Throws LibraryError in the same cases.
     explicit Library(const std::filesystem::path& file) : module{file} {}
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
@@ -123,7 +123,7 @@ public:
 template <class Interface, class Function, class Method = decltype(&Interface::OnItem)>
 class Callback;
 
-// A callback object whose OnItem calls a function or lambda.
+// A callback object. Its OnItem calls a function or a lambda.
 template <class Interface, class Function, class... Arguments>
 class Callback<Interface, Function, void (Interface::*)(Arguments...)> final : public Interface {
 public:
@@ -139,8 +139,8 @@ Callback<Interface, Function> MakeCallback(Function onItem) {
     return Callback<Interface, Function>{std::move(onItem)};
 }
 
-// A holder for SetParameter, built from a map. Its tree is a chain: the right child of each node is the next
-// node.
+// The argument of SetParameter, built from a map of function ids and parameters. The tree of the argument has
+// no left children: the right child of each node is the node with the next id.
 class ParamHolder {
 public:
     explicit ParamHolder(const std::map<std::int32_t, ParamValue>& params) : nodes(params.size() + 1) {
