@@ -4,13 +4,29 @@
 
 namespace ZOTDam {
 
+namespace {
+
+// Some paths become longer by an extension such as ".unreadable". The prefix is only valid before a path that
+// is complete and normalised.
+bool NeedsPrefix(std::wstring_view path) noexcept {
+    constexpr std::size_t longestExtension = 12;
+    const auto contains = [path](std::wstring_view part) {
+        return path.find(part) != std::wstring_view::npos;
+    };
+    return path.size() + longestExtension >= MAX_PATH && path.substr(1, 2) == L":\\" && !contains(L"/") &&
+           !contains(L"\\.\\") && !contains(L"\\..\\");
+}
+
+}  // namespace
+
 std::wstring FileInFolder(const wchar_t* folder, const wchar_t* fileName, unsigned long capacity) {
     std::wstring path(capacity, L'\0');
     const DWORD needed = ExpandEnvironmentStringsW(folder, path.data(), capacity);
     if (needed == 0 || needed > capacity)
         return {};
     path.resize(needed - 1);
-    return path + fileName;
+    path += fileName;
+    return NeedsPrefix(path) ? std::wstring{LongPathPrefix} + path : path;
 }
 
 std::wstring PathOf(const DataFileLocation& location) {
