@@ -1,8 +1,5 @@
 #include "xml/StringTableControler.h"
 
-#include <algorithm>
-#include <cwchar>
-#include <string_view>
 #include <utility>
 
 #include "platform/FalseOnException.h"
@@ -14,27 +11,28 @@ namespace ZOTDam {
 
 namespace {
 
-bool IsSameKey(const std::wstring& name, std::wstring_view key) noexcept {
-    return name.size() == key.size() && _wcsicmp(name.c_str(), key.data()) == 0;
+// Converts the ASCII letters to lower case, as _wcsicmp compares them.
+std::wstring Fold(std::wstring key) {
+    for (wchar_t& character : key)
+        if (character >= L'A' && character <= L'Z')
+            character += L'a' - L'A';
+    return key;
 }
 
 }  // namespace
 
 CStringTableControler::CStringTableControler() : CZOTProfile{LocalisedFile(PathOf(StringTableLocation))} {
-    if (FileExists() && Load())
+    if (Load() == LoadResult::Loaded)
         ReadEntries();
 }
 
 bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexcept {
     return FalseOnException([&] {
-        const auto isSought = [sought = std::wstring_view{key}](const Entry& entry) {
-            return IsSameKey(entry.name, sought);
-        };
-        const auto entry = std::ranges::find_if(entries, isSought);
+        const auto entry = entries.find(Fold(key));
         if (entry == entries.end())
             return false;
         // An entry without a text hides later entries with the same name. Compatibility: C28.
-        const IXMLDOMElementPtr value = SelectChild(entry->element, Elements::TextValue);
+        const IXMLDOMElementPtr value = SelectChild(entry->second, Elements::TextValue);
         if (!value)
             return false;
         ReadElementText(value, output);
@@ -44,9 +42,9 @@ bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexc
 
 void CStringTableControler::ReadEntries() {
     for (const IXMLDOMElementPtr& element : SelectChildren(FindRoot(), Elements::TextEntry)) {
-        Entry entry{{}, element};
-        if (ReadAttribute(element, Attributes::TextKey, entry.name))
-            entries.push_back(std::move(entry));
+        std::wstring name;
+        if (ReadAttribute(element, Attributes::TextKey, name))
+            entries.try_emplace(Fold(std::move(name)), element);
     }
 }
 

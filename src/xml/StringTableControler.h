@@ -1,7 +1,7 @@
 #pragma once
 
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 #include "xml/Profile.h"
 
@@ -12,21 +12,16 @@ class CStringTableControler : public CZOTProfile {
 public:
     CStringTableControler();
 
-    // Copies the text of the first entry for the key to `output`. The case of ASCII letters is ignored
-    // (Compatibility: C29). Returns false and leaves `output` unchanged when no entry is found or the first
-    // one has no text. `key` may be `output` itself.
+    // Copies the text of the first entry for the key to `output`. The case of ASCII letters is ignored.
+    // Returns false and leaves `output` unchanged when no entry is found or the first one has no text. `key`
+    // may be `output` itself.
     bool Lookup(const wchar_t* key, Text& output) const noexcept;
 
 private:
-    struct Entry {
-        std::wstring name;
-        IXMLDOMElementPtr element;
-    };
-
     void ReadEntries();
 
-    // The entries in file order. Comparing a name here is much faster than in the document.
-    std::vector<Entry> entries;
+    // The first element of each name, whose ASCII letters are in lower case here.
+    std::unordered_map<std::wstring, IXMLDOMElementPtr> entries;
 };
 
 }  // namespace ZOTDam
