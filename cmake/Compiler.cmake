@@ -12,7 +12,8 @@ if(MSVC)
   set(CMAKE_MSVC_DEBUG_INFORMATION_FORMAT ProgramDatabase)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
-  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g -DNDEBUG")
+  # The DLL and the client spend their time in the DOM and in the system. Optimizing for size saves a sixth of the DLL.
+  set(CMAKE_CXX_FLAGS_RELEASE "-Os -g -DNDEBUG")
   target_compile_options(zotdam_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Werror -ffunction-sections -fdata-sections)
   target_link_options(zotdam_compiler INTERFACE
