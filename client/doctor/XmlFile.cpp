@@ -7,7 +7,8 @@
 #include "Error.h"
 #include "platform/File.h"
 #include "Text.h"
-#include "xml/EntityBomb.h"
+#include "xml/FileContent.h"
+#include "xml/Prolog.h"
 
 namespace ZOTDam::Client {
 
@@ -24,14 +25,9 @@ Document NewDocument() {
     return document;
 }
 
-bool Load(IXMLDOMDocument& document, const std::filesystem::path& path) {
-    VARIANT source;
-    V_VT(&source) = VT_BSTR;
-    V_BSTR(&source) = SysAllocString(path.c_str());
+bool Load(IXMLDOMDocument& document, const CFileContent& content) {
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    const HRESULT result = document.load(source, &loaded);
-    SysFreeString(V_BSTR(&source));
-    return result == S_OK && loaded == VARIANT_TRUE;
+    return document.load(content.AsVariant(), &loaded) == S_OK && loaded == VARIANT_TRUE;
 }
 
 // Returns " at line 3, column 7", as far as the parser reports the position.
@@ -48,27 +44,26 @@ std::string PositionOfError(IXMLDOMDocument& document) {
            (error->get_linepos(&column) == S_OK && column != 0 ? ", column " + std::to_string(column) : "");
 }
 
-bool HasDocumentType(IXMLDOMDocument& document) {
-    bool found = false;
-    return FindDocumentType(&document, found) == S_OK && found;
-}
-
 Node RootOf(IXMLDOMDocument& document) {
     IXMLDOMElement* root = nullptr;
     document.get_documentElement(&root);
     return Node{root};
 }
 
-std::optional<Element> ReadDocument(const FileToExamine& file, Findings& findings) {
+// Checks in the same order as the library, which passes no file with a document type to the DOM.
+std::optional<Element> ReadDocument(const CFileContent& content, const FileToExamine& file,
+                                    Findings& findings) {
+    const Prolog prolog = ExamineProlog(content.View());
+    if (prolog == Prolog::DocumentType) {
+        findings.AddObstacle("document-type", "the file has a document type", file.failure.notWellFormed);
+        return {};
+    }
     const Document document = NewDocument();
-    if (!Load(*document, findings.Path())) {
+    if (prolog == Prolog::Invalid || !Load(*document, content)) {
         findings.AddObstacle("not-well-formed", "the file is not well-formed" + PositionOfError(*document),
                              file.failure.notWellFormed);
         return {};
     }
-    if (HasDocumentType(*document))
-        findings.AddToFile("document-type", "the file has a document type",
-                           "the library cannot copy nodes from it, and the DOM of Windows rejects it");
     return BuildElement(RootOf(*document).get());
 }
 
@@ -98,9 +93,7 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
     }
     if (IsMissing(file, findings))
         return {};
-    // Prevents other processes from writing the file while it is examined.
-    const CFile opened{CreateFileW(findings.Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    const CFile opened{OpenForReading(findings.Path())};
     if (!opened.IsOpen()) {
         const bool isInUse = GetLastError() == ERROR_SHARING_VIOLATION;
         findings.AddObstacle("unreadable-file",
@@ -108,13 +101,13 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
                              file.failure.unreadable);
         return {};
     }
-    if (IsEntityBomb(findings.Path())) {
-        findings.AddObstacle("entity-bomb",
-                             "the expansion of the entities that the file declares is too large",
-                             file.failure.notWellFormed);
+    const std::optional<CFileContent> content = ReadContent(opened);
+    if (!content) {
+        findings.AddObstacle("unreadable-file", "the file cannot be read to its end",
+                             file.failure.unreadable);
         return {};
     }
-    return ReadDocument(file, findings);
+    return ReadDocument(*content, file, findings);
 }
 
 }  // namespace ZOTDam::Client

@@ -4,7 +4,7 @@
 namespace ZOTDam {
 
 struct DataFileLocation {
-    const wchar_t* folder;         // with environment variables and a final backslash
+    const wchar_t* folder;  // with environment variables and a final backslash
     // In UTF-16 code units of the expanded folder, including its terminator. Compatibility: C17.
     unsigned long folderCapacity;
     const wchar_t* fileName;

@@ -12,6 +12,8 @@ namespace ZOTDam {
 
 namespace {
 
+std::uint32_t domChanges = 0;
+
 template <class Interface>
 Interface* RequireNode(Interface* node) {
     if (node == nullptr)
@@ -75,6 +77,7 @@ std::wstring_view View(const _variant_t& text) noexcept {
 void SetAttribute(IXMLDOMElement* element, BSTR name, const wchar_t* value) {
     if (!IsXmlText(value))
         _com_issue_error(E_INVALIDARG);
+    ++domChanges;
     Check(RequireNode(element)->setAttribute(name, _variant_t{value}), element);
 }
 
@@ -82,12 +85,6 @@ IXMLDOMDocumentPtr GetOwnerDocument(IXMLDOMNode* node) {
     IXMLDOMDocumentPtr document;
     Check(RequireNode(node)->get_ownerDocument(&document), node);
     return document;
-}
-
-bool HasDocumentType(IXMLDOMDocument* document) {
-    bool found = false;
-    Check(FindDocumentType(document, found), document);
-    return found;
 }
 
 IXMLDOMElementPtr CreateEmptyElement(IXMLDOMDocument* document, const CXmlName& name) {
@@ -172,6 +169,10 @@ void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wch
     SetAttribute(element, CBstr{name}.AsBstr(), value);
 }
 
+std::uint32_t CountOfDomChanges() noexcept {
+    return domChanges;
+}
+
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CXmlName& name) {
     IXMLDOMElementPtr element = CreateEmptyElement(document, name);
     AppendChild(parent, element);
@@ -195,10 +196,6 @@ IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CXmlName& name, const _
 }
 
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
-    // A copy could reference entities that only the other document's DTD declares; the saved file could then
-    // never be loaded again.
-    if (HasDocumentType(GetOwnerDocument(node)))
-        _com_issue_error(E_INVALIDARG);
     IXMLDOMNodePtr copy;
     const IXMLDOMDocument3Ptr document = GetOwnerDocument(parent);
     const HRESULT imported = document->importNode(node, VARIANT_TRUE, &copy);
@@ -211,11 +208,13 @@ IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
 }
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
+    ++domChanges;
     IXMLDOMNodePtr appended;
     Check(RequireNode(parent)->appendChild(child, &appended), parent);
 }
 
 void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
+    ++domChanges;
     IXMLDOMNodePtr removed;
     Check(RequireNode(parent)->removeChild(child, &removed), parent);
 }
@@ -230,6 +229,7 @@ bool RemoveChildren(IXMLDOMNode* parent) {
 }
 
 void RemoveAttributes(IXMLDOMNode* element) {
+    ++domChanges;
     IXMLDOMNamedNodeMapPtr attributes;
     Check(RequireNode(element)->get_attributes(&attributes), element);
     long count = 0;

@@ -68,6 +68,9 @@ void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, const wchar_t
 bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstring& value);
 void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wchar_t* value);
 
+// The number of changes that this library has made to the trees of all documents.
+std::uint32_t CountOfDomChanges() noexcept;
+
 // Appends an empty element; `parent` may be the document itself.
 IXMLDOMElementPtr AppendElement(IXMLDOMDocument* document, IXMLDOMNode* parent, const CXmlName& name);
 
@@ -77,7 +80,6 @@ IXMLDOMElementPtr CreateElement(IXMLDOMNode* parent, const CXmlName& name, const
 IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CXmlName& name, const _variant_t& value = {});
 
 // Creates a deep copy of a node of another document, for the document of `parent`, without appending it.
-// Throws E_INVALIDARG when the node's document has a document type.
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node);
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);

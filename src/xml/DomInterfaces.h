@@ -37,14 +37,4 @@ namespace ZOTDam {
 inline constexpr CLSID DomDocument60 = {
     0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
 
-// Determines whether a document has a document type.
-inline HRESULT FindDocumentType(IXMLDOMDocument* document, bool& found) noexcept {
-    IXMLDOMDocumentType* type = nullptr;
-    const HRESULT result = document->get_doctype(&type);
-    found = type != nullptr;
-    if (found)
-        type->Release();
-    return result;
-}
-
 }  // namespace ZOTDam

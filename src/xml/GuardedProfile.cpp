@@ -7,7 +7,6 @@
 #include "platform/AtomicFile.h"
 #include "platform/BusyMarker.h"
 #include "platform/FalseOnException.h"
-#include "platform/File.h"
 
 namespace ZOTDam {
 
@@ -24,49 +23,40 @@ CGuardedProfile::CGuardedProfile(std::wstring path, const wchar_t* markerName, c
     : CZOTProfile{std::move(path)}, markerName{markerName}, rootName{rootName} {}
 
 void CGuardedProfile::Open() noexcept {
-    if (!FileExists()) {
-        fileContent = FileContent::Unknown;
-        FalseOnException([this] {
-            OpenWithoutFile();
+    FalseOnException([this] {
+        if (IsUpToDate())
             return true;
-        });
-    } else if (const CBusyMarker marker{markerName}; marker.IsAcquired()) {
-        fileContent = ReadFile();
-    }
+        const bool needsRecovery = HasRedoFile(Path());
+        if (!needsRecovery && !FileExists()) {
+            loadResult = LoadResult::NotRead;
+            OpenWithoutFile();
+        } else if (const CBusyMarker marker{markerName}; marker.IsAcquired()) {
+            if (needsRecovery)
+                CompleteInterruptedWrite(Path());
+            loadResult = Load();
+        }
+        return true;
+    });
 }
 
 bool CGuardedProfile::Save() noexcept {
     return FalseOnException([this] {
+        ForgetFileState();
         const CBusyMarker marker{markerName};
         if (!marker.IsAcquired())
             return true;
+        if (HasRedoFile(Path()))
+            CompleteInterruptedWrite(Path());
         // If the file does not exist, for whatever reason, a save cannot destroy data.
-        const FileContent contentAtRisk = IsFile(Path()) ? fileContent : FileContent::Known;
-        if (contentAtRisk == FileContent::Unknown)
+        const LoadResult contentAtRisk = IsFile(Path()) ? loadResult : LoadResult::Loaded;
+        if (contentAtRisk == LoadResult::NotRead)
             return true;
-        return contentAtRisk != FileContent::LoadFailed && ReplaceFile();
+        return contentAtRisk != LoadResult::Failed && ReplaceFile();
     });
 }
 
-// A load fails both for content that is not well-formed and for a file that another program has locked. While
-// the file is open here, no other program can lock it, so a second failure is due to the content.
-CGuardedProfile::FileContent CGuardedProfile::ReadFile() noexcept {
-    FileContent content = FileContent::LoadFailed;
-    FalseOnException([&] {
-        if (LoadOrThrow()) {
-            content = FileContent::Known;
-            return true;
-        }
-        const CFile file{CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                     FILE_ATTRIBUTE_NORMAL, nullptr)};
-        std::string bytes;
-        if (!file.IsOpen() || !file.Read(bytes))
-            content = FileContent::Unknown;
-        else
-            content = LoadOrThrow() ? FileContent::Known : FileContent::NotWellFormed;
-        return true;
-    });
-    return content;
+bool CGuardedProfile::IsIncomplete() const {
+    return HasRedoFile(Path());
 }
 
 IXMLDOMElementPtr CGuardedProfile::Root() {
@@ -77,13 +67,13 @@ IXMLDOMElementPtr CGuardedProfile::Root() {
 bool CGuardedProfile::ReplaceFile() {
     if (!BackUpUnreadableFile() || !Write())
         return false;
-    fileContent = FileContent::Known;
+    loadResult = LoadResult::Loaded;
     return true;
 }
 
 // A file without loadable content is about to be overwritten, so a copy of it is kept.
 bool CGuardedProfile::BackUpUnreadableFile() const {
-    return fileContent != FileContent::NotWellFormed || !FileExists() ||
+    return loadResult != LoadResult::NotWellFormed || !FileExists() ||
            CopyAndFlush(Path(), Path() + L".unreadable");
 }
 

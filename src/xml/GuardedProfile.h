@@ -7,7 +7,8 @@ namespace ZOTDam {
 // A data file that this and other processes read and write, each under the file's busy marker.
 class CGuardedProfile : public CZOTProfile {
 public:
-    // Reads the file again. If the file is busy, leaves the document unchanged. Compatibility: C3.
+    // Reads the file again if that can make a difference. If the file is busy, leaves the document unchanged.
+    // Compatibility: C3.
     void Open() noexcept;
 
     // Writes the file. If the file is busy or contains data that this process has not read, the changes stay
@@ -27,21 +28,15 @@ private:
     // Prepares the document when the file does not exist.
     virtual void OpenWithoutFile() = 0;
 
-    // The relation of the document in memory to the file.
-    enum class FileContent : unsigned char {
-        Unknown,        // the file was never read, could not be opened, or was created later
-        Known,          // the document is based on the file's content
-        NotWellFormed,  // the file was read, but its content cannot be loaded (not well-formed)
-        LoadFailed,     // the load failed: no DOM or not enough memory
-    };
+    bool IsIncomplete() const override;
 
-    FileContent ReadFile() noexcept;
     bool BackUpUnreadableFile() const;
     bool ReplaceFile();
 
     const wchar_t* markerName;
     CXmlName rootName;
-    FileContent fileContent = FileContent::Unknown;
+    // The last load of the file. A file that was created later was not read.
+    LoadResult loadResult = LoadResult::NotRead;
 };
 
 }  // namespace ZOTDam

@@ -2,11 +2,13 @@
 
 #include <shlwapi.h>
 
+#include <optional>
 #include <utility>
 
 #include "platform/AtomicFile.h"
 #include "platform/FalseOnException.h"
-#include "xml/EntityBomb.h"
+#include "platform/File.h"
+#include "xml/Prolog.h"
 #include "xml/TextStream.h"
 #include "xml/XmlDeclaration.h"
 
@@ -46,26 +48,48 @@ bool CZOTProfile::FileExists() const noexcept {
     return PathFileExistsW(path.c_str()) != FALSE;
 }
 
-bool CZOTProfile::Load() noexcept {
-    return FalseOnException([this] { return LoadOrThrow(); });
+CZOTProfile::LoadResult CZOTProfile::Load() noexcept {
+    ForgetFileState();
+    LoadResult result = LoadResult::Failed;
+    const bool isKnown = FalseOnException([&] {
+        result = ReadAndParse();
+        return result == LoadResult::Loaded || Clear();
+    });
+    return isKnown ? result : LoadResult::Failed;
 }
 
-bool CZOTProfile::LoadOrThrow() {
-    VARIANT_BOOL loaded = VARIANT_FALSE;
-    if (!HasNoEntityBomb()) {
-        Check(document->loadXML(CXmlName{L""}.AsBstr(), &loaded), document.GetInterfacePtr());
-        return false;
+CZOTProfile::LoadResult CZOTProfile::ReadAndParse() {
+    const std::uint64_t time = CurrentTime();
+    const CFile file{OpenForReading(path)};
+    if (!file.IsOpen() || IsIncomplete())
+        return LoadResult::NotRead;
+    const FileState state = StateOf(file.Handle());
+    const std::optional<CFileContent> content = ReadContent(file);
+    if (!content)
+        return LoadResult::NotRead;
+    const LoadResult result = Parse(*content);
+    if (result == LoadResult::Loaded && IdentifiesContent(state, time)) {
+        loadedState = state;
+        changesAtLoad = CountOfDomChanges();
     }
-    Check(document->load(_variant_t{path.c_str()}, &loaded), document.GetInterfacePtr());
-    return loaded == VARIANT_TRUE;
+    return result;
 }
 
-// The check reads the whole file, so it is skipped when the file is unchanged since the last check.
-bool CZOTProfile::HasNoEntityBomb() {
-    const FileState state = StateOf(path);
-    if (state != checkedState && !IsEntityBomb(path))
-        checkedState = state;
-    return state == checkedState;
+CZOTProfile::LoadResult CZOTProfile::Parse(const CFileContent& content) {
+    VARIANT_BOOL isLoaded = VARIANT_FALSE;
+    if (ExamineProlog(content.View()) == Prolog::Valid)
+        Check(document->load(content.AsVariant(), &isLoaded), document.GetInterfacePtr());
+    return isLoaded == VARIANT_TRUE ? LoadResult::Loaded : LoadResult::NotWellFormed;
+}
+
+// A failed load does not empty the document if the DOM did not see the file.
+bool CZOTProfile::Clear() {
+    VARIANT_BOOL isLoaded = VARIANT_FALSE;
+    return document && SUCCEEDED(document->loadXML(CXmlName{L""}.AsBstr(), &isLoaded));
+}
+
+bool CZOTProfile::IsUpToDate() const noexcept {
+    return loadedState != FileState{} && changesAtLoad == CountOfDomChanges() && StateOf(path) == loadedState;
 }
 
 bool CZOTProfile::Write() noexcept {

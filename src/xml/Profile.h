@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/FileState.h"
 #include "xml/Dom.h"
+#include "xml/FileContent.h"
 
 namespace ZOTDam {
 
@@ -27,12 +29,22 @@ protected:
     bool FileExists() const noexcept;
     const std::wstring& Path() const noexcept { return path; }
 
-    // Loads the file into the document. Returns false and leaves an empty document when the load fails. A
-    // file with an entity bomb is not loaded.
-    bool Load() noexcept;
+    enum class LoadResult : unsigned char {
+        Loaded,
+        NotRead,        // the file could not be opened or not be read to its end
+        NotWellFormed,  // the DOM refused the content, or the file has a document type
+        Failed,         // the DOM or memory is not available
+    };
 
-    // The same, but throws when the DOM or memory is not available.
-    bool LoadOrThrow();
+    // Loads the file into the document, which is empty after any other result than Loaded.
+    LoadResult Load() noexcept;
+
+    // Returns whether the document is what a load would produce now. "Unknown" counts as false.
+    bool IsUpToDate() const noexcept;
+
+    // Must be called when the document and the file can differ from now on for another reason than a change
+    // of one of them.
+    void ForgetFileState() noexcept { loadedState = {}; }
 
     // Replaces the file with the document, completely or not at all. Returns false on failure.
     bool Write() noexcept;
@@ -47,11 +59,18 @@ protected:
     bool ClearSection(const CXmlName& name);
 
 private:
-    bool HasNoEntityBomb();
+    // Returns whether the file may contain only a part of its content. Called while no other process can
+    // write to it.
+    virtual bool IsIncomplete() const { return false; }
+
+    LoadResult ReadAndParse();
+    LoadResult Parse(const CFileContent& content);
+    bool Clear();
 
     IXMLDOMDocument2Ptr document;
     std::wstring path;
-    FileState checkedState;
+    FileState loadedState;
+    std::uint32_t changesAtLoad = 0;
 };
 
 }  // namespace ZOTDam
