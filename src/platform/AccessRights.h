@@ -7,14 +7,14 @@
 
 namespace ZOTDam {
 
-// The access rights of a file, for creating another file with the same rights.
+// The access control list (DACL) of a file, for creating another file with the same access rights.
 class CAccessRights {
 public:
     explicit CAccessRights(const std::wstring& path);
 
-    // Returns the rights for CreateFileW. Returns null when the file does not exist or its rights cannot be
-    // read; a new file then inherits the rights of its folder. The pointer is valid for the lifetime of this
-    // object.
+    // Returns the rights as an argument of CreateFileW. Returns null when the file does not exist or its
+    // rights cannot be read; a new file then inherits the rights of its folder. The pointer is valid for the
+    // lifetime of this object.
     SECURITY_ATTRIBUTES* ForNewFile() noexcept;
 
 private:

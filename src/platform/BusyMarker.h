@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// A named mutex used as a busy flag for a data file, for all processes of the session. The flag is
-// non-blocking: a process that finds the file busy does not access it.
+// A named mutex that all processes of a logon session use as the busy flag of a data file. The flag is
+// non-blocking: a process that finds the file busy does not access the file.
 class CBusyMarker {
 public:
     explicit CBusyMarker(const wchar_t* name) noexcept;
@@ -13,9 +13,9 @@ public:
     CBusyMarker& operator=(const CBusyMarker&) = delete;
     ~CBusyMarker();
 
-    // Returns true when this process may use the file. This is also the case when the mutex could not be
-    // created although no other process holds it: working without the marker is better than never reading or
-    // saving.
+    // Returns whether this process may access the file. Usually, the process then holds the mutex. It may
+    // also access the file when the mutex cannot be created and no other process is known to hold it: reading
+    // and saving without the marker is better than not at all.
     bool IsAcquired() const noexcept { return acquired; }
 
 private:

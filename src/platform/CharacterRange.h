@@ -5,7 +5,7 @@
 
 namespace ZOTDam {
 
-// A range of characters, including both ends.
+// A range of characters that includes `first` and `last`.
 struct CharacterRange {
     char32_t first;
     char32_t last;

@@ -6,6 +6,7 @@
 
 namespace ZOTDam {
 
+// A critical section of Windows that std::lock_guard can lock. It is not deleted at process shutdown.
 class CCriticalSection {
 public:
     CCriticalSection() noexcept { InitializeCriticalSection(&section); }

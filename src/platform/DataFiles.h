@@ -3,12 +3,13 @@
 
 namespace ZOTDam {
 
+// The folder and name of a data file, and the name of its busy marker.
 struct DataFileLocation {
-    const wchar_t* folder;  // with environment variables and a final backslash
-    // In UTF-16 code units of the expanded folder, including its terminator. Compatibility: C17.
+    const wchar_t* folder;  // contains environment variables and ends with a backslash
+    // The capacity for the expanded folder and its terminator, in UTF-16 code units. Compatibility: C17.
     unsigned long folderCapacity;
     const wchar_t* fileName;
-    const wchar_t* busyMarker;  // the mutex held while the file is loaded or saved; null if it is never saved
+    const wchar_t* busyMarker;  // the name of the mutex for CBusyMarker; null for a file that is never saved
 };
 
 inline constexpr wchar_t InstallationFolder[] = L"%ProgramFiles%\\Orlo\\QUEN Power Management\\";

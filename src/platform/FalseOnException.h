@@ -2,7 +2,7 @@
 
 namespace ZOTDam {
 
-// Runs an operation and returns its result, or false when it throws any exception.
+// Runs an operation and returns its result. Returns false when the operation throws an exception.
 template <class Operation>
 bool FalseOnException(Operation&& operation) noexcept {
     try {

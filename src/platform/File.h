@@ -7,7 +7,7 @@
 
 namespace ZOTDam {
 
-// Larger files are not read; the library's own have at most a few megabytes.
+// The maximum size of a file that is read. The library's own files have at most a few megabytes.
 inline constexpr LONGLONG MaxFileSize = 64 << 20;
 
 // An open file, closed by the destructor.
@@ -20,13 +20,16 @@ public:
 
     bool IsOpen() const noexcept { return handle != INVALID_HANDLE_VALUE; }
     HANDLE Handle() const noexcept { return handle; }
+
+    // Closes the current file and takes ownership of a handle that the caller has opened.
     void Open(HANDLE opened) noexcept;
     void Close() noexcept;
 
-    // Returns false for a device and for a file that is too large to be read.
+    // Returns false for a device and for a file larger than MaxFileSize.
     bool GetSize(DWORD& size) const noexcept;
 
-    // Reads the complete file, which has this size. Returns false when it has become shorter.
+    // Reads from the start of the file: `size` bytes, or the complete file. Returns false when the file is
+    // shorter than `size` or cannot be read.
     bool Read(void* content, DWORD size) const noexcept;
     bool Read(std::string& content) const;
 
@@ -36,7 +39,7 @@ public:
     // Removes the file's content and flushes this change to disk.
     bool Truncate() const noexcept;
 
-    // Flushes the data that the system has buffered for the file to disk.
+    // Flushes the system's buffers for the file to disk.
     bool Flush() const noexcept { return FlushFileBuffers(handle) != FALSE; }
 
     // Deletes the file and closes it. The file must have been opened with DELETE access.
@@ -46,11 +49,13 @@ private:
     HANDLE handle;
 };
 
-// Opens an existing file to read it. Other programs can read, rename and delete the file while it is open,
-// but not write it. A file that another program is writing is not opened.
+// Opens an existing file for reading. While it is open, other programs can read, rename and delete the file,
+// but not write to it. Returns INVALID_HANDLE_VALUE when the file cannot be opened, for example because
+// another program has it open for writing.
 HANDLE OpenForReading(const std::wstring& path) noexcept;
 
-// Opens an existing file, whose content other programs can read but not change while it is open.
+// Opens an existing file for reading and writing. While it is open, other programs can only read the file.
+// Returns INVALID_HANDLE_VALUE when the file cannot be opened.
 HANDLE OpenForWriting(const std::wstring& path) noexcept;
 
 }  // namespace ZOTDam

@@ -6,8 +6,8 @@ namespace ZOTDam {
 
 namespace {
 
-// Some paths become longer by an extension such as ".unreadable". The prefix is only valid before a path that
-// is complete and normalised.
+// Some paths become longer by an extension such as ".unreadable". The prefix is only valid before an
+// absolute, normalised path.
 bool NeedsPrefix(std::wstring_view path) noexcept {
     constexpr std::size_t longestExtension = 12;
     const auto contains = [path](std::wstring_view part) {

@@ -7,16 +7,16 @@
 
 namespace ZOTDam {
 
-// Before a path, it lifts the limit of MAX_PATH code units.
+// The prefix that permits paths of MAX_PATH and more code units.
 inline constexpr std::wstring_view LongPathPrefix = L"\\\\?\\";
 
-// Returns the path of a file in a folder that is specified with environment variables ("%ProgramData%\\...").
-// The expanded folder and its terminator must fit into `capacity` UTF-16 code units; otherwise the function
-// returns an empty path, which no file has. A path that is long, or to which a file name's extension is
-// added, has the prefix for long paths.
+// Returns the path of a file in a folder that is specified with environment variables ("%ProgramData%\...").
+// Returns an empty path, which no file has, when the expanded folder and its terminator exceed `capacity`
+// UTF-16 code units. A path on a drive begins with LongPathPrefix if it could reach MAX_PATH code units when
+// an extension such as ".unreadable" is appended.
 std::wstring FileInFolder(const wchar_t* folder, const wchar_t* fileName, unsigned long capacity);
 
-// The same for a data file.
+// Returns the path of a data file, in the same way.
 std::wstring PathOf(const DataFileLocation& location);
 
 }  // namespace ZOTDam

@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// Copies a string for display into a buffer of TextCapacity UTF-16 code units. Truncates a string that does
-// not fit, but never inside a surrogate pair.
+// Copies a string and a terminator into a buffer of TextCapacity UTF-16 code units. Truncates a string that
+// does not fit, but never inside a surrogate pair.
 void CopyTruncated(std::wstring_view text, wchar_t* buffer) noexcept;
 
 }  // namespace ZOTDam

@@ -4,8 +4,9 @@
 
 namespace ZOTDam {
 
-// Returns the path of the file's copy for the user's language, or the file's own path when no copy exists.
-// Copies for parent languages or for the system's preferred languages are ignored. An empty path stays empty.
+// Returns the path of the localised copy of a file for the user's language. Returns the path of the
+// language-neutral file when no such copy exists. Copies for parent languages or for the system's preferred
+// languages are ignored. Returns an empty path unchanged.
 std::wstring LocalisedFile(const std::wstring& neutralFile);
 
 }  // namespace ZOTDam

@@ -3,13 +3,13 @@
 
 namespace ZOTDam {
 
-// Set by DllMain at process shutdown. At that point, the other threads have been terminated at arbitrary
-// positions, and modules that the library's pointers refer to may already be unloaded. No resource may be
-// released and no lock may be taken.
+// Set by DllMain at process shutdown. From then on, no resource may be released and no lock may be taken. The
+// other threads have been terminated at arbitrary positions, and the modules that the library uses may
+// already be unloaded.
 inline bool isProcessShuttingDown = false;
 
-// Runs an action at the end of a scope; for a static object, at module unload. Does nothing at process
-// shutdown.
+// Runs an action in its destructor: at the end of a scope or, for a static object, at module unload. Does
+// nothing at process shutdown.
 template <class Action>
 class CUnloadGuard {
 public:

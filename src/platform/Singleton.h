@@ -9,7 +9,7 @@
 
 namespace ZOTDam {
 
-// The only instance of a class, created on first use and again after a release.
+// The only instance of a class, created on first use. After a release, the next use creates a new instance.
 template <class Object>
 class CSingleton {
 public:
@@ -21,7 +21,7 @@ public:
             Release();
     }
 
-    // Returns null when the object could not be created.
+    // Returns the object and creates it if it does not exist. Returns null when it could not be created.
     Object* Get() noexcept {
         if (object == nullptr) {
             const std::lock_guard guard{section};
@@ -31,6 +31,7 @@ public:
         return object;
     }
 
+    // Destroys the object. The pointers that Get has returned become invalid.
     void Release() noexcept {
         if (object == nullptr)
             return;
