@@ -9,7 +9,8 @@
 
 namespace ZOTDam {
 
-// A BSTR that a call returns or takes. (_bstr_t would make an additional heap allocation for each one.)
+// A BSTR that is passed to a call or received from it. Unlike _bstr_t, this class allocates no memory besides
+// the BSTR.
 class CBstr {
 public:
     CBstr() noexcept = default;
@@ -21,6 +22,7 @@ public:
     CBstr& operator=(const CBstr&) = delete;
     ~CBstr() { SysFreeString(text); }
 
+    // Returns the address for an output parameter of a call. The BSTR must still be null.
     BSTR* Receive() noexcept { return &text; }
     BSTR AsBstr() const noexcept { return text; }
     const wchar_t* Text() const noexcept { return text != nullptr ? text : L""; }

@@ -1,4 +1,4 @@
-// Smart pointers to the objects of the DOM, and the handling of their failures.
+// Smart pointers for the DOM interfaces, and the conversion of failed HRESULTs to exceptions.
 #pragma once
 
 #include <comdef.h>
@@ -15,10 +15,10 @@ _COM_SMARTPTR_TYPEDEF(IXMLDOMProcessingInstruction, __uuidof(IXMLDOMProcessingIn
 _COM_SMARTPTR_TYPEDEF(IXMLDOMDocument2, __uuidof(IXMLDOMDocument2));
 _COM_SMARTPTR_TYPEDEF(IXMLDOMDocument3, __uuidof(IXMLDOMDocument3));
 
-// Throws a failed result of a call to `source` as a _com_error, with the callee's error information.
+// Throws a _com_error for a call to `source` that failed, with the error information of `source`.
 [[noreturn]] void ThrowComError(HRESULT failure, IUnknown* source, REFIID calledInterface);
 
-// Returns a successful result and throws a failed one.
+// Returns the result of a call to `source`. Throws a _com_error when the call failed.
 template <class Interface>
 HRESULT Check(HRESULT result, Interface* source) {
     if (FAILED(result))

@@ -1,4 +1,5 @@
-// Owners of COM objects and strings, for code that reports failures without _com_error.
+// Owning pointers to COM objects and strings, for code that reports failures without _com_error: the client
+// and the tests. The library itself uses Com.h and Bstr.h.
 #pragma once
 
 #include <windows.h>

@@ -1,12 +1,12 @@
-// The names of the elements and attributes of the data files. The constants have the same names, except those
-// of the string table.
+// The names of the elements and attributes of the data files. Each constant is named after its element or
+// attribute, except TextEntry, TextValue and TextKey of the string table.
 #pragma once
 
 namespace ZOTDam {
 
 namespace Elements {
 
-// The roots of the files that the library creates.
+// The root elements of the files that the library writes: ZOTPowercfg.xml and ZOTDefault.xml.
 inline constexpr wchar_t OrloPowerCfg[] = L"OrloPowerCfg";
 inline constexpr wchar_t ZOTDefault[] = L"ZOTDefault";
 

@@ -1,4 +1,4 @@
-// The documents that the whole module uses.
+// The documents of the four data files. Each one is created on first use.
 #pragma once
 
 #include "platform/Singleton.h"
@@ -14,8 +14,8 @@ extern CSingleton<CXmlZOTBase> BaseCatalogueDocument;
 extern CSingleton<CXmlZOTDefault> DefaultsDocument;
 extern CSingleton<CXmlZOTPowercfg> UserSettingsDocument;
 
-// Reads the user settings from disk again and returns them, or null. Every operation except the reset starts
-// with this call.
+// Returns the user settings, or null when the document cannot be created. First reads the file again if it
+// may differ from the document. Every operation on the user settings except the reset uses this call.
 CXmlZOTPowercfg* OpenUserSettings() noexcept;
 
 // Releases all four documents, in the order of their declarations.

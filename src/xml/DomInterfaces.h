@@ -1,4 +1,4 @@
-// The interfaces and the class of the DOM.
+// The interfaces of the DOM and the CLSID of its documents, for all supported compilers.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +10,8 @@
 #endif
 
 #ifndef __IXMLDOMDocument3_INTERFACE_DEFINED__
-// mingw-w64 up to version 10 declares the interfaces of the DOM without their identifiers. The identifiers
-// differ only in their first number.
+// mingw-w64 up to version 10 declares the interfaces of the DOM without their IIDs. These differ only in
+// their first field.
 #define ZOTDAM_DOM_INTERFACE(Interface, number) \
     __CRT_UUID_DECL(Interface, number, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
 ZOTDAM_DOM_INTERFACE(IXMLDOMNode, 0x2933bf80)
@@ -33,7 +33,7 @@ ZOTDAM_DOM_INTERFACE(IXMLDOMDocument3, 0x2933bf96)
 
 namespace ZOTDam {
 
-// The class of MSXML 6 documents.
+// The CLSID of MSXML 6 documents.
 inline constexpr CLSID DomDocument60 = {
     0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
 

@@ -10,8 +10,8 @@
 
 namespace ZOTDam {
 
-// The bytes of a file as the array that a DOM loads. A DOM treats a path as a URL, opens the file with share
-// modes of its own, and takes several times as long to load it.
+// The bytes of a file as the array that a DOM can load. A DOM that receives a path treats it as a URL, opens
+// the file with its own share mode, and takes several times as long.
 class CFileContent {
 public:
     explicit CFileContent(ULONG size);
@@ -24,7 +24,8 @@ private:
     _variant_t array;
 };
 
-// Returns nothing when the file cannot be read to its end, is too large, or is a device.
+// Returns the content of an open file. Returns std::nullopt for a device, a file larger than MaxFileSize, or
+// a file that cannot be read to its end.
 std::optional<CFileContent> ReadContent(const CFile& file);
 
 }  // namespace ZOTDam

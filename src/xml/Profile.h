@@ -9,8 +9,8 @@
 
 namespace ZOTDam {
 
-// A data file as a DOM document. If the DOM cannot be created (COM is not initialised on the thread), the
-// object is still valid: searches find nothing, and loading and saving fail. Compatibility: C9.
+// A data file as a DOM document. The object is also valid without a DOM, for example when COM is not
+// initialised on the thread. Searches then find nothing, and loading and saving fail. Compatibility: C9.
 class CZOTProfile {
 public:
     explicit CZOTProfile(std::wstring path);
@@ -18,11 +18,11 @@ public:
     CZOTProfile& operator=(const CZOTProfile&) = delete;
     virtual ~CZOTProfile() = default;
 
-    // Returns the first child element with this name, which is created when it is missing. Returns null for a
-    // null parent. Compatibility: C14.
+    // Returns the first child element with this name, and creates it if it is missing. Returns null when
+    // `parent` is null. Compatibility: C14.
     virtual IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CXmlName& name);
 
-    // Returns the document element, whatever its name, or null. Compatibility: C15.
+    // Returns the document element, or null. Does not check its name. Compatibility: C15.
     IXMLDOMElementPtr FindRoot() const;
 
 protected:
@@ -31,36 +31,39 @@ protected:
 
     enum class LoadResult : unsigned char {
         Loaded,
-        NotRead,        // the file could not be opened or not be read to its end
-        NotWellFormed,  // the DOM refused the content, or the file has a document type
+        NotRead,        // the file could not be opened or read to its end, or is incomplete
+        NotWellFormed,  // the DOM or the check of the prolog rejected the content
         Failed,         // the DOM or memory is not available
     };
 
-    // Loads the file into the document, which is empty after any other result than Loaded.
+    // Loads the file into the document. After NotRead and NotWellFormed, the document is empty. After Failed,
+    // its content is unspecified.
     LoadResult Load() noexcept;
 
-    // Returns whether the document is what a load would produce now. "Unknown" counts as false.
+    // Returns whether the file and the document are unchanged since the last load. Returns false when this is
+    // unknown.
     bool IsUpToDate() const noexcept;
 
-    // Must be called when the document and the file can differ from now on for another reason than a change
-    // of one of them.
+    // Makes IsUpToDate return false until the next load. To be called before an operation that may change the
+    // file or the document in a way that IsUpToDate does not detect.
     void ForgetFileState() noexcept { loadedState = {}; }
 
-    // Replaces the file with the document, completely or not at all. Returns false on failure.
+    // Atomically replaces the file with the document. Returns false on failure.
     bool Write() noexcept;
 
-    // Returns the first child of the root with this name, or null. Creates nothing.
+    // Returns the first child element of the root with this name, or null. Creates nothing.
     IXMLDOMElementPtr FindSection(const CXmlName& name) const;
 
+    // Appends an XML declaration and a root element. Returns null when the DOM is missing.
     IXMLDOMElementPtr CreateRoot(const CXmlName& name);
 
-    // Removes all children of a section of the root. Returns false when the section is empty, or when the
-    // document has no root; the function creates no root.
+    // Removes all children of a section of the root, and creates the section if it is missing. Returns false
+    // when the section is empty or the document has no root.
     bool ClearSection(const CXmlName& name);
 
 private:
-    // Returns whether the file may contain only a part of its content. Called while no other process can
-    // write to it.
+    // Returns whether the file may contain only a part of its content. Called while the file is open and no
+    // other process can write to it.
     virtual bool IsIncomplete() const { return false; }
 
     LoadResult ReadAndParse();

@@ -7,12 +7,11 @@ namespace ZOTDam {
 // What precedes the root element of an XML file.
 enum class Prolog : unsigned char {
     Valid,  // only a byte order mark, an XML declaration, comments, processing instructions and white space
-    DocumentType,  // can declare entities that keep a DOM busy for minutes; MSXML 6 refuses it by default
-    Invalid,       // the file is not well-formed, or in an encoding that could hide a document type from this
-                   // check
+    DocumentType,  // can declare entities that keep a DOM busy for minutes; MSXML 6 rejects it by default
+    Invalid,       // not well-formed, or in an encoding that could hide a document type from this check
 };
 
-// The file can be in UTF-8, UTF-16, UTF-32 or another encoding that contains ASCII.
+// Examines a file in UTF-8, UTF-16, UTF-32 or another encoding that contains ASCII.
 Prolog ExamineProlog(std::string_view file) noexcept;
 
 }  // namespace ZOTDam

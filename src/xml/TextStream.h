@@ -6,8 +6,8 @@
 
 namespace ZOTDam {
 
-// A stream that stores the output of a DOM. Some DOMs continue after a failed write, so the stream records
-// the failure.
+// A stream in memory to which a DOM saves a document. It records failed writes, because some DOMs continue
+// after one.
 class CTextStream final : public IStream {
 public:
     CTextStream() = default;

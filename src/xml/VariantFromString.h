@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// Converts a string to the current type of the variant and stores the result in it. A string without digits
-// is converted to 0. A type without a conversion clears the variant.
+// Converts a string to the type that the variant has and stores the result in the variant. For a numeric
+// type, a string without a number becomes 0. For an unsupported type, the variant becomes empty.
 void FillFromString(_variant_t& value, BSTR text);
 
 }  // namespace ZOTDam

@@ -1,5 +1,5 @@
-// The characters that XML 1.0 allows. Some DOMs accept any character and then save a file that no parser can
-// read.
+// Checks for the characters that XML 1.0 allows. Some DOMs accept any character and then save a file that no
+// parser can read.
 #pragma once
 
 #include <string_view>
@@ -9,7 +9,7 @@ namespace ZOTDam {
 // Returns whether a string is an XML name without a colon.
 bool IsNcName(std::wstring_view text) noexcept;
 
-// Returns whether a document may contain all characters of a string. It may not contain unpaired surrogates.
+// Returns whether an XML document may contain the string. Unpaired surrogates are not allowed.
 bool IsXmlText(std::wstring_view text) noexcept;
 
 }  // namespace ZOTDam

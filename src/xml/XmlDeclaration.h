@@ -4,11 +4,12 @@
 
 namespace ZOTDam {
 
-// Appends the XML declaration of new files to an empty document.
+// Appends an XML declaration with the encoding UTF-8 to an empty document.
 void AppendDeclaration(IXMLDOMDocument* document);
 
-// Changes the XML declaration of a document to UTF-8 before the document is saved. Some DOMs always write
-// UTF-8; with another encoding in the declaration, the file would be read incorrectly or not at all.
+// Replaces an XML declaration that specifies another encoding with a declaration of UTF-8. A document needs
+// this before it is saved: some DOMs always write UTF-8, and a file that declares another encoding would be
+// read incorrectly or not at all.
 void DeclareUtf8(IXMLDOMDocument* document);
 
 }  // namespace ZOTDam

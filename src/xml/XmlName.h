@@ -9,13 +9,13 @@
 
 namespace ZOTDam {
 
-// An element or attribute name that COM can take as a BSTR. As in every BSTR, the string is stored directly
-// after its length, so passing a name allocates nothing.
+// The name of an element or attribute, or another short literal, that can be passed to the DOM as a BSTR. As
+// in every BSTR, the length in bytes directly precedes the string. Passing a name allocates no memory.
 class CXmlName {
 public:
     template <std::size_t Size>
     constexpr CXmlName(
-        const wchar_t (&literal)[Size]) noexcept  // implicit: names are written where they are used
+        const wchar_t (&literal)[Size]) noexcept  // implicit, so that callers can pass literals
         : byteLength{(Size - 1) * sizeof(wchar_t)} {
         static_assert(Size <= Capacity);
         std::copy_n(literal, Size, text);

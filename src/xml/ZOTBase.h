@@ -5,12 +5,12 @@
 
 namespace ZOTDam {
 
-// The base catalogue: all functions of the suite. It is read once and never written.
+// The base catalogue (ZOTBase.xml): all functions of the suite. It is read once and never written.
 class CXmlZOTBase : public CZOTProfile {
 public:
     CXmlZOTBase();
 
-    // Only searches: nothing is ever created in the base catalogue.
+    // Returns the first child element with this name, or null. Creates nothing.
     IXMLDOMElementPtr GetChildNode(IXMLDOMNode* parent, const CXmlName& name) override;
 
     IXMLDOMElementPtr CommonSettings() { return GetChildNode(FindRoot(), Elements::CommonSettings); }

@@ -5,8 +5,8 @@
 
 namespace ZOTDam {
 
-// The defaults: the functions in use on this machine with their default parameters. The file is read only
-// when the object is created. Compatibility: C11.
+// The defaults (ZOTDefault.xml): the functions in use on this machine, with their default parameters. The
+// file is read only when the object is created. Compatibility: C11.
 class CXmlZOTDefault : public CGuardedProfile {
 public:
     CXmlZOTDefault();
@@ -14,8 +14,8 @@ public:
     IXMLDOMElementPtr CommonSettings() { return Section(Elements::CommonSettings); }
     IXMLDOMElementPtr Functions() { return Section(Elements::Functions); }
 
-    // For readers: without a catalogue they must fail instead of finding a section that they have just
-    // created.
+    // Returns the section of the functions, or null. Creates nothing, so that readers can distinguish a
+    // missing catalogue from an empty one. Compatibility: C14.
     IXMLDOMElementPtr FindFunctions() const { return FindSection(Elements::Functions); }
 
 private:

@@ -5,8 +5,9 @@
 
 namespace ZOTDam {
 
-// The user settings. The file is read again before each use, so that every operation uses the current content
-// on disk. Only the reset uses the content that this process read last. Compatibility: C12.
+// The user settings (ZOTPowercfg.xml). The file is read again before each use if it may have changed, so
+// every operation uses the current content on disk. Only the reset uses the content that this process has
+// read last. Compatibility: C12.
 class CXmlZOTPowercfg : public CGuardedProfile {
 public:
     CXmlZOTPowercfg();
@@ -14,12 +15,12 @@ public:
     IXMLDOMElementPtr CommonSettings() { return Section(Elements::CommonSettings); }
     IXMLDOMElementPtr PowerSchemes() { return Section(Elements::PowerSchemes); }
 
-    // Empties both sections. Returns false and keeps the common settings when the settings contain no
-    // schemes. Compatibility: C13.
+    // Removes the content of both sections. Returns false and keeps the common settings when the document
+    // contains no schemes. Compatibility: C13.
     bool ResetSkeleton();
 
 private:
-    // Settings that were read from a deleted file are no longer valid.
+    // Settings that were read before the file was deleted are no longer valid.
     void OpenWithoutFile() override { ResetSkeleton(); }
 };
 
