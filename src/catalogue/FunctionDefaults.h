@@ -5,13 +5,13 @@
 
 namespace ZOTDam {
 
-// Replaces the functions of the defaults file with the records and saves the file. A record without commands
-// is left out. Returns false when a record could not be written; the records before it are written and saved
-// (Compatibility: C24). A skipped or failed save is not reported (Compatibility: C2).
+// Replaces the functions of the defaults with the records and saves the defaults. Skips a record without
+// commands. Returns false when a record cannot be written; the records before it are saved (Compatibility:
+// C24). A skipped or failed save is not reported (Compatibility: C2).
 bool ReplaceFunctionDefaults(const List<FunctionBaseRecord>& records) noexcept;
 
-// Appends the records to the section, with copies of the elements that they point to. Returns false when a
-// record could not be written.
+// Appends the records to the "Functions" section, with copies of their "Display" and "Default" elements.
+// Returns false when a record cannot be written.
 bool WriteFunctionDefaults(IXMLDOMElement* functions, const List<FunctionBaseRecord>& records) noexcept;
 
 }  // namespace ZOTDam

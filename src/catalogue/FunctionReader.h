@@ -1,5 +1,7 @@
-// Functions that read the "Functions" section of the defaults file. An element with a missing attribute
-// inherits the previous element's value: the working records are not reset in between. Compatibility: C20.
+// Reading of the "Functions" section of the defaults. For a missing attribute except the id, a function
+// inherits the value of the previous function, and an item that of the previous item of its list.
+// Compatibility: C20.
+//
 // Only LoadFunctionTable catches exceptions.
 #pragma once
 
@@ -11,11 +13,13 @@
 
 namespace ZOTDam {
 
-// Rebuilds both maps of the table. On failure, returns false and leaves both empty, so that a partial
-// catalogue is never used. Compatibility: C21.
+// Replaces the content of the table with the functions of the section. Fails when the id of a function is
+// missing or negative, or when its "Commands" element is missing. On failure, returns false and leaves the
+// table empty, so that a partial catalogue is never used. Compatibility: C21.
 bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcept;
 
-// Returns the function's id, or -1 when the id is missing or `function` is null.
+// Reads a function without its commands into `record`. Returns its id, or -1 when the id is missing or
+// `function` is null.
 std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record);
 
 // Appends the items to `list`. Returns false when `listElement` is null.

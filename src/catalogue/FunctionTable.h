@@ -1,4 +1,4 @@
-// The catalogue: the functions in use on this machine, as listed in the defaults file.
+// The catalogue: the functions in use on this machine, as listed in ZOTDefault.xml.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,10 @@
 
 namespace ZOTDam {
 
-// A command that applies a function's parameter. The parameter indices determine which options the command
-// takes.
+// A command that the client executes to apply a function's parameters. Each parameter index selects the power
+// source for one of the two options of the command: 0 for AC, any other number for DC. Compatibility: C44.
 struct CommandItem {
-    std::int32_t preset0 = 0;  // the presets are not read from any file
+    std::int32_t preset0 = 0;  // the presets are constant; no file contains them
     std::int32_t preset1 = 1;
     std::int32_t id = 0;
     std::int32_t event = 0;
@@ -25,15 +25,15 @@ struct CommandItem {
     std::wstring specInfo1;
 };
 
-// The functions and commands, keyed by function id. The table counts as loaded when neither map is empty.
-// Compatibility: C26.
+// The catalogue in memory. It counts as loaded when neither map is empty. Both maps have function ids as
+// keys. Compatibility: C26.
 struct CFunctionTable {
     using Functions = std::map<std::int32_t, FunctionRecord>;
 
     Functions functions;
     std::map<std::int32_t, std::vector<CommandItem>> commands;
 
-    // The functions in ascending order of their ids, because clients access them by position.
+    // The functions in ascending order of their ids, for access by position.
     std::vector<Functions::const_iterator> positions;
 
     bool IsLoaded() const noexcept { return !functions.empty() && !commands.empty(); }

@@ -5,15 +5,16 @@
 
 namespace ZOTDam {
 
-// Reads the Windows power settings that the base catalogue prescribes. Has no state.
+// Reads the spec schemes: the Windows power settings that the base catalogue prescribes for power schemes.
+// The class has no state.
 //
-// On each of the three levels, an element with a malformed GUID is left out without further effect. An
-// element with a missing attribute is also left out, and reading its level fails. A failure on one level
-// leaves out the parent element on the level above and makes that level fail as well. Compatibility: C49.
+// The elements form three levels: schemes, subgroups and power settings. An element with a malformed GUID is
+// skipped. An element with a missing attribute is skipped too, together with the elements that contain it,
+// and the read fails. Compatibility: C49.
 class CSpecSchemeReader {
 public:
-    // Replaces the content of `schemes` with the schemes of the section. Returns false when reading a level
-    // failed. An exception leaves `schemes` empty.
+    // Replaces the content of `schemes` with the schemes that were not skipped. Returns false when the read
+    // failed. After an exception, also leaves `schemes` empty.
     bool ReadSchemes(List<SpecSchemeRecord>& schemes) const noexcept;
 
 private:
