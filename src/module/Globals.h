@@ -1,5 +1,5 @@
-// The module's own objects, created in this order when the library is loaded and released at the latest when
-// it is unloaded. No file is read before an export needs it.
+// The global objects of the library. They are created in this order when the DLL is loaded, without reading a
+// file. The unload of the DLL releases the objects that ZOTDamExit has not released.
 #pragma once
 
 #include "catalogue/FunctionTable.h"
@@ -14,10 +14,10 @@ extern CSpecSchemeReader* SpecSchemeReader;
 extern CCommonSettingStore* CommonSettingStore;
 extern CFunctionTable* FunctionTable;
 
-// Filled by TEVGetParam. ReleaseGlobals does not empty it. Compatibility: C8.
+// The parameters that TEVGetParam has loaded. ReleaseGlobals does not remove them. Compatibility: C8.
 extern ParamMap& CurrentParamCache;
 
-// Releases the three objects above. Further calls have no effect.
+// Deletes the first three objects. Further calls have no effect.
 void ReleaseGlobals() noexcept;
 
 }  // namespace ZOTDam

@@ -9,7 +9,7 @@ namespace ZOTDam {
 
 namespace {
 
-// Every index except 0 means battery. Compatibility: C44.
+// Index 0 selects AC, and any other index selects DC. Compatibility: C44.
 std::int32_t ResolveOption(const FunctionRecord& function, const ParamValue& param,
                            std::int32_t paramIndex) noexcept {
     const DisplayItem* item = SelectDisplayItem(function, param, paramIndex == 0 ? AC : DC);

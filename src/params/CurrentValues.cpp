@@ -14,7 +14,7 @@ namespace {
 using Positions = decltype(CFunctionTable::positions);
 
 Positions::const_iterator FindPosition(const Positions& positions, std::uint32_t position) noexcept {
-    // A negative position means the first function if there are several. Compatibility: C39.
+    // A negative position means the first function if the table has several. Compatibility: C39.
     if (static_cast<std::int32_t>(position) < 0)
         return positions.size() > 1 ? positions.begin() : positions.end();
     return position < positions.size() ? std::next(positions.begin(), position) : positions.end();

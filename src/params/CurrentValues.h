@@ -5,13 +5,15 @@
 
 namespace ZOTDam {
 
-// Replaces the content of `cache` with a scheme's effective parameters, or else with its defaults. Returns
-// false when neither could be read completely.
+// Replaces the content of `cache` with the effective parameters of a scheme (see LoadSchemeParameters). If
+// these cannot be loaded completely, completes them with the default parameters. Returns false when the
+// defaults cannot be read completely either.
 bool ReloadCurrentValues(CFunctionTable& table, const GUID& scheme, ParamMap& cache) noexcept;
 
-// Reads the current options of the function at a position of the table. A field whose parameter selects no
-// display item is left unchanged (Compatibility: C42). A function that is missing from the cache is added to
-// it with its first options (Compatibility: C41). Returns false when the table has no such position.
+// Reads the options that the parameters in `cache` select for the function at `position` of the table. Leaves
+// a field unchanged when its parameter selects no display item (Compatibility: C42). Adds a function that is
+// missing from the cache, with its first options (Compatibility: C41). Returns false when the table has no
+// such position.
 bool ReadCurrentValue(const CFunctionTable& table, ParamMap& cache, std::uint32_t position,
                       FuncCurValue& value) noexcept;
 

@@ -4,9 +4,10 @@
 
 namespace ZOTDam {
 
-// Adds the default parameters of a scheme to `out`: for each function the item for the scheme, or else the
-// function's generic default. Returns false when the "Functions" section is missing or one of its functions
-// cannot be read; the parameters before that function stay in `out`. Compatibility: C34.
+// Adds the default parameters of a scheme to `out`. For each function, these are in the DefaultItem of the
+// scheme or else in the Default element itself. Returns false when the "Functions" section is missing or one
+// of its functions cannot be read. The parameters of the functions before that one stay in `out`.
+// Compatibility: C34.
 bool ReadDefaultSchemeParameters(const GUID& scheme, ParamMap& out) noexcept;
 
 }  // namespace ZOTDam

@@ -36,7 +36,7 @@ const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
     }
 }
 
-// A label without a text becomes an empty line. Compatibility: C47.
+// The value of a label without a text is an empty line. Compatibility: C47.
 void AppendDifference(FunctionRecord& function, const DisplayItem* selected, DifferenceTexts& texts) {
     Text value = {};
     if (const CStringTableControler* stringTable = StringTableDocument.Get()) {

@@ -7,9 +7,9 @@
 
 namespace ZOTDam {
 
-// The parameters of one power scheme, by ascending function id. Code that fills a map keeps existing entries:
-// the first value read for an id counts (Compatibility: C23). Most files have ascending ids, so the end of
-// the map is used as the insertion hint.
+// The parameters of one power scheme, in ascending order of the function ids. Readers that add to a map keep
+// its entries: the first value that is read for an id counts (Compatibility: C23). Most files have ascending
+// ids, so readers use the end of the map as the insertion hint.
 using ParamMap = std::map<std::int32_t, ParamValue>;
 
 }  // namespace ZOTDam

@@ -4,8 +4,8 @@
 
 namespace ZOTDam {
 
-// AC (plugged in) or DC (on battery). A parameter has one value and a function has one list of options for
-// each.
+// A power source: AC (plugged in) or DC (on battery). A ParamValue has one position and a FunctionRecord has
+// one list of display items for each of the two.
 struct PowerSource {
     std::int32_t ParamValue::*paramIndex;
     List<DisplayItem> FunctionRecord::*displayItems;
@@ -14,8 +14,8 @@ struct PowerSource {
 inline constexpr PowerSource AC{&ParamValue::ACParamIndex, &FunctionRecord::acDisplayItems};
 inline constexpr PowerSource DC{&ParamValue::DCParamIndex, &FunctionRecord::dcDisplayItems};
 
-// Returns the display item that a parameter selects on a power source, or null when the function has no item
-// at that position.
+// Returns the display item that a parameter selects on a power source. Returns null when the function has no
+// item at this position.
 const DisplayItem* SelectDisplayItem(const FunctionRecord& function, const ParamValue& param,
                                      const PowerSource& source) noexcept;
 

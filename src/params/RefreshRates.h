@@ -4,9 +4,9 @@
 
 namespace ZOTDam {
 
-// Returns true when the primary display does not support one of the two refresh rates that a refresh-rate
-// function switches between. Returns false for every other function and for a function with fewer than two
-// rates.
+// Returns whether the function switches between two refresh rates (function 7 or 8) and the primary display
+// does not support both. The rates are the options of the first two AC display items. Returns false when
+// there are fewer items.
 bool HasUnsupportedRefreshRate(std::int32_t functionId, const FunctionRecord& function) noexcept;
 
 }  // namespace ZOTDam

@@ -5,23 +5,25 @@
 
 namespace ZOTDam {
 
-// Reads the user settings from disk again, writes a scheme's parameters into them and saves them. A skipped
-// or failed save is not reported. Compatibility: C2.
+// Writes the parameters of a scheme into the user settings and saves them. First reads them from disk again.
+// Returns false when the parameters cannot be written completely; then, nothing is saved. A skipped or failed
+// save is not reported. Compatibility: C2.
 bool SaveSchemeParameters(const GUID& scheme, const ParamMap& params) noexcept;
 
-// The same for a client's map.
+// Saves the parameters of a client's map in the same way.
 bool SaveSchemeParameters(const GUID& scheme, const ParamTree& params) noexcept;
 
-// Writes the parameters into the scheme's element, which is created when it is missing.
+// Writes parameters into the element of a scheme (see WriteFunctionParameters), and creates the element if it
+// is missing.
 bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, const ParamMap& params);
 
-// Updates the functions in the scheme's element and appends those that are missing; removes no function.
-// Returns false when a function without an id ended the update; the functions that were not updated are still
-// appended. Compatibility: C35.
+// Updates the functions of a scheme's element that are in `params`, and appends those that the element does
+// not contain. Removes no function. Returns false when an element without an id ended the update. All
+// functions that were not updated are then appended. Compatibility: C35.
 bool WriteFunctionParameters(IXMLDOMElement* schemeElement, const ParamMap& params);
 
-// Removes all schemes and common settings from the user settings as this process last read them, and saves
-// them. Returns false and saves nothing when they contain no schemes.
+// Removes all schemes and common settings from the user settings, without reading the file again, and saves
+// the result. Returns false and saves nothing when the user settings contain no schemes.
 bool ResetUserSettings() noexcept;
 
 }  // namespace ZOTDam

@@ -2,18 +2,18 @@
 
 namespace ZOTDam {
 
-// The common settings: named strings of the user, of the defaults and of the base catalogue. Has no state.
-// Buffers have TextCapacity UTF-16 code units. On failure, every function returns false and leaves the buffer
-// unchanged.
+// The common settings: named strings in the user settings, the defaults and the base catalogue. The class has
+// no state. Buffers have TextCapacity UTF-16 code units. On failure, every function returns false and leaves
+// the buffer unchanged.
 class CCommonSettingStore {
 public:
-    // Each function reads from one source. A string that does not fit into the buffer counts as missing; an
-    // empty string is valid. Compatibility: C51.
+    // Reads a setting from one of the three files. A string that does not fit into the buffer counts as
+    // missing; an empty string is valid. Compatibility: C51.
     bool ReadFromUserSettings(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromDefaults(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromBase(const wchar_t* name, wchar_t* value) const noexcept;
 
-    // Reads the user settings from disk again, stores the setting in them and saves them.
+    // Stores a setting in the user settings and saves them. First reads them from disk again.
     bool Write(const wchar_t* name, const wchar_t* value) const noexcept;
 
     // Replaces the common settings of the defaults with those of the base catalogue and saves the defaults.
