@@ -10,7 +10,7 @@ namespace ZOTDam {
 
 namespace {
 
-constexpr std::int32_t Unreadable = -1;
+constexpr std::int32_t MissingId = -1;
 
 bool LoadFunctions(IXMLDOMElement* functions, CFunctionTable& table) {
     FunctionRecord record;
@@ -44,7 +44,7 @@ bool LoadFunctionTable(IXMLDOMElement* functions, CFunctionTable& table) noexcep
 }
 
 std::int32_t ReadFunctionElement(IXMLDOMElement* function, FunctionRecord& record) {
-    std::int32_t id = Unreadable;
+    std::int32_t id = MissingId;
     if (function == nullptr)
         return id;
     ReadAttribute(function, Attributes::ID, id);

@@ -17,8 +17,8 @@ bool IsSameRate(std::int32_t rate, DWORD frequency) noexcept {
     return difference >= -1 && difference <= 1;
 }
 
-bool DisplaySupports(std::int32_t rateA, std::int32_t rateB) noexcept {
-    // Even dmSize is zero, and the structure is not reset between the modes. Compatibility: C37.
+bool DisplaySupportsBoth(std::int32_t rateA, std::int32_t rateB) noexcept {
+    // The structure has dmSize 0 and is not reset between the modes. Compatibility: C37.
     DEVMODEW mode = {};
     bool supportsA = false;
     bool supportsB = false;
@@ -40,7 +40,7 @@ bool HasUnsupportedRefreshRate(std::int32_t functionId, const FunctionRecord& fu
     auto rate = rates.begin();
     const std::int32_t rateA = rate->option;
     ++rate;
-    return !DisplaySupports(rateA, rate->option);
+    return !DisplaySupportsBoth(rateA, rate->option);
 }
 
 }  // namespace ZOTDam

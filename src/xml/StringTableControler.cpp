@@ -12,7 +12,7 @@ namespace ZOTDam {
 namespace {
 
 // Converts the ASCII letters to lower case, as _wcsicmp compares them.
-std::wstring Fold(std::wstring key) {
+std::wstring FoldCase(std::wstring key) {
     for (wchar_t& character : key)
         if (character >= L'A' && character <= L'Z')
             character += L'a' - L'A';
@@ -28,7 +28,7 @@ CStringTableControler::CStringTableControler() : CZOTProfile{LocalisedFile(PathO
 
 bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexcept {
     return FalseOnException([&] {
-        const auto entry = entries.find(Fold(key));
+        const auto entry = entries.find(FoldCase(key));
         if (entry == entries.end())
             return false;
         // An entry without a text hides later entries with the same name. Compatibility: C28.
@@ -44,7 +44,7 @@ void CStringTableControler::ReadEntries() {
     for (const IXMLDOMElementPtr& element : SelectChildren(FindRoot(), Elements::TextEntry)) {
         std::wstring name;
         if (ReadAttribute(element, Attributes::TextKey, name))
-            entries.try_emplace(Fold(std::move(name)), element);
+            entries.try_emplace(FoldCase(std::move(name)), element);
     }
 }
 
