@@ -1,5 +1,5 @@
-// Reading of the "Functions" section of the defaults. For a missing attribute except the id, a function
-// inherits the value of the previous function, and an item that of the previous item of its list.
+// Reading of the "Functions" section of the defaults. A function inherits a missing attribute, except its id,
+// from the previous function. An item inherits a missing attribute from the previous item of its list.
 // Compatibility: C20.
 //
 // Only LoadFunctionTable catches exceptions.

@@ -5,9 +5,9 @@
 
 namespace ZOTDam {
 
-// Writes the parameters of a scheme into the user settings and saves them. First reads them from disk again.
-// Returns false when the parameters cannot be written completely; then, nothing is saved. A skipped or failed
-// save is not reported. Compatibility: C2.
+// Reads the user settings from disk again, writes the parameters of a scheme into them and saves them.
+// Returns false, without saving, when the parameters cannot be written completely. A skipped or failed save
+// is not reported. Compatibility: C2.
 bool SaveSchemeParameters(const GUID& scheme, const ParamMap& params) noexcept;
 
 // Saves the parameters of a client's map in the same way.

@@ -16,7 +16,7 @@ inline constexpr std::wstring_view LongPathPrefix = L"\\\\?\\";
 // an extension such as ".unreadable" is appended.
 std::wstring FileInFolder(const wchar_t* folder, const wchar_t* fileName, unsigned long capacity);
 
-// Returns the path of a data file, in the same way.
+// Returns the path of a data file, or an empty path when its folder is too long.
 std::wstring PathOf(const DataFileLocation& location);
 
 }  // namespace ZOTDam

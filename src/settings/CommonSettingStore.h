@@ -13,7 +13,7 @@ public:
     bool ReadFromDefaults(const wchar_t* name, wchar_t* value) const noexcept;
     bool ReadFromBase(const wchar_t* name, wchar_t* value) const noexcept;
 
-    // Stores a setting in the user settings and saves them. First reads them from disk again.
+    // Reads the user settings from disk again, stores a setting in them and saves them.
     bool Write(const wchar_t* name, const wchar_t* value) const noexcept;
 
     // Replaces the common settings of the defaults with those of the base catalogue and saves the defaults.

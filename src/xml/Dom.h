@@ -1,5 +1,5 @@
 // Reading and writing of elements and attributes. Every call throws a _com_error when the DOM reports a
-// failure. With E_POINTER, it means that `parent` or `element` is null.
+// failure. The error E_POINTER means that `parent` or `element` is null.
 #pragma once
 
 #include <cstdint>
