@@ -13,9 +13,9 @@ class CStringTableControler : public CZOTProfile {
 public:
     CStringTableControler();
 
-    // Copies the text of the first entry with this key to `output`. The case of ASCII letters is ignored.
-    // Returns false and leaves `output` unchanged when the key has no entry or its first entry has no text.
-    // `key` may be `output` itself.
+    // Copies the text of the first entry with this key to `output`. The case of ASCII letters is ignored
+    // (Compatibility: C29). Returns false and leaves `output` unchanged when the key has no entry or its
+    // first entry has no text. `key` may be `output` itself.
     bool Lookup(const wchar_t* key, Text& output) const noexcept;
 
 private:
