@@ -121,7 +121,7 @@ bool Rename(const CFile& file, const std::wstring& newPath, FILE_INFO_BY_HANDLE_
     constexpr std::size_t nameOffset = offsetof(FILE_RENAME_INFO, FileName);
     const std::size_t nameSize = newPath.size() * sizeof(wchar_t);
     std::vector<char> information(sizeof(FILE_RENAME_INFO) + nameSize);
-    const auto fields = reinterpret_cast<FILE_RENAME_INFO*>(information.data());
+    auto* const fields = reinterpret_cast<FILE_RENAME_INFO*>(information.data());
     // The first field contains the flags of the newer kind, and one of them as a BOOLEAN for the older one.
     std::memcpy(fields, &flags, sizeof flags);
     fields->FileNameLength = static_cast<DWORD>(nameSize);

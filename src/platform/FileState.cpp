@@ -24,16 +24,17 @@ struct FileNetworkOpenInformation {
 
 // The only call that returns the change time without opening the file. The Windows API reports the change
 // time only for an open file, which takes a hundred times as long.
-using QueryAttributes = NTSTATUS NTAPI(OBJECT_ATTRIBUTES* file, FileNetworkOpenInformation* information);
+using NtQueryFullAttributesFile = NTSTATUS NTAPI(OBJECT_ATTRIBUTES* file,
+                                                 FileNetworkOpenInformation* information);
 
-QueryAttributes* FindQueryAttributes() noexcept {
+NtQueryFullAttributesFile* FindQuery() noexcept {
     const HMODULE system = GetModuleHandleW(L"ntdll.dll");
     return system == nullptr ? nullptr
-                             : reinterpret_cast<QueryAttributes*>(reinterpret_cast<void*>(
+                             : reinterpret_cast<NtQueryFullAttributesFile*>(reinterpret_cast<void*>(
                                    GetProcAddress(system, "NtQueryFullAttributesFile")));
 }
 
-QueryAttributes* const queryAttributes = FindQueryAttributes();
+NtQueryFullAttributesFile* const QueryState = FindQuery();
 
 constexpr std::uint64_t Unsigned(const LARGE_INTEGER& number) noexcept {
     return static_cast<std::uint64_t>(number.QuadPart);
@@ -46,10 +47,10 @@ public:
     explicit CNativePath(std::wstring_view path) noexcept {
         if (path.starts_with(LongPathPrefix))
             path.remove_prefix(LongPathPrefix.size());
-        if (path.size() < 3 || path.substr(1, 2) != L":\\" || path.size() > std::size(buffer) - prefix.size())
+        if (path.size() < 3 || path.substr(1, 2) != L":\\" || path.size() > std::size(buffer) - Prefix.size())
             return;
-        std::ranges::copy(path, std::ranges::copy(prefix, buffer).out);
-        const auto bytes = static_cast<USHORT>((prefix.size() + path.size()) * sizeof(wchar_t));
+        std::ranges::copy(path, std::ranges::copy(Prefix, buffer).out);
+        const auto bytes = static_cast<USHORT>((Prefix.size() + path.size()) * sizeof(wchar_t));
         name = {bytes, bytes, buffer};
     }
 
@@ -63,7 +64,7 @@ public:
     }
 
 private:
-    static constexpr std::wstring_view prefix = L"\\??\\";
+    static constexpr std::wstring_view Prefix = L"\\??\\";
 
     wchar_t buffer[MAX_PATH + 40];
     UNICODE_STRING name = {};
@@ -79,11 +80,11 @@ std::uint64_t CurrentTime() noexcept {
 
 FileState StateOf(const std::wstring& path) noexcept {
     CNativePath nativePath{path};
-    if (queryAttributes == nullptr || !nativePath.IsValid())
+    if (QueryState == nullptr || !nativePath.IsValid())
         return {};
     OBJECT_ATTRIBUTES file = nativePath.Attributes();
     FileNetworkOpenInformation information;
-    if (queryAttributes(&file, &information) != 0)
+    if (QueryState(&file, &information) != 0)
         return {};
     return {Unsigned(information.endOfFile), Unsigned(information.creationTime),
             Unsigned(information.lastWriteTime), Unsigned(information.changeTime)};

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <oleauto.h>
+#include <windows.h>
 
 #include <comutil.h>
+#include <oleauto.h>
+
 #include <optional>
 #include <string_view>
 
