@@ -23,20 +23,26 @@ CGuardedProfile::CGuardedProfile(std::wstring path, const wchar_t* markerName, c
     : CZOTProfile{std::move(path)}, markerName{markerName}, rootName{rootName} {}
 
 void CGuardedProfile::Open() noexcept {
-    FalseOnException([this] {
-        if (IsUpToDate())
-            return true;
-        const bool needsRecovery = HasRedoFile(Path());
-        if (!needsRecovery && !FileExists()) {
-            loadResult = LoadResult::NotRead;
-            OpenWithoutFile();
-        } else if (const CBusyMarker marker{markerName}; marker.IsAcquired()) {
-            if (needsRecovery)
-                CompleteInterruptedWrite(Path());
-            loadResult = Load();
-        }
+    if (IsUpToDate())
+        return;
+    const bool succeeded = FalseOnException([this] {
+        Reload();
         return true;
     });
+    if (!succeeded)
+        loadResult = LoadResult::Failed;
+}
+
+void CGuardedProfile::Reload() {
+    const bool needsRecovery = HasRedoFile(Path());
+    if (!needsRecovery && !FileExists()) {
+        loadResult = LoadResult::NotRead;
+        OpenWithoutFile();
+    } else if (const CBusyMarker marker{markerName}; marker.IsAcquired()) {
+        if (needsRecovery)
+            CompleteInterruptedWrite(Path());
+        loadResult = Load();
+    }
 }
 
 bool CGuardedProfile::Save() noexcept {

@@ -31,6 +31,8 @@ private:
 
     bool IsIncomplete() const override;
 
+    void Reload();
+
     bool BackUpUnreadableFile() const;
     bool ReplaceFile();
 
