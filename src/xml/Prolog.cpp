@@ -49,12 +49,17 @@ public:
 
     void Skip(std::size_t characters) noexcept { rest.remove_prefix(characters * encoding.unitSize); }
 
-    // Skips everything up to the end of the text, or to the end of the file.
-    void SkipPast(std::string_view text) noexcept {
-        while (!IsAtEnd() && !StartsWith(text))
+    // Returns whether the rest begins with this markup, and skips it up to its end or to the end of the file.
+    // Both delimiters are complete: "<!-->" is no comment.
+    bool SkipMarkup(std::string_view begin, std::string_view end) noexcept {
+        if (!StartsWith(begin))
+            return false;
+        Skip(begin.size());
+        while (!IsAtEnd() && !StartsWith(end))
             Skip(1);
         if (!IsAtEnd())
-            Skip(text.size());
+            Skip(end.size());
+        return true;
     }
 
     void SkipWhiteSpace() noexcept {
@@ -79,17 +84,12 @@ private:
 
 Prolog ExamineProlog(std::string_view file) noexcept {
     CReader reader{file};
-    while (true) {
+    do
         reader.SkipWhiteSpace();
-        if (reader.StartsWith("<?"))
-            reader.SkipPast("?>");
-        else if (reader.StartsWith("<!--"))
-            reader.SkipPast("-->");
-        else if (reader.StartsWith("<!DOCTYPE"))
-            return Prolog::DocumentType;
-        else
-            return reader.StartsWith("<") && !reader.StartsWith("<!") ? Prolog::Valid : Prolog::Invalid;
-    }
+    while (reader.SkipMarkup("<?", "?>") || reader.SkipMarkup("<!--", "-->"));
+    if (reader.StartsWith("<!DOCTYPE"))
+        return Prolog::DocumentType;
+    return reader.StartsWith("<") && !reader.StartsWith("<!") ? Prolog::Valid : Prolog::Invalid;
 }
 
 }  // namespace ZOTDam

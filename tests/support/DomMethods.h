@@ -23,6 +23,7 @@ enum class DomMethod {
     SetAttribute,
     GetNamedItem,
     CreateElement,
+    Load,
     ImportNode
 };
 
@@ -68,6 +69,8 @@ private:
                 return Table(attributes) + 7;
             case DomMethod::CreateElement:
                 return Table(document) + 47;
+            case DomMethod::Load:
+                return Table(document) + 58;
             default:
                 return Table(document) + 83;
         }
