@@ -23,16 +23,11 @@ void PrintTo(const Encoding& encoding, std::ostream* out) {
 }
 
 const Encoding Encodings[] = {
-    {"Utf8", "", 1, 0},
-    {"Utf8WithMark", "\xEF\xBB\xBF", 1, 0},
-    {"Utf16Le", "", 2, 0},
-    {"Utf16LeWithMark", "\xFF\xFE", 2, 0},
-    {"Utf16Be", "", 2, 1},
-    {"Utf16BeWithMark", "\xFE\xFF", 2, 1},
-    {"Utf32Le", "", 4, 0},
-    {"Utf32LeWithMark", {"\xFF\xFE\0\0", 4}, 4, 0},
-    {"Utf32Be", "", 4, 3},
-    {"Utf32BeWithMark", {"\0\0\xFE\xFF", 4}, 4, 3},
+    {"Utf8", "", 1, 0},    {"Utf8WithMark", "\xEF\xBB\xBF", 1, 0},
+    {"Utf16Le", "", 2, 0}, {"Utf16LeWithMark", "\xFF\xFE", 2, 0},
+    {"Utf16Be", "", 2, 1}, {"Utf16BeWithMark", "\xFE\xFF", 2, 1},
+    {"Utf32Le", "", 4, 0}, {"Utf32LeWithMark", {"\xFF\xFE\0\0", 4}, 4, 0},
+    {"Utf32Be", "", 4, 3}, {"Utf32BeWithMark", {"\0\0\xFE\xFF", 4}, 4, 3},
 };
 
 // Converts ASCII text.

@@ -74,14 +74,13 @@ private:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(, FolderTest,
-                         testing::Combine(testing::ValuesIn(AllDataFiles()),
-                                          testing::Values(FolderName{"Hash", L"a#b"},
-                                                          FolderName{"EscapedLetter", L"a%41b"},
-                                                          FolderName{"EscapedSpace", L"a%20b"},
-                                                          FolderName{"Umlaut", L"\u00e4"},
-                                                          FolderName{"MaximumLength", L""})),
-                         NameOfFileCase<FolderName>);
+INSTANTIATE_TEST_SUITE_P(
+    , FolderTest,
+    testing::Combine(testing::ValuesIn(AllDataFiles()),
+                     testing::Values(FolderName{"Hash", L"a#b"}, FolderName{"EscapedLetter", L"a%41b"},
+                                     FolderName{"EscapedSpace", L"a%20b"}, FolderName{"Umlaut", L"\u00e4"},
+                                     FolderName{"MaximumLength", L""})),
+    NameOfFileCase<FolderName>);
 
 TEST_P(FolderTest, FileInFolderIsRead) {
     EXPECT_TRUE(File().isRead(*this));
@@ -150,10 +149,8 @@ const Obstacle Obstacles[] = {
     {"TruncationWhileRead",
      [](const std::filesystem::path&, PatchedImports& imports) {
          imports.Patch(
-             "ReadFile",
-             +[](HANDLE file, void* buffer, DWORD size, DWORD* count, OVERLAPPED* overlapped) WINAPI {
-                 return ReadFile(file, buffer, size - 1, count, overlapped);
-             });
+             "ReadFile", +[](HANDLE file, void* buffer, DWORD size, DWORD* count, OVERLAPPED* overlapped)
+                              WINAPI { return ReadFile(file, buffer, size - 1, count, overlapped); });
      }},
     {"ReadError",
      [](const std::filesystem::path&, PatchedImports& imports) {

@@ -109,16 +109,27 @@ TEST_F(UnchangedFileTest, RecreatedFileWithRestoredTimesIsLoadedAgain) {
     EXPECT_EQ(LoadsForReading(L"new"), 1u);
 }
 
-TEST_F(UnchangedFileTest, DeletedFileHasNoSettings) {
-    LoadOnce();
-    std::filesystem::remove(Path());
+// The library removes the settings of a deleted file only if the file had a scheme.
+class DeletedFileTest : public UnchangedFileTest {
+protected:
+    void DeleteLoadedFile() {
+        WriteUserSettings(
+            R"(<Any><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings Name="old"/></Any>)");
+        LoadOnce();
+        time = ChangeTimeOf(Path());
+        std::filesystem::remove(Path());
+    }
+
+    LONGLONG time = 0;
+};
+
+TEST_F(DeletedFileTest, DeletedFileHasNoSettings) {
+    DeleteLoadedFile();
     EXPECT_EQ(Setting(L"Name"), Missing);
 }
 
-TEST_F(UnchangedFileTest, FileInPlaceOfDeletedFileIsLoaded) {
-    LoadOnce();
-    const LONGLONG time = ChangeTimeOf(Path());
-    std::filesystem::remove(Path());
+TEST_F(DeletedFileTest, FileInPlaceOfDeletedFileIsLoaded) {
+    DeleteLoadedFile();
     EXPECT_EQ(Setting(L"Name"), Missing);
     ChangeLaterThan(time, Path(), [&] { WriteUserValues(R"(Name="new")"); });
     EXPECT_EQ(LoadsForReading(L"new"), 1u);

@@ -1,5 +1,5 @@
-// The fixture of tests that apply to each of the four data files. Each file has content that a client can see,
-// so a test can find out whether the library has read the file.
+// The fixture of tests that apply to each of the four data files. Each file has content that a client can
+// see, so a test can find out whether the library has read the file.
 #pragma once
 
 #include <string>
@@ -51,8 +51,7 @@ inline const DataFile DefaultsDataFile = {
     }};
 
 inline const DataFile UserDataFile = {
-    "UserSettings", &Installation::UserFile,
-    R"(<OrloPowerCfg><CommonSettings User="u"/></OrloPowerCfg>)",
+    "UserSettings", &Installation::UserFile, R"(<OrloPowerCfg><CommonSettings User="u"/></OrloPowerCfg>)",
     [](DataFileTest& test) { return test.FindsSetting(L"User"); },
     [](const Library& dll) { return dll.SetCommonSetting(L"Added", L"a"); }};
 
@@ -60,10 +59,9 @@ inline const DataFile BaseDataFile = {"Base", &Installation::BaseFile,
                                       R"(<ZOTBase><CommonSettings Base="b"/></ZOTBase>)",
                                       [](DataFileTest& test) { return test.FindsSetting(L"Base"); }};
 
-inline const DataFile StringTableDataFile = {
-    "StringTable", &Installation::StringTableFile,
-    R"(<root><data name="Key"><value>Text</value></data></root>)",
-    [](DataFileTest& test) { return test.FirstName() == L"Text"; }};
+inline const DataFile StringTableDataFile = {"StringTable", &Installation::StringTableFile,
+                                             R"(<root><data name="Key"><value>Text</value></data></root>)",
+                                             [](DataFileTest& test) { return test.FirstName() == L"Text"; }};
 
 inline std::vector<DataFile> AllDataFiles() {
     return {DefaultsDataFile, UserDataFile, BaseDataFile, StringTableDataFile};

@@ -36,6 +36,12 @@ inline FILETIME FileTimeOf(LONGLONG time) {
     return {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
 }
 
+inline LONGLONG Now() {
+    FILETIME time;
+    GetSystemTimeAsFileTime(&time);
+    return static_cast<LONGLONG>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+}
+
 // Sets the creation time and the last-write time. The system sets the change time to the current time.
 inline void SetTimes(const std::filesystem::path& path, LONGLONG creation, LONGLONG write) {
     const HANDLE file = CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ, nullptr,
@@ -75,11 +81,7 @@ public:
     void StopAt(LONGLONG time) { stopped = time; }
 
 private:
-    static void WINAPI Read(FILETIME* time) {
-        GetSystemTimeAsFileTime(time);
-        const LONGLONG now = static_cast<LONGLONG>(time->dwHighDateTime) << 32 | time->dwLowDateTime;
-        *time = FileTimeOf(stopped.value_or(now + 10 * OneSecond));
-    }
+    static void WINAPI Read(FILETIME* time) { *time = FileTimeOf(stopped.value_or(Now() + 10 * OneSecond)); }
 
     inline static std::optional<LONGLONG> stopped;
     ImportPatch patch;
