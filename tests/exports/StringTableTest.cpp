@@ -88,6 +88,16 @@ TEST_F(StringTableTest, LastOfTenThousandEntriesIsFound) {
     EXPECT_EQ(TextOf("Key9999", Entries(10000)), L"Text 9999");
 }
 
+TEST_F(StringTableTest, FirstOfEqualKeysAmongTenThousandIsUsed) {
+    EXPECT_EQ(TextOf("Key", Entries(5000) + Entry("kEY", "first") + Entries(5000) + Entry("Key", "second")),
+              L"first");
+}
+
+TEST_F(StringTableTest, EntryWithoutValueHidesKeyAmongTenThousand) {
+    EXPECT_EQ(TextOf("Key", Entries(5000) + R"(<data name="KEY"/>)" + Entries(5000) + Entry("Key", "Text")),
+              L"Key");
+}
+
 // ---- Keys ----
 
 struct KeyCase {
