@@ -23,9 +23,12 @@ public:
     using CZOTProfile::FileExists;
     using CZOTProfile::FindSection;
     using CZOTProfile::Load;
+    using CZOTProfile::LoadResult;
     using CZOTProfile::Path;
     using CZOTProfile::Write;
 };
+
+using Result = Profile::LoadResult;
 
 }  // namespace
 
@@ -34,7 +37,7 @@ protected:
     // Loads a document with the given content.
     void Load(std::string_view xml) {
         WriteFile(file, xml);
-        ASSERT_TRUE(profile.Load());
+        ASSERT_EQ(profile.Load(), Result::Loaded);
     }
 
     // Saves the document and returns the content of its file.
@@ -69,20 +72,34 @@ TEST_F(ProfileTest, RootOfAnyNameIsAccepted) {
 }
 
 TEST_F(ProfileTest, MissingFileFailsToLoad) {
-    EXPECT_FALSE(profile.Load());
+    EXPECT_EQ(profile.Load(), Result::NotRead);
     EXPECT_EQ(profile.FindRoot(), nullptr);
 }
 
 TEST_F(ProfileTest, FailedLoadLeavesEmptyDocument) {
     Load("<R/>");
     WriteFile(file, "<R>");
-    EXPECT_FALSE(profile.Load());
+    EXPECT_EQ(profile.Load(), Result::NotWellFormed);
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, DocumentTypeLeavesEmptyDocument) {
+    Load("<R/>");
+    WriteFile(file, "<!DOCTYPE R><R/>");
+    EXPECT_EQ(profile.Load(), Result::NotWellFormed);
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, UnreadFileLeavesEmptyDocument) {
+    Load("<R/>");
+    std::filesystem::remove(file);
+    EXPECT_EQ(profile.Load(), Result::NotRead);
     EXPECT_EQ(profile.FindRoot(), nullptr);
 }
 
 TEST_F(ProfileTest, RetryAfterFailedLoadSucceeds) {
     WriteFile(file, "no XML");
-    EXPECT_FALSE(profile.Load());
+    EXPECT_EQ(profile.Load(), Result::NotWellFormed);
     Load("<R/>");
     EXPECT_NE(profile.FindRoot(), nullptr);
 }
@@ -102,7 +119,7 @@ TEST_F(ProfileTest, MissingFolderFailsToWrite) {
 TEST_F(ProfileTest, EmptyPathNamesNoFile) {
     Profile nowhere{L""};
     EXPECT_FALSE(nowhere.FileExists());
-    EXPECT_FALSE(nowhere.Load());
+    EXPECT_EQ(nowhere.Load(), Result::NotRead);
     EXPECT_FALSE(nowhere.Write());
 }
 
@@ -181,7 +198,7 @@ TEST_F(ProfileTest, UninitialisedComFailsDocumentOperations) {
     const std::jthread thread{[&] {
         Profile without{file.wstring()};
         EXPECT_TRUE(without.FileExists());
-        EXPECT_FALSE(without.Load());
+        EXPECT_EQ(without.Load(), Result::Failed);
         EXPECT_EQ(without.FindRoot(), nullptr);
         EXPECT_EQ(without.CreateRoot(L"R"), nullptr);
         EXPECT_EQ(without.FindSection(L"A"), nullptr);
