@@ -2,6 +2,7 @@
 // behaves as reported.
 #include "client/DoctorTest.h"
 #include "support/EntityBombs.h"
+#include "support/FileSize.h"
 #include "support/OpenFile.h"
 
 namespace ZOTDam::Test {
@@ -88,22 +89,37 @@ TEST_P(DoctorRejectedFileTest, EmptyFileIsReportedAsNotWellFormed) {
     ExpectObstacle("not-well-formed");
 }
 
-TEST_P(DoctorRejectedFileTest, EntitiesRejectedByParserAreNotWellFormed) {
-    Write(GrowingEntities(30, "boom") + "<R>&a30;</R>");
-    ExpectObstacle("not-well-formed");
-}
-
-TEST_P(DoctorRejectedFileTest, ParameterEntitiesAreReportedAsEntityBomb) {
-    Write(GrowingParameterEntities(4) + "<R/>");
-    ExpectObstacle("entity-bomb");
-}
-
-TEST_P(DoctorRejectedFileTest, RepeatedLargeEntityIsReportedAsEntityBomb) {
-    Write(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>");
-    ExpectObstacle("entity-bomb");
-}
-
 INSTANTIATE_TEST_SUITE_P(, DoctorRejectedFileTest, testing::Values(Base, Catalogue, UserSettings, Texts),
+                         CaseName<Loss>);
+
+using DoctorDocumentTypeTest = DoctorFileTest;
+
+TEST_P(DoctorDocumentTypeTest, DocumentTypeIsReportedWithActualConsequence) {
+    Write("<!DOCTYPE R>" + Healthy(GetParam().file));
+    ExpectObstacle("document-type");
+}
+
+TEST_P(DoctorDocumentTypeTest, HarmlessEntitiesAreReportedAsDocumentType) {
+    Write("<!DOCTYPE R [<!ENTITY sleep 'SleepKey'><!ENTITY nap \"nap\">]>" + Healthy(GetParam().file));
+    ExpectObstacle("document-type");
+}
+
+TEST_P(DoctorDocumentTypeTest, GrowingEntitiesAreReportedAsDocumentType) {
+    Write(GrowingEntities(30, "boom") + "<R>&a30;</R>");
+    ExpectObstacle("document-type");
+}
+
+TEST_P(DoctorDocumentTypeTest, ParameterEntitiesAreReportedAsDocumentType) {
+    Write(GrowingParameterEntities(4) + "<R/>");
+    ExpectObstacle("document-type");
+}
+
+TEST_P(DoctorDocumentTypeTest, RepeatedLargeEntityIsReportedAsDocumentType) {
+    Write(EntityOf(100000) + "<R>" + Repeat("&x;", 10000) + "</R>");
+    ExpectObstacle("document-type");
+}
+
+INSTANTIATE_TEST_SUITE_P(, DoctorDocumentTypeTest, testing::Values(Base, Catalogue, UserSettings, Texts),
                          CaseName<Loss>);
 
 using DoctorUnreadableFileTest = DoctorFileTest;
@@ -116,6 +132,11 @@ TEST_P(DoctorUnreadableFileTest, LockedFileIsReportedWithActualConsequence) {
 TEST_P(DoctorUnreadableFileTest, FolderInPlaceOfFileIsReportedUnreadable) {
     std::filesystem::remove(PathOf(GetParam().file));
     std::filesystem::create_directory(PathOf(GetParam().file));
+    ExpectObstacle("unreadable-file");
+}
+
+TEST_P(DoctorUnreadableFileTest, ExcessiveSizeIsReportedUnreadable) {
+    ExtendTo(MaximumSize + 1, PathOf(GetParam().file));
     ExpectObstacle("unreadable-file");
 }
 
@@ -149,23 +170,6 @@ TEST_F(DoctorStorageTest, ReadOnlyFileIsReportedAndPreventsStoring) {
     ExpectNothingStored("read-only-file", "the library stores nothing");
     EXPECT_EQ(UserSettings(), HealthyUserSettings);
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
-}
-
-using DoctorDocumentTypeTest = DoctorTest;
-
-TEST_F(DoctorDocumentTypeTest, DocumentTypeIsReportedAndPreventsSettingInit) {
-    WriteBase("<!DOCTYPE ZOTBase>" + Healthy(File::Base));
-    EXPECT_EQ(
-        WithoutProblems(FindingsWith(1)),
-        Json::array({FindingIn(File::Base, nullptr, "document-type",
-                               "the library cannot copy nodes from it, and the DOM of Windows rejects it")}));
-    EXPECT_FALSE(Dll().InitCommonSetting());
-}
-
-TEST_F(DoctorDocumentTypeTest, HarmlessEntitiesAreNoFurtherFinding) {
-    WriteBase("<!DOCTYPE ZOTBase [<!ENTITY sleep 'SleepKey'><!ENTITY nap \"nap\">]>" + Healthy(File::Base));
-    EXPECT_EQ(FindingsWith(1).size(), 1u);
-    EXPECT_EQ(BaseFunctions().size(), 2u);
 }
 
 using DoctorLongPathTest = DoctorTest;

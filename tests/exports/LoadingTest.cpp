@@ -8,6 +8,7 @@
 #include "support/DataFileTest.h"
 #include "support/DomLoads.h"
 #include "support/FileOpens.h"
+#include "support/FileSize.h"
 #include "support/OpenFile.h"
 #include "support/Repeat.h"
 #include "support/Watchdog.h"
@@ -99,16 +100,6 @@ TEST_P(FolderTest, FileInFolderIsSavedIfWritable) {
 
 namespace {
 
-constexpr LONGLONG MaximumSize = 64 << 20;
-
-void SetSize(const std::filesystem::path& path, LONGLONG size) {
-    const HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    EXPECT_TRUE(SetFilePointerEx(file, {.QuadPart = size}, nullptr, FILE_BEGIN));
-    EXPECT_TRUE(SetEndOfFile(file));
-    CloseHandle(file);
-}
-
 // Prevents the library from reading a file.
 struct Obstacle {
     std::string name;
@@ -121,7 +112,7 @@ void PrintTo(const Obstacle& obstacle, std::ostream* out) {
 
 const Obstacle Obstacles[] = {
     {"ExcessiveSize",
-     [](const std::filesystem::path& path, PatchedImports&) { SetSize(path, MaximumSize + 1); }},
+     [](const std::filesystem::path& path, PatchedImports&) { ExtendTo(MaximumSize + 1, path); }},
     {"SizeOfMoreThan32Bits",
      [](const std::filesystem::path&, PatchedImports& imports) {
          imports.Patch(
@@ -223,7 +214,7 @@ class FileSizeTest : public DataFileTest {};
 
 TEST_F(FileSizeTest, FileOfMaximumSizeIsParsed) {
     Dll();
-    SetSize(installation.StringTableFile(), MaximumSize);
+    ExtendTo(MaximumSize, installation.StringTableFile());
     const DomLoads loads;
     FirstName();
     EXPECT_EQ(loads.sources.size(), 2u);
