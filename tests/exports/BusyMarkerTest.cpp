@@ -8,6 +8,7 @@
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
 #include "support/MarkerCalls.h"
+#include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
 
@@ -108,8 +109,8 @@ TEST_F(BusyMarkerTest, FoundMarkerIsClosedAndNotCreated) {
 
 TEST_F(BusyMarkerTest, FailedSaveClosesMarker) {
     WriteFiles();
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW",
-                            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { return FALSE; }};
+    SaveCalls save{Dll().Handle()};
+    save.Fail(Replacements);
     MarkerCalls calls{Dll().Handle()};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(calls.created, (Names{UserMarker, UserMarker}));

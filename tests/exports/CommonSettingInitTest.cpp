@@ -4,8 +4,8 @@
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
-#include "support/FaultInjection.h"
 #include "support/MarkerCalls.h"
+#include "support/SaveCalls.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
@@ -376,8 +376,8 @@ TEST_F(CommonSettingInitFailureTest, FileOpenForReadingStaysUnchanged) {
 }
 
 TEST_F(CommonSettingInitFailureTest, FileThatCannotBeReplacedStaysUnchanged) {
-    const FaultInjection injection{Dll().Handle()};
-    MoveFileHook::fault = InjectedFault::Fail;
+    SaveCalls calls{Dll().Handle()};
+    calls.Fail(Replacements);
     ExpectFailure();
 }
 

@@ -4,8 +4,8 @@
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/DomMethods.h"
-#include "support/FaultInjection.h"
 #include "support/MarkerCalls.h"
+#include "support/SaveCalls.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
@@ -523,8 +523,8 @@ TEST_F(CommonSettingWriteFailureTest, FolderNamedLikeFileStays) {
 
 TEST_F(CommonSettingWriteFailureTest, FileThatCannotBeReplacedStaysUnchanged) {
     WriteUserValues(R"(Name="old")");
-    const FaultInjection injection{Dll().Handle()};
-    MoveFileHook::fault = InjectedFault::Fail;
+    SaveCalls calls{Dll().Handle()};
+    calls.Fail(Replacements);
     ExpectFailure();
     ExpectOldValue();
 }

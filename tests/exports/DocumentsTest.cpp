@@ -7,6 +7,7 @@
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
 #include "support/LongPaths.h"
+#include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
 
@@ -339,38 +340,35 @@ TEST_F(DocumentsTest, DocumentIsCreatedWhenFirstUsed) {
 
 class DocumentSaveTest : public DocumentsTest {
 protected:
-    // The arguments of a fake MoveFileEx, which fails, and the contents of both files at that time.
-    struct Replacement {
-        std::filesystem::path source;
-        std::filesystem::path target;
-        std::string newContent;
-        std::string oldContent;
-    };
-    inline static Replacement seen;
-
-    static BOOL WINAPI RecordAndFail(const wchar_t* source, const wchar_t* target, DWORD flags) {
-        EXPECT_TRUE(flags & MOVEFILE_REPLACE_EXISTING);
-        EXPECT_TRUE(flags & MOVEFILE_WRITE_THROUGH);
-        seen = {source, target, ReadFile(source), ReadFile(target)};
-        SetLastError(ERROR_DISK_FULL);
-        return FALSE;
+    // Makes the replacement of the file fail.
+    bool SetFunctionOneUnreplaced() {
+        SaveCalls calls{Dll().Handle()};
+        calls.Fail(Replacements);
+        return SetFunctionOne();
     }
 };
 
 TEST_F(DocumentSaveTest, NewContentIsCompleteBeforeReplacingOldFile) {
     WriteStored();
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &RecordAndFail};
+    // The temporary file can only be read while it is closed.
+    SaveCalls calls{Dll().Handle(), Renames::None};
+    std::string newContent;
+    std::string oldContent;
+    calls.before = [&](SaveCall call) {
+        if (call == SaveCall::Move) {
+            newContent = ReadFile(TemporaryFile());
+            oldContent = UserSettings();
+        }
+        return ERROR_SUCCESS;
+    };
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(seen.source, TemporaryFile());
-    EXPECT_EQ(seen.target, installation.UserFile());
-    EXPECT_EQ(seen.newContent, Updated);
-    EXPECT_EQ(seen.oldContent, Stored);
+    EXPECT_EQ(newContent, Updated);
+    EXPECT_EQ(oldContent, Stored);
 }
 
 TEST_F(DocumentSaveTest, FailedReplacementKeepsFileAndDeletesTemporaryFile) {
     WriteStored();
-    const ImportPatch patch{Dll().Handle(), "MoveFileExW", &RecordAndFail};
-    EXPECT_TRUE(SetFunctionOne());
+    EXPECT_TRUE(SetFunctionOneUnreplaced());
     EXPECT_EQ(UserSettings(), Stored);
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }

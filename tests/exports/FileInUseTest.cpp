@@ -10,6 +10,7 @@
 #include "support/LongPaths.h"
 #include "support/MarkerCalls.h"
 #include "support/OpenFile.h"
+#include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
 
@@ -179,6 +180,7 @@ protected:
         const OpenFile open{PathOf(saving.file), mode.access, mode.shared};
         if (mode.isLocked)
             open.Lock();
+        const SaveCalls clock{Dll().Handle()};  // on which the pauses of a save take no time
         return saving.call(Dll());
     }
 

@@ -2,9 +2,9 @@
 // not report them to the client.
 #include "support/DomDocuments.h"
 #include "support/DomMethods.h"
-#include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/MarkerCalls.h"
+#include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
 
@@ -251,8 +251,8 @@ TEST_F(FailedSaveTest, FileInUseKeepsChangeInMemoryOnly) {
 
 TEST_F(FailedSaveTest, FailedMoveKeepsChangeInMemoryOnly) {
     {
-        const FaultInjection injection{Dll().Handle()};
-        MoveFileHook::fault = InjectedFault::Fail;
+        SaveCalls calls{Dll().Handle()};
+        calls.Fail(Replacements);
         ExpectChangeInMemoryOnly();
         EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
     }

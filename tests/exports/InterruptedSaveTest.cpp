@@ -1,12 +1,13 @@
 // Tests of interrupted saves: the process terminates, or a file operation fails. The file then contains
 // either the old or the new content, never a mixture.
 #include <algorithm>
-#include <array>
+#include <set>
+#include <span>
 
 #include "support/DataFiles.h"
-#include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/ParentInstallation.h"
+#include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
 
@@ -42,50 +43,89 @@ std::string FileOfFunctions(std::int32_t firstId) {
     return OldDefaults(functions);
 }
 
-// The fault, if any, to inject into each call of a save, and whether the save stores the new content.
-struct SavePlan {
+// A call of a save at which the process ends, and whether the save stores the new content.
+struct Termination {
     std::string name;
-    std::array<InjectedFault, 5> faults;
-    bool isStored;
+    SaveCall call;
+    bool isAfter;
+    bool isStored = false;
+    Renames renames = Renames::None;
+    std::set<SaveCall> failing = {};
 };
 
-void PrintTo(const SavePlan& plan, std::ostream* out) {
-    *out << plan.name;
+void PrintTo(const Termination& termination, std::ostream* out) {
+    *out << termination.name;
 }
 
-// The third argument contains one digit for the fault of each call.
+constexpr bool Before = false;
+constexpr bool After = true;
+constexpr bool Stored = true;
+
+std::vector<Termination> TerminationsDuringSave() {
+    return {
+        {"BeforeTemporaryFileIsOpened", SaveCall::Create, Before},
+        {"AfterTemporaryFileIsOpened", SaveCall::Create, After},
+        {"BeforeWrite", SaveCall::Write, Before},
+        {"AfterWrite", SaveCall::Write, After},
+        {"BeforeFlush", SaveCall::Flush, Before},
+        {"AfterFlush", SaveCall::Flush, After},
+        {"BeforeRename", SaveCall::PosixRename, Before},
+        {"AfterPosixRename", SaveCall::PosixRename, After, Stored, Renames::Posix},
+        {"BeforePlainRename", SaveCall::Rename, Before, !Stored, Renames::Plain},
+        {"AfterPlainRename", SaveCall::Rename, After, Stored, Renames::Plain},
+        {"BeforeMove", SaveCall::Move, Before},
+        {"AfterMove", SaveCall::Move, After, Stored},
+        {"BeforeDeletionAfterFailedFlush",
+         SaveCall::Delete,
+         Before,
+         !Stored,
+         Renames::None,
+         {SaveCall::Flush}},
+        {"AfterDeletionAfterFailedRename", SaveCall::Delete, After, !Stored, Renames::None, Replacements},
+    };
+}
+
+std::vector<Termination> TerminationsDuringCopy() {
+    return {{"BeforeCopy", SaveCall::Copy, Before}, {"AfterCopy", SaveCall::Copy, After}};
+}
+
+Termination TerminationOf(const std::wstring& name) {
+    for (const auto& terminations : {TerminationsDuringSave(), TerminationsDuringCopy()})
+        for (const Termination& termination : terminations)
+            if (std::wstring{termination.name.begin(), termination.name.end()} == name)
+                return termination;
+    std::abort();
+}
+
+// The third argument is the name of the termination.
 template <class Save>
-int SaveWithFaults(const std::vector<std::wstring>& arguments, Save save) {
+int SaveAndTerminate(const std::vector<std::wstring>& arguments, Save save) {
     EnterInstallation(arguments);
     const Library dll;
-    const FaultInjection injection{dll.Handle()};
-    for (std::size_t call = 0; InjectedFault* const fault : FaultInjection::Faults())
-        *fault = static_cast<InjectedFault>(arguments.at(2).at(call++) - L'0');
+    const Termination termination = TerminationOf(arguments.at(2));
+    SaveCalls calls{dll.Handle(), termination.renames};
+    calls.before = [&](SaveCall call) -> DWORD {
+        if (call == termination.call && !termination.isAfter)
+            ExitAtOnce();
+        return termination.failing.contains(call) ? ERROR_DISK_FULL : ERROR_SUCCESS;
+    };
+    calls.after = [&](SaveCall call) {
+        if (call == termination.call)
+            ExitAtOnce();
+    };
     save(dll);
     return 0;
 }
 
 const RegisterRole saveAndExit{SaveAndExit, [](const std::vector<std::wstring>& arguments) {
-                                   return SaveWithFaults(arguments,
-                                                         [](const Library& dll) { Store(dll, Balanced, 2); });
+                                   return SaveAndTerminate(
+                                       arguments, [](const Library& dll) { Store(dll, Balanced, 2); });
                                }};
 
 const RegisterRole replaceAndExit{ReplaceAndExit, [](const std::vector<std::wstring>& arguments) {
-                                      return SaveWithFaults(
+                                      return SaveAndTerminate(
                                           arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
                                   }};
-
-std::wstring AsArgument(const SavePlan& plan) {
-    std::wstring argument;
-    for (const InjectedFault fault : plan.faults)
-        argument += static_cast<wchar_t>(L'0' + static_cast<int>(fault));
-    return argument;
-}
-
-constexpr InjectedFault None = InjectedFault::None;
-constexpr InjectedFault ExitBefore = InjectedFault::ExitBefore;
-constexpr InjectedFault ExitAfter = InjectedFault::ExitAfter;
-constexpr InjectedFault Fail = InjectedFault::Fail;
 
 }  // namespace
 
@@ -124,25 +164,18 @@ protected:
 
 // ---- Termination at a given call ----
 
-class TerminationDuringSaveTest : public InterruptedSaveTest, public testing::WithParamInterface<SavePlan> {
+class TerminationDuringSaveTest : public InterruptedSaveTest,
+                                  public testing::WithParamInterface<Termination> {
 protected:
     void SaveInExitingProcess(const wchar_t* role = SaveAndExit) {
-        SecondProcess saver{role, WithFolders(installation, {AsArgument(GetParam())})};
+        const std::string& name = GetParam().name;
+        SecondProcess saver{role, WithFolders(installation, {{name.begin(), name.end()}})};
         ASSERT_EQ(saver.WaitForExit(), InjectedExitCode);
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    , TerminationDuringSaveTest,
-    testing::Values(SavePlan{"BeforeTemporaryFileIsOpened", {ExitBefore, None, None, None, None}, false},
-                    SavePlan{"AfterTemporaryFileIsOpened", {ExitAfter, None, None, None, None}, false},
-                    SavePlan{"BeforeFlush", {None, ExitBefore, None, None, None}, false},
-                    SavePlan{"AfterFlush", {None, ExitAfter, None, None, None}, false},
-                    SavePlan{"BeforeMove", {None, None, ExitBefore, None, None}, false},
-                    SavePlan{"AfterMove", {None, None, ExitAfter, None, None}, true},
-                    SavePlan{"BeforeDeletionAfterFailedFlush", {None, Fail, None, None, ExitBefore}, false},
-                    SavePlan{"AfterDeletionAfterFailedMove", {None, None, Fail, None, ExitAfter}, false}),
-    CaseName<SavePlan>);
+INSTANTIATE_TEST_SUITE_P(, TerminationDuringSaveTest, testing::ValuesIn(TerminationsDuringSave()),
+                         CaseName<Termination>);
 
 TEST_P(TerminationDuringSaveTest, UserSettingsHaveOldOrNewContent) {
     EXPECT_TRUE(SetParameter(HighPerformance, AllFunctionsSetTo(5)));
@@ -175,10 +208,8 @@ TEST_P(TerminationDuringSaveTest, DefaultsHaveOldOrNewFunctions) {
 
 class TerminationDuringCopyTest : public TerminationDuringSaveTest {};
 
-INSTANTIATE_TEST_SUITE_P(, TerminationDuringCopyTest,
-                         testing::Values(SavePlan{"BeforeCopy", {None, None, None, ExitBefore, None}, false},
-                                         SavePlan{"AfterCopy", {None, None, None, ExitAfter, None}, false}),
-                         CaseName<SavePlan>);
+INSTANTIATE_TEST_SUITE_P(, TerminationDuringCopyTest, testing::ValuesIn(TerminationsDuringCopy()),
+                         CaseName<Termination>);
 
 TEST_P(TerminationDuringCopyTest, MalformedFileIsUnchanged) {
     WriteUserSettings("<unreadable");
@@ -211,51 +242,79 @@ TEST_F(InterruptedSaveTest, LongTemporaryFileIsOverwrittenCompletely) {
 
 // ---- Failing file operations ----
 
+// Errors of a disk, of rights and of an unsuitable file system.
+constexpr DWORD Errors[] = {ERROR_DISK_FULL,         ERROR_HANDLE_DISK_FULL, ERROR_ACCESS_DENIED,
+                            ERROR_SHARING_VIOLATION, ERROR_LOCK_VIOLATION,   ERROR_IO_DEVICE,
+                            ERROR_NOT_SUPPORTED,     ERROR_NOT_ENOUGH_MEMORY};
+constexpr DWORD FullDiskErrors[] = {ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL};
+
 class FailedFileOperationTest : public InterruptedSaveTest {
 protected:
-    // Saves while one system function fails.
-    template <class Call>
-    void SaveWithFailing() {
-        const FaultInjection injection{Dll().Handle()};
-        Call::fault = InjectedFault::Fail;
+    void SaveWithFailing(const std::set<SaveCall>& failing, DWORD error = ERROR_DISK_FULL) {
+        SaveCalls calls{Dll().Handle()};
+        calls.Fail(failing, error);
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(2)));
         EXPECT_FALSE(Dll().SetCommonSetting(L"Name", L"value"));
     }
 
-    template <class Call>
-    void ExpectFailureChangesNothing() {
+    void ExpectFailureChangesNothing(const std::set<SaveCall>& failing, std::span<const DWORD> errors) {
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(1)));
         const std::string before = UserSettings();
-        SaveWithFailing<Call>();
-        EXPECT_EQ(UserSettings(), before);
-        EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
-        EXPECT_EQ(StoredValue(Balanced), 1);
+        for (const DWORD error : errors) {
+            SCOPED_TRACE(error);
+            SaveWithFailing(failing, error);
+            EXPECT_EQ(UserSettings(), before);
+            EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
+            EXPECT_EQ(StoredValue(Balanced), 1);
+        }
         ExpectNextSaveWorks();
     }
 };
 
-TEST_F(FailedFileOperationTest, FailedOpenChangesNothing) {
-    ExpectFailureChangesNothing<CreateFileHook>();
+TEST_F(FailedFileOperationTest, FullDiskAtOpenChangesNothing) {
+    ExpectFailureChangesNothing({SaveCall::Create}, FullDiskErrors);
+}
+
+TEST_F(FailedFileOperationTest, FailedWriteChangesNothing) {
+    ExpectFailureChangesNothing({SaveCall::Write}, Errors);
+}
+
+TEST_F(FailedFileOperationTest, FailedSettingOfEndChangesNothing) {
+    ExpectFailureChangesNothing({SaveCall::SetEnd}, Errors);
 }
 
 TEST_F(FailedFileOperationTest, FailedFlushChangesNothing) {
-    ExpectFailureChangesNothing<FlushFileHook>();
+    ExpectFailureChangesNothing({SaveCall::Flush}, Errors);
 }
 
-TEST_F(FailedFileOperationTest, FailedMoveChangesNothing) {
-    ExpectFailureChangesNothing<MoveFileHook>();
+TEST_F(FailedFileOperationTest, FullDiskAtMoveChangesNothing) {
+    ExpectFailureChangesNothing(Replacements, FullDiskErrors);
+}
+
+TEST_F(FailedFileOperationTest, FailedMoveAndOverwriteChangeNothing) {
+    std::set<SaveCall> failing = Replacements;
+    failing.insert(SaveCall::OpenTarget);
+    ExpectFailureChangesNothing(failing, Errors);
+}
+
+TEST_F(FailedFileOperationTest, FailedMoveAndRedoFileChangeNothing) {
+    std::set<SaveCall> failing = Replacements;
+    failing.insert(SaveCall::RenameToRedo);
+    ExpectFailureChangesNothing(failing, Errors);
 }
 
 TEST_F(FailedFileOperationTest, FailedFirstSaveLeavesNoFile) {
-    SaveWithFailing<MoveFileHook>();
-    EXPECT_FALSE(HasUserSettings());
-    EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
+    for (const DWORD error : Errors) {
+        SaveWithFailing(Replacements, error);
+        EXPECT_FALSE(HasUserSettings());
+        EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
+    }
     ExpectNextSaveWorks();
 }
 
 TEST_F(FailedFileOperationTest, FailedCopyLeavesMalformedFileUnchanged) {
     WriteUserSettings("<unreadable");
-    SaveWithFailing<CopyFileHook>();
+    SaveWithFailing({SaveCall::Copy});
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     ExpectNextSaveWorks();
@@ -264,15 +323,15 @@ TEST_F(FailedFileOperationTest, FailedCopyLeavesMalformedFileUnchanged) {
 
 TEST_F(FailedFileOperationTest, FailedMoveLeavesMalformedFileAndItsCopy) {
     WriteUserSettings("<unreadable");
-    SaveWithFailing<MoveFileHook>();
+    SaveWithFailing(Replacements);
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
     ExpectNextSaveWorks();
 }
 
 TEST_F(FailedFileOperationTest, ReadSucceedsIfItsSaveFails) {
-    const FaultInjection injection{Dll().Handle()};
-    MoveFileHook::fault = InjectedFault::Fail;
+    SaveCalls calls{Dll().Handle()};
+    calls.Fail(Replacements);
     EXPECT_EQ(StoredValue(Balanced), 0);
     EXPECT_FALSE(HasUserSettings());
 }

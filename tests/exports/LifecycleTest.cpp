@@ -520,8 +520,7 @@ const RegisterRole endsDuringASave{
     L"ends-during-a-save", [](const Folders& folders) {
         Library& dll = LoadPermanently(folders);
         PatchPermanently(
-            dll.Handle(), "MoveFileExW",
-            +[](const wchar_t*, const wchar_t*, DWORD) WINAPI -> BOOL { BlockInside(); });
+            dll.Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { BlockInside(); });
         BlockThreadInside([&dll] { dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()); });
         return 0;
     }};

@@ -1,8 +1,8 @@
 // Tests of ResetDefault, which clears the user settings that this process read last and saves them.
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
-#include "support/FaultInjection.h"
 #include "support/ImportPatch.h"
+#include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
 
@@ -221,8 +221,8 @@ TEST_F(ResetTest, FailedSaveStillReturnsTrue) {
     WriteScheme();
     ReadUserSettings();
     const std::string file = UserSettings();
-    const FaultInjection injection{Dll().Handle()};
-    MoveFileHook::fault = InjectedFault::Fail;
+    SaveCalls calls{Dll().Handle()};
+    calls.Fail(Replacements);
     EXPECT_TRUE(Dll().ResetDefault());
     EXPECT_EQ(UserSettings(), file);
 }

@@ -5,9 +5,9 @@
 #include <list>
 #include <utility>
 
-#include "support/FaultInjection.h"
 #include "support/FunctionDefaultsTest.h"
 #include "support/OpenFile.h"
+#include "support/SaveCalls.h"
 
 #include <sddl.h>
 
@@ -117,22 +117,25 @@ class ProtectedLeftoverFileTest : public SavedFileTest, public testing::WithPara
 protected:
     void SetUp() override {
         SavedFileTest::SetUp();
-        patches.emplace_back(
-            Dll().Handle(), "DeleteFileW", +[](LPCWSTR path) WINAPI -> BOOL {
-                return IsProtected(path, FILE_ATTRIBUTE_READONLY) ? Deny(FALSE) : DeleteFileW(path);
-            });
+        patches.emplace_back(Dll().Handle(), "SetFileInformationByHandle", &SetUnlessProtected);
         patches.emplace_back(
             Dll().Handle(), "CopyFileW", +[](LPCWSTR source, LPCWSTR target, BOOL keep) WINAPI -> BOOL {
                 return IsProtected(target) ? Deny(FALSE) : CopyFileW(source, target, keep);
             });
-        patches.emplace_back(Dll().Handle(), "CreateFileW", &CreateUnlessProtected);
     }
     void TearDown() override { patches.clear(); }
 
 private:
-    static bool IsProtected(LPCWSTR path, DWORD by = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN) {
+    static bool IsProtected(LPCWSTR path) {
         const DWORD attributes = GetFileAttributesW(path);
-        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & by) != 0;
+        return attributes != INVALID_FILE_ATTRIBUTES &&
+               (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN)) != 0;
+    }
+
+    static bool IsReadOnly(HANDLE file) {
+        BY_HANDLE_FILE_INFORMATION information;
+        return GetFileInformationByHandle(file, &information) != FALSE &&
+               (information.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
     }
 
     template <class Result>
@@ -141,12 +144,11 @@ private:
         return result;
     }
 
-    static HANDLE WINAPI CreateUnlessProtected(LPCWSTR path, DWORD access, DWORD share,
-                                               LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
-                                               HANDLE model) {
-        return disposition == CREATE_ALWAYS && IsProtected(path)
-                   ? Deny(INVALID_HANDLE_VALUE)
-                   : CreateFileW(path, access, share, security, disposition, flags, model);
+    static BOOL WINAPI SetUnlessProtected(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, LPVOID data,
+                                          DWORD size) {
+        return kind == FileDispositionInfo && IsReadOnly(file)
+                   ? Deny(FALSE)
+                   : SetFileInformationByHandle(file, kind, data, size);
     }
 
     std::list<ImportPatch> patches;
@@ -185,44 +187,45 @@ TEST_F(SavedFileTest, MalformedFileIsUnchangedIfCopyFlushFails) {
 
 // ---- The temporary file cannot be created ----
 
-TEST_F(SavedFileTest, FileIsOverwrittenIfTemporaryFileIsFolder) {
-    std::filesystem::create_directory(TemporaryFile());
+// Emulates a folder in which the user may change files and not create them.
+class NoTemporaryFileTest : public SavedFileTest {
+protected:
+    void SetUp() override {
+        SavedFileTest::SetUp();
+        calls.emplace(Dll().Handle());
+        calls->Fail({SaveCall::Create}, ERROR_ACCESS_DENIED);
+    }
+    void TearDown() override { calls.reset(); }
+
+    std::optional<SaveCalls> calls;
+};
+
+TEST_F(NoTemporaryFileTest, FileIsOverwritten) {
     EXPECT_TRUE(Save());
-    EXPECT_EQ(UserSettings(), after);
-    EXPECT_TRUE(std::filesystem::is_directory(TemporaryFile()));
+    ExpectOnlyFile(after);
+    EXPECT_EQ(calls->CountOf(SaveCall::OpenUnguarded), 1);
 }
 
-TEST_F(SavedFileTest, OverwriteSucceedsIfTemporaryFileIsInUse) {
-    WriteFile(TemporaryFile(), "left");
-    const OpenFile program{TemporaryFile(), GENERIC_READ, 0};
-    EXPECT_TRUE(Save());
-    EXPECT_EQ(UserSettings(), after);
-}
-
-TEST_F(SavedFileTest, FileIsCreatedIfTemporaryFileIsFolder) {
+TEST_F(NoTemporaryFileTest, FileIsCreated) {
     std::filesystem::remove(File());
-    std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Save());
     EXPECT_NE(UserSettings().find("<CommonSettings Name=\"value\"/>"), std::string::npos);
 }
 
-TEST_F(SavedFileTest, OverwritingTruncatesLongerFile) {
+TEST_F(NoTemporaryFileTest, LongerFileIsTruncated) {
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     const std::string content = UserSettings();
     WriteUserSettings(before);
-    std::filesystem::create_directory(TemporaryFile());
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     EXPECT_EQ(UserSettings(), content);
 }
 
-TEST_F(SavedFileTest, DefaultsAreOverwrittenIfTemporaryFileIsFolder) {
-    std::filesystem::create_directory(TemporaryFileOf(installation.DefaultsFile()));
+TEST_F(NoTemporaryFileTest, DefaultsAreOverwritten) {
     Replace({Record(2)});
     EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
 }
 
-TEST_F(SavedFileTest, FileInUseIsUnchangedWithoutTemporaryFile) {
-    std::filesystem::create_directory(TemporaryFile());
+TEST_F(NoTemporaryFileTest, FileInUseIsUnchanged) {
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ};
     EXPECT_FALSE(Save());
     EXPECT_EQ(UserSettings(), before);
@@ -231,9 +234,8 @@ TEST_F(SavedFileTest, FileInUseIsUnchangedWithoutTemporaryFile) {
 // ---- The file cannot be replaced ----
 
 TEST_F(SavedFileTest, FileIsOverwrittenIfReplacementIsDenied) {
-    const FaultInjection injection{Dll().Handle()};
-    injectedError = ERROR_ACCESS_DENIED;
-    MoveFileHook::fault = InjectedFault::Fail;
+    SaveCalls calls{Dll().Handle()};
+    calls.Fail(Replacements, ERROR_ACCESS_DENIED);
     EXPECT_TRUE(Save());
     ExpectOnlyFile(after);
 }
@@ -274,15 +276,17 @@ BOOL WINAPI WriteAsFarAsThereIsSpace(HANDLE file, LPCVOID data, DWORD size, LPDW
 
 }  // namespace
 
-class OverwriteOnFullDiskTest : public SavedFileTest {
+class OverwriteOnFullDiskTest : public NoTemporaryFileTest {
 protected:
     void SetUp() override {
-        SavedFileTest::SetUp();
-        std::filesystem::create_directory(TemporaryFile());
+        NoTemporaryFileTest::SetUp();
         spaceForAFile = static_cast<DWORD>(before.size());
         fullDisk.emplace(Dll().Handle(), "WriteFile", &WriteAsFarAsThereIsSpace);
     }
-    void TearDown() override { fullDisk.reset(); }
+    void TearDown() override {
+        fullDisk.reset();
+        NoTemporaryFileTest::TearDown();
+    }
 
 private:
     std::optional<ImportPatch> fullDisk;

@@ -116,10 +116,14 @@ private:
     std::filesystem::path root;
 };
 
-// The files that the library creates next to a data file: the temporary file with the new content, and the
-// copy of a file that was not well-formed.
+// The files that the library creates next to a data file: the temporary file with the new content, the redo
+// file while it writes the file in place, and the copy of a file that was not well-formed.
 inline std::filesystem::path TemporaryFileOf(std::filesystem::path file) {
     return file.replace_extension(L".new");
+}
+
+inline std::filesystem::path RedoFileOf(std::filesystem::path file) {
+    return file += L".redo";
 }
 
 inline std::filesystem::path UnreadableCopyOf(std::filesystem::path file) {
