@@ -141,13 +141,39 @@ TEST_P(XmlExpansionTest, EveryExportLeavesUserSettingsWellFormed) {
     EXPECT_TRUE(IsWellFormed(installation.UserFile()));
 }
 
-using InternalEntityTest = HostileFileTest;
+// ---- Document types ----
 
-TEST_F(InternalEntityTest, InternalEntityIsExpanded) {
-    WriteDefaults(R"(<!DOCTYPE R [<!ENTITY unit "Brightness">]><R><Functions><Function ID="1" Name="&unit;1"
-                  ><Display/><Commands/></Function></Functions></R>)");
-    EXPECT_NE(ReadEverything(Dll(), Balanced).find(L"Brightness1"), std::wstring::npos);
+// The parameter is the text before the root element.
+class RefusedDocumentTypeTest : public HostileFileTest, public testing::WithParamInterface<XmlCase> {
+protected:
+    std::string File() const {
+        return GetParam().xml + "<R><Functions>" + Functions({1}) + "</Functions></R>";
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    , RefusedDocumentTypeTest,
+    testing::Values(XmlCase{"Plain", "<!DOCTYPE R>"}, XmlCase{"Empty", "<!DOCTYPE R []>"},
+                    XmlCase{"InternalEntity", R"(<!DOCTYPE R [<!ENTITY unit "Brightness">]>)"},
+                    XmlCase{"InternalAttribute", R"(<!DOCTYPE R [<!ATTLIST Function Name CDATA "x">]>)"},
+                    XmlCase{"SystemIdentifier", R"(<!DOCTYPE R SYSTEM "other.dtd">)"},
+                    XmlCase{"PublicIdentifier", R"(<!DOCTYPE R PUBLIC "any" "other.dtd">)"}),
+    CaseName<XmlCase>);
+
+TEST_P(RefusedDocumentTypeTest, DefaultsWithDocumentTypeAreNotRead) {
+    WriteDefaults(File());
+    EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
+
+TEST_P(RefusedDocumentTypeTest, SaveKeepsCopyOfRefusedFile) {
+    WriteUserSettings(File());
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Name", L"value"));
+    EXPECT_TRUE(IsWellFormed(installation.UserFile()));
+    EXPECT_EQ(UserSettings().find("DOCTYPE"), std::string::npos);
+    EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.UserFile())), File());
+}
+
+using InternalEntityTest = HostileFileTest;
 
 TEST_F(InternalEntityTest, EntityDeclarationOutsideDocumentTypeIsIgnored) {
     WriteDefaults("<R><!--<!ENTITY % p ''>--><![CDATA[<!ENTITY % p ''>]]><Functions>" + Functions({1, 2}) +
