@@ -1,4 +1,5 @@
-// Eight processes write and read one user settings file while the test observes it.
+// Eight processes write and read one user settings file while the test observes it. They run in one logon
+// session or each in one of its own, and other programs may have the file open.
 #include <windows.h>
 
 #include <algorithm>
@@ -9,7 +10,9 @@
 #include <string>
 
 #include "support/ImportPatch.h"
+#include "support/LogonSession.h"
 #include "support/ParentInstallation.h"
+#include "support/SaveCalls.h"
 #include "support/SettingsTest.h"
 #include "support/SharedMemory.h"
 #include "support/Stress.h"
@@ -20,6 +23,8 @@ namespace ZOTDam::Test {
 namespace {
 
 constexpr wchar_t WriteAndRead[] = L"write-and-read";
+constexpr wchar_t OwnSession[] = L"own-session";
+constexpr wchar_t SharedSession[] = L"shared-session";
 constexpr std::int32_t ProcessCount = 8;
 constexpr std::int32_t FunctionCount = 12;
 constexpr DWORD Timeout = 60000;
@@ -75,9 +80,11 @@ struct SharedState {
     std::array<std::atomic<std::int32_t>, ProcessCount> rounds;  // the rounds that each process has begun
     std::atomic<int> calls;
     std::atomic<int> failedWrites;
-    std::atomic<int> wrongValues;   // values that no single call wrote
-    std::atomic<int> replacements;  // of the file
+    std::atomic<int> wrongValues;          // values that no single call wrote
+    std::atomic<int> replacements;         // of the file
+    std::atomic<int> refusedReplacements;  // because a process has the file open
     std::atomic<int> failedReplacements;
+    std::atomic<int> writesInPlace;
     std::atomic<int> waits;
     std::atomic<std::int64_t> longestCall;  // in microseconds
     std::atomic<bool> ends;
@@ -111,10 +118,27 @@ struct Synchronization {
 
 SharedState* countedState = nullptr;
 
-BOOL WINAPI CountReplacement(const wchar_t* source, const wchar_t* target, DWORD flags) {
-    const BOOL done = MoveFileExW(source, target, flags);
+// Returns whether the system does not have this kind of rename.
+bool IsUnsupported(DWORD error) {
+    return error == ERROR_INVALID_PARAMETER;
+}
+
+bool IsInUse(DWORD error) {
+    return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
+}
+
+BOOL WINAPI CountReplacement(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, LPVOID data, DWORD size) {
+    const BOOL done = SetFileInformationByHandle(file, kind, data, size);
     const DWORD error = GetLastError();
-    ++(done != FALSE ? countedState->replacements : countedState->failedReplacements);
+    const bool isRename = kind == FileRenameInfo || kind == PosixRenameClass;
+    if (isRename && static_cast<const FILE_RENAME_INFO*>(data)->ReplaceIfExists == FALSE)
+        ++countedState->writesInPlace;
+    else if (isRename && done != FALSE)
+        ++countedState->replacements;
+    else if (isRename && IsInUse(error))
+        ++countedState->refusedReplacements;
+    else if (isRename && !IsUnsupported(error))
+        ++countedState->failedReplacements;
     SetLastError(error);
     return done;
 }
@@ -139,10 +163,12 @@ std::int64_t Microseconds() {
 
 class Participant {
 public:
-    Participant(SharedState& sharedState, std::int32_t processNumber)
+    Participant(SharedState& sharedState, std::int32_t processNumber, bool hasOwnSession)
         : state{sharedState}, number{processNumber} {
         countedState = &state;
-        PatchPermanently(dll.Handle(), "MoveFileExW", &CountReplacement);
+        if (hasOwnSession)
+            EnterOwnSession(dll.Handle());
+        PatchPermanently(dll.Handle(), "SetFileInformationByHandle", &CountReplacement);
         PatchPermanentlyIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
         PatchPermanentlyIfImported(dll.Handle(), "Sleep", &CountSleep);
         // Reads the defaults now. They are read only once, and a process that finds them busy would have
@@ -212,29 +238,33 @@ private:
     std::minstd_rand random;
 };
 
-// Arguments: the folders, the name of the synchronization, the number of the process, and its number of
-// rounds. With 0 rounds, the process runs until the test ends.
-const RegisterRole writeAndRead{WriteAndRead, [](const std::vector<std::wstring>& arguments) {
-                                    EnterInstallation(arguments);
-                                    const Synchronization sync{arguments.at(2)};
-                                    Participant participant{*sync.state, std::stoi(arguments.at(3))};
-                                    SignalReady();
-                                    WaitForSingleObject(sync.start, Timeout);
-                                    const int rounds = std::stoi(arguments.at(4));
-                                    for (int round = 0; rounds == 0 ? !sync.state->ends : round < rounds;
-                                         ++round) {
-                                        participant.Round();
-                                        ReleaseSemaphore(sync.progress, 1, nullptr);
-                                    }
-                                    return 0;
-                                }};
+// Arguments: the folders, the name of the synchronization, the number of the process, its number of rounds,
+// and whether it has its own logon session. With 0 rounds, the process runs until the test ends.
+const RegisterRole writeAndRead{
+    WriteAndRead, [](const std::vector<std::wstring>& arguments) {
+        EnterInstallation(arguments);
+        const Synchronization sync{arguments.at(2)};
+        Participant participant{*sync.state, std::stoi(arguments.at(3)), arguments.at(5) == OwnSession};
+        SignalReady();
+        WaitForSingleObject(sync.start, Timeout);
+        const int rounds = std::stoi(arguments.at(4));
+        for (int round = 0; rounds == 0 ? !sync.state->ends : round < rounds; ++round) {
+            participant.Round();
+            ReleaseSemaphore(sync.progress, 1, nullptr);
+        }
+        return 0;
+    }};
 
-// Reads a file that other processes may be using.
-std::string ReadFileInUse(const std::filesystem::path& path) {
+// Reads a file that other processes may be using. Returns nothing while a process does not share it.
+std::optional<std::string> ReadFileInUse(const std::filesystem::path& path) {
     const HANDLE file =
         CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    std::string content(file == INVALID_HANDLE_VALUE ? 0 : GetFileSize(file, nullptr), '\0');
+    if (file == INVALID_HANDLE_VALUE) {
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+        return std::nullopt;
+    }
+    std::string content(GetFileSize(file, nullptr), '\0');
     DWORD count = 0;
     ::ReadFile(file, content.data(), static_cast<DWORD>(content.size()), &count, nullptr);
     EXPECT_EQ(count, content.size());
@@ -260,8 +290,9 @@ protected:
     }
 
     void StartProcess(std::int32_t number, int rounds) {
-        processes[number].emplace(WriteAndRead, WithFolders(installation, {name, std::to_wstring(number),
-                                                                           std::to_wstring(rounds)}));
+        processes[number].emplace(
+            WriteAndRead,
+            WithFolders(installation, {name, std::to_wstring(number), std::to_wstring(rounds), session}));
     }
 
     void StartAll(int rounds) {
@@ -273,19 +304,35 @@ protected:
     void WaitForRound() { ASSERT_EQ(WaitForSingleObject(sync.progress, Timeout), WAIT_OBJECT_0); }
 
     // Checks a copy, because a DOM cannot open the file while a suspended process is replacing it.
-    bool IsCopyWellFormed() const {
+    bool IsCopyWellFormed(const std::string& content) const {
         const std::filesystem::path copy = installation.ProgramData() / L"copy.xml";
-        WriteFile(copy, ReadFileInUse(installation.UserFile()));
+        WriteFile(copy, content);
         return IsWellFormed(copy);
+    }
+
+    void SuspendAll() {
+        for (auto& process : processes)
+            process->Suspend();
+    }
+
+    // Returns false if a process does not share the file, as is the case until it has closed the new file.
+    // The file is incomplete only while a process writes it in place, which is rare.
+    bool CheckFile() {
+        hasFile = hasFile || HasUserSettings();
+        const std::optional<std::string> content =
+            hasFile ? ReadFileInUse(installation.UserFile()) : std::nullopt;
+        if (hasFile && !content)
+            return false;
+        EXPECT_TRUE(!hasFile || IsCopyWellFormed(*content) ||
+                    std::filesystem::exists(RedoFileOf(installation.UserFile())));
+        ++checks;
+        return true;
     }
 
     // Suspends all processes at arbitrary points, as if the machine had stopped, and checks the file.
     void SuspendAndCheckFile() {
-        for (auto& process : processes)
-            process->Suspend();
-        hasFile = hasFile || HasUserSettings();
-        EXPECT_TRUE(!hasFile || IsCopyWellFormed());
-        ++checks;
+        for (SuspendAll(); !CheckFile(); SuspendAll())
+            ResumeAll();
     }
 
     void ResumeAll() {
@@ -293,12 +340,38 @@ protected:
             process->Resume();
     }
 
+    // Suspends the processes after a random number of rounds, checks the file and kills one of them.
+    void KillProcesses(int kills) {
+        std::minstd_rand random;
+        StartAll(0);
+        for (int kill = 0; kill < kills; ++kill) {
+            for (auto rounds = random() % (2 * ProcessCount); rounds > 0; --rounds)
+                ASSERT_NO_FATAL_FAILURE(WaitForRound());
+            SuspendAndCheckFile();
+            const auto victim = static_cast<std::int32_t>(random() % ProcessCount);
+            processes[victim].reset();
+            leftFiles += FileCount() > 1;
+            StartProcess(victim, 0);
+            processes[victim]->Suspend();
+            ResumeAll();
+        }
+        sync.state->ends = true;
+        ShowFigure("processes killed", kills);
+    }
+
     void WaitForAll() {
         for (auto& process : processes)
             EXPECT_EQ(process->WaitForExit(), 0u);
         EXPECT_EQ(sync.state->wrongValues, 0);
-        EXPECT_EQ(sync.state->failedWrites, 0);
+        // A replacement fails in another way if another process has deleted or changed the temporary file.
         EXPECT_EQ(sync.state->failedReplacements, 0);
+    }
+
+    // Expects that no call was disturbed. The processes see each other's busy markers.
+    void ExpectNoConflicts() const {
+        EXPECT_EQ(sync.state->failedWrites, 0);
+        EXPECT_EQ(sync.state->refusedReplacements, 0);
+        EXPECT_EQ(sync.state->writesInPlace, 0);
         EXPECT_EQ(sync.state->waits, 0);
     }
 
@@ -310,8 +383,12 @@ protected:
         EXPECT_TRUE(SetParameter(Balanced, AllFunctionsSetTo(5)));
         EXPECT_EQ(StampIn(GetParameter(Balanced)), 5);
         EXPECT_TRUE(IsWellFormed(installation.UserFile()));
-        EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.UserFile())));
-        EXPECT_FALSE(std::filesystem::exists(UnreadableCopyOf(installation.UserFile())));
+        EXPECT_EQ(FileCount(), 1);
+    }
+
+    // Returns the number of files in the folder of the user settings.
+    std::ptrdiff_t FileCount() const {
+        return std::distance(std::filesystem::directory_iterator{installation.UserFile().parent_path()}, {});
     }
 
     void ShowFigures() const {
@@ -319,18 +396,25 @@ protected:
         ShowFigure("calls", sync.state->calls.load());
         ShowFigure("writes among them", sync.state->calls / 2);
         ShowFigure("replacements of the file", sync.state->replacements.load());
+        ShowFigure("replacements refused at first", sync.state->refusedReplacements.load());
+        ShowFigure("writes in place", sync.state->writesInPlace.load());
+        ShowFigure("calls that returned false", sync.state->failedWrites.load());
+        ShowFigure("checks of the file", checks);
     }
 
     const std::wstring name = L"zotdam-stress-" + std::to_wstring(GetCurrentProcessId());
     const Synchronization sync{name};
     std::array<std::optional<SecondProcess>, ProcessCount> processes;
+    const wchar_t* session = SharedSession;
     bool hasFile = false;
     int checks = 0;
+    int leftFiles = 0;  // kills after which other files were in the folder
 };
 
 TEST_F(ConcurrentProcessesTest, EveryReadReturnsWrittenValueWithoutWaiting) {
     StartAll(Rounds(12, 600));
     WaitForAll();
+    ExpectNoConflicts();
     EXPECT_GT(sync.state->replacements, 0);
     ExpectNextSaveWorks();
     ShowFigures();
@@ -346,30 +430,17 @@ TEST_F(ConcurrentProcessesTest, FileIsWellFormedWheneverProcessesAreSuspended) {
         ResumeAll();
     }
     WaitForAll();
+    ExpectNoConflicts();
     ExpectNextSaveWorks();
     ShowFigures();
-    ShowFigure("checks of the file", checks);
 }
 
 TEST_F(ConcurrentProcessesTest, FileIsWellFormedWhicheverProcessIsKilled) {
-    std::minstd_rand random;
-    StartAll(0);
-    const int kills = Rounds(10, 400);
-    for (int kill = 0; kill < kills; ++kill) {
-        for (auto rounds = random() % (2 * ProcessCount); rounds > 0; --rounds)
-            ASSERT_NO_FATAL_FAILURE(WaitForRound());
-        SuspendAndCheckFile();
-        const auto victim = static_cast<std::int32_t>(random() % ProcessCount);
-        processes[victim].reset();
-        StartProcess(victim, 0);
-        processes[victim]->Suspend();
-        ResumeAll();
-    }
-    sync.state->ends = true;
+    ASSERT_NO_FATAL_FAILURE(KillProcesses(Rounds(10, 400)));
     WaitForAll();
+    ExpectNoConflicts();
     ExpectNextSaveWorks();
     ShowFigures();
-    ShowFigure("processes killed", kills);
 }
 
 TEST_F(ConcurrentProcessesTest, CallsDoNotWaitForBusyFile) {
@@ -378,8 +449,69 @@ TEST_F(ConcurrentProcessesTest, CallsDoNotWaitForBusyFile) {
     const SecondProcess holder{HoldMutex, {UserMarker}};
     StartAll(Rounds(5, 500));
     WaitForAll();
+    ExpectNoConflicts();
     EXPECT_EQ(UserSettings(), before);
     EXPECT_EQ(sync.state->replacements, 0);
+}
+
+// ---- Separate logon sessions ----
+
+// The processes do not see each other's busy markers, so they load and save at the same time.
+class SeparateSessionsTest : public ConcurrentProcessesTest {
+protected:
+    SeparateSessionsTest() { session = OwnSession; }
+};
+
+TEST_F(SeparateSessionsTest, FileIsWellFormedWhicheverProcessIsKilled) {
+    ASSERT_NO_FATAL_FAILURE(KillProcesses(Rounds(5, 1000)));
+    WaitForAll();
+    EXPECT_GT(sync.state->replacements, 0);
+    ExpectNextSaveWorks();
+    ShowFigures();
+    ShowFigure("kills after which other files were in the folder", leftFiles);
+}
+
+// ---- A scanner ----
+
+namespace {
+
+constexpr wchar_t ScanInALoop[] = L"scan-in-a-loop";
+
+// Opens the file again and again for 30 ms, as a virus scanner or a backup program does.
+const RegisterRole scanInALoop{ScanInALoop, [](const std::vector<std::wstring>& arguments) -> int {
+                                   const auto shared = static_cast<DWORD>(std::stoul(arguments.at(1)));
+                                   SignalReady();
+                                   for (;;) {
+                                       const HANDLE file =
+                                           CreateFileW(arguments.at(0).c_str(), GENERIC_READ, shared, nullptr,
+                                                       OPEN_EXISTING, 0, nullptr);
+                                       Sleep(30);
+                                       CloseHandle(file);
+                                       Sleep(5);
+                                   }
+                               }};
+
+}  // namespace
+
+class ScannerTest : public SettingsTest, public testing::WithParamInterface<DWORD> {};
+
+INSTANTIATE_TEST_SUITE_P(, ScannerTest,
+                         testing::Values(FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                         FILE_SHARE_READ | FILE_SHARE_DELETE));
+
+// The clock of the DLL stands still: on a busy machine the scanner can take longer than a save waits.
+TEST_P(ScannerTest, EverySaveSucceeds) {
+    const ImportPatch clock{Dll().Handle(), "GetTickCount64", +[]() WINAPI -> ULONGLONG { return 0; }};
+    EXPECT_TRUE(Dll().SetCommonSetting(L"Setting", L"first"));
+    const SecondProcess scanner{ScanInALoop, {installation.UserFile(), std::to_wstring(GetParam())}};
+    const int saves = Rounds(10, 1000);
+    for (int save = 0; save < saves; ++save) {
+        const std::string value = std::to_string(save);
+        EXPECT_TRUE(Dll().SetCommonSetting(L"Setting", std::wstring{value.begin(), value.end()}.c_str()));
+        EXPECT_NE(ReadFileInUse(installation.UserFile()).value_or("").find("Setting=\"" + value + '"'),
+                  std::string::npos);
+    }
+    ShowFigure("saves", saves);
 }
 
 }  // namespace ZOTDam::Test
