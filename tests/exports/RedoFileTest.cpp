@@ -310,6 +310,19 @@ TEST_P(RecoveryTest, RecoveryMakesTheseCalls) {
     ExpectOnlyFile(newContent);
 }
 
+TEST_P(RecoveryTest, OtherProgramsCannotOpenRedoFile) {
+    WriteInterrupted("");
+    SaveCalls calls{Dll().Handle()};
+    calls.after = [&](SaveCall call) {
+        if (call == SaveCall::OpenRedo) {
+            EXPECT_EQ(ReadFile(RedoFile()), "");
+            EXPECT_EQ(DeleteFileW(RedoFile().c_str()), FALSE);
+        }
+    };
+    Load();
+    ExpectOnlyFile(newContent);
+}
+
 TEST_P(RecoveryTest, PartOfNewContentIsCompleted) {
     for (const std::size_t size :
          {std::size_t{0}, std::size_t{1}, newContent.size() / 2, newContent.size() - 1}) {
