@@ -8,6 +8,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "support/ImportPatch.h"
 #include "support/LogonSession.h"
@@ -85,6 +86,10 @@ struct SharedState {
     std::atomic<int> refusedReplacements;  // because a process has the file open
     std::atomic<int> failedReplacements;
     std::atomic<int> writesInPlace;
+    std::atomic<int> unguardedWrites;  // in place, without a redo file
+    // For each name of a temporary file, the process that has the file open (its number + 1), or 0.
+    std::array<std::atomic<std::int32_t>, 10> temporaryFiles;
+    std::atomic<int> takenTemporaryFiles;  // of living processes, opened by another one
     std::atomic<int> waits;
     std::atomic<std::int64_t> longestCall;  // in microseconds
     std::atomic<bool> ends;
@@ -117,6 +122,34 @@ struct Synchronization {
 // ---- A process ----
 
 SharedState* countedState = nullptr;
+std::int32_t countedProcess = 0;
+
+void ForgetTemporaryFile(SharedState& state, std::int32_t process) {
+    for (auto& owner : state.temporaryFiles) {
+        std::int32_t expected = process + 1;
+        owner.compare_exchange_strong(expected, 0);
+    }
+}
+
+// The names end in "new", "nw1", and so on.
+std::atomic<std::int32_t>& OwnerOf(std::wstring_view temporaryFile) {
+    return countedState->temporaryFiles[temporaryFile.back() == L'w' ? 0 : temporaryFile.back() - L'0'];
+}
+
+HANDLE WINAPI TrackTemporaryFile(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                                 DWORD disposition, DWORD flags, HANDLE model) {
+    const HANDLE file = CreateFileW(path, access, share, security, disposition, flags, model);
+    const DWORD error = GetLastError();
+    const bool opensLeftOver =
+        disposition == OPEN_EXISTING && (access & DELETE) != 0 && (access & GENERIC_READ) == 0;
+    countedState->unguardedWrites += disposition == OPEN_ALWAYS;
+    if (file != INVALID_HANDLE_VALUE && disposition == CREATE_NEW)
+        OwnerOf(path) = countedProcess + 1;
+    else if (file != INVALID_HANDLE_VALUE && opensLeftOver)
+        countedState->takenTemporaryFiles += OwnerOf(path) != 0;
+    SetLastError(error);
+    return file;
+}
 
 // Returns whether the system does not have this kind of rename.
 bool IsUnsupported(DWORD error) {
@@ -128,9 +161,13 @@ bool IsInUse(DWORD error) {
 }
 
 BOOL WINAPI CountReplacement(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, LPVOID data, DWORD size) {
+    const bool isRename = kind == FileRenameInfo || kind == PosixRenameClass;
+    if (kind == FileDispositionInfo)
+        ForgetTemporaryFile(*countedState, countedProcess);
     const BOOL done = SetFileInformationByHandle(file, kind, data, size);
     const DWORD error = GetLastError();
-    const bool isRename = kind == FileRenameInfo || kind == PosixRenameClass;
+    if (isRename && done != FALSE)
+        ForgetTemporaryFile(*countedState, countedProcess);
     if (isRename && static_cast<const FILE_RENAME_INFO*>(data)->ReplaceIfExists == FALSE)
         ++countedState->writesInPlace;
     else if (isRename && done != FALSE)
@@ -166,8 +203,10 @@ public:
     Participant(SharedState& sharedState, std::int32_t processNumber, bool hasOwnSession)
         : state{sharedState}, number{processNumber} {
         countedState = &state;
+        countedProcess = number;
         if (hasOwnSession)
             EnterOwnSession(dll.Handle());
+        PatchPermanently(dll.Handle(), "CreateFileW", &TrackTemporaryFile);
         PatchPermanently(dll.Handle(), "SetFileInformationByHandle", &CountReplacement);
         PatchPermanentlyIfImported(dll.Handle(), "WaitForSingleObject", &CountWait);
         PatchPermanentlyIfImported(dll.Handle(), "Sleep", &CountSleep);
@@ -350,6 +389,7 @@ protected:
             SuspendAndCheckFile();
             const auto victim = static_cast<std::int32_t>(random() % ProcessCount);
             processes[victim].reset();
+            ForgetTemporaryFile(*sync.state, victim);
             leftFiles += FileCount() > 1;
             StartProcess(victim, 0);
             processes[victim]->Suspend();
@@ -363,8 +403,9 @@ protected:
         for (auto& process : processes)
             EXPECT_EQ(process->WaitForExit(), 0u);
         EXPECT_EQ(sync.state->wrongValues, 0);
-        // A replacement fails in another way if another process has deleted or changed the temporary file.
         EXPECT_EQ(sync.state->failedReplacements, 0);
+        EXPECT_EQ(sync.state->unguardedWrites, 0);
+        EXPECT_EQ(sync.state->takenTemporaryFiles, 0);
     }
 
     // Expects that no call was disturbed. The processes see each other's busy markers.
