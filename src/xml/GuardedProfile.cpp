@@ -34,6 +34,8 @@ void CGuardedProfile::Open() noexcept {
 }
 
 void CGuardedProfile::Reload() {
+    // The document no longer counts as loaded from a file that is missing now and returns later.
+    ForgetFileState();
     const bool needsRecovery = HasRedoFile(Path());
     if (!needsRecovery && !FileExists()) {
         loadResult = LoadResult::NotRead;

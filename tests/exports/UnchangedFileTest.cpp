@@ -135,6 +135,27 @@ TEST_F(DeletedFileTest, FileInPlaceOfDeletedFileIsLoaded) {
     EXPECT_EQ(LoadsForReading(L"new"), 1u);
 }
 
+// Even if the system reports the state that the file had when it was loaded.
+TEST_F(UnchangedFileTest, FileMovedAwayAndBackIsLoadedAgain) {
+    LoadOnce();
+    FileStateAnswer loaded = {};
+    queries.onAnswer = [&](NTSTATUS result, FileStateAnswer& answer) {
+        loaded = answer;
+        return result;
+    };
+    EXPECT_EQ(LoadsForReading(L"old"), 0u);
+    queries.onAnswer = [](NTSTATUS result, FileStateAnswer&) { return result; };
+    const std::filesystem::path other = Path() += L".other";
+    std::filesystem::rename(Path(), other);
+    EXPECT_EQ(OpensForReading(L"old"), 0u);
+    std::filesystem::rename(other, Path());
+    queries.onAnswer = [&](NTSTATUS result, FileStateAnswer& answer) {
+        answer = loaded;
+        return result;
+    };
+    EXPECT_EQ(LoadsForReading(L"old"), 1u);
+}
+
 // ---- Files that cannot be recognised ----
 
 // Changes one part of the state that the system reports.
