@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 
 #include "platform/FileInFolder.h"
+#include "support/DomLoads.h"
+#include "support/FileTimes.h"
 #include "support/Installation.h"
 #include "support/Markup.h"
 #include "xml/Documents.h"
@@ -313,6 +316,49 @@ TEST_F(ProfileTest, SettingsOfDeletedFileAreDropped) {
     std::filesystem::remove(file);
     settings.Open();
     EXPECT_EQ(XmlOf(settings.FindRoot()), L"<R><PowerSchemes/><CommonSettings/></R>");
+}
+
+// ---- Unchanged files ----
+
+class UnchangedProfileTest : public ProfileTest {
+protected:
+    // Loads a file that counts as old.
+    void SetUp() override {
+        WriteFile(file, "<R/>");
+        clock.StopAt(ChangeTimeOf(file) + 10 * OneSecond);
+        settings.Open();
+        EXPECT_EQ(LoadsOfOpen(), 0u);
+    }
+
+    std::size_t LoadsOfOpen() {
+        const DomLoads loads;
+        settings.Open();
+        return loads.sources.size();
+    }
+
+    FakeClock clock{GetModuleHandleW(nullptr)};
+    CXmlZOTPowercfg settings;
+};
+
+TEST_F(UnchangedProfileTest, ChangedDocumentIsLoadedAgain) {
+    settings.CommonSettings();
+    EXPECT_EQ(LoadsOfOpen(), 1u);
+}
+
+TEST_F(UnchangedProfileTest, SkippedSaveWithoutChangeCausesLoad) {
+    const HANDLE marker = CreateMutexW(nullptr, FALSE, L"XmlZOTPowercfgMutex");
+    EXPECT_TRUE(settings.Save());
+    CloseHandle(marker);
+    EXPECT_EQ(LoadsOfOpen(), 1u);
+}
+
+TEST_F(UnchangedProfileTest, FailedSaveWithoutChangeCausesLoad) {
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    clock.StopAt(ChangeTimeOf(file) + 10 * OneSecond);
+    EXPECT_EQ(LoadsOfOpen(), 1u);
+    EXPECT_FALSE(settings.Save());
+    EXPECT_EQ(LoadsOfOpen(), 1u);
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 // ---- Paths ----

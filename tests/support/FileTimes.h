@@ -1,4 +1,4 @@
-// The times of a file, in 100 ns since 1601, and a fake clock for the DLL.
+// The times of a file, in 100 ns since 1601, and a fake clock.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -72,16 +72,18 @@ void ChangeWithRestoredTimes(const std::filesystem::path& path, Change change) {
     });
 }
 
-// The time that the DLL sees. By default, it is so far ahead that a file counts as old right after it was
+// The time that a module sees. By default, it is so far ahead that a file counts as old right after it was
 // written.
 class FakeClock {
 public:
-    explicit FakeClock(HMODULE dll) : patch{dll, "GetSystemTimeAsFileTime", &Read} { stopped.reset(); }
+    explicit FakeClock(HMODULE module) : patch{module, "GetSystemTimeAsFileTime", &Read} { stopped.reset(); }
 
     void StopAt(LONGLONG time) { stopped = time; }
 
 private:
-    static void WINAPI Read(FILETIME* time) { *time = FileTimeOf(stopped.value_or(Now() + 10 * OneSecond)); }
+    static void WINAPI Read(FILETIME* time) {
+        *time = FileTimeOf(stopped ? *stopped : Now() + 10 * OneSecond);
+    }
 
     inline static std::optional<LONGLONG> stopped;
     ImportPatch patch;
