@@ -100,6 +100,8 @@ public:
         std::filesystem::remove(PathOf(file));
     }
 
+    std::string ContentOf(File file) const { return ReadFile(PathOf(file)); }
+
     // Returns the content of all files that the library writes.
     std::vector<std::string> Files() const {
         std::vector<std::string> contents;
@@ -129,18 +131,19 @@ private:
 
 // ---- Random steps ----
 
-// Most of them have the size of the complete file.
-std::string RandomContent(File file, Random& random) {
-    std::string content = file == File::Defaults ? FullDefaults : FullUserSettings();
+// Most changes keep the size of the file.
+std::string RandomContent(File file, const std::string& current, Random& random) {
     if (random.OneIn(6))
         return random.ElementOf<std::string>({"", "<R/>", "<R>", "<!DOCTYPE R><R/>", "<R><PowerSchemes/></R>",
                                               "<R><CommonSettings user=\"r\"/></R>"});
-    for (char& character : content)
-        if (character >= '2' && character <= '9' && random.OneIn(20))
-            character = static_cast<char>('2' + random.Below(8));
-    const std::size_t value = content.rfind("user");
-    if (value != std::string::npos && random.OneIn(2))
-        content.replace(value, 4, "else");
+    const std::string complete = file == File::Defaults ? FullDefaults : FullUserSettings();
+    std::string content = current.empty() || random.OneIn(4) ? complete : current;
+    for (std::size_t i = 1; i < content.size(); ++i)
+        if (content[i - 1] == '"' && content[i] >= '2' && content[i] <= '9' && random.OneIn(8))
+            content[i] = static_cast<char>('2' + random.Below(8));
+    constexpr std::string_view setting = "user=\"";
+    if (const std::size_t place = content.find(setting); place != std::string::npos)
+        content[place + setting.size()] = static_cast<char>('a' + random.Below(26));
     return content;
 }
 
@@ -188,7 +191,7 @@ private:
                 copy->DeleteFileOf(file);
             return;
         }
-        const std::string content = RandomContent(file, random);
+        const std::string content = RandomContent(file, skipping.ContentOf(file), random);
         const auto write = random.ElementOf({&Overwrite, &Replace, &Recreate});
         const bool restoresTimes = random.OneIn(2);
         const bool setsTimes = random.OneIn(4);
