@@ -137,6 +137,7 @@ TEST_F(DeletedFileTest, FileInPlaceOfDeletedFileIsLoaded) {
 
 // Even if the system reports the state that the file had when it was loaded.
 TEST_F(UnchangedFileTest, FileMovedAwayAndBackIsLoadedAgain) {
+    WriteUserSettings(R"(<Any><PowerSchemes/><CommonSettings Name="old"/></Any>)");
     LoadOnce();
     FileStateAnswer loaded = {};
     queries.onAnswer = [&](NTSTATUS result, FileStateAnswer& answer) {
