@@ -198,7 +198,7 @@ IXMLDOMElementPtr CreateChild(IXMLDOMNode* parent, const CXmlName& name, const _
 IXMLDOMNodePtr ImportNode(IXMLDOMNode* parent, IXMLDOMNode* node) {
     IXMLDOMNodePtr copy;
     const IXMLDOMDocument3Ptr document = GetOwnerDocument(parent);
-    const HRESULT imported = document->importNode(node, VARIANT_TRUE, &copy);
+    const HRESULT imported = document->importNode(RequireNode(node), VARIANT_TRUE, &copy);
     // Some DOMs do not implement importNode, but accept nodes of other documents.
     if (imported == E_NOTIMPL)
         Check(node->cloneNode(VARIANT_TRUE, &copy), node);
