@@ -249,7 +249,10 @@ bool ReplaceAtomically(const std::wstring& path, std::string_view content) {
 }
 
 bool HasRedoFile(const std::wstring& path) {
-    return !path.empty() && GetFileAttributesW(RedoFileFor(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+    if (path.empty())
+        return false;
+    const DWORD attributes = GetFileAttributesW(RedoFileFor(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 void CompleteInterruptedWrite(const std::wstring& path) {
