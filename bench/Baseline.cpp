@@ -43,14 +43,6 @@ long ReadHead(IXMLDOMNode* function) {
            Texts(function, {Attributes::Name, Attributes::Group});
 }
 
-long QueryDisplay() {
-    DEVMODEW mode = {};
-    long sum = 0;
-    for (DWORD number = 0; EnumDisplaySettingsW(nullptr, number, &mode) != FALSE; ++number)
-        sum += static_cast<long>(mode.dmDisplayFrequency);
-    return sum;
-}
-
 long Translate(const wchar_t* key, const PlainDocument& stringTable) {
     const IXMLDOMNodePtr entry = Find(stringTable.Root(), Elements::TextEntry,
                                       [&](IXMLDOMNode* data) { return Has(data, Attributes::TextKey, key); });
@@ -61,49 +53,11 @@ long Translate(const wchar_t* key, const PlainDocument& stringTable) {
     return static_cast<long>(SysStringLen(V_BSTR(&text)));
 }
 
-IXMLDOMNodePtr FirstChild(IXMLDOMNode* parent) {
-    IXMLDOMNodePtr child;
-    parent->get_firstChild(&child);
-    return child;
-}
-
-template <class Action>
-void ForEachSibling(IXMLDOMNodePtr node, const CXmlName& name, Action action) {
-    while (node) {
-        if (const IXMLDOMElementPtr element = node) {
-            BSTR tag = nullptr;
-            element->get_tagName(&tag);
-            if (name.View() == tag)
-                action(element);
-            SysFreeString(tag);
-        }
-        IXMLDOMNodePtr next;
-        node->get_nextSibling(&next);
-        node = next;
-    }
-}
-
-_variant_t ReadAttribute(IXMLDOMElement* element, const CXmlName& name) {
-    _variant_t value;
-    element->getAttribute(name.AsBstr(), &value);
-    return value;
-}
-
-long Number(IXMLDOMElement* element, const CXmlName& name) {
-    const _variant_t value = ReadAttribute(element, name);
-    return _wtol(V_BSTR(&value));
-}
-
-bool IsText(IXMLDOMElement* element, const CXmlName& name, const wchar_t* text) {
-    const _variant_t value = ReadAttribute(element, name);
-    return _wcsicmp(V_BSTR(&value), text) == 0;
-}
-
 void CreateCommands(const PlainDocument& defaults, int count, IXMLDOMNode* function) {
     const IXMLDOMNodePtr commands = CreateElement(defaults, Elements::Commands);
     Append(function, commands);
     for (int i = 0; i < count; ++i) {
-        const IXMLDOMNodePtr item = CreateElement(defaults, Elements::CommandItem);
+        const IXMLDOMElementPtr item = CreateElement(defaults, Elements::CommandItem);
         Append(commands, item);
         for (const CXmlName& name : {CXmlName{Attributes::ID}, CXmlName{Attributes::Event},
                                      CXmlName{Attributes::Flag}, CXmlName{Attributes::State},
@@ -117,6 +71,14 @@ void AppendCopy(IXMLDOMNode* target, IXMLDOMNode* source) {
     IXMLDOMNodePtr copy;
     source->cloneNode(VARIANT_TRUE, &copy);
     Append(target, copy);
+}
+
+long QueryDisplay() {
+    DEVMODEW mode = {};
+    long sum = 0;
+    for (DWORD number = 0; EnumDisplaySettingsW(nullptr, number, &mode) != FALSE; ++number)
+        sum += static_cast<long>(mode.dmDisplayFrequency);
+    return sum;
 }
 
 }  // namespace
@@ -181,24 +143,6 @@ long ReadDefaultParameters(const PlainDocument& defaults) {
     return sum;
 }
 
-long WalkDefaultParameters(const PlainDocument& defaults) {
-    long sum = 0;
-    ForEachSibling(
-        FirstChild(Child(defaults.Root(), Elements::Functions)), Elements::Function,
-        [&](IXMLDOMElement* function) {
-            sum += Number(function, Attributes::ID);
-            ForEachSibling(FirstChild(function), Elements::Default, [&](IXMLDOMElement* fallback) {
-                IXMLDOMElementPtr source = fallback;
-                ForEachSibling(FirstChild(fallback), Elements::DefaultItem, [&](IXMLDOMElement* item) {
-                    if (IsText(item, Attributes::GUID, L"381b4222-f694-41f0-9685-ff5bb260df2e"))
-                        source = item;
-                });
-                sum += Number(source, Attributes::ACParamIndex) + Number(source, Attributes::DCParamIndex);
-            });
-        });
-    return sum;
-}
-
 long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme) {
     const PlainDocument settings{userFile};
     long sum = 0;
@@ -247,15 +191,17 @@ void WriteScheme(const std::filesystem::path& userFile, const wchar_t* scheme, S
     const PlainDocument settings{userFile};
     ForEach(FindScheme(settings, scheme), Elements::Function, [&](IXMLDOMNode* function) {
         const long id = Numbers(function, {Attributes::ID});
-        SetAttribute(function, Attributes::ACParamIndex, id % 2);
-        SetAttribute(function, Attributes::DCParamIndex, id % 3);
+        const IXMLDOMElementPtr element = function;
+        SetAttribute(element, Attributes::ACParamIndex, id % 2);
+        SetAttribute(element, Attributes::DCParamIndex, id % 3);
     });
     (settings.*save)(userFile);
 }
 
 void WriteSetting(const std::filesystem::path& userFile, SaveDocument save) {
     const PlainDocument settings{userFile};
-    SetAttribute(Child(settings.Root(), Elements::CommonSettings), L"User", L"value");
+    const IXMLDOMElementPtr common = Child(settings.Root(), Elements::CommonSettings);
+    SetAttribute(common, L"User", L"value");
     (settings.*save)(userFile);
 }
 
@@ -272,7 +218,7 @@ void ReplaceFunctions(const PlainDocument& defaults, const std::vector<PlainFunc
     const IXMLDOMNodePtr section = Child(defaults.Root(), Elements::Functions);
     RemoveChildren(section);
     for (const PlainFunction& source : functions) {
-        const IXMLDOMNodePtr function = CreateElement(defaults, Elements::Function);
+        const IXMLDOMElementPtr function = CreateElement(defaults, Elements::Function);
         Append(section, function);
         for (const CXmlName& name :
              {CXmlName{Attributes::ID}, CXmlName{Attributes::Flag}, CXmlName{Attributes::Type}})
@@ -298,11 +244,9 @@ void ReplaceSettings(const PlainDocument& defaults, const PlainDocument& base,
 
 void ResetSettings(const PlainDocument& settings, const std::filesystem::path& file, SaveDocument save) {
     RemoveChildren(Child(settings.Root(), Elements::PowerSchemes));
-    const IXMLDOMNodePtr common = Child(settings.Root(), Elements::CommonSettings);
+    const IXMLDOMElementPtr common = Child(settings.Root(), Elements::CommonSettings);
     RemoveChildren(common);
-    IXMLDOMElementPtr {
-        common
-        } -> removeAttribute(CXmlName{L"User"}.AsBstr());
+    common->removeAttribute(CXmlName{L"User"}.AsBstr());
     (settings.*save)(file);
 }
 

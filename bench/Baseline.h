@@ -8,9 +8,6 @@
 
 namespace ZOTDam::Bench {
 
-// The method that saves a document.
-using SaveDocument = void (PlainDocument::*)(const std::filesystem::path& file) const;
-
 // The nodes of a base function that a client passes to the library.
 struct PlainFunction {
     IXMLDOMNodePtr display;
@@ -24,9 +21,6 @@ long ReadCatalogue(const PlainDocument& defaults);
 long ReadBase(const PlainDocument& base);
 long ReadSpecSchemes(const PlainDocument& base);
 long ReadDefaultParameters(const PlainDocument& defaults);
-
-// The same with the calls that the DOM executes fastest: from sibling to sibling, and attributes by name.
-long WalkDefaultParameters(const PlainDocument& defaults);
 
 long ReadScheme(const std::filesystem::path& userFile, const wchar_t* scheme);
 long ReadSetting(const std::filesystem::path& userFile);

@@ -49,7 +49,7 @@ void DrawLine(const std::vector<Point>& points, const Scale& scale, const char* 
     out << "\"/>\n";
 }
 
-void DrawAxes(const Scale& scale, std::ostream& out) {
+void DrawAxes(const std::vector<Result>& results, const Scale& scale, std::ostream& out) {
     static constexpr std::pair<double, const char*> costs[] = {{1, "1 us"}, {1e3, "1 ms"}, {1e6, "1 s"}};
     for (const auto& [cost, label] : costs) {
         out << "<line class=\"grid\" x1=\"" << Left << "\" x2=\"" << Left + PlotWidth << "\" y1=\""
@@ -57,30 +57,36 @@ void DrawAxes(const Scale& scale, std::ostream& out) {
         out << "<text class=\"end\" x=\"" << Left - 4 << "\" y=\"" << Scale::Y(cost) + 3 << "\">" << label
             << "</text>\n";
     }
-    for (double size = scale.smallest; size <= scale.largest; size *= 10)
-        out << "<text class=\"middle\" x=\"" << scale.X(size) << "\" y=\"" << Top + PlotHeight + 12 << "\">"
-            << size << "</text>\n";
+    for (const Result& result : results)
+        out << "<text class=\"middle\" x=\"" << scale.X(result.size) << "\" y=\"" << Top + PlotHeight + 12
+            << "\">" << result.size << "</text>\n";
+}
+
+std::vector<Point> Costs(const std::vector<Result>& results, Reference reference) {
+    std::vector<Point> points;
+    for (const Result& result : results)
+        if (const auto compared = result.comparisons.find(reference); compared != result.comparisons.end())
+            points.push_back({static_cast<double>(result.size), compared->second.cost});
+    return points;
 }
 
 void DrawPanel(const std::string& name, const std::vector<Result>& results, const Scale& scale,
                std::ostream& out) {
     std::vector<Point> library;
-    std::vector<Point> baseline;
-    for (const Result& result : results) {
+    for (const Result& result : results)
         library.push_back({static_cast<double>(result.size), result.library});
-        if (result.baseline > 0)
-            baseline.push_back({static_cast<double>(result.size), result.baseline});
-    }
     out << "<text class=\"title\" x=\"" << Left << "\" y=\"" << Top - 8 << "\">" << name << "</text>\n";
-    DrawAxes(scale, out);
-    DrawLine(baseline, scale, "baseline", out);
+    DrawAxes(results, scale, out);
+    DrawLine(Costs(results, Reference::Baseline), scale, "baseline", out);
+    DrawLine(Costs(results, Reference::Best), scale, "best", out);
     DrawLine(library, scale, "library", out);
 }
 
 constexpr char Style[] =
     "<style>text{font:9px sans-serif;fill:#333}.title{font-weight:bold}.end{text-anchor:end}"
     ".middle{text-anchor:middle}.grid{stroke:#ddd}polyline{fill:none;stroke-width:1.6}"
-    ".library{stroke:#0b62a4}.baseline{stroke:#c2571a;stroke-dasharray:4 3}</style>\n";
+    ".best{stroke:#5a8f29;stroke-dasharray:1 "
+    "2}.library{stroke:#0b62a4}.baseline{stroke:#c2571a;stroke-dasharray:4 3}</style>\n";
 
 }  // namespace
 
@@ -107,8 +113,8 @@ void WriteChart(const std::vector<Result>& results, std::ostream& out) {
         out << "</g>\n";
     }
     out << "<text x=\"" << Left << "\" y=\"" << rows * PanelHeight + 10
-        << "\">cost over the number of functions: the library (line) and its baseline "
-           "(dashed)</text>\n</svg>\n";
+        << "\">cost over the number of functions: the library (line), its baseline (dashed) "
+           "and the best baseline (dotted)</text>\n</svg>\n";
 }
 
 }  // namespace ZOTDam::Bench

@@ -22,9 +22,13 @@ std::string Attribute(const char* name, int value) {
     return Attribute(name, std::to_string(value));
 }
 
+int NameCount(const Sizes& sizes) {
+    return sizes.entries - LabelCount - GroupCount;
+}
+
 // Distributes the keys over the whole string table.
-std::string NameKey(int id) {
-    return "FunctionName" + std::to_string(id * 7 % (StringTableEntries - LabelCount - GroupCount));
+std::string NameKey(int id, const Sizes& sizes) {
+    return "FunctionName" + std::to_string(id * 7 % NameCount(sizes));
 }
 
 std::string LabelKey(int number) {
@@ -67,9 +71,9 @@ std::string CheckItemXml() {
            Attribute("Param4", "1") + "/>";
 }
 
-std::string FunctionStart(int id) {
+std::string FunctionStart(int id, const Sizes& sizes) {
     return "<Function" + Attribute("ID", id) + Attribute("Flag", 3) + Attribute("Type", 1) +
-           Attribute("Name", NameKey(id)) + Attribute("Group", GroupKey(id)) + ">";
+           Attribute("Name", NameKey(id, sizes)) + Attribute("Group", GroupKey(id)) + ">";
 }
 
 template <class Element>
@@ -84,11 +88,11 @@ constexpr char Declaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 }  // namespace
 
-std::string DefaultsFile(int functions) {
+std::string DefaultsFile(const Sizes& sizes) {
     return Declaration +
-           ("<ZOTDefault><Functions>\n" + Repeat(functions,
-                                                 [](int id) {
-                                                     return FunctionStart(id) + DisplayXml(id) +
+           ("<ZOTDefault><Functions>\n" + Repeat(sizes.functions,
+                                                 [&](int id) {
+                                                     return FunctionStart(id, sizes) + DisplayXml(id) +
                                                             "<Commands>" + CommandItemXml(1) +
                                                             CommandItemXml(2) + "</Commands>" +
                                                             DefaultXml(id) + "</Function>";
@@ -96,11 +100,11 @@ std::string DefaultsFile(int functions) {
            "</Functions><CommonSettings Default=\"d\"/></ZOTDefault>\n";
 }
 
-std::string UserFile(int functions) {
+std::string UserFile(const Sizes& sizes) {
     std::string xml = std::string{Declaration} + "<OrloPowerCfg><PowerSchemes>\n";
     for (const char* scheme : Schemes)
         xml += "<PowerScheme" + Attribute("GUID", scheme) + ">" +
-               Repeat(functions,
+               Repeat(sizes.functions,
                       [&](int id) {
                           return "<Function" + Attribute("ID", id) +
                                  Attribute("ACParamIndex", scheme == Schemes[0] ? 0 : 1) +
@@ -110,18 +114,18 @@ std::string UserFile(int functions) {
     return xml + "</PowerSchemes><CommonSettings User=\"u\"/></OrloPowerCfg>\n";
 }
 
-std::string BaseFile(int functions) {
+std::string BaseFile(const Sizes& sizes) {
     return Declaration +
            ("<ZOTBase><CommonSettings Base=\"b\" Other=\"o\"/><Functions>\n" +
-            Repeat(functions,
-                   [](int id) {
-                       return FunctionStart(id) + DisplayXml(id) + DefaultXml(id) +
+            Repeat(sizes.functions,
+                   [&](int id) {
+                       return FunctionStart(id, sizes) + DisplayXml(id) + DefaultXml(id) +
                               "<Commands><CommandFamily>" + CommandItemXml(1) + CommandItemXml(2) +
                               CheckItemXml() + CheckItemXml() + "</CommandFamily></Commands></Function>";
                    }) +
             "</Functions><SpecSchemes>\n<SchemeItem" + Attribute("SchemeGUID", Schemes[0]) + "><SubGroup" +
             Attribute("SubGroupGUID", Schemes[1]) + ">" +
-            Repeat(functions,
+            Repeat(sizes.functions,
                    [](int number) {
                        return "<PowerSetting" + Attribute("PowerSettingGUID", Schemes[2]) +
                               Attribute("ACValue", number) + Attribute("DCValue", 1) + "/>";
@@ -129,12 +133,12 @@ std::string BaseFile(int functions) {
            "</SubGroup></SchemeItem></SpecSchemes></ZOTBase>\n";
 }
 
-std::string StringTable() {
+std::string StringTable(const Sizes& sizes) {
     const auto entry = [](const std::string& key) {
         return "<data" + Attribute("name", key) + "><value>Text of " + key + "</value></data>\n";
     };
     std::string xml = std::string{Declaration} + "<root>\n";
-    for (int number = 0; number < StringTableEntries - LabelCount - GroupCount; ++number)
+    for (int number = 0; number < NameCount(sizes); ++number)
         xml += entry("FunctionName" + std::to_string(number));
     for (int number = 0; number < LabelCount; ++number)
         xml += entry(LabelKey(number));

@@ -5,15 +5,17 @@
 
 namespace ZOTDam::Bench {
 
-// The number of entries of the string table, which does not depend on the size of the other files.
-inline constexpr int StringTableEntries = 2000;
+struct Sizes {
+    int functions;
+    int entries = 2000;  // of the string table
+};
 
-std::string DefaultsFile(int functions);
-std::string UserFile(int functions);
+std::string DefaultsFile(const Sizes& sizes);
+std::string UserFile(const Sizes& sizes);
 
 // Contains this number of functions, and the same number of settings in spec schemes.
-std::string BaseFile(int functions);
+std::string BaseFile(const Sizes& sizes);
 
-std::string StringTable();
+std::string StringTable(const Sizes& sizes);
 
 }  // namespace ZOTDam::Bench

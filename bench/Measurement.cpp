@@ -3,6 +3,9 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <utility>
 
 namespace ZOTDam::Bench {
 
@@ -14,6 +17,8 @@ constexpr int MaxRounds = 301;
 // Shorter runs, in microseconds, are repeated because of the resolution of the clock.
 constexpr double MinDuration = 200;
 
+constexpr double LongDuration = 1e6;
+
 double Now() {
     LARGE_INTEGER frequency;
     LARGE_INTEGER now;
@@ -22,46 +27,46 @@ double Now() {
     return 1e6 * static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
 }
 
-void RunIfAny(const std::function<void()>& action) {
-    if (action)
-        action();
-}
-
 class TimedRun {
 public:
-    TimedRun(const std::function<void()>& preparation, const std::function<void()>& measured)
-        : prepare{preparation}, run{measured} {
-        const double once = RunOnce();
-        repetitions = prepare || once >= MinDuration ? 1 : static_cast<int>(MinDuration / (once + 0.01)) + 1;
+    explicit TimedRun(const Run& run) : run{run} {
+        double once = Once();
+        if (once >= LongDuration) {
+            durations.push_back(once);
+            return;
+        }
+        // The first run may have loaded files that later runs do not load.
+        once = Once();
+        repetitions =
+            run.preparation || once >= MinDuration ? 1 : static_cast<int>(MinDuration / (once + 0.01)) + 1;
     }
 
-    double Run() {
-        RunIfAny(prepare);
-        const double duration = Microseconds([this] {
-            for (int i = 0; i < repetitions; ++i)
-                run();
-        });
-        return duration / repetitions;
+    // A long run is not repeated.
+    bool IsLong() const { return repetitions == 0; }
+
+    void Repeat() {
+        if (IsLong())
+            return;
+        Prepare(run);
+        durations.push_back(Microseconds([this] {
+                                for (int i = 0; i < repetitions; ++i)
+                                    run.measured();
+                            }) /
+                            repetitions);
     }
+
+    const std::vector<double>& Durations() const { return durations; }
 
 private:
-    double RunOnce() {
-        RunIfAny(prepare);
-        return Microseconds(run);
+    double Once() const {
+        Prepare(run);
+        return Microseconds(run.measured);
     }
 
-    const std::function<void()>& prepare;
-    const std::function<void()>& run;
-    int repetitions = 1;
+    const Run& run;
+    int repetitions = 0;
+    std::vector<double> durations;
 };
-
-}  // namespace
-
-double Microseconds(const std::function<void()>& run) {
-    const double start = Now();
-    run();
-    return Now() - start;
-}
 
 double Median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -69,20 +74,48 @@ double Median(std::vector<double> values) {
     return *middle;
 }
 
-Result Measure(const Case& measured, int size, double seconds) {
-    TimedRun library{measured.prepare, measured.library};
-    TimedRun baseline{measured.prepareBaseline, measured.baseline ? measured.baseline : measured.library};
-    std::vector<double> libraryTimes;
-    std::vector<double> baselineTimes;
+double CostOf(const TimedRun& run, Summary summary) {
+    return summary == Summary::Median ? Median(run.Durations()) : std::ranges::min(run.Durations());
+}
+
+double RatioOf(const TimedRun& library, const TimedRun& reference, Summary summary) {
+    if (summary == Summary::Fastest || library.IsLong() || reference.IsLong())
+        return CostOf(library, summary) / CostOf(reference, summary);
     std::vector<double> ratios;
+    std::ranges::transform(library.Durations(), reference.Durations(), std::back_inserter(ratios),
+                           std::divides{});
+    return Median(std::move(ratios));
+}
+
+}  // namespace
+
+void Prepare(const Run& run) {
+    if (run.preparation)
+        run.preparation();
+}
+
+double Microseconds(const std::function<void()>& run) {
+    const double start = Now();
+    run();
+    return Now() - start;
+}
+
+Result Measure(const Case& measured, int size, double seconds, Summary summary) {
+    TimedRun library{measured.library};
+    std::map<Reference, TimedRun> references;
+    for (const auto& [reference, run] : measured.references)
+        references.emplace(reference, run);
     const double end = Now() + seconds * 1e6;
-    while (ratios.size() < MinRounds || (ratios.size() < MaxRounds && Now() < end)) {
-        libraryTimes.push_back(library.Run());
-        baselineTimes.push_back(measured.baseline ? baseline.Run() : 0);
-        ratios.push_back(measured.baseline ? libraryTimes.back() / baselineTimes.back() : 0);
+    int rounds = 0;
+    for (; rounds < MinRounds || (rounds < MaxRounds && Now() < end); ++rounds) {
+        library.Repeat();
+        for (auto& [reference, run] : references)
+            run.Repeat();
     }
-    return {measured.name,         size,          static_cast<int>(ratios.size()), Median(libraryTimes),
-            Median(baselineTimes), Median(ratios)};
+    Result result{measured.name, size, rounds, CostOf(library, summary), {}};
+    for (const auto& [reference, run] : references)
+        result.comparisons[reference] = {CostOf(run, summary), RatioOf(library, run, summary)};
+    return result;
 }
 
 }  // namespace ZOTDam::Bench

@@ -1,5 +1,4 @@
-// The MSXML calls of a program that does not use the library: selections by XPath, attributes through the
-// attribute map. Errors are not checked.
+// The MSXML calls of a program that does not use the library. Errors are not checked.
 #pragma once
 
 #include <comdef.h>
@@ -15,24 +14,41 @@ namespace ZOTDam::Bench {
 
 _COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, __uuidof(IXMLDOMNodeList));
 
-// A document loaded from a file.
 class PlainDocument {
 public:
-    explicit PlainDocument(const std::filesystem::path& file);
+    PlainDocument();
+    explicit PlainDocument(const std::filesystem::path& file) : PlainDocument{} { Load(file); }
+
+    // Passes the path to the DOM.
+    void Load(const std::filesystem::path& file);
+
+    // Opens the file once and passes its bytes to the DOM, which is faster.
+    void LoadBytes(const std::filesystem::path& file);
 
     IXMLDOMDocument2Ptr operator->() const { return document; }
-    IXMLDOMNodePtr Root() const;
+    IXMLDOMElementPtr Root() const;
 
-    // Saves as the library does: writes a temporary file, flushes it to the disk and replaces the file with
-    // it.
+    // Saves to a temporary file with the DOM's own method, flushes that file to the disk and replaces the
+    // file with it.
     void SaveAtomically(const std::filesystem::path& file) const;
+
+    // Does the same with one handle, from a stream in memory, which is faster. No other program can change
+    // the temporary file before the rename.
+    void SaveByHandle(const std::filesystem::path& file) const;
 
     // Saves with the DOM's own method.
     void Save(const std::filesystem::path& file) const;
 
 private:
+    void LoadFrom(const VARIANT& source);
+
     IXMLDOMDocument2Ptr document;
 };
+
+// The method that saves a document.
+using SaveDocument = void (PlainDocument::*)(const std::filesystem::path& file) const;
+
+// ---- Reading by XPath, and through the attribute map ----
 
 // Returns the first child with this name that satisfies the predicate, or null.
 template <class Predicate>
@@ -65,9 +81,11 @@ long Numbers(IXMLDOMNode* element, std::initializer_list<CXmlName> names);
 long Texts(IXMLDOMNode* element, std::initializer_list<CXmlName> names);
 _variant_t Attribute(IXMLDOMNode* element, const CXmlName& name);
 
-void SetAttribute(IXMLDOMNode* element, const CXmlName& name, const wchar_t* value);
-void SetAttribute(IXMLDOMNode* element, const CXmlName& name, std::int32_t value);
-IXMLDOMNodePtr CreateElement(const PlainDocument& document, const CXmlName& name);
+// ---- Changes ----
+
+void SetAttribute(IXMLDOMElement* element, const CXmlName& name, const wchar_t* value);
+void SetAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t value);
+IXMLDOMElementPtr CreateElement(const PlainDocument& document, const CXmlName& name);
 void Append(IXMLDOMNode* parent, IXMLDOMNode* child);
 void RemoveChildren(IXMLDOMNode* parent);
 

@@ -6,8 +6,6 @@
 #include <filesystem>
 #include <thread>
 
-#include "Measurement.h"
-
 namespace ZOTDam::Bench {
 
 namespace {
@@ -34,21 +32,29 @@ DWORD64 InstructionPointer(HANDLE thread) {
 
 }  // namespace
 
-std::map<std::string, double> Profile(const std::function<void()>& call, double seconds) {
+std::map<std::string, double> Profile(const Run& call, double seconds) {
     HANDLE caller = nullptr;
     DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &caller, 0, FALSE,
                     DUPLICATE_SAME_ACCESS);
     std::atomic<bool> isOver = false;
+    std::atomic<bool> isRunning = false;
     std::map<std::string, double> shares;
     int samples = 0;
     std::thread sampler{[&] {
-        for (; !isOver; ++samples) {
+        while (!isOver) {
             Sleep(1);
+            if (!isRunning)
+                continue;
             ++shares[ModuleAt(InstructionPointer(caller))];
+            ++samples;
         }
     }};
-    for (double spent = 0; spent < seconds * 1e6; spent += Microseconds(call))
-        ;
+    for (double spent = 0; spent < seconds * 1e6;) {
+        Prepare(call);
+        isRunning = true;
+        spent += Microseconds(call.measured);
+        isRunning = false;
+    }
     isOver = true;
     sampler.join();
     CloseHandle(caller);

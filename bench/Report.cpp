@@ -2,10 +2,11 @@
 
 #include <cstdio>
 #include <fstream>
-#include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "Chart.h"
+#include "Targets.h"
 
 namespace ZOTDam::Bench {
 
@@ -33,88 +34,115 @@ std::string Decimal(double number) {
     return text;
 }
 
-std::string Ratio(const Result& result) {
-    return result.baseline > 0 ? Decimal(result.ratio) : "";
+// The columns of the table, in the order of the references.
+constexpr std::pair<Reference, const char*> Columns[] = {{Reference::Parse, "parse"},
+                                                         {Reference::Baseline, "baseline"},
+                                                         {Reference::Best, "best"},
+                                                         {Reference::PlainSave, "DOM's save"},
+                                                         {Reference::OldVersion, "old"}};
+
+std::string Ratio(const Result& result, Reference reference) {
+    const auto compared = result.comparisons.find(reference);
+    return compared == result.comparisons.end() ? "" : Decimal(compared->second.ratio);
 }
 
-// The results of an export, by size.
-using BySize = std::map<int, Result>;
+// Returns the cost divided by the cost at a tenth of the size, if that was measured.
+std::string Slope(const Result& result, const std::vector<Result>& results) {
+    for (const Result& smaller : results)
+        if (smaller.name == result.name && smaller.size * 10 == result.size)
+            return Decimal(result.library / smaller.library);
+    return "";
+}
 
-std::vector<std::pair<std::string, BySize>> ByExport(const std::vector<Result>& results) {
-    std::vector<std::pair<std::string, BySize>> grouped;
-    std::map<std::string, std::size_t> positions;
+std::set<int> SizesOf(const std::vector<Result>& results) {
+    std::set<int> sizes;
+    for (const Result& result : results)
+        sizes.insert(result.size);
+    return sizes;
+}
+
+void WriteTable(const std::vector<Result>& results, int size, std::ostream& out) {
+    out << "| " << size << " functions | time |";
+    for (const auto& [reference, name] : Columns)
+        out << ' ' << name << " |";
+    out << " slope |\n|---|--:|--:|--:|--:|--:|--:|--:|\n";
     for (const Result& result : results) {
-        const auto [position, isNew] = positions.try_emplace(result.name, grouped.size());
-        if (isNew)
-            grouped.emplace_back(result.name, BySize{});
-        grouped[position->second].second[result.size] = result;
+        if (result.size != size)
+            continue;
+        out << "| " << result.name << " | " << Duration(result.library) << " |";
+        for (const auto& [reference, name] : Columns)
+            out << ' ' << Ratio(result, reference) << " |";
+        out << ' ' << Slope(result, results) << " |\n";
     }
-    return grouped;
 }
 
-// Returns the cost at the largest size, divided by the cost at the previous size.
-std::string Slope(const BySize& sizes) {
-    if (sizes.size() < 2)
-        return "";
-    const auto last = std::prev(sizes.end());
-    return Decimal(last->second.library / std::prev(last)->second.library);
-}
-
-void WriteMarkdown(const std::vector<Result>& results, std::ostream& out) {
-    const auto grouped = ByExport(results);
-    out << "| Export |";
-    for (const auto& [size, result] : grouped.front().second)
-        out << ' ' << size << " | baseline | ratio |";
-    out << " slope |\n|---|";
-    for (std::size_t i = 0; i < grouped.front().second.size(); ++i)
-        out << "--:|--:|--:|";
-    out << "--:|\n";
-    for (const auto& [name, sizes] : grouped) {
-        out << "| " << name << " |";
-        for (const auto& [size, result] : sizes)
-            out << ' ' << Duration(result.library) << " | "
-                << (result.baseline > 0 ? Duration(result.baseline) : "") << " | " << Ratio(result) << " |";
-        out << ' ' << Slope(sizes) << " |\n";
+void WriteMarkdown(const Report& report, std::ostream& out) {
+    for (const int size : SizesOf(report.results)) {
+        WriteTable(report.results, size, out);
+        out << '\n';
     }
+    out << "| Target | Measured | Met |\n|---|---|---|\n";
+    for (const TargetResult& checked : CheckTargets(report))
+        out << "| " << checked.target << " | " << checked.figures << " | " << (checked.isMet ? "yes" : "no")
+            << " |\n";
 }
 
 nlohmann::json AsJson(const Result& result) {
     nlohmann::json json = {{"export", result.name},
                            {"functions", result.size},
                            {"rounds", result.rounds},
-                           {"libraryMicroseconds", result.library}};
-    if (result.baseline > 0) {
-        json["baselineMicroseconds"] = result.baseline;
-        json["ratio"] = result.ratio;
-    }
+                           {"microseconds", result.library}};
+    for (const auto& [reference, name] : Columns)
+        if (const auto compared = result.comparisons.find(reference); compared != result.comparisons.end())
+            json[name] = {{"microseconds", compared->second.cost}, {"ratio", compared->second.ratio}};
+    return json;
+}
+
+nlohmann::json AsJson(const Report& report) {
+    nlohmann::json json = {{"commit", report.commit}, {"date", report.date}, {"dllBytes", report.dllSize}};
+    for (const Result& result : report.results)
+        json["results"].push_back(AsJson(result));
+    for (const TargetResult& checked : CheckTargets(report))
+        json["targets"].push_back(
+            {{"target", checked.target}, {"measured", checked.figures}, {"isMet", checked.isMet}});
     return json;
 }
 
 }  // namespace
 
+void PrintHead(const Report& report) {
+    std::printf("Commit %s, %s\n%-36s %6s %10s", report.commit.c_str(), report.date.c_str(), "", "size",
+                "time");
+    for (const auto& [reference, name] : Columns)
+        std::printf(" %10s", name);
+    std::printf("\n");
+}
+
 void PrintRow(const Result& result) {
-    std::printf("%-34s %6d %10s %10s %8s  %4d rounds\n", result.name.c_str(), result.size,
-                Duration(result.library).c_str(),
-                result.baseline > 0 ? Duration(result.baseline).c_str() : "", Ratio(result).c_str(),
-                result.rounds);
+    std::printf("%-36s %6d %10s", result.name.c_str(), result.size, Duration(result.library).c_str());
+    for (const auto& [reference, name] : Columns)
+        std::printf(" %10s", Ratio(result, reference).c_str());
+    std::printf("  %4d rounds\n", result.rounds);
     std::fflush(stdout);
 }
 
-void WriteReports(const std::vector<Result>& results, const std::string& json, const std::string& markdown,
+void PrintTargets(const Report& report) {
+    for (const TargetResult& checked : CheckTargets(report))
+        std::printf("%-6s %s: %s\n", checked.isMet ? "met" : "missed", checked.target.c_str(),
+                    checked.figures.c_str());
+}
+
+void WriteReports(const Report& report, const std::string& json, const std::string& markdown,
                   const std::string& chart) {
-    if (!json.empty()) {
-        nlohmann::json all = nlohmann::json::array();
-        for (const Result& result : results)
-            all.push_back(AsJson(result));
-        std::ofstream{json} << all.dump(2) << '\n';
-    }
+    if (!json.empty())
+        std::ofstream{json} << AsJson(report).dump(2) << '\n';
     if (!markdown.empty()) {
         std::ofstream file{markdown, std::ios::binary};
-        WriteMarkdown(results, file);
+        WriteMarkdown(report, file);
     }
     if (!chart.empty()) {
         std::ofstream file{chart, std::ios::binary};
-        WriteChart(results, file);
+        WriteChart(report.results, file);
     }
 }
 

@@ -1,26 +1,14 @@
 #include "Workbench.h"
 
+#include <algorithm>
 #include <iterator>
-#include <map>
-
-#include "DataFiles.h"
 
 namespace ZOTDam::Bench {
 
 namespace {
 
-constexpr GUID Balanced = {0x381b4222, 0xf694, 0x41f0, {0x96, 0x85, 0xff, 0x5b, 0xb2, 0x60, 0xdf, 0x2e}};
-constexpr GUID HighPerformance = {
-    0x8c5e7fda, 0xe8bf, 0x4a96, {0x9a, 0x85, 0xa6, 0xe2, 0x3a, 0x8c, 0x63, 0x5c}};
-constexpr wchar_t BalancedText[] = L"381b4222-f694-41f0-9685-ff5bb260df2e";
-constexpr wchar_t HighPerformanceText[] = L"8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c";
-
-// A callback that does nothing, because the baseline has no callbacks.
-template <class Interface>
-Interface* IgnoreItems() {
-    static auto callback = MakeCallback<Interface>([](auto...) {});
-    return &callback;
-}
+constexpr wchar_t Balanced[] = L"381b4222-f694-41f0-9685-ff5bb260df2e";
+constexpr wchar_t HighPerformance[] = L"8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c";
 
 std::map<std::int32_t, ParamValue> ParametersFor(int functions) {
     std::map<std::int32_t, ParamValue> values;
@@ -29,185 +17,266 @@ std::map<std::int32_t, ParamValue> ParametersFor(int functions) {
     return values;
 }
 
+void Append(std::vector<Case> added, std::vector<Case>& cases) {
+    std::ranges::move(added, std::back_inserter(cases));
+}
+
 }  // namespace
 
-Workbench::Workbench(int functions) : size{functions} {
-    Test::WriteFile(installation.DefaultsFile(), DefaultsFile(size));
-    Test::WriteFile(BaselineDefaultsFile(), DefaultsFile(size));
-    Test::WriteFile(installation.BaseFile(), BaseFile(size));
-    Test::WriteFile(installation.StringTableFile(), StringTable());
+Workbench::Workbench(const Sizes& sizes, const std::filesystem::path& oldDll)
+    : sizes{sizes},
+      version{Library::ProgramFolder() / L"ZOTDam.dll"},
+      params{ParametersFor(sizes.functions)} {
+    Test::WriteFile(installation.BaseFile(), BaseFile(sizes));
+    Test::WriteFile(installation.StringTableFile(), StringTable(sizes));
+    WriteDefaultsFiles();
     WriteUserFiles();
-    library.emplace();
-    params.emplace(ParametersFor(size));
+    if (!oldDll.empty())
+        oldVersion.emplace(oldDll);
 }
 
 std::vector<Case> Workbench::Cases() {
-    FillLibrary();
-    defaults.emplace(installation.DefaultsFile());
-    base.emplace(installation.BaseFile());
-    stringTable.emplace(installation.StringTableFile());
-    baseFunctions = CollectFunctions(*base);
-    recordsToAdd = BaseFunctions();
-
-    std::vector<Case> cases;
-    for (const auto& group :
-         {CatalogueCases(), ParameterCases(), SavingCases(&PlainDocument::SaveAtomically, ""),
-          SavingCases(&PlainDocument::Save, PlainSaveSuffix)})
-        cases.insert(cases.end(), group.begin(), group.end());
+    LoadDocuments();
+    version.Fill();
+    version.KeepBaseFunctions();
+    if (oldVersion) {
+        oldVersion->Fill();
+        oldVersion->KeepBaseFunctions();
+    }
+    AgeFiles();
+    std::vector<Case> cases = {{"parse by path", ParseByPath(), {}}};
+    for (const auto& group : {CatalogueCases(), ParameterCases(), ChangedFileCases(), SettingSavingCases(),
+                              DefaultsSavingCases()})
+        Append(group, cases);
     cases.push_back(FirstAnswerCase());
     cases.push_back(ExitCase());
     return cases;
 }
 
-void Workbench::FillLibrary() {
-    Text text;
-    library->GetFunctionInfo(IgnoreItems<IGetFunctionInfoCallback>());
-    library->GetSpecScheme(IgnoreItems<IGetSpecSchemeCallback>());
-    library->GetCommonSetting(L"Missing", text);
-    library->TEVGetParam(&Balanced);
+std::vector<Case> Workbench::TextCases() {
+    LoadDocuments();
+    const std::string suffix = " (" + std::to_string(sizes.entries) + " texts)";
+    return {Compare("GetFunctionInfo" + suffix, &Version::GetFunctionInfo,
+                    {{Reference::Best, {[this] { Best::TranslateFunctions(*defaults, texts); }}}}),
+            FirstTextsCase(suffix)};
 }
 
-void Workbench::UnloadLibrary() {
-    // Freed first, because these records hold nodes of the library's documents.
-    recordsToAdd.records.clear();
-    library.reset();
+void Workbench::LoadDocuments() {
+    defaults.emplace(BaselineDefaultsFile());
+    base.emplace(installation.BaseFile());
+    stringTable.emplace(installation.StringTableFile());
+    texts = Best::IndexTexts(*stringTable);
+    baseFunctions = CollectFunctions(*base);
+}
+
+// Waits until the library can recognise an unchanged file by its times. The change time cannot be set back.
+void Workbench::AgeFiles() {
+    Sleep(2100);
+}
+
+Run Workbench::ParseByPath() {
+    return {[this] { parsed.Load(BaselineUserFile()); }};
+}
+
+Case Workbench::Compare(const std::string& name, const Call& call, std::map<Reference, Run> references,
+                        const Call& preparation) {
+    const auto bind = [&](Version& product) {
+        Run run{[call, &product] { call(product); }};
+        if (preparation)
+            run.preparation = [preparation, &product] { preparation(product); };
+        return run;
+    };
+    if (oldVersion)
+        references[Reference::OldVersion] = bind(*oldVersion);
+    return {name, bind(version), std::move(references)};
 }
 
 // ---- The exports that only read ----
 
-std::function<void()> Workbench::UnlessTooLong(std::function<void()> baseline) const {
-    constexpr int largestSize = 1000;
-    return size <= largestSize ? std::move(baseline) : std::function<void()>{};
-}
-
 std::vector<Case> Workbench::CatalogueCases() {
+    const std::map<Reference, Run> readBase = {{Reference::Baseline, {[this] { ReadBase(*base); }}},
+                                               {Reference::Best, {[this] { Best::ReadBase(*base); }}}};
+    std::map<Reference, Run> translate = {
+        {Reference::Best, {[this] { Best::TranslateFunctions(*defaults, texts); }}}};
+    if (IsSmall())
+        translate[Reference::Baseline] = {[this] { TranslateFunctions(*defaults, *stringTable); }};
     return {
-        {"GetFuncCount", [this] { library->GetFuncCount(); }},
-        {"GetFunctionBase", [this] { library->GetFunctionBase(IgnoreItems<IGetFunctionBaseCallback>()); },
-         [this] { ReadBase(*base); }},
-        {"GetFunctionBaseUnSupported",
-         [this] { library->GetFunctionBaseUnSupported(IgnoreItems<IGetFunctionBaseCallback>()); },
-         [this] { ReadBase(*base); }},
-        {"GetFunctionInfo", [this] { library->GetFunctionInfo(IgnoreItems<IGetFunctionInfoCallback>()); },
-         UnlessTooLong([this] { TranslateFunctions(*defaults, *stringTable); })},
-        {"GetSpecScheme", [this] { library->GetSpecScheme(IgnoreItems<IGetSpecSchemeCallback>()); },
-         [this] { ReadSpecSchemes(*base); }},
+        Compare("GetFuncCount", &Version::GetFuncCount, {}),
+        Compare("GetFunctionBase", &Version::GetFunctionBase, readBase),
+        Compare("GetFunctionBaseUnSupported", &Version::GetFunctionBaseUnSupported, readBase),
+        Compare("GetFunctionInfo", &Version::GetFunctionInfo, translate),
+        Compare("GetSpecScheme", &Version::GetSpecScheme,
+                {{Reference::Baseline, {[this] { ReadSpecSchemes(*base); }}},
+                 {Reference::Best, {[this] { Best::ReadSpecSchemes(*base); }}}}),
+        Compare("GetParameterDefault", &Version::GetParameterDefault,
+                {{Reference::Baseline, {[this] { ReadDefaultParameters(*defaults); }}},
+                 {Reference::Best, {[this] { Best::ReadDefaultParameters(*defaults); }}}}),
+        Compare("GetFuncCurValue", [this](Version& product) { product.GetFuncCurValue(sizes.functions / 2); },
+                {}),
     };
 }
 
+// These load the user settings unless the file is unchanged.
 std::vector<Case> Workbench::ParameterCases() {
-    const auto readScheme = [this] { ReadScheme(BaselineUserFile(), BalancedText); };
-    return {
-        {"GetParameter", [this] { library->GetParameter(&Balanced, IgnoreItems<IGetParameterCallback>()); },
-         readScheme},
-        {"GetParameterDefault",
-         [this] { library->GetParameterDefault(&Balanced, IgnoreItems<IGetParameterDefaultCallback>()); },
-         [this] { ReadDefaultParameters(*defaults); }},
-        {"GetParameterDefault (bare walk)",
-         [this] { library->GetParameterDefault(&Balanced, IgnoreItems<IGetParameterDefaultCallback>()); },
-         [this] { WalkDefaultParameters(*defaults); }},
-        {"TEVGetParam", [this] { library->TEVGetParam(&Balanced); }, readScheme},
-        {"GetFuncCurValue",
-         [this] {
-             FuncCurValue value;
-             library->GetFuncCurValue(static_cast<std::uint32_t>(size / 2), &value);
-         }},
-        {"GetCommandInfo",
-         [this] { library->GetCommandInfo(&Balanced, IgnoreItems<IGetCommandInfoCallback>()); }, readScheme},
-        {"GetDiffFuncList",
-         [this] {
-             Text names;
-             Text values;
-             library->GetDiffFuncList(&Balanced, &HighPerformance, 1, names, values);
-         },
-         UnlessTooLong([this] {
-             ReadScheme(BaselineUserFile(), BalancedText);
-             ReadScheme(BaselineUserFile(), HighPerformanceText);
-             TranslateDifferences(*defaults, *stringTable);
-         })},
-        {"GetCommonSetting",
-         [this] {
-             Text value;
-             library->GetCommonSetting(L"User", value);
-         },
-         [this] { ReadSetting(BaselineUserFile()); }},
-    };
+    const Run parse = ParseByPath();
+    const std::map<Reference, Run> readScheme = {
+        {Reference::Parse, parse},
+        {Reference::Baseline, {[this] { ReadScheme(BaselineUserFile(), Balanced); }}},
+        {Reference::Best, {[this] { Best::ReadScheme(bestDocument, BaselineUserFile(), Balanced); }}}};
+    const std::map<Reference, Run> readSetting = {
+        {Reference::Parse, parse},
+        {Reference::Baseline, {[this] { ReadSetting(BaselineUserFile()); }}},
+        {Reference::Best, {[this] { Best::ReadSetting(bestDocument, BaselineUserFile()); }}}};
+    std::map<Reference, Run> compareSchemes = {
+        {Reference::Parse, parse}, {Reference::Best, {[this] {
+                                        Best::CompareSchemes(bestDocument, BaselineUserFile(), Balanced,
+                                                             HighPerformance, *defaults, texts);
+                                    }}}};
+    if (IsSmall())
+        compareSchemes[Reference::Baseline] = {[this] {
+            ReadScheme(BaselineUserFile(), Balanced);
+            ReadScheme(BaselineUserFile(), HighPerformance);
+            TranslateDifferences(*defaults, *stringTable);
+        }};
+    return {Compare("GetParameter", &Version::GetParameter, readScheme),
+            Compare("TEVGetParam", &Version::TEVGetParam, readScheme),
+            Compare("GetCommandInfo", &Version::GetCommandInfo, readScheme),
+            Compare("GetDiffFuncList", &Version::GetDiffFuncList, compareSchemes),
+            Compare("GetCommonSetting", &Version::GetCommonSetting, readSetting)};
+}
+
+std::vector<Case> Workbench::ChangedFileCases() {
+    std::vector<Case> cases = ParameterCases();
+    for (Case& changed : cases) {
+        changed.name += ChangedSuffix;
+        changed.library.preparation = [this] { WriteUserFiles(); };
+        for (auto& [reference, run] : changed.references)
+            run.preparation = changed.library.preparation;
+    }
+    return cases;
 }
 
 // ---- The exports that save ----
 
-std::vector<Case> Workbench::SavingCases(SaveDocument save, std::string_view suffix) {
+std::map<Reference, Run> Workbench::SavingReferences(const std::function<void(SaveDocument)>& baseline,
+                                                     const std::function<void()>& best,
+                                                     const std::function<void()>& preparation) {
+    return {{Reference::Baseline, {[=] { baseline(&PlainDocument::SaveAtomically); }, preparation}},
+            {Reference::PlainSave, {[=] { baseline(&PlainDocument::Save); }, preparation}},
+            {Reference::Best, {best, preparation}}};
+}
+
+std::vector<Case> Workbench::SettingSavingCases() {
     const auto writeUserFiles = [this] { WriteUserFiles(); };
-    const auto named = [&](std::string name) { return name.append(suffix); };
+    const auto resetSettings = [this](SaveDocument save) {
+        ResetSettings(*settings, BaselineUserFile(), save);
+    };
     return {
-        {named("SetParameter"), [this] { library->SetParameter(&Balanced, params->get()); },
-         [this, save] { WriteScheme(BaselineUserFile(), BalancedText, save); }, writeUserFiles,
-         writeUserFiles},
-        {named("SetCommonSetting"), [this] { library->SetCommonSetting(L"User", L"value"); },
-         [this, save] { WriteSetting(BaselineUserFile(), save); }},
-        {named("ResetDefault"), [this] { library->ResetDefault(); },
-         [this, save] { ResetSettings(*settings, BaselineUserFile(), save); },
-         [this] {
-             WriteUserFiles();
-             Text value;
-             library->GetCommonSetting(L"User", value);
-         },
-         [this] {
-             WriteUserFiles();
-             settings.emplace(BaselineUserFile());
-         }},
-        {named("InitCommonSetting"), [this] { library->InitCommonSetting(); },
-         [this, save] { ReplaceSettings(*defaults, *base, BaselineDefaultsFile(), save); }},
-        {named("AddFunctionDefault"), [this] { library->AddFunctionDefault(&recordsToAdd); },
-         [this, save] { ReplaceFunctions(*defaults, baseFunctions, BaselineDefaultsFile(), save); }},
+        Compare(
+            "SetParameter", [this](Version& product) { product.SetParameter(params); },
+            SavingReferences([this](SaveDocument save) { WriteScheme(BaselineUserFile(), Balanced, save); },
+                             [this] { Best::WriteScheme(bestDocument, BaselineUserFile(), Balanced); },
+                             writeUserFiles),
+            [this](Version&) { WriteUserFiles(); }),
+        Compare("SetCommonSetting", &Version::SetCommonSetting,
+                SavingReferences([this](SaveDocument save) { WriteSetting(BaselineUserFile(), save); },
+                                 [this] { Best::WriteSetting(bestDocument, BaselineUserFile()); })),
+        Compare("ResetDefault", &Version::ResetDefault,
+                SavingReferences(
+                    resetSettings, [=] { resetSettings(&PlainDocument::SaveByHandle); },
+                    [this] {
+                        WriteUserFiles();
+                        settings.emplace(BaselineUserFile());
+                    }),
+                [this](Version& product) {
+                    WriteUserFiles();
+                    product.GetCommonSetting();
+                }),
     };
 }
 
+std::vector<Case> Workbench::DefaultsSavingCases() {
+    const auto replaceSettings = [this](SaveDocument save) {
+        ReplaceSettings(*defaults, *base, BaselineDefaultsFile(), save);
+    };
+    const auto replaceFunctions = [this](SaveDocument save) {
+        ReplaceFunctions(*defaults, baseFunctions, BaselineDefaultsFile(), save);
+    };
+    return {
+        Compare("InitCommonSetting", &Version::InitCommonSetting,
+                SavingReferences(replaceSettings, [=] { replaceSettings(&PlainDocument::SaveByHandle); })),
+        Compare("AddFunctionDefault", &Version::AddFunctionDefault,
+                SavingReferences(replaceFunctions, [=] { replaceFunctions(&PlainDocument::SaveByHandle); })),
+    };
+}
+
+// ---- Loading and unloading ----
+
 Case Workbench::FirstAnswerCase() {
-    return {"load to first answer",
-            [this] {
-                library.emplace();
-                library->GetFuncCount();
-            },
-            [this] { ReadCatalogue(PlainDocument{BaselineDefaultsFile()}); },
-            [this] {
-                UnloadLibrary();
-                Test::WriteFile(installation.DefaultsFile(), DefaultsFile(size));
-                Test::WriteFile(BaselineDefaultsFile(), DefaultsFile(size));
-            }};
+    return Compare(
+        "load to first answer",
+        [](Version& product) {
+            product.Load();
+            product.GetFuncCount();
+        },
+        {{Reference::Baseline,
+          {[this] { ReadCatalogue(PlainDocument{BaselineDefaultsFile()}); },
+           [this] { WriteDefaultsFiles(); }}},
+         {Reference::Best,
+          {[this] { Best::ReadCatalogue(bestDocument, BaselineDefaultsFile()); },
+           [this] { WriteDefaultsFiles(); }}}},
+        [this](Version& product) {
+            product.Unload();
+            WriteDefaultsFiles();
+        });
+}
+
+Case Workbench::FirstTextsCase(const std::string& suffix) {
+    return Compare(
+        "load to GetFunctionInfo" + suffix,
+        [](Version& product) {
+            product.Load();
+            product.GetFunctionInfo();
+        },
+        {{Reference::Best, {[this] {
+              PlainDocument table;
+              table.LoadBytes(installation.StringTableFile());
+              PlainDocument catalogue;
+              catalogue.LoadBytes(BaselineDefaultsFile());
+              Best::TranslateFunctions(catalogue, Best::IndexTexts(table));
+          }}}},
+        &Version::Unload);
 }
 
 Case Workbench::ExitCase() {
-    return {"ZOTDamExit", [this] { library->ZOTDamExit(); },
-            [this] {
-                for (auto* const document : {&defaults, &base, &stringTable, &settings})
-                    document->reset();
-            },
-            [this] {
-                UnloadLibrary();
-                library.emplace();
-                FillLibrary();
-            },
-            [this] {
-                baseFunctions.clear();
-                defaults.emplace(installation.DefaultsFile());
-                base.emplace(installation.BaseFile());
-                stringTable.emplace(installation.StringTableFile());
-                settings.emplace(installation.UserFile());
-            }};
+    const Run baseline = {[this] {
+                              for (auto* const document : {&defaults, &base, &stringTable, &settings})
+                                  document->reset();
+                          },
+                          [this] {
+                              LoadDocuments();
+                              baseFunctions.clear();
+                              settings.emplace(BaselineUserFile());
+                          }};
+    return Compare("ZOTDamExit", &Version::Exit, {{Reference::Baseline, baseline}}, [](Version& product) {
+        product.Unload();
+        product.Load();
+        product.Fill();
+    });
 }
 
-FunctionBaseHolder Workbench::BaseFunctions() const {
-    FunctionBaseHolder holder;
-    auto keep = MakeCallback<IGetFunctionBaseCallback>(
-        [&](const FunctionBaseRecord* record) { holder.records.push_back(*record); });
-    library->GetFunctionBase(&keep);
-    return holder;
-}
+// ---- Files ----
 
 void Workbench::WriteUserFiles() const {
-    Test::WriteFile(installation.UserFile(), UserFile(size));
-    Test::WriteFile(BaselineUserFile(), UserFile(size));
+    const std::string content = UserFile(sizes);
+    Test::WriteFile(installation.UserFile(), content);
+    Test::WriteFile(BaselineUserFile(), content);
+}
+
+void Workbench::WriteDefaultsFiles() const {
+    const std::string content = DefaultsFile(sizes);
+    Test::WriteFile(installation.DefaultsFile(), content);
+    Test::WriteFile(BaselineDefaultsFile(), content);
 }
 
 std::filesystem::path Workbench::BaselineUserFile() const {

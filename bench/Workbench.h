@@ -1,4 +1,4 @@
-// An installation of a given size, with the loaded library and the documents of the baseline.
+// An installation of a given size, with the loaded library and the documents of the baselines.
 #pragma once
 
 #include <optional>
@@ -6,55 +6,81 @@
 #include <vector>
 
 #include "Baseline.h"
+#include "BestBaseline.h"
+#include "DataFiles.h"
 #include "Measurement.h"
 #include "support/Installation.h"
-#include "ZOTDamClient.h"
+#include "Version.h"
 
 namespace ZOTDam::Bench {
 
-// Marks the cases whose baseline uses the DOM's save, which neither flushes to the disk nor is atomic.
-inline constexpr std::string_view PlainSaveSuffix = " (DOM's save)";
+// Marks the cases in which the user settings change before each call.
+inline constexpr std::string_view ChangedSuffix = " (changed)";
 
 class Workbench {
 public:
-    explicit Workbench(int functions);
+    // The cases are also measured with another version of the library if its path is not empty.
+    explicit Workbench(const Sizes& sizes, const std::filesystem::path& oldDll = {});
 
     // Returns the exports, ordered so that no export affects a later one.
     std::vector<Case> Cases();
 
+    // Returns the cases whose cost depends on the number of texts.
+    std::vector<Case> TextCases();
+
     // Makes the library load all data that it can hold.
-    void FillLibrary();
+    void FillLibrary() { version.Fill(); }
 
 private:
+    using Call = std::function<void(Version&)>;
+
+    void LoadDocuments();
+    static void AgeFiles();
+
     std::vector<Case> CatalogueCases();
     std::vector<Case> ParameterCases();
-    std::vector<Case> SavingCases(SaveDocument save, std::string_view suffix);
+    std::vector<Case> ChangedFileCases();
+    std::vector<Case> SettingSavingCases();
+    std::vector<Case> DefaultsSavingCases();
     Case FirstAnswerCase();
+    Case FirstTextsCase(const std::string& suffix);
     Case ExitCase();
 
-    void UnloadLibrary();
+    // The unit of the exports that load the user settings: the DOM loads that file, without anything else.
+    Run ParseByPath();
 
-    // Returns no baseline if looking up each text in the DOM would take minutes.
-    std::function<void()> UnlessTooLong(std::function<void()> baseline) const;
+    Case Compare(const std::string& name, const Call& call, std::map<Reference, Run> references,
+                 const Call& preparation = {});
+
+    // Returns references whose only difference is how they save.
+    static std::map<Reference, Run> SavingReferences(const std::function<void(SaveDocument)>& baseline,
+                                                     const std::function<void()>& best,
+                                                     const std::function<void()>& preparation = {});
+
+    // Looking up each text in the DOM would take minutes at the largest size.
+    bool IsSmall() const { return sizes.functions <= 1000; }
 
     void WriteUserFiles() const;
-    FunctionBaseHolder BaseFunctions() const;
+    void WriteDefaultsFiles() const;
 
-    // The baseline writes to separate files, in the folders of the library's files.
+    // The baselines write to separate files, in the folders of the library's files.
     std::filesystem::path BaselineUserFile() const;
     std::filesystem::path BaselineDefaultsFile() const;
 
-    int size;
+    Sizes sizes;
     Test::Installation installation;
-    std::optional<Library> library;
     ComScope com;
+    Version version;
+    std::optional<Version> oldVersion;
     std::optional<PlainDocument> defaults;
     std::optional<PlainDocument> base;
     std::optional<PlainDocument> stringTable;
     std::optional<PlainDocument> settings;
+    PlainDocument parsed;
+    PlainDocument bestDocument;
+    Best::TextLengths texts;
     std::vector<PlainFunction> baseFunctions;
-    std::optional<ParamHolder> params;
-    FunctionBaseHolder recordsToAdd;
+    ParamHolder params;
 };
 
 }  // namespace ZOTDam::Bench

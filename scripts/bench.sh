@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Measures each export against plain MSXML code for the same task, on data files of four sizes, and writes the figures
-# to docs/performance.md and docs/performance.svg. The arguments are passed to the program: --seconds 5, --sizes 10,100.
+# Measures each export against MSXML code for the same task, on data files of four sizes, and writes the figures to
+# docs/performance.md and docs/performance.svg. The arguments are passed to the program: --seconds 5, --sizes 16,100,
+# --compare DLL (another version of the library).
 source "$(dirname "$0")/common.sh"
 preset=bench
 build=build/$preset
@@ -8,6 +9,7 @@ build=build/$preset
 install_toolchain
 build_targets zotdam_bench
 make_prefix
+commit=$(git describe --always --dirty --exclude '*' 2>/dev/null || echo unknown)
 
 # Keeps the processor awake, because an idle processor takes longer to wake up than most of the measured calls.
 nice -n 19 bash -c 'while :; do :; done' &
@@ -16,7 +18,7 @@ trap 'kill "$awake"' EXIT
 
 say "Measuring"
 wine "$build/bin/zotdam_bench.exe" --json "$build/performance.json" --markdown "$build/performance.md" \
-    --chart docs/performance.svg "$@" | tr -d '\r'
+    --chart docs/performance.svg --commit "$commit" "$@" | tr -d '\r'
 
 # The figures are a table, which begins with an empty line.
 sed -i '1i\\' "$build/performance.md"
@@ -31,7 +33,7 @@ say "Measuring memory"
         echo "| $functions | $((peak / 1024)) MiB |"
     done
     echo
-    echo "(Measured at commit $(git rev-parse --short HEAD), $(date -u +%F).)"
+    echo "(Measured at commit $commit, $(date -u +%F).)"
     echo
     echo '![Cost over size](performance.svg)'
 } | tee -a "$build/performance.md"
