@@ -25,9 +25,9 @@ Document NewDocument() {
     return document;
 }
 
-bool Load(IXMLDOMDocument& document, const CFileContent& content) {
+bool Load(IXMLDOMDocument& document, CFileContent& content) {
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    return document.load(content.AsVariant(), &loaded) == S_OK && loaded == VARIANT_TRUE;
+    return document.load(content.AsSource(), &loaded) == S_OK && loaded == VARIANT_TRUE;
 }
 
 // Returns " at line 3, column 7", as far as the parser reports the position.
@@ -51,8 +51,7 @@ Node RootOf(IXMLDOMDocument& document) {
 }
 
 // Checks in the same order as the library, which passes no file with a document type to the DOM.
-std::optional<Element> ReadDocument(const CFileContent& content, const FileToExamine& file,
-                                    Findings& findings) {
+std::optional<Element> ReadDocument(CFileContent& content, const FileToExamine& file, Findings& findings) {
     const Prolog prolog = ExamineProlog(content.View());
     if (prolog == Prolog::DocumentType) {
         findings.AddObstacle("document-type", "the file has a document type", file.failure.notWellFormed);
@@ -101,7 +100,7 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
                              file.failure.unreadable);
         return {};
     }
-    const std::optional<CFileContent> content = ReadContent(opened);
+    std::optional<CFileContent> content = ReadContent(opened);
     if (!content) {
         findings.AddObstacle("unreadable-file", "the file cannot be read to its end",
                              file.failure.unreadable);

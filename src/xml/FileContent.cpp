@@ -1,6 +1,10 @@
 #include "xml/FileContent.h"
 
+#include <shlwapi.h>
+
 #include <new>
+
+#include "xml/Prolog.h"
 
 namespace ZOTDam {
 
@@ -13,6 +17,18 @@ CFileContent::CFileContent(ULONG size) {
 
 std::string_view CFileContent::View() const noexcept {
     return {static_cast<const char*>(V_ARRAY(&array)->pvData), V_ARRAY(&array)->rgsabound[0].cElements};
+}
+
+const VARIANT& CFileContent::AsSource() {
+    const std::string_view bytes = View();
+    if (IsUtf8(bytes))
+        return array;
+    V_UNKNOWN(&stream) =
+        SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size()));
+    if (V_UNKNOWN(&stream) == nullptr)
+        throw std::bad_alloc{};
+    V_VT(&stream) = VT_UNKNOWN;
+    return stream;
 }
 
 std::optional<CFileContent> ReadContent(const CFile& file) {

@@ -20,10 +20,14 @@ public:
 
     char* Data() noexcept { return static_cast<char*>(V_ARRAY(&array)->pvData); }
     std::string_view View() const noexcept;
-    const VARIANT& AsVariant() const noexcept { return array; }
+
+    // Returns the argument for the DOM's load: the array, or a stream of its bytes if they are not in UTF-8.
+    // Some DOMs read an array as UTF-8, whatever the file declares.
+    const VARIANT& AsSource();
 
 private:
     _variant_t array;
+    _variant_t stream;
 };
 
 // Returns the content of an open file. Returns std::nullopt for a device, a file larger than MaxFileSize, or

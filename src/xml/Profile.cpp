@@ -64,7 +64,7 @@ CZOTProfile::LoadResult CZOTProfile::ReadAndParse() {
     if (!file.IsOpen() || IsIncomplete())
         return LoadResult::NotRead;
     const FileState state = StateOf(file.Handle());
-    const std::optional<CFileContent> content = ReadContent(file);
+    std::optional<CFileContent> content = ReadContent(file);
     if (!content)
         return LoadResult::NotRead;
     const LoadResult result = Parse(*content);
@@ -75,10 +75,16 @@ CZOTProfile::LoadResult CZOTProfile::ReadAndParse() {
     return result;
 }
 
-CZOTProfile::LoadResult CZOTProfile::Parse(const CFileContent& content) {
+CZOTProfile::LoadResult CZOTProfile::Parse(CFileContent& content) {
+    if (ExamineProlog(content.View()) != Prolog::Valid)
+        return LoadResult::NotWellFormed;
+    const VARIANT& source = content.AsSource();
     VARIANT_BOOL isLoaded = VARIANT_FALSE;
-    if (ExamineProlog(content.View()) == Prolog::Valid)
-        Check(document->load(content.AsVariant(), &isLoaded), document.GetInterfacePtr());
+    const HRESULT result = document->load(source, &isLoaded);
+    // Some DOMs return this for a stream that is not well-formed.
+    if (result == E_FAIL && V_VT(&source) == VT_UNKNOWN)
+        return LoadResult::NotWellFormed;
+    Check(result, document.GetInterfacePtr());
     return isLoaded == VARIANT_TRUE ? LoadResult::Loaded : LoadResult::NotWellFormed;
 }
 

@@ -67,7 +67,7 @@ private:
     virtual bool IsIncomplete() const { return false; }
 
     LoadResult ReadAndParse();
-    LoadResult Parse(const CFileContent& content);
+    LoadResult Parse(CFileContent& content);
     bool Clear();
 
     IXMLDOMDocument2Ptr document;

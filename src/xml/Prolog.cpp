@@ -1,6 +1,7 @@
 #include "xml/Prolog.h"
 
 #include <cstddef>
+#include <string>
 
 namespace ZOTDam {
 
@@ -90,6 +91,25 @@ Prolog ExamineProlog(std::string_view file) noexcept {
     if (reader.StartsWith("<!DOCTYPE"))
         return Prolog::DocumentType;
     return reader.StartsWith("<") && !reader.StartsWith("<!") ? Prolog::Valid : Prolog::Invalid;
+}
+
+bool IsUtf8(std::string_view file) {
+    const Encoding encoding = EncodingOf(file);
+    if (encoding.unitSize != 1)
+        return false;
+    file.remove_prefix(encoding.markSize);
+    if (!file.starts_with("<?xml"))
+        return true;
+    std::string declaration{file.substr(0, file.find("?>"))};
+    const std::size_t name = declaration.find("encoding");
+    if (name == std::string::npos)
+        return true;
+    // The case of the letters of an encoding is ignored.
+    declaration.erase(0, name);
+    for (char& character : declaration)
+        if (character >= 'A' && character <= 'Z')
+            character += 'a' - 'A';
+    return declaration.find("utf-8") != std::string::npos;
 }
 
 }  // namespace ZOTDam

@@ -14,4 +14,7 @@ enum class Prolog : unsigned char {
 // Examines a file in UTF-8, UTF-16, UTF-32 or another encoding that contains ASCII.
 Prolog ExamineProlog(std::string_view file) noexcept;
 
+// Returns false for a file that has a byte order mark, or declares an encoding, other than that of UTF-8.
+bool IsUtf8(std::string_view file);
+
 }  // namespace ZOTDam
