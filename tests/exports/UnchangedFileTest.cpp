@@ -9,6 +9,7 @@
 #include "support/FileStateQueries.h"
 #include "support/FileTimes.h"
 #include "support/MarkerCalls.h"
+#include "support/SettingsTest.h"
 
 namespace ZOTDam::Test {
 

@@ -205,7 +205,7 @@ protected:
     DomCalls domCalls;
     const LoadHook counting{&CountResources};
     const HookedDll dll;
-    const ResourceSnapshot before;
+    const ResourceSnapshot before{};
 };
 
 TEST_F(ResourceSnapshotTest, HeapAllocationsOfLoadAreCounted) {
