@@ -76,7 +76,7 @@ USER32.dll
 msvcrt.dll
 ole32.dll
 NAMES
-check 'ZOTDam.dll has 400 KB at most' has_at_most "$build/bin/ZOTDam.dll" 409600
+check 'ZOTDam.dll has 220 KB at most' has_at_most "$build/bin/ZOTDam.dll" 225280
 for program in ZOTDam.dll zotdamctl.exe; do
     for flag in NX_COMPAT DYNAMIC_BASE HIGH_ENTROPY_VA; do
         check "$program: $flag" has_flag "$program" "$flag"
