@@ -1,20 +1,11 @@
-#include <algorithm>
-
 #include "doctor/Files.h"
+#include "platform/AsciiCase.h"
 #include "Text.h"
 #include "xml/DataFileElements.h"
 
 namespace ZOTDam::Client {
 
 namespace {
-
-// Keys are compared without regard to the case of ASCII letters.
-std::wstring LowerCase(std::wstring key) {
-    std::ranges::transform(key, key.begin(), [](wchar_t unit) {
-        return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
-    });
-    return key;
-}
 
 class Entries {
 public:
@@ -27,7 +18,7 @@ public:
             findings.Add(entry, "missing-name", "\"name\" is missing", "the library does not find the text");
             return;
         }
-        const auto [first, isNew] = paths.emplace(LowerCase(*name), entry.path);
+        const auto [first, isNew] = paths.emplace(ToLowerAscii(*name), entry.path);
         if (isNew)
             keys.insert(first->first);
         else
@@ -69,7 +60,7 @@ public:
         const std::wstring* const key = element.FindAttribute(attribute);
         if (key == nullptr || key->empty())
             return;
-        const std::wstring lowerCase = LowerCase(*key);
+        const std::wstring lowerCase = ToLowerAscii(*key);
         if (!keys.contains(lowerCase) && reported.insert(lowerCase).second)
             findings.Add(element, "missing-translation",
                          Quoted(attribute) + " is " + Quoted(*key) + ", which is missing from " + stringTable,

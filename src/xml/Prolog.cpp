@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string>
 
+#include "platform/AsciiCase.h"
+
 namespace ZOTDam {
 
 namespace {
@@ -100,16 +102,12 @@ bool IsUtf8(std::string_view file) {
     file.remove_prefix(encoding.markSize);
     if (!file.starts_with("<?xml"))
         return true;
-    std::string declaration{file.substr(0, file.find("?>"))};
+    const std::string_view declaration = file.substr(0, file.find("?>"));
     const std::size_t name = declaration.find("encoding");
-    if (name == std::string::npos)
+    if (name == std::string_view::npos)
         return true;
     // The case of the letters of an encoding is ignored.
-    declaration.erase(0, name);
-    for (char& character : declaration)
-        if (character >= 'A' && character <= 'Z')
-            character += 'a' - 'A';
-    return declaration.find("utf-8") != std::string::npos;
+    return ToLowerAscii(std::string{declaration.substr(name)}).find("utf-8") != std::string::npos;
 }
 
 }  // namespace ZOTDam

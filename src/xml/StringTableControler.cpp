@@ -2,24 +2,13 @@
 
 #include <utility>
 
+#include "platform/AsciiCase.h"
 #include "platform/FalseOnException.h"
 #include "platform/FileInFolder.h"
 #include "platform/LocalisedFile.h"
 #include "xml/DataFileElements.h"
 
 namespace ZOTDam {
-
-namespace {
-
-// Converts the ASCII letters to lower case, as _wcsicmp compares them.
-std::wstring FoldCase(std::wstring key) {
-    for (wchar_t& character : key)
-        if (character >= L'A' && character <= L'Z')
-            character += L'a' - L'A';
-    return key;
-}
-
-}  // namespace
 
 CStringTableControler::CStringTableControler() : CZOTProfile{LocalisedFile(PathOf(StringTableLocation))} {
     if (Load() == LoadResult::Loaded)
@@ -28,7 +17,7 @@ CStringTableControler::CStringTableControler() : CZOTProfile{LocalisedFile(PathO
 
 bool CStringTableControler::Lookup(const wchar_t* key, Text& output) const noexcept {
     return FalseOnException([&] {
-        const auto entry = entries.find(FoldCase(key));
+        const auto entry = entries.find(ToLowerAscii(std::wstring{key}));
         if (entry == entries.end())
             return false;
         // An entry without a text hides later entries with the same name. Compatibility: C28.
@@ -44,7 +33,7 @@ void CStringTableControler::ReadEntries() {
     for (const IXMLDOMElementPtr& element : SelectChildren(FindRoot(), Elements::TextEntry)) {
         std::wstring name;
         if (ReadAttribute(element, Attributes::TextKey, name))
-            entries.try_emplace(FoldCase(std::move(name)), element);
+            entries.try_emplace(ToLowerAscii(std::move(name)), element);
     }
 }
 
