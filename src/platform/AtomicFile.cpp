@@ -97,10 +97,10 @@ public:
         if (MoveFileExW(path.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
             FALSE)
             return true;
-        error = GetLastError();
+        const DWORD moveError = GetLastError();
         Open(CreateFileW(path.c_str(), TemporaryFileAccess, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
                          nullptr));
-        SetLastError(error);
+        SetLastError(moveError);
         return false;
     }
 
@@ -114,8 +114,8 @@ private:
 // Missing from the headers for Windows 7.
 constexpr auto FileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
 constexpr DWORD ReplaceIfExists = 1;
-constexpr DWORD PosixSemantics =
-    2;  // also replaces a file that is open, if all its users share the right to delete
+// Also replaces a file that is open, if all its users share the right to delete it.
+constexpr DWORD PosixSemantics = 2;
 
 bool Rename(const CFile& file, const std::wstring& newPath, FILE_INFO_BY_HANDLE_CLASS kind, DWORD flags) {
     constexpr std::size_t nameOffset = offsetof(FILE_RENAME_INFO, FileName);
@@ -154,11 +154,11 @@ bool IsInUse(DWORD error) noexcept {
 
 // A program such as a virus scanner usually closes the file soon. Returns the error of the last attempt.
 DWORD RenameOverWithRetries(CTemporaryFile& file, const std::wstring& target) {
-    constexpr ULONGLONG patience = 100;  // ms
+    constexpr ULONGLONG timeout = 100;  // ms
     const ULONGLONG start = GetTickCount64();
     while (!RenameOver(file, target)) {
         const DWORD error = GetLastError();
-        if (!IsInUse(error) || GetTickCount64() - start >= patience)
+        if (!IsInUse(error) || GetTickCount64() - start >= timeout)
             return error;
         Sleep(1);
     }
@@ -249,10 +249,7 @@ bool ReplaceAtomically(const std::wstring& path, std::string_view content) {
 }
 
 bool HasRedoFile(const std::wstring& path) {
-    if (path.empty())
-        return false;
-    const DWORD attributes = GetFileAttributesW(RedoFileFor(path).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    return !path.empty() && IsFile(RedoFileFor(path));
 }
 
 void CompleteInterruptedWrite(const std::wstring& path) {

@@ -49,6 +49,9 @@ private:
     HANDLE handle;
 };
 
+// Returns false also for a folder.
+bool IsFile(const std::wstring& path) noexcept;
+
 // Opens an existing file for reading. While it is open, other programs can read, rename and delete the file,
 // but not write to it. Returns INVALID_HANDLE_VALUE when the file cannot be opened, for example because
 // another program has it open for writing.

@@ -1,23 +1,13 @@
 #include "xml/GuardedProfile.h"
 
-#include <windows.h>
-
 #include <utility>
 
 #include "platform/AtomicFile.h"
 #include "platform/BusyMarker.h"
 #include "platform/FalseOnException.h"
+#include "platform/File.h"
 
 namespace ZOTDam {
-
-namespace {
-
-bool IsFile(const std::wstring& path) noexcept {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-}  // namespace
 
 CGuardedProfile::CGuardedProfile(std::wstring path, const wchar_t* markerName, const CXmlName& rootName)
     : CZOTProfile{std::move(path)}, markerName{markerName}, rootName{rootName} {}
