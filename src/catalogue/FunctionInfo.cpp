@@ -7,7 +7,7 @@ namespace ZOTDam {
 
 namespace {
 
-void TranslateLabels(const CStringTableControler& stringTable, List<DisplayItem>& items) noexcept {
+void TranslateLabels(CStringTableControler& stringTable, List<DisplayItem>& items) noexcept {
     for (DisplayItem& item : items)
         stringTable.Lookup(item.label, item.label);
 }
@@ -26,7 +26,7 @@ bool CollectFunctionInfo(CFunctionTable& table, std::map<std::int32_t, FunctionR
 
 FunctionRecord LocaliseFunctionRecord(FunctionRecord record) noexcept {
     // Each key is replaced in place, so the user sees the key itself when it has no text. Compatibility: C27.
-    if (const CStringTableControler* stringTable = StringTableDocument.Get()) {
+    if (CStringTableControler* const stringTable = StringTableDocument.Get()) {
         stringTable->Lookup(record.group, record.group);
         stringTable->Lookup(record.name, record.name);
         TranslateLabels(*stringTable, record.acDisplayItems);

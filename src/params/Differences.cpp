@@ -39,7 +39,7 @@ const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
 // The value of a label without a text is an empty line. Compatibility: C47.
 void AppendDifference(FunctionRecord& function, const DisplayItem* selected, DifferenceTexts& texts) {
     Text value = {};
-    if (const CStringTableControler* stringTable = StringTableDocument.Get()) {
+    if (CStringTableControler* const stringTable = StringTableDocument.Get()) {
         stringTable->Lookup(function.name, function.name);
         stringTable->Lookup(selected != nullptr ? selected->label : L"", value);
     }
