@@ -56,17 +56,23 @@ IXMLDOMElementPtr FindFirstNamed(IXMLDOMNodePtr node, const CXmlName& name) {
     return {};
 }
 
+// The DOM usually returns strings, and a conversion of a string to a string would copy it.
+void ConvertToString(_variant_t& value) {
+    if (V_VT(&value) != VT_BSTR)
+        value.ChangeType(VT_BSTR);
+}
+
 bool ReadAttributeText(IXMLDOMElement* element, const CXmlName& name, _variant_t& text) {
     if (Check(RequireNode(element)->getAttribute(name.AsBstr(), &text), element) != S_OK)
         return false;
-    text.ChangeType(VT_BSTR);
+    ConvertToString(text);
     return true;
 }
 
 _variant_t GetTypedValue(IXMLDOMNode* node) {
     _variant_t value;
     Check(node->get_nodeTypedValue(&value), node);
-    value.ChangeType(VT_BSTR);
+    ConvertToString(value);
     return value;
 }
 
