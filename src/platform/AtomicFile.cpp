@@ -252,16 +252,20 @@ bool HasRedoFile(const std::wstring& path) {
     return !path.empty() && IsFile(RedoFileFor(path));
 }
 
-void CompleteInterruptedWrite(const std::wstring& path) {
+bool CompleteInterruptedWrite(const std::wstring& path) {
+    if (!HasRedoFile(path))
+        return false;
     CFile redoFile{CreateFileW(RedoFileFor(path).c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING,
                                FILE_ATTRIBUTE_NORMAL, nullptr)};
     std::string content;
     if (!redoFile.IsOpen() || !redoFile.Read(content))
-        return;
+        return false;
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES)
-        Rename(redoFile, path, FileRenameInfo, 0);
-    else if (Redo(path, content))
-        redoFile.Delete();
+        return Rename(redoFile, path, FileRenameInfo, 0);
+    if (!Redo(path, content))
+        return false;
+    redoFile.Delete();
+    return true;
 }
 
 bool CopyAndFlush(const std::wstring& source, const std::wstring& target) noexcept {

@@ -19,8 +19,9 @@ bool ReplaceAtomically(const std::wstring& path, std::string_view content);
 bool HasRedoFile(const std::wstring& path);
 
 // Completes a write in place with the redo file of a process that has ended. Has no effect while that process
-// is alive. When another program prevents the write, the redo file remains.
-void CompleteInterruptedWrite(const std::wstring& path);
+// is alive. When another program prevents the write, the redo file remains. Returns whether the file now has
+// the complete content.
+bool CompleteInterruptedWrite(const std::wstring& path);
 
 // Copies a file to another path and flushes the copy to disk. Replaces a file that exists there.
 bool CopyAndFlush(const std::wstring& source, const std::wstring& target) noexcept;

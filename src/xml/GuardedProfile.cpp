@@ -26,14 +26,13 @@ void CGuardedProfile::Open() noexcept {
 void CGuardedProfile::Reload() {
     // The document no longer counts as loaded from a file that is missing now and returns later.
     ForgetFileState();
-    const bool needsRecovery = HasRedoFile(Path());
-    if (!needsRecovery && !FileExists()) {
+    if (!FileExists() && !HasRedoFile(Path())) {
         loadResult = LoadResult::NotRead;
         OpenWithoutFile();
     } else if (const CBusyMarker marker{markerName}; marker.IsAcquired()) {
-        if (needsRecovery)
-            CompleteInterruptedWrite(Path());
         loadResult = Load();
+        if (loadResult == LoadResult::NotRead && CompleteInterruptedWrite(Path()))
+            loadResult = Load();
     }
 }
 
@@ -43,8 +42,7 @@ bool CGuardedProfile::Save() noexcept {
         const CBusyMarker marker{markerName};
         if (!marker.IsAcquired())
             return true;
-        if (HasRedoFile(Path()))
-            CompleteInterruptedWrite(Path());
+        CompleteInterruptedWrite(Path());
         // If the file does not exist, for whatever reason, a save cannot destroy data.
         const LoadResult contentAtRisk = IsFile(Path()) ? loadResult : LoadResult::Loaded;
         if (contentAtRisk == LoadResult::NotRead)
