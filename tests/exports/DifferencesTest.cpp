@@ -23,8 +23,8 @@ std::string RateFunction(std::int32_t id) {
 TEST_F(DifferencesTest, OnlyDifferencesOfPowerSourceAreListed) {
     WriteFunctions(NamedFunction(1, "Dim") + NamedFunction(2, "Sound"));
     Store(OldFunction(1, 0, 0) + OldFunction(2, 0, 0), OldFunction(1, 1, 0) + OldFunction(2, 0, 1));
-    Translate({{"AcOn", "On mains power"}, {"DcOn", "On battery"}});
-    EXPECT_EQ(Compare(Ac), (Difference{true, L"- Dim\n\r", L"On mains power\n\r"}));
+    Translate({{"AcOn", "Plugged in"}, {"DcOn", "On battery"}});
+    EXPECT_EQ(Compare(Ac), (Difference{true, L"- Dim\n\r", L"Plugged in\n\r"}));
     EXPECT_EQ(Compare(Dc), (Difference{true, L"- Sound\n\r", L"On battery\n\r"}));
 }
 
