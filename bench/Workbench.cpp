@@ -44,7 +44,8 @@ std::vector<Case> Workbench::Cases() {
         oldVersion->KeepBaseFunctions();
     }
     AgeFiles();
-    std::vector<Case> cases = {{"parse by path", ParseByPath(), {}}};
+    std::vector<Case> cases = {{"parse by path", ParseByPath(), {}},
+                               {"parse of bytes", ParseOfBytes(), {{Reference::Parse, ParseByPath()}}}};
     for (const auto& group : {CatalogueCases(), ParameterCases(), ChangedFileCases(), SettingSavingCases(),
                               DefaultsSavingCases()})
         Append(group, cases);
@@ -76,6 +77,10 @@ void Workbench::AgeFiles() {
 
 Run Workbench::ParseByPath() {
     return {[this] { parsed.Load(BaselineUserFile()); }};
+}
+
+Run Workbench::ParseOfBytes() {
+    return {[this] { parsed.LoadBytes(BaselineUserFile()); }};
 }
 
 Case Workbench::Compare(const std::string& name, const Call& call, std::map<Reference, Run> references,

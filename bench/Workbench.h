@@ -49,6 +49,9 @@ private:
     // The unit of the exports that load the user settings: the DOM loads that file, without anything else.
     Run ParseByPath();
 
+    // The least that an export costs after the user settings have changed: the file is read and parsed.
+    Run ParseOfBytes();
+
     Case Compare(const std::string& name, const Call& call, std::map<Reference, Run> references,
                  const Call& preparation = {});
 
