@@ -96,7 +96,8 @@ long ReadBase(const PlainDocument& base) {
     long sum = 0;
     ForEach(Child(base.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMNode* function) {
         sum += ReadHead(function);
-        sum += Child(function, Elements::Display) != nullptr && Child(function, Elements::Default) != nullptr;
+        if (Child(function, Elements::Display) != nullptr && Child(function, Elements::Default) != nullptr)
+            ++sum;
         ForEach(Child(function, Elements::Commands), Elements::CommandFamily, [&](IXMLDOMNode* family) {
             sum += ReadCommandItems(family);
             ForEach(family, Elements::CheckExistItem, [&](IXMLDOMNode* item) {

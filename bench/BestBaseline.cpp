@@ -190,7 +190,8 @@ long ReadBase(const PlainDocument& base) {
     long sum = 0;
     ForEach(Child(base.Root(), Elements::Functions), Elements::Function, [&](IXMLDOMElement* function) {
         sum += ReadHead(function);
-        sum += Child(function, Elements::Display) != nullptr && Child(function, Elements::Default) != nullptr;
+        if (Child(function, Elements::Display) != nullptr && Child(function, Elements::Default) != nullptr)
+            ++sum;
         ForEach(Child(function, Elements::Commands), Elements::CommandFamily,
                 [&](IXMLDOMElement* family) { sum += ReadCommandItems(family) + ReadCheckItems(family); });
     });

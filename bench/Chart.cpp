@@ -73,6 +73,7 @@ std::vector<Point> Costs(const std::vector<Result>& results, Reference reference
 void DrawPanel(const std::string& name, const std::vector<Result>& results, const Scale& scale,
                std::ostream& out) {
     std::vector<Point> library;
+    library.reserve(results.size());
     for (const Result& result : results)
         library.push_back({static_cast<double>(result.size), result.library});
     out << "<text class=\"title\" x=\"" << Left << "\" y=\"" << Top - 8 << "\">" << name << "</text>\n";

@@ -41,7 +41,7 @@ void RenameByHandle(HANDLE file, const std::filesystem::path& target) {
     constexpr DWORD replaceWithPosixSemantics = 3;
     const std::wstring& name = target.native();
     std::vector<char> information(sizeof(FILE_RENAME_INFO) + name.size() * sizeof(wchar_t));
-    const auto fields = reinterpret_cast<FILE_RENAME_INFO*>(information.data());
+    auto* const fields = reinterpret_cast<FILE_RENAME_INFO*>(information.data());
     std::memcpy(fields, &replaceWithPosixSemantics, sizeof replaceWithPosixSemantics);
     fields->FileNameLength = static_cast<DWORD>(name.size() * sizeof(wchar_t));
     std::memcpy(fields->FileName, name.c_str(), fields->FileNameLength);

@@ -74,7 +74,7 @@ const std::vector<Target> Targets = {
      1.05},
 };
 
-constexpr std::uintmax_t DllSizeLimit = 220 * 1024;
+constexpr std::uintmax_t DllSizeLimit = std::uintmax_t{220} * 1024;
 
 bool Applies(const Target& target, const Result& result) {
     return result.comparisons.contains(target.reference) &&
@@ -116,7 +116,8 @@ std::vector<TargetResult> CheckTargets(const Report& report) {
     for (const Target& target : Targets)
         if (TargetResult result = Check(target, report.results); !result.figures.empty())
             checked.push_back(std::move(result));
-    checked.push_back({"the DLL has at most 220 KB", Format("%.0f KB", report.dllSize / 1024.0),
+    checked.push_back({"the DLL has at most 220 KB",
+                       Format("%.0f KB", static_cast<double>(report.dllSize) / 1024),
                        report.dllSize <= DllSizeLimit});
     return checked;
 }
