@@ -40,6 +40,10 @@ bool IsWritable(const std::filesystem::path& file) {
            std::fstream{file, std::ios::in | std::ios::out | std::ios::binary}.is_open();
 }
 
+std::filesystem::path NeutralStringTable() {
+    return PathOf(Defaults).replace_filename(StringTableLocation.fileName);
+}
+
 bool IsLanguageName(const std::string& text) {
     return !text.empty() && std::ranges::all_of(text, [](char c) {
         return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
@@ -67,12 +71,13 @@ std::string TitleOf(const DataFile& file) {
 std::filesystem::path StringTableFor(const std::string& language) {
     if (!IsLanguageName(language))
         throw UsageError{"\"" + language + "\" is not a language name: specify a name such as de-DE."};
-    return PathOf(Defaults).parent_path() / ToUtf16(language) /
-           (std::wstring{StringTableLocation.fileName} + L".mui");
+    const std::filesystem::path neutralFile = NeutralStringTable();
+    const std::filesystem::path copy = FindLocalisedCopy(neutralFile, ToUtf16(language));
+    return copy.empty() ? neutralFile.parent_path() / ToUtf16(language) / neutralFile.filename() : copy;
 }
 
 std::filesystem::path StringTableOfUser() {
-    return LocalisedFile(PathOf(Defaults).replace_filename(StringTableLocation.fileName));
+    return LocalisedFile(NeutralStringTable());
 }
 
 void RequireIdle(const DataFile& file) {

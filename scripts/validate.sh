@@ -14,9 +14,9 @@ install_packages libxml2-utils
 failed=0
 for file in "${files[@]}"; do
     name=$(basename "$file")
-    schema=schemas/${name%.xml*}.xsd
+    schema=schemas/${name%.xml}.xsd
     case $name in
-        ZOTBase.xml | ZOTDefault.xml | ZOTPowercfg.xml | StringTable.xml | StringTable.xml.mui)
+        ZOTBase.xml | ZOTDefault.xml | ZOTPowercfg.xml | StringTable.xml)
             xmllint --nonet --noout --schema "$schema" "$file" || failed=$((failed + 1))
             ;;
         *)

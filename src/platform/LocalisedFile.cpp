@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
-#include <shlwapi.h>
+#include <algorithm>
+
+#include "platform/File.h"
 
 namespace ZOTDam {
 
@@ -17,31 +19,38 @@ bool GetUserLanguage(LanguageName& name) noexcept {
     return LCIDToLocaleName(locale, name, LOCALE_NAME_MAX_LENGTH, 0) != 0 && name[0] != L'\0';
 }
 
-// The path of the copy on a system that does not implement the lookup: "Folder\en-US\File.xml.mui".
-std::wstring PathInLanguageFolder(const std::wstring& neutralFile, const wchar_t* language) {
+std::wstring FindInLanguageFolder(const std::wstring& neutralFile, const wchar_t* language) {
     const std::size_t fileName = neutralFile.rfind(L'\\') + 1;
-    return neutralFile.substr(0, fileName) + language + L'\\' + neutralFile.substr(fileName) + L".mui";
+    std::wstring plainCopy =
+        neutralFile.substr(0, fileName) + language + L'\\' + neutralFile.substr(fileName);
+    std::wstring muiCopy = plainCopy + L".mui";
+    if (IsFile(muiCopy))
+        return muiCopy;
+    return IsFile(plainCopy) ? plainCopy : std::wstring{};
 }
 
 }  // namespace
+
+std::wstring FindLocalisedCopy(const std::wstring& neutralFile, std::wstring language) {
+    // The lookup returns the language of the copy in the same buffer.
+    language.resize(std::max<std::size_t>(LOCALE_NAME_MAX_LENGTH, language.size() + 1));
+    auto languageSize = static_cast<ULONG>(language.size());
+    wchar_t copy[MAX_PATH] = {};
+    ULONG copySize = MAX_PATH;
+    ULONGLONG enumerator = 0;
+    if (GetFileMUIPath(MUI_LANGUAGE_NAME, neutralFile.c_str(), language.data(), &languageSize, copy,
+                       &copySize, &enumerator) != FALSE)
+        return copy;
+    return GetLastError() == ERROR_CALL_NOT_IMPLEMENTED ? FindInLanguageFolder(neutralFile, language.c_str())
+                                                        : std::wstring{};
+}
 
 std::wstring LocalisedFile(const std::wstring& neutralFile) {
     LanguageName language;
     if (neutralFile.empty() || !GetUserLanguage(language))
         return neutralFile;
-    wchar_t copy[MAX_PATH] = {};
-    ULONG languageSize = LOCALE_NAME_MAX_LENGTH;
-    ULONG copySize = MAX_PATH;
-    ULONGLONG enumerator = 0;
-    if (GetFileMUIPath(MUI_LANGUAGE_NAME, neutralFile.c_str(), language, &languageSize, copy, &copySize,
-                       &enumerator) != FALSE)
-        return copy;
-    if (GetLastError() == ERROR_CALL_NOT_IMPLEMENTED) {
-        std::wstring copyInLanguageFolder = PathInLanguageFolder(neutralFile, language);
-        if (PathFileExistsW(copyInLanguageFolder.c_str()) != FALSE)
-            return copyInLanguageFolder;
-    }
-    return neutralFile;
+    std::wstring copy = FindLocalisedCopy(neutralFile, language);
+    return copy.empty() ? neutralFile : copy;
 }
 
 }  // namespace ZOTDam

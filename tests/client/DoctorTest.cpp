@@ -245,7 +245,7 @@ TEST_F(DoctorReportTest, LanguageOptionSelectsStringTable) {
 TEST_F(DoctorReportTest, StringTableOfUserLanguageIsExamined) {
     std::filesystem::create_directories(CopyFor(LanguageOfUser()).parent_path());
     WriteFile(CopyFor(LanguageOfUser()), Replace(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
-    EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which is missing from StringTable.xml.mui");
+    EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which is missing from StringTable.xml");
     EXPECT_EQ(GetFunctionInfo()[1].ac[1].second, L"NeverKey") << "in the library";
 }
 

@@ -103,47 +103,80 @@ INSTANTIATE_TEST_SUITE_P(ErrorsOtherThanNotImplemented, LookupErrorTest,
                                          ERROR_NOT_SUPPORTED, ERROR_INVALID_PARAMETER,
                                          ERROR_INSUFFICIENT_BUFFER, ERROR_MUI_FILE_NOT_FOUND));
 
-TEST_F(StringTableLanguageTest, UnsupportedLookupUsesLanguageFolder) {
+// Rules that hold on systems with and without a lookup.
+class LanguageCopyTest : public StringTableLanguageTest, public testing::WithParamInterface<MuiLookup> {
+protected:
+    std::wstring TextFor(LANGID id) {
+        const UserLanguage language{Dll().Handle(), id, GetParam()};
+        return FirstName();
+    }
+};
+
+TEST_P(LanguageCopyTest, PlainCopyIsUsed) {
     WriteGermanCopy();
     EXPECT_EQ(TextFor(German), L"deutsch");
 }
 
-TEST_F(StringTableLanguageTest, UnsupportedLookupWithoutCopyUsesNeutralTable) {
+TEST_P(LanguageCopyTest, NeutralTableIsUsedWithoutCopy) {
     EXPECT_EQ(TextFor(German), L"neutral");
 }
 
-TEST_F(StringTableLanguageTest, CopyDoesNotRequireNeutralTable) {
+TEST_P(LanguageCopyTest, CopyDoesNotRequireNeutralTable) {
     std::filesystem::remove(installation.StringTableFile());
     WriteGermanCopy();
     EXPECT_EQ(TextFor(German), L"deutsch");
 }
 
-TEST_F(StringTableLanguageTest, CopyInOtherLanguageIsIgnored) {
+TEST_P(LanguageCopyTest, CopyInOtherLanguageIsIgnored) {
     WriteGermanCopy();
     EXPECT_EQ(TextFor(French), L"neutral");
 }
 
-TEST_F(StringTableLanguageTest, CopyInParentOrRelatedLanguageIsIgnored) {
+TEST_P(LanguageCopyTest, CopyInParentOrRelatedLanguageIsIgnored) {
     WriteGermanCopy();
     WriteCopy(L"de", Entry("Key", "parent"));
     EXPECT_EQ(TextFor(AustrianGerman), L"neutral");
 }
 
-TEST_F(StringTableLanguageTest, CopyWithoutMuiExtensionIsIgnored) {
-    std::filesystem::create_directories(CopyFor(L"de-DE").parent_path());
-    WriteFile(CopyFor(L"de-DE").replace_extension(), StringTable(Entry("Key", "deutsch")));
+TEST_P(LanguageCopyTest, FolderWithNameOfCopyIsIgnored) {
+    std::filesystem::create_directories(CopyFor(L"de-DE"));
+    std::filesystem::create_directories(MuiCopyFor(L"de-DE"));
     EXPECT_EQ(TextFor(German), L"neutral");
 }
 
-TEST_F(StringTableLanguageTest, NeutralTableDoesNotSupplementCopy) {
+TEST_P(LanguageCopyTest, NeutralTableDoesNotSupplementCopy) {
     WriteCopy(L"de-DE", Entry("Other", "deutsch"));
     EXPECT_EQ(TextFor(German), L"Key");
 }
 
-TEST_F(StringTableLanguageTest, MalformedCopyIsNotReplacedByNeutralTable) {
+TEST_P(LanguageCopyTest, MalformedCopyIsNotReplacedByNeutralTable) {
     WriteGermanCopy();
     WriteFile(CopyFor(L"de-DE"), "<root>" + Entry("Key", "deutsch"));
     EXPECT_EQ(TextFor(German), L"Key");
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutLookup, LanguageCopyTest, testing::Values(MuiLookup::NotImplemented));
+INSTANTIATE_TEST_SUITE_P(WithLookup, LanguageCopyTest, testing::Values(MuiLookup::Documented));
+
+TEST_F(StringTableLanguageTest, UnsupportedLookupPrefersMuiExtension) {
+    WriteGermanCopy();
+    WriteMuiCopy(L"de-DE", Entry("Key", "mui"));
+    EXPECT_EQ(TextFor(German), L"mui");
+}
+
+TEST_F(StringTableLanguageTest, LookupIgnoresCopyWithMuiExtension) {
+    const UserLanguage language{Dll().Handle(), German, MuiLookup::Documented};
+    WriteMuiCopy(L"de-DE", Entry("Key", "mui"));
+    EXPECT_EQ(FirstName(), L"neutral");
+}
+
+// The buffer for the copy's path has MAX_PATH UTF-16 code units.
+TEST_F(StringTableLanguageTest, CopyTooLongForLookupIsIgnored) {
+    LoadCatalogue();
+    SetLongInstallationPath(installation.ProgramFiles(), 243);
+    const UserLanguage language{Dll().Handle(), German, MuiLookup::Documented};
+    WriteGermanCopy();
+    EXPECT_EQ(FirstName(), L"neutral");
 }
 
 TEST_F(StringTableLanguageTest, MalformedCopyFoundByLookupMakesTableEmpty) {
@@ -157,7 +190,7 @@ TEST_F(StringTableLanguageTest, MalformedCopyFoundByLookupMakesTableEmpty) {
 // The parameter is a language for which the system returns no name or an empty name.
 class NamelessLanguageTest : public StringTableLanguageTest, public testing::WithParamInterface<LANGID> {
 protected:
-    void WriteCopyBesideTheTable() const { WriteCopy(L"", Entry("Key", "beside")); }
+    void WriteCopyBesideTheTable() const { WriteMuiCopy(L"", Entry("Key", "beside")); }
 };
 
 TEST_P(NamelessLanguageTest, NeutralTableIsUsedForNamelessLanguage) {

@@ -151,7 +151,7 @@ rejects ZOTPowercfg.xml 'text in a section' 'Character content' <<<"$(user 'bala
 
 # ---- String tables -------------------------------------------------------------------------------------------------
 
-accepts StringTable.xml.mui 'a language copy' <<<'<StringTable><data name="On"><value>Ein</value></data></StringTable>'
+accepts StringTable.xml 'a language copy' <<<'<StringTable><data name="On"><value>Ein</value></data></StringTable>'
 accepts StringTable.xml 'an empty text' <<<'<StringTable><data name="On"><value/></data></StringTable>'
 rejects StringTable.xml 'an entry without a text, which hides later ones' 'Missing child element' \
     <<<'<StringTable><data name="On"/></StringTable>'

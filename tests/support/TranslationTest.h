@@ -19,14 +19,27 @@ class TranslationTest : public SettingsTest {
 protected:
     void WriteEntries(const std::string& entries) const { WriteStringTable(StringTable(entries)); }
 
-    // Returns the path where the library's own lookup finds the string table for a language.
+    // Returns the path of the string table for a language.
     std::filesystem::path CopyFor(const std::wstring& language) const {
-        return installation.StringTableFile().parent_path() / language / L"StringTable.xml.mui";
+        return installation.StringTableFile().parent_path() / language / L"StringTable.xml";
+    }
+
+    // Returns the path of a copy that only systems without a lookup find.
+    std::filesystem::path MuiCopyFor(const std::wstring& language) const {
+        return CopyFor(language) += L".mui";
     }
 
     void WriteCopy(const std::wstring& language, const std::string& entries) const {
-        std::filesystem::create_directories(CopyFor(language).parent_path());
-        WriteFile(CopyFor(language), StringTable(entries));
+        WriteTable(CopyFor(language), entries);
+    }
+
+    void WriteMuiCopy(const std::wstring& language, const std::string& entries) const {
+        WriteTable(MuiCopyFor(language), entries);
+    }
+
+    static void WriteTable(const std::filesystem::path& file, const std::string& entries) {
+        std::filesystem::create_directories(file.parent_path());
+        WriteFile(file, StringTable(entries));
     }
 
     // Collects the items that the export enumerates. The test fails if the export returns false.
