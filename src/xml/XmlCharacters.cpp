@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/CharacterRange.h"
+#include "xml/XmlNameCharacters.h"
 
 namespace ZOTDam {
 
@@ -10,16 +11,6 @@ namespace {
 
 constexpr CharacterRange TextCharacters[] = {
     {0x9, 0xA}, {0xD, 0xD}, {0x20, 0xD7FF}, {0xE000, 0xFFFD}, {0x10000, 0x10FFFF},
-};
-
-constexpr CharacterRange NameStartCharacters[] = {
-    {U'A', U'Z'},     {U'_', U'_'},     {U'a', U'z'},     {0xC0, 0xD6},     {0xD8, 0xF6},
-    {0xF8, 0x2FF},    {0x370, 0x37D},   {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F},
-    {0x2C00, 0x2FEF}, {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
-};
-
-constexpr CharacterRange OtherNameCharacters[] = {
-    {U'-', U'.'}, {U'0', U'9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
 };
 
 // Removes the first character from a string and returns it. Returns an unpaired surrogate unchanged.

@@ -1,12 +1,12 @@
-// Checks for the characters that XML 1.0 allows. Some DOMs accept any character and then save a file that no
-// parser can read.
+// Checks for the characters that all parsers of XML 1.0 accept. Some DOMs accept any character and then save a
+// file that no parser can read.
 #pragma once
 
 #include <string_view>
 
 namespace ZOTDam {
 
-// Returns whether a string is an XML name without a colon.
+// Returns whether a string is an XML name without a colon, in every edition of XML 1.0.
 bool IsNcName(std::wstring_view text) noexcept;
 
 // Returns whether an XML document may contain the string. Unpaired surrogates are not allowed.

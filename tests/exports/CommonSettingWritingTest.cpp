@@ -231,14 +231,11 @@ TEST_F(CommonSettingWritingTest, XmlNamesWithoutColonAreAccepted) {
                                   L"Xmlns",
                                   L"\xe9t\xe9",
                                   L"\x4e2d",
-                                  L"\xc0\xd6\xd8\xf6\xf8\x2ff",
-                                  L"\x370\x37d\x37f\x1fff",
-                                  L"\x200c\x200d\x2070\x218f",
-                                  L"\x2c00\x2fef\x3001\xd7ff",
-                                  L"\xf900\xfdcf\xfdf0\xfffd",
-                                  L"\xd800\xdc00",
-                                  L"\xdb7f\xdfff",
-                                  L"a\xb7\x300\x36f\x203f\x2040",
+                                  L"\xc0\xd6\xd8\xf6\xf8\x2c1",
+                                  L"\x386\x3f3\x401\x1ffc",
+                                  L"\x2126\x2182\x3007\x3105",
+                                  L"\x4e00\x9fa5\xac00\xd7a3",
+                                  L"a\xb7\x300\x345\x660\x20d0\x30fe",
                                   std::wstring(5000, L'n')};
     for (const std::wstring& name : names)
         EXPECT_TRUE(Set(name, name)) << testing::PrintToString(std::wstring{name});
@@ -267,6 +264,15 @@ TEST_F(CommonSettingWritingTest, InvalidNameCharactersAreRejected) {
         ExpectRejected(std::wstring{character}, L"value");
         ExpectRejected(std::wstring{L'a', character}, L"value");
     }
+}
+
+// Characters that the fifth edition of XML 1.0 has added. MSXML follows the fourth edition.
+TEST_F(CommonSettingWritingTest, NameCharactersOfLaterEditionAreRejected) {
+    WriteUserValues(R"(Old="1")");
+    for (const wchar_t* const name :
+         {L"\x132", L"\x2ff", L"\x370", L"\x37f", L"\x1fff", L"\x200c", L"\x218f", L"\x2c00", L"\x3001",
+          L"\x3400", L"\xd7ff", L"\xf900", L"\xfffd", L"\xd800\xdc00", L"a\x36f", L"a\x203f"})
+        ExpectRejected(name, L"value");
 }
 
 TEST_F(CommonSettingWritingTest, NamesWithColonAreRejected) {

@@ -45,20 +45,29 @@ struct Border {
 
 const Border StartBorders[] = {
     {"LatinLetters", U"AZaz_", U"@[`{^"},
-    {"LatinSupplement", U"\xC0\xD6\xD8\xF6\xF8", U"\xBF\xD7\xF7"},
-    {"Greek", U"\x2FF\x370\x37D\x37F", U"\x300\x36F\x37E"},
-    {"TheLettersBeforePunctuation", U"\x1FFF\x200C\x200D", U"\x2000\x200B\x200E"},
-    {"LetterlikeSymbols", U"\x2070\x218F", U"\x206F\x2190"},
-    {"EuropeanSupplements", U"\x2C00\x2FEF", U"\x2BFF\x2FF0"},
-    {"EastAsia", U"\x3001\xD7FF", U"\x3000\xD800\xDFFF\xE000"},
-    {"CompatibilityLetters", U"\xF900\xFDCF\xFDF0\xFFFD", U"\xF8FF\xFDD0\xFDEF\xFFFE\xFFFF"},
-    {"OtherPlanes", U"\x10000\xEFFFF", U"\xF0000\x10FFFF"},
+    {"LatinSupplement", U"\xC0\xD6\xD8\xF6\xF8", U"\xAA\xB5\xBA\xBF\xD7\xF7"},
+    {"LatinExtensions", U"\x131\x134\x17E\x180\x2BB\x2C1", U"\x132\x133\x13F\x17F\x218\x2BA\x2C2\x2FF"},
+    {"Greek", U"\x386\x388\x3CE\x3F3", U"\x370\x37D\x37F\x387\x3F4\x3FF"},
+    {"Cyrillic", U"\x401\x40C\x40E\x4F9", U"\x400\x40D\x4FA"},
+    {"Thai", U"\xE01\xE2E\xE30\xE40\xE45", U"\xE2F\xE31\xE46\xE50"},
+    {"AdditionalLatin", U"\x1E00\x1E9B\x1EA0\x1EF9", U"\x1E9C\x1E9F\x1EFA\x1FFF"},
+    {"LetterlikeSymbols", U"\x2126\x212A\x212B\x212E\x2180\x2182", U"\x2070\x2102\x218F"},
+    {"Japanese", U"\x3007\x3021\x3029\x3041\x3094\x30A1\x30FA\x3105\x312C", U"\x3001\x3006\x3095\x312D"},
+    {"Ideographs", U"\x4E00\x9FA5", U"\x3400\x4DBF\x9FA6\xA000"},
+    {"Hangul", U"\x1100\x11F9\xAC00\xD7A3", U"\x1101\x11FA\xD7A4\xD7FF\xD800\xDFFF\xE000"},
+    {"OtherBlocks", U"", U"\x200C\x200D\x2C00\x2FEF\xF900\xFDCF\xFDF0\xFFFD\xFFFF"},
+    {"OtherPlanes", U"", U"\x10000\x20000\xEFFFF\xF0000\x10FFFF"},
 };
 
 const Border FurtherBorders[] = {
-    {"HyphenAndFullStop", U"-.", U",/"},        {"Digits", U"09", U"/:"},
-    {"MiddleDot", U"\xB7", U"\xB6\xB8"},        {"CombiningMarks", U"\x300\x36F", U""},
-    {"Ties", U"\x203F\x2040", U"\x203E\x2041"},
+    {"HyphenAndFullStop", U"-.", U",/"},
+    {"Digits", U"09", U"/:"},
+    {"MiddleDot", U"\xB7\x387", U"\xB6\xB8"},
+    {"CombiningMarks", U"\x300\x345\x360\x361\x20D0\x20DC\x20E1", U"\x346\x35F\x362\x20DD\x20E2"},
+    {"HebrewMarks", U"\x591\x5A1\x5A3\x5C4", U"\x590\x5A2\x5C5"},
+    {"ArabicDigits", U"\x660\x669\x6F0\x6F9", U"\x65F\x66A\x6EF\x6FA"},
+    {"Extenders", U"\x2D0\x2D1\x640\xE46\x3005\x3031\x3035\x309D\x30FC\x30FE", U"\x2D2\x3036\x309F\x30FF"},
+    {"Ties", U"", U"\x203F\x2040"},
 };
 
 const Border TextBorders[] = {
@@ -81,8 +90,7 @@ void ExpectBorder(const Border& border, bool (*isRight)(char32_t)) {
 TEST(NcNameTest, NameStartsWithLetterOrUnderscore) {
     for (const Border& border : StartBorders)
         ExpectBorder(border, MayBeginAName);
-    EXPECT_EQ(Count(MayBeginAName),
-              53 + 23 + 31 + 520 + 14 + 7297 + 2 + 288 + 1008 + 43007 + 1232 + 526 + 917504);
+    EXPECT_EQ(Count(MayBeginAName), 34515);
 }
 
 TEST(NcNameTest, LaterCharactersAllowFurtherRanges) {
@@ -91,7 +99,7 @@ TEST(NcNameTest, LaterCharactersAllowFurtherRanges) {
             EXPECT_TRUE(MayContinueAName(character)) << std::uint32_t{character};
     for (const Border& border : FurtherBorders)
         ExpectBorder(border, MayContinueAName);
-    EXPECT_EQ(Count(MayContinueAName), Count(MayBeginAName) + 2 + 10 + 1 + 112 + 2);
+    EXPECT_EQ(Count(MayContinueAName), Count(MayBeginAName) + 606);
 }
 
 TEST(NcNameTest, FurtherRangesCannotStartName) {
@@ -122,15 +130,12 @@ TEST(NcNameTest, WholeStringIsChecked) {
     EXPECT_TRUE(IsNcName({L"a b", 1}));
 }
 
-TEST(NcNameTest, OnlyWholeSurrogatePairsAreValid) {
-    EXPECT_TRUE(
-        IsNcName(L"\xd83d\xde00"
-                 L"a\xd83d\xde00\xd83d\xde00-"));
-    EXPECT_FALSE(IsNcName(L"a\xd83d\xde00\xd83d"));
+TEST(NcNameTest, SurrogatesAreInvalid) {
+    for (const wchar_t* const text : {L"\xd83d\xde00", L"a\xd83d\xde00", L"a\xd83d", L"a\xde00\xd83d"})
+        EXPECT_FALSE(IsNcName(text));
     EXPECT_FALSE(
         IsNcName(L"a\xd83d"
                  L"b"));
-    EXPECT_FALSE(IsNcName(L"a\xde00\xd83d"));
 }
 
 TEST(NcNameTest, SurrogatePairBeyondEndIsNotRead) {
