@@ -16,12 +16,22 @@ namespace ZOTDam {
 
 namespace {
 
+// Windows unloads the module of the DOM at the last CoUninitialize, even while its objects are in use.
+// Releasing a document would then call code that is no longer mapped.
+void KeepModuleLoaded(IUnknown* object) noexcept {
+    const auto* const methods = *reinterpret_cast<const wchar_t* const* const*>(object);
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, methods[0],
+                       &module);
+}
+
 IXMLDOMDocument2Ptr CreateDocument() noexcept {
     IXMLDOMDocument2Ptr document;
     // An asynchronous load would return before the file is read.
     if (FAILED(document.CreateInstance(DomDocument60, nullptr, CLSCTX_ALL)) ||
         FAILED(document->put_async(VARIANT_FALSE)))
         return {};
+    KeepModuleLoaded(document);
     return document;
 }
 

@@ -166,6 +166,51 @@ bool PassFromThreadToThread(Client& client) {
            OnAnotherThread([&] { return client.Free(); });
 }
 
+// Returns the module with the methods of the objects of the DOM.
+HMODULE ModuleOfDom() {
+    const OwnedInterface<IXMLDOMDocument> document = NewDocument();
+    const auto* const methods = *reinterpret_cast<const wchar_t* const* const*>(document.get());
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       methods[0], &module);
+    return module;
+}
+
+bool IsLoaded(HMODULE module) {
+    HMODULE found = nullptr;
+    return GetModuleHandleExW(
+               GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+               reinterpret_cast<const wchar_t*>(module), &found) != FALSE;
+}
+
+// At the last CoUninitialize, Windows unloads the modules of the classes, even while their objects are in
+// use. This system does not, so this function frees the module until it is unloaded. A pinned module stays.
+void UnloadAsComDoes(HMODULE module) {
+    constexpr int moreThanItsReferences = 100;
+    for (int i = 0; i < moreThanItsReferences && IsLoaded(module); ++i)
+        FreeLibrary(module);
+}
+
+bool FreeAfterComHasUnloadedDom(Client& client) {
+    std::optional<ComApartment> com{COINIT_MULTITHREADED};
+    client.Load();
+    const bool isRight = client.Use(8);
+    const HMODULE dom = ModuleOfDom();
+    com.reset();
+    UnloadAsComDoes(dom);
+    return client.Free() && isRight;
+}
+
+bool ExitAfterComHasUnloadedDom(Client& client) {
+    std::optional<ComApartment> com{COINIT_APARTMENTTHREADED};
+    client.Load();
+    const bool isRight = client.Use(8);
+    const HMODULE dom = ModuleOfDom();
+    com.reset();
+    UnloadAsComDoes(dom);
+    return client.Exit() && client.Free() && isRight;
+}
+
 bool FreeWithoutExitOrCom(Client& client) {
     const bool isRight = OnAnotherThread([&] {
         const ComApartment com{COINIT_APARTMENTTHREADED};
@@ -228,6 +273,8 @@ bool ExitWhileAnotherThreadWorks(Client& client) {
 
 const std::map<std::wstring, Sequence> Sequences = {
     {L"EachStepOnNewThread", PassFromThreadToThread},
+    {L"FreedAfterComHasUnloadedDom", FreeAfterComHasUnloadedDom},
+    {L"ExitAfterComHasUnloadedDom", ExitAfterComHasUnloadedDom},
     {L"FreedOnThreadWithoutCom", FreeWithoutExitOrCom},
     {L"MtaOfOtherThread", UseMtaOfAnotherThread},
     {L"ReloadedInOtherApartment", UseInAnotherApartment},
