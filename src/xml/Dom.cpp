@@ -69,9 +69,12 @@ bool ReadAttributeText(IXMLDOMElement* element, const CXmlName& name, _variant_t
     return true;
 }
 
-_variant_t GetTypedValue(IXMLDOMNode* node) {
+// Some DOMs represent an element without content by Null.
+_variant_t GetTypedValue(IXMLDOMElement* element) {
     _variant_t value;
-    Check(node->get_nodeTypedValue(&value), node);
+    Check(element->get_nodeTypedValue(&value), element);
+    if (V_VT(&value) == VT_NULL)
+        return _variant_t{L""};
     ConvertToString(value);
     return value;
 }
@@ -165,7 +168,11 @@ bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstri
     Check(attributes->getNamedItem(CBstr{name}.AsBstr(), &attribute), attributes.GetInterfacePtr());
     if (!attribute)
         return false;
-    value = View(GetTypedValue(attribute));
+    // Not the typed value, which some DOMs represent by Null if it is empty.
+    _variant_t text;
+    Check(attribute->get_nodeValue(&text), attribute.GetInterfacePtr());
+    ConvertToString(text);
+    value = View(text);
     return true;
 }
 

@@ -4,6 +4,7 @@
 
 #include "support/DataFiles.h"
 #include "support/DomMethods.h"
+#include "support/NullValues.h"
 
 namespace ZOTDam::Test {
 
@@ -135,6 +136,12 @@ TEST_P(CommonSettingSourceTest, StoredValueIsReturned) {
 }
 
 TEST_P(CommonSettingSourceTest, EmptyValueIsReturned) {
+    WriteValues(R"(Name="")");
+    EXPECT_EQ(Setting(L"Name"), L"");
+}
+
+TEST_P(CommonSettingSourceTest, EmptyValueIsReturnedIfTypedNull) {
+    const NullValues nulls;
     WriteValues(R"(Name="")");
     EXPECT_EQ(Setting(L"Name"), L"");
 }

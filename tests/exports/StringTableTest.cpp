@@ -1,4 +1,5 @@
 // Tests of looking up keys in the string table.
+#include "support/NullValues.h"
 #include "support/TranslationTest.h"
 
 namespace ZOTDam::Test {
@@ -175,6 +176,12 @@ void PrintTo(const ValueCase& valueCase, std::ostream* out) {
 class StringTableValueTest : public StringTableTest, public testing::WithParamInterface<ValueCase> {};
 
 TEST_P(StringTableValueTest, StringIsTextOfFirstValueElement) {
+    EXPECT_EQ(TextOf("Key", "<data name=\"Key\">" + GetParam().xml + "</data>"), GetParam().text);
+}
+
+TEST_P(StringTableValueTest, StringIsEqualIfEmptyValuesAreNull) {
+    const ComScope com;
+    const NullValues nulls;
     EXPECT_EQ(TextOf("Key", "<data name=\"Key\">" + GetParam().xml + "</data>"), GetParam().text);
 }
 

@@ -19,11 +19,17 @@ enum class DomMethod {
     GetOwnerDocument,
     CloneNode,
     PutText,
+    GetElementTypedValue,
+    GetAttributeTypedValue,
     GetAttribute,
     SetAttribute,
     GetNamedItem,
+    RemoveNamedItem,
+    GetItem,
+    GetLength,
     CreateElement,
     Load,
+    Save,
     ImportNode
 };
 
@@ -37,6 +43,7 @@ public:
     DomMethodPatch& operator=(const DomMethodPatch&) = delete;
     ~DomMethodPatch() {
         patch.reset();
+        attribute->Release();
         attributes->Release();
         element->Release();
         document->Release();
@@ -61,16 +68,28 @@ private:
                 return Table(element) + 24;
             case DomMethod::PutText:
                 return Table(element) + 27;
+            case DomMethod::GetElementTypedValue:
+                return Table(element) + 30;
+            case DomMethod::GetAttributeTypedValue:
+                return Table(attribute) + 30;
             case DomMethod::GetAttribute:
                 return Table(element) + 44;
             case DomMethod::SetAttribute:
                 return Table(element) + 45;
             case DomMethod::GetNamedItem:
                 return Table(attributes) + 7;
+            case DomMethod::RemoveNamedItem:
+                return Table(attributes) + 9;
+            case DomMethod::GetItem:
+                return Table(attributes) + 10;
+            case DomMethod::GetLength:
+                return Table(attributes) + 11;
             case DomMethod::CreateElement:
                 return Table(document) + 47;
             case DomMethod::Load:
                 return Table(document) + 58;
+            case DomMethod::Save:
+                return Table(document) + 66;
             default:
                 return Table(document) + 83;
         }
@@ -87,6 +106,7 @@ private:
         document = static_cast<IXMLDOMDocument2*>(created);
         const BSTR name = SysAllocString(L"E");
         document->createElement(name, &element);
+        document->createAttribute(name, &attribute);
         SysFreeString(name);
         element->get_attributes(&attributes);
     }
@@ -94,6 +114,7 @@ private:
     IXMLDOMDocument2* document = nullptr;
     IXMLDOMElement* element = nullptr;
     IXMLDOMNamedNodeMap* attributes = nullptr;
+    IXMLDOMAttribute* attribute = nullptr;
     std::optional<SlotPatch> patch;
 };
 
