@@ -96,6 +96,11 @@ IXMLDOMDocumentPtr GetOwnerDocument(IXMLDOMNode* node) {
     return document;
 }
 
+// Some DOMs list namespace declarations among the attributes. They are not settings and cannot be removed.
+bool IsNamespaceDeclaration(std::wstring_view attributeName) noexcept {
+    return attributeName == L"xmlns" || attributeName.starts_with(L"xmlns:");
+}
+
 IXMLDOMElementPtr CreateEmptyElement(IXMLDOMDocument* document, const CXmlName& name) {
     IXMLDOMElementPtr element;
     Check(RequireNode(document)->createElement(name.AsBstr(), &element), document);
@@ -166,7 +171,7 @@ bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstri
     Check(RequireNode(element)->get_attributes(&attributes), element);
     IXMLDOMNodePtr attribute;
     Check(attributes->getNamedItem(CBstr{name}.AsBstr(), &attribute), attributes.GetInterfacePtr());
-    if (!attribute)
+    if (!attribute || IsNamespaceDeclaration(name))
         return false;
     // Not the typed value, which some DOMs represent by Null if it is empty.
     _variant_t text;
@@ -252,6 +257,8 @@ void RemoveAttributes(IXMLDOMNode* element) {
         CBstr name;
         Check(attributes->get_item(i, &attribute), attributes.GetInterfacePtr());
         Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
+        if (IsNamespaceDeclaration(name.View()))
+            continue;
         IXMLDOMNodePtr removed;
         Check(attributes->removeNamedItem(*name.Receive(), &removed), attributes.GetInterfacePtr());
     }

@@ -4,6 +4,7 @@
 
 #include "support/DataFiles.h"
 #include "support/DomMethods.h"
+#include "support/ListedDeclarations.h"
 #include "support/NullValues.h"
 
 namespace ZOTDam::Test {
@@ -144,6 +145,15 @@ TEST_P(CommonSettingSourceTest, EmptyValueIsReturnedIfTypedNull) {
     const NullValues nulls;
     WriteValues(R"(Name="")");
     EXPECT_EQ(Setting(L"Name"), L"");
+}
+
+TEST_P(CommonSettingSourceTest, NamespaceDeclarationIsMissing) {
+    for (const wchar_t* const name : {L"xmlns", L"xmlns:p"}) {
+        const ListedDeclarations declarations{name};
+        WriteValues(R"(xmlns:p="urn:p" Name="value")");
+        EXPECT_EQ(Setting(name), Missing);
+        EXPECT_EQ(Setting(L"Name"), L"value");
+    }
 }
 
 TEST_P(CommonSettingSourceTest, RepeatedReadReturnsSameValue) {

@@ -2,6 +2,7 @@
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
 #include "support/ImportPatch.h"
+#include "support/ListedDeclarations.h"
 #include "support/SaveCalls.h"
 
 namespace ZOTDam::Test {
@@ -55,6 +56,27 @@ TEST_F(ResetTest, CommentInSchemesSectionIsEnoughForReset) {
         "<CommonSettings A=\"a\"/></OrloPowerCfg>");
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+}
+
+TEST_F(ResetTest, NamespaceDeclarationsOfCommonSettingsAreKept) {
+    WriteUserSettings(
+        R"(<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings xmlns:p="urn:p" A="a" B="b"/>)"
+        "</OrloPowerCfg>");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(),
+              R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
+              "\n");
+}
+
+TEST_F(ResetTest, NamespaceDeclarationListedAsAttributeIsKept) {
+    WriteUserSettings(
+        R"(<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings xmlns:p="urn:p" A="a" B="b"/>)"
+        "</OrloPowerCfg>");
+    const ListedDeclarations declarations{L"xmlns:p"};
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(),
+              R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
+              "\n");
 }
 
 TEST_F(ResetTest, AttributesOfSchemesSectionAreKept) {

@@ -20,6 +20,7 @@ enum class DomMethod {
     CloneNode,
     PutText,
     GetElementTypedValue,
+    GetAttributeName,
     GetAttributeTypedValue,
     GetAttribute,
     SetAttribute,
@@ -70,6 +71,8 @@ private:
                 return Table(element) + 27;
             case DomMethod::GetElementTypedValue:
                 return Table(element) + 30;
+            case DomMethod::GetAttributeName:
+                return Table(attribute) + 7;
             case DomMethod::GetAttributeTypedValue:
                 return Table(attribute) + 30;
             case DomMethod::GetAttribute:
