@@ -5,6 +5,7 @@
 
 #include "platform/FixedText.h"
 #include "xml/Bstr.h"
+#include "xml/SavedValues.h"
 #include "xml/VariantFromString.h"
 #include "xml/XmlCharacters.h"
 
@@ -86,6 +87,7 @@ std::wstring_view View(const _variant_t& text) noexcept {
 void SetAttribute(IXMLDOMElement* element, BSTR name, const wchar_t* value) {
     if (!IsXmlText(value))
         _com_issue_error(E_INVALIDARG);
+    NoteWrittenValue(value);
     ++domChanges;
     Check(RequireNode(element)->setAttribute(name, _variant_t{value}), element);
 }
@@ -94,11 +96,6 @@ IXMLDOMDocumentPtr GetOwnerDocument(IXMLDOMNode* node) {
     IXMLDOMDocumentPtr document;
     Check(RequireNode(node)->get_ownerDocument(&document), node);
     return document;
-}
-
-// Some DOMs list namespace declarations among the attributes. They are not settings and cannot be removed.
-bool IsNamespaceDeclaration(std::wstring_view attributeName) noexcept {
-    return attributeName == L"xmlns" || attributeName.starts_with(L"xmlns:");
 }
 
 IXMLDOMElementPtr CreateEmptyElement(IXMLDOMDocument* document, const CXmlName& name) {

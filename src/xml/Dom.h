@@ -64,8 +64,8 @@ void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, std::int32_t 
 void WriteAttribute(IXMLDOMElement* element, const CXmlName& name, const wchar_t* value);
 
 // Reads or writes an attribute whose name comes from the client. ReadNamedAttribute returns false when the
-// attribute is missing or is a namespace declaration. WriteNamedAttribute throws E_INVALIDARG when the name is invalid, contains a prefix
-// or declares a namespace, or when XML cannot represent the value.
+// attribute is missing or is a namespace declaration. WriteNamedAttribute throws E_INVALIDARG when the name
+// is invalid, contains a prefix or declares a namespace, or when XML cannot represent the value.
 bool ReadNamedAttribute(IXMLDOMElement* element, const wchar_t* name, std::wstring& value);
 void WriteNamedAttribute(IXMLDOMElement* element, const wchar_t* name, const wchar_t* value);
 

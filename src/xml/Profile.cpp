@@ -2,6 +2,7 @@
 
 #include <shlwapi.h>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "platform/FalseOnException.h"
 #include "platform/File.h"
 #include "xml/Prolog.h"
+#include "xml/SavedValues.h"
 #include "xml/TextStream.h"
 #include "xml/XmlDeclaration.h"
 
@@ -88,6 +90,7 @@ CZOTProfile::LoadResult CZOTProfile::ReadAndParse() {
 CZOTProfile::LoadResult CZOTProfile::Parse(CFileContent& content) {
     if (ExamineProlog(content.View()) != Prolog::Valid)
         return LoadResult::NotWellFormed;
+    NoteLoadedContent(content.View());
     const VARIANT& source = content.AsSource();
     VARIANT_BOOL isLoaded = VARIANT_FALSE;
     const HRESULT result = document->load(source, &isLoaded);
@@ -115,8 +118,18 @@ bool CZOTProfile::Write() noexcept {
         DeclareUtf8(document);
         CTextStream stream;
         return document->save(_variant_t{&stream}) == S_OK && stream.IsComplete() &&
-               ReplaceAtomically(path, stream.Text());
+               IsReadBack(stream.Text()) && ReplaceAtomically(path, stream.Text());
     });
+}
+
+bool CZOTProfile::IsReadBack(std::string_view text) const {
+    if (!HasCriticalValues())
+        return true;
+    const IXMLDOMDocument2Ptr copy = CreateDocument();
+    CFileContent content{static_cast<ULONG>(text.size())};
+    std::ranges::copy(text, content.Data());
+    VARIANT_BOOL isLoaded = VARIANT_FALSE;
+    return copy && copy->load(content.AsSource(), &isLoaded) == S_OK && HaveEqualAttributes(document, copy);
 }
 
 IXMLDOMElementPtr CZOTProfile::FindSection(const CXmlName& name) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/FileState.h"
 #include "xml/Dom.h"
@@ -65,6 +66,9 @@ private:
     // Returns whether the file may contain only a part of its content. Called while the file is open and no
     // other process can write to it.
     virtual bool IsIncomplete() const { return false; }
+
+    // Returns whether a load of the serialized document would read the values of the document.
+    bool IsReadBack(std::string_view text) const;
 
     LoadResult ReadAndParse();
     LoadResult Parse(CFileContent& content);

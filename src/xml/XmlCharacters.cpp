@@ -37,6 +37,10 @@ bool IsNcName(std::wstring_view text) noexcept {
     return true;
 }
 
+bool IsNamespaceDeclaration(std::wstring_view attributeName) noexcept {
+    return attributeName == L"xmlns" || attributeName.starts_with(L"xmlns:");
+}
+
 bool IsXmlText(std::wstring_view text) noexcept {
     while (!text.empty())
         if (!IsIn(TextCharacters, RemoveFirstCharacter(text)))

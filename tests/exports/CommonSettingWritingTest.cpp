@@ -3,9 +3,11 @@
 
 #include "support/CommonSettingsTest.h"
 #include "support/DataFiles.h"
+#include "support/DomDocuments.h"
 #include "support/DomMethods.h"
 #include "support/MarkerCalls.h"
 #include "support/SaveCalls.h"
+#include "support/UnescapedSaves.h"
 #include "support/XmlFile.h"
 
 namespace ZOTDam::Test {
@@ -337,6 +339,62 @@ TEST_F(CommonSettingWritingTest, ValuesValidInXmlAreReadBack) {
     Unload();
     for (int i = 0; const std::wstring& value : values)
         EXPECT_EQ(Setting(L"V" + std::to_wstring(i++)), value) << i;
+}
+
+// ---- Values that a DOM may save in a form that a load reads differently ----
+
+class UnescapedSaveTest : public CommonSettingWritingTest, public testing::WithParamInterface<wchar_t> {
+protected:
+    static std::wstring Value() { return {L'a', GetParam(), L'b'}; }
+    static std::string Reference() { return "&#" + std::to_string(GetParam()) + ";"; }
+};
+
+INSTANTIATE_TEST_SUITE_P(Tab, UnescapedSaveTest, testing::Values(L'\t'));
+INSTANTIATE_TEST_SUITE_P(LineFeed, UnescapedSaveTest, testing::Values(L'\n'));
+INSTANTIATE_TEST_SUITE_P(CarriageReturn, UnescapedSaveTest, testing::Values(L'\r'));
+
+TEST_P(UnescapedSaveTest, ValueThatSaveChangesIsNotStored) {
+    WriteUserValues(R"(Name="old")");
+    const std::string file = UserSettings();
+    const UnescapedSaves saves;
+    EXPECT_FALSE(Set(L"Name", Value()));
+    EXPECT_EQ(UserSettings(), file);
+    EXPECT_EQ(Setting(L"Name"), L"old");
+}
+
+TEST_P(UnescapedSaveTest, SaveThatChangesLoadedValueFails) {
+    WriteUserValues("Name=\"a" + Reference() + "b\"");
+    const std::string file = UserSettings();
+    const UnescapedSaves saves;
+    EXPECT_FALSE(Set(L"Other", L"value"));
+    EXPECT_EQ(UserSettings(), file);
+    EXPECT_EQ(Setting(L"Name"), Value());
+}
+
+TEST_P(UnescapedSaveTest, InitThatChangesValueFails) {
+    WriteBaseValues("Name=\"a" + Reference() + "b\"");
+    WriteDefaultValues(R"(Name="old")");
+    const std::string file = Defaults();
+    const UnescapedSaves saves;
+    EXPECT_FALSE(Dll().InitCommonSetting());
+    EXPECT_EQ(Defaults(), file);
+}
+
+TEST_P(UnescapedSaveTest, ValueIsNotStoredWithoutMemoryForCheck) {
+    WriteUserValues(R"(Name="old")");
+    const std::string file = UserSettings();
+    EXPECT_EQ(Setting(L"Name"), L"old");
+    DomDocuments documents{Dll().Handle()};
+    documents.Fail(E_OUTOFMEMORY);
+    EXPECT_FALSE(Set(L"Name", Value()));
+    EXPECT_EQ(UserSettings(), file);
+}
+
+TEST_F(CommonSettingWritingTest, OrdinaryValuesAreSavedWithoutCheck) {
+    WriteUserValues(R"(Old="a b &lt; c")");
+    DomDocuments documents{Dll().Handle()};
+    EXPECT_TRUE(Set(L"Name", L"a & b"));
+    EXPECT_EQ(documents.CreatedCount(), 1u);
 }
 
 TEST_F(CommonSettingWritingTest, ControlCharactersAreRejected) {

@@ -1,0 +1,98 @@
+#include "xml/SavedValues.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "xml/Bstr.h"
+#include "xml/Com.h"
+#include "xml/Prolog.h"
+#include "xml/XmlCharacters.h"
+
+namespace ZOTDam {
+
+namespace {
+
+bool hasCriticalValues = false;
+
+using Neighbour = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(IXMLDOMNode**);
+
+IXMLDOMNodePtr GetNeighbour(IXMLDOMNode* node, Neighbour neighbour) {
+    IXMLDOMNodePtr found;
+    Check((node->*neighbour)(&found), node);
+    return found;
+}
+
+// Returns the node that follows in document order, or null.
+IXMLDOMNodePtr NextNode(IXMLDOMNodePtr node) {
+    if (const IXMLDOMNodePtr child = GetNeighbour(node, &IXMLDOMNode::get_firstChild))
+        return child;
+    while (node) {
+        if (const IXMLDOMNodePtr sibling = GetNeighbour(node, &IXMLDOMNode::get_nextSibling))
+            return sibling;
+        node = GetNeighbour(node, &IXMLDOMNode::get_parentNode);
+    }
+    return {};
+}
+
+IXMLDOMElementPtr NextElement(IXMLDOMNodePtr node) {
+    while ((node = NextNode(node)))
+        if (const IXMLDOMElementPtr element = node)
+            return element;
+    return {};
+}
+
+std::wstring ValueOf(IXMLDOMNode* attribute) {
+    _variant_t value;
+    Check(attribute->get_nodeValue(&value), attribute);
+    value.ChangeType(VT_BSTR);
+    return {V_BSTR(&value), SysStringLen(V_BSTR(&value))};
+}
+
+// Returns the names and values of the attributes.
+std::vector<std::pair<std::wstring, std::wstring>> AttributesOf(IXMLDOMElement* element) {
+    std::vector<std::pair<std::wstring, std::wstring>> attributes;
+    IXMLDOMNamedNodeMapPtr map;
+    long length = 0;
+    Check(element->get_attributes(&map), element);
+    Check(map->get_length(&length), map.GetInterfacePtr());
+    for (long i = 0; i < length; ++i) {
+        IXMLDOMNodePtr attribute;
+        CBstr name;
+        Check(map->get_item(i, &attribute), map.GetInterfacePtr());
+        Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
+        // A save adds the declarations that a copied element needs.
+        if (!IsNamespaceDeclaration(name.View()))
+            attributes.emplace_back(name.View(), ValueOf(attribute));
+    }
+    return attributes;
+}
+
+}  // namespace
+
+void NoteWrittenValue(std::wstring_view value) noexcept {
+    hasCriticalValues = hasCriticalValues || value.find_first_of(L"\t\n\r") != std::wstring_view::npos;
+}
+
+// In UTF-8, an attribute contains these characters only as character references.
+void NoteLoadedContent(std::string_view bytes) {
+    hasCriticalValues = hasCriticalValues || bytes.find("&#") != std::string_view::npos || !IsUtf8(bytes);
+}
+
+bool HasCriticalValues() noexcept {
+    return hasCriticalValues;
+}
+
+bool HaveEqualAttributes(IXMLDOMNode* left, IXMLDOMNode* right) {
+    IXMLDOMElementPtr leftElement = NextElement(left);
+    IXMLDOMElementPtr rightElement = NextElement(right);
+    while (leftElement && rightElement) {
+        if (AttributesOf(leftElement) != AttributesOf(rightElement))
+            return false;
+        leftElement = NextElement(leftElement);
+        rightElement = NextElement(rightElement);
+    }
+    return !leftElement && !rightElement;
+}
+
+}  // namespace ZOTDam
