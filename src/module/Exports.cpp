@@ -1,7 +1,9 @@
 // The eighteen exports. Each one checks its arguments, applies the rule for the all-zero scheme, calls the
 // operation and enumerates the result. The operations convert their own failures into results, which most
-// exports ignore (Compatibility: C1). Nothing is caught here, so that an exception from a client's OnItem
-// reaches that client (Compatibility: C10).
+// exports ignore (Compatibility: C1). Enumerations are not part of a try block, so that an exception from a
+// client's OnItem reaches that client (Compatibility: C10).
+
+#include <optional>
 
 #include "catalogue/FunctionBase.h"
 #include "catalogue/FunctionDefaults.h"
@@ -13,6 +15,7 @@
 #include "params/Differences.h"
 #include "params/SchemeReader.h"
 #include "params/SchemeWriter.h"
+#include "platform/FalseOnException.h"
 #include "xml/Documents.h"
 
 namespace ZOTDam {
@@ -29,6 +32,21 @@ template <class Record, class Callback>
 void Enumerate(const std::map<std::int32_t, Record>& records, Callback& callback) {
     for (const auto& [id, record] : records)
         callback.OnItem(id, &record);
+}
+
+// Collects items in a map and enumerates them. Without memory for the map, enumerates nothing: the maps of
+// some standard libraries allocate memory in their default constructors.
+template <class Map, class Collect, class Callback>
+void CollectAndEnumerate(Callback& callback, Collect collect) {
+    std::optional<Map> items;
+    const auto create = [&] {
+        items.emplace();
+        return true;
+    };
+    if (!FalseOnException(create))
+        return;
+    collect(*items);
+    Enumerate(*items, callback);
 }
 
 // Only four exports apply the rule for the all-zero scheme. Compatibility: C5.
@@ -67,9 +85,9 @@ bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback) {
 bool GetFunctionInfo(IGetFunctionInfoCallback* callback) {
     if (callback == nullptr || FunctionTable == nullptr)
         return false;
-    std::map<std::int32_t, FunctionRecord> functions;
-    CollectFunctionInfo(*FunctionTable, functions);
-    Enumerate(functions, *callback);
+    using Functions = std::map<std::int32_t, FunctionRecord>;
+    CollectAndEnumerate<Functions>(
+        *callback, [](Functions& functions) { CollectFunctionInfo(*FunctionTable, functions); });
     return true;
 }
 
@@ -83,20 +101,20 @@ bool AddFunctionDefault(const FunctionBaseHolder* holder) {
 bool GetParameter(const GUID* scheme, IGetParameterCallback* callback) {
     if (callback == nullptr || FunctionTable == nullptr)
         return false;
-    ParamMap params;
-    if (!IsZero(*scheme))
-        LoadSchemeParameters(*FunctionTable, *scheme, params);
-    Enumerate(params, *callback);
+    CollectAndEnumerate<ParamMap>(*callback, [scheme](ParamMap& params) {
+        if (!IsZero(*scheme))
+            LoadSchemeParameters(*FunctionTable, *scheme, params);
+    });
     return true;
 }
 
 bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback) {
     if (callback == nullptr || FunctionTable == nullptr)
         return false;
-    ParamMap params;
-    if (!IsZero(*scheme))
-        ReadDefaultSchemeParameters(*scheme, params);
-    Enumerate(params, *callback);
+    CollectAndEnumerate<ParamMap>(*callback, [scheme](ParamMap& params) {
+        if (!IsZero(*scheme))
+            ReadDefaultSchemeParameters(*scheme, params);
+    });
     return true;
 }
 
@@ -113,13 +131,14 @@ bool ResetDefault() {
 }
 
 bool TEVGetParam(const GUID* scheme) {
-    return FunctionTable != nullptr && ReloadCurrentValues(*FunctionTable, *scheme, CurrentParamCache);
+    return FunctionTable != nullptr && CurrentParamCache != nullptr &&
+           ReloadCurrentValues(*FunctionTable, *scheme, *CurrentParamCache);
 }
 
 bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value) {
-    if (CurrentParamCache.empty() || FunctionTable == nullptr)
+    if (FunctionTable == nullptr || CurrentParamCache == nullptr || CurrentParamCache->empty())
         return false;
-    return ReadCurrentValue(*FunctionTable, CurrentParamCache, position, *value);
+    return ReadCurrentValue(*FunctionTable, *CurrentParamCache, position, *value);
 }
 
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback) {

@@ -15,6 +15,25 @@ namespace {
 // be accessed.
 alignas(ParamMap) std::byte cacheStorage[sizeof(ParamMap)];
 
+// Returns null when the construction fails. The maps of some standard libraries allocate memory in their
+// default constructors, which `new (std::nothrow)` would let fail with an exception.
+template <class Object>
+Object* Create() noexcept {
+    try {
+        return new Object;
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+ParamMap* CreateCache() noexcept {
+    try {
+        return new (cacheStorage) ParamMap;
+    } catch (...) {
+        return nullptr;
+    }
+}
+
 template <class Object>
 void Delete(Object*& global) noexcept {
     delete std::exchange(global, nullptr);
@@ -22,10 +41,10 @@ void Delete(Object*& global) noexcept {
 
 }  // namespace
 
-CSpecSchemeReader* SpecSchemeReader = new (std::nothrow) CSpecSchemeReader;
-CCommonSettingStore* CommonSettingStore = new (std::nothrow) CCommonSettingStore;
-CFunctionTable* FunctionTable = new (std::nothrow) CFunctionTable;
-ParamMap& CurrentParamCache = *new (cacheStorage) ParamMap;
+CSpecSchemeReader* SpecSchemeReader = Create<CSpecSchemeReader>();
+CCommonSettingStore* CommonSettingStore = Create<CCommonSettingStore>();
+CFunctionTable* FunctionTable = Create<CFunctionTable>();
+ParamMap* const CurrentParamCache = CreateCache();
 
 void ReleaseGlobals() noexcept {
     Delete(FunctionTable);
@@ -37,7 +56,8 @@ namespace {
 
 const CUnloadGuard ReleaseGuard{[]() noexcept {
     ReleaseGlobals();
-    std::destroy_at(&CurrentParamCache);
+    if (CurrentParamCache != nullptr)
+        std::destroy_at(CurrentParamCache);
 }};
 
 }  // namespace

@@ -14,8 +14,9 @@ extern CSpecSchemeReader* SpecSchemeReader;
 extern CCommonSettingStore* CommonSettingStore;
 extern CFunctionTable* FunctionTable;
 
-// The parameters that TEVGetParam has loaded. ReleaseGlobals does not remove them. Compatibility: C8.
-extern ParamMap& CurrentParamCache;
+// The parameters that TEVGetParam has loaded. ReleaseGlobals does not remove them (Compatibility: C8). Null
+// when the allocation at load failed.
+extern ParamMap* const CurrentParamCache;
 
 // Deletes the first three objects. Further calls have no effect.
 void ReleaseGlobals() noexcept;

@@ -7,8 +7,10 @@
 #include <set>
 #include <utility>
 
+#include "support/EveryExport.h"
 #include "support/ExportCalls.h"
 #include "support/HookedDll.h"
+#include "support/LoadHook.h"
 #include "support/Stress.h"
 
 namespace ZOTDam::Test {
@@ -183,10 +185,14 @@ void PrintTo(const Injections& injections, std::ostream* out) {
     *out << injections.atFirstUse << " at the first use, " << injections.atLaterUse << " at a later one";
 }
 
+// The DLL with maps whose constructors allocate memory.
+constexpr wchar_t AllocatingDll[] = L"allocating\\ZOTDam.dll";
+
 struct Case {
     std::string name;
     AllocationFailure kind;
     Use use;
+    std::filesystem::path dll = L"ZOTDam.dll";
 };
 
 void PrintTo(const Case& testCase, std::ostream* out) {
@@ -201,11 +207,19 @@ std::vector<Case> Cases() {
     return cases;
 }
 
+std::vector<Case> CasesWithAllocatingMaps() {
+    const AllocationFailure memory = {"Memory", &AllocationFailures::FailMemory};
+    std::vector<Case> cases;
+    for (const Use& use : uses)
+        cases.push_back({use.name, memory, use, AllocatingDll});
+    return cases;
+}
+
 // A freshly loaded DLL whose calls can be made to fail. At the end, the DLL must have released every
 // reference and freed all memory.
 class Session {
 public:
-    explicit Session(const AllocationFailure& kind) {
+    explicit Session(const AllocationFailure& kind, const std::filesystem::path& dll) : watched{dll} {
         HeapAllocations::Track(Dll().Handle());
         kind.install(watched.Imports());
     }
@@ -245,7 +259,7 @@ protected:
     void SetUp() override {
         const auto [known, isNew] = knownFiles.try_emplace(use.name);
         if (isNew) {
-            const Session session{noFailure};
+            const Session session{noFailure, GetParam().dll};
             use.call.before(session.Dll());
             EXPECT_EQ(Call(session), whole);
             known->second = Files();
@@ -342,13 +356,15 @@ private:
 };
 
 INSTANTIATE_TEST_SUITE_P(, AllocationFailureTest, testing::ValuesIn(Cases()), CaseName<Case>);
+INSTANTIATE_TEST_SUITE_P(AllocatingMaps, AllocationFailureTest, testing::ValuesIn(CasesWithAllocatingMaps()),
+                         CaseName<Case>);
 
 TEST_P(AllocationFailureTest, FirstUseSurvivesFailure) {
     for (const bool lasts : {false, true}) {
         bool hasFailed = true;
         for (int call = 1; hasFailed; call += Step(lasts)) {
             SCOPED_TRACE(call);
-            const Session session{kind};
+            const Session session{kind, GetParam().dll};
             hasFailed = CallWithFailure(session, call, lasts);
             InjectionsOf(&Injections::atFirstUse) += hasFailed;
             // Data that could not be read at the first use is read again only after the library is reloaded.
@@ -359,7 +375,7 @@ TEST_P(AllocationFailureTest, FirstUseSurvivesFailure) {
 }
 
 TEST_P(AllocationFailureTest, LaterUseSurvivesFailure) {
-    const Session session{kind};
+    const Session session{kind, GetParam().dll};
     Prepare(session);
     EXPECT_EQ(Call(session), whole);
     for (const bool lasts : {false, true})
@@ -369,6 +385,35 @@ TEST_P(AllocationFailureTest, LaterUseSurvivesFailure) {
             Prepare(session);
             EXPECT_EQ(Call(session), whole);
         }
+}
+
+// ---- Loading ----
+
+class LoadingFailureTest : public ExportCallsTest, public testing::WithParamInterface<const wchar_t*> {};
+
+INSTANTIATE_TEST_SUITE_P(Dll, LoadingFailureTest, testing::Values(L"ZOTDam.dll"));
+INSTANTIATE_TEST_SUITE_P(AllocatingMaps, LoadingFailureTest, testing::Values(AllocatingDll));
+
+// The exports of a library that could not create its global objects return their failure values.
+TEST_P(LoadingFailureTest, LoadingSurvivesAllocationFailure) {
+    bool hasFailed = true;
+    for (int call = 1; hasFailed; ++call) {
+        SCOPED_TRACE(call);
+        std::optional<FailingCall> failure;
+        const LoadHook hook{[&](HMODULE dll) {
+            HeapAllocations::Reset();
+            PatchPermanently(dll, "malloc", &AllocationFailures::Malloc);
+            PatchPermanently(dll, "free", &HeapAllocations::Free);
+            failure.emplace(call, false);
+        }};
+        {
+            const Library dll{Library::ProgramFolder() / GetParam()};
+            hasFailed = FailingCall::HasFailed();
+            failure.reset();
+            CallEveryExport(dll, Balanced);
+        }
+        EXPECT_EQ(HeapAllocations::Count(), 0u);
+    }
 }
 
 }  // namespace ZOTDam::Test

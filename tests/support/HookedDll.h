@@ -10,7 +10,8 @@ namespace ZOTDam::Test {
 class HookedDll {
 public:
     // The display supports only a rate of 60.
-    HookedDll() {
+    explicit HookedDll(const std::filesystem::path& file = L"ZOTDam.dll")
+        : dll{Library::ProgramFolder() / file} {
         imports.Patch("FlushFileBuffers", &DoNotFlush);
         imports.Patch(
             "EnumDisplaySettingsW", +[](LPCWSTR, DWORD number, DEVMODEW* mode) WINAPI -> BOOL {
