@@ -35,7 +35,7 @@ bool IsDiskFull(DWORD error) noexcept {
 
 HANDLE OpenToDelete(const std::wstring& path) noexcept {
     return CreateFileW(path.c_str(), DELETE | FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
+                       DoNotFollowLinks, nullptr);
 }
 
 // Deletes a file unless a process has it open.
@@ -77,7 +77,7 @@ class CTemporaryFile : public CFile {
 public:
     CTemporaryFile(const std::wstring& target, DWORD targetAttributes) : CFile{INVALID_HANDLE_VALUE} {
         CAccessRights rights{target};
-        const DWORD flags = AttributesForCopy(targetAttributes) | FILE_FLAG_WRITE_THROUGH;
+        const DWORD flags = AttributesForCopy(targetAttributes) | FILE_FLAG_WRITE_THROUGH | DoNotFollowLinks;
         for (const std::wstring_view extension : TemporaryExtensions) {
             path = WithExtension(target, extension);
             Open(CreateFileW(path.c_str(), TemporaryFileAccess, 0, rights.ForNewFile(), CREATE_NEW, flags,
@@ -98,7 +98,7 @@ public:
             FALSE)
             return true;
         const DWORD moveError = GetLastError();
-        Open(CreateFileW(path.c_str(), TemporaryFileAccess, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+        Open(CreateFileW(path.c_str(), TemporaryFileAccess, 0, nullptr, OPEN_EXISTING, DoNotFollowLinks,
                          nullptr));
         SetLastError(moveError);
         return false;
@@ -194,9 +194,10 @@ bool WriteWithRedoFile(CTemporaryFile& temporaryFile, const std::wstring& path, 
 // Not atomic: if the process ends in this function, the file has mixed content. After a write error, the old
 // content is restored.
 bool WriteWithoutProtection(const std::wstring& path, std::string_view content) {
-    CFile file{CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
-                           FILE_ATTRIBUTE_NORMAL, nullptr)};
+    const HANDLE opened = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                      OPEN_ALWAYS, DoNotFollowLinks, nullptr);
     const bool isNew = GetLastError() == ERROR_SUCCESS;
+    CFile file{RejectLink(opened)};
     std::string old;
     if (!file.IsOpen() || !file.Read(old))
         return false;
@@ -231,8 +232,10 @@ bool Redo(const std::wstring& path, std::string_view content) {
 
 bool ReplaceAtomically(const std::wstring& path, std::string_view content) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    // Some systems let a rename replace a read-only file.
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+    // Some systems let a rename replace a read-only file. A link is not replaced either, because it may name
+    // a file that this process can write and the user cannot.
+    constexpr DWORD rejected = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_REPARSE_POINT;
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & rejected) != 0)
         return false;
     DeleteLeftOverFiles(path);
     CTemporaryFile temporaryFile{path, attributes};
@@ -249,14 +252,18 @@ bool ReplaceAtomically(const std::wstring& path, std::string_view content) {
 }
 
 bool HasRedoFile(const std::wstring& path) {
-    return !path.empty() && IsFile(RedoFileFor(path));
+    if (path.empty())
+        return false;
+    const DWORD attributes = GetFileAttributesW(RedoFileFor(path).c_str());
+    constexpr DWORD rejected = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & rejected) == 0;
 }
 
 bool CompleteInterruptedWrite(const std::wstring& path) {
     if (!HasRedoFile(path))
         return false;
-    CFile redoFile{CreateFileW(RedoFileFor(path).c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING,
-                               FILE_ATTRIBUTE_NORMAL, nullptr)};
+    CFile redoFile{RejectLink(CreateFileW(RedoFileFor(path).c_str(), GENERIC_READ | DELETE, 0, nullptr,
+                                          OPEN_EXISTING, DoNotFollowLinks, nullptr))};
     std::string content;
     if (!redoFile.IsOpen() || !redoFile.Read(content))
         return false;
@@ -269,6 +276,9 @@ bool CompleteInterruptedWrite(const std::wstring& path) {
 }
 
 bool CopyAndFlush(const std::wstring& source, const std::wstring& target) noexcept {
+    // CopyFileW would write to the file that a link names.
+    if (IsLink(GetFileAttributesW(target.c_str())))
+        return false;
     // A read-only or hidden file is not overwritten.
     SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
     if (CopyFileW(source.c_str(), target.c_str(), FALSE) == FALSE)

@@ -67,8 +67,18 @@ HANDLE OpenForReading(const std::wstring& path) noexcept {
 }
 
 HANDLE OpenForWriting(const std::wstring& path) noexcept {
-    return CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    return RejectLink(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                  OPEN_EXISTING, DoNotFollowLinks, nullptr));
+}
+
+HANDLE RejectLink(HANDLE file) noexcept {
+    FILE_BASIC_INFO information;
+    if (file == INVALID_HANDLE_VALUE ||
+        (GetFileInformationByHandleEx(file, FileBasicInfo, &information, sizeof information) != FALSE &&
+         !IsLink(information.FileAttributes)))
+        return file;
+    CloseHandle(file);
+    return INVALID_HANDLE_VALUE;
 }
 
 }  // namespace ZOTDam

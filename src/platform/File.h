@@ -49,6 +49,10 @@ private:
     HANDLE handle;
 };
 
+// A flag of CreateFileW for each file that is opened to write, rename or delete it. It opens a link at the
+// path, not the file that the link names, which can be a file of another user.
+inline constexpr DWORD DoNotFollowLinks = FILE_FLAG_OPEN_REPARSE_POINT;
+
 // Returns false also for a folder.
 bool IsFile(const std::wstring& path) noexcept;
 
@@ -58,7 +62,15 @@ bool IsFile(const std::wstring& path) noexcept;
 HANDLE OpenForReading(const std::wstring& path) noexcept;
 
 // Opens an existing file for reading and writing. While it is open, other programs can only read the file.
-// Returns INVALID_HANDLE_VALUE when the file cannot be opened.
+// Returns INVALID_HANDLE_VALUE when the file cannot be opened or is a link.
 HANDLE OpenForWriting(const std::wstring& path) noexcept;
+
+// Returns an opened file. Closes it and returns INVALID_HANDLE_VALUE when it is a link.
+HANDLE RejectLink(HANDLE file) noexcept;
+
+// Returns whether the attributes are those of an existing link, such as a symbolic link or a junction.
+constexpr bool IsLink(DWORD attributes) noexcept {
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
 
 }  // namespace ZOTDam

@@ -123,8 +123,9 @@ public:
     ~SaveCalls() { current = nullptr; }
 
     std::vector<SaveCall> made;
-    std::vector<std::filesystem::path> created;  // the names that a temporary file was created with
-    ULONGLONG time = 0;                          // in milliseconds; passes only while the DLL sleeps
+    std::vector<std::filesystem::path> created;   // the names that a temporary file was created with
+    std::vector<std::filesystem::path> followed;  // opened in a way that follows links
+    ULONGLONG time = 0;                           // in milliseconds; passes only while the DLL sleeps
     ULONGLONG minimumSleep = 0;
 
     // Runs before a call. The call fails with the error that the function returns, unless it is
@@ -167,6 +168,8 @@ private:
             return open();
         if (disposition == CREATE_NEW)
             current->created.emplace_back(path);
+        if ((flags & FILE_FLAG_OPEN_REPARSE_POINT) == 0)
+            current->followed.emplace_back(path);
         return Run(KindOfOpening(access, disposition), INVALID_HANDLE_VALUE, open);
     }
 
