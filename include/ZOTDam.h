@@ -425,6 +425,12 @@ static_assert(offsetof(SpecSchemeRecord, subGroups) == 1592);
 // An export that enumerates items calls OnItem once for each item, on the caller's thread, before the export
 // returns. A C client passes a pointer to a struct. The struct's first member points to a table of function
 // pointers, and the first entry of the table is OnItem.
+//
+// OnItem may throw an exception to end the enumeration. The exception reaches the client after the library
+// has freed the items, if the same compiler built both: mingw-w64 (g++ or clang) or MSVC. Otherwise, OnItem
+// must not throw, because the items would not be freed or the process would end. A C client must not leave
+// OnItem with longjmp. With the option /EHsc, MSVC assumes that extern "C" functions do not throw, so the
+// exports that call OnItem are declared with noexcept(false). Compatibility: C10.
 
 struct IGetFunctionBaseCallback {
     virtual void OnItem(const FunctionBaseRecord* record) = 0;
@@ -477,17 +483,17 @@ std::uint32_t GetFuncCount();
 // Enumerates the functions of the base catalogue in file order. If a function cannot be read, enumerates only
 // the functions before it. Returns false for a null callback or after ZOTDamExit, otherwise true.
 // Compatibility: C20, C22.
-bool GetFunctionBase(IGetFunctionBaseCallback* callback);
+bool GetFunctionBase(IGetFunctionBaseCallback* callback) noexcept(false);
 
 // Enumerates the functions of the base catalogue that are missing from the catalogue. Enumerates nothing when
 // the catalogue cannot be loaded or when a function of the base catalogue cannot be read. The return value is
 // the same as for GetFunctionBase. Compatibility: C22.
-bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
+bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback) noexcept(false);
 
 // Enumerates the functions of the catalogue by ascending id. Their names, groups and labels are texts of the
 // string table in the user's language, or the key if the string table has no text for it. The return value is
 // the same as for GetFunctionBase. Compatibility: C27, C46.
-bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
+bool GetFunctionInfo(IGetFunctionInfoCallback* callback) noexcept(false);
 
 // Replaces all functions in the defaults file with the holder's records and saves the file. Skips a record
 // without command items. If a record cannot be written, saves only the records before it. If the catalogue is
@@ -502,11 +508,11 @@ bool AddFunctionDefault(const FunctionBaseHolder* holder);
 // Function 7 or 8 is left out unless the primary display supports both refresh rates of this function.
 // Enumerates nothing for the all-zero GUID. Returns false for a null callback or after ZOTDamExit. Otherwise
 // returns true, even when nothing could be read. Compatibility: C5, C30, C31, C36.
-bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
+bool GetParameter(const GUID* scheme, IGetParameterCallback* callback) noexcept(false);
 
 // Enumerates the default parameters of a scheme by ascending function id. Enumerates nothing for the all-zero
 // GUID. The return value is the same as for GetParameter. Compatibility: C5, C34.
-bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback);
+bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback) noexcept(false);
 
 // Stores the holder's parameters for a scheme in the user settings file. The parameters of other functions do
 // not change. Does nothing for the all-zero GUID. Returns false for a null holder, for an empty map, or after
@@ -536,7 +542,7 @@ bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value);
 // then in file order. The options of a command are those that the parameters select, or 0 for a parameter
 // that selects no option. Enumerates nothing for the all-zero GUID. The return value is the same as for
 // GetParameter. Compatibility: C5, C43, C44.
-bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
+bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback) noexcept(false);
 
 // Lists the functions whose parameters differ between two schemes, for one power source (mode 1: AC, mode 2:
 // DC). `names` and `values` are buffers of TextCapacity UTF-16 code units. `names` receives a line "- name"
@@ -551,7 +557,7 @@ bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, std::uint32_t mod
 // Enumerates the spec schemes of the base catalogue in file order. Skips a spec scheme if it, one of its
 // subgroups or one of its settings is missing an attribute. Skips each spec scheme, subgroup or setting that
 // has a malformed GUID. The return value is the same as for GetFunctionBase. Compatibility: C49.
-bool GetSpecScheme(IGetSpecSchemeCallback* callback);
+bool GetSpecScheme(IGetSpecSchemeCallback* callback) noexcept(false);
 
 // Copies the named common setting into `value`, a buffer of TextCapacity UTF-16 code units. Searches the user
 // settings first, then the defaults, then the base catalogue. The name is case-sensitive. An empty value is
@@ -560,11 +566,11 @@ bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 // Compatibility: C51.
 bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
-// Stores a common setting in the user settings file. The name must be an XML name without a colon and must
-// not be "xmlns". The value must contain only characters that XML 1.0 allows. Returns false for null or
-// invalid arguments, when the file cannot be written, or after ZOTDamExit. If another process holds the busy
-// marker of the file, or if the file could not be read, the setting stays in memory only and the export
-// returns true. Compatibility: C3, C51.
+// Stores a common setting in the user settings file. The name must be an XML name without a colon, as the
+// fourth edition of XML 1.0 defines it, and must not be "xmlns". The value must contain only characters that
+// XML 1.0 allows. Returns false for null or invalid arguments, when the file cannot be written, or after
+// ZOTDamExit. If another process holds the busy marker of the file, or if the file could not be read, the
+// setting stays in memory only and the export returns true. Compatibility: C3, C51.
 bool SetCommonSetting(const wchar_t* name, const wchar_t* value);
 
 // Replaces the common settings of the defaults file with those of the base catalogue and saves the file.

@@ -63,6 +63,12 @@ def check_compatibility():
         check(f'C{number} has a reason and a test', problems)
 
 
+def check_header():
+    exports = re.findall(r'^bool (\w+)\(([^)]*)\)([^;]*);', read('include/ZOTDam.h'), re.M)
+    check('the exports that call OnItem are declared with noexcept(false)',
+          [name for name, parameters, rest in exports if 'Callback' in parameters and 'noexcept(false)' not in rest])
+
+
 def anchors(path):
     """Returns the fragments of the headings of a page, as GitHub makes them."""
     headings = re.findall(r'^#+ +(.+?) *$', CODE_BLOCK.sub('', read(path)), re.M)
@@ -98,6 +104,7 @@ def check_suites(pages):
 def main():
     pages = sorted(path for path in pathlib.Path().rglob('*.md') if path.parts[0] != 'build')
     check_compatibility()
+    check_header()
     for page in pages:
         check_page(page)
     check_suites(pages)
