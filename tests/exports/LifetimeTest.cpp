@@ -191,24 +191,25 @@ void UnloadAsComDoes(HMODULE module) {
         FreeLibrary(module);
 }
 
-bool FreeAfterComHasUnloadedDom(Client& client) {
-    std::optional<ComApartment> com{COINIT_MULTITHREADED};
-    client.Load();
-    const bool isRight = client.Use(8);
-    const HMODULE dom = ModuleOfDom();
-    com.reset();
-    UnloadAsComDoes(dom);
-    return client.Free() && isRight;
+// The loader handles an access violation that occurs while it unloads a module, so the process does not end.
+bool hasAccessViolation = false;
+
+LONG WINAPI NoteAccessViolation(EXCEPTION_POINTERS* exception) {
+    hasAccessViolation = hasAccessViolation || exception->ExceptionRecord->ExceptionCode ==
+                                                   static_cast<DWORD>(EXCEPTION_ACCESS_VIOLATION);
+    return EXCEPTION_CONTINUE_SEARCH;
 }
 
-bool ExitAfterComHasUnloadedDom(Client& client) {
-    std::optional<ComApartment> com{COINIT_APARTMENTTHREADED};
+template <COINIT Apartment, bool CallsExit>
+bool FreeAfterComHasUnloadedDom(Client& client) {
+    std::optional<ComApartment> com{Apartment};
     client.Load();
     const bool isRight = client.Use(8);
     const HMODULE dom = ModuleOfDom();
     com.reset();
     UnloadAsComDoes(dom);
-    return client.Exit() && client.Free() && isRight;
+    AddVectoredExceptionHandler(1, &NoteAccessViolation);
+    return (!CallsExit || client.Exit()) && client.Free() && !hasAccessViolation && isRight;
 }
 
 bool FreeWithoutExitOrCom(Client& client) {
@@ -273,8 +274,8 @@ bool ExitWhileAnotherThreadWorks(Client& client) {
 
 const std::map<std::wstring, Sequence> Sequences = {
     {L"EachStepOnNewThread", PassFromThreadToThread},
-    {L"FreedAfterComHasUnloadedDom", FreeAfterComHasUnloadedDom},
-    {L"ExitAfterComHasUnloadedDom", ExitAfterComHasUnloadedDom},
+    {L"FreedAfterComHasUnloadedDom", FreeAfterComHasUnloadedDom<COINIT_MULTITHREADED, false>},
+    {L"ExitAfterComHasUnloadedDom", FreeAfterComHasUnloadedDom<COINIT_APARTMENTTHREADED, true>},
     {L"FreedOnThreadWithoutCom", FreeWithoutExitOrCom},
     {L"MtaOfOtherThread", UseMtaOfAnotherThread},
     {L"ReloadedInOtherApartment", UseInAnotherApartment},
