@@ -228,7 +228,7 @@ TEST_F(AllZeroSchemeTest, ZeroSchemeCallsCreateNoDocument) {
 TEST_F(AllZeroSchemeTest, TEVGetParamLoadsAndStoresZeroScheme) {
     EXPECT_TRUE(Dll().TEVGetParam(&AllZero));
     EXPECT_EQ(UserSettings(),
-              NewUserFile(NewScheme(AllZeroText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5))));
+              SavedXml{NewUserFile(NewScheme(AllZeroText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)))});
 }
 
 TEST_F(AllZeroSchemeTest, HalfZeroGuidIsOrdinaryScheme) {

@@ -128,7 +128,7 @@ TEST_P(UnreadableFileTest, ReadCopiesUnreadableUserSettingsAndStoresDefaults) {
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
     EXPECT_EQ(ReadFile(KeptFile()), GetParam().xml);
     EXPECT_EQ(UserSettings(),
-              NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5))));
+              SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)))});
 }
 
 TEST_P(UnreadableFileTest, WriteCopiesUnreadableUserSettingsBeforeReplacing) {
@@ -288,8 +288,9 @@ TEST_F(BadInputTest, RootOfAnyNameIsReadAndKept) {
                       "</PowerSchemes></Other>");
     EXPECT_EQ(Dll().GetFuncCount(), 1u);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
-    EXPECT_EQ(UserSettings(), "<Other><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 11, 12)) +
-                                  "</PowerSchemes></Other>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<Other><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 11, 12)) +
+                       "</PowerSchemes></Other>\n"});
 }
 
 TEST_F(BadInputTest, RootNamedFunctionsIsNotReadAsSection) {
@@ -308,10 +309,10 @@ TEST_F(BadInputTest, UnknownContentOfUserSettingsSurvivesSave) {
                       OldScheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
                       "</PowerSchemes><CommonSettings S=\"t\"/></R>");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
-    EXPECT_EQ(UserSettings(), R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
-                                  OldScheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
-                                  NewScheme(BalancedText, NewFunction(1, 11, 12)) +
-                                  "</PowerSchemes><CommonSettings S=\"t\"/></R>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{R"(<R v="1"><!--mine--><Mine a="1"><b/></Mine><PowerSchemes x="y">)" +
+                                       OldScheme(HighPerformanceText, R"(<Function ID="1" Mine="z"/>)") +
+                                       NewScheme(BalancedText, NewFunction(1, 11, 12)) +
+                                       "</PowerSchemes><CommonSettings S=\"t\"/></R>\n"});
 }
 
 TEST_F(BadInputTest, SectionsOfWrongKindAreIgnored) {

@@ -149,7 +149,7 @@ TEST_F(BusyMarkerTest, FileIsWrittenWhileMarkerExists) {
     };
     calls.beforeClose = [&] {
         EXPECT_TRUE(MarkerExists(UserMarker));
-        EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6))));
+        EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6)))});
     };
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(calls.created, (Names{UserMarker}));
@@ -205,7 +205,7 @@ TEST_F(BusyMarkerTest, WriteIsSavedAfterMarkerHolderEnds) {
     }
     EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + OldFunction(2, 7, 8))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + OldFunction(2, 7, 8)))});
 }
 
 TEST_F(BusyMarkerTest, UnownedMarkerOfSameProcessMakesFileBusy) {
@@ -234,7 +234,7 @@ TEST_F(BusyMarkerTest, UserMarkerDoesNotBlockReadingDefaults) {
 TEST_F(BusyMarkerTest, DefaultsMarkerDoesNotBlockSavingUserSettings) {
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6))));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 5, 6)))});
 }
 
 TEST_F(BusyMarkerTest, DefaultsBusyAtFirstLoadStayUnread) {
@@ -270,7 +270,7 @@ TEST_F(BusyMarkerTest, FileBusyDuringLoadIsSavedFromMemory) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(calls.opened.size(), 2u);
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 52, 53))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 52, 53)))});
     EXPECT_TRUE(calls.openHandles.empty());
 }
 
@@ -312,7 +312,7 @@ TEST_F(UnsavedChangeTest, NextSaveWithoutLoadWritesUnsavedChange) {
     calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 7, 8))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 7, 8)))});
 }
 
 TEST_F(UnsavedChangeTest, NextUseWithoutFileDiscardsUnsavedChange) {
@@ -331,10 +331,11 @@ TEST_F(BusyMarkerTest, WriteUpdatesUntilFunctionWithoutIdThenAppends) {
     MarkerCalls calls{Dll().Handle()};
     calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(HighPerformance, {{1, {2, 3}}}));
-    EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(5, 50, 51) + "<Function/>" +
-                                                      OldFunction(6, 1, 1) + NewFunction(6, 60, 61)) +
-                          NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(5, 50, 51) + "<Function/>" +
+                                                         OldFunction(6, 1, 1) + NewFunction(6, 60, 61)) +
+                             NewScheme(HighPerformanceText, NewFunction(1, 2, 3)))});
 }
 
 TEST_F(BusyMarkerTest, FirstFunctionWithoutIdMakesWriteAppendEverything) {
@@ -346,9 +347,10 @@ TEST_F(BusyMarkerTest, FirstFunctionWithoutIdMakesWriteAppendEverything) {
     MarkerCalls calls{Dll().Handle()};
     calls.BeBusyAtOpen(1);
     EXPECT_TRUE(SetParameter(HighPerformance, {{1, {2, 3}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, functions + NewFunction(3, 30, 31) +
-                                                                      NewFunction(5, 50, 51)) +
-                                          NewScheme(HighPerformanceText, NewFunction(1, 2, 3))));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{OldUserFile(
+                  OldScheme(BalancedText, functions + NewFunction(3, 30, 31) + NewFunction(5, 50, 51)) +
+                  NewScheme(HighPerformanceText, NewFunction(1, 2, 3)))});
 }
 
 // ---- Results of OpenMutex and CreateMutex ----

@@ -173,18 +173,20 @@ TEST_F(CClientTest, CClientReplacesFunctionsWithNodes) {
     input.defaultNode = defaults.get();
     WriteDefaults(TwoFunctions);
     EXPECT_EQ(Call("AddFunctionDefault"), "true\n");
-    EXPECT_EQ(Defaults(),
-              OldDefaults(WrittenWith(1, WrittenCommand(11) + WrittenCommand(12) + WrittenCommand(13),
-                                      "<Display/><Default A=\"1\"/>") +
-                          WrittenWith(2, WrittenCommand(21))));
+    EXPECT_EQ(
+        Defaults(),
+        SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(11) + WrittenCommand(12) + WrittenCommand(13),
+                                         "<Display/><Default A=\"1\"/>") +
+                             WrittenWith(2, WrittenCommand(21)))});
 }
 
 TEST_F(CClientTest, CClientReplacesFunctionsWithoutNodes) {
     WriteDefaults(TwoFunctions);
     input.recordCount = 1;
     EXPECT_EQ(Call("AddFunctionDefault"), "true\n");
-    EXPECT_EQ(Defaults(),
-              OldDefaults(WrittenWith(1, WrittenCommand(11) + WrittenCommand(12) + WrittenCommand(13))));
+    EXPECT_EQ(
+        Defaults(),
+        SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(11) + WrittenCommand(12) + WrittenCommand(13)))});
 }
 
 TEST_F(CClientTest, EmptyFunctionListIsRejected) {

@@ -339,7 +339,7 @@ TEST_F(CommandInfoTest, StoredSchemeValuesOverrideDefaults) {
 TEST_F(CommandInfoTest, FirstReadOfSchemeAdoptsAndStoresDefaults) {
     WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 1))));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 1)))});
 }
 
 TEST_F(CommandInfoTest, IncompleteSchemeIsCompletedAndStored) {
@@ -347,7 +347,7 @@ TEST_F(CommandInfoTest, IncompleteSchemeIsCompletedAndStored) {
     WriteBalanced(OldFunction(1, 0, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 110, 120}, {2, 212, 221}}));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + NewFunction(2, 2, 1))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + NewFunction(2, 2, 1)))});
 }
 
 TEST_F(CommandInfoTest, SchemeIsReadAgainForEachCall) {
@@ -430,7 +430,7 @@ TEST_F(CommandInfoTest, EmptySchemeSelectsFirstFunctionWithCommands) {
                    CommandingFunction(3, Command(6)));
     WriteSchemes(scheme);
     EXPECT_EQ(ResolveCommands(), (Resolved{{4, 210, 220}, {5, 210, 220}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(scheme));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(scheme)});
 }
 
 TEST_F(CommandInfoTest, EmptySchemeStaysEmpty) {

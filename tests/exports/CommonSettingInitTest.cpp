@@ -30,21 +30,22 @@ TEST_F(CommonSettingInitTest, InitLeavesOnlyBaseSettings) {
     WriteBaseValues(R"(A="base" B="2")");
     WriteDefaults(R"(<ZOTDefault><CommonSettings A="old" Extra="x"/></ZOTDefault>)");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault><CommonSettings A=\"base\" B=\"2\"/></ZOTDefault>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<ZOTDefault><CommonSettings A=\"base\" B=\"2\"/></ZOTDefault>\n"});
 }
 
 TEST_F(CommonSettingInitTest, InitAddsMissingSection) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(R"(<ZOTDefault><Functions/></ZOTDefault>)");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault><Functions/><CommonSettings A=\"base\"/></ZOTDefault>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<ZOTDefault><Functions/><CommonSettings A=\"base\"/></ZOTDefault>\n"});
 }
 
 TEST_F(CommonSettingInitTest, InitAppendsSectionAsLastChild) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults(R"(<ZOTDefault><CommonSettings/><Functions/><Other/></ZOTDefault>)");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault><Functions/><Other/><CommonSettings A=\"base\"/></ZOTDefault>\n");
+    EXPECT_EQ(Defaults(),
+              SavedXml{"<ZOTDefault><Functions/><Other/><CommonSettings A=\"base\"/></ZOTDefault>\n"});
 }
 
 TEST_F(CommonSettingInitTest, InitRemovesOnlyFirstOldSection) {
@@ -52,9 +53,10 @@ TEST_F(CommonSettingInitTest, InitRemovesOnlyFirstOldSection) {
     WriteDefaults(
         R"(<ZOTDefault><CommonSettings A="1"/><CommonSettings A="2"/><CommonSettings A="3"/></ZOTDefault>)");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(),
-              "<ZOTDefault><CommonSettings A=\"2\"/><CommonSettings A=\"3\"/><CommonSettings A=\"base\"/>"
-              "</ZOTDefault>\n");
+    EXPECT_EQ(
+        Defaults(),
+        SavedXml{"<ZOTDefault><CommonSettings A=\"2\"/><CommonSettings A=\"3\"/><CommonSettings A=\"base\"/>"
+                 "</ZOTDefault>\n"});
     EXPECT_EQ(Setting(L"A"), L"2");
 }
 
@@ -64,20 +66,20 @@ TEST_F(CommonSettingInitTest, NamespacedAndNestedSectionsAreNotRemoved) {
         "<CommonSettings xmlns=\"urn:x\" A=\"1\"/><Other><CommonSettings A=\"2\"/></Other>";
     WriteDefaults("<ZOTDefault>" + others + "</ZOTDefault>");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault>" + others + "<CommonSettings A=\"base\"/></ZOTDefault>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<ZOTDefault>" + others + "<CommonSettings A=\"base\"/></ZOTDefault>\n"});
 }
 
 TEST_F(CommonSettingInitTest, InitCreatesMissingDefaultsFile) {
     WriteBaseValues(R"(A="base")");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
+    EXPECT_EQ(Defaults(), SavedXml{NewFile});
 }
 
 TEST_F(CommonSettingInitTest, InitCreatesDefaultsFileAfterRead) {
     WriteBaseValues(R"(A="base")");
     EXPECT_EQ(Setting(L"A"), L"base");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
+    EXPECT_EQ(Defaults(), SavedXml{NewFile});
 }
 
 TEST_F(CommonSettingInitTest, InitKeepsAllOtherContent) {
@@ -89,7 +91,7 @@ TEST_F(CommonSettingInitTest, InitKeepsAllOtherContent) {
         "<!--note-->";
     WriteDefaults(before + "<CommonSettings A=\"old\"/></Any>\n<!--tail-->\n");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), before + "<CommonSettings A=\"base\"/></Any>\n<!--tail-->\n");
+    EXPECT_EQ(Defaults(), SavedXml{before + "<CommonSettings A=\"base\"/></Any>\n<!--tail-->\n"});
 }
 
 TEST_F(CommonSettingInitTest, InitKeepsCatalogue) {
@@ -107,7 +109,7 @@ TEST_F(CommonSettingInitTest, EmptyBaseSectionIsCopied) {
     WriteBase("<ZOTBase><CommonSettings/></ZOTBase>");
     WriteDefaults(R"(<ZOTDefault><CommonSettings A="old"/></ZOTDefault>)");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault><CommonSettings/></ZOTDefault>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<ZOTDefault><CommonSettings/></ZOTDefault>\n"});
 }
 
 TEST_F(CommonSettingInitTest, AllContentOfBaseSectionIsCopied) {
@@ -117,7 +119,7 @@ TEST_F(CommonSettingInitTest, AllContentOfBaseSectionIsCopied) {
     WriteBase("<ZOTBase>" + section + "</ZOTBase>");
     WriteDefaults("<ZOTDefault/>");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault>" + section + "</ZOTDefault>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<ZOTDefault>" + section + "</ZOTDefault>\n"});
 }
 
 TEST_F(CommonSettingInitTest, NamespacesOfCopiedNamesAreDeclared) {
@@ -133,7 +135,7 @@ TEST_F(CommonSettingInitTest, OnlyFirstBaseSectionIsCopied) {
     WriteBase(R"(<B xmlns:x="urn:x"><x:CommonSettings A="0"/><X><CommonSettings A="1"/></X>)"
               R"(<CommonSettings A="base"/><CommonSettings A="3"/></B>)");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
+    EXPECT_EQ(Defaults(), SavedXml{NewFile});
 }
 
 TEST_F(CommonSettingInitTest, ThousandSettingsAreCopied) {
@@ -182,7 +184,7 @@ TEST_F(CommonSettingInitTest, NotWellFormedDefaultsAreCopiedAndReplaced) {
     WriteBaseValues(R"(A="base")");
     WriteDefaults("<broken");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
+    EXPECT_EQ(Defaults(), SavedXml{NewFile});
     EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.DefaultsFile())), "<broken");
 }
 
@@ -224,7 +226,7 @@ TEST_F(CommonSettingInitTest, InitUsesBaseCatalogueAsFirstRead) {
     EXPECT_EQ(Setting(L"A"), L"base");
     WriteBaseValues(R"(A="newer")");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
+    EXPECT_EQ(Defaults(), SavedXml{NewFile});
 }
 
 TEST_F(CommonSettingInitTest, InitWritesDefaultsAsFirstRead) {
@@ -233,7 +235,7 @@ TEST_F(CommonSettingInitTest, InitWritesDefaultsAsFirstRead) {
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
     WriteDefaults("<Newer/>");
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<ZOTDefault><Functions/><CommonSettings A=\"base\"/></ZOTDefault>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<ZOTDefault><Functions/><CommonSettings A=\"base\"/></ZOTDefault>\n"});
 }
 
 // ---- Nothing to copy ----
@@ -311,7 +313,7 @@ TEST_F(CommonSettingInitTest, NextInitSavesSkippedChange) {
         EXPECT_TRUE(Init());
     }
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), "<Any><CommonSettings A=\"base\"/></Any>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<Any><CommonSettings A=\"base\"/></Any>\n"});
 }
 
 TEST_F(CommonSettingInitTest, DefaultsBusyAtFirstLoadAreNotReplaced) {
@@ -333,7 +335,7 @@ TEST_F(CommonSettingInitTest, UserMarkerDoesNotBlockInit) {
     WriteBaseValues(R"(A="base")");
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_TRUE(Init());
-    EXPECT_EQ(Defaults(), NewFile);
+    EXPECT_EQ(Defaults(), SavedXml{NewFile});
 }
 
 TEST_F(CommonSettingInitTest, InitOpensMarkerBeforeLoadAndSave) {

@@ -59,50 +59,53 @@ protected:
 
 TEST_F(CommonSettingWritingTest, FirstWriteCreatesFileWithRootAndSection) {
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="value")")});
 }
 
 TEST_F(CommonSettingWritingTest, MissingSectionIsAppendedToRoot) {
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3))));
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
-                                  "</PowerSchemes><CommonSettings Name=\"value\"/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
+                       "</PowerSchemes><CommonSettings Name=\"value\"/></OrloPowerCfg>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, NewSettingIsAppendedToOthers) {
     WriteUserSettings("<R><CommonSettings A=\"1\" B=\"2\"/></R>");
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(UserSettings(), "<R><CommonSettings A=\"1\" B=\"2\" Name=\"value\"/></R>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<R><CommonSettings A=\"1\" B=\"2\" Name=\"value\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, ExistingSettingIsReplacedInPlace) {
     WriteUserSettings("<R><CommonSettings A=\"1\" Name=\"old\" B=\"2\"/></R>");
     EXPECT_TRUE(Set(L"Name", L"new"));
-    EXPECT_EQ(UserSettings(), "<R><CommonSettings A=\"1\" Name=\"new\" B=\"2\"/></R>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<R><CommonSettings A=\"1\" Name=\"new\" B=\"2\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, SettingInDifferentCaseIsNotReplaced) {
     WriteUserSettings("<R><CommonSettings NAME=\"1\" name=\"2\"/></R>");
     EXPECT_TRUE(Set(L"Name", L"3"));
-    EXPECT_EQ(UserSettings(), "<R><CommonSettings NAME=\"1\" name=\"2\" Name=\"3\"/></R>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<R><CommonSettings NAME=\"1\" name=\"2\" Name=\"3\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, AttributeInNamespaceIsNotReplaced) {
     WriteUserSettings(R"(<R xmlns:x="urn:x"><CommonSettings x:Name="1"/></R>)");
     EXPECT_TRUE(Set(L"Name", L"2"));
-    EXPECT_EQ(UserSettings(), "<R xmlns:x=\"urn:x\"><CommonSettings x:Name=\"1\" Name=\"2\"/></R>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<R xmlns:x=\"urn:x\"><CommonSettings x:Name=\"1\" Name=\"2\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, OnlyFirstSectionIsWritten) {
     WriteUserSettings(R"(<R><CommonSettings/><CommonSettings Name="1"/></R>)");
     EXPECT_TRUE(Set(L"Name", L"2"));
-    EXPECT_EQ(UserSettings(), "<R><CommonSettings Name=\"2\"/><CommonSettings Name=\"1\"/></R>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<R><CommonSettings Name=\"2\"/><CommonSettings Name=\"1\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, SectionInNamespaceIsNotUsed) {
     WriteUserSettings(R"(<R><CommonSettings xmlns="urn:x"/></R>)");
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(UserSettings(), "<R><CommonSettings xmlns=\"urn:x\"/><CommonSettings Name=\"value\"/></R>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<R><CommonSettings xmlns=\"urn:x\"/><CommonSettings Name=\"value\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, WriteKeepsAllOtherContent) {
@@ -130,13 +133,13 @@ TEST_F(CommonSettingWritingTest, WriteAppliesToCurrentFileContent) {
     EXPECT_TRUE(Set(L"A", L"1"));
     WriteUserSettings("<R><CommonSettings B=\"2\"/></R>");
     EXPECT_TRUE(Set(L"C", L"3"));
-    EXPECT_EQ(UserSettings(), "<R><CommonSettings B=\"2\" C=\"3\"/></R>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<R><CommonSettings B=\"2\" C=\"3\"/></R>\n"});
 }
 
 TEST_F(CommonSettingWritingTest, NotWellFormedFileIsCopiedAndReplaced) {
     WriteUserSettings("<broken");
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="value")")});
     EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.UserFile())), "<broken");
 }
 
@@ -192,7 +195,7 @@ TEST_F(CommonSettingWritingTest, StoredSettingHidesDefault) {
 TEST_F(CommonSettingWritingTest, EmptyStoredSettingHidesDefault) {
     WriteDefaultValues(R"(Name="default")");
     EXPECT_TRUE(Set(L"Name", L""));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="")"));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="")")});
     EXPECT_EQ(ReloadAndRead(L"Name"), L"");
 }
 
@@ -425,7 +428,7 @@ TEST_F(CommonSettingWritingTest, RejectedValueKeepsOldValue) {
     EXPECT_TRUE(Set(L"Name", L"old"));
     EXPECT_FALSE(Set(L"Name", L"new\x1"));
     EXPECT_EQ(Setting(L"Name"), L"old");
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="old")"));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="old")")});
 }
 
 TEST_F(CommonSettingWritingTest, RejectedSettingCreatesNoFile) {
@@ -438,7 +441,7 @@ TEST_F(CommonSettingWritingTest, RejectedSettingIsMissingFromNextSave) {
     EXPECT_FALSE(Set(L"Name", L"\x1"));
     EXPECT_FALSE(Set(L"a b", L"value"));
     EXPECT_TRUE(Set(L"Other", L"value"));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Other="value")", SecondUse));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Other="value")", SecondUse)});
 }
 
 // ---- Busy files ----
@@ -464,7 +467,7 @@ TEST_F(CommonSettingBusyFileTest, NextReadOfFileDiscardsUnsavedSetting) {
     }
     EXPECT_EQ(Setting(L"Name"), L"old");
     EXPECT_TRUE(Set(L"Other", L"1"));
-    EXPECT_EQ(UserSettings(), "<Any><CommonSettings Name=\"old\" Other=\"1\"/></Any>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<Any><CommonSettings Name=\"old\" Other=\"1\"/></Any>\n"});
 }
 
 TEST_F(CommonSettingBusyFileTest, NextWriteThatLoadsDiscardsUnsavedSetting) {
@@ -489,7 +492,7 @@ TEST_F(CommonSettingBusyFileTest, NextSaveWithoutLoadWritesUnsavedSetting) {
     EXPECT_TRUE(Set(L"Name", L"new"));
     EXPECT_EQ(UserSettings(), FileWith(R"(Name="old")"));
     EXPECT_TRUE(Set(L"Other", L"1"));
-    EXPECT_EQ(UserSettings(), "<Any><CommonSettings Name=\"new\" Other=\"1\"/></Any>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<Any><CommonSettings Name=\"new\" Other=\"1\"/></Any>\n"});
     EXPECT_EQ(calls.opened, (Names{UserMarker, UserMarker, UserMarker, UserMarker}));
 }
 
@@ -501,7 +504,7 @@ TEST_F(CommonSettingBusyFileTest, NextSaveWithoutFileWritesUnsavedSetting) {
     }
     EXPECT_EQ(Setting(L"Name"), L"value");
     EXPECT_TRUE(Set(L"Other", L"1"));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value" Other="1")", SecondUse));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="value" Other="1")", SecondUse)});
 }
 
 TEST_F(CommonSettingBusyFileTest, OtherProcessesDoNotSeeUnsavedSetting) {
@@ -521,7 +524,7 @@ TEST_F(CommonSettingBusyFileTest, InvalidTextIsRejectedWhileFileIsBusy) {
 TEST_F(CommonSettingBusyFileTest, DefaultsMarkerDoesNotBlockSave) {
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
     EXPECT_TRUE(Set(L"Name", L"value"));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value")"));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="value")")});
 }
 
 TEST_F(CommonSettingBusyFileTest, WriteOpensMarkerBeforeLoadAndSave) {
@@ -576,7 +579,7 @@ TEST_F(CommonSettingWriteFailureTest, UnsavedSettingIsSavedOnceFolderExists) {
     EXPECT_EQ(Setting(L"Name"), L"value");
     std::filesystem::create_directories(folder);
     EXPECT_TRUE(Set(L"Other", L"1"));
-    EXPECT_EQ(UserSettings(), NewFileWith(R"(Name="value" Other="1")", SecondUse));
+    EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="value" Other="1")", SecondUse)});
 }
 
 TEST_F(CommonSettingWriteFailureTest, FolderNamedLikeFileStays) {

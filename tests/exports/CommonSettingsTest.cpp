@@ -419,9 +419,10 @@ TEST_F(CommonSettingsTest, DeletedUserSettingsWithoutSchemeStayKnown) {
 TEST_F(CommonSettingsTest, NextSaveWritesSectionCreatedByRead) {
     EXPECT_EQ(Setting(L"Name"), Missing);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(),
-              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
-                  NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
+                 NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(CommonSettingsTest, SettingReadDoesNotAffectCatalogue) {

@@ -322,7 +322,7 @@ TEST_F(CurrentValuesTest, LoadStoresCompletedScheme) {
     WriteBalanced(OldFunction(1, 50, 51));
     EXPECT_TRUE(Dll().TEVGetParam(&Balanced));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + NewFunction(2, 4, 5))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 50, 51) + NewFunction(2, 4, 5)))});
 }
 
 TEST_F(CurrentValuesTest, NextLoadReplacesValues) {
@@ -365,7 +365,7 @@ TEST_F(CurrentValuesTest, DefaultsCompleteSchemeThatCannotBeStored) {
     EXPECT_EQ(CurrentValue(0), (Values{1, 112, 121}));
     EXPECT_EQ(CurrentValue(1), (Values{2, 211, 222}));
     EXPECT_EQ(CurrentValue(2), (Values{7, 48, 49}));
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, stored)));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(OldScheme(BalancedText, stored))});
 }
 
 TEST_F(CurrentValuesTest, ZeroSchemeIsLoadedLikeAnyOther) {

@@ -70,7 +70,7 @@ TEST_F(DifferencesTest, SchemeDoesNotDifferFromItself) {
 TEST_F(DifferencesTest, AdoptedSchemeDoesNotDifferFromItself) {
     WriteDifferentDefaults();
     EXPECT_EQ(Compare(Ac, HighPerformance, HighPerformance), None);
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(HighPerformanceText, NewFunction(1, 1, 1))));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(HighPerformanceText, NewFunction(1, 1, 1)))});
 }
 
 TEST_F(DifferencesTest, PositionsAreComparedAndNotOptions) {
@@ -271,9 +271,10 @@ TEST_F(DifferencesTest, BothIncompleteSchemesAreCompletedAndStored) {
                                     .defaultItems = DefaultItem(BalancedText, {3, 3})}));
     Store(OldFunction(1, 0, 0), OldFunction(1, 0, 0));
     EXPECT_EQ(CompareNames(), L"- Sound\n\r");
-    EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + OldFunction(2, 3, 3)) +
-                          OldScheme(HighPerformanceText, OldFunction(1, 0, 0) + NewFunction(2, 0, 0))));
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 0, 0) + OldFunction(2, 3, 3)) +
+                             OldScheme(HighPerformanceText, OldFunction(1, 0, 0) + NewFunction(2, 0, 0)))});
 }
 
 TEST_F(DifferencesTest, FailedFirstSchemeSkipsSecondScheme) {
@@ -287,7 +288,7 @@ TEST_F(DifferencesTest, FailedSecondSchemeYieldsNoDifferences) {
     WriteFunctions(FunctionWith(
         1, {.defaultItems = "<DefaultItem GUID=\"" + std::string{HighPerformanceText} + "\"/>"}));
     EXPECT_EQ(Compare(), None);
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, NewFunction(1, 0, 0))));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 0, 0)))});
 }
 
 // A function without "ID" cannot be matched, so the completed scheme cannot be stored.

@@ -134,17 +134,17 @@ TEST_F(DocumentsTest, UserSettingsAreReadAgainForEachUse) {
 TEST_F(DocumentsTest, RootOfAnyNameIsKeptWithContent) {
     WriteUserSettings("<Anything A=\"a\"><Other/></Anything>");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<Anything A=\"a\"><Other/><PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes></Anything>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<Anything A=\"a\"><Other/><PowerSchemes>" +
+                       NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></Anything>\n"});
 }
 
 TEST_F(DocumentsTest, MissingSectionIsAppendedToRoot) {
     WriteUserSettings("<OrloPowerCfg><CommonSettings A=\"a\"/></OrloPowerCfg>");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
+                       NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentsTest, OnlyFirstSchemesSectionIsUsed) {
@@ -152,8 +152,9 @@ TEST_F(DocumentsTest, OnlyFirstSchemesSectionIsUsed) {
         "<PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes>";
     WriteUserSettings("<OrloPowerCfg><PowerSchemes/>" + second + "</OrloPowerCfg>");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes>" + NewScheme(BalancedText, NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes>" + second + "</OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<OrloPowerCfg><PowerSchemes>" + NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                       "</PowerSchemes>" + second + "</OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentsTest, ElementsInNamespaceAreIgnoredAtEveryLevel) {
@@ -163,9 +164,9 @@ TEST_F(DocumentsTest, ElementsInNamespaceAreIgnoredAtEveryLevel) {
     WriteUserSettings("<OrloPowerCfg xmlns:x=\"urn:x\"><x:PowerSchemes/><PowerSchemes>" + schemes +
                       OldScheme(BalancedText, functions) + "</PowerSchemes></OrloPowerCfg>");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg xmlns:x=\"urn:x\"><x:PowerSchemes/><PowerSchemes>" + schemes +
-                                  OldScheme(BalancedText, functions + NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg xmlns:x=\"urn:x\"><x:PowerSchemes/><PowerSchemes>" +
+                                       schemes + OldScheme(BalancedText, functions + NewFunction(1, 5, 6)) +
+                                       "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentsTest, SectionInDefaultNamespaceIsIgnored) {
@@ -173,9 +174,9 @@ TEST_F(DocumentsTest, SectionInDefaultNamespaceIsIgnored) {
         "<PowerSchemes xmlns=\"urn:x\">" + OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes>";
     WriteUserSettings("<OrloPowerCfg>" + foreign + "</OrloPowerCfg>");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg>" + foreign + "<PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<OrloPowerCfg>" + foreign + "<PowerSchemes>" +
+                       NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentsTest, UnknownContentSurvivesWrite) {
@@ -212,9 +213,9 @@ TEST_F(DocumentsTest, DeletedFileClearsCommonSettingsInMemory) {
     Text value = {};
     EXPECT_FALSE(Dll().GetCommonSetting(L"A", value));
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes><Other/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
+                                       NewScheme(BalancedText, NewFunction(1, 5, 6)) +
+                                       "</PowerSchemes><Other/></OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentsTest, DeletedFileWithoutSchemesKeepsCommonSettings) {
@@ -225,9 +226,9 @@ TEST_F(DocumentsTest, DeletedFileWithoutSchemesKeepsCommonSettings) {
     EXPECT_TRUE(Dll().GetCommonSetting(L"A", value));
     EXPECT_STREQ(value, L"a");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 5, 6)) +
-                                  "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<OrloPowerCfg><CommonSettings A=\"a\"/><PowerSchemes>" +
+                       NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentsTest, DeletedFileClearsSchemesWhileMarkerIsHeld) {
@@ -261,7 +262,7 @@ TEST_F(DocumentsTest, PathIsFixedWhenDocumentIsCreated) {
     const Installation other;
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
     EXPECT_FALSE(std::filesystem::exists(other.UserFile()));
-    EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8))));
+    EXPECT_EQ(UserSettings(), SavedXml{RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8)))});
 }
 
 class LongFolderTest : public DocumentsTest {
@@ -387,8 +388,8 @@ TEST_F(DocumentSaveTest, SavedFileDeclaresAndUsesUtf8) {
         "<OrloPowerCfg><!--\xfc--><PowerSchemes/></OrloPowerCfg>");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_EQ(UserSettings(),
-              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><!--\xc3\xbc--><PowerSchemes>" +
-                  NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n");
+              SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><!--\xc3\xbc--><PowerSchemes>" +
+                       NewScheme(BalancedText, NewFunction(1, 5, 6)) + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(DocumentSaveTest, SaveLeavesNoTemporaryFileOrCopy) {
@@ -498,7 +499,7 @@ TEST_F(DocumentSaveTest, LaterSavesKeepCopy) {
     WriteUserSettings("broken");
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
-    EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8))));
+    EXPECT_EQ(UserSettings(), SavedXml{RewrittenUserFile(OldScheme(BalancedText, OldFunction(1, 7, 8)))});
     EXPECT_EQ(ReadFile(Backup()), "broken");
 }
 

@@ -394,7 +394,7 @@ TEST_F(LongFolderSaveTest, OverlongUserFolderPreventsEverySave) {
 TEST_F(LongFolderSaveTest, LongestInstallationFolderAllowsFunctionSave) {
     SetLongInstallationPath(installation.ProgramFiles(), 255);
     EXPECT_TRUE(ReplaceFunctions(Dll()));
-    EXPECT_EQ(Defaults(), OldDefaults(Written(20)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(20))});
     EXPECT_EQ(Everything(), before);
 }
 

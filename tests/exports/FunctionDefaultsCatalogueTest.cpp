@@ -74,7 +74,7 @@ TEST_F(ReplacedCatalogueTest, ReplacementOverwritesNewerFileWithLoadedDocument) 
     EXPECT_EQ(Dll().GetFuncCount(), 10u);
     WriteDefaults("<Newer><Functions/></Newer>");
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))});
 }
 
 TEST_F(ReplacedCatalogueTest, FunctionWithoutDisplayNodeMakesCatalogueUnavailable) {

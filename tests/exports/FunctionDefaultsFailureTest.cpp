@@ -24,7 +24,7 @@ protected:
     // Passes four records to the export. Expects only two in the file, because the third is invalid.
     void ExpectTwoRecordsBefore(const FunctionBaseRecord& third) {
         Replace({Record(1), Record(2), third, Record(4)});
-        EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));
+        EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1) + Written(2))});
     }
 
     FunctionBaseRecord record = RecordWithDefault(3, 4, 5);
@@ -58,7 +58,7 @@ TEST_P(InvalidCharacterTest, InvalidCommandStringStopsWriting) {
 TEST_P(InvalidCharacterTest, InvalidFirstRecordLeavesEmptySection) {
     Assign(record.name, GetParam().text);
     Replace({record, Record(1)});
-    EXPECT_EQ(Defaults(), OldDefaults(""));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults("")});
 }
 
 TEST_P(InvalidCharacterTest, InvalidRecordWithoutCommandsStopsWriting) {
@@ -73,7 +73,7 @@ TEST_P(InvalidCharacterTest, InvalidCheckStringIsIgnored) {
     Assign(check.param4, GetParam().text);
     record.commandFamilies.begin()->checkExistItems.push_back(check);
     Replace({record});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(3)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(3))});
 }
 
 // ---- A DOM that fails ----
@@ -162,7 +162,7 @@ TEST_F(FailingDomTest, FailedNodeCopyStopsWriting) {
     const DomMethodPatch cannotImport{DomMethod::ImportNode, +[]() WINAPI -> HRESULT { return E_NOTIMPL; }};
     const DomMethodFailingOnce failure{DomMethod::CloneNode, 4};
     Replace(three);
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenUpTo(1)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenUpTo(1))});
 }
 
 TEST_F(FailingDomTest, NodesAreImportedWhereDomSupportsImport) {
@@ -181,7 +181,7 @@ TEST_F(FailingDomTest, NodesAreImportedWhereDomSupportsImport) {
     FunctionBaseRecord record = Record(1);
     record.defaultNode = client.Find(L"//Inner");
     Replace({record});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, "<Outer><Inner/></Outer>")));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1, "<Outer><Inner/></Outer>"))});
 }
 
 TEST_F(FailingDomTest, AttributeAsDisplayNodeStopsWriting) {
@@ -190,7 +190,7 @@ TEST_F(FailingDomTest, AttributeAsDisplayNodeStopsWriting) {
     record.displayNode = client.Find(L"/C/@A");
     ASSERT_NE(record.displayNode.get(), nullptr);
     Replace({Record(1), record, Record(3)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))});
 }
 
 TEST_F(FailingDomTest, FailedDocumentCreationLeavesFileUnchanged) {
@@ -325,7 +325,7 @@ TEST_F(BusyDefaultsTest, EmptyListChecksNoMarker) {
 TEST_F(BusyDefaultsTest, BusyUserSettingsDoNotPreventSave) {
     const SecondProcess other{HoldMutex, {UserMarker}};
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))});
 }
 
 TEST_F(BusyDefaultsTest, FileBusyAtLoadIsNotReplaced) {
@@ -353,7 +353,7 @@ TEST_F(BusyDefaultsTest, FileIsSavedWhileMarkerExists) {
         EXPECT_EQ(Defaults(), before);
         return std::nullopt;
     };
-    calls.beforeClose = [&] { EXPECT_EQ(Defaults(), OldDefaults(Written(1))); };
+    calls.beforeClose = [&] { EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))}); };
     Replace({Record(1)});
     EXPECT_EQ(calls.created, (Names{DefaultsMarker}));
 }

@@ -73,7 +73,7 @@ TEST_F(FunctionDefaultsInputTest, EmptyRingWithNonzeroCountRemovesFunctions) {
     FunctionBaseHolder holder;
     const ClaimedCount one{holder.records, 1};
     Replace(holder);
-    EXPECT_EQ(Defaults(), OldDefaults(""));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults("")});
 }
 
 TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitRecords) {
@@ -81,7 +81,7 @@ TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitRecords) {
     for (const std::uint64_t count : {1ull, 2ull, 1000ull, ~0ull}) {
         const ClaimedCount claimed{holder.records, count};
         Replace(holder);
-        EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2) + Written(3)));
+        EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1) + Written(2) + Written(3))});
         RemoveDefaults();
         WriteFunctions(Functions({1}));
     }
@@ -91,28 +91,28 @@ TEST_F(FunctionDefaultsInputTest, FamiliesWithZeroCountAreIgnored) {
     FunctionBaseHolder holder = HolderOf({Record(1), Record(2)});
     const ClaimedCount none{holder.records.begin()->commandFamilies, 0};
     Replace(holder);
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
 }
 
 TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitFamilies) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1}), Family({2})})});
     const ClaimedCount many{holder.records.begin()->commandFamilies, 1000};
     Replace(holder);
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2))));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2)))});
 }
 
 TEST_F(FunctionDefaultsInputTest, CommandsWithZeroCountAreIgnored) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2}), Family({3})})});
     const ClaimedCount none{holder.records.begin()->commandFamilies.begin()->commandItems, 0};
     Replace(holder);
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(3))));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(3)))});
 }
 
 TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitCommands) {
     FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2})})});
     const ClaimedCount one{holder.records.begin()->commandFamilies.begin()->commandItems, 1};
     Replace(holder);
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2))));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2)))});
 }
 
 TEST_F(FunctionDefaultsInputTest, CountOfChecksIsIgnored) {
@@ -120,7 +120,7 @@ TEST_F(FunctionDefaultsInputTest, CountOfChecksIsIgnored) {
     for (const std::uint64_t count : {0ull, ~0ull}) {
         const ClaimedCount claimed{holder.records.begin()->commandFamilies.begin()->checkExistItems, count};
         Replace(holder);
-        EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+        EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))});
     }
 }
 
@@ -131,14 +131,15 @@ TEST_F(FunctionDefaultsInputTest, ReadOnlyListIsAccepted) {
         HolderOf({RecordWith(1, {FamilyWithCheck(), Family({})}), RecordWith(2, {}), Record(3)});
     const ReadOnlyRecords records{holder.records};
     EXPECT_TRUE(Dll().AddFunctionDefault(records.get()));
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(3)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1) + Written(3))});
 }
 
 TEST_F(FunctionDefaultsInputTest, ReadOnlyListWithNodesIsAccepted) {
     const FunctionBaseHolder holder = HolderOf({RecordWithDefault(1, 2, 3)});
     const ReadOnlyRecords records{holder.records};
     EXPECT_TRUE(Dll().AddFunctionDefault(records.get()));
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, R"(<Default ACParamIndex="2" DCParamIndex="3"/>)")));
+    EXPECT_EQ(Defaults(),
+              SavedXml{OldDefaults(Written(1, R"(<Default ACParamIndex="2" DCParamIndex="3"/>)"))});
 }
 
 TEST_F(FunctionDefaultsInputTest, ReadOnlyEmptyListIsRejected) {

@@ -40,12 +40,12 @@ TEST_F(WrittenFormTest, RecordIsWrittenToNewFile) {
 
 TEST_F(WrittenFormTest, RecordIsWrittenToExistingFile) {
     Replace({DistinctRecord()});
-    EXPECT_EQ(Defaults(), OldDefaults(Distinct));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Distinct)});
 }
 
 TEST_F(WrittenFormTest, RecordsAreWrittenInListOrder) {
     Replace({Record(3), Record(1), Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(3) + Written(1) + Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(3) + Written(1) + Written(2))});
 }
 
 TEST_F(WrittenFormTest, ExtremeNumbersAreWrittenInDecimal) {
@@ -65,20 +65,21 @@ TEST_F(WrittenFormTest, FamiliesAreMergedIntoOneCommandsElement) {
     std::string commands;
     for (const std::int32_t id : {1, 2, 3, 6, 5, 4})
         commands += WrittenCommand(id);
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, commands)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, commands))});
 }
 
 TEST_F(WrittenFormTest, EqualCommandsAreAllWritten) {
     Replace({RecordWith(1, {Family({7, 7}), Family({7})})});
-    EXPECT_EQ(Defaults(),
-              OldDefaults(WrittenWith(1, WrittenCommand(7) + WrittenCommand(7) + WrittenCommand(7))));
+    EXPECT_EQ(
+        Defaults(),
+        SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(7) + WrittenCommand(7) + WrittenCommand(7)))});
 }
 
 TEST_F(WrittenFormTest, ChecksAreNotWritten) {
     CommandFamily family = Family({1});
     family.checkExistItems.push_back({5, L"check", L"check", L"check", L"check"});
     Replace({RecordWith(1, {family, family})});
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(1))));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(1)))});
 }
 
 // ---- Nodes ----
@@ -102,38 +103,39 @@ protected:
 
 TEST_F(WrittenNodesTest, NodesAreCopiedBeforeCommands) {
     Replace({RecordWithNodes(1, display, defaults)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay + WrittenDefault)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1, WrittenDisplay + WrittenDefault))});
 }
 
 TEST_F(WrittenNodesTest, MissingDisplayNodeIsOmitted) {
     Replace({RecordWithNodes(1, {}, defaults)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDefault)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1, WrittenDefault))});
 }
 
 TEST_F(WrittenNodesTest, MissingDefaultNodeIsOmitted) {
     Replace({RecordWithNodes(1, display, {})});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1, WrittenDisplay))});
 }
 
 TEST_F(WrittenNodesTest, RecordWithoutNodesContainsCommandsOnly) {
     Replace({RecordWithNodes(1, {}, {})});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))});
 }
 
 TEST_F(WrittenNodesTest, NodesOfAnyElementAreCopied) {
     Replace({RecordWithNodes(1, client.Root(), client.Find(L"//AC"))});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, "<C>" + WrittenDisplay + WrittenDefault + "</C><AC/>")));
+    EXPECT_EQ(Defaults(),
+              SavedXml{OldDefaults(Written(1, "<C>" + WrittenDisplay + WrittenDefault + "</C><AC/>"))});
 }
 
 TEST_F(WrittenNodesTest, NodesSharedByTwoRecordsAreCopiedTwice) {
     Replace({RecordWithNodes(1, display, defaults), RecordWithNodes(2, display, defaults)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay + WrittenDefault) +
-                                      Written(2, WrittenDisplay + WrittenDefault)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1, WrittenDisplay + WrittenDefault) +
+                                               Written(2, WrittenDisplay + WrittenDefault))});
 }
 
 TEST_F(WrittenNodesTest, OneNodeCanBeDisplayAndDefault) {
     Replace({RecordWithNodes(1, display, display)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1, WrittenDisplay + WrittenDisplay)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1, WrittenDisplay + WrittenDisplay))});
 }
 
 TEST_F(WrittenNodesTest, SourceDocumentIsUnchanged) {
@@ -258,40 +260,40 @@ protected:
 
 TEST_F(RecordWithoutCommandsTest, FirstRecordWithoutCommandsIsOmitted) {
     Replace({WithoutCommands(1), Record(2), Record(3)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2) + Written(3)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2) + Written(3))});
 }
 
 TEST_F(RecordWithoutCommandsTest, MiddleRecordWithoutCommandsIsOmitted) {
     Replace({Record(1), WithoutCommands(2), Record(3)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(3)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1) + Written(3))});
 }
 
 TEST_F(RecordWithoutCommandsTest, LastRecordWithoutCommandsIsOmitted) {
     Replace({Record(1), Record(2), WithoutCommands(3)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1) + Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1) + Written(2))});
 }
 
 TEST_F(RecordWithoutCommandsTest, SectionIsEmptyIfAllRecordsAreOmitted) {
     Replace({WithoutCommands(1), WithoutCommands(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(""));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults("")});
     EXPECT_EQ(Dll().GetFuncCount(), 0u);
 }
 
 TEST_F(RecordWithoutCommandsTest, RecordWithoutFamiliesIsOmitted) {
     Replace({RecordWith(1, {}), Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
 }
 
 TEST_F(RecordWithoutCommandsTest, RecordWithOnlyChecksIsOmitted) {
     CommandFamily family;
     family.checkExistItems.push_back({});
     Replace({RecordWith(1, {family, family}), Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
 }
 
 TEST_F(RecordWithoutCommandsTest, RecordWithCommandInLastFamilyIsWritten) {
     Replace({RecordWith(1, {Family({}), Family({}), Family({5})})});
-    EXPECT_EQ(Defaults(), OldDefaults(WrittenWith(1, WrittenCommand(5))));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(5)))});
 }
 
 TEST_F(RecordWithoutCommandsTest, NodesOfOmittedRecordAreNotWritten) {
@@ -299,33 +301,33 @@ TEST_F(RecordWithoutCommandsTest, NodesOfOmittedRecordAreNotWritten) {
     record.displayNode = record.defaultNode;
     record.commandFamilies.clear();
     Replace({record, Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
 }
 
 // ---- Replacing ----
 
 TEST_F(FunctionDefaultsTest, OneRecordReplacesAllFunctions) {
     Replace({Record(20)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(20)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(20))});
 }
 
 TEST_F(FunctionDefaultsTest, NextCallReplacesFunctionsOfPreviousCall) {
     Replace({Record(1), Record(2)});
     Replace({Record(3)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(3)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(3))});
 }
 
 TEST_F(FunctionDefaultsTest, EmptySectionIsFilled) {
     WriteFunctions("");
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(1)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1))});
 }
 
 TEST_F(FunctionDefaultsTest, EntireContentOfSectionIsRemoved) {
     WriteFunctions("text<!--note--><?tool x?><![CDATA[data]]><Other><Function/></Other>" + Function(1) +
                    "<x:Function xmlns:x=\"urn:x\"/>more");
     Replace({Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
 }
 
 TEST_F(FunctionDefaultsTest, ContentOutsideSectionIsPreserved) {
@@ -344,22 +346,23 @@ TEST_F(FunctionDefaultsTest, OnlyFirstSectionIsReplaced) {
     const std::string second = "<Functions>" + Function(2) + "</Functions>";
     WriteDefaults("<R><Functions>" + Function(1) + "</Functions>" + second + "</R>");
     Replace({Record(3)});
-    EXPECT_EQ(Defaults(), "<R><Functions>" + Written(3) +
-                              "</Functions><Functions><Function ID=\"2\">"
-                              "<Display/><Commands/></Function></Functions></R>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<R><Functions>" + Written(3) +
+                                   "</Functions><Functions><Function ID=\"2\">"
+                                   "<Display/><Commands/></Function></Functions></R>\n"});
 }
 
 TEST_F(FunctionDefaultsTest, SectionInNamespaceIsIgnored) {
     WriteDefaults(R"(<R><Functions xmlns="urn:x"><Function/></Functions></R>)");
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), "<R><Functions xmlns=\"urn:x\"><Function/></Functions><Functions>" + Written(1) +
-                              "</Functions></R>\n");
+    EXPECT_EQ(Defaults(), SavedXml{"<R><Functions xmlns=\"urn:x\"><Function/></Functions><Functions>" +
+                                   Written(1) + "</Functions></R>\n"});
 }
 
 TEST_F(FunctionDefaultsTest, MissingSectionIsAppended) {
     WriteDefaults("<R><CommonSettings A=\"a\"/></R>");
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), "<R><CommonSettings A=\"a\"/><Functions>" + Written(1) + "</Functions></R>\n");
+    EXPECT_EQ(Defaults(),
+              SavedXml{"<R><CommonSettings A=\"a\"/><Functions>" + Written(1) + "</Functions></R>\n"});
 }
 
 TEST_F(FunctionDefaultsTest, OtherFilesAreNotWritten) {

@@ -202,7 +202,7 @@ TEST_P(TerminationDuringSaveTest, DefaultsHaveOldOrNewFunctions) {
     SaveInExitingProcess(ReplaceAndExit);
     EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
     ReplaceFunctions(Dll(), 200);
-    EXPECT_EQ(Defaults(), FileOfFunctions(200));
+    EXPECT_EQ(Defaults(), SavedXml{FileOfFunctions(200)});
     EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
 }
 

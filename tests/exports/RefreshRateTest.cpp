@@ -342,14 +342,14 @@ TEST_F(RefreshRateTest, DefaultsOfHiddenFunctionAreStored) {
     WriteFunctions(PlainFunction(1) + RateFunction(7, Options({"60", "48"})));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {1, 2}}}));
     EXPECT_EQ(UserSettings(),
-              NewUserFile(NewScheme(BalancedText, NewFunction(1, 1, 2) + NewFunction(7, 1, 2))));
+              SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 1, 2) + NewFunction(7, 1, 2)))});
 }
 
 TEST_F(RefreshRateTest, StoredHiddenFunctionStaysInFile) {
     OnA60HzDisplay(PlainFunction(1) + RateFunction(7, Options({"60", "48"})),
                    OldFunction(1, 3, 4) + OldFunction(7, 3, 4));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + OldFunction(7, 3, 4))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + OldFunction(7, 3, 4)))});
 }
 
 TEST_F(RefreshRateTest, CompletedHiddenFunctionIsNotStored) {
@@ -357,9 +357,10 @@ TEST_F(RefreshRateTest, CompletedHiddenFunctionIsNotStored) {
                                  RateFunction(8, Options({"60", "60"})) + PlainFunction(9),
                              OldFunction(1, 3, 4)),
               (Params{{1, {3, 4}}, {2, {1, 2}}, {8, {1, 2}}, {9, {1, 2}}}));
-    EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + NewFunction(2, 1, 2) +
-                                                      NewFunction(8, 1, 2) + NewFunction(9, 1, 2))));
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4) + NewFunction(2, 1, 2) +
+                                                         NewFunction(8, 1, 2) + NewFunction(9, 1, 2)))});
 }
 
 TEST_F(RefreshRateTest, FileIsSavedIfCompletedFunctionsAreHidden) {
@@ -370,13 +371,13 @@ TEST_F(RefreshRateTest, FileIsSavedIfCompletedFunctionsAreHidden) {
             <Function ID="1" ACParamIndex="+3" DCParamIndex="04"></Function>
         </PowerScheme></PowerSchemes></OrloPowerCfg>)");
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {3, 4}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4))));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 3, 4)))});
 }
 
 TEST_F(RefreshRateTest, CompletionEndsOnceAllFunctionsAreHidden) {
     const std::string stored = OldFunction(7, 3, 4);
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, Options({"60", "48"})) + PlainFunction(9), stored), Params{});
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, stored)));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(OldScheme(BalancedText, stored))});
 }
 
 TEST_F(RefreshRateTest, CompletionContinuesWhileVisibleFunctionsRemain) {
@@ -384,8 +385,8 @@ TEST_F(RefreshRateTest, CompletionContinuesWhileVisibleFunctionsRemain) {
                              OldFunction(7, 3, 4)),
               (Params{{1, {1, 2}}, {9, {1, 2}}}));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText,
-                                    OldFunction(7, 3, 4) + NewFunction(1, 1, 2) + NewFunction(9, 1, 2))));
+              SavedXml{OldUserFile(OldScheme(
+                  BalancedText, OldFunction(7, 3, 4) + NewFunction(1, 1, 2) + NewFunction(9, 1, 2)))});
 }
 
 TEST_F(RefreshRateTest, ChecksContinueOnceAllFunctionsAreHidden) {
@@ -403,7 +404,7 @@ TEST_F(RefreshRateTest, SchemeIsUnchangedIfAllFunctionsAreHidden) {
     const std::string rates = Options({"60", "48"});
     EXPECT_EQ(OnA60HzDisplay(RateFunction(7, rates) + RateFunction(8, rates), OldFunction(8, 3, 4)),
               Params{});
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(8, 3, 4))));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(8, 3, 4)))});
 }
 
 TEST_F(RefreshRateTest, FunctionMissingInCatalogueIsNotHidden) {

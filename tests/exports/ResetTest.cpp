@@ -32,14 +32,14 @@ TEST_F(ResetTest, SchemesAreRemovedAndMissingSectionIsAdded) {
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) +
                                   OldScheme(HighPerformanceText, OldFunction(1, 7, 8))));
     EXPECT_TRUE(Reset());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, CommonSettingsAreRemovedWithSchemes) {
     WriteUserSettings(R"(<OrloPowerCfg><CommonSettings A="a" B="b"><C/>text<!-- note --></CommonSettings>)"
                       R"(<PowerSchemes><PowerScheme GUID="x"/></PowerSchemes></OrloPowerCfg>)");
     EXPECT_TRUE(Reset());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><CommonSettings/><PowerSchemes/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, ChildrenOfEveryKindAreRemoved) {
@@ -47,7 +47,7 @@ TEST_F(ResetTest, ChildrenOfEveryKindAreRemoved) {
         "<OrloPowerCfg><PowerSchemes>text<!-- note --><![CDATA[data]]><?pi x?><Other/>"
         "</PowerSchemes><CommonSettings/></OrloPowerCfg>");
     EXPECT_TRUE(Reset());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, CommentInSchemesSectionIsEnoughForReset) {
@@ -55,7 +55,7 @@ TEST_F(ResetTest, CommentInSchemesSectionIsEnoughForReset) {
         "<OrloPowerCfg><PowerSchemes><!-- note --></PowerSchemes>"
         "<CommonSettings A=\"a\"/></OrloPowerCfg>");
     EXPECT_TRUE(Reset());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, NamespaceDeclarationsOfCommonSettingsAreKept) {
@@ -64,8 +64,8 @@ TEST_F(ResetTest, NamespaceDeclarationsOfCommonSettingsAreKept) {
         "</OrloPowerCfg>");
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(),
-              R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
-              "\n");
+              SavedXml{R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
+                       "\n"});
 }
 
 TEST_F(ResetTest, NamespaceDeclarationListedAsAttributeIsKept) {
@@ -75,8 +75,8 @@ TEST_F(ResetTest, NamespaceDeclarationListedAsAttributeIsKept) {
     const ListedDeclarations declarations{L"xmlns:p"};
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(),
-              R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
-              "\n");
+              SavedXml{R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
+                       "\n"});
 }
 
 TEST_F(ResetTest, AttributesOfSchemesSectionAreKept) {
@@ -85,7 +85,7 @@ TEST_F(ResetTest, AttributesOfSchemesSectionAreKept) {
         "<CommonSettings/></OrloPowerCfg>");
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(),
-              "<OrloPowerCfg><PowerSchemes Version=\"2\"/><CommonSettings/></OrloPowerCfg>\n");
+              SavedXml{"<OrloPowerCfg><PowerSchemes Version=\"2\"/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, ContentOutsideBothSectionsIsKept) {
@@ -94,8 +94,8 @@ TEST_F(ResetTest, ContentOutsideBothSectionsIsKept) {
         "</PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>");
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(),
-              "<!-- head -->\n<OrloPowerCfg Root=\"kept\"><Other>kept</Other><PowerSchemes/>"
-              "<CommonSettings/></OrloPowerCfg>\n");
+              SavedXml{"<!-- head -->\n<OrloPowerCfg Root=\"kept\"><Other>kept</Other><PowerSchemes/>"
+                       "<CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, OnlyFirstSectionsAreCleared) {
@@ -103,9 +103,10 @@ TEST_F(ResetTest, OnlyFirstSectionsAreCleared) {
         "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/>"
         "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>");
     EXPECT_TRUE(Reset());
-    EXPECT_EQ(UserSettings(),
-              "<OrloPowerCfg><PowerSchemes/><CommonSettings/>"
-              "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>\n");
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/>"
+                 "<PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings A=\"a\"/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, EmptySchemesSectionReturnsFalseAndKeepsSettings) {
@@ -146,7 +147,7 @@ TEST_F(ResetTest, FileIsNotReadAgainBeforeReset) {
     ReadUserSettings();
     WriteUserSettings("<OrloPowerCfg><Newer/></OrloPowerCfg>");
     EXPECT_TRUE(Dll().ResetDefault());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, DeletedFileIsCreatedAgain) {
@@ -154,7 +155,7 @@ TEST_F(ResetTest, DeletedFileIsCreatedAgain) {
     ReadUserSettings();
     std::filesystem::remove(installation.UserFile());
     EXPECT_TRUE(Dll().ResetDefault());
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, NextReadStoresDefaultsAgain) {
@@ -163,9 +164,10 @@ TEST_F(ResetTest, NextReadStoresDefaultsAgain) {
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {50, 60}}, {2, {4, 5}}}));
     EXPECT_TRUE(Dll().ResetDefault());
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
-    EXPECT_EQ(UserSettings(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<OrloPowerCfg><PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)) +
-                                  "</PowerSchemes><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<OrloPowerCfg><PowerSchemes>" +
+                       NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)) +
+                       "</PowerSchemes><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, CommonSettingsReturnDefaultsAfterReset) {
@@ -206,7 +208,7 @@ TEST_F(ResetTest, UnsavedCommonSettingIsCleared) {
     }
     EXPECT_TRUE(Dll().ResetDefault());
     EXPECT_EQ(Setting(L"Name"), Missing);
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes/><CommonSettings/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ResetTest, DefaultsFileIsUnchanged) {
@@ -236,7 +238,7 @@ TEST_F(ResetTest, NextReadUndoesUnsavedReset) {
     }
     EXPECT_TRUE(SetParameter(Balanced, {{2, {7, 8}}}));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + NewFunction(2, 7, 8))));
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + NewFunction(2, 7, 8)))});
 }
 
 TEST_F(ResetTest, FailedSaveStillReturnsTrue) {

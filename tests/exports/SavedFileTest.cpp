@@ -105,7 +105,7 @@ TEST_F(SavedFileTest, DefaultsKeepAttributesAndAccessRights) {
     const DWORD attributes = GetFileAttributesW(installation.DefaultsFile().c_str());
     const std::wstring rights = RightsOf(installation.DefaultsFile());
     Replace({Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
     EXPECT_EQ(GetFileAttributesW(installation.DefaultsFile().c_str()), attributes);
     EXPECT_EQ(RightsOf(installation.DefaultsFile()), rights);
 }
@@ -222,7 +222,7 @@ TEST_F(NoTemporaryFileTest, LongerFileIsTruncated) {
 
 TEST_F(NoTemporaryFileTest, DefaultsAreOverwritten) {
     Replace({Record(2)});
-    EXPECT_EQ(Defaults(), OldDefaults(Written(2)));
+    EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(2))});
 }
 
 TEST_F(NoTemporaryFileTest, FileInUseIsUnchanged) {

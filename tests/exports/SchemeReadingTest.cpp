@@ -110,7 +110,7 @@ TEST_F(SchemeReadingTest, AllZeroGuidReturnsNothing) {
     WriteFunctions(ThreeDefaults);
     WriteSchemes(schemes);
     EXPECT_EQ(GetParameter(GUID{}), Params{});
-    EXPECT_EQ(UserSettings(), OldUserFile(schemes));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(schemes)});
 }
 
 TEST_F(SchemeReadingTest, AllZeroGuidCreatesNoFile) {
@@ -137,7 +137,7 @@ TEST_P(StoredGuidTest, GuidIsComparedAsString) {
     const std::string stored = OldScheme(GetParam().guid, OldFunction(1, 2, 3));
     EXPECT_EQ(ReadSchemes(stored), (GetParam().matches ? Params{{1, {2, 3}}} : Params{}));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(GetParam().matches ? stored : stored + NewScheme(BalancedText, "")));
+              SavedXml{OldUserFile(GetParam().matches ? stored : stored + NewScheme(BalancedText, ""))});
 }
 
 INSTANTIATE_TEST_SUITE_P(Guids, StoredGuidTest, testing::ValuesIn(GuidCases()), CaseName<GuidCase>);
@@ -201,17 +201,17 @@ TEST_F(SchemeReadingTest, MissingSectionIsAdded) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(R"(<Settings><CommonSettings Language="en"/></Settings>)");
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}}));
-    EXPECT_EQ(UserSettings(), "<Settings><CommonSettings Language=\"en\"/><PowerSchemes>" +
-                                  NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)) +
-                                  "</PowerSchemes></Settings>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<Settings><CommonSettings Language=\"en\"/><PowerSchemes>" +
+                                       NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)) +
+                                       "</PowerSchemes></Settings>\n"});
 }
 
 TEST_F(SchemeReadingTest, SectionIsAddedAfterOneInNamespace) {
     WriteFunctions("");
     WriteUserSettings("<OrloPowerCfg><PowerSchemes xmlns=\"urn:other\"/></OrloPowerCfg>");
     GetParameter(Balanced);
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><PowerSchemes xmlns=\"urn:other\"/><PowerSchemes>" +
-                                  NewScheme(BalancedText, "") + "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(), SavedXml{"<OrloPowerCfg><PowerSchemes xmlns=\"urn:other\"/><PowerSchemes>" +
+                                       NewScheme(BalancedText, "") + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 // ---- When the files are read ----
@@ -243,9 +243,9 @@ TEST_F(SchemeReadingTest, OldContentIsDroppedAfterFileDeletion) {
     GetParameter(Balanced);
     std::filesystem::remove(installation.UserFile());
     GetParameter(Balanced);
-    EXPECT_EQ(UserSettings(), "<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
-                                  NewScheme(BalancedText, ThreeNewFunctions()) +
-                                  "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(UserSettings(),
+              SavedXml{"<OrloPowerCfg><CommonSettings/><PowerSchemes>" +
+                       NewScheme(BalancedText, ThreeNewFunctions()) + "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 // ---- Adopting the defaults ----
@@ -255,11 +255,12 @@ TEST_F(SchemeReadingTest, FirstReadStoresDefaults) {
         <Function ID="1"><Display/><Commands/><Default ACParamIndex="2" DCParamIndex="3"/></Function>
     </Functions></ZOTDefault>)");
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}}));
-    EXPECT_EQ(UserSettings(),
-              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes>"
-              "<PowerScheme GUID=\"381b4222-f694-41f0-9685-ff5bb260df2e\">\n\t"
-              "<Function ID=\"1\" ACParamIndex=\"2\" DCParamIndex=\"3\">\n\t</Function></PowerScheme>"
-              "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes>"
+                 "<PowerScheme GUID=\"381b4222-f694-41f0-9685-ff5bb260df2e\">\n\t"
+                 "<Function ID=\"1\" ACParamIndex=\"2\" DCParamIndex=\"3\">\n\t</Function></PowerScheme>"
+                 "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(SchemeReadingTest, DefaultsAreStoredByAscendingId) {
@@ -268,7 +269,7 @@ TEST_F(SchemeReadingTest, DefaultsAreStoredByAscendingId) {
         <Function ID="4"><Display/><Commands/><Default ACParamIndex="-5" DCParamIndex="0"/></Function>)");
     EXPECT_EQ(GetParameter(Balanced), (Params{{4, {-5, 0}}, {30, {1, 2}}}));
     EXPECT_EQ(UserSettings(),
-              NewUserFile(NewScheme(BalancedText, NewFunction(4, -5, 0) + NewFunction(30, 1, 2))));
+              SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(4, -5, 0) + NewFunction(30, 1, 2)))});
 }
 
 TEST_F(SchemeReadingTest, DefaultItemOfSchemeOverridesDefault) {
@@ -283,26 +284,26 @@ TEST_F(SchemeReadingTest, SecondReadDoesNotStoreDefaultsAgain) {
     WriteFunctions(ThreeDefaults);
     GetParameter(Balanced);
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, ThreeNewFunctions())));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, ThreeNewFunctions()))});
 }
 
 TEST_F(SchemeReadingTest, NewSchemeIsAppendedAfterStoredSchemes) {
     const std::string stored = OldScheme(HighPerformanceText, OldFunction(1, 2, 3));
     EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
-    EXPECT_EQ(UserSettings(), OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions())));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions()))});
 }
 
 TEST_F(SchemeReadingTest, EmptyDefaultsAreStoredAsEmptyScheme) {
     WriteFunctions("");
     EXPECT_EQ(GetParameter(Balanced), Params{});
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, "")));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, ""))});
 }
 
 TEST_F(SchemeReadingTest, MalformedUserSettingsAreReplacedByDefaults) {
     WriteFunctions(ThreeDefaults);
     WriteUserSettings("<OrloPowerCfg><PowerSchemes>" + OldScheme(BalancedText, OldFunction(1, 2, 3)));
     EXPECT_EQ(GetParameter(Balanced), ThreeDefaultParams);
-    EXPECT_EQ(UserSettings(), NewUserFile(NewScheme(BalancedText, ThreeNewFunctions())));
+    EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, ThreeNewFunctions()))});
 }
 
 TEST_F(SchemeReadingTest, DefaultsAreReturnedEvenIfSaveFails) {
@@ -315,7 +316,7 @@ TEST_F(SchemeReadingTest, DefaultsAreReturnedEvenIfSaveFails) {
 TEST_F(SchemeReadingTest, SchemeWithoutGuidHidesLaterSchemes) {
     const std::string stored = "<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3));
     EXPECT_EQ(CompleteSchemes(stored), ThreeDefaultParams);
-    EXPECT_EQ(UserSettings(), OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions())));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(stored + NewScheme(BalancedText, ThreeNewFunctions()))});
 }
 
 TEST_F(SchemeReadingTest, HiddenSchemeIsAppendedByEveryCall) {
@@ -324,8 +325,9 @@ TEST_F(SchemeReadingTest, HiddenSchemeIsAppendedByEveryCall) {
     WriteSchemes("<PowerScheme/>");
     GetParameter(Balanced);
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile("<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
-                                          NewScheme(BalancedText, NewFunction(1, 2, 3))));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{OldUserFile("<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3)) +
+                                   NewScheme(BalancedText, NewFunction(1, 2, 3)))});
 }
 
 TEST_F(SchemeReadingTest, GuidInNamespaceCountsAsMissing) {
@@ -369,7 +371,7 @@ TEST_P(UnavailableCatalogueTest, UnavailableCatalogueHidesStoredScheme) {
     WriteDefaults(GetParam().xml);
     WriteSchemes(schemes);
     EXPECT_EQ(GetParameter(Balanced), Params{});
-    EXPECT_EQ(UserSettings(), OldUserFile(schemes));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(schemes)});
 }
 
 TEST_P(UnavailableCatalogueTest, UnavailableCatalogueStoresNoDefaults) {
@@ -395,8 +397,8 @@ TEST_F(SchemeReadingTest, MissingFunctionsAreCompletedFromDefaults) {
 TEST_F(SchemeReadingTest, CompletedFunctionsAreStored) {
     CompleteBalanced(OldFunction(2, 5, 6));
     EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText,
-                                    OldFunction(2, 5, 6) + NewFunction(1, 11, 12) + NewFunction(3, 31, 32))));
+              SavedXml{OldUserFile(OldScheme(
+                  BalancedText, OldFunction(2, 5, 6) + NewFunction(1, 11, 12) + NewFunction(3, 31, 32)))});
 }
 
 TEST_F(SchemeReadingTest, FileCreatedByLibraryCanBeCompleted) {
@@ -406,8 +408,8 @@ TEST_F(SchemeReadingTest, FileCreatedByLibraryCanBeCompleted) {
     WriteFunctions(ThreeDefaults);
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {4, 5}}, {3, {31, 32}}}));
     EXPECT_EQ(UserSettings(),
-              RewrittenUserFile(OldScheme(
-                  BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 4, 5) + NewFunction(3, 31, 32))));
+              SavedXml{RewrittenUserFile(OldScheme(
+                  BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 4, 5) + NewFunction(3, 31, 32)))});
 }
 
 TEST_F(SchemeReadingTest, CompletionKeepsAllOtherContent) {
@@ -439,9 +441,10 @@ TEST_F(SchemeReadingTest, MissingDefaultAndLaterDefaultsCountAsZero) {
         <Function ID="3"><Display/><Commands/><Default ACParamIndex="4" DCParamIndex="5"/></Function>)");
     WriteBalanced(OldFunction(9, 9, 9));
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {2, 3}}, {2, {0, 0}}, {3, {0, 0}}, {9, {9, 9}}}));
-    EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(9, 9, 9) + NewFunction(1, 2, 3) +
-                                                      NewFunction(2, 0, 0) + NewFunction(3, 0, 0))));
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(9, 9, 9) + NewFunction(1, 2, 3) +
+                                                         NewFunction(2, 0, 0) + NewFunction(3, 0, 0)))});
 }
 
 TEST_F(SchemeReadingTest, CompletionUsesFirstFunctionWithSameId) {
@@ -465,7 +468,7 @@ class EmptySchemeTest : public SchemeReadingTest, public testing::WithParamInter
 TEST_P(EmptySchemeTest, SchemeWithoutReadableFunctionsIsNotCompleted) {
     const std::string scheme = OldScheme(BalancedText, GetParam().xml);
     EXPECT_EQ(CompleteSchemes(scheme), Params{});
-    EXPECT_EQ(UserSettings(), OldUserFile(scheme));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(scheme)});
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -492,9 +495,10 @@ TEST_F(SchemeReadingTest, FunctionWithoutDcReplacesRestWithDefaults) {
     EXPECT_EQ(CompleteBalanced(OldFunction(1, 2, 3) + R"(<Function ID="2" ACParamIndex="4"/>)" +
                                OldFunction(3, 5, 6) + OldFunction(9, 9, 9)),
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
-    EXPECT_EQ(UserSettings(),
-              OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 21, 22) +
-                                                      OldFunction(3, 31, 32) + OldFunction(9, 9, 9))));
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3) + OldFunction(2, 21, 22) +
+                                                         OldFunction(3, 31, 32) + OldFunction(9, 9, 9)))});
 }
 
 TEST_F(SchemeReadingTest, FunctionWithoutAcReplacesRestWithDefaults) {
@@ -503,9 +507,9 @@ TEST_F(SchemeReadingTest, FunctionWithoutAcReplacesRestWithDefaults) {
               (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
     EXPECT_EQ(
         UserSettings(),
-        OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3) +
-                                                R"(<Function ID="2" DCParamIndex="22" ACParamIndex="21"/>)" +
-                                                OldFunction(3, 31, 32))));
+        SavedXml{OldUserFile(OldScheme(
+            BalancedText, OldFunction(1, 2, 3) + R"(<Function ID="2" DCParamIndex="22" ACParamIndex="21"/>)" +
+                              OldFunction(3, 31, 32)))});
 }
 
 TEST_F(SchemeReadingTest, FunctionWithoutIdPreventsStoringOfDefaults) {
@@ -513,7 +517,7 @@ TEST_F(SchemeReadingTest, FunctionWithoutIdPreventsStoringOfDefaults) {
         OldScheme(BalancedText, OldFunction(1, 2, 3) + R"(<Function ACParamIndex="4" DCParamIndex="5"/>)" +
                                     OldFunction(3, 6, 7));
     EXPECT_EQ(CompleteSchemes(scheme), (Params{{1, {2, 3}}, {2, {21, 22}}, {3, {31, 32}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(scheme));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(scheme)});
 }
 
 TEST_F(SchemeReadingTest, AttributeInNamespaceCountsAsMissing) {

@@ -29,47 +29,48 @@ protected:
 
 TEST_F(SchemeWritingTest, NewFileContainsDeclarationRootSchemeAndFunction) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(),
-              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes>"
-              "<PowerScheme GUID=\"381b4222-f694-41f0-9685-ff5bb260df2e\">\n\t"
-              "<Function ID=\"1\" ACParamIndex=\"5\" DCParamIndex=\"6\">\n\t</Function></PowerScheme>"
-              "</PowerSchemes></OrloPowerCfg>\n");
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes>"
+                 "<PowerScheme GUID=\"381b4222-f694-41f0-9685-ff5bb260df2e\">\n\t"
+                 "<Function ID=\"1\" ACParamIndex=\"5\" DCParamIndex=\"6\">\n\t</Function></PowerScheme>"
+                 "</PowerSchemes></OrloPowerCfg>\n"});
 }
 
 TEST_F(SchemeWritingTest, NewSchemeIsAppendedAfterOthers) {
     const std::string other = OldScheme(HighPerformanceText, OldFunction(1, 2, 3));
     WriteUserSettings(OldUserFile(other));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(other + NewScheme(BalancedText, NewFunction(1, 5, 6))));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(other + NewScheme(BalancedText, NewFunction(1, 5, 6)))});
 }
 
 TEST_F(SchemeWritingTest, NewSchemeIsWrittenByAscendingSignedId) {
     EXPECT_TRUE(
         SetParameter(Balanced, {{10, {1, 1}}, {-1, {2, 2}}, {0, {3, 3}}, {9, {4, 4}}, {-20, {5, 5}}}));
     EXPECT_EQ(UserSettings(),
-              NewSchemeFile(NewFunction(-20, 5, 5) + NewFunction(-1, 2, 2) + NewFunction(0, 3, 3) +
-                            NewFunction(9, 4, 4) + NewFunction(10, 1, 1)));
+              SavedXml{NewSchemeFile(NewFunction(-20, 5, 5) + NewFunction(-1, 2, 2) + NewFunction(0, 3, 3) +
+                                     NewFunction(9, 4, 4) + NewFunction(10, 1, 1))});
 }
 
 TEST_F(SchemeWritingTest, StoredFunctionsAreUpdatedAndNewOnesAppended) {
     WriteScheme(OldFunction(5, 1, 1) + OldFunction(9, 2, 2));
     EXPECT_TRUE(SetParameter(Balanced, {{3, {30, 31}}, {5, {50, 51}}}));
     EXPECT_EQ(UserSettings(),
-              SchemeFile(OldFunction(5, 50, 51) + OldFunction(9, 2, 2) + NewFunction(3, 30, 31)));
+              SavedXml{SchemeFile(OldFunction(5, 50, 51) + OldFunction(9, 2, 2) + NewFunction(3, 30, 31))});
 }
 
 TEST_F(SchemeWritingTest, NewFunctionsAreAppendedByAscendingId) {
     WriteScheme(OldFunction(5, 1, 1));
     EXPECT_TRUE(SetParameter(Balanced, {{8, {8, 8}}, {-2, {2, 2}}, {7, {7, 7}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(5, 1, 1) + NewFunction(-2, 2, 2) + NewFunction(7, 7, 7) +
-                                         NewFunction(8, 8, 8)));
+    EXPECT_EQ(UserSettings(), SavedXml{SchemeFile(OldFunction(5, 1, 1) + NewFunction(-2, 2, 2) +
+                                                  NewFunction(7, 7, 7) + NewFunction(8, 8, 8))});
 }
 
 TEST_F(SchemeWritingTest, ExtremeNumbersAreWrittenInDecimal) {
     constexpr auto min = std::numeric_limits<std::int32_t>::min();
     constexpr auto max = std::numeric_limits<std::int32_t>::max();
     EXPECT_TRUE(SetParameter(Balanced, {{min, {-1, max}}, {max, {min, 0}}}));
-    EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(min, -1, max) + NewFunction(max, min, 0)));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile(NewFunction(min, -1, max) + NewFunction(max, min, 0))});
     EXPECT_NE(UserSettings().find("ID=\"-2147483648\" ACParamIndex=\"-1\" DCParamIndex=\"2147483647\""),
               std::string::npos);
 }
@@ -78,81 +79,85 @@ TEST_F(SchemeWritingTest, EveryDuplicateOfFunctionIsUpdated) {
     WriteScheme(OldFunction(5, 1, 1) + OldFunction(6, 1, 1) + OldFunction(5, 2, 2));
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
     EXPECT_EQ(UserSettings(),
-              SchemeFile(OldFunction(5, 50, 51) + OldFunction(6, 1, 1) + OldFunction(5, 50, 51)));
+              SavedXml{SchemeFile(OldFunction(5, 50, 51) + OldFunction(6, 1, 1) + OldFunction(5, 50, 51))});
 }
 
 TEST_F(SchemeWritingTest, OtherAttributesKeepTheirPlaces) {
     WriteScheme(R"(<Function A="a" DCParamIndex="1" ID="5" B="b" ACParamIndex="1" C="c"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
-    EXPECT_EQ(UserSettings(),
-              SchemeFile(R"(<Function A="a" DCParamIndex="51" ID="5" B="b" ACParamIndex="50" C="c"/>)"));
+    EXPECT_EQ(
+        UserSettings(),
+        SavedXml{SchemeFile(R"(<Function A="a" DCParamIndex="51" ID="5" B="b" ACParamIndex="50" C="c"/>)")});
 }
 
 TEST_F(SchemeWritingTest, MissingValuesAreAddedAcBeforeDc) {
     WriteScheme(R"(<Function ID="5"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(5, 50, 51)));
+    EXPECT_EQ(UserSettings(), SavedXml{SchemeFile(OldFunction(5, 50, 51))});
 }
 
 TEST_F(SchemeWritingTest, ChildrenOfUpdatedFunctionAreKept) {
     WriteScheme(R"(<Function ID="5" ACParamIndex="1" DCParamIndex="1"><Note>kept</Note></Function>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
-    EXPECT_EQ(
-        UserSettings(),
-        SchemeFile(R"(<Function ID="5" ACParamIndex="50" DCParamIndex="51"><Note>kept</Note></Function>)"));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{SchemeFile(
+                  R"(<Function ID="5" ACParamIndex="50" DCParamIndex="51"><Note>kept</Note></Function>)")});
 }
 
 TEST_F(SchemeWritingTest, StoredIdIsParsedAndItsTextKept) {
     WriteScheme(R"(<Function ID=" +5x" ACParamIndex="1" DCParamIndex="1"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{5, {50, 51}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(R"(<Function ID=" +5x" ACParamIndex="50" DCParamIndex="51"/>)"));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{SchemeFile(R"(<Function ID=" +5x" ACParamIndex="50" DCParamIndex="51"/>)")});
 }
 
 TEST_F(SchemeWritingTest, IdWithoutDigitsIsZero) {
     WriteScheme(R"(<Function ID="abc" ACParamIndex="1" DCParamIndex="1"/>)");
     EXPECT_TRUE(SetParameter(Balanced, {{0, {50, 51}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(R"(<Function ID="abc" ACParamIndex="50" DCParamIndex="51"/>)"));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{SchemeFile(R"(<Function ID="abc" ACParamIndex="50" DCParamIndex="51"/>)")});
 }
 
 TEST_F(SchemeWritingTest, GuidIsComparedIgnoringCase) {
     const std::string upper = "381B4222-F694-41F0-9685-FF5BB260DF2E";
     WriteUserSettings(OldUserFile(OldScheme(upper, OldFunction(1, 2, 3))));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(upper, OldFunction(1, 5, 6))));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(OldScheme(upper, OldFunction(1, 5, 6)))});
 }
 
 TEST_F(SchemeWritingTest, GuidWithBracesDoesNotMatch) {
     const std::string braced = OldScheme("{" + std::string{BalancedText} + "}", OldFunction(1, 2, 3));
     WriteUserSettings(OldUserFile(braced));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(braced + NewScheme(BalancedText, NewFunction(1, 5, 6))));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(braced + NewScheme(BalancedText, NewFunction(1, 5, 6)))});
 }
 
 TEST_F(SchemeWritingTest, FirstSchemeWithSameGuidIsUpdated) {
     const std::string second = OldScheme(BalancedText, OldFunction(1, 8, 9));
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)) + second));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + second));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + second)});
 }
 
 TEST_F(SchemeWritingTest, SchemeWithoutGuidHidesLaterSchemes) {
     const std::string hidden = "<PowerScheme/>" + OldScheme(BalancedText, OldFunction(1, 2, 3));
     WriteUserSettings(OldUserFile(hidden));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(hidden + NewScheme(BalancedText, NewFunction(1, 5, 6))));
+    EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(hidden + NewScheme(BalancedText, NewFunction(1, 5, 6)))});
 }
 
 TEST_F(SchemeWritingTest, SchemeWithoutGuidDoesNotHideEarlierSchemes) {
     WriteUserSettings(OldUserFile(OldScheme(BalancedText, OldFunction(1, 2, 3)) + "<PowerScheme/>"));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + "<PowerScheme/>"));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6)) + "<PowerScheme/>")});
 }
 
 TEST_F(SchemeWritingTest, NestedFunctionsAreIgnored) {
     const std::string nested = "<Group>" + OldFunction(1, 2, 3) + "</Group>";
     WriteScheme(nested);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(nested + NewFunction(1, 5, 6)));
+    EXPECT_EQ(UserSettings(), SavedXml{SchemeFile(nested + NewFunction(1, 5, 6))});
 }
 
 TEST_F(SchemeWritingTest, FirstFunctionWithoutIdPreventsSave) {
@@ -175,7 +180,7 @@ TEST_F(SchemeWritingTest, ChangesOfOtherProgramsAreKept) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     WriteScheme(OldFunction(4, 2, 3));
     EXPECT_TRUE(SetParameter(Balanced, {{1, {7, 8}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(4, 2, 3) + NewFunction(1, 7, 8)));
+    EXPECT_EQ(UserSettings(), SavedXml{SchemeFile(OldFunction(4, 2, 3) + NewFunction(1, 7, 8))});
 }
 
 TEST_F(SchemeWritingTest, RepeatedWriteCreatesNoDuplicates) {
@@ -189,14 +194,14 @@ TEST_F(SchemeWritingTest, RepeatedWriteCreatesNoDuplicates) {
 TEST_F(SchemeWritingTest, MissingDefaultsFileDoesNotPreventSave) {
     EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
-    EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile(NewFunction(1, 5, 6))});
 }
 
 TEST_F(SchemeWritingTest, FunctionsMissingInCatalogueAreKept) {
     WriteDefaults(TwoFunctions);
     WriteScheme(OldFunction(77, 7, 7));
     EXPECT_TRUE(SetParameter(Balanced, {{78, {8, 8}}}));
-    EXPECT_EQ(UserSettings(), SchemeFile(OldFunction(77, 7, 7) + NewFunction(78, 8, 8)));
+    EXPECT_EQ(UserSettings(), SavedXml{SchemeFile(OldFunction(77, 7, 7) + NewFunction(78, 8, 8))});
 }
 
 // ---- Maps as clients build them ----
@@ -213,7 +218,7 @@ TEST_P(TreeShapeTest, EntriesAreWrittenByAscendingId) {
     std::string functions;
     for (const std::int32_t id : {1, 2, 3, 4, 5, 6, 7})
         functions += NewFunction(id, id * 10, -id);
-    EXPECT_EQ(UserSettings(), NewSchemeFile(functions));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile(functions)});
 }
 
 INSTANTIATE_TEST_SUITE_P(RightChain, TreeShapeTest, testing::Values(std::vector{1, 2, 3, 4, 5, 6, 7}));
@@ -229,7 +234,7 @@ INSTANTIATE_TEST_SUITE_P(RootWithoutRightChild, TreeShapeTest,
 
 TEST_F(SchemeWritingTest, MapWithOneEntryIsAccepted) {
     EXPECT_TRUE(SetParameter(ClientMap{{{1, {5, 6}}}}.get()));
-    EXPECT_EQ(UserSettings(), NewSchemeFile(NewFunction(1, 5, 6)));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile(NewFunction(1, 5, 6))});
 }
 
 // The nodes are linked as a red-black tree. Their colours belong to the client, so they may have any value.
@@ -244,8 +249,8 @@ TEST_F(SchemeWritingTest, ColoursOfTreeNodesAreIgnored) {
     const ParamMapHolder holder{nullptr, {&nil, 5}};
     EXPECT_TRUE(SetParameter(&holder));
     EXPECT_EQ(UserSettings(),
-              NewSchemeFile(NewFunction(1, 1, 10) + NewFunction(2, 2, 20) + NewFunction(3, 3, 30) +
-                            NewFunction(4, 4, 40) + NewFunction(5, 5, 50)));
+              SavedXml{NewSchemeFile(NewFunction(1, 1, 10) + NewFunction(2, 2, 20) + NewFunction(3, 3, 30) +
+                                     NewFunction(4, 4, 40) + NewFunction(5, 5, 50))});
 }
 
 TEST_F(SchemeWritingTest, TenThousandShuffledEntriesAreAccepted) {
@@ -259,9 +264,9 @@ TEST_F(SchemeWritingTest, TenThousandShuffledEntriesAreAccepted) {
     }
     std::shuffle(entries.begin(), entries.end(), std::mt19937{1});
     EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
-    EXPECT_EQ(UserSettings(), NewSchemeFile(stored));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile(stored)});
     EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
-    EXPECT_EQ(UserSettings(), RewrittenUserFile(OldScheme(BalancedText, updated)));
+    EXPECT_EQ(UserSettings(), SavedXml{RewrittenUserFile(OldScheme(BalancedText, updated))});
 }
 
 TEST_F(SchemeWritingTest, LeftChainOfTenThousandEntriesIsAccepted) {
@@ -272,7 +277,7 @@ TEST_F(SchemeWritingTest, LeftChainOfTenThousandEntriesIsAccepted) {
         stored.insert(0, NewFunction(-id, id, id));
     }
     EXPECT_TRUE(SetParameter(ClientMap{entries}.get()));
-    EXPECT_EQ(UserSettings(), NewSchemeFile(stored));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile(stored)});
 }
 
 // The memory is protected, so either access would terminate the test program.
@@ -280,20 +285,20 @@ TEST_F(SchemeWritingTest, ReadOnlyMapIsAccepted) {
     const ReadOnlyClientMap map{{{2, {3, 4}}, {1, {5, 6}}, {3, {7, 8}}}};
     EXPECT_TRUE(SetParameter(map.get()));
     EXPECT_EQ(UserSettings(),
-              NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 3, 4) + NewFunction(3, 7, 8)));
+              SavedXml{NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 3, 4) + NewFunction(3, 7, 8))});
 }
 
 TEST_F(SchemeWritingTest, NonzeroCountDoesNotLimitEntries) {
     ClientMap map{{{1, {5, 6}}, {2, {7, 8}}, {3, {9, 9}}}};
     EXPECT_TRUE(SetParameter(map.WithCount(1)));
     EXPECT_EQ(UserSettings(),
-              NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 7, 8) + NewFunction(3, 9, 9)));
+              SavedXml{NewSchemeFile(NewFunction(1, 5, 6) + NewFunction(2, 7, 8) + NewFunction(3, 9, 9))});
 }
 
 TEST_F(SchemeWritingTest, NonzeroCountOfEmptyMapStoresEmptyScheme) {
     ClientMap map{{}};
     EXPECT_TRUE(SetParameter(map.WithCount(5)));
-    EXPECT_EQ(UserSettings(), NewSchemeFile(""));
+    EXPECT_EQ(UserSettings(), SavedXml{NewSchemeFile("")});
 }
 
 TEST_F(SchemeWritingTest, MapWithZeroCountIsRejectedDespiteLinks) {

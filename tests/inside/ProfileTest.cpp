@@ -11,6 +11,7 @@
 #include "support/FileTimes.h"
 #include "support/Installation.h"
 #include "support/Markup.h"
+#include "support/SavedXml.h"
 #include "xml/Documents.h"
 #include "ZOTDamClient.h"
 
@@ -128,7 +129,7 @@ TEST_F(ProfileTest, EmptyPathNamesNoFile) {
 
 TEST_F(ProfileTest, CreatedRootFollowsXmlDeclaration) {
     profile.CreateRoot(L"Root");
-    EXPECT_EQ(Save(), "<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n");
+    EXPECT_EQ(Save(), SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n"});
 }
 
 // ---- Children and sections ----
@@ -287,8 +288,9 @@ TEST_F(ProfileTest, FirstSaveWritesDeclarationAndRoot) {
     CXmlZOTPowercfg settings;
     settings.PowerSchemes();
     EXPECT_TRUE(settings.Save());
-    EXPECT_EQ(ReadFile(file),
-              "<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes/></OrloPowerCfg>\n");
+    EXPECT_EQ(
+        ReadFile(file),
+        SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg><PowerSchemes/></OrloPowerCfg>\n"});
 }
 
 TEST_F(ProfileTest, ResetEmptiesBothSectionsAndSettingAttributes) {

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "support/Installation.h"
+#include "support/MsxmlFiles.h"
+#include "support/SavedXml.h"
 #include "support/SecondProcess.h"
 #include "ZOTDamClient.h"
 
@@ -50,10 +52,16 @@ protected:
     // Unloads the DLL as a client does. The next use loads it again.
     void Unload() { library.reset(); }
 
-    void WriteDefaults(std::string_view xml) const { WriteFile(installation.DefaultsFile(), xml); }
-    void WriteUserSettings(std::string_view xml) const { WriteFile(installation.UserFile(), xml); }
-    void WriteBase(std::string_view xml) const { WriteFile(installation.BaseFile(), xml); }
-    void WriteStringTable(std::string_view xml) const { WriteFile(installation.StringTableFile(), xml); }
+    void WriteDefaults(std::string_view xml) const {
+        WriteFile(installation.DefaultsFile(), AsSelected(xml));
+    }
+    void WriteUserSettings(std::string_view xml) const {
+        WriteFile(installation.UserFile(), AsSelected(xml));
+    }
+    void WriteBase(std::string_view xml) const { WriteFile(installation.BaseFile(), AsSelected(xml)); }
+    void WriteStringTable(std::string_view xml) const {
+        WriteFile(installation.StringTableFile(), AsSelected(xml));
+    }
     std::string UserSettings() const { return ReadFile(installation.UserFile()); }
     std::string Defaults() const { return ReadFile(installation.DefaultsFile()); }
 
