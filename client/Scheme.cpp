@@ -31,11 +31,9 @@ bool ParseGuid(std::string_view text, GUID& guid) {
 }  // namespace
 
 GUID ParseScheme(std::string_view text) {
-    const auto* const named = std::ranges::find_if(WindowsSchemes, [&](const NamedScheme& candidate) {
-        return text == candidate.name || IsSameIgnoringCase(text, candidate.alias);
-    });
-    if (named != WindowsSchemes.end())
-        return named->scheme;
+    for (const NamedScheme& named : WindowsSchemes)
+        if (text == named.name || IsSameIgnoringCase(text, named.alias))
+            return named.scheme;
     GUID scheme = {};
     // The library does not accept the all-zero GUID as a scheme.
     if (!ParseGuid(text, scheme) || scheme == GUID{})
@@ -54,10 +52,11 @@ std::string SchemeGuid(const GUID& scheme) {
 }
 
 std::string SchemeTitle(const GUID& scheme) {
-    const auto* const named = std::ranges::find(WindowsSchemes, scheme, &NamedScheme::scheme);
-    if (named == WindowsSchemes.end())
-        return SchemeGuid(scheme);
-    return std::string{named->name} + " (" + SchemeGuid(scheme) + ")";
+    std::string guid = SchemeGuid(scheme);
+    for (const NamedScheme& named : WindowsSchemes)
+        if (named.scheme == scheme)
+            return std::string{named.name} + " (" + guid + ")";
+    return guid;
 }
 
 std::string SchemeNames() {

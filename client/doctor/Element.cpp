@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <stack>
 #include <utility>
 
 #include "Text.h"
@@ -81,18 +82,19 @@ const std::wstring* Element::FindAttribute(std::wstring_view sought) const {
 
 Element BuildElement(IXMLDOMNode* root) {
     std::size_t elements = 0;
-    std::vector<OpenElement> open;
-    open.emplace_back(root, "/" + ToUtf8(NameOf(root)), elements);
+    // Not a vector, which moves its items: with some compilers, moving a map can throw.
+    std::stack<OpenElement> open;
+    open.emplace(root, "/" + ToUtf8(NameOf(root)), elements);
     while (true) {
-        if (open.back().HasMoreChildren() && open.size() < MaxDepth) {
-            open.push_back(open.back().OpenNextChild(++elements));
+        if (open.top().HasMoreChildren() && open.size() < MaxDepth) {
+            open.push(open.top().OpenNextChild(++elements));
             continue;
         }
-        Element closed = std::move(open.back()).Close();
-        open.pop_back();
+        Element closed = std::move(open.top()).Close();
+        open.pop();
         if (open.empty())
             return closed;
-        open.back().Add(std::move(closed));
+        open.top().Add(std::move(closed));
     }
 }
 
