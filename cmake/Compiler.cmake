@@ -6,8 +6,13 @@ target_compile_definitions(zotdam_compiler INTERFACE
 target_include_directories(zotdam_compiler INTERFACE ${PROJECT_SOURCE_DIR}/include)
 
 if(MSVC)
-  # Constructor parameters have the names of the members that they initialize, which 4458 reports.
-  target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8 /wd4458)
+  # 4458 reports constructor parameters with the names of the members that they initialize. 4204 and 4221 report
+  # initializers in C that are standard since C99. Functions such as getenv are standard as well.
+  target_compile_options(zotdam_compiler INTERFACE /W4 /WX /permissive- /utf-8 /wd4458 /wd4204 /wd4221)
+  target_compile_definitions(zotdam_compiler INTERFACE _CRT_SECURE_NO_WARNINGS)
+  # An exception of a client's OnItem passes through the exports. With /EHsc, the compiler would assume that functions
+  # with C linkage throw none.
+  string(REPLACE "/EHsc" "/EHs" CMAKE_CXX_FLAGS "${CMAKE_CXX_FLAGS}")
   target_link_options(zotdam_compiler INTERFACE "$<$<CONFIG:Release>:/DEBUG;/OPT:REF;/OPT:ICF>")
   set(CMAKE_MSVC_DEBUG_INFORMATION_FORMAT ProgramDatabase)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")

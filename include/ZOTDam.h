@@ -322,7 +322,7 @@ struct ParamTree {
         bool operator==(const Iterator& other) const noexcept = default;
 
     private:
-        static bool IsNil(const ParamTreeNode* node) noexcept { return node->isNil != 0; }
+        static bool IsNil(const ParamTreeNode* link) noexcept { return link->isNil != 0; }
         static const ParamTreeNode* Leftmost(const ParamTreeNode* subtree) noexcept {
             while (!IsNil(subtree->left))
                 subtree = subtree->left;
