@@ -5,8 +5,6 @@
 source "$(dirname "$0")/../support/checks.sh"
 
 # Checks whether the command prints the lines of the standard input, in any order.
-lists() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
-
 tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
 
 export SOURCE_DATE_EPOCH

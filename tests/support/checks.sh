@@ -21,6 +21,9 @@ check() {
     fi
 }
 
+# lists COMMAND...: succeeds if the command prints the lines of the standard input, in any order.
+lists() { diff <(LC_ALL=C sort) <("$@" | tr -d '\r' | LC_ALL=C sort); }
+
 report_checks() {
     echo "$passed passed, $failed failed"
     [ "$failed" -eq 0 ]

@@ -1,0 +1,2 @@
+/* The layouts of the C examples. */
+#include "zotdam_layouts.h"
