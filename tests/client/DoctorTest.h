@@ -2,12 +2,11 @@
 // it.
 #pragma once
 
-#include <msxml2.h>
-
 #include <functional>
 #include <set>
 
 #include "client/ClientTest.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 

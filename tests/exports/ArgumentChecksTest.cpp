@@ -1,12 +1,11 @@
 // The results of the exports for invalid arguments, for the all-zero scheme, and without any data.
 #include <windows.h>
 
-#include <msxml2.h>
-
 #include "support/ClientMap.h"
 #include "support/DataFiles.h"
 #include "support/DomDocuments.h"
 #include "support/ExportTest.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 

@@ -98,8 +98,7 @@ TEST_F(CommonSettingsTest, FailureInOneSourceYieldsNextSource) {
     WriteDefaultValues(R"(Name="default")");
     lookUps = 0;
     const DomMethodPatch patch{
-        DomMethod::GetNamedItem,
-        +[](IXMLDOMNamedNodeMap* map, BSTR name, IXMLDOMNode** item) WINAPI -> HRESULT {
+        DomMethod::GetNamedItem, [](IXMLDOMNamedNodeMap* map, BSTR name, IXMLDOMNode** item) -> HRESULT {
             return ++lookUps == 1 ? E_FAIL : lookUp->Original<GetNamedItem>()(map, name, item);
         }};
     lookUp = &patch;

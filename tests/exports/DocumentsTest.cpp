@@ -376,7 +376,7 @@ TEST_F(DocumentSaveTest, FailedReplacementKeepsFileAndDeletesTemporaryFile) {
 
 TEST_F(DocumentSaveTest, FailedFlushReplacesNothing) {
     WriteStored();
-    const ImportPatch patch{Dll().Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { return FALSE; }};
+    const ImportPatch patch{Dll().Handle(), "FlushFileBuffers", [](HANDLE) -> BOOL { return FALSE; }};
     EXPECT_TRUE(SetFunctionOne());
     EXPECT_EQ(UserSettings(), Stored);
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));

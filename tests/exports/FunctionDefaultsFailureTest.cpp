@@ -159,7 +159,7 @@ TEST_F(FailingDomTest, FailedRemovalLeavesFileUnchanged) {
 }
 
 TEST_F(FailingDomTest, FailedNodeCopyStopsWriting) {
-    const DomMethodPatch cannotImport{DomMethod::ImportNode, +[]() WINAPI -> HRESULT { return E_NOTIMPL; }};
+    const DomMethodPatch cannotImport{DomMethod::ImportNode, []() -> HRESULT { return E_NOTIMPL; }};
     const DomMethodFailingOnce failure{DomMethod::CloneNode, 4};
     Replace(three);
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenUpTo(1))});
@@ -167,8 +167,8 @@ TEST_F(FailingDomTest, FailedNodeCopyStopsWriting) {
 
 TEST_F(FailingDomTest, NodesAreImportedWhereDomSupportsImport) {
     using Import = HRESULT WINAPI(IXMLDOMNode*, IXMLDOMNode*, VARIANT_BOOL, IXMLDOMNode**);
-    Import* const import =
-        +[](IXMLDOMNode*, IXMLDOMNode* node, VARIANT_BOOL deep, IXMLDOMNode** copy) WINAPI -> HRESULT {
+    Import* const import = [](IXMLDOMNode*, IXMLDOMNode* node, VARIANT_BOOL deep,
+                              IXMLDOMNode** copy) -> HRESULT {
         EXPECT_EQ(deep, VARIANT_TRUE);
         IXMLDOMNode* parent = nullptr;
         node->get_parentNode(&parent);
@@ -393,7 +393,7 @@ TEST_F(MalformedDefaultsTest, LaterSavesKeepCopyOfMalformedFile) {
 
 TEST_F(MalformedDefaultsTest, FailedCopyPreventsReplacementOfMalformedFile) {
     const ImportPatch patch{Dll().Handle(), "CopyFileW",
-                            +[](const wchar_t*, const wchar_t*, BOOL) WINAPI -> BOOL { return FALSE; }};
+                            [](const wchar_t*, const wchar_t*, BOOL) -> BOOL { return FALSE; }};
     Replace({Record(1)});
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>");
 }

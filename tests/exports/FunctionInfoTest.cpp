@@ -2,13 +2,12 @@
 // language.
 #include <windows.h>
 
-#include <msxml2.h>
-
 #include <cstring>
 
 #include "support/DomDocuments.h"
 #include "support/HeapAllocations.h"
 #include "support/TranslationTest.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 

@@ -1,8 +1,6 @@
 // Tests of the library's life cycle: loading, ZOTDamExit, unloading and process shutdown.
 #include <windows.h>
 
-#include <msxml2.h>
-
 #include <cstdlib>
 #include <set>
 #include <thread>
@@ -14,6 +12,7 @@
 #include "support/HeapAllocations.h"
 #include "support/ImportPatch.h"
 #include "support/ParentInstallation.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 
@@ -508,9 +507,8 @@ const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& fo
 const RegisterRole endsDuringCreation{
     L"ends-during-creation", [](const Folders& folders) {
         Library& dll = LoadPermanently(folders);
-        PatchPermanently(
-            dll.Handle(), "CoCreateInstance",
-            +[](REFCLSID, IUnknown*, DWORD, REFIID, void**) WINAPI -> HRESULT { BlockInside(); });
+        PatchPermanently(dll.Handle(), "CoCreateInstance",
+                         [](REFCLSID, IUnknown*, DWORD, REFIID, void**) -> HRESULT { BlockInside(); });
         BlockThreadInside([&dll] { dll.TEVGetParam(&Balanced); });
         return 0;
     }};
@@ -519,8 +517,7 @@ const RegisterRole endsDuringCreation{
 const RegisterRole endsDuringASave{
     L"ends-during-a-save", [](const Folders& folders) {
         Library& dll = LoadPermanently(folders);
-        PatchPermanently(
-            dll.Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI -> BOOL { BlockInside(); });
+        PatchPermanently(dll.Handle(), "FlushFileBuffers", [](HANDLE) -> BOOL { BlockInside(); });
         BlockThreadInside([&dll] { dll.SetParameter(&Balanced, ParamHolder{{{1, {5, 6}}}}.get()); });
         return 0;
     }};

@@ -115,12 +115,11 @@ const Obstacle Obstacles[] = {
      [](const std::filesystem::path& path, PatchedImports&) { ExtendTo(MaximumSize + 1, path); }},
     {"SizeOfMoreThan32Bits",
      [](const std::filesystem::path&, PatchedImports& imports) {
-         imports.Patch(
-             "GetFileSizeEx", +[](HANDLE file, LARGE_INTEGER* size) WINAPI -> BOOL {
-                 const BOOL result = GetFileSizeEx(file, size);
-                 size->HighPart = 1;
-                 return result;
-             });
+         imports.Patch("GetFileSizeEx", [](HANDLE file, LARGE_INTEGER* size) -> BOOL {
+             const BOOL result = GetFileSizeEx(file, size);
+             size->HighPart = 1;
+             return result;
+         });
      }},
     {"FolderInPlace",
      [](const std::filesystem::path& path, PatchedImports&) {
@@ -129,27 +128,25 @@ const Obstacle Obstacles[] = {
      }},
     {"Device",
      [](const std::filesystem::path&, PatchedImports& imports) {
-         imports.Patch(
-             "GetFileType", +[](HANDLE) WINAPI -> DWORD { return FILE_TYPE_CHAR; });
+         imports.Patch("GetFileType", [](HANDLE) -> DWORD { return FILE_TYPE_CHAR; });
      }},
     {"Pipe",
      [](const std::filesystem::path&, PatchedImports& imports) {
-         imports.Patch(
-             "GetFileType", +[](HANDLE) WINAPI -> DWORD { return FILE_TYPE_PIPE; });
+         imports.Patch("GetFileType", [](HANDLE) -> DWORD { return FILE_TYPE_PIPE; });
      }},
     {"TruncationWhileRead",
      [](const std::filesystem::path&, PatchedImports& imports) {
-         imports.Patch(
-             "ReadFile", +[](HANDLE file, void* buffer, DWORD size, DWORD* count, OVERLAPPED* overlapped)
-                              WINAPI { return ReadFile(file, buffer, size - 1, count, overlapped); });
+         imports.Patch("ReadFile",
+                       [](HANDLE file, void* buffer, DWORD size, DWORD* count, OVERLAPPED* overlapped) {
+                           return ReadFile(file, buffer, size - 1, count, overlapped);
+                       });
      }},
     {"ReadError",
      [](const std::filesystem::path&, PatchedImports& imports) {
-         imports.Patch(
-             "ReadFile", +[](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) WINAPI -> BOOL {
-                 SetLastError(ERROR_CRC);
-                 return FALSE;
-             });
+         imports.Patch("ReadFile", [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+             SetLastError(ERROR_CRC);
+             return FALSE;
+         });
      }},
 };
 

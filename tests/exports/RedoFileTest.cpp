@@ -45,7 +45,8 @@ const std::vector<DataFile> dataFiles = {
 };
 
 const DataFile& FileNamed(const std::wstring& name) {
-    return *std::ranges::find(dataFiles, std::string{name.begin(), name.end()}, &DataFile::name);
+    return *std::ranges::find_if(
+        dataFiles, [&](const DataFile& file) { return std::filesystem::path{name} == file.name; });
 }
 
 // ---- Processes that end ----

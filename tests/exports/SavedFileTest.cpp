@@ -118,10 +118,10 @@ protected:
     void SetUp() override {
         SavedFileTest::SetUp();
         patches.emplace_back(Dll().Handle(), "SetFileInformationByHandle", &SetUnlessProtected);
-        patches.emplace_back(
-            Dll().Handle(), "CopyFileW", +[](LPCWSTR source, LPCWSTR target, BOOL keep) WINAPI -> BOOL {
-                return IsProtected(target) ? Deny(FALSE) : CopyFileW(source, target, keep);
-            });
+        patches.emplace_back(Dll().Handle(), "CopyFileW",
+                             [](LPCWSTR source, LPCWSTR target, BOOL keep) -> BOOL {
+                                 return IsProtected(target) ? Deny(FALSE) : CopyFileW(source, target, keep);
+                             });
     }
     void TearDown() override { patches.clear(); }
 
@@ -178,7 +178,7 @@ TEST_F(SavedFileTest, MalformedFileIsUnchangedIfCopyFlushFails) {
     WriteUserSettings("<unreadable");
     static bool isFirst;
     isFirst = true;
-    const ImportPatch failure{Dll().Handle(), "FlushFileBuffers", +[](HANDLE file) WINAPI -> BOOL {
+    const ImportPatch failure{Dll().Handle(), "FlushFileBuffers", [](HANDLE file) -> BOOL {
                                   return std::exchange(isFirst, false) ? FALSE : FlushFileBuffers(file);
                               }};
     EXPECT_FALSE(Save());

@@ -1,8 +1,6 @@
 // Tests of the string table's file: which file is used, and when it is read.
 #include <windows.h>
 
-#include <msxml2.h>
-
 #include <cwchar>
 #include <thread>
 
@@ -10,6 +8,7 @@
 #include "support/LongPaths.h"
 #include "support/TranslationTest.h"
 #include "support/UserLanguage.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 
@@ -42,7 +41,7 @@ TEST_F(StringTableLanguageTest, LanguageNameBufferHasMaximumLength) {
     static DWORD flags;
     const UserLanguage language{Dll().Handle(), German};
     const ImportPatch patch{Dll().Handle(), "LCIDToLocaleName",
-                            +[](LCID id, wchar_t*, int size, DWORD options) WINAPI {
+                            [](LCID id, wchar_t*, int size, DWORD options) {
                                 locale = id;
                                 capacity = size;
                                 flags = options;
@@ -210,7 +209,7 @@ INSTANTIATE_TEST_SUITE_P(Unknown, NamelessLanguageTest, testing::Values(LANGID{0
 
 TEST_F(StringTableLanguageTest, NameReturnedWithFailureIsIgnored) {
     const UserLanguage language{Dll().Handle(), German};
-    const ImportPatch patch{Dll().Handle(), "LCIDToLocaleName", +[](LCID, wchar_t* name, int, DWORD) WINAPI {
+    const ImportPatch patch{Dll().Handle(), "LCIDToLocaleName", [](LCID, wchar_t* name, int, DWORD) {
                                 std::wcscpy(name, L"de-DE");
                                 return 0;
                             }};

@@ -205,13 +205,13 @@ TEST_F(UnchangedFileTest, FileOfUnknownStateIsLoadedAgain) {
 
 // Some file systems do not store the change time. Then nothing shows that the file is unchanged.
 TEST_F(UnchangedFileTest, FileWithoutChangeTimeIsLoadedAgain) {
-    const ImportPatch atLoad{
-        Dll().Handle(), "GetFileInformationByHandleEx",
-        +[](HANDLE file, FILE_INFO_BY_HANDLE_CLASS type, void* information, DWORD size) WINAPI {
-            const BOOL result = GetFileInformationByHandleEx(file, type, information, size);
-            static_cast<FILE_BASIC_INFO*>(information)->ChangeTime.QuadPart = 0;
-            return result;
-        }};
+    const ImportPatch atLoad{Dll().Handle(), "GetFileInformationByHandleEx",
+                             [](HANDLE file, FILE_INFO_BY_HANDLE_CLASS type, void* information, DWORD size) {
+                                 const BOOL result =
+                                     GetFileInformationByHandleEx(file, type, information, size);
+                                 static_cast<FILE_BASIC_INFO*>(information)->ChangeTime.QuadPart = 0;
+                                 return result;
+                             }};
     queries.onAnswer = [](NTSTATUS result, FileStateAnswer& answer) {
         answer.changeTime.QuadPart = 0;
         return result;
@@ -281,7 +281,7 @@ TEST_F(UnchangedFileTest, SavedFileIsLoadedOnceAgain) {
 TEST_F(UnchangedFileTest, FailedSaveDoesNotKeepChange) {
     LoadOnce();
     {
-        const ImportPatch disk{Dll().Handle(), "FlushFileBuffers", +[](HANDLE) WINAPI { return FALSE; }};
+        const ImportPatch disk{Dll().Handle(), "FlushFileBuffers", [](HANDLE) { return FALSE; }};
         EXPECT_FALSE(Set(L"Name", L"new"));
     }
     EXPECT_EQ(LoadsForReading(L"old"), 1u);
@@ -320,9 +320,8 @@ TEST_F(UnchangedFileTest, MalformedFileIsLoadedAgain) {
 
 TEST_F(UnchangedFileTest, UnreadFileIsLoadedLater) {
     {
-        const ImportPatch disk{
-            Dll().Handle(), "ReadFile",
-            +[](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) WINAPI -> BOOL { return FALSE; }};
+        const ImportPatch disk{Dll().Handle(), "ReadFile",
+                               [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; }};
         EXPECT_EQ(OpensForReading(Missing), 1u);
     }
     LoadOnce();

@@ -206,7 +206,7 @@ TEST_F(NodeImportTest, ImportNodeOfDomIsPreferred) {
 }
 
 TEST_F(NodeImportTest, UnimplementedImportFallsBackToCopy) {
-    const DomMethodPatch patch{DomMethod::ImportNode, +[]() WINAPI -> HRESULT { return E_NOTIMPL; }};
+    const DomMethodPatch patch{DomMethod::ImportNode, []() -> HRESULT { return E_NOTIMPL; }};
     EXPECT_EQ(Copied(L"<S><C><A/></C></S>"), L"<T><Old/><C><A/></C></T>");
 }
 

@@ -55,7 +55,8 @@ void PrintTo(const Saver& saver, std::ostream* out) {
 }
 
 const Saver& SaverOf(const std::wstring& name) {
-    return *std::ranges::find(savers, std::string{name.begin(), name.end()}, &Saver::name);
+    return *std::ranges::find_if(
+        savers, [&](const Saver& saver) { return std::filesystem::path{name} == saver.name; });
 }
 
 [[noreturn]] void SaveInALoop(const std::function<void(State)>& save) {

@@ -542,7 +542,7 @@ INSTANTIATE_TEST_SUITE_P(, ScannerTest,
 
 // The clock of the DLL stands still: on a busy machine the scanner can take longer than a save waits.
 TEST_P(ScannerTest, EverySaveSucceeds) {
-    const ImportPatch clock{Dll().Handle(), "GetTickCount64", +[]() WINAPI -> ULONGLONG { return 0; }};
+    const ImportPatch clock{Dll().Handle(), "GetTickCount64", []() -> ULONGLONG { return 0; }};
     EXPECT_TRUE(Dll().SetCommonSetting(L"Setting", L"first"));
     const SecondProcess scanner{ScanInALoop, {installation.UserFile(), std::to_wstring(GetParam())}};
     const int saves = Rounds(10, 1000);

@@ -67,7 +67,7 @@ public:
 
     // Patches the function if the DLL imports it.
     template <class Function>
-    void Patch(const char* name, Function* replacement) {
+    void Patch(const char* name, Function replacement) {
         if (IsImported(module, name))
             patches.emplace_back(module, name, replacement);
     }

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <msxml2.h>
-
 #include <cwchar>
 #include <functional>
 #include <iterator>
@@ -15,6 +13,7 @@
 #include "support/ClientList.h"
 #include "support/EveryExport.h"
 #include "support/XmlFile.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 

@@ -13,6 +13,13 @@
 #include "support/LoadedImage.h"
 #include "support/XmlTree.h"
 
+#ifdef _MSC_VER
+#include <intrin.h>
+#define ZOTDAM_RETURN_ADDRESS() _ReturnAddress()
+#else
+#define ZOTDAM_RETURN_ADDRESS() __builtin_return_address(0)
+#endif
+
 namespace ZOTDam::Test {
 
 class DomCalls {
@@ -187,7 +194,7 @@ private:
             const auto call = [&] {
                 return reinterpret_cast<Method*>(originals[Slot])(object, first, second, third);
             };
-            if (isCallInProgress || !IsOfTheDll(__builtin_return_address(0)))
+            if (isCallInProgress || !IsOfTheDll(ZOTDAM_RETURN_ADDRESS()))
                 return call();
             const CallInProgress inProgress;
             if constexpr (Slot == AddRefSlot || Slot == ReleaseSlot) {

@@ -37,7 +37,7 @@ enum class DomMethod {
 class DomMethodPatch {
 public:
     template <class Function>
-    DomMethodPatch(DomMethod method, Function* replacement) {
+    DomMethodPatch(DomMethod method, Function replacement) {
         patch.emplace(Slot(method), replacement);
     }
     DomMethodPatch(const DomMethodPatch&) = delete;
@@ -125,7 +125,7 @@ private:
 class FailingDomMethod : public DomMethodPatch {
 public:
     explicit FailingDomMethod(DomMethod method)
-        : DomMethodPatch{method, +[]() WINAPI -> HRESULT { return E_FAIL; }} {}
+        : DomMethodPatch{method, []() -> HRESULT { return E_FAIL; }} {}
 };
 
 // Makes the n-th call of a method fail for a scope. The other calls are forwarded to the DOM with their

@@ -3,13 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <msxml2.h>
-
 #include <algorithm>
 #include <type_traits>
 #include <vector>
 
 #include "support/ExportTest.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <msxml2.h>
 #include <oleauto.h>
 
 #include <cstdint>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "support/XmlFile.h"
+#include "xml/DomInterfaces.h"
 
 namespace ZOTDam::Test {
 

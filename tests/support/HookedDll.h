@@ -13,11 +13,10 @@ public:
     explicit HookedDll(const std::filesystem::path& file = L"ZOTDam.dll")
         : dll{Library::ProgramFolder() / file} {
         imports.Patch("FlushFileBuffers", &DoNotFlush);
-        imports.Patch(
-            "EnumDisplaySettingsW", +[](LPCWSTR, DWORD number, DEVMODEW* mode) WINAPI -> BOOL {
-                mode->dmDisplayFrequency = 60;
-                return number == 0 ? TRUE : FALSE;
-            });
+        imports.Patch("EnumDisplaySettingsW", [](LPCWSTR, DWORD number, DEVMODEW* mode) -> BOOL {
+            mode->dmDisplayFrequency = 60;
+            return number == 0 ? TRUE : FALSE;
+        });
     }
     HookedDll(const HookedDll&) = delete;
     HookedDll& operator=(const HookedDll&) = delete;

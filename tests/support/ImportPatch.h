@@ -36,7 +36,7 @@ inline bool IsImported(HMODULE module, const char* name) {
 class ImportPatch : public SlotPatch {
 public:
     template <class Function>
-    ImportPatch(HMODULE module, const char* importedName, Function* replacement)
+    ImportPatch(HMODULE module, const char* importedName, Function replacement)
         : SlotPatch{Find(module, importedName), replacement} {}
 
 private:
@@ -50,12 +50,12 @@ private:
 
 // Applies a patch that stays in place until the module is unloaded.
 template <class Function>
-void PatchPermanently(HMODULE module, const char* importedName, Function* replacement) {
+void PatchPermanently(HMODULE module, const char* importedName, Function replacement) {
     static_cast<void>(new ImportPatch{module, importedName, replacement});
 }
 
 template <class Function>
-void PatchPermanentlyIfImported(HMODULE module, const char* importedName, Function* replacement) {
+void PatchPermanentlyIfImported(HMODULE module, const char* importedName, Function replacement) {
     if (IsImported(module, importedName))
         PatchPermanently(module, importedName, replacement);
 }

@@ -16,14 +16,13 @@ inline std::wstring InThisSession(const wchar_t* name) {
 
 // Lasts until the DLL is unloaded.
 inline void EnterOwnSession(HMODULE dll) {
-    PatchPermanently(
-        dll, "OpenMutexW", +[](DWORD access, BOOL inherit, LPCWSTR name) WINAPI -> HANDLE {
-            return OpenMutexW(access, inherit, InThisSession(name).c_str());
-        });
-    PatchPermanently(
-        dll, "CreateMutexW", +[](LPSECURITY_ATTRIBUTES security, BOOL owned, LPCWSTR name) WINAPI -> HANDLE {
-            return CreateMutexW(security, owned, InThisSession(name).c_str());
-        });
+    PatchPermanently(dll, "OpenMutexW", [](DWORD access, BOOL inherit, LPCWSTR name) -> HANDLE {
+        return OpenMutexW(access, inherit, InThisSession(name).c_str());
+    });
+    PatchPermanently(dll, "CreateMutexW",
+                     [](LPSECURITY_ATTRIBUTES security, BOOL owned, LPCWSTR name) -> HANDLE {
+                         return CreateMutexW(security, owned, InThisSession(name).c_str());
+                     });
 }
 
 }  // namespace ZOTDam::Test
