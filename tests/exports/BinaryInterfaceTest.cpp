@@ -32,8 +32,9 @@ TEST_F(BinaryInterfaceTest, ModuleExportsExactlyEighteenNames) {
 
 TEST_F(BinaryInterfaceTest, ModuleImportsOnlySystemModules) {
     const auto isOfTheSystem = [](std::string name) {
-        std::ranges::transform(name, name.begin(),
-                               [](unsigned char character) { return std::tolower(character); });
+        std::ranges::transform(name, name.begin(), [](unsigned char character) {
+            return static_cast<char>(std::tolower(character));
+        });
         constexpr std::array<std::string_view, 7> modules = {"kernel32.dll", "msvcrt.dll", "ole32.dll",
                                                              "oleaut32.dll", "rpcrt4.dll", "shlwapi.dll",
                                                              "user32.dll"};
