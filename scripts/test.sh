@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests. The last line counts them; the exit code is 0 if all of them have passed.
 #     scripts/test.sh [PRESET] [--filter PATTERN] [--list] [--jobs N]
-# PRESET      another build than the release: debug, clang, guarded, sanitized
+# PRESET      another build than the release: debug, clang, guarded, sanitized, ucrt (only on Debian 13)
 # --filter    runs the tests whose names match, as in 'ResetTest.*', or one of the checks in tests/NAME/NAME.sh
 # --list      prints the names of the tests and checks, and runs none
 # --jobs      how many programs run at the same time (default: the number of processors)
@@ -21,6 +21,7 @@ fi
 install_toolchain
 install_packages python3
 [ "$preset" != clang ] || install_packages clang
+[ "$preset" != ucrt ] || install_packages g++-mingw-w64-ucrt64
 options=(--build "$build")
 if [ "$preset" = release ]; then
     install_packages libxml2-utils llvm

@@ -8,6 +8,11 @@
 
 #include <cxxabi.h>
 
+#ifdef _UCRT
+#include <pthread.h>
+#include <windows.h>
+#endif
+
 #include "platform/ModuleUnload.h"
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the names of the runtime
@@ -82,5 +87,37 @@ abi::__cxa_eh_globals* __cxa_get_globals_fast() noexcept {
 }  // extern "C"
 
 // NOLINTEND(bugprone-reserved-identifier)
+
+// The compiler for the UCRT has only the posix thread model. A mutex of this model allocates memory when it
+// is first locked, and the process terminates when the allocation fails. These functions use the mutex as a
+// lock of the system, which has the same size. The linker reports an error if the runtime needs others.
+#ifdef _UCRT
+
+static_assert(sizeof(pthread_mutex_t) == sizeof(SRWLOCK));
+
+extern "C" {
+
+int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* /*attributes*/) {
+    InitializeSRWLock(reinterpret_cast<SRWLOCK*>(mutex));
+    return 0;
+}
+
+int pthread_mutex_lock(pthread_mutex_t* mutex) {
+    AcquireSRWLockExclusive(reinterpret_cast<SRWLOCK*>(mutex));
+    return 0;
+}
+
+int pthread_mutex_unlock(pthread_mutex_t* mutex) {
+    ReleaseSRWLockExclusive(reinterpret_cast<SRWLOCK*>(mutex));
+    return 0;
+}
+
+int pthread_mutex_destroy(pthread_mutex_t* /*mutex*/) {
+    return 0;
+}
+
+}  // extern "C"
+
+#endif
 
 #endif
