@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <CLI/CLI.hpp>
 #include <sstream>
+#include <utility>
 
 #include "commands/Commands.h"
 #include "Completion.h"

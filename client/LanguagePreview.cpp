@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <system_error>
+
 #include "DataFiles.h"
 #include "Error.h"
 #include "ZOTDamClient.h"
