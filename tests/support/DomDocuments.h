@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "support/ImportPatch.h"

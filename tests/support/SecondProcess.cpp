@@ -1,5 +1,7 @@
 #include "support/SecondProcess.h"
 
+#include <utility>
+
 #include "support/StartProcess.h"
 
 namespace ZOTDam::Test {
