@@ -71,6 +71,8 @@ build_targets() {
     fi
 }
 
+project_version() { sed -n 's/^project(ZOTDam VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt; }
+
 # Prints the time of the checked-out commit in seconds, or the current time outside a repository.
 commit_time() { git log -1 --format=%ct 2>/dev/null || date +%s; }
 

@@ -1,16 +1,27 @@
 #!/usr/bin/env bash
 # Builds the release and creates its packages in build/release: ZOTDam-VERSION-win64.zip with everything that users and
-# developers of clients need, and ZOTDam-VERSION-win64-symbols.zip with the debug information. The same commit always
-# produces the same packages.
+# developers of clients need, ZOTDam-VERSION-win64-symbols.zip with the debug information, and the installer
+# ZOTDam-VERSION-x64.msi with the files of the first package. The same commit always produces the same packages.
 source "$(dirname "$0")/common.sh"
 
 install_toolchain
-install_packages llvm
+install_packages llvm msitools python3 wixl
 build_targets ZOTDam zotdamctl msvc_import_library
 
 say "Packing"
-SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(commit_time)} TZ=UTC cpack --preset "$preset" >"$build/package.log" || {
+export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(commit_time)}
+TZ=UTC cpack --preset "$preset" >"$build/package.log" || {
     cat "$build/package.log" >&2
     exit 1
 }
 sed -n 's/^CPack: - package: \(.*\) generated\.$/\1/p' "$build/package.log"
+
+version=$(project_version)
+zip=ZOTDam-$version-win64
+unpacked=$(mktemp -d)
+trap 'rm -rf "$unpacked"' EXIT
+(cd "$unpacked" && cmake -E tar xf "$OLDPWD/$build/$zip.zip")
+
+msi=$PWD/$build/ZOTDam-$version-x64.msi
+package/msi.py --tree "$unpacked/$zip" --version "$version" --output "$msi"
+echo "$msi"

@@ -3,6 +3,7 @@
 # correct and installed in the right folders, and that independent projects build and run with them. The last line
 # counts the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
+install_packages llvm msitools
 
 # Checks whether the command prints the lines of the standard input, in any order.
 tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
@@ -11,7 +12,7 @@ export SOURCE_DATE_EPOCH
 SOURCE_DATE_EPOCH=$(commit_time)
 check 'the packages are made' scripts/package.sh
 make_prefix
-version=$(sed -n 's/^project(ZOTDam VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(project_version)
 package=ZOTDam-$version-win64
 
 # ---- A second build ------------------------------------------------------------------------------------------------
@@ -109,7 +110,6 @@ entries_of_zip() { cmake -E tar tf "$1" | sed -n "s,^$package/\(.*[^/]\)$,\1,p";
 
 find samples -type f >"$folder/runtime.txt"
 cat >>"$folder/runtime.txt" <<'NAMES'
-Install-ZOTDam.ps1
 bin/ZOTDam.dll
 bin/zotdamctl.exe
 NAMES
@@ -147,6 +147,8 @@ is_installed_as_packed() {
 }
 
 check "$package.zip can be unpacked" unpack "$PWD/$build/$package.zip"
+# shellcheck source=installer.sh
+source tests/package/installer.sh
 check 'an installation has what the packages have' is_installed_as_packed
 
 # ---- Other projects ------------------------------------------------------------------------------------------------
