@@ -8,6 +8,7 @@
 #include "commands/Commands.h"
 #include "Completion.h"
 #include "Error.h"
+#include "Licenses.h"
 #include "Scheme.h"
 #include "Text.h"
 
@@ -45,6 +46,12 @@ public:
         // also follow the command, and a slash begins a path, not an option.
         app.fallthrough()->allow_windows_style_options(false);
         app.set_version_flag("--version", "zotdamctl " ZOTDAM_VERSION, "Print the version and exit");
+        app.add_flag_callback(
+            "--licenses",
+            [] {
+                throw CLI::CallForVersion{Licenses(), 0};
+            },
+            "Print the licences and exit");
         app.footer("SCHEME and OTHER are the GUID of a power scheme, or " + SchemeNames() + ".\n" +
                    "The options of zotdamctl may also follow the command.");
         AddGeneralOptions();

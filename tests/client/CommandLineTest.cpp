@@ -83,7 +83,7 @@ TEST_F(CommandLineTest, HelpListsCommandsAndOptions) {
     for (const char* const word :
          {"\n  count ", "\n  functions ", "\n  params ", "\n  current ", "\n  set ", "\n  reset ",
           "\n  commands ", "\n  diff ", "\n  setting ", "--program-files", "--program-data", "--json",
-          "--help", "--version", "balanced, high-performance or power-saver"})
+          "--help", "--version", "--licenses", "balanced, high-performance or power-saver"})
         EXPECT_NE(help.find(word), std::string::npos) << word;
 }
 

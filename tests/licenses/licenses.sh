@@ -43,4 +43,13 @@ done
 check 'GCC: the exception for runtime libraries' contains runtime_library_exception
 check 'GCC: the notices of the containers and algorithms' contains notices_of_stl
 
+# Checks whether the client prints both documents.
+client_prints_licences() {
+    wine "$build/bin/zotdamctl.exe" --licenses | cmp - <(cat LICENSE && echo && cat THIRD-PARTY-NOTICES.txt)
+}
+
+build_targets zotdamctl
+make_prefix
+check 'the client prints all licences' client_prints_licences
+
 report_checks
