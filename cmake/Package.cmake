@@ -8,6 +8,10 @@ function(ship target)
   install(TARGETS ${target}
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  if(NOT MSVC)
+    # The map names the archives whose code is in the program.
+    target_link_options(${target} PRIVATE -Wl,-Map=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_NAME:${target}>.map)
+  endif()
   if(MSVC)
     set(symbols $<TARGET_PDB_FILE:${target}>)
   elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
@@ -52,7 +56,11 @@ install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev
 install(DIRECTORY debug schemas DESTINATION . COMPONENT development)
 install(DIRECTORY samples DESTINATION . COMPONENT runtime)
 install(DIRECTORY docs examples DESTINATION . COMPONENT documentation)
-install(FILES CHANGELOG.md CONTRIBUTING.md LICENSE README.md SECURITY.md THIRD-PARTY-NOTICES.txt
+# package/record.py makes these two before scripts/package.sh packs them.
+install(FILES ${PROJECT_BINARY_DIR}/BUILDINFO ${PROJECT_BINARY_DIR}/ZOTDam.spdx.json
+  DESTINATION . COMPONENT runtime OPTIONAL)
+install(FILES LICENSE THIRD-PARTY-NOTICES.txt DESTINATION . COMPONENT runtime)
+install(FILES CHANGELOG.md CONTRIBUTING.md README.md SECURITY.md
   DESTINATION . COMPONENT documentation)
 
 set(CPACK_GENERATOR ZIP)

@@ -28,8 +28,10 @@ LAYOUT = (
     ('samples/Program Files/Orlo/QUEN Power Management/', 'samples', ''),
     ('samples/', None, ''),  # the user settings: the library creates them
     ('bin/', 'runtime', ''),
+    ('BUILDINFO', 'runtime', 'ZOTDam/BUILDINFO'),
     ('LICENSE', 'runtime', 'ZOTDam/LICENSE'),
     ('THIRD-PARTY-NOTICES.txt', 'runtime', 'ZOTDam/THIRD-PARTY-NOTICES.txt'),
+    ('ZOTDam.spdx.json', 'runtime', 'ZOTDam/ZOTDam.spdx.json'),
     ('', 'development', 'ZOTDam/'),
 )
 

@@ -73,6 +73,9 @@ build_targets() {
 
 project_version() { sed -n 's/^project(ZOTDam VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt; }
 
+# Prints the checked-out commit, with "-dirty" if files have changed, or "unknown" outside a repository.
+commit_name() { git describe --always --dirty --abbrev=40 --exclude '*' 2>/dev/null || echo unknown; }
+
 # Prints the time of the checked-out commit in seconds, or the current time outside a repository.
 commit_time() { git log -1 --format=%ct 2>/dev/null || date +%s; }
 

@@ -9,14 +9,16 @@ install_packages llvm msitools python3 wixl
 build_targets ZOTDam zotdamctl msvc_import_library
 
 say "Packing"
+package/check_headers.sh "$build/client/include" >"$build/package.log"
 export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(commit_time)}
-TZ=UTC cpack --preset "$preset" >"$build/package.log" || {
+version=$(project_version)
+package/record.py --build "$build" --version "$version" --commit "$(commit_name)"
+TZ=UTC cpack --preset "$preset" >>"$build/package.log" || {
     cat "$build/package.log" >&2
     exit 1
 }
 sed -n 's/^CPack: - package: \(.*\) generated\.$/\1/p' "$build/package.log"
 
-version=$(project_version)
 zip=ZOTDam-$version-win64
 unpacked=$(mktemp -d)
 trap 'rm -rf "$unpacked"' EXIT

@@ -4,7 +4,7 @@
 # shellcheck disable=SC2154  # package.sh sets the variables
 
 # The files in the main folder of a package that are installed with the programs.
-files_of_runtime='LICENSE|THIRD-PARTY'
+files_of_runtime='BUILDINFO|LICENSE|THIRD-PARTY|spdx'
 installer=ZOTDam-$version-x64.msi
 installer_prefix=$folder/installer-prefix
 drive=$installer_prefix/drive_c
@@ -85,8 +85,6 @@ make_next_version() {
     echo next >>"$folder/next/LICENSE"
     make_installer "$folder/next" 99.0.0
 }
-
-fails() { ! "$@"; }
 
 say 'Installing'
 check 'the package and the installer have the same content' is_same_installer

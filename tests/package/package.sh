@@ -5,7 +5,8 @@
 source "$(dirname "$0")/../support/checks.sh"
 install_packages llvm msitools
 
-# Checks whether the command prints the lines of the standard input, in any order.
+fails() { ! "$@"; }
+
 tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
 
 export SOURCE_DATE_EPOCH
@@ -19,14 +20,15 @@ package=ZOTDam-$version-win64
 
 second="$folder/a second build"
 mkdir -p "$second/source"
-documents=(CHANGELOG.md CONTRIBUTING.md LICENSE README.md SECURITY.md THIRD-PARTY-NOTICES.txt docs examples)
-cp -r CMakeLists.txt "${documents[@]}" \
+documents=(CHANGELOG.md CONTRIBUTING.md README.md SECURITY.md docs examples)
+cp -r CMakeLists.txt LICENSE THIRD-PARTY-NOTICES.txt "${documents[@]}" \
     client cmake debug include package samples schemas src "$second/source"
 
 build_again() {
     cmake -S "$second/source" -B "$second/build" -G Ninja --toolchain "$second/source/cmake/mingw-w64.cmake" \
         -DCMAKE_BUILD_TYPE=Release -DZOTDAM_BUILD_TESTS=OFF -DZOTDAM_BUILD_EXAMPLES=OFF &&
         cmake --build "$second/build" &&
+        package/record.py --build "$second/build" --version "$version" --commit "$(commit_name)" &&
         TZ=UTC cpack --config "$second/build/CPackConfig.cmake" -B "$second/build"
 }
 
@@ -110,6 +112,10 @@ entries_of_zip() { cmake -E tar tf "$1" | sed -n "s,^$package/\(.*[^/]\)$,\1,p";
 
 find samples -type f >"$folder/runtime.txt"
 cat >>"$folder/runtime.txt" <<'NAMES'
+BUILDINFO
+LICENSE
+THIRD-PARTY-NOTICES.txt
+ZOTDam.spdx.json
 bin/ZOTDam.dll
 bin/zotdamctl.exe
 NAMES
@@ -147,8 +153,10 @@ is_installed_as_packed() {
 }
 
 check "$package.zip can be unpacked" unpack "$PWD/$build/$package.zip"
-# shellcheck source=installer.sh
-source tests/package/installer.sh
+for part in record installer; do
+    # shellcheck source=/dev/null
+    source "tests/package/$part.sh"
+done
 check 'an installation has what the packages have' is_installed_as_packed
 
 # ---- Other projects ------------------------------------------------------------------------------------------------
