@@ -3,7 +3,9 @@
 versions of the tools and libraries, and ZOTDam.spdx.json, a software bill of materials (SPDX 2.3) with the third-party
 code in the programs and its licences. scripts/package.sh calls it after the build.
 
-    package/record.py --build FOLDER --version 1.0.0 --commit HASH
+    package/record.py --build FOLDER --version 1.0.0 --commit HASH [--programs FOLDER] [--output FOLDER]
+
+--programs is the folder of the programs if they were signed after the build.
 
 The packages come from the headers that the compiler read and the archives that the linker read. A package without a
 known licence ends the program with an error. SOURCE_DATE_EPOCH is the time of the document.
@@ -90,8 +92,8 @@ def spdx_id(name):
     return 'SPDXRef-' + re.sub('[^A-Za-z0-9.-]', '-', name)
 
 
-def file_entry(build, program):
-    data = (build / 'bin' / program).read_bytes()
+def file_entry(folder, program):
+    data = (folder / program).read_bytes()
     return {
         'SPDXID': spdx_id(program), 'fileName': f'./bin/{program}', 'fileTypes': ['BINARY'],
         'checksums': [{'algorithm': name, 'checksumValue': hashlib.new(name, data).hexdigest()}
@@ -133,7 +135,7 @@ def relationship(element, kind, related):
 
 def bill_of_materials(arguments, contents, versions, seconds):
     """Returns the document. `contents` are the packages in each program."""
-    files = [file_entry(arguments.build, program) for program in PROGRAMS]
+    files = [file_entry(arguments.programs or arguments.build / 'bin', program) for program in PROGRAMS]
     components = sorted(set().union(*contents.values()))
     tools = sorted(set(versions) - set(components))
     packages = [package_entry(name, versions[name][0], ' '.join(versions[name][1:]), LICENCES[versions[name][1]])
@@ -163,12 +165,15 @@ def main():
     parser.add_argument('--build', type=pathlib.Path, required=True)
     parser.add_argument('--version', required=True)
     parser.add_argument('--commit', required=True)
+    parser.add_argument('--programs', type=pathlib.Path)
+    parser.add_argument('--output', type=pathlib.Path)
     arguments = parser.parse_args()
     contents = {program: packages_of(arguments.build, program) for program in PROGRAMS}
     versions = versions_of(set(TOOLS).union(*contents.values()))
     document = bill_of_materials(arguments, contents, versions, int(os.environ.get('SOURCE_DATE_EPOCH', time.time())))
-    (arguments.build / 'BUILDINFO').write_text(buildinfo(arguments, versions), encoding='utf-8')
-    (arguments.build / 'ZOTDam.spdx.json').write_text(json.dumps(document, indent=2) + '\n', encoding='utf-8')
+    output = arguments.output or arguments.build
+    (output / 'BUILDINFO').write_text(buildinfo(arguments, versions), encoding='utf-8')
+    (output / 'ZOTDam.spdx.json').write_text(json.dumps(document, indent=2) + '\n', encoding='utf-8')
     return 0
 
 

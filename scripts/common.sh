@@ -76,6 +76,13 @@ project_version() { sed -n 's/^project(ZOTDam VERSION \([0-9.]*\).*/\1/p' CMakeL
 # Prints the checked-out commit, with "-dirty" if files have changed, or "unknown" outside a repository.
 commit_name() { git describe --always --dirty --abbrev=40 --exclude '*' 2>/dev/null || echo unknown; }
 
+# pack_tree TREE FOLDER: makes the packages that contain the files of the zip, from the unpacked zip.
+pack_tree() {
+    local version
+    version=$(project_version)
+    package/msi.py --tree "$1" --version "$version" --output "$2/ZOTDam-$version-x64.msi"
+}
+
 # Prints the time of the checked-out commit in seconds, or the current time outside a repository.
 commit_time() { git log -1 --format=%ct 2>/dev/null || date +%s; }
 

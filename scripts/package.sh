@@ -23,7 +23,5 @@ zip=ZOTDam-$version-win64
 unpacked=$(mktemp -d)
 trap 'rm -rf "$unpacked"' EXIT
 (cd "$unpacked" && cmake -E tar xf "$OLDPWD/$build/$zip.zip")
-
-msi=$PWD/$build/ZOTDam-$version-x64.msi
-package/msi.py --tree "$unpacked/$zip" --version "$version" --output "$msi"
-echo "$msi"
+pack_tree "$unpacked/$zip" "$PWD/$build"
+echo "$PWD/$build/ZOTDam-$version-x64.msi"

@@ -5,7 +5,6 @@
 
 # The files in the main folder of a package that are installed with the programs.
 files_of_runtime='BUILDINFO|LICENSE|THIRD-PARTY|spdx'
-installer=ZOTDam-$version-x64.msi
 installer_prefix=$folder/installer-prefix
 drive=$installer_prefix/drive_c
 programs="$drive/Program Files/Orlo/QUEN Power Management"
@@ -90,7 +89,9 @@ say 'Installing'
 check 'the package and the installer have the same content' is_same_installer
 check 'the installer installs for all users' lists property ALLUSERS <<<1
 check 'users may change the settings, and only the system and administrators have full access' \
-    lists rights_of_settings <<<$'SettingsFolder\tCreateFolder\tD:PAI(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1301bf;;;BU)'
+    lists rights_of_settings <<'RIGHTS'
+SettingsFolder	CreateFolder	D:PAI(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1301bf;;;BU)
+RIGHTS
 check 'data files are never overwritten and never removed' lists unprotected_samples </dev/null
 check 'the programs have their version' lists programs_without_version </dev/null
 make_installer_prefix

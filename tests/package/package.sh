@@ -3,8 +3,9 @@
 # correct and installed in the right folders, and that independent projects build and run with them. The last line
 # counts the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
-install_packages llvm msitools
+install_packages llvm msitools openssl osslsigncode
 
+# Checks whether the command fails.
 fails() { ! "$@"; }
 
 tool() { "x86_64-w64-mingw32-$1" "${@:2}"; }
@@ -15,6 +16,7 @@ check 'the packages are made' scripts/package.sh
 make_prefix
 version=$(project_version)
 package=ZOTDam-$version-win64
+installer=ZOTDam-$version-x64.msi
 
 # ---- A second build ------------------------------------------------------------------------------------------------
 
@@ -33,6 +35,7 @@ build_again() {
 }
 
 # The second build runs in the background while the checks that do not need it run.
+rm -f "$build/reproduced.sha256"
 say 'Building in another folder'
 build_again >"$folder/second.log" 2>&1 &
 second_build=$!
@@ -235,5 +238,10 @@ for file in bin/ZOTDam.dll bin/ZOTDam.dll.debug bin/zotdamctl.exe bin/zotdamctl.
     ZOTDam.lib src/libZOTDam.dll.a "$package.zip" "$package-symbols.zip"; do
     check "$file is the same" cmp "$build/$file" "$second/build/$file"
 done
+
+# scripts/sign.sh signs these packages only.
+[ "$failed" -gt 0 ] || (cd "$build" && sha256sum "$package.zip" "$package-symbols.zip" "$installer" >reproduced.sha256)
+# shellcheck source=signing.sh
+source tests/package/signing.sh
 
 report_checks

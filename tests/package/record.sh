@@ -25,6 +25,7 @@ PROGRAM
 links() { linked_packages "$1" | grep -qx "$2"; }
 names_package() { recorded_packages | grep -q "^$1 "; }
 
+# Validates a bill of the programs in $unpacked.
 validate_bill() { PYTHONDONTWRITEBYTECODE=1 python3 tests/package/sbom_test.py "$1" "$unpacked"; }
 damage_bill() { sed "$1" "$bill" >"$folder/damaged.json" && fails validate_bill "$folder/damaged.json"; }
 

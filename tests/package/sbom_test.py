@@ -30,7 +30,8 @@ def licence_problems(entry, extracted):
 
 def identifier_problems(identifiers):
     yield from (f'{name} is used twice' for name in identifiers if identifiers.count(name) > 1)
-    yield from (f'{name} is not an identifier' for name in identifiers if not re.match(r'^SPDXRef-[A-Za-z0-9.-]+$', name))
+    yield from (f'{name} is not an identifier' for name in identifiers
+                if not re.match(r'^SPDXRef-[A-Za-z0-9.-]+$', name))
 
 
 def relationship_problems(document, identifiers):
