@@ -81,6 +81,7 @@ pack_tree() {
     local version
     version=$(project_version)
     package/msi.py --tree "$1" --version "$version" --output "$2/ZOTDam-$version-x64.msi"
+    package/nupkg.py --tree "$1" --version "$version" --output "$2/ZOTDam.$version.nupkg"
 }
 
 # Prints the time of the checked-out commit in seconds, or the current time outside a repository.

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the release and creates its packages in build/release: ZOTDam-VERSION-win64.zip with everything that users and
-# developers of clients need, ZOTDam-VERSION-win64-symbols.zip with the debug information, and the installer
-# ZOTDam-VERSION-x64.msi with the files of the first package. The same commit always produces the same packages.
+# developers of clients need, ZOTDam-VERSION-win64-symbols.zip with the debug information, the installer
+# ZOTDam-VERSION-x64.msi, and the NuGet package ZOTDam.VERSION.nupkg. The last two contain files of the first package.
+# The same commit always produces the same packages.
 source "$(dirname "$0")/common.sh"
 
 install_toolchain
@@ -24,4 +25,4 @@ unpacked=$(mktemp -d)
 trap 'rm -rf "$unpacked"' EXIT
 (cd "$unpacked" && cmake -E tar xf "$OLDPWD/$build/$zip.zip")
 pack_tree "$unpacked/$zip" "$PWD/$build"
-echo "$PWD/$build/ZOTDam-$version-x64.msi"
+printf '%s\n' "$PWD/$build/"ZOTDam{-"$version"-x64.msi,."$version".nupkg}

@@ -3,7 +3,7 @@
 # correct and installed in the right folders, and that independent projects build and run with them. The last line
 # counts the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
-install_packages llvm msitools openssl osslsigncode
+install_packages libxml2-utils llvm msitools openssl osslsigncode
 
 # Checks whether the command fails.
 fails() { ! "$@"; }
@@ -17,6 +17,7 @@ make_prefix
 version=$(project_version)
 package=ZOTDam-$version-win64
 installer=ZOTDam-$version-x64.msi
+nupkg=ZOTDam.$version.nupkg
 
 # ---- A second build ------------------------------------------------------------------------------------------------
 
@@ -156,7 +157,7 @@ is_installed_as_packed() {
 }
 
 check "$package.zip can be unpacked" unpack "$PWD/$build/$package.zip"
-for part in record installer; do
+for part in record nuget installer; do
     # shellcheck source=/dev/null
     source "tests/package/$part.sh"
 done
@@ -240,7 +241,8 @@ for file in bin/ZOTDam.dll bin/ZOTDam.dll.debug bin/zotdamctl.exe bin/zotdamctl.
 done
 
 # scripts/sign.sh signs these packages only.
-[ "$failed" -gt 0 ] || (cd "$build" && sha256sum "$package.zip" "$package-symbols.zip" "$installer" >reproduced.sha256)
+[ "$failed" -gt 0 ] ||
+    (cd "$build" && sha256sum "$package"{,-symbols}.zip "$installer" "$nupkg" >reproduced.sha256)
 # shellcheck source=signing.sh
 source tests/package/signing.sh
 
