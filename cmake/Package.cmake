@@ -3,7 +3,8 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Installs a program or library. Its debug information goes into a separate file next to it, where debuggers find it.
+# Installs a program or library. Its debug information goes into separate files next to it, where debuggers find them:
+# DWARF for gdb, and a PDB file with the public names for the debuggers of Windows.
 function(ship target)
   install(TARGETS ${target}
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
@@ -16,6 +17,10 @@ function(ship target)
     set(symbols $<TARGET_PDB_FILE:${target}>)
   elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(symbols ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_NAME:${target}>.debug)
+    set(pdb ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_BASE_NAME:${target}>.pdb)
+    # The identifier of the build connects the program with its PDB file.
+    target_link_options(${target} PRIVATE -Wl,--build-id -Wl,--pdb=${pdb})
+    install(FILES ${pdb} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
     # Without this variable, the file would contain the time of the build.
     set(objcopy ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})
     add_custom_command(TARGET ${target} POST_BUILD

@@ -13,6 +13,9 @@ say "Packing"
 package/check_headers.sh "$build/client/include" >"$build/package.log"
 export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(commit_time)}
 version=$(project_version)
+for program in ZOTDam zotdamctl; do
+    package/pdb.py "$build/bin/$program.pdb" --map "$PWD/$build=/ZOTDam/$build"
+done
 package/record.py --build "$build" --version "$version" --commit "$(commit_name)"
 TZ=UTC cpack --preset "$preset" >>"$build/package.log" || {
     cat "$build/package.log" >&2

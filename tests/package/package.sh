@@ -31,6 +31,8 @@ build_again() {
     cmake -S "$second/source" -B "$second/build" -G Ninja --toolchain "$second/source/cmake/mingw-w64.cmake" \
         -DCMAKE_BUILD_TYPE=Release -DZOTDAM_BUILD_TESTS=OFF -DZOTDAM_BUILD_EXAMPLES=OFF &&
         cmake --build "$second/build" &&
+        package/pdb.py "$second/build/bin/ZOTDam.pdb" --map "$second/build=/ZOTDam/$build" &&
+        package/pdb.py "$second/build/bin/zotdamctl.pdb" --map "$second/build=/ZOTDam/$build" &&
         package/record.py --build "$second/build" --version "$version" --commit "$(commit_name)" &&
         TZ=UTC cpack --config "$second/build/CPackConfig.cmake" -B "$second/build"
 }
@@ -141,6 +143,8 @@ find "${documents[@]}" -type f >"$folder/documentation.txt"
 cat >"$folder/symbols.txt" <<'NAMES'
 bin/ZOTDam.dll.debug
 bin/zotdamctl.exe.debug
+bin/ZOTDam.pdb
+bin/zotdamctl.pdb
 NAMES
 cat "$folder"/{runtime,development,documentation}.txt >"$folder/package.txt"
 
@@ -157,7 +161,7 @@ is_installed_as_packed() {
 }
 
 check "$package.zip can be unpacked" unpack "$PWD/$build/$package.zip"
-for part in record nuget installer; do
+for part in symbols record nuget installer; do
     # shellcheck source=/dev/null
     source "tests/package/$part.sh"
 done
@@ -235,7 +239,7 @@ second_build_succeeds() {
 
 say 'Waiting for the second build'
 check 'the second build' second_build_succeeds
-for file in bin/ZOTDam.dll bin/ZOTDam.dll.debug bin/zotdamctl.exe bin/zotdamctl.exe.debug \
+for file in bin/{ZOTDam.dll,zotdamctl.exe}{,.debug} bin/{ZOTDam,zotdamctl}.pdb \
     ZOTDam.lib src/libZOTDam.dll.a "$package.zip" "$package-symbols.zip"; do
     check "$file is the same" cmp "$build/$file" "$second/build/$file"
 done

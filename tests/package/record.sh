@@ -22,8 +22,8 @@ for item in document['relationships']:
         print(names[item['relatedSpdxElement']])
 PROGRAM
 }
-links() { linked_packages "$1" | grep -qx "$2"; }
-names_package() { recorded_packages | grep -q "^$1 "; }
+links() { linked_packages "$1" | grep -x "$2"; }
+names_package() { recorded_packages | grep "^$1 "; }
 
 # Validates a bill of the programs in $unpacked.
 validate_bill() { PYTHONDONTWRITEBYTECODE=1 python3 tests/package/sbom_test.py "$1" "$unpacked"; }
