@@ -16,8 +16,11 @@ def run(*command):
 def debug_directory(program):
     """Returns the identifier and the name of the PDB file that the program names."""
     text = run('llvm-readobj', '--coff-debug-directory', program)
-    identifier = bytes.fromhex(re.search(r'PDBGUID: \((.*)\)', text).group(1))
-    return uuid.UUID(bytes_le=identifier), re.search(r'PDBFileName: (.*)', text).group(1)
+    identifier = re.search(r'PDBGUID: (.*)', text).group(1)
+    # LLVM 14 prints the bytes in parentheses, and LLVM 19 the identifier in braces.
+    is_bytes = identifier.startswith('(')
+    identifier = uuid.UUID(bytes_le=bytes.fromhex(identifier[1:-1])) if is_bytes else uuid.UUID(identifier)
+    return identifier, re.search(r'PDBFileName: (.*)', text).group(1)
 
 
 def identifier_of(pdb):
