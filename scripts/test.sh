@@ -24,7 +24,7 @@ install_packages python3
 [ "$preset" != ucrt ] || install_packages g++-mingw-w64-ucrt64
 options=(--build "$build")
 if [ "$preset" = release ]; then
-    install_packages libxml2-utils llvm
+    install_packages libxml2-utils llvm msitools openssl osslsigncode wixl
     options+=(--checks)
 fi
 build_targets
