@@ -36,11 +36,13 @@ private:
     HRESULT result;  // fails if the thread is already in a multithreaded apartment, which is harmless
 };
 
+// Returns the path in UTF-8, for messages.
 inline std::string Utf8(const std::filesystem::path& path) {
     const std::u8string text = path.u8string();
     return {text.begin(), text.end()};
 }
 
+// The DLL cannot be loaded, or an export is missing. The message names the file or the export.
 class LibraryError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -72,8 +74,10 @@ private:
     HMODULE handle;
 };
 
-// The loaded ZOTDam.dll, with a member for each export. Use an object only on the thread that created it. The
-// destructor calls ZOTDamExit, frees the DLL and uninitialises COM, in this order.
+// The loaded ZOTDam.dll, with a member for each export. The rules in ZOTDam.h apply to the calls. Use an
+// object only on the thread that created it, and do not create a second one while it exists: the destructor
+// calls ZOTDamExit, which ends all other use of the DLL in the process. Then it frees the DLL and
+// uninitialises COM.
 class Library {
     ComScope com;
     Module module;
@@ -123,7 +127,8 @@ public:
 template <class Interface, class Function, class Method = decltype(&Interface::OnItem)>
 class Callback;
 
-// A callback object. Its OnItem calls a function or a lambda.
+// A callback object. Its OnItem calls a copy of a function or a lambda. The object must exist until the
+// export returns.
 template <class Interface, class Function, class... Arguments>
 class Callback<Interface, Function, void (Interface::*)(Arguments...)> final : public Interface {
 public:
@@ -134,13 +139,16 @@ private:
     Function function;
 };
 
+// Returns a callback object for the interface. The parameters of `onItem` are those of the interface's
+// OnItem, and its result is ignored.
 template <class Interface, class Function>
 Callback<Interface, Function> MakeCallback(Function onItem) {
     return Callback<Interface, Function>{std::move(onItem)};
 }
 
 // The argument of SetParameter, built from a map of function ids and parameters. The tree of the argument has
-// no left children: the right child of each node is the node with the next id.
+// no left children: the right child of each node is the node with the next id. The object must exist until
+// SetParameter returns. The constructor throws std::bad_alloc.
 class ParamHolder {
 public:
     explicit ParamHolder(const std::map<std::int32_t, ParamValue>& params) : nodes(params.size() + 1) {

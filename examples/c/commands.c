@@ -4,15 +4,15 @@
 #include "examples.h"
 
 /* [begin GetCommandInfo] */
-static void PrintCommand(struct ZdCommandInfoCallback* self, const struct ZdCommandInfoRecord* command) {
+static void PrintCommand(IGetCommandInfoCallback* self, const CommandInfoRecord* command) {
     (void)self;
     printf("command %d, event %d, state %d: options %d and %d, \"%s\"\n", command->id, command->event,
            command->state, command->option1, command->option2, ToUtf8(command->specInfo1));
 }
 
-void ListCommands(const struct ZdExports* zd, const GUID* scheme) {
-    static const struct ZdCommandInfoTable table = {PrintCommand};
-    struct ZdCommandInfoCallback callback = {&table};
+void ListCommands(const struct Exports* zd, const GUID* scheme) {
+    static const IGetCommandInfoCallbackTable table = {PrintCommand};
+    IGetCommandInfoCallback callback = {&table};
     zd->GetCommandInfo(scheme, &callback);
 }
 /* [end GetCommandInfo] */
@@ -28,9 +28,10 @@ static wchar_t* EndLine(wchar_t* text) {
     return end + 2;
 }
 
-void ListDifferences(const struct ZdExports* zd, const GUID* schemeA, const GUID* schemeB) {
+void ListDifferences(const struct Exports* zd, const GUID* schemeA, const GUID* schemeB) {
     const uint32_t ac = 1; /* 2: on battery */
-    ZdText names, values;
+    wchar_t names[ZOTDAM_TEXT_CAPACITY];
+    wchar_t values[ZOTDAM_TEXT_CAPACITY];
     wchar_t* name = names;
     wchar_t* value = values;
     if (!zd->GetDiffFuncList(schemeA, schemeB, ac, names, values)) {

@@ -2,11 +2,13 @@
 #ifndef ZOTDAM_EXAMPLES_H
 #define ZOTDAM_EXAMPLES_H
 
-#include "zotdam_layouts.h"
+#include <windows.h>
+
+#include "exports.h"
 
 struct Library {
     HMODULE dll;
-    struct ZdExports exports;
+    struct Exports exports;
 };
 
 /* text.c: converts a string to UTF-8 for the console. Only the last four results are valid. */
@@ -21,28 +23,28 @@ bool LoadByHand(void);
 bool ReplaceCatalogueAndReload(void);
 
 /* catalogue.c */
-void CountFunctions(const struct ZdExports* zd);
-void ListFunctions(const struct ZdExports* zd);
-void ListBase(const struct ZdExports* zd);
-void ListUnsupported(const struct ZdExports* zd);
-void AdoptAll(const struct ZdExports* zd);
+void CountFunctions(const struct Exports* zd);
+void ListFunctions(const struct Exports* zd);
+void ListBase(const struct Exports* zd);
+void ListUnsupported(const struct Exports* zd);
+void AdoptAll(const struct Exports* zd);
 
 /* parameters.c */
-void ListParameters(const struct ZdExports* zd, const GUID* scheme);
-void ListDefaults(const struct ZdExports* zd, const GUID* scheme);
-void ChangeParameters(const struct ZdExports* zd, const GUID* scheme);
-void LoadCurrentValues(const struct ZdExports* zd, const GUID* scheme);
-void ListCurrentValues(const struct ZdExports* zd);
-void ForgetEverything(const struct ZdExports* zd);
+void ListParameters(const struct Exports* zd, const GUID* scheme);
+void ListDefaults(const struct Exports* zd, const GUID* scheme);
+void ChangeParameters(const struct Exports* zd, const GUID* scheme);
+void LoadCurrentValues(const struct Exports* zd, const GUID* scheme);
+void ListCurrentValues(const struct Exports* zd);
+void ForgetEverything(const struct Exports* zd);
 
 /* commands.c */
-void ListCommands(const struct ZdExports* zd, const GUID* scheme);
-void ListDifferences(const struct ZdExports* zd, const GUID* schemeA, const GUID* schemeB);
+void ListCommands(const struct Exports* zd, const GUID* scheme);
+void ListDifferences(const struct Exports* zd, const GUID* schemeA, const GUID* schemeB);
 
 /* settings.c */
-void ListSpecSchemes(const struct ZdExports* zd);
-void ReadSetting(const struct ZdExports* zd);
-void ChangeSetting(const struct ZdExports* zd);
-void InitialiseSettings(const struct ZdExports* zd);
+void ListSpecSchemes(const struct Exports* zd);
+void ReadSetting(const struct Exports* zd);
+void ChangeSetting(const struct Exports* zd);
+void InitialiseSettings(const struct Exports* zd);
 
 #endif

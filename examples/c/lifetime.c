@@ -27,7 +27,7 @@ bool Load(struct Library* library) {
 #define LOAD_EXPORT(result, name, arguments)                                                          \
     library->exports.name = (result(*) arguments)(void (*)(void))GetProcAddress(library->dll, #name); \
     complete = complete && library->exports.name != NULL;
-    ZD_EXPORTS(LOAD_EXPORT)
+    EXPORTS(LOAD_EXPORT)
 #undef LOAD_EXPORT
     if (!complete)
         FreeLibrary(library->dll);
@@ -64,7 +64,7 @@ bool LoadByHand(void) {
     const uint32_t before = library.exports.GetFuncCount();
     library.exports.ZOTDamExit();
     library.exports.ZOTDamExit(); /* has no further effect and returns true again */
-    const bool unavailable = library.exports.GetFuncCount() == ZD_CATALOGUE_UNAVAILABLE;
+    const bool unavailable = library.exports.GetFuncCount() == ZOTDAM_CATALOGUE_UNAVAILABLE;
     printf("before ZOTDamExit: %u functions, after it: %s\n", before, unavailable ? "none" : "some");
     FreeLibrary(library.dll);
     return true;

@@ -6,8 +6,8 @@
 
 #include "examples.h"
 
-static const GUID balanced = {0x381b4222, 0xf694, 0x41f0, {0x96, 0x85, 0xff, 0x5b, 0xb2, 0x60, 0xdf, 0x2e}};
-static const GUID powerSaver = {0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}};
+static const GUID Balanced = {0x381b4222, 0xf694, 0x41f0, {0x96, 0x85, 0xff, 0x5b, 0xb2, 0x60, 0xdf, 0x2e}};
+static const GUID PowerSaver = {0xa1841308, 0x3541, 0x4fab, {0xbc, 0x81, 0xf7, 0x15, 0x56, 0xf2, 0x0b, 0x4a}};
 
 /* [begin DataFolders] */
 /* "ProgramFiles" and "ProgramData" in the environment determine the folders of the library's files. */
@@ -24,20 +24,20 @@ static bool Redirect(const char* variable, const char* folder, const char* subfo
 
 static bool RunInOneLibrary(void) {
     struct Library library;
-    const struct ZdExports* const zd = &library.exports;
+    const struct Exports* const zd = &library.exports;
     if (!Load(&library))
         return false;
     CountFunctions(zd);
     ListFunctions(zd);
     ListBase(zd);
     ListUnsupported(zd);
-    ListParameters(zd, &balanced);
-    ListDefaults(zd, &balanced);
-    ChangeParameters(zd, &balanced);
-    LoadCurrentValues(zd, &balanced);
+    ListParameters(zd, &Balanced);
+    ListDefaults(zd, &Balanced);
+    ChangeParameters(zd, &Balanced);
+    LoadCurrentValues(zd, &Balanced);
     ListCurrentValues(zd);
-    ListCommands(zd, &balanced);
-    ListDifferences(zd, &balanced, &powerSaver);
+    ListCommands(zd, &Balanced);
+    ListDifferences(zd, &Balanced, &PowerSaver);
     ListSpecSchemes(zd);
     ReadSetting(zd);
     ChangeSetting(zd);

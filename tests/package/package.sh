@@ -129,6 +129,7 @@ find debug -type f >"$folder/development.txt"
 cat >>"$folder/development.txt" <<'NAMES'
 include/ZOTDam.h
 include/ZOTDamClient.h
+include/ZOTDamTypes.h
 lib/ZOTDam.lib
 lib/cmake/ZOTDam/ZOTDamConfig.cmake
 lib/cmake/ZOTDam/ZOTDamConfigVersion.cmake

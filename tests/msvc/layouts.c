@@ -1,2 +1,0 @@
-/* The layouts of the C examples. */
-#include "zotdam_layouts.h"
