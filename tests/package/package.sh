@@ -203,6 +203,17 @@ build_project() {
         cmake --build "$2"
 }
 
+# A project in C only. Its program is the quick start of the package.
+mkdir "$folder/consumer in C"
+cat >"$folder/consumer in C/CMakeLists.txt" <<'PROJECT'
+cmake_minimum_required(VERSION 3.25)
+project(consumer LANGUAGES C)
+find_package(ZOTDam 1.0 REQUIRED)
+get_target_property(headers ZOTDam::Headers INTERFACE_INCLUDE_DIRECTORIES)
+add_executable(consumer ${headers}/../examples/quickstart/quickstart.c)
+target_link_libraries(consumer PRIVATE ZOTDam::ZOTDam uuid)
+PROJECT
+
 # Links a program with mingw's linker and the import library for MSVC.
 link_with_library_for_msvc() {
     mkdir "$folder/msvc" && cp "$build/bin/ZOTDam.dll" "$folder/msvc" &&
@@ -224,8 +235,9 @@ check 'a project finds and links the library' build_project "$folder/consumer" "
 check 'its program counts the functions' lists count_functions "$folder/consumer/build/consumer.exe" <<<'16 functions'
 check 'a program is linked with the import library for MSVC' link_with_library_for_msvc
 check 'it counts the functions' lists count_functions "$folder/msvc/consumer.exe" <<<'16 functions'
+check 'a project in C finds and links the library' build_project "$folder/consumer in C" "$folder/consumer in C/build"
 check 'the examples of the package are built' build_project "$installation/$package/examples" "$folder/examples"
-for program in examples_cpp examples_c; do
+for program in examples_cpp examples_c quickstart_cpp quickstart_c; do
     check "$program runs" run_example "$program"
 done
 
