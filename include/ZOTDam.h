@@ -315,6 +315,12 @@ ZOTDAM_OFFSET(SpecSchemeRecord, subGroups, 1592);
 // interface. In C, it is a struct that begins with the interface, whose member `table` points to the function
 // table, for example to an IGetParameterCallbackTable. The client owns both, and they must be valid until the
 // export returns. OnItem receives the callback, the id of the function where there is one, and the record.
+//
+// OnItem may throw an exception to end the enumeration. The exception reaches the client after the library
+// has freed the items, if the same compiler built both: mingw-w64 (g++ or clang) or MSVC. Otherwise, OnItem
+// must not throw, because the items would not be freed or the process would end. A C client must not leave
+// OnItem with longjmp. With the option /EHsc, MSVC assumes that extern "C" functions do not throw, so the
+// exports that call OnItem are declared with ZOTDAM_MAY_THROW. Compatibility: C10.
 
 ZOTDAM_CALLBACK(IGetFunctionBaseCallback, const FunctionBaseRecord* record);
 ZOTDAM_CALLBACK(IGetFunctionInfoCallback, uint32_t functionId, const FunctionRecord* record);
@@ -342,21 +348,21 @@ uint32_t GetFuncCount(void);
 // the functions before it. Compatibility: C20, C22.
 //  - callback: receives each function. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit, otherwise true.
-bool GetFunctionBase(IGetFunctionBaseCallback* callback);
+bool GetFunctionBase(IGetFunctionBaseCallback* callback) ZOTDAM_MAY_THROW;
 
 // Enumerates the functions of the base catalogue that are missing from the catalogue, in file order.
 // Enumerates nothing when the catalogue cannot be loaded or when a function of the base catalogue cannot be
 // read. Compatibility: C22.
 //  - callback: receives each function. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit, otherwise true.
-bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback);
+bool GetFunctionBaseUnSupported(IGetFunctionBaseCallback* callback) ZOTDAM_MAY_THROW;
 
 // Enumerates the functions of the catalogue by ascending id. Their names, groups and labels are texts of the
 // string table in the user's language, or the key if the string table has no text for it.
 // Compatibility: C27, C46.
 //  - callback: receives the id and the record of each function. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit, otherwise true.
-bool GetFunctionInfo(IGetFunctionInfoCallback* callback);
+bool GetFunctionInfo(IGetFunctionInfoCallback* callback) ZOTDAM_MAY_THROW;
 
 // Replaces all functions in the defaults file with the holder's records and saves the file. Skips a record
 // without command items. If a record cannot be written, saves only the records before it. If the catalogue is
@@ -377,14 +383,14 @@ bool AddFunctionDefault(const FunctionBaseHolder* holder);
 //  - callback: receives the id and the parameters of each function. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit. Otherwise returns true, even when nothing could be
 // read.
-bool GetParameter(const GUID* scheme, IGetParameterCallback* callback);
+bool GetParameter(const GUID* scheme, IGetParameterCallback* callback) ZOTDAM_MAY_THROW;
 
 // Enumerates the default parameters of a scheme by ascending function id. Compatibility: C5, C34.
 //  - scheme: the GUID of the scheme. For the all-zero GUID, the export enumerates nothing.
 //  - callback: receives the id and the parameters of each function. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit. Otherwise returns true, even when nothing could be
 // read.
-bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback);
+bool GetParameterDefault(const GUID* scheme, IGetParameterDefaultCallback* callback) ZOTDAM_MAY_THROW;
 
 // Stores the holder's parameters for a scheme in the user settings file. The parameters of other functions do
 // not change. Does not check whether a position selects an option. Compatibility: C5, C35.
@@ -425,7 +431,7 @@ bool GetFuncCurValue(uint32_t position, FuncCurValue* value);
 //  - callback: receives each command. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit. Otherwise returns true, even when nothing could be
 // read.
-bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback);
+bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback) ZOTDAM_MAY_THROW;
 
 // Lists the functions whose parameters differ between two schemes, for one power source. Functions of the
 // group "Group1Name" come first. Loads both schemes as GetParameter does. Compatibility: C6, C45, C46, C47,
@@ -446,7 +452,7 @@ bool GetDiffFuncList(const GUID* schemeA, const GUID* schemeB, uint32_t mode, wc
 // has a malformed GUID. Compatibility: C49.
 //  - callback: receives each spec scheme. Null is allowed.
 // Returns false for a null callback or after ZOTDamExit, otherwise true.
-bool GetSpecScheme(IGetSpecSchemeCallback* callback);
+bool GetSpecScheme(IGetSpecSchemeCallback* callback) ZOTDAM_MAY_THROW;
 
 // Retrieves a common setting. Searches the user settings first, then the defaults, then the base catalogue.
 // Compatibility: C51.
@@ -458,7 +464,8 @@ bool GetSpecScheme(IGetSpecSchemeCallback* callback);
 bool GetCommonSetting(const wchar_t* name, wchar_t* value);
 
 // Stores a common setting in the user settings file. Compatibility: C3, C51.
-//  - name: an XML name without a colon, which must not be "xmlns". Null is allowed.
+//  - name: an XML name without a colon, as the fourth edition of XML 1.0 defines it, and not "xmlns". Null is
+//    allowed.
 //  - value: a string of any length that contains only characters that XML 1.0 allows. Null is allowed.
 // Returns false for null or invalid arguments, when the file cannot be written, or after ZOTDamExit. If
 // another process holds the busy marker of the file, or if the file could not be read, the setting stays in

@@ -72,6 +72,7 @@ ZOTDAM_OFFSET(ZOTDamList, count, 8);
 #define ZOTDAM_LIST(Record) ZOTDamList
 #define ZOTDAM_COUNTED(Interface) struct Interface*
 #define ZOTDAM_ZEROED
+#define ZOTDAM_MAY_THROW
 
 // Declares the struct of a callback and the struct of its function table. A client may use a larger struct
 // that begins with the callback, and convert `self` to it.
@@ -92,6 +93,7 @@ ZOTDAM_OFFSET(ZOTDamList, count, 8);
 #define ZOTDAM_COUNTED(Interface) CountedPointer<Interface>
 #define ZOTDAM_ZEROED \
     {}
+#define ZOTDAM_MAY_THROW noexcept(false)
 
 // Declares the base class of a callback. A client derives a class from it and overrides OnItem.
 #define ZOTDAM_CALLBACK(Interface, ...)       \

@@ -7,6 +7,9 @@ CODE = ('src', 'include', 'client')
 REFERENCE = re.compile(r'\bCompatibility: (C\d+(?:, C\d+)*)')
 EXPORTS = '// ---- Exports'  # the part of include/ZOTDam.h that refers to entries for callers
 PAGE = 'docs/compatibility.md'
+GUIDE = 'docs/clients.md'
+HEADERS = ('include/ZOTDamTypes.h', 'include/ZOTDam.h')
+RECORD_TABLE = re.compile(r'^\| `(\w+)`, (\d+) bytes \| Offset \|[^\n]*\n(.*?)(?=^$)', re.M | re.S)
 ENTRY = re.compile(r'^### C(\d+): (.+?)\n(.*?)(?=^##|\Z)', re.M | re.S)
 CODE_BLOCK = re.compile(r'^```.*?^```$', re.M | re.S)
 LINK = re.compile(r'\]\(([^()\s]+)\)')
@@ -65,8 +68,42 @@ def check_compatibility():
 
 def check_header():
     exports = re.findall(r'^bool (\w+)\(([^)]*)\)([^;]*);', read('include/ZOTDam.h'), re.M)
-    check('the exports that call OnItem are declared with noexcept(false)',
-          [name for name, parameters, rest in exports if 'Callback' in parameters and 'noexcept(false)' not in rest])
+    check('the exports that call OnItem are declared with ZOTDAM_MAY_THROW',
+          [name for name, parameters, rest in exports if 'Callback' in parameters and 'ZOTDAM_MAY_THROW' not in rest])
+
+
+def fields_in_docs():
+    """Returns the size of each record in the tables of the guide, and the offset of each of its fields."""
+    sizes = {}
+    offsets = {}
+    for record, size, rows in RECORD_TABLE.findall(read(GUIDE)):
+        sizes[record] = int(size)
+        for names, numbers in re.findall(r'^\| (`.*?`) \| ([\d, ]+) \|', rows, re.M):
+            fields = re.findall(r'`(\w+)`', names)
+            for field, offset in zip(fields, numbers.split(', '), strict=True):
+                offsets[record, field] = int(offset)
+    return sizes, offsets
+
+
+def declared_fields(headers):
+    """Returns the fields of all records, as pairs of record and field."""
+    for body, record in re.findall(r'^typedef struct \w+ \{(.*?)^\} (\w+);', headers, re.M | re.S):
+        plain = re.sub(r'^#ifdef.*?^#endif$', '', body, flags=re.M | re.S)
+        for field in re.findall(r'^    [^/\n]*?(\w+)(?:\[\w+\])?(?: ZOTDAM_ZEROED)?;', plain, re.M):
+            yield record, field
+
+
+def check_layouts():
+    """Compares the tables of the guide with the assertions in the headers, which the compilers verify."""
+    headers = ''.join(read(path) for path in HEADERS)
+    sizes = {record: int(size) for record, size in re.findall(r'^ZOTDAM_SIZE\((\w+), (\d+)\)', headers, re.M)}
+    offsets = {(record, field): int(offset) for record, field, offset
+               in re.findall(r'^ZOTDAM_OFFSET\((\w+), (\w+), (\d+)\)', headers, re.M)}
+    documented_sizes, documented_offsets = fields_in_docs()
+    check(f'the headers verify the offset of each field of {len(sizes)} records',
+          [f'{record}.{field}' for record, field in declared_fields(headers) if (record, field) not in offsets])
+    check(f'{GUIDE} has the size of each record', sorted(sizes.items() ^ documented_sizes.items()))
+    check(f'{GUIDE} has the offset of each field', sorted(offsets.items() ^ documented_offsets.items()))
 
 
 def anchors(path):
@@ -105,6 +142,7 @@ def main():
     pages = sorted(path for path in pathlib.Path().rglob('*.md') if path.parts[0] != 'build')
     check_compatibility()
     check_header()
+    check_layouts()
     for page in pages:
         check_page(page)
     check_suites(pages)
