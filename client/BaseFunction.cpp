@@ -73,7 +73,7 @@ std::string CheckText(const CheckExistItem& check) {
 }
 
 Json CommandJson(const BaseCommandItem& command) {
-    return {{"id", command.id},
+    return {{"commandId", command.id},
             {"event", command.event},
             {"state", command.state},
             {"paramIndex1", command.paramIndex1},
@@ -129,8 +129,8 @@ Json BaseFunction::ToJson() const {
     Json values = Json::array();
     for (const DefaultValue& value : defaults)
         values.push_back({{"scheme", value.scheme.empty() ? Json() : Json(value.scheme)},
-                          {"ac", value.ac},
-                          {"dc", value.dc}});
+                          {"acIndex", value.ac},
+                          {"dcIndex", value.dc}});
     Json families = Json::array();
     for (const CommandFamily& family : record.commandFamilies)
         families.push_back(FamilyJson(family));
@@ -139,8 +139,8 @@ Json BaseFunction::ToJson() const {
             {"group", ToUtf8(record.group)},
             {"type", record.type},
             {"flag", record.flag},
-            {"ac", OptionsJson(acOptions)},
-            {"dc", OptionsJson(dcOptions)},
+            {"acOptions", OptionsJson(acOptions)},
+            {"dcOptions", OptionsJson(dcOptions)},
             {"defaults", values},
             {"families", families}};
 }

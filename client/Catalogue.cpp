@@ -2,17 +2,62 @@
 
 #include "doctor/Doctor.h"
 #include "Error.h"
+#include "Text.h"
 
 namespace ZOTDam::Client {
 
+namespace {
+
+// The library also skips a file without problems, if another program holds its busy marker or has it open.
+Error CatalogueError(const std::filesystem::path& file) {
+    std::string problem = FindCatalogueProblem(file);
+    const bool isInUse = problem.empty() || problem.ends_with("in use by another program");
+    if (problem.empty())
+        problem = "the file is in use by another program";
+    const bool isMissing = !isInUse && !exists(file);
+    return {isInUse     ? ErrorKind::InUse
+            : isMissing ? ErrorKind::MissingFile
+                        : ErrorKind::UnreadableFile,
+            "The catalogue cannot be loaded from " + Utf8(file) + ": " + problem + ".", file};
+}
+
+}  // namespace
+
 std::uint32_t RequireCatalogue(const Library& library, const std::filesystem::path& file) {
     const std::uint32_t functions = library.GetFuncCount();
-    if (functions != CatalogueUnavailable)
-        return functions;
-    const std::string problem = FindCatalogueProblem(file);
-    // The library also skips a file without problems, if another program holds its busy marker.
-    throw Error{"The catalogue cannot be loaded from " + Utf8(file) + ": " +
-                (problem.empty() ? "the file is in use by another program" : problem) + "."};
+    if (functions == CatalogueUnavailable)
+        throw CatalogueError(file);
+    return functions;
+}
+
+FunctionCatalogue ReadCatalogue(const Library& library, const std::filesystem::path& file) {
+    RequireCatalogue(library, file);
+    FunctionCatalogue catalogue;
+    auto add = MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t id, const FunctionRecord* function) {
+        catalogue[static_cast<std::int32_t>(id)] = {ToUtf8(function->name),
+                                                    ToUtf8(function->group),
+                                                    function->type,
+                                                    function->flag,
+                                                    OptionsOf(function->acDisplayItems),
+                                                    OptionsOf(function->dcDisplayItems)};
+    });
+    library.GetFunctionInfo(&add);
+    return catalogue;
+}
+
+const CatalogueFunction& RequireFunction(const FunctionCatalogue& catalogue, std::int32_t id,
+                                         const std::filesystem::path& file) {
+    const auto found = catalogue.find(id);
+    if (found == catalogue.end())
+        throw Error{ErrorKind::UnknownFunction,
+                    "The catalogue " + Utf8(file) + " has no function " + std::to_string(id) + ".", file};
+    return found->second;
+}
+
+const CatalogueFunction& FindFunction(const FunctionCatalogue& catalogue, std::int32_t id) {
+    static const CatalogueFunction unknown;
+    const auto found = catalogue.find(id);
+    return found == catalogue.end() ? unknown : found->second;
 }
 
 }  // namespace ZOTDam::Client

@@ -10,6 +10,7 @@
 #include "Error.h"
 #include "Licenses.h"
 #include "Scheme.h"
+#include "Suggestion.h"
 #include "Text.h"
 
 namespace ZOTDam::Client {
@@ -32,11 +33,61 @@ Styling ParseStyling(const std::string& when) {
     throw UsageError{"--color must be auto, always or never, not \"" + when + "\"."};
 }
 
+int ParseSeconds(const std::string& text) {
+    const auto seconds = TryParseNumber(text);
+    if (!seconds || *seconds < 0)
+        throw UsageError{"--wait must be a number of seconds, not \"" + text + "\"."};
+    return *seconds;
+}
+
 struct CompletionArguments {
     std::string shell;
 };
 
+struct HelpArguments {
+    std::vector<std::string> command;
+};
+
 Report WriteCompletion(const CompletionArguments& arguments);
+Report WriteHelp(const HelpArguments& arguments);
+
+// The commands that the command line contains, from the program to the last subcommand.
+const CLI::App& LastCommand(const CLI::App& app) {
+    const std::vector<CLI::App*> parsed = app.get_subcommands();
+    return parsed.empty() ? app : LastCommand(*parsed.front());
+}
+
+// Returns the names of the commands without the name of the program: "setting get".
+std::string CommandPath(const CLI::App& command) {
+    const CLI::App* const parent = command.get_parent();
+    if (parent == nullptr)
+        return {};
+    const std::string path = CommandPath(*parent);
+    return path.empty() ? command.get_name() : path + " " + command.get_name();
+}
+
+std::vector<std::string> SubcommandNames(const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::App* const subcommand : command.get_subcommands({}))
+        names.push_back(subcommand->get_name());
+    return names;
+}
+
+std::string UnknownCommandText(const CLI::App& command, const std::string& name) {
+    const std::string path = CommandPath(command);
+    return "\"" + name + "\" is not a command" + (path.empty() ? "" : " of \"" + path + "\"") +
+           SuggestionFor(name, SubcommandNames(command));
+}
+
+// Returns the word of the command line at the place of a command that is not a command, or an empty string.
+std::string FindUnknownCommand(const CLI::App& app) {
+    if (LastCommand(app).get_subcommands({}).empty())
+        return {};
+    const std::vector<std::string> unexpected = app.remaining(true);
+    const auto found = std::ranges::find_if(
+        unexpected, [](const std::string& word) { return !word.empty() && !word.starts_with('-'); });
+    return found == unexpected.end() ? std::string{} : *found;
+}
 
 class Parser {
 public:
@@ -45,29 +96,37 @@ public:
         // Set before the commands are added, because commands inherit these settings. General options may
         // also follow the command, and a slash begins a path, not an option.
         app.fallthrough()->allow_windows_style_options(false);
-        app.set_version_flag("--version", "zotdamctl " ZOTDAM_VERSION, "Print the version and exit");
+        app.set_version_flag("-v,--version", "zotdamctl " ZOTDAM_VERSION, "Print the version and exit");
         app.add_flag_callback(
             "--licenses",
             [] {
                 throw CLI::CallForVersion{Licenses(), 0};
             },
             "Print the licences and exit");
-        app.footer("SCHEME and OTHER are the GUID of a power scheme, or " + SchemeNames() + ".\n" +
+        app.footer("SCHEME and OTHER are the GUID of a power scheme, " + SchemeNames() + ",\n" +
+                   "or an alias of powercfg such as SCHEME_CURRENT.\n" +
                    "The options of zotdamctl may also follow the command.");
         AddGeneralOptions();
         CommandSet commands{app, invocation.action};
         AddCatalogueCommands(commands);
         AddBaseCommands(commands);
         AddParameterCommands(commands);
+        AddSetCommands(commands);
+        AddResetCommands(commands);
         AddSchemeCommands(commands);
+        AddDiffCommand(commands);
         AddSettingCommands(commands);
         AddDoctorCommand(commands);
+        AddTransferCommands(commands);
         AddCompletionCommand(commands);
+        AddHelpCommand(commands);
     }
 
     const CLI::App& App() const noexcept { return app; }
 
     std::variant<Invocation, Information> Parse(std::vector<std::string> arguments) {
+        if (!arguments.empty() && arguments.back() == "/?")
+            arguments.back() = "--help";
         std::ranges::reverse(arguments);  // the order that CLI11 expects
         try {
             app.parse(std::move(arguments));
@@ -76,10 +135,17 @@ public:
             app.exit(request, text, text);
             return text.str();
         } catch (const CLI::ParseError& error) {
-            throw UsageError{std::string{error.what()} + "."};
+            const std::string unknown = FindUnknownCommand(app);
+            const CLI::App& command = LastCommand(app);
+            throw WithHelp(UsageError{unknown.empty() ? std::string{error.what()} + "."
+                                                      : UnknownCommandText(command, unknown)},
+                           CommandPath(command));
+        } catch (const UsageError& error) {
+            throw WithHelp(error, CommandPath(LastCommand(app)));
         }
         if (!invocation.action)
             throw UsageError{"No command is specified.\n\n" + app.help()};
+        invocation.command = CommandPath(LastCommand(app));
         invocation.programFiles = FolderOf(programFiles);
         invocation.programData = FolderOf(programData);
         return invocation;
@@ -96,12 +162,27 @@ private:
             WriteCompletion);
     }
 
+    static void AddHelpCommand(CommandSet& commands) {
+        commands.Add<HelpArguments>(
+            "help", "Describe a command", {"help", "help set", "help setting get"},
+            [](CLI::App& command, HelpArguments& arguments) {
+                AddOptionalArgument(command, "COMMAND", arguments.command,
+                                    "The command; without it, the program");
+            },
+            WriteHelp);
+    }
+
     void AddGeneralOptions() {
         app.add_flag("--json", invocation.json, "Write JSON instead of tables");
         app.add_option_function<std::string>(
                "--color", [this](const std::string& when) { invocation.styling = ParseStyling(when); },
                "Show headings in bold: auto, always or never")
             ->type_name("WHEN")
+            ->take_last();
+        app.add_option_function<std::string>(
+               "--wait", [this](const std::string& text) { invocation.secondsToWait = ParseSeconds(text); },
+               "Wait up to this time for a file that another program is using")
+            ->type_name("SECONDS")
             ->take_last();
         AddFolder("--program-files", programFiles, "The folder to use instead of %ProgramFiles%");
         AddFolder("--program-data", programData, "The folder to use instead of %ProgramData%");
@@ -134,7 +215,34 @@ Report WriteCompletion(const CompletionArguments& arguments) {
     return {script, {{"script", script}}};
 }
 
+Report WriteHelp(const HelpArguments& arguments) {
+    Parser parser;
+    const CLI::App* command = &parser.App();
+    for (const std::string& name : arguments.command) {
+        const std::vector<const CLI::App*> subcommands = command->get_subcommands({});
+        const auto found =
+            std::ranges::find(subcommands, name, [](const CLI::App* app) { return app->get_name(); });
+        if (found == subcommands.end())
+            throw UsageError{UnknownCommandText(*command, name)};
+        command = *found;
+    }
+    std::vector<std::string> request = arguments.command;
+    request.emplace_back("--help");
+    const std::string help = std::get<Information>(parser.Parse(request));
+    return {help, {{"help", help}}};
+}
+
 }  // namespace
+
+UsageError WithHelp(const UsageError& error, const std::string& command) {
+    return UsageError{error.what() +
+                      (" See \"zotdamctl " + command + (command.empty() ? "" : " ") + "--help\".")};
+}
+
+bool RequestsJson(const std::vector<std::string>& arguments) {
+    const auto endOfOptions = std::ranges::find(arguments, "--");
+    return std::find(arguments.begin(), endOfOptions, "--json") != endOfOptions;
+}
 
 std::variant<Invocation, Information> ParseCommandLine(std::vector<std::string> arguments) {
     return Parser{}.Parse(std::move(arguments));

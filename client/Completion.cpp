@@ -22,24 +22,27 @@ void AddOnce(std::vector<std::string>& words, std::string_view word) {
         words.emplace_back(word);
 }
 
-void AddWords(std::vector<std::string>& words, const CLI::Option& option) {
+void AddWords(std::vector<std::string>& words, const CLI::Option& option, const CLI::App& app) {
     for (const std::string& name : option.get_lnames())
         AddOnce(words, "--" + name);
     if (option.get_name() == "SCHEME" || option.get_name() == "OTHER")
-        for (const NamedScheme& scheme : WindowsSchemes)
-            AddOnce(words, scheme.name);
+        for (const std::string& word : SchemeWords())
+            AddOnce(words, word);
+    if (option.get_name() == "COMMAND")
+        for (const CLI::App* command : app.get_subcommands({}))
+            AddOnce(words, command->get_name());
     if (option.get_name() == "SHELL")
         for (const char* const shell : {"bash", "powershell"})
             AddOnce(words, shell);
 }
 
-CommandWords WordsOf(const CLI::App& command, const std::string& path,
+CommandWords WordsOf(const CLI::App& app, const CLI::App& command, const std::string& path,
                      const std::vector<std::string>& general) {
     CommandWords result{path, {}};
     for (const CLI::App* inner : command.get_subcommands({}))
         AddOnce(result.words, inner->get_name());
     for (const CLI::Option* option : command.get_options())
-        AddWords(result.words, *option);
+        AddWords(result.words, *option, app);
     for (const std::string& word : general)
         AddOnce(result.words, word);
     return result;
@@ -49,19 +52,19 @@ CommandWords WordsOf(const CLI::App& command, const std::string& path,
 std::vector<std::string> GeneralWords(const CLI::App& app) {
     std::vector<std::string> words;
     for (const CLI::Option* option : app.get_options())
-        AddWords(words, *option);
+        AddWords(words, *option, app);
     std::erase(words, "--version");
     return words;
 }
 
 std::vector<CommandWords> AllCommandWords(const CLI::App& app) {
     const std::vector<std::string> general = GeneralWords(app);
-    std::vector<CommandWords> all = {WordsOf(app, {}, general)};
+    std::vector<CommandWords> all = {WordsOf(app, app, {}, general)};
     for (const CLI::App* command : app.get_subcommands({})) {
         const std::string path = " " + command->get_name();
-        all.push_back(WordsOf(*command, path, general));
+        all.push_back(WordsOf(app, *command, path, general));
         for (const CLI::App* inner : command->get_subcommands({}))
-            all.push_back(WordsOf(*inner, path + " " + inner->get_name(), general));
+            all.push_back(WordsOf(app, *inner, path + " " + inner->get_name(), general));
     }
     return all;
 }
@@ -96,7 +99,7 @@ std::string BashCompletion(const CLI::App& app) {
            R"(    esac
     case "${COMP_WORDS[COMP_CWORD-1]}" in
         --color) words='auto always never' ;;
-        --program-files | --program-data) words= ;;
+        --program-files | --program-data | --wait | --with) words= ;;
     esac
     COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}"))
 }

@@ -20,10 +20,6 @@ std::filesystem::path Expand(const wchar_t* text) {
     return expanded.c_str();
 }
 
-void Redirect(const wchar_t* variable, const std::filesystem::path& folder) {
-    SetEnvironmentVariableW(variable, std::filesystem::absolute(folder).c_str());
-}
-
 bool IsBusy(const DataFile& file) noexcept {
     const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, file.location.busyMarker);
     if (marker == nullptr)
@@ -52,12 +48,13 @@ bool IsLanguageName(const std::string& text) {
 
 }  // namespace
 
-void RedirectProgramFiles(const std::filesystem::path& folder) {
-    Redirect(L"ProgramFiles", folder);
+FolderRedirection::FolderRedirection(const wchar_t* folderVariable, const std::filesystem::path& folder)
+    : variable{folderVariable}, before{Expand((L'%' + std::wstring{folderVariable} + L'%').c_str())} {
+    SetEnvironmentVariableW(variable, std::filesystem::absolute(folder).c_str());
 }
 
-void RedirectProgramData(const std::filesystem::path& folder) {
-    Redirect(L"ProgramData", folder);
+FolderRedirection::~FolderRedirection() {
+    SetEnvironmentVariableW(variable, before.c_str());
 }
 
 std::filesystem::path PathOf(const DataFile& file) {
@@ -80,15 +77,19 @@ std::filesystem::path StringTableOfUser() {
     return LocalisedFile(NeutralStringTable());
 }
 
+void ThrowInUse(const DataFile& file) {
+    throw Error{ErrorKind::InUse, "The " + TitleOf(file) + " is in use by another program.", PathOf(file)};
+}
+
 void RequireIdle(const DataFile& file) {
     if (IsBusy(file))
-        throw Error{"The " + TitleOf(file) + " is in use by another program."};
+        ThrowInUse(file);
 }
 
 void RequireSaved(const DataFile& file) {
     RequireIdle(file);
     if (!IsWritable(PathOf(file)))
-        throw Error{"The " + TitleOf(file) + " cannot be written."};
+        throw Error{ErrorKind::NotStored, "The " + TitleOf(file) + " cannot be written.", PathOf(file)};
 }
 
 }  // namespace ZOTDam::Client

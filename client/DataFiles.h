@@ -17,9 +17,19 @@ inline constexpr DataFile BaseCatalogue = {"base catalogue", BaseCatalogueLocati
 inline constexpr DataFile Defaults = {"defaults file", DefaultsLocation};
 inline constexpr DataFile UserSettings = {"user settings file", UserSettingsLocation};
 
-// Redirect this process to the files in another folder. Must be called before the library is loaded.
-void RedirectProgramFiles(const std::filesystem::path& folder);
-void RedirectProgramData(const std::filesystem::path& folder);
+// For its scope, redirects this process to the files in another folder. `variable` is L"ProgramFiles" or
+// L"ProgramData". The library uses the folder that it finds when it first uses a file.
+class FolderRedirection {
+public:
+    FolderRedirection(const wchar_t* folderVariable, const std::filesystem::path& folder);
+    FolderRedirection(const FolderRedirection&) = delete;
+    FolderRedirection& operator=(const FolderRedirection&) = delete;
+    ~FolderRedirection();
+
+private:
+    const wchar_t* variable;
+    std::filesystem::path before;
+};
 
 std::filesystem::path PathOf(const DataFile& file);
 
@@ -34,8 +44,9 @@ std::filesystem::path StringTableFor(const std::string& language);
 std::filesystem::path StringTableOfUser();
 
 // The library does not wait for a file, and it does not report that a load was skipped or that a save had no
-// effect. These functions throw an Error if another program is using the file. RequireSaved also throws if
-// the file cannot be written.
+// effect. RequireIdle and RequireSaved throw an Error if another program is using the file. RequireSaved also
+// throws if the file cannot be written.
+[[noreturn]] void ThrowInUse(const DataFile& file);
 void RequireIdle(const DataFile& file);
 void RequireSaved(const DataFile& file);
 

@@ -11,6 +11,11 @@ Options OptionsOf(const List<DisplayItem>& items) {
     return options;
 }
 
+const Option* SelectOption(const Options& options, std::int32_t index) {
+    const auto position = static_cast<std::size_t>(index);
+    return index >= 0 && position < options.size() ? &options[position] : nullptr;
+}
+
 std::string OptionsText(const Options& options) {
     if (options.empty())
         return "none";
@@ -26,8 +31,30 @@ std::string OptionsText(const Options& options) {
 Json OptionsJson(const Options& options) {
     Json list = Json::array();
     for (const auto& [option, label] : options)
-        list.push_back({{"option", option}, {"label", label}});
+        list.push_back({{"index", list.size()}, {"option", option}, {"label", label}});
     return list;
+}
+
+std::string LabelText(const Option* option) {
+    if (option == nullptr)
+        return "-";
+    return option->label.empty() ? std::to_string(option->option) : option->label;
+}
+
+std::string IndexText(const Options& options, std::int32_t index) {
+    return LabelText(SelectOption(options, index)) + " (" + std::to_string(index) + ")";
+}
+
+std::string OptionText(const Option* option) {
+    return LabelText(option) + (option == nullptr ? "" : " (" + std::to_string(option->option) + ")");
+}
+
+Json NumberJson(const Option* option) {
+    return option == nullptr ? Json() : Json(option->option);
+}
+
+Json LabelJson(const Option* option) {
+    return option == nullptr ? Json() : Json(option->label);
 }
 
 }  // namespace ZOTDam::Client

@@ -1,7 +1,10 @@
 #pragma once
 
-#include <filesystem>
+#include <optional>
 #include <string>
+
+#include "DataFiles.h"
+#include "TemporaryFolder.h"
 
 namespace ZOTDam::Client {
 
@@ -14,20 +17,8 @@ public:
     explicit LanguagePreview(const std::string& language);
 
 private:
-    class TemporaryFolder {
-    public:
-        TemporaryFolder();
-        TemporaryFolder(const TemporaryFolder&) = delete;
-        TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-        ~TemporaryFolder();
-
-        const std::filesystem::path& Path() const noexcept { return path; }
-
-    private:
-        std::filesystem::path path;
-    };
-
     TemporaryFolder programFiles;
+    std::optional<FolderRedirection> redirection;
 };
 
 }  // namespace ZOTDam::Client

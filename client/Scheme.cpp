@@ -3,21 +3,18 @@
 #include <objbase.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <iterator>
 
 #include "Error.h"
+#include "Suggestion.h"
+#include "Text.h"
+#include "WindowsSchemes.h"
 
 namespace ZOTDam::Client {
 
 namespace {
 
 constexpr std::size_t GuidLength = 36;
-
-bool IsSameIgnoringCase(std::string_view text, std::string_view alias) {
-    return std::ranges::equal(text, alias,
-                              [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - 'a' + 'A' : a) == b; });
-}
 
 // Widens each byte to one character. This is sufficient, because a GUID has only ASCII characters.
 bool ParseGuid(std::string_view text, GUID& guid) {
@@ -28,18 +25,52 @@ bool ParseGuid(std::string_view text, GUID& guid) {
     return braced.size() == GuidLength + 2 && SUCCEEDED(IIDFromString(braced.c_str(), &guid));
 }
 
+GUID RequireActiveScheme() {
+    const std::optional<GUID> active = FindActiveScheme();
+    if (!active)
+        throw Error{"Windows does not report the active power scheme."};
+    return *active;
+}
+
+// Returns the first known scheme that the condition selects, or null.
+template <class Condition>
+const NamedScheme* FindNamedScheme(Condition isSelected) {
+    for (const NamedScheme& named : WindowsSchemes)
+        if (isSelected(named))
+            return &named;
+    return nullptr;
+}
+
+const NamedScheme* FindNamedScheme(const GUID& scheme) {
+    return FindNamedScheme([&](const NamedScheme& named) { return named.scheme == scheme; });
+}
+
 }  // namespace
 
 GUID ParseScheme(std::string_view text) {
-    for (const NamedScheme& named : WindowsSchemes)
-        if (text == named.name || IsSameIgnoringCase(text, named.alias))
-            return named.scheme;
+    const NamedScheme* const named = FindNamedScheme([&](const NamedScheme& candidate) {
+        return IsSameIgnoringCase(text, candidate.name) || IsSameIgnoringCase(text, candidate.alias);
+    });
+    if (named != nullptr)
+        return named->scheme;
+    if (IsSameIgnoringCase(text, ActiveSchemeAlias))
+        return RequireActiveScheme();
     GUID scheme = {};
     // The library does not accept the all-zero GUID as a scheme.
     if (!ParseGuid(text, scheme) || scheme == GUID{})
         throw UsageError{"\"" + std::string{text} + "\" is not a power scheme: specify its GUID, or " +
-                         SchemeNames() + "."};
+                         SchemeNames() + SuggestionFor(text, SchemeWords())};
     return scheme;
+}
+
+std::vector<std::string> SchemeWords() {
+    std::vector<std::string> words;
+    for (const NamedScheme& named : WindowsSchemes)
+        words.emplace_back(named.name);
+    for (const NamedScheme& named : WindowsSchemes)
+        words.emplace_back(named.alias);
+    words.emplace_back(ActiveSchemeAlias);
+    return words;
 }
 
 std::string SchemeGuid(const GUID& scheme) {
@@ -52,11 +83,26 @@ std::string SchemeGuid(const GUID& scheme) {
 }
 
 std::string SchemeTitle(const GUID& scheme) {
-    std::string guid = SchemeGuid(scheme);
-    for (const NamedScheme& named : WindowsSchemes)
-        if (named.scheme == scheme)
-            return std::string{named.name} + " (" + guid + ")";
-    return guid;
+    const NamedScheme* const named = FindNamedScheme(scheme);
+    return named == nullptr ? SchemeGuid(scheme) : std::string{named->name} + " (" + SchemeGuid(scheme) + ")";
+}
+
+std::string SchemeLabel(const GUID& scheme) {
+    const NamedScheme* const named = FindNamedScheme(scheme);
+    return named == nullptr ? SchemeGuid(scheme) : std::string{named->name};
+}
+
+std::string SchemeHeading(const GUID& scheme, const std::string& source) {
+    return "Scheme: " + SchemeTitle(scheme) + "\nSource: " + source + "\n\n";
+}
+
+Json SchemeJson(const GUID& scheme, const char* source) {
+    return {{"scheme", SchemeGuid(scheme)}, {"schemeName", SchemeNameJson(scheme)}, {"source", source}};
+}
+
+Json SchemeNameJson(const GUID& scheme) {
+    const NamedScheme* const named = FindNamedScheme(scheme);
+    return named == nullptr ? Json() : Json(named->name);
 }
 
 std::string SchemeNames() {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/AsciiCase.h"
 #include "platform/CharacterRange.h"
 
 namespace ZOTDam::Client {
@@ -40,6 +41,10 @@ std::wstring ToUtf16(std::string_view utf8) {
     std::wstring text(static_cast<std::size_t>(size), L'\0');
     MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, text.data(), size);
     return text;
+}
+
+bool IsSameIgnoringCase(std::string_view a, std::string_view b) {
+    return ToLowerAscii(std::string{a}) == ToLowerAscii(std::string{b});
 }
 
 std::size_t DisplayWidth(std::string_view utf8) {

@@ -43,10 +43,10 @@ step 'Provisioning: adopts all functions on this machine' 1 adopt --all
 step 'Copies the default settings from the base catalogue' 1 setting init
 step 'The functions, with their options when plugged in and on battery' 4 functions
 step 'The same in German' 2 functions --language de-DE
-step 'The values of the balanced scheme: the defaults of the base catalogue' 6 params balanced
-step 'The options that these values select' 4 current balanced
-step 'Selects the brightest option when plugged in, and the darkest on battery' 4 set balanced 1 0 4
-step 'The commands that apply the balanced scheme' 4 commands balanced
+step 'The values of the balanced scheme: the defaults of the base catalogue' 7 params balanced
+step 'The options that these values select' 5 current balanced
+step 'Selects the brightest option when plugged in, and the darkest on battery' 4 set balanced 1=0,4
+step 'The commands that apply the balanced scheme' 5 commands balanced
 step 'The values of the power saver that differ when plugged in' 12 diff balanced power-saver --ac
 step 'The Windows power settings that the suite prescribes for each scheme' 3 spec-schemes
 step 'A common setting: the default, because the user has not changed it' 1 setting get LowBatteryWarning

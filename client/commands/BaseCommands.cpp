@@ -4,7 +4,9 @@
 #include "BaseFunction.h"
 #include "Catalogue.h"
 #include "commands/Commands.h"
+#include "DataFileContent.h"
 #include "Error.h"
+#include "PowerSettingNames.h"
 #include "Scheme.h"
 
 namespace ZOTDam::Client {
@@ -25,7 +27,8 @@ struct AdoptArguments {
 // The library enumerates no functions if the base catalogue cannot be read, and reports no error.
 void RequireBaseCatalogue() {
     if (!exists(PathOf(BaseCatalogue)))
-        throw Error{"The " + TitleOf(BaseCatalogue) + " does not exist."};
+        throw Error{ErrorKind::MissingFile, "The " + TitleOf(BaseCatalogue) + " does not exist.",
+                    PathOf(BaseCatalogue)};
 }
 
 Report ListBaseFunctions(const BaseArguments& arguments) {
@@ -56,10 +59,13 @@ List<FunctionBaseRecord> CollectBaseFunctions(const Library& library, const Adop
     });
     library.GetFunctionBase(&collect);
     if (!missing.empty())
-        throw Error{"The " + TitleOf(BaseCatalogue) + " has no function " + std::to_string(*missing.begin()) +
-                    "."};
+        throw Error{
+            ErrorKind::UnknownFunction,
+            "The " + TitleOf(BaseCatalogue) + " has no function " + std::to_string(*missing.begin()) + ".",
+            PathOf(BaseCatalogue)};
     if (records.empty())
-        throw Error{"The " + TitleOf(BaseCatalogue) + " has no functions."};
+        throw Error{ErrorKind::UnknownFunction, "The " + TitleOf(BaseCatalogue) + " has no functions.",
+                    PathOf(BaseCatalogue)};
     return records;
 }
 
@@ -84,9 +90,11 @@ Report Adopt(const AdoptArguments& arguments) {
     RequireBaseCatalogue();
     const Library library;
     const FunctionBaseHolder holder{nullptr, CollectBaseFunctions(library, arguments)};
+    Backup backup{Defaults};
     library.AddFunctionDefault(&holder);
     RequireSaved(Defaults);
     RequireCatalogue(library);
+    backup.Keep();
     const Ids adopted = CatalogueIds(library);
     Ids skipped;
     for (const FunctionBaseRecord& record : holder.records)
@@ -95,35 +103,54 @@ Report Adopt(const AdoptArguments& arguments) {
     std::string text = "The catalogue now consists of these functions: " + IdsText(adopted) + "\n";
     if (!skipped.empty())
         text += "Skipped because they have no commands: " + IdsText(skipped) + "\n";
-    return {text, {{"functions", adopted}, {"skipped", skipped}}};
+    return {text + backup.Text(),
+            {{"functions", adopted}, {"skipped", skipped}, {"backup", backup.ToJson()}}};
+}
+
+// Returns null for a setting that is not part of Windows.
+Json PowerSettingNameJson(const GUID& setting) {
+    const std::string_view name = PowerSettingName(setting);
+    return name.empty() ? Json() : Json(name);
+}
+
+// Returns the display text "name (GUID)", or the GUID alone.
+std::string PowerSettingTitle(const GUID& setting) {
+    const std::string name{PowerSettingName(setting)};
+    return name.empty() ? SchemeGuid(setting) : name + " (" + SchemeGuid(setting) + ")";
 }
 
 Json PowerSettingJson(const SpecPowerSettingRecord& setting) {
-    return {
-        {"powerSetting", SchemeGuid(setting.powerSetting)}, {"ac", setting.acValue}, {"dc", setting.dcValue}};
+    return {{"powerSetting", SchemeGuid(setting.powerSetting)},
+            {"name", PowerSettingNameJson(setting.powerSetting)},
+            {"acValue", setting.acValue},
+            {"dcValue", setting.dcValue}};
 }
 
 Json SubGroupJson(const SpecSubGroupRecord& subGroup) {
     Json settings = Json::array();
     for (const SpecPowerSettingRecord& setting : subGroup.powerSettings)
         settings.push_back(PowerSettingJson(setting));
-    return {{"subGroup", SchemeGuid(subGroup.subGroup)}, {"powerSettings", settings}};
+    return {{"subGroup", SchemeGuid(subGroup.subGroup)},
+            {"name", PowerSettingNameJson(subGroup.subGroup)},
+            {"powerSettings", settings}};
 }
 
 Json SpecSchemeJson(const SpecSchemeRecord& scheme) {
     Json subGroups = Json::array();
     for (const SpecSubGroupRecord& subGroup : scheme.subGroups)
         subGroups.push_back(SubGroupJson(subGroup));
-    return {{"scheme", SchemeGuid(scheme.scheme)}, {"subGroups", subGroups}};
+    return {{"scheme", SchemeGuid(scheme.scheme)},
+            {"schemeName", SchemeNameJson(scheme.scheme)},
+            {"subGroups", subGroups}};
 }
 
 std::string SpecSchemeText(const SpecSchemeRecord& scheme) {
     std::string text = SchemeTitle(scheme.scheme) + "\n";
     for (const SpecSubGroupRecord& subGroup : scheme.subGroups) {
-        text += "    Subgroup " + SchemeGuid(subGroup.subGroup) + "\n";
+        text += "    " + PowerSettingTitle(subGroup.subGroup) + "\n";
         for (const auto& [ac, dc, powerSetting] : subGroup.powerSettings)
-            text += "        " + SchemeGuid(powerSetting) + "  " + std::to_string(ac) + " plugged in, " +
-                    std::to_string(dc) + " on battery\n";
+            text += "        " + PowerSettingTitle(powerSetting) + ": " + std::to_string(ac) +
+                    " plugged in, " + std::to_string(dc) + " on battery\n";
     }
     return text;
 }

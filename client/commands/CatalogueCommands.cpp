@@ -3,13 +3,13 @@
 #include "commands/Commands.h"
 #include "DisplayOptions.h"
 #include "LanguagePreview.h"
-#include "Text.h"
 
 namespace ZOTDam::Client {
 
 namespace {
 
 struct FunctionsArguments {
+    std::set<std::int32_t> ids;
     std::optional<std::string> language;
 };
 
@@ -20,36 +20,45 @@ Report CountFunctions() {
             {{"count", functions}}};
 }
 
-std::string FunctionText(std::uint32_t id, const FunctionRecord& function) {
-    return std::to_string(id) + "  " + ToUtf8(function.name) + "\n" +                     //
-           "    Group       " + ToUtf8(function.group) + "\n" +                           //
-           "    Plugged in  " + OptionsText(OptionsOf(function.acDisplayItems)) + "\n" +  //
-           "    On battery  " + OptionsText(OptionsOf(function.dcDisplayItems)) + "\n";
+std::string FunctionText(std::int32_t id, const CatalogueFunction& function) {
+    return std::to_string(id) + "  " + function.name + "\n" +             //
+           "    Group       " + function.group + "\n" +                   //
+           "    Plugged in  " + OptionsText(function.acOptions) + "\n" +  //
+           "    On battery  " + OptionsText(function.dcOptions) + "\n";
 }
 
-Json FunctionJson(std::uint32_t id, const FunctionRecord& function) {
+Json FunctionJson(std::int32_t id, const CatalogueFunction& function) {
     return {{"id", id},
-            {"name", ToUtf8(function.name)},
-            {"group", ToUtf8(function.group)},
+            {"name", function.name},
+            {"group", function.group},
             {"type", function.type},
             {"flag", function.flag},
-            {"ac", OptionsJson(OptionsOf(function.acDisplayItems))},
-            {"dc", OptionsJson(OptionsOf(function.dcDisplayItems))}};
+            {"acOptions", OptionsJson(function.acOptions)},
+            {"dcOptions", OptionsJson(function.dcOptions)}};
+}
+
+// Returns the functions with these ids, or all if there are no ids.
+FunctionCatalogue Select(const FunctionCatalogue& catalogue, const std::set<std::int32_t>& ids,
+                         const std::filesystem::path& file) {
+    if (ids.empty())
+        return catalogue;
+    FunctionCatalogue selected;
+    for (const std::int32_t id : ids)
+        selected.emplace(id, RequireFunction(catalogue, id, file));
+    return selected;
 }
 
 Report ListFunctions(const FunctionsArguments& arguments) {
-    const std::filesystem::path catalogue = PathOf(Defaults);
+    const std::filesystem::path file = PathOf(Defaults);
     std::optional<LanguagePreview> preview;
     if (arguments.language)
         preview.emplace(*arguments.language);
     const Library library;
-    RequireCatalogue(library, catalogue);
     Report report{{}, {{"functions", Json::array()}}};
-    auto add = MakeCallback<IGetFunctionInfoCallback>([&](std::uint32_t id, const FunctionRecord* function) {
-        report.text += (report.text.empty() ? "" : "\n") + FunctionText(id, *function);
-        report.json["functions"].push_back(FunctionJson(id, *function));
-    });
-    library.GetFunctionInfo(&add);
+    for (const auto& [id, function] : Select(ReadCatalogue(library, file), arguments.ids, file)) {
+        report.text += (report.text.empty() ? "" : "\n") + FunctionText(id, function);
+        report.json["functions"].push_back(FunctionJson(id, function));
+    }
     if (report.text.empty())
         report.text = "The catalogue has no functions.\n";
     return report;
@@ -62,8 +71,9 @@ void AddCatalogueCommands(CommandSet& commands) {
                  CountFunctions);
     commands.Add<FunctionsArguments>(
         "functions", "List the functions of the catalogue with their options",
-        {"functions", "functions --language de-DE"},
+        {"functions", "functions 1 2", "functions --language de-DE"},
         [](CLI::App& command, FunctionsArguments& arguments) {
+            AddArgument(command, "ID", arguments.ids, "The ids of the functions to list; all without ids");
             AddOption(command, "--language", "TAG", arguments.language,
                       "Show the texts in this language, such as de-DE, instead of the user's");
         },

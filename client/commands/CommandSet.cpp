@@ -3,26 +3,28 @@
 #include <charconv>
 #include <CLI/CLI.hpp>
 #include <utility>
-#include <vector>
 
 #include "Error.h"
 #include "Scheme.h"
 
 namespace ZOTDam::Client {
 
-namespace {
-
-std::int32_t ParseNumber(const std::string& name, const std::string& text) {
+std::optional<std::int32_t> TryParseNumber(const std::string& text) {
     std::int32_t number = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc{} || stop != end)
-        throw UsageError{name + " must be a whole number from -2147483648 to 2147483647, not \"" + text +
-                         "\"."};
+        return {};
     return number;
 }
 
-}  // namespace
+std::int32_t ParseNumber(const std::string& name, const std::string& text) {
+    const auto number = TryParseNumber(text);
+    if (!number)
+        throw UsageError{name + " must be a whole number from -2147483648 to 2147483647, not \"" + text +
+                         "\"."};
+    return *number;
+}
 
 CommandSet CommandSet::AddSet(const char* name, const char* description) {
     CLI::App& command = *parent.add_subcommand(name, description);
@@ -62,6 +64,26 @@ void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& nu
             numbers.insert(ParseNumber(name, text));
     };
     command.add_option_function<std::vector<std::string>>(name, parse, description)->type_name("");
+}
+
+void AddArgument(CLI::App& command, const char* name, std::optional<std::string>& text,
+                 const char* description) {
+    command.add_option(name, text, description)->type_name("");
+}
+
+void AddArgument(CLI::App& command, const char* name, std::optional<GUID>& scheme, const char* description) {
+    const auto parse = [&scheme](const std::string& text) { scheme = ParseScheme(text); };
+    command.add_option_function<std::string>(name, parse, description)->type_name("");
+}
+
+void AddArgument(CLI::App& command, const char* name, std::vector<std::string>& texts,
+                 const char* description) {
+    command.add_option(name, texts, description)->required()->type_name("");
+}
+
+void AddOptionalArgument(CLI::App& command, const char* name, std::vector<std::string>& texts,
+                         const char* description) {
+    command.add_option(name, texts, description)->type_name("");
 }
 
 void AddFlag(CLI::App& command, const char* name, bool& flag, const char* description) {

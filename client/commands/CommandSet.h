@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "CommandLine.h"
 
@@ -51,12 +52,25 @@ private:
     Action& chosen;
 };
 
-// Declare an argument of a command. All are required, except the one that accepts any number of numbers.
+// Parse a decimal number of 32 bits. ParseNumber throws a UsageError with the name of the argument.
+std::optional<std::int32_t> TryParseNumber(const std::string& text);
+std::int32_t ParseNumber(const std::string& name, const std::string& text);
+
+// Declare an argument of a command. All are required, except the set of numbers, which may be empty, and the
+// optional ones.
 void AddArgument(CLI::App& command, const char* name, std::string& text, const char* description);
 void AddArgument(CLI::App& command, const char* name, std::int32_t& number, const char* description);
 void AddArgument(CLI::App& command, const char* name, GUID& scheme, const char* description);
+void AddArgument(CLI::App& command, const char* name, std::optional<std::string>& text,
+                 const char* description);
+void AddArgument(CLI::App& command, const char* name, std::optional<GUID>& scheme, const char* description);
+void AddArgument(CLI::App& command, const char* name, std::vector<std::string>& texts,
+                 const char* description);
 void AddArgument(CLI::App& command, const char* name, std::set<std::int32_t>& numbers,
                  const char* description);
+
+void AddOptionalArgument(CLI::App& command, const char* name, std::vector<std::string>& texts,
+                         const char* description);
 
 void AddFlag(CLI::App& command, const char* name, bool& flag, const char* description);
 

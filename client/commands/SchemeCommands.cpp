@@ -1,13 +1,14 @@
-// commands, diff.
-#include <string_view>
-#include <vector>
+// list, aliases, commands.
+#include <algorithm>
 
-#include "Catalogue.h"
 #include "commands/Commands.h"
 #include "Error.h"
+#include "FunctionTable.h"
+#include "Parameters.h"
 #include "Scheme.h"
-#include "Table.h"
+#include "SettingsSnapshot.h"
 #include "Text.h"
+#include "WindowsSchemes.h"
 
 namespace ZOTDam::Client {
 
@@ -17,112 +18,101 @@ struct CommandsArguments {
     GUID scheme;
 };
 
-struct DiffArguments {
-    GUID schemeA;
-    GUID schemeB;
-    bool ac;
-    bool dc;
+// A command as the library reports it, with its function and the labels of its options.
+struct LabelledCommand {
+    CommandInfoRecord record;
+    std::optional<std::int32_t> functionId;
+    const Option* option1 = nullptr;
+    const Option* option2 = nullptr;
 };
+
+const Option* OptionOf(const CatalogueFunction& function, const ParamValue& value, std::int32_t paramIndex) {
+    return paramIndex == 0 ? SelectOption(function.acOptions, value.ACParamIndex)
+                           : SelectOption(function.dcOptions, value.DCParamIndex);
+}
+
+std::vector<LabelledCommand> CollectCommands(const Library& library, const GUID& scheme) {
+    std::vector<LabelledCommand> commands;
+    auto add = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* record) {
+        commands.push_back({*record, {}});
+    });
+    library.GetCommandInfo(&scheme, &add);
+    return commands;
+}
+
+// The records do not contain their functions. These follow from the order of the records.
+void AddFunctions(std::vector<LabelledCommand>& commands, const FunctionCatalogue& catalogue,
+                  const Params& params) {
+    const std::vector<OwnedCommand> owned = CommandsOf(ReadFunctionTable(catalogue), params);
+    if (owned.size() != commands.size())
+        return;  // the file has changed
+    for (std::size_t i = 0; i < owned.size(); ++i) {
+        const auto& [functionId, command] = owned[i];
+        const CatalogueFunction& function = FindFunction(catalogue, functionId);
+        const auto value = params.find(functionId);
+        const ParamValue selected = value == params.end() ? ParamValue{} : value->second;
+        commands[i].functionId = functionId;
+        commands[i].option1 = OptionOf(function, selected, command.paramIndex1);
+        commands[i].option2 = OptionOf(function, selected, command.paramIndex2);
+    }
+}
+
+// The library reports the number 0 for no option.
+std::string CommandOptionText(const Option* option, std::int32_t number) {
+    return LabelText(option) + " (" + std::to_string(number) + ")";
+}
+
+std::vector<std::string> CommandCells(const LabelledCommand& command, const FunctionCatalogue& catalogue) {
+    const CommandInfoRecord& record = command.record;
+    return {command.functionId ? std::to_string(*command.functionId) : "-",
+            command.functionId ? FunctionNameText(catalogue, *command.functionId) : "-",
+            std::to_string(record.id),
+            std::to_string(record.event),
+            std::to_string(record.state),
+            CommandOptionText(command.option1, record.option1),
+            CommandOptionText(command.option2, record.option2),
+            std::to_string(record.flag),
+            ToUtf8(record.specInfo1)};
+}
+
+Json CommandJson(const LabelledCommand& command, const FunctionCatalogue& catalogue) {
+    const CommandInfoRecord& record = command.record;
+    return {{"id", command.functionId ? Json(*command.functionId) : Json()},
+            {"name", command.functionId ? FunctionNameJson(catalogue, *command.functionId) : Json()},
+            {"commandId", record.id},
+            {"event", record.event},
+            {"state", record.state},
+            {"option1", record.option1},
+            {"label1", LabelJson(command.option1)},
+            {"option2", record.option2},
+            {"label2", LabelJson(command.option2)},
+            {"flag", record.flag},
+            {"specInfo1", ToUtf8(record.specInfo1)}};
+}
 
 Report ListCommands(const CommandsArguments& arguments) {
-    const Library library;
-    RequireCatalogue(library);
-    Table table{
-        {{"ID"}, {"Event"}, {"State"}, {"Option1"}, {"Option2"}, {"Flag"}, {"SpecInfo1", Align::Left}}};
+    const GUID& scheme = arguments.scheme;
+    const SettingsSnapshot settings;
+    const FunctionCatalogue catalogue = ReadCatalogue(settings.Dll());
+    std::vector<LabelledCommand> commands = CollectCommands(settings.Dll(), scheme);
+    AddFunctions(commands, catalogue, CollectParams(settings.Dll().GetParameter, scheme));
+    Table table{{{"ID"},
+                 {"Function", Align::Left},
+                 {"Command"},
+                 {"Event"},
+                 {"State"},
+                 {"Option1", Align::Left},
+                 {"Option2", Align::Left},
+                 {"Flag"},
+                 {"SpecInfo1", Align::Left}}};
     Json list = Json::array();
-    auto add = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* command) {
-        table.Add({std::to_string(command->id), std::to_string(command->event),
-                   std::to_string(command->state), std::to_string(command->option1),
-                   std::to_string(command->option2), std::to_string(command->flag),
-                   ToUtf8(command->specInfo1)});
-        list.push_back({{"id", command->id},
-                        {"event", command->event},
-                        {"state", command->state},
-                        {"option1", command->option1},
-                        {"option2", command->option2},
-                        {"flag", command->flag},
-                        {"specInfo1", ToUtf8(command->specInfo1)}});
-    });
-    library.GetCommandInfo(&arguments.scheme, &add);
-    RequireIdle(UserSettings);
-    return {"Scheme: " + SchemeTitle(arguments.scheme) + "\n\n" + table.Text(),
-            {{"scheme", SchemeGuid(arguments.scheme)}, {"commands", list}}};
-}
-
-struct Difference {
-    std::string function;
-    std::string setting;
-};
-
-struct Differences {
-    std::vector<Difference> list;
-    bool complete = true;  // false if the library may have truncated a string
-};
-
-// Splits one of the library's strings into lines. Each line ends with this pair. The rest after the last pair
-// is a truncated line and is dropped.
-std::vector<std::string> Lines(std::wstring_view text) {
-    constexpr std::wstring_view lineEnd = L"\n\r";
-    std::vector<std::string> lines;
-    for (auto end = text.find(lineEnd); end != std::wstring_view::npos; end = text.find(lineEnd)) {
-        lines.push_back(ToUtf8(text.substr(0, end)));
-        text.remove_prefix(end + lineEnd.size());
+    for (const LabelledCommand& command : commands) {
+        table.Add(CommandCells(command, catalogue));
+        list.push_back(CommandJson(command, catalogue));
     }
-    return lines;
-}
-
-// A truncated string is one code unit shorter if it would have ended inside a surrogate pair.
-bool MayBeTruncated(std::wstring_view text) {
-    return text.size() + 2 >= TextCapacity;
-}
-
-Differences Compare(const Library& library, const DiffArguments& arguments, std::uint32_t mode) {
-    Text names = {};
-    Text values = {};
-    library.GetDiffFuncList(&arguments.schemeA, &arguments.schemeB, mode, names, values);
-    const std::vector<std::string> functions = Lines(names);
-    const std::vector<std::string> settings = Lines(values);
-    Differences differences{{}, !MayBeTruncated(names) && !MayBeTruncated(values)};
-    for (std::size_t i = 0; i < functions.size() && i < settings.size(); ++i)
-        differences.list.push_back({functions[i].substr(2), settings[i]});  // without the "- "
-    return differences;
-}
-
-std::string DifferencesText(const char* source, const Differences& differences) {
-    std::string text = std::string{"\n"} + source + ":";
-    if (differences.list.empty() && differences.complete)
-        return text + " no differences\n";
-    Table table{{{"Function", Align::Left}, {"Setting", Align::Left}}};
-    for (const auto& [function, setting] : differences.list)
-        table.Add({function, setting});
-    return text + "\n\n" + table.Text() + (differences.complete ? "" : "There may be more.\n");
-}
-
-Json DifferencesJson(const Differences& differences) {
-    Json list = Json::array();
-    for (const auto& [function, setting] : differences.list)
-        list.push_back({{"function", function}, {"setting", setting}});
-    return {{"differences", list}, {"complete", differences.complete}};
-}
-
-Report ListDifferences(const DiffArguments& arguments) {
-    const bool both = !arguments.ac && !arguments.dc;
-    const Library library;
-    RequireCatalogue(library);
-    Report report{"Values of " + SchemeTitle(arguments.schemeB) + "\nthat differ from those of " +
-                      SchemeTitle(arguments.schemeA) + "\n",
-                  {{"from", SchemeGuid(arguments.schemeA)}, {"to", SchemeGuid(arguments.schemeB)}}};
-    const auto add = [&](std::uint32_t mode, const char* source, const char* key) {
-        const Differences differences = Compare(library, arguments, mode);
-        report.text += DifferencesText(source, differences);
-        report.json[key] = DifferencesJson(differences);
-    };
-    if (arguments.ac || both)
-        add(1, "Plugged in", "ac");
-    if (arguments.dc || both)
-        add(2, "On battery", "dc");
-    RequireIdle(UserSettings);
-    return report;
+    Json json = SourceJson(settings, scheme);
+    json["commands"] = list;
+    return {SourceHeading(settings, scheme) + table.Text(), json};
 }
 
 Report ListAliases() {
@@ -132,14 +122,69 @@ Report ListAliases() {
         const std::string name{named.name};
         const std::string alias{named.alias};
         table.Add({SchemeGuid(named.scheme), name, alias});
-        list.push_back({{"guid", SchemeGuid(named.scheme)}, {"name", name}, {"alias", alias}});
+        list.push_back({{"scheme", SchemeGuid(named.scheme)}, {"schemeName", name}, {"alias", alias}});
     }
     return {table.Text(), {{"schemes", list}}};
+}
+
+// A scheme that Windows knows or that the user settings contain.
+struct ListedScheme {
+    GUID scheme;
+    std::string name;
+    std::string alias;
+};
+
+void AddUnlessListed(std::vector<ListedScheme>& schemes, const ListedScheme& scheme) {
+    if (std::ranges::find(schemes, scheme.scheme, &ListedScheme::scheme) == schemes.end())
+        schemes.push_back(scheme);
+}
+
+std::vector<ListedScheme> CollectSchemes(const StoredSettings& stored) {
+    std::vector<ListedScheme> schemes;
+    for (const NamedScheme& named : WindowsSchemes)
+        schemes.push_back({named.scheme, std::string{named.name}, std::string{named.alias}});
+    for (const WindowsScheme& known : EnumerateWindowsSchemes())
+        AddUnlessListed(schemes, {known.scheme, known.name, {}});
+    for (const StoredScheme& scheme : stored.schemes)
+        AddUnlessListed(schemes, {scheme.scheme, {}, {}});
+    return schemes;
+}
+
+Json TextJson(const std::string& text) {
+    return text.empty() ? Json() : Json(text);
+}
+
+Report ListSchemes() {
+    const SettingsSnapshot settings;
+    const std::optional<GUID> active = FindActiveScheme();
+    Table table{{{"", Align::Left},
+                 {"GUID", Align::Left},
+                 {"Name", Align::Left},
+                 {"Alias", Align::Left},
+                 {"Stored functions"}}};
+    Json list = Json::array();
+    for (const auto& [scheme, name, alias] : CollectSchemes(settings.Stored())) {
+        const Params* const stored = settings.Stored().Find(scheme);
+        const bool isActive = active && *active == scheme;
+        table.Add({isActive ? "*" : "", SchemeGuid(scheme), name, alias,
+                   stored == nullptr ? "-" : std::to_string(stored->size())});
+        list.push_back({{"scheme", SchemeGuid(scheme)},
+                        {"schemeName", TextJson(name)},
+                        {"alias", TextJson(alias)},
+                        {"active", active ? Json(isActive) : Json()},
+                        {"stored", stored != nullptr},
+                        {"storedCount", stored == nullptr ? 0 : stored->size()}});
+    }
+    return {table.Text() + (active ? "\n* active\n" : "\nWindows does not report the active scheme.\n"),
+            {{"schemes", list}}};
 }
 
 }  // namespace
 
 void AddSchemeCommands(CommandSet& commands) {
+    commands.Add("list",
+                 "List the power schemes of Windows and of the user settings; \"*\" marks the active one",
+                 {"list", "list --json"}, ListSchemes);
     commands.Add("aliases", "List the power schemes of Windows with their names and the aliases of powercfg",
                  {"aliases"}, ListAliases);
     commands.Add<CommandsArguments>(
@@ -149,16 +194,6 @@ void AddSchemeCommands(CommandSet& commands) {
             AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to apply");
         },
         ListCommands);
-    commands.Add<DiffArguments>(
-        "diff", "List the values of a power scheme that differ from those of another one",
-        {"diff balanced power-saver", "diff balanced high-performance --ac"},
-        [](CLI::App& command, DiffArguments& arguments) {
-            AddArgument(command, "SCHEME", arguments.schemeA, "The power scheme to compare with");
-            AddArgument(command, "OTHER", arguments.schemeB, "The power scheme whose values to list");
-            AddFlag(command, "--ac", arguments.ac, "Compare only the values when plugged in");
-            AddFlag(command, "--dc", arguments.dc, "Compare only the values on battery");
-        },
-        ListDifferences);
 }
 
 }  // namespace ZOTDam::Client

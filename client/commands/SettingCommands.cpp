@@ -1,9 +1,12 @@
-// setting get, setting set, setting init.
+// setting get, setting list, setting set, setting init.
+#include <map>
+
 #include "commands/Commands.h"
-#include "DataFiles.h"
 #include "Error.h"
+#include "SettingsSnapshot.h"
+#include "Suggestion.h"
 #include "Text.h"
-#include "ZOTDamClient.h"
+#include "xml/XmlCharacters.h"
 
 namespace ZOTDam::Client {
 
@@ -18,29 +21,87 @@ struct SetSettingArguments {
     std::string value;
 };
 
-Report GetSetting(const GetSettingArguments& arguments) {
-    const Library library;
-    ZOTDam::Text value = {};
-    const bool found = library.GetCommonSetting(ToUtf16(arguments.name).c_str(), value);
-    // The library skips a file in use and returns the value of the next file.
-    RequireIdle(UserSettings);
+// A common setting with its value, and the file that it comes from.
+struct EffectiveSetting {
+    std::string value;
+    const char* source;
+};
+
+using EffectiveSettings = std::map<std::string, EffectiveSetting>;
+
+// The library ignores values that do not fit into the caller's buffer.
+void AddSettings(EffectiveSettings& all, const CommonSettings& settings, const char* source) {
+    for (const auto& [name, value] : settings)
+        if (ToUtf16(value).size() < TextCapacity)
+            all.try_emplace(name, EffectiveSetting{value, source});
+}
+
+// The library skips a file in use and returns the value of the next file.
+EffectiveSettings ReadEffectiveSettings(const SettingsSnapshot& snapshot) {
     RequireIdle(Defaults);
-    if (!found)
-        throw Error{"There is no common setting \"" + arguments.name + "\"."};
-    return {ToUtf8(value) + "\n", {{"name", arguments.name}, {"value", ToUtf8(value)}}};
+    EffectiveSettings settings;
+    AddSettings(settings, snapshot.Stored().commonSettings, "user");
+    AddSettings(settings, ReadCommonSettings(PathOf(Defaults)), "default");
+    AddSettings(settings, ReadCommonSettings(PathOf(BaseCatalogue)), "base");
+    return settings;
+}
+
+std::vector<std::string> NamesOf(const EffectiveSettings& settings) {
+    std::vector<std::string> names;
+    for (const auto& [name, setting] : settings)
+        names.push_back(name);
+    return names;
+}
+
+Report GetSetting(const GetSettingArguments& arguments) {
+    const SettingsSnapshot snapshot;
+    const EffectiveSettings settings = ReadEffectiveSettings(snapshot);
+    ZOTDam::Text value = {};
+    const auto found = settings.find(arguments.name);
+    if (found == settings.end() || !snapshot.Dll().GetCommonSetting(ToUtf16(arguments.name).c_str(), value))
+        throw Error{ErrorKind::UnknownSetting, "There is no common setting \"" + arguments.name + "\"" +
+                                                   SuggestionFor(arguments.name, NamesOf(settings))};
+    return {ToUtf8(value) + "\n",
+            {{"name", arguments.name}, {"value", ToUtf8(value)}, {"source", found->second.source}}};
+}
+
+Report ListSettings() {
+    const SettingsSnapshot snapshot;
+    Table table{{{"Name", Align::Left}, {"Value", Align::Left}, {"Source", Align::Left}}};
+    Json list = Json::array();
+    for (const auto& [name, setting] : ReadEffectiveSettings(snapshot)) {
+        table.Add({name, setting.value, setting.source});
+        list.push_back({{"name", name}, {"value", setting.value}, {"source", setting.source}});
+    }
+    return {table.Text(), {{"settings", list}}};
+}
+
+// Throws if the library would reject the setting.
+void CheckSetting(const std::string& name, std::wstring_view value) {
+    if (value.size() >= TextCapacity)
+        throw UsageError{"The value is too long: a setting can have at most " +
+                         std::to_string(TextCapacity - 1) + " characters."};
+    if (name == "xmlns")
+        throw Error{ErrorKind::InvalidValue, "The name \"xmlns\" is reserved by XML."};
+    if (!IsNcName(ToUtf16(name)))
+        throw Error{ErrorKind::InvalidValue,
+                    "\"" + name +
+                        "\" is not a valid name: a name begins with a letter or \"_\", and has only letters, "
+                        "digits, \".\", \"-\" and \"_\"."};
+    if (!IsXmlText(value))
+        throw Error{ErrorKind::InvalidValue, "The value contains a character that XML does not allow."};
 }
 
 Report SetSetting(const SetSettingArguments& arguments) {
     const std::wstring value = ToUtf16(arguments.value);
-    if (value.size() >= TextCapacity)
-        throw UsageError{"The value is too long: a setting can have at most " +
-                         std::to_string(TextCapacity - 1) + " characters."};
+    CheckSetting(arguments.name, value);
     const Library library;
-    if (!library.SetCommonSetting(ToUtf16(arguments.name).c_str(), value.c_str()))
-        throw Error{"The setting could not be stored: \"" + arguments.name +
-                    "\" is not a valid name, the value contains characters that XML does not allow, or the " +
-                    TitleOf(UserSettings) + " cannot be written."};
+    const bool isStored = library.SetCommonSetting(ToUtf16(arguments.name).c_str(), value.c_str());
     RequireSaved(UserSettings);
+    if (!isStored)
+        throw Error{ErrorKind::NotStored,
+                    "The setting could not be stored in the " + TitleOf(UserSettings) + ".",
+                    PathOf(UserSettings)};
     return {arguments.name + " is now \"" + arguments.value + "\".\n",
             {{"name", arguments.name}, {"value", arguments.value}}};
 }
@@ -48,8 +109,10 @@ Report SetSetting(const SetSettingArguments& arguments) {
 Report InitSettings() {
     const Library library;
     if (!library.InitCommonSetting())
-        throw Error{"The common settings could not be initialised: the " + TitleOf(BaseCatalogue) +
-                    " contains none, or the " + TitleOf(Defaults) + " cannot be written."};
+        throw Error{ErrorKind::NotStored,
+                    "The common settings could not be initialised: the " + TitleOf(BaseCatalogue) +
+                        " contains none, or the " + TitleOf(Defaults) + " cannot be written.",
+                    PathOf(Defaults)};
     RequireSaved(Defaults);
     return {"The default settings were replaced with those of the base catalogue.\n",
             {{"initialised", true}}};
@@ -58,7 +121,7 @@ Report InitSettings() {
 }  // namespace
 
 void AddSettingCommands(CommandSet& commands) {
-    CommandSet setting = commands.AddSet("setting", "Read, change or initialise common settings");
+    CommandSet setting = commands.AddSet("setting", "Read, list, change or initialise common settings");
     setting.Add<GetSettingArguments>(
         "get", "Read a setting of the user, otherwise the default, otherwise that of the base catalogue",
         {"setting get LowBatteryWarning"},
@@ -66,6 +129,8 @@ void AddSettingCommands(CommandSet& commands) {
             AddArgument(command, "NAME", arguments.name, "The name of the setting");
         },
         GetSetting);
+    setting.Add("list", "List all settings with the file that each value comes from", {"setting list"},
+                ListSettings);
     setting.Add<SetSettingArguments>(
         "set", "Change a setting of the user", {"setting set LowBatteryWarning 20"},
         [](CLI::App& command, SetSettingArguments& arguments) {

@@ -32,17 +32,27 @@ TEST_F(AdoptTest, AllOptionSkipsFunctionsWithoutCommands) {
 }
 
 TEST_F(AdoptTest, JsonListsAdoptedAndSkippedFunctions) {
-    EXPECT_EQ(JsonOutput({L"adopt", L"--all"}), Json({{"functions", {1, 2}}, {"skipped", Json::array({3})}}));
+    EXPECT_EQ(JsonOutput({L"adopt", L"--all"}),
+              Json({{"functions", {1, 2}}, {"skipped", Json::array({3})}, {"backup", nullptr}}));
+}
+
+TEST_F(AdoptTest, OldCatalogueIsKeptAsBackup) {
+    WriteFunctions(Function(7));
+    const std::string before = Defaults();
+    const std::string backup = JsonOutput({L"adopt", L"1"})["backup"];
+    EXPECT_EQ(ReadFile(std::filesystem::path{backup}), before);
+    EXPECT_TRUE(backup.starts_with(Utf8(installation.DefaultsFile()) + ".2")) << backup;
+    EXPECT_TRUE(backup.ends_with(".backup")) << backup;
 }
 
 TEST_F(AdoptTest, AdoptedFunctionHasAllBaseData) {
     Output({L"adopt", L"1"});
     EXPECT_EQ(JsonOutput({L"functions"})["functions"][0],
               Json::parse(R"({"id": 1, "name": "DimKey", "group": "ScreenKey", "type": 2, "flag": 3,
-                "ac": [{"option": 100, "label": "BrightKey"}, {"option": 20, "label": "DarkKey"}],
-                "dc": [{"option": 20, "label": "DarkKey"}]})"));
-    EXPECT_EQ(JsonOutput({L"params", L"high-performance", L"--default"})["parameters"],
-              Json::array({Param(1, 1, 0)}));
+                "acOptions": [{"index": 0, "option": 100, "label": "BrightKey"},
+                              {"index": 1, "option": 20, "label": "DarkKey"}],
+                "dcOptions": [{"index": 0, "option": 20, "label": "DarkKey"}]})"));
+    EXPECT_EQ(IndexesOf({L"params", L"high-performance", L"--default"}), Json::array({Param(1, 1, 0)}));
 }
 
 TEST_F(AdoptTest, EitherIdsOrAllOptionIsRequired) {
@@ -81,7 +91,7 @@ TEST_F(AdoptTest, DefaultsInUseAreAnError) {
     WriteFunctions(Function(7));
     const std::string before = Defaults();
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
-    ExpectError({L"adopt", L"1"}, Failure, DefaultsTitle() + " is in use by another program.");
+    ExpectError({L"adopt", L"1"}, InUse, DefaultsTitle() + " is in use by another program.");
     EXPECT_EQ(Defaults(), before);
 }
 

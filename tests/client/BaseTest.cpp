@@ -35,11 +35,12 @@ TEST_F(BaseCommandTest, TextShowsWholeBaseFunction) {
 TEST_F(BaseCommandTest, JsonContainsWholeBaseFunction) {
     const Json function = JsonOutput({L"base"})["functions"][0];
     EXPECT_EQ(function, Json::parse(R"({"id": 1, "name": "DimKey", "group": "ScreenKey", "type": 2, "flag": 3,
-        "ac": [{"option": 100, "label": "BrightKey"}, {"option": 20, "label": "DarkKey"}],
-        "dc": [{"option": 20, "label": "DarkKey"}],
-        "defaults": [{"scheme": null, "ac": 0, "dc": 1},
-                     {"scheme": "8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c", "ac": 1, "dc": 0}],
-        "families": [{"commands": [{"id": 4, "event": 5, "state": 6, "paramIndex1": 0, "paramIndex2": 1,
+        "acOptions": [{"index": 0, "option": 100, "label": "BrightKey"},
+                      {"index": 1, "option": 20, "label": "DarkKey"}],
+        "dcOptions": [{"index": 0, "option": 20, "label": "DarkKey"}],
+        "defaults": [{"scheme": null, "acIndex": 0, "dcIndex": 1},
+                     {"scheme": "8c5e7fda-e8bf-4a96-9a85-a6e23a8c635c", "acIndex": 1, "dcIndex": 0}],
+        "families": [{"commands": [{"commandId": 4, "event": 5, "state": 6, "paramIndex1": 0, "paramIndex2": 1,
                                     "flag": 7, "specInfo1": "Dim"}],
                       "checks": [{"checkFlag": 8, "param1": "a", "param2": "b", "param3": "c", "param4": "d"}]},
                      {"commands": [], "checks": []}]})"));
@@ -47,8 +48,8 @@ TEST_F(BaseCommandTest, JsonContainsWholeBaseFunction) {
 
 TEST_F(BaseCommandTest, FunctionWithoutDetailsHasEmptyJsonArrays) {
     const Json function = JsonOutput({L"base"})["functions"][2];
-    EXPECT_EQ(function["ac"], Json::array());
-    EXPECT_EQ(function["dc"], Json::array());
+    EXPECT_EQ(function["acOptions"], Json::array());
+    EXPECT_EQ(function["dcOptions"], Json::array());
     EXPECT_EQ(function["defaults"], Json::array());
     EXPECT_EQ(function["families"], Json::array());
 }

@@ -16,7 +16,7 @@ using Json = nlohmann::json;
 using Arguments = std::vector<std::wstring>;
 
 // The exit codes of zotdamctl.
-enum : DWORD { Success = 0, Failure = 1, WrongUsage = 2 };
+enum : DWORD { Success = 0, Failure = 1, WrongUsage = 2, InUse = 3 };
 
 // A display never supports both rates of function 8.
 inline constexpr char ThreeFunctions[] = R"(<ZOTDefault><Functions>
@@ -55,11 +55,20 @@ protected:
         return Json::parse(Output(arguments));
     }
 
+    // For wrong usage, a sentence that refers to the help of the command must follow.
     void ExpectError(const Arguments& arguments, DWORD exitStatus, const std::string& sentence) const {
         const Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.exitStatus, exitStatus);
         EXPECT_EQ(outcome.output, "");
-        EXPECT_EQ(outcome.errors, "zotdamctl: " + sentence + "\n");
+        EXPECT_EQ(outcome.errors, "zotdamctl: " + sentence +
+                                      (exitStatus == WrongUsage ? HelpReference(arguments) : "") + "\n");
+    }
+
+    // The command must be the first argument.
+    static std::string HelpReference(const Arguments& arguments) {
+        const bool hasSubcommand = arguments.front() == L"setting" && arguments.size() > 1;
+        return " See \"zotdamctl " + Utf8(arguments.front()) +
+               (hasSubcommand ? " " + Utf8(arguments[1]) : "") + " --help\".";
     }
 
     // Checks that the command fails without the catalogue, with a message that names the file.
@@ -70,7 +79,7 @@ protected:
         ExpectCatalogueThatIsNotWellFormed(arguments);
         WriteDefaults(ThreeFunctions);
         const SecondProcess other{HoldMutex, {DefaultsMarker}};
-        ExpectError(arguments, Failure, CatalogueInUse());
+        ExpectError(arguments, InUse, CatalogueInUse());
     }
 
     // The position of the error depends on the parser.
@@ -85,17 +94,40 @@ protected:
 
     void ExpectNeedsUserSettings(const Arguments& arguments) const {
         const SecondProcess other{HoldMutex, {UserMarker}};
-        ExpectError(arguments, Failure, UserFile() + " is in use by another program.");
+        ExpectError(arguments, InUse, UserFile() + " is in use by another program.");
     }
 
-    void ExpectUnknownScheme(const Arguments& arguments, const std::string& scheme) const {
+    void ExpectUnknownScheme(const Arguments& arguments, const std::string& scheme,
+                             const std::string& suggestion = ".") const {
         ExpectError(arguments, WrongUsage,
                     "\"" + scheme +
                         "\" is not a power scheme: specify its GUID, or balanced, high-performance or "
-                        "power-saver.");
+                        "power-saver" +
+                        suggestion);
     }
 
-    static Json Param(int id, int ac, int dc) { return {{"id", id}, {"ac", ac}, {"dc", dc}}; }
+    static Json Param(int id, int ac, int dc) { return {{"id", id}, {"acIndex", ac}, {"dcIndex", dc}}; }
+
+    // Returns the ids and positions of a list of parameters, without their names and labels.
+    static Json Indexes(const Json& parameters) {
+        Json indexes = Json::array();
+        for (const Json& param : parameters)
+            indexes.push_back(Param(param["id"], param["acIndex"], param["dcIndex"]));
+        return indexes;
+    }
+
+    Json IndexesOf(const Arguments& arguments) const { return Indexes(JsonOutput(arguments)["parameters"]); }
+
+    // Checks the JSON of an error, which the standard output contains with --json.
+    void ExpectJsonError(Arguments arguments, const std::string& kind, const Json& file) const {
+        arguments.emplace_back(L"--json");
+        const Outcome outcome = Run(arguments);
+        const Json error = Json::parse(outcome.output)["error"];
+        EXPECT_EQ(error["kind"], kind);
+        EXPECT_EQ(error["file"], file);
+        EXPECT_EQ(outcome.errors, "zotdamctl: " + error["message"].get<std::string>() + "\n");
+        EXPECT_NE(outcome.exitStatus, Success);
+    }
 
     static std::filesystem::path DefaultsFile(const std::filesystem::path& programFiles) {
         return programFiles / L"Orlo" / L"QUEN Power Management" / L"ZOTDefault.xml";

@@ -1,4 +1,6 @@
 // Tests of the command line of zotdamctl: options and errors.
+#include <thread>
+
 #include "client/ClientTest.h"
 
 namespace ZOTDam::Test {
@@ -33,7 +35,7 @@ TEST_F(CommandLineTest, ProgramDataOptionSelectsFolder) {
     const std::filesystem::path file =
         folder / L"Orlo Corporation" / L"QUEN Power Management" / L"ZOTPowercfg.xml";
     std::filesystem::create_directories(file.parent_path());
-    Output({L"--program-data", folder, L"set", L"balanced", L"1", L"8", L"9"});
+    Output({L"--program-data", folder, L"set", L"balanced", L"1", L"8", L"9", L"--force"});
     EXPECT_NE(ReadFile(file).find(R"(ACParamIndex="8" DCParamIndex="9")"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(installation.UserFile()));
 }
@@ -66,9 +68,9 @@ TEST_F(CommandLineTest, NonAsciiFolderIsPrintedAsUtf8) {
 }
 
 TEST_F(CommandLineTest, EmptyFolderNameIsRejected) {
-    ExpectError({L"--program-files", L"", L"count"}, WrongUsage,
+    ExpectError({L"count", L"--program-files", L""}, WrongUsage,
                 "--program-files: the name of the folder is empty.");
-    ExpectError({L"--program-data", L"", L"count"}, WrongUsage,
+    ExpectError({L"count", L"--program-data", L""}, WrongUsage,
                 "--program-data: the name of the folder is empty.");
 }
 
@@ -88,11 +90,11 @@ TEST_F(CommandLineTest, HelpListsCommandsAndOptions) {
 }
 
 TEST_F(CommandLineTest, EachCommandHasItsOwnHelp) {
-    ExpectUsage({L"functions"}, "functions [OPTIONS]\n");
+    ExpectUsage({L"functions"}, "functions [OPTIONS] [ID...]\n");
     ExpectUsage({L"current"}, "current [OPTIONS] SCHEME\n");
-    ExpectUsage({L"set"}, "set [OPTIONS] SCHEME ID AC DC\n");
+    ExpectUsage({L"set"}, "set [OPTIONS] SCHEME VALUES...\n");
     ExpectUsage({L"commands"}, "commands [OPTIONS] SCHEME\n");
-    ExpectUsage({L"diff"}, "diff [OPTIONS] SCHEME OTHER\n");
+    ExpectUsage({L"diff"}, "diff [OPTIONS] SCHEME [OTHER]\n");
 }
 
 TEST_F(CommandLineTest, EachCommandHasExamples) {
@@ -107,11 +109,19 @@ TEST_F(CommandLineTest, EachCommandHasExamples) {
                                      {L"setacvalueindex"},
                                      {L"setdcvalueindex"},
                                      {L"reset"},
+                                     {L"forget"},
+                                     {L"list"},
                                      {L"aliases"},
+                                     {L"export"},
+                                     {L"import"},
+                                     {L"backup"},
+                                     {L"restore"},
+                                     {L"help"},
                                      {L"commands"},
                                      {L"diff"},
                                      {L"doctor"},
                                      {L"setting", L"get"},
+                                     {L"setting", L"list"},
                                      {L"setting", L"set"},
                                      {L"setting", L"init"},
                                      {L"completion"}}) {
@@ -160,6 +170,7 @@ TEST_F(CommandLineTest, CommandHelpListsItsSubcommands) {
 
 TEST_F(CommandLineTest, VersionOptionPrintsVersion) {
     EXPECT_EQ(Output({L"--version"}), "zotdamctl " ZOTDAM_VERSION "\n");
+    EXPECT_EQ(Output({L"-v"}), "zotdamctl " ZOTDAM_VERSION "\n");
 }
 
 TEST_F(CommandLineTest, MissingCommandIsRejectedWithHelp) {
@@ -189,8 +200,59 @@ TEST_F(CommandLineTest, OptionOfOtherCommandIsRejected) {
                 "The following arguments were not expected: de-DE --language.");
 }
 
-TEST_F(CommandLineTest, UnknownCommandIsRejected) {
-    ExpectError({L"list"}, WrongUsage, "The following argument was not expected: list.");
+TEST_F(CommandLineTest, UnknownCommandIsRejectedWithSuggestion) {
+    EXPECT_EQ(Run({L"lst"}).errors,
+              "zotdamctl: \"lst\" is not a command. Did you mean \"list\"? See \"zotdamctl --help\".\n");
+    EXPECT_EQ(Run({L"whatever", L"--json"}).errors,
+              "zotdamctl: \"whatever\" is not a command. See \"zotdamctl --help\".\n");
+    EXPECT_EQ(
+        Run({L"setting", L"gt"}).errors,
+        "zotdamctl: \"gt\" is not a command of \"setting\". Did you mean \"get\"? See \"zotdamctl setting "
+        "--help\".\n");
+    EXPECT_EQ(Run({L"lst"}).exitStatus, WrongUsage);
+}
+
+TEST_F(CommandLineTest, UsageErrorIsJsonToo) {
+    ExpectJsonError({L"lst"}, "usage", nullptr);
+    ExpectJsonError({L"set", L"balanced", L"1"}, "usage", nullptr);
+}
+
+TEST_F(CommandLineTest, HelpCommandEqualsHelpOption) {
+    EXPECT_EQ(Output({L"help"}), Output({L"--help"}));
+    EXPECT_EQ(Output({L"help", L"set"}), Output({L"set", L"--help"}));
+    EXPECT_EQ(Output({L"help", L"setting", L"get"}), Output({L"setting", L"get", L"--help"}));
+    ExpectError({L"help", L"ste"}, WrongUsage, "\"ste\" is not a command. Did you mean \"set\"?");
+}
+
+TEST_F(CommandLineTest, SlashWithQuestionMarkRequestsHelp) {
+    EXPECT_EQ(Output({L"/?"}), Output({L"--help"}));
+    EXPECT_EQ(Output({L"set", L"/?"}), Output({L"set", L"--help"}));
+}
+
+TEST_F(CommandLineTest, WaitOptionWaitsForFileInUse) {
+    WriteDefaults(ThreeFunctions);
+    const ULONGLONG start = GetTickCount64();
+    const SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(Run({L"params", L"balanced", L"--wait", L"1"}).exitStatus, InUse);
+    EXPECT_GE(GetTickCount64() - start, 1000u);
+}
+
+TEST_F(CommandLineTest, CommandSucceedsWhenFileBecomesFree) {
+    WriteDefaults(ThreeFunctions);
+    SecondProcess other{HoldMutex, {UserMarker}};
+    std::thread release{[&] {
+        Sleep(500);
+        other.Kill();
+    }};
+    EXPECT_EQ(Run({L"set", L"balanced", L"1", L"5", L"6", L"--force", L"--wait", L"60"}).exitStatus, Success);
+    release.join();
+    EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 5, 6));
+}
+
+TEST_F(CommandLineTest, InvalidWaitingTimeIsRejected) {
+    for (const wchar_t* const time : {L"-1", L"soon", L""})
+        ExpectError({L"count", L"--wait", time}, WrongUsage,
+                    "--wait must be a number of seconds, not \"" + Utf8(time) + "\".");
 }
 
 TEST_F(CommandLineTest, UnknownOptionIsRejected) {

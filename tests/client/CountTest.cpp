@@ -43,11 +43,26 @@ TEST_F(CountTest, InvalidCatalogueIsAnError) {
 TEST_F(CountTest, CatalogueInUseIsAnError) {
     WriteDefaults(ThreeFunctions);
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
-    ExpectError({L"count"}, Failure, CatalogueInUse());
+    ExpectError({L"count"}, InUse, CatalogueInUse());
 }
 
-TEST_F(CountTest, ErrorIsTextDespiteJsonOption) {
-    ExpectError({L"--json", L"count"}, Failure, MissingCatalogue());
+TEST_F(CountTest, JsonOptionAddsJsonErrorToText) {
+    const Outcome outcome = Run({L"--json", L"count"});
+    EXPECT_EQ(outcome.exitStatus, Failure);
+    EXPECT_EQ(outcome.errors, "zotdamctl: " + MissingCatalogue() + "\n");
+    EXPECT_EQ(Json::parse(outcome.output), Json({{"error",
+                                                  {{"kind", "missing-file"},
+                                                   {"message", MissingCatalogue()},
+                                                   {"file", Utf8(installation.DefaultsFile())}}}}));
+}
+
+TEST_F(CountTest, JsonErrorHasKindOfCatalogueProblem) {
+    const std::string file = Utf8(installation.DefaultsFile());
+    WriteDefaults("<ZOTDefault>");
+    ExpectJsonError({L"count"}, "unreadable-file", file);
+    WriteDefaults(ThreeFunctions);
+    const SecondProcess other{HoldMutex, {DefaultsMarker}};
+    ExpectJsonError({L"count"}, "in-use", file);
 }
 
 TEST_F(CountTest, MissingLibraryIsAnError) {
@@ -59,6 +74,14 @@ TEST_F(CountTest, MissingLibraryIsAnError) {
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "zotdamctl: The library " + Utf8(folder / L"ZOTDam.dll") +
                                   " was not found or cannot be loaded.\n");
+}
+
+TEST_F(CountTest, JsonErrorOfMissingLibraryHasItsKind) {
+    const std::filesystem::path folder = installation.ProgramData() / L"alone";
+    std::filesystem::create_directory(folder);
+    std::filesystem::copy_file(Client(), folder / L"zotdamctl.exe");
+    const Outcome outcome = RunProgram(folder / L"zotdamctl.exe", {L"count", L"--json"}, folder);
+    EXPECT_EQ(Json::parse(outcome.output)["error"]["kind"], "library");
 }
 
 }  // namespace ZOTDam::Test

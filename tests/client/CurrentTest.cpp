@@ -4,53 +4,78 @@
 namespace ZOTDam::Test {
 
 // A function with two options on AC and three on DC.
-constexpr char Brightness[] = R"(<Function ID="1"><Display>
-    <AC><DisplayItem Option="1000"/><DisplayItem Option="-20"/></AC>
-    <DC><DisplayItem Option="0"/><DisplayItem Option="-1"/><DisplayItem Option="7"/></DC>
+constexpr char Brightness[] = R"(<Function ID="1" Name="Brightness"><Display>
+    <AC><DisplayItem Label="Bright" Option="1000"/><DisplayItem Label="Dark" Option="-20"/></AC>
+    <DC><DisplayItem Label="Off" Option="0"/><DisplayItem Label="Auto" Option="-1"/><DisplayItem Option="7"/></DC>
 </Display><Commands/><Default ACParamIndex="0" DCParamIndex="2"/></Function>)";
 
 class CurrentCommandTest : public ClientTest {
 protected:
     CurrentCommandTest() {
-        WriteFunctions(std::string{Brightness} + R"(<Function ID="20"><Display/><Commands/>
+        WriteFunctions(std::string{Brightness} + R"(<Function ID="20" Name="Sleep"><Display/><Commands/>
             <Default ACParamIndex="0" DCParamIndex="0"/></Function>)");
     }
 
     static Json Options(int id, const Json& ac, const Json& dc) {
-        return {{"id", id}, {"ac", ac}, {"dc", dc}};
+        return {{"id", id}, {"acOption", ac}, {"dcOption", dc}};
     }
 
-    Json Current() const { return JsonOutput({L"current", L"balanced"})["options"]; }
+    // Returns the ids and options, without names and labels.
+    Json Current() const {
+        Json current = Json::array();
+        const Json json = JsonOutput({L"current", L"balanced"});
+        for (const Json& option : json["options"])
+            current.push_back(Options(option["id"], option["acOption"], option["dcOption"]));
+        return current;
+    }
 };
 
 TEST_F(CurrentCommandTest, TableListsSelectedOptions) {
     WriteBalanced(OldFunction(1, 1, 2));
     EXPECT_EQ(Output({L"current", L"balanced"}),
               "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
+              "Source: user settings\n"
               "\n"
-              "ID   AC  DC\n"
-              " 1  -20   7\n"
-              "20    -   -\n");
+              "ID  Function    Plugged in (option)  On battery (option)\n"
+              " 1  Brightness  Dark (-20)           Auto (7)\n"
+              "20  Sleep       -                    -\n");
 }
 
 TEST_F(CurrentCommandTest, JsonListsOptionsWithFieldsInOrder) {
     WriteBalanced(OldFunction(1, 0, 1));
     EXPECT_EQ(Output({L"current", L"balanced", L"--json"}), R"({
   "scheme": "381b4222-f694-41f0-9685-ff5bb260df2e",
+  "schemeName": "balanced",
+  "source": "user",
   "options": [
     {
       "id": 1,
-      "ac": 1000,
-      "dc": -1
+      "reportedId": 1,
+      "name": "Brightness",
+      "acOption": 1000,
+      "acLabel": "Bright",
+      "dcOption": -1,
+      "dcLabel": "Auto"
     },
     {
       "id": 20,
-      "ac": null,
-      "dc": null
+      "reportedId": 20,
+      "name": "Sleep",
+      "acOption": null,
+      "acLabel": null,
+      "dcOption": null,
+      "dcLabel": null
     }
   ]
 }
 )");
+}
+
+TEST_F(CurrentCommandTest, LabelOfRepeatedOptionIsTheSelectedOne) {
+    WriteFunctions(R"(<Function ID="1"><Display>
+        <AC><DisplayItem Label="First" Option="5"/><DisplayItem Label="Second" Option="5"/></AC></Display>
+        <Commands/><Default ACParamIndex="1" DCParamIndex="0"/></Function>)");
+    EXPECT_EQ(JsonOutput({L"current", L"balanced"})["options"][0]["acLabel"], "Second");
 }
 
 TEST_F(CurrentCommandTest, SchemeWithoutNameIsShownByGuid) {
@@ -79,11 +104,12 @@ TEST_F(CurrentCommandTest, NegativeIndexSelectsNoOption) {
     EXPECT_EQ(Current()[0], Options(1, 1000, nullptr));
 }
 
-TEST_F(CurrentCommandTest, SecondRefreshRateHasIdOfFirst) {
+TEST_F(CurrentCommandTest, SecondRefreshRateIsReportedWithIdOfFirst) {
     WriteFunctions(std::string{Brightness} + R"(<Function ID="8"><Display>
         <AC><DisplayItem Option="60"/></AC><DC><DisplayItem Option="60"/></DC>
         </Display><Commands/><Default ACParamIndex="0" DCParamIndex="0"/></Function>)");
-    EXPECT_EQ(Current(), Json({Options(1, 1000, 7), Options(7, 60, 60)}));
+    EXPECT_EQ(Current(), Json({Options(1, 1000, 7), Options(8, 60, 60)}));
+    EXPECT_EQ(JsonOutput({L"current", L"balanced"})["options"][1]["reportedId"], 7);
 }
 
 TEST_F(CurrentCommandTest, FunctionsHiddenByDisplayAreNotListed) {
@@ -102,8 +128,11 @@ TEST_F(CurrentCommandTest, EmptyCatalogueHasNoOptions) {
     WriteFunctions("");
     EXPECT_EQ(Output({L"current", L"balanced"}),
               "Scheme: balanced (381b4222-f694-41f0-9685-ff5bb260df2e)\n"
-              "\n"
-              "ID  AC  DC\n");
+              "Source: not stored: defaults (the user settings file " +
+                  Utf8(installation.UserFile()) +
+                  " does not exist)\n"
+                  "\n"
+                  "ID  Function  Plugged in (option)  On battery (option)\n");
     EXPECT_EQ(Current(), Json::array());
 }
 
@@ -128,7 +157,7 @@ TEST_F(CurrentCommandTest, UnloadableSchemeReportsUserSettingsInUse) {
 }
 
 TEST_F(CurrentCommandTest, InvalidSchemeIsRejected) {
-    ExpectUnknownScheme({L"current", L"Balanced"}, "Balanced");
+    ExpectUnknownScheme({L"current", L"Balance"}, "Balance", ". Did you mean \"balanced\"?");
     ExpectUnknownScheme({L"current", L""}, "");
 }
 

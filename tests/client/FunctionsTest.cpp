@@ -62,18 +62,21 @@ TEST_F(FunctionsTest, JsonListsFunctionsWithFieldsInOrder) {
       "group": "Display",
       "type": -1,
       "flag": -2,
-      "ac": [
+      "acOptions": [
         {
+          "index": 0,
           "option": 100,
           "label": "Bright"
         },
         {
+          "index": 1,
           "option": -20,
           "label": "Very dark"
         }
       ],
-      "dc": [
+      "dcOptions": [
         {
+          "index": 0,
           "option": -20,
           "label": "Very dark"
         }
@@ -85,12 +88,29 @@ TEST_F(FunctionsTest, JsonListsFunctionsWithFieldsInOrder) {
       "group": "Power",
       "type": 3,
       "flag": 4,
-      "ac": [],
-      "dc": []
+      "acOptions": [],
+      "dcOptions": []
     }
   ]
 }
 )");
+}
+
+TEST_F(FunctionsTest, IdsSelectFunctions) {
+    EXPECT_TRUE(Output({L"functions", L"20"}).starts_with("20  Sleep after\n"));
+    EXPECT_EQ(JsonOutput({L"functions", L"20", L"1"}), JsonOutput({L"functions"}));
+}
+
+TEST_F(FunctionsTest, UnknownIdIsAnError) {
+    ExpectError({L"functions", L"1", L"3"}, Failure,
+                "The catalogue " + Utf8(installation.DefaultsFile()) + " has no function 3.");
+    ExpectJsonError({L"functions", L"3"}, "unknown-function", Utf8(installation.DefaultsFile()));
+}
+
+TEST_F(FunctionsTest, JsonHasOnlyAsciiCharacters) {
+    WriteEntries(Entry("LightKey", "画面 \U0001F50B"));
+    const std::string json = Output({L"functions", L"1", L"--json"});
+    EXPECT_NE(json.find(R"("name": "\u753b\u9762 \ud83d\udd0b")"), std::string::npos) << json;
 }
 
 TEST_F(FunctionsTest, MissingTranslationShowsKey) {
@@ -172,6 +192,11 @@ TEST_F(LanguageOptionTest, LanguageNameIsCaseInsensitive) {
     EXPECT_EQ(FirstName({L"--language", L"JA-jp"}), "画面の明るさ");
 }
 
+TEST_F(LanguageOptionTest, UnknownIdErrorNamesRealFile) {
+    ExpectError({L"functions", L"3", L"--language", L"ja-JP"}, Failure,
+                "The catalogue " + Utf8(installation.DefaultsFile()) + " has no function 3.");
+}
+
 TEST_F(LanguageOptionTest, MissingTranslationInLanguageShowsKey) {
     EXPECT_EQ(JsonOutput({L"functions", L"--language", L"ja-JP"})["functions"][1]["name"], "SleepKey");
 }
@@ -201,7 +226,7 @@ TEST_F(LanguageOptionTest, UnavailableCatalogueErrorNamesRealFile) {
 
 TEST_F(LanguageOptionTest, LockedCatalogueErrorNamesRealFile) {
     const LockedFile locked{installation.DefaultsFile()};
-    ExpectError({L"functions", L"--language", L"ja-JP"}, Failure, CatalogueInUse());
+    ExpectError({L"functions", L"--language", L"ja-JP"}, InUse, CatalogueInUse());
 }
 
 TEST_F(LanguageOptionTest, LockedStringTableErrorNamesRealFile) {

@@ -29,31 +29,32 @@ TEST_F(ProvisioningTest, FunctionHasBaseOptionsAndTranslatedName) {
     const Json function = JsonOutput({L"functions"})["functions"][0];
     EXPECT_EQ(base["name"], "BrightnessName");
     EXPECT_EQ(function["name"], "Display brightness");
-    ASSERT_EQ(function["ac"].size(), base["ac"].size());
-    for (std::size_t i = 0; i < base["ac"].size(); ++i)
-        EXPECT_EQ(function["ac"][i]["option"], base["ac"][i]["option"]);
+    ASSERT_EQ(function["acOptions"].size(), base["acOptions"].size());
+    for (std::size_t i = 0; i < base["acOptions"].size(); ++i)
+        EXPECT_EQ(function["acOptions"][i]["option"], base["acOptions"][i]["option"]);
 }
 
 TEST_F(ProvisioningTest, DefaultParametersComeFromBaseCatalogue) {
     const Json functions = JsonOutput({L"base"})["functions"];
-    const Json params = JsonOutput({L"params", L"balanced", L"--default"})["parameters"];
+    const Json params = IndexesOf({L"params", L"balanced", L"--default"});
     ASSERT_EQ(params.size(), functions.size());
     for (std::size_t i = 0; i < functions.size(); ++i) {
         const Json& balanced = functions[i]["defaults"][1];
         EXPECT_EQ(balanced["scheme"], BalancedText);
-        EXPECT_EQ(params[i], Param(functions[i]["id"], balanced["ac"], balanced["dc"]));
+        EXPECT_EQ(params[i], Param(functions[i]["id"], balanced["acIndex"], balanced["dcIndex"]));
     }
-    EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], params[0]);
+    EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], params[0]);
 }
 
 TEST_F(ProvisioningTest, ChangedParameterIsKept) {
     Output({L"set", L"balanced", L"1", L"0", L"4"});
-    EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 0, 4));
+    EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 0, 4));
 }
 
 TEST_F(ProvisioningTest, DifferencesComeFromBaseCatalogue) {
-    const Json differences = JsonOutput({L"diff", L"balanced", L"power-saver", L"--ac"})["ac"]["differences"];
-    EXPECT_EQ(differences[0], Json({{"function", "Display brightness"}, {"setting", "60%"}}));
+    const Json difference = JsonOutput({L"diff", L"balanced", L"power-saver", L"--ac"})["acDifferences"][0];
+    EXPECT_EQ(difference["name"], "Display brightness");
+    EXPECT_EQ(difference["toLabel"], "60%");
 }
 
 TEST_F(ProvisioningTest, CommonSettingsComeFromBaseCatalogue) {
@@ -64,7 +65,8 @@ TEST_F(ProvisioningTest, CommonSettingsComeFromBaseCatalogue) {
 TEST_F(ProvisioningTest, CommandsComeFromBaseCatalogue) {
     const Json command = JsonOutput({L"commands", L"balanced"})["commands"][0];
     const Json base = BaseFunction(0)["families"][0]["commands"][0];
-    EXPECT_EQ(command["id"], base["id"]);
+    EXPECT_EQ(command["commandId"], base["commandId"]);
+    EXPECT_EQ(command["name"], "Display brightness");
     EXPECT_EQ(command["specInfo1"], base["specInfo1"]);
     EXPECT_EQ(command["option1"], 80);
     EXPECT_EQ(command["option2"], 60);

@@ -28,31 +28,33 @@ protected:
         std::set<std::string> texts;
         for (const Json& function : functions) {
             texts.insert({function["name"], function["group"]});
-            for (const char* const source : {"ac", "dc"})
+            for (const char* const source : {"acOptions", "dcOptions"})
                 for (const Json& option : function[source])
                     texts.insert(option["label"]);
         }
         return texts;
     }
 
-    void ExpectCompleteDifferences() const {
+    void ExpectLabelledDifferences() const {
         for (const wchar_t* const from : Schemes)
             for (const wchar_t* const to : Schemes)
                 if (from != to) {
                     const Json json = JsonOutput({L"diff", from, to});
-                    ExpectComplete(json["ac"]);
-                    ExpectComplete(json["dc"]);
+                    ExpectLabels(json["acDifferences"]);
+                    ExpectLabels(json["dcDifferences"]);
                 }
     }
 
     static constexpr const wchar_t* Schemes[] = {L"balanced", L"high-performance", L"power-saver"};
 
 private:
-    static void ExpectComplete(const Json& json) {
-        EXPECT_EQ(json["complete"], true) << json;
-        EXPECT_FALSE(json["differences"].empty());
-        for (const Json& difference : json["differences"])
-            EXPECT_NE(difference["setting"], "") << json;
+    static void ExpectLabels(const Json& differences) {
+        EXPECT_FALSE(differences.empty());
+        for (const Json& difference : differences) {
+            EXPECT_TRUE(difference["fromLabel"].is_string()) << difference;
+            EXPECT_TRUE(difference["toLabel"].is_string()) << difference;
+            EXPECT_NE(difference["fromLabel"], difference["toLabel"]);
+        }
     }
 };
 
@@ -66,16 +68,16 @@ TEST_F(SamplesTest, EachSchemeHasDefaultsForEachFunction) {
 }
 
 TEST_F(SamplesTest, DefaultsCompleteUserSettings) {
-    const Json params = JsonOutput({L"params", L"balanced"})["parameters"];
+    const Json params = IndexesOf({L"params", L"balanced"});
     EXPECT_EQ(params[0], Param(1, 0, 3)) << "the user's choice";
     EXPECT_EQ(params[4], Param(5, 3, 1)) << "the default";
 }
 
 TEST_F(SamplesTest, StoredValueIsResetToDefault) {
     Output({L"set", L"balanced", L"1", L"4", L"4"});
-    EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 4, 4));
-    EXPECT_EQ(JsonOutput({L"reset"}), Json({{"reset", true}}));
-    EXPECT_EQ(JsonOutput({L"params", L"balanced"})["parameters"][0], Param(1, 1, 2));
+    EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 4, 4));
+    EXPECT_EQ(JsonOutput({L"reset"})["reset"], true);
+    EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 1, 2));
 }
 
 TEST_F(SamplesTest, AllStringTablesHaveEachKey) {
@@ -99,7 +101,7 @@ TEST_F(SamplesTest, FunctionHasEnglishTexts) {
     const Json function = JsonOutput({L"functions"})["functions"][0];
     EXPECT_EQ(function["name"], "Display brightness");
     EXPECT_EQ(function["group"], "Display");
-    EXPECT_EQ(function["ac"][0], Json({{"option", 100}, {"label", "100%"}}));
+    EXPECT_EQ(function["acOptions"][0], Json({{"index", 0}, {"option", 100}, {"label", "100%"}}));
 }
 
 TEST_F(SamplesTest, FunctionNamesAreTranslated) {
@@ -113,7 +115,7 @@ TEST_F(SamplesTest, EachSchemeSelectsOptionOfEachFunction) {
         const Json current = JsonOutput({L"current", scheme});
         EXPECT_EQ(current["options"].size(), 16);
         for (const Json& option : current["options"])
-            EXPECT_TRUE(option["ac"].is_number() && option["dc"].is_number()) << option;
+            EXPECT_TRUE(option["acLabel"].is_string() && option["dcLabel"].is_string()) << option;
     }
 }
 
@@ -123,18 +125,18 @@ TEST_F(SamplesTest, CommandsFollowUserSettings) {
     EXPECT_EQ(commands[0]["option2"], 40) << "on battery";
 }
 
-TEST_F(SamplesTest, EnglishDifferencesAreComplete) {
-    ExpectCompleteDifferences();
+TEST_F(SamplesTest, EnglishDifferencesHaveLabels) {
+    ExpectLabelledDifferences();
 }
 
-TEST_F(SamplesTest, GermanDifferencesAreComplete) {
+TEST_F(SamplesTest, GermanDifferencesHaveLabels) {
     UseLanguage(L"de-DE");
-    ExpectCompleteDifferences();
+    ExpectLabelledDifferences();
 }
 
-TEST_F(SamplesTest, JapaneseDifferencesAreComplete) {
+TEST_F(SamplesTest, JapaneseDifferencesHaveLabels) {
     UseLanguage(L"ja-JP");
-    ExpectCompleteDifferences();
+    ExpectLabelledDifferences();
 }
 
 TEST_F(SamplesTest, CommonSettingsComeFromUserAndDefaults) {

@@ -3,69 +3,157 @@
 
 namespace ZOTDam::Test {
 
+// Function 1 has three options on AC and two on DC, function 2 has options whose labels are numbers. Function
+// 8 is hidden on every display.
+constexpr char FunctionsWithOptions[] = R"(<ZOTDefault><Functions>
+    <Function ID="1" Name="Brightness"><Display>
+        <AC><DisplayItem Label="Bright" Option="100"/><DisplayItem Label="Dark" Option="20"/>
+            <DisplayItem Label="Dark, very" Option="5"/></AC>
+        <DC><DisplayItem Label="Dark" Option="20"/><DisplayItem Label="Off" Option="0"/></DC>
+    </Display><Commands/><Default ACParamIndex="1" DCParamIndex="0"/></Function>
+    <Function ID="2" Name="Sleep after"><Display>
+        <AC><DisplayItem Label="1"/><DisplayItem Label="5"/></AC>
+        <DC><DisplayItem Label="1"/><DisplayItem Label="5"/></DC>
+    </Display><Commands/><Default ACParamIndex="0" DCParamIndex="0"/></Function>
+    <Function ID="8" Name="Rate">
+        <Display><AC><DisplayItem Option="60"/><DisplayItem Option="100000"/></AC>
+            <DC><DisplayItem Option="60"/><DisplayItem Option="100000"/></DC></Display>
+        <Commands/><Default ACParamIndex="1" DCParamIndex="1"/>
+    </Function>
+</Functions></ZOTDefault>)";
+
 class SetCommandTest : public ClientTest {
 protected:
-    SetCommandTest() { WriteDefaults(ThreeFunctions); }
+    SetCommandTest() { WriteDefaults(FunctionsWithOptions); }
 
-    Json Balanced() const { return JsonOutput({L"params", L"balanced"})["parameters"]; }
+    Json Balanced() const { return IndexesOf({L"params", L"balanced"}); }
+
+    // Runs `set balanced` with these values.
+    Json Set(Arguments values) const {
+        values.insert(values.begin(), {L"set", L"balanced"});
+        return IndexesOf(values);
+    }
+
+    void ExpectNotStored(Arguments values, DWORD exitStatus, const std::string& sentence) const {
+        values.insert(values.begin(), {L"set", L"balanced"});
+        ExpectError(values, exitStatus, sentence);
+        EXPECT_FALSE(HasUserSettings());
+    }
+
+    inline static const std::string PluggedInOptions =
+        "Its options are: 0: Bright (100)  1: Dark (20)  2: Dark, very (5). --force stores any index.";
+    inline static const std::string Range = " must be a whole number from -2147483648 to 2147483647, not ";
 };
 
 TEST_F(SetCommandTest, NewValuesAreStoredAndShown) {
-    EXPECT_EQ(Output({L"set", L"balanced", L"1", L"6", L"70"}),
+    EXPECT_EQ(Output({L"set", L"balanced", L"1", L"0", L"1"}),
               "Stored in balanced (381b4222-f694-41f0-9685-ff5bb260df2e):\n"
               "\n"
-              "ID  AC  DC\n"
-              " 1   6  70\n");
-    EXPECT_EQ(Balanced(), Json({Param(1, 6, 70), Param(2, 0, 0)}));
+              "ID  Function    Plugged in (index)  On battery (index)\n"
+              " 1  Brightness  Bright (0)          Off (1)\n");
+    EXPECT_EQ(Balanced(), Json({Param(1, 0, 1), Param(2, 0, 0)}));
 }
 
 TEST_F(SetCommandTest, JsonReportsStoredValues) {
-    EXPECT_EQ(JsonOutput({L"set", L"balanced", L"1", L"6", L"7"}),
-              Json({{"scheme", BalancedText}, {"id", 1}, {"ac", 6}, {"dc", 7}, {"hidden", false}}));
+    EXPECT_EQ(JsonOutput({L"set", L"balanced", L"1", L"0", L"1"}), Json::parse(R"({
+        "scheme": "381b4222-f694-41f0-9685-ff5bb260df2e", "schemeName": "balanced", "parameters": [
+            {"id": 1, "name": "Brightness", "acIndex": 0, "acOption": 100, "acLabel": "Bright",
+             "dcIndex": 1, "dcOption": 0, "dcLabel": "Off", "hidden": false}]})"));
 }
 
-TEST_F(SetCommandTest, NegativeNumbersAreStored) {
-    WriteUserSettings(R"(<OrloPowerCfg><PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
-        <Function ID="-9" ACParamIndex="0" DCParamIndex="0"/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
-    Output({L"set", L"balanced", L"1", L"-1", L"0"});
-    Output({L"set", L"balanced", L"-9", L"0", L"-25"});
+TEST_F(SetCommandTest, OnlySpecifiedFunctionsAreStored) {
+    Output({L"set", L"balanced", L"1", L"0", L"1"});
+    const std::string settings = UserSettings();
+    EXPECT_NE(settings.find(R"(<Function ID="1" ACParamIndex="0" DCParamIndex="1")"), std::string::npos);
+    EXPECT_EQ(settings.find("ID=\"2\""), std::string::npos);
+}
+
+TEST_F(SetCommandTest, SeveralFunctionsAreSetAtOnce) {
+    EXPECT_EQ(Set({L"1=0,1", L"2=1,0"}), Json({Param(1, 0, 1), Param(2, 1, 0)}));
+    EXPECT_EQ(Balanced(), Json({Param(1, 0, 1), Param(2, 1, 0)}));
+}
+
+TEST_F(SetCommandTest, OmittedValueIsKept) {
+    Set({L"1=0,1"});
+    EXPECT_EQ(Set({L"1=2,"}), Json({Param(1, 2, 1)}));
+    EXPECT_EQ(Set({L"1=,0"}), Json({Param(1, 2, 0)}));
+}
+
+TEST_F(SetCommandTest, LabelsInAnyCaseSelectIndexes) {
+    EXPECT_EQ(Set({L"1=bright,OFF"}), Json({Param(1, 0, 1)}));
+    EXPECT_EQ(Set({L"1", L"Dark", L"Dark"}), Json({Param(1, 1, 0)}));
+}
+
+TEST_F(SetCommandTest, LabelMayContainComma) {
+    EXPECT_EQ(Set({L"1=Dark, very,Off"}), Json({Param(1, 2, 1)}));
+}
+
+TEST_F(SetCommandTest, NumberIsIndexBeforeItIsLabel) {
+    EXPECT_EQ(Set({L"2=1,5"}), Json({Param(2, 1, 1)}));
+}
+
+TEST_F(SetCommandTest, ValueWithoutOptionIsNotStored) {
+    ExpectNotStored({L"1", L"99", L"0"}, Failure,
+                    "Function 1 (Brightness) has no option \"99\" when plugged in. " + PluggedInOptions);
+    ExpectNotStored({L"1=0,1", L"2=0,-5"}, Failure,
+                    "Function 2 (Sleep after) has no option \"-5\" on battery. Its options are: 0: 1 (0)  1: "
+                    "5 (0). --force stores any index.");
+    ExpectNotStored({L"1=Brigth,0"}, Failure,
+                    "Function 1 (Brightness) has no option \"Brigth\" when plugged in. " + PluggedInOptions);
+    ExpectJsonError({L"set", L"balanced", L"1", L"99", L"0"}, "invalid-value", nullptr);
+}
+
+TEST_F(SetCommandTest, ForceStoresIndexWithoutOption) {
+    EXPECT_EQ(Set({L"--force", L"1", L"99", L"-5"}), Json({Param(1, 99, -5)}));
+    EXPECT_EQ(Balanced()[0], Param(1, 99, -5));
+}
+
+TEST_F(SetCommandTest, ForceStoresUnknownFunction) {
+    EXPECT_EQ(Set({L"--force", L"3=1,2"}), Json({Param(3, 1, 2)}));
+}
+
+TEST_F(SetCommandTest, NegativeNumbersAreStoredWithForce) {
+    WriteBalanced(OldFunction(-9, 0, 0));
+    Set({L"1", L"-1", L"0", L"--force"});
+    Set({L"-9", L"0", L"-25", L"--force"});
     EXPECT_EQ(Balanced(), Json({Param(-9, 0, -25), Param(1, -1, 0), Param(2, 0, 0)}));
 }
 
 TEST_F(SetCommandTest, ExtremeThirtyTwoBitNumbersAreStored) {
-    Output({L"set", L"balanced", L"1", L"-2147483648", L"2147483647"});
+    Set({L"1", L"-2147483648", L"2147483647", L"--force"});
     EXPECT_EQ(Balanced()[0], Param(1, INT32_MIN, INT32_MAX));
 }
 
-TEST_F(SetCommandTest, NonNumericArgumentIsRejected) {
-    const std::string range = " must be a whole number from -2147483648 to 2147483647, not ";
-    ExpectError({L"set", L"balanced", L"one", L"0", L"0"}, WrongUsage, "ID" + range + "\"one\".");
-    ExpectError({L"set", L"balanced", L"1", L"1.5", L"0"}, WrongUsage, "AC" + range + "\"1.5\".");
-    ExpectError({L"set", L"balanced", L"1", L"0", L""}, WrongUsage, "DC" + range + "\"\".");
+TEST_F(SetCommandTest, NonNumericIdIsRejected) {
+    ExpectNotStored({L"one", L"0", L"0"}, WrongUsage, "ID" + Range + "\"one\".");
+    ExpectNotStored({L"one=0,0"}, WrongUsage, "ID" + Range + "\"one\".");
+    ExpectNotStored({L"4294967297", L"0", L"0"}, WrongUsage, "ID" + Range + "\"4294967297\".");
 }
 
-TEST_F(SetCommandTest, NumberBeyondThirtyTwoBitsIsRejected) {
-    const std::string range = " must be a whole number from -2147483648 to 2147483647, not ";
-    ExpectError({L"set", L"balanced", L"4294967297", L"0", L"0"}, WrongUsage,
-                "ID" + range + "\"4294967297\".");
-    ExpectError({L"set", L"balanced", L"1", L"2147483648", L"0"}, WrongUsage,
-                "AC" + range + "\"2147483648\".");
-    ExpectError({L"set", L"balanced", L"1", L"0", L"-2147483649"}, WrongUsage,
-                "DC" + range + "\"-2147483649\".");
+TEST_F(SetCommandTest, ForceAcceptsOnlyNumbersAndLabels) {
+    ExpectNotStored({L"--force", L"1", L"1.5", L"0"}, WrongUsage, "AC" + Range + "\"1.5\".");
+    ExpectNotStored({L"--force", L"1", L"2147483648", L"0"}, WrongUsage, "AC" + Range + "\"2147483648\".");
+    ExpectNotStored({L"--force", L"1", L"0", L"-2147483649"}, WrongUsage, "DC" + Range + "\"-2147483649\".");
+}
+
+TEST_F(SetCommandTest, MalformedAssignmentIsRejected) {
+    ExpectNotStored({L"1=0"}, WrongUsage, "\"1=0\" is not a value: specify ID=AC,DC.");
+    ExpectNotStored({L"1=0,0", L"2"}, WrongUsage, "\"2\" is not a value: specify ID=AC,DC.");
+    ExpectNotStored({L"1=0,0", L"1=1,1"}, WrongUsage, "Function 1 is specified more than once.");
 }
 
 TEST_F(SetCommandTest, UnknownFunctionIsAnErrorAndNotStored) {
-    ExpectError({L"set", L"balanced", L"3", L"0", L"0"}, Failure,
-                "The catalogue " + Utf8(installation.DefaultsFile()) + " has no function 3.");
-    EXPECT_EQ(Balanced(), Json({Param(1, 2, 3), Param(2, 0, 0)}));
+    const std::string sentence = "The catalogue " + Utf8(installation.DefaultsFile()) + " has no function 3.";
+    ExpectNotStored({L"3", L"0", L"0"}, Failure, sentence);
+    ExpectNotStored({L"1=0,0", L"3=0,0"}, Failure, sentence);
 }
 
 TEST_F(SetCommandTest, FunctionHiddenByDisplayIsStoredWithNotice) {
     EXPECT_EQ(Output({L"set", L"balanced", L"8", L"0", L"1"}),
               "Stored in balanced (381b4222-f694-41f0-9685-ff5bb260df2e):\n"
               "\n"
-              "ID  AC  DC\n"
-              " 8   0   1\n"
+              "ID  Function  Plugged in (index)  On battery (index)\n"
+              " 8  Rate      60 (0)              100000 (1)\n"
               "\n"
               "Function 8 is hidden on this display, so \"params\" does not list it.\n");
     EXPECT_NE(UserSettings().find(R"(<Function ID="8" ACParamIndex="0" DCParamIndex="1")"),
@@ -73,7 +161,7 @@ TEST_F(SetCommandTest, FunctionHiddenByDisplayIsStoredWithNotice) {
 }
 
 TEST_F(SetCommandTest, JsonReportsHiddenFunction) {
-    EXPECT_EQ(JsonOutput({L"set", L"balanced", L"8", L"0", L"1"})["hidden"], true);
+    EXPECT_EQ(JsonOutput({L"set", L"balanced", L"8", L"0", L"1"})["parameters"][0]["hidden"], true);
 }
 
 TEST_F(SetCommandTest, MissingCatalogueIsAnError) {
@@ -82,24 +170,24 @@ TEST_F(SetCommandTest, MissingCatalogueIsAnError) {
 }
 
 TEST_F(SetCommandTest, UserSettingsInUseAreAnError) {
-    Output({L"set", L"balanced", L"1", L"5", L"6"});
+    Output({L"set", L"balanced", L"1", L"0", L"1"});
     const std::string before = UserSettings();
     const SecondProcess other{HoldMutex, {UserMarker}};
-    ExpectError({L"set", L"balanced", L"1", L"7", L"7"}, Failure,
+    ExpectError({L"set", L"balanced", L"1", L"1", L"1"}, InUse,
                 UserFile() + " is in use by another program.");
     EXPECT_EQ(UserSettings(), before);
 }
 
 TEST_F(SetCommandTest, DefaultValuesAreNotTakenForStoredOnes) {
-    Output({L"set", L"balanced", L"1", L"5", L"6"});
+    Output({L"set", L"balanced", L"1", L"0", L"1"});
     const SecondProcess other{HoldMutex, {UserMarker}};
-    ExpectError({L"set", L"balanced", L"1", L"2", L"3"}, Failure,
+    ExpectError({L"set", L"balanced", L"1", L"1", L"0"}, InUse,
                 UserFile() + " is in use by another program.");
 }
 
 TEST_F(SetCommandTest, MissingUserSettingsFolderIsAnError) {
     std::filesystem::remove(installation.UserFile().parent_path());
-    ExpectError({L"set", L"balanced", L"1", L"7", L"7"}, Failure, UserFile() + " cannot be written.");
+    ExpectError({L"set", L"balanced", L"1", L"1", L"1"}, Failure, UserFile() + " cannot be written.");
 }
 
 TEST_F(SetCommandTest, MissingFolderFailsForHiddenFunction) {
@@ -109,14 +197,14 @@ TEST_F(SetCommandTest, MissingFolderFailsForHiddenFunction) {
 
 TEST_F(SetCommandTest, FolderNamedAsUserSettingsIsAnError) {
     std::filesystem::create_directory(installation.UserFile());
-    ExpectError({L"set", L"balanced", L"1", L"7", L"7"}, Failure, UserFile() + " cannot be written.");
+    ExpectError({L"set", L"balanced", L"1", L"1", L"1"}, Failure, UserFile() + " cannot be read.");
 }
 
 TEST_F(SetCommandTest, OldValuesReadBackAreAnError) {
     WriteUserSettings(R"(<OrloPowerCfg><PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
-        <Function ID="1" ACParamIndex="5" DCParamIndex="6"/><Function/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
+        <Function ID="1" ACParamIndex="0" DCParamIndex="0"/><Function/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
     ExpectError(
-        {L"set", L"balanced", L"1", L"7", L"7"}, Failure,
+        {L"set", L"balanced", L"1", L"1", L"1"}, Failure,
         "The value could not be stored in the user settings file " + Utf8(installation.UserFile()) + ".");
 }
 
@@ -124,7 +212,7 @@ TEST_F(SetCommandTest, ValuesMissingAfterStoreAreAnError) {
     WriteUserSettings(R"(<OrloPowerCfg><PowerSchemes><PowerScheme GUID="381b4222-f694-41f0-9685-ff5bb260df2e">
         <Function/></PowerScheme></PowerSchemes></OrloPowerCfg>)");
     ExpectError(
-        {L"set", L"balanced", L"1", L"7", L"7"}, Failure,
+        {L"set", L"balanced", L"1", L"1", L"1"}, Failure,
         "The value could not be stored in the user settings file " + Utf8(installation.UserFile()) + ".");
 }
 

@@ -37,7 +37,8 @@ TEST_F(SettingGetTest, JsonHasNameAndValueInOrder) {
     WriteUserSetting(R"(Warning="15 %")");
     EXPECT_EQ(Output({L"setting", L"get", L"Warning", L"--json"}), R"({
   "name": "Warning",
-  "value": "15 %"
+  "value": "15 %",
+  "source": "user"
 }
 )");
 }
@@ -70,8 +71,40 @@ TEST_F(SettingGetTest, LongestValueIsFound) {
 
 TEST_F(SettingGetTest, UnknownSettingIsAnError) {
     WriteUserSetting(R"(Warning="15")");
-    ExpectError({L"setting", L"get", L"warning"}, Failure, "There is no common setting \"warning\".");
+    ExpectError({L"setting", L"get", L"Icon"}, Failure, "There is no common setting \"Icon\".");
     ExpectError({L"setting", L"get", L""}, Failure, "There is no common setting \"\".");
+}
+
+TEST_F(SettingGetTest, SimilarNameIsSuggested) {
+    WriteUserSetting(R"(Warning="15" Icon="1")");
+    ExpectError({L"setting", L"get", L"warning"}, Failure,
+                "There is no common setting \"warning\". Did you mean \"Warning\"?");
+    ExpectJsonError({L"setting", L"get", L"warnin"}, "unknown-setting", nullptr);
+}
+
+TEST_F(SettingGetTest, ListShowsEffectiveValuesWithSource) {
+    WriteUserSetting(R"(A="user")");
+    WriteDefaultSetting(R"(A="default" B="default")");
+    WriteBaseSetting(R"(A="base" B="base" C="base")");
+    EXPECT_EQ(Output({L"setting", L"list"}),
+              "Name  Value    Source\n"
+              "A     user     user\n"
+              "B     default  default\n"
+              "C     base     base\n");
+    EXPECT_EQ(JsonOutput({L"setting", L"list"})["settings"][1],
+              Json({{"name", "B"}, {"value", "default"}, {"source", "default"}}));
+}
+
+TEST_F(SettingGetTest, TooLongUserValueIsNotEffective) {
+    WriteUserSetting("A=\"" + std::string(260, '1') + "\"");
+    WriteBaseSetting(R"(A="base")");
+    EXPECT_EQ(JsonOutput({L"setting", L"list"})["settings"][0]["value"], "base");
+    EXPECT_EQ(JsonOutput({L"setting", L"get", L"A"})["source"], "base");
+}
+
+TEST_F(SettingGetTest, ListOfNoSettingsIsEmpty) {
+    EXPECT_EQ(JsonOutput({L"setting", L"list"}), Json({{"settings", Json::array()}}));
+    EXPECT_FALSE(HasUserSettings());
 }
 
 TEST_F(SettingGetTest, MissingFilesAreAnErrorAndNotCreated) {
@@ -89,19 +122,21 @@ TEST_F(SettingGetTest, DefaultsInUseAreAnError) {
     WriteDefaultSetting(R"(Warning="15")");
     WriteBaseSetting(R"(Warning="10")");
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
-    ExpectError({L"setting", L"get", L"Warning"}, Failure,
-                DefaultsTitle() + " is in use by another program.");
+    ExpectError({L"setting", L"get", L"Warning"}, InUse, DefaultsTitle() + " is in use by another program.");
 }
 
 class SettingSetTest : public SettingCommandTest {
 protected:
-    void ExpectNotStored(const std::wstring& name, const std::wstring& value) const {
-        ExpectError(
-            {L"setting", L"set", name, value}, Failure,
-            "The setting could not be stored: \"" + Utf8(name) +
-                "\" is not a valid name, the value contains characters that XML does not allow, or the "
-                "user settings file " +
-                Utf8(installation.UserFile()) + " cannot be written.");
+    void ExpectNotStored(const std::wstring& name, const std::wstring& value,
+                         const std::string& sentence) const {
+        ExpectError({L"setting", L"set", name, value}, Failure, sentence);
+    }
+
+    void ExpectInvalidName(const std::wstring& name) const {
+        ExpectNotStored(name, L"15",
+                        "\"" + Utf8(name) +
+                            "\" is not a valid name: a name begins with a letter or \"_\", and has only "
+                            "letters, digits, \".\", \"-\" and \"_\".");
     }
 
     void ExpectTooLong(const std::wstring& value) const {
@@ -165,27 +200,28 @@ TEST_F(SettingSetTest, LengthIsCountedInUtf16CodeUnits) {
 }
 
 TEST_F(SettingSetTest, InvalidNameIsAnError) {
-    for (const wchar_t* const name : {L"", L"a b", L"1st", L"a:b", L"xmlns"})
-        ExpectNotStored(name, L"15");
+    for (const wchar_t* const name : {L"", L"a b", L"1st", L"a:b"})
+        ExpectInvalidName(name);
+    ExpectNotStored(L"xmlns", L"15", "The name \"xmlns\" is reserved by XML.");
     EXPECT_FALSE(HasUserSettings());
 }
 
 TEST_F(SettingSetTest, CharacterInvalidInXmlIsAnError) {
-    ExpectNotStored(L"Warning", L"a\x01");
+    ExpectNotStored(L"Warning", L"a\x01", "The value contains a character that XML does not allow.");
     EXPECT_FALSE(HasUserSettings());
 }
 
 TEST_F(SettingSetTest, ReadOnlyUserSettingsAreAnError) {
     WriteUserSetting(R"(Warning="10")");
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_READONLY);
-    ExpectNotStored(L"Warning", L"15");
+    ExpectNotStored(L"Warning", L"15", UserFile() + " cannot be written.");
     SetFileAttributesW(installation.UserFile().c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(Get(L"Warning"), "10");
 }
 
 TEST_F(SettingSetTest, MissingUserSettingsFolderIsAnError) {
     std::filesystem::remove(installation.UserFile().parent_path());
-    ExpectNotStored(L"Warning", L"15");
+    ExpectNotStored(L"Warning", L"15", UserFile() + " cannot be written.");
 }
 
 TEST_F(SettingSetTest, UserSettingsInUseAreAnError) {
@@ -201,9 +237,9 @@ protected:
         WriteBaseSetting(R"(Warning="10")");
     }
 
-    void ExpectFailure(const std::string& sentence) const {
+    void ExpectFailure(const std::string& sentence, DWORD exitStatus = Failure) const {
         const std::string before = Defaults();
-        ExpectError({L"setting", L"init"}, Failure, sentence);
+        ExpectError({L"setting", L"init"}, exitStatus, sentence);
         EXPECT_EQ(Defaults(), before);
     }
 
@@ -255,7 +291,7 @@ TEST_F(SettingInitTest, ReadOnlyDefaultsAreAnError) {
 
 TEST_F(SettingInitTest, DefaultsInUseAreAnError) {
     const SecondProcess other{HoldMutex, {DefaultsMarker}};
-    ExpectFailure(DefaultsTitle() + " is in use by another program.");
+    ExpectFailure(DefaultsTitle() + " is in use by another program.", InUse);
 }
 
 }  // namespace ZOTDam::Test

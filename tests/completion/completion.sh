@@ -23,6 +23,11 @@ completes() {
 
 check 'co' completes 'count commands completion' co
 check 'se' completes 'set setacvalueindex setdcvalueindex setting' se
+check 'he' completes 'help' he
+check 'help ex' completes 'export' help ex
+check 'params SCHEME_C' completes 'SCHEME_CURRENT' params SCHEME_C
+check 'import --d' completes '--dry-run' import --d
+check '--wait 1' completes '' --wait 1
 check 'setting g' completes 'get' setting g
 check 'params b' completes 'balanced' params b
 check 'params --de' completes '--default' params --de
