@@ -139,6 +139,7 @@ schemas/Types.xsd
 schemas/ZOTBase.xsd
 schemas/ZOTDefault.xsd
 schemas/ZOTPowercfg.xsd
+schemas/export.schema.json
 NAMES
 find "${documents[@]}" -type f >"$folder/documentation.txt"
 cat >"$folder/symbols.txt" <<'NAMES'

@@ -165,4 +165,38 @@ rejects StringTable.xml 'a text that would be cut' 'exceeds the allowed maximum 
 rejects StringTable.xml 'text that is not well-formed' 'parser error' <<<'<StringTable>'
 rejects Strings.xml 'a file of another name' 'none of the data files' <<<'<StringTable/>'
 
+# ---- The export of zotdamctl ----------------------------------------------------------------------------------------
+
+install_toolchain
+install_packages python3-jsonschema
+build_targets ZOTDam zotdamctl
+make_prefix
+
+# is_export FILE: whether the file is valid against the schema of the export.
+is_export() {
+    python3 -c '
+import json, sys
+import jsonschema
+with open("schemas/export.schema.json") as schema, open(sys.argv[1]) as document:
+    jsonschema.validate(json.load(document), json.load(schema))' "$1"
+}
+
+# exports_valid_file: exports the settings of the samples.
+exports_valid_file() {
+    wine "$build/bin/zotdamctl.exe" --program-files 'samples\Program Files' --program-data 'samples\ProgramData' \
+        export "$(winepath -w "$folder")\\export.json"
+    is_export "$folder/export.json"
+}
+
+# is_rejected_without KEY: whether the export is not valid without this key.
+is_rejected_without() {
+    sed "s/\"$1\"/\"other\"/" "$folder/export.json" >"$folder/changed.json"
+    ! is_export "$folder/changed.json"
+}
+
+check 'export.schema.json: the export of the samples is valid' exports_valid_file
+for key in format version fingerprint schemes commonSettings scheme acIndex dcIndex; do
+    check "export.schema.json: \"$key\" is required" is_rejected_without "$key"
+done
+
 report_checks
