@@ -18,9 +18,11 @@ function(ship target)
   elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(symbols ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_NAME:${target}>.debug)
     set(pdb ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_BASE_NAME:${target}>.pdb)
-    # The identifier of the build connects the program with its PDB file.
-    target_link_options(${target} PRIVATE -Wl,--build-id -Wl,--pdb=${pdb})
-    install(FILES ${pdb} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # The identifier of the build connects the program with its PDB file.
+      target_link_options(${target} PRIVATE -Wl,--build-id -Wl,--pdb=${pdb})
+      install(FILES ${pdb} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
+    endif()
     # Without this variable, the file would contain the time of the build.
     set(objcopy ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})
     add_custom_command(TARGET ${target} POST_BUILD
