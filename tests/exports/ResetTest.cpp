@@ -60,8 +60,8 @@ TEST_F(ResetTest, CommentInSchemesSectionIsEnoughForReset) {
 
 TEST_F(ResetTest, NamespaceDeclarationsOfCommonSettingsAreKept) {
     WriteUserSettings(
-        R"(<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings xmlns:p="urn:p" A="a" B="b"/>)"
-        "</OrloPowerCfg>");
+        "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes>"
+        R"(<CommonSettings xmlns:p="urn:p" A="a" B="b"/></OrloPowerCfg>)");
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(),
               SavedXml{R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns:p="urn:p"/></OrloPowerCfg>)"
@@ -70,8 +70,8 @@ TEST_F(ResetTest, NamespaceDeclarationsOfCommonSettingsAreKept) {
 
 TEST_F(ResetTest, NamespaceDeclarationListedAsAttributeIsKept) {
     WriteUserSettings(
-        R"(<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes><CommonSettings xmlns:p="urn:p" A="a" B="b"/>)"
-        "</OrloPowerCfg>");
+        "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes>"
+        R"(<CommonSettings xmlns:p="urn:p" A="a" B="b"/></OrloPowerCfg>)");
     const ListedDeclarations declarations{L"xmlns:p"};
     EXPECT_TRUE(Reset());
     EXPECT_EQ(UserSettings(),
