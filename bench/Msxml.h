@@ -12,8 +12,6 @@
 
 namespace ZOTDam::Bench {
 
-_COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, __uuidof(IXMLDOMNodeList));
-
 class PlainDocument {
 public:
     PlainDocument();

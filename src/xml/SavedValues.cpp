@@ -7,7 +7,7 @@
 #include "xml/Bstr.h"
 #include "xml/Com.h"
 #include "xml/Prolog.h"
-#include "xml/XmlCharacters.h"
+#include "xml/XmlName.h"
 
 namespace ZOTDam {
 
@@ -49,21 +49,20 @@ std::wstring ValueOf(IXMLDOMNode* attribute) {
     return {V_BSTR(&value), SysStringLen(V_BSTR(&value))};
 }
 
-// Returns the names and values of the attributes.
+// Returns the names and values of the attributes. XPath does not count namespace declarations as attributes.
+// A save adds the declarations that a copied element needs, and some DOMs do not return all of them.
 std::vector<std::pair<std::wstring, std::wstring>> AttributesOf(IXMLDOMElement* element) {
     std::vector<std::pair<std::wstring, std::wstring>> attributes;
-    IXMLDOMNamedNodeMapPtr map;
+    IXMLDOMNodeListPtr selection;
     long length = 0;
-    Check(element->get_attributes(&map), element);
-    Check(map->get_length(&length), map.GetInterfacePtr());
+    Check(element->selectNodes(CXmlName{L"@*"}.AsBstr(), &selection), element);
+    Check(selection->get_length(&length), selection.GetInterfacePtr());
     for (long i = 0; i < length; ++i) {
         IXMLDOMNodePtr attribute;
         CBstr name;
-        Check(map->get_item(i, &attribute), map.GetInterfacePtr());
+        Check(selection->get_item(i, &attribute), selection.GetInterfacePtr());
         Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
-        // A save adds the declarations that a copied element needs.
-        if (!IsNamespaceDeclaration(name.View()))
-            attributes.emplace_back(name.View(), ValueOf(attribute));
+        attributes.emplace_back(name.View(), ValueOf(attribute));
     }
     return attributes;
 }
