@@ -54,6 +54,7 @@ std::vector<std::string> GeneralWords(const CLI::App& app) {
     for (const CLI::Option* option : app.get_options())
         AddWords(words, *option, app);
     std::erase(words, "--version");
+    std::erase(words, "--licenses");
     return words;
 }
 
