@@ -46,7 +46,8 @@ unprotected_samples() {
 programs_without_version() {
     rows_of File | awk -F '\t' -v version="$version.0" '$3 ~ /[.](dll|exe)$/ && $5 != version'
 }
-files_in() { [ ! -d "$1" ] || find "$1" -type f -printf '%P\n'; }
+# Prints the files without the backups of the client, whose names contain the time.
+files_in() { [ ! -d "$1" ] || find "$1" -type f ! -name '*.backup' -printf '%P\n'; }
 names_of_samples() { (cd 'samples/Program Files/Orlo/QUEN Power Management' && find . -type f -printf '%P\n'); }
 names_of_runtime() {
     printf '%s\n' ZOTDam.dll zotdamctl.exe
