@@ -54,7 +54,7 @@ private:
         if (std::ranges::all_of(families, [](const Element* family) {
                 return family->ChildNamed(Elements::CommandItem) == nullptr;
             }))
-            findings.Add(commands, "empty-commands", "no \"CommandFamily\" has a \"CommandItem\"",
+            findings.Add(commands, "empty-commands", R"(no "CommandFamily" has a "CommandItem")",
                          "if the function is adopted, the library skips it");
     }
 
