@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "DisplayWidth.h"
 #include "Style.h"
-#include "Text.h"
 
 namespace ZOTDam::Client {
 

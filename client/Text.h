@@ -12,8 +12,4 @@ std::wstring ToUtf16(std::string_view utf8);
 // Compares two strings. The case of ASCII letters is ignored.
 bool IsSameIgnoringCase(std::string_view a, std::string_view b);
 
-// Returns the number of columns that a text takes on a terminal: two for each ideograph or similar character,
-// none for combining marks.
-std::size_t DisplayWidth(std::string_view utf8);
-
 }  // namespace ZOTDam::Client

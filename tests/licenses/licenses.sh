@@ -4,6 +4,7 @@
 source "$(dirname "$0")/../support/checks.sh"
 
 install_toolchain
+install_packages libutf8proc-dev
 
 # Prints the standard input as one line, because the notices may break lines elsewhere.
 as_one_line() { tr -s '[:space:]' ' ' | sed 's/^ //; s/ $//'; }
@@ -37,6 +38,8 @@ contains() {
 
 check 'CLI11' contains license libcli11-dev BSD-3-clause
 check 'JSON for Modern C++' contains license nlohmann-json3-dev Expat
+check 'utf8proc' contains license libutf8proc-dev Expat
+check 'utf8proc: the data of Unicode' contains license libutf8proc-dev Unicode
 for name in ZPL-2.1 public-domain Lucent David-Gay Keith-Marshall expat BSD-3-clause-Lockless; do
     check "mingw-w64: $name" contains license mingw-w64-x86-64-dev "$name"
 done
