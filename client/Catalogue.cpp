@@ -10,15 +10,12 @@ namespace {
 
 // The library also skips a file without problems, if another program holds its busy marker or has it open.
 Error CatalogueError(const std::filesystem::path& file) {
-    std::string problem = FindCatalogueProblem(file);
-    const bool isInUse = problem.empty() || problem.ends_with("in use by another program");
-    if (problem.empty())
-        problem = "the file is in use by another program";
-    const bool isMissing = !isInUse && !exists(file);
-    return {isInUse     ? ErrorKind::InUse
-            : isMissing ? ErrorKind::MissingFile
-                        : ErrorKind::UnreadableFile,
-            "The catalogue cannot be loaded from " + Utf8(file) + ": " + problem + ".", file};
+    const CatalogueProblem problem = FindCatalogueProblem(file).value_or(
+        CatalogueProblem{"file-in-use", "the file is in use by another program"});
+    const ErrorKind kind = problem.kind == "file-in-use"    ? ErrorKind::InUse
+                           : problem.kind == "missing-file" ? ErrorKind::MissingFile
+                                                            : ErrorKind::UnreadableFile;
+    return {kind, "The catalogue cannot be loaded from " + Utf8(file) + ": " + problem.text + ".", file};
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 #include "DataFiles.h"
 #include "DisplayOptions.h"
-#include "ZOTDamClient.h"
+#include "Library.h"
 
 namespace ZOTDam::Client {
 

@@ -14,30 +14,12 @@ namespace ZOTDam::Client {
 
 namespace {
 
-std::filesystem::path Expand(const wchar_t* text) {
-    std::wstring expanded(ExpandEnvironmentStringsW(text, nullptr, 0), L'\0');
-    ExpandEnvironmentStringsW(text, expanded.data(), static_cast<DWORD>(expanded.size()));
-    return expanded.c_str();
-}
-
-bool IsBusy(const DataFile& file) noexcept {
-    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, file.location.busyMarker);
-    if (marker == nullptr)
-        return GetLastError() == ERROR_ACCESS_DENIED;
-    CloseHandle(marker);
-    return true;
-}
-
 // Checks the attribute too: on some systems an administrator can open a read-only file for writing, but the
 // library never writes to it.
 bool IsWritable(const std::filesystem::path& file) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     return (attributes & FILE_ATTRIBUTE_READONLY) == 0 &&
            std::fstream{file, std::ios::in | std::ios::out | std::ios::binary}.is_open();
-}
-
-std::filesystem::path NeutralStringTable() {
-    return PathOf(Defaults).replace_filename(StringTableLocation.fileName);
 }
 
 bool IsLanguageName(const std::string& text) {
@@ -57,12 +39,22 @@ FolderRedirection::~FolderRedirection() {
     SetEnvironmentVariableW(variable, before.c_str());
 }
 
+std::filesystem::path Expand(const wchar_t* text) {
+    std::wstring expanded(ExpandEnvironmentStringsW(text, nullptr, 0), L'\0');
+    ExpandEnvironmentStringsW(text, expanded.data(), static_cast<DWORD>(expanded.size()));
+    return expanded.c_str();
+}
+
 std::filesystem::path PathOf(const DataFile& file) {
     return Expand(file.location.folder) / file.location.fileName;
 }
 
 std::string TitleOf(const DataFile& file) {
     return file.title + (" " + Utf8(PathOf(file)));
+}
+
+std::filesystem::path NeutralStringTable() {
+    return PathOf(Defaults).replace_filename(StringTableLocation.fileName);
 }
 
 std::filesystem::path StringTableFor(const std::string& language) {
@@ -73,8 +65,12 @@ std::filesystem::path StringTableFor(const std::string& language) {
     return copy.empty() ? neutralFile.parent_path() / ToUtf16(language) / neutralFile.filename() : copy;
 }
 
-std::filesystem::path StringTableOfUser() {
-    return LocalisedFile(NeutralStringTable());
+bool IsBusy(const DataFile& file) noexcept {
+    const HANDLE marker = OpenMutexW(SYNCHRONIZE, FALSE, file.location.busyMarker);
+    if (marker == nullptr)
+        return GetLastError() == ERROR_ACCESS_DENIED;
+    CloseHandle(marker);
+    return true;
 }
 
 void ThrowInUse(const DataFile& file) {

@@ -31,17 +31,22 @@ private:
     std::filesystem::path before;
 };
 
+// Replaces the environment variables in a text.
+std::filesystem::path Expand(const wchar_t* text);
+
 std::filesystem::path PathOf(const DataFile& file);
 
 // Returns the title and the path: "defaults file C:\...".
 std::string TitleOf(const DataFile& file);
 
+std::filesystem::path NeutralStringTable();
+
 // Returns the path of a language's copy of the string table; the file may not exist. Throws UsageError if the
 // argument is not a valid language name.
 std::filesystem::path StringTableFor(const std::string& language);
 
-// Returns the path of the string table that the library reads for this user.
-std::filesystem::path StringTableOfUser();
+// Returns whether another program holds the busy marker of a file.
+bool IsBusy(const DataFile& file) noexcept;
 
 // The library does not wait for a file, and it does not report that a load was skipped or that a save had no
 // effect. RequireIdle and RequireSaved throw an Error if another program is using the file. RequireSaved also

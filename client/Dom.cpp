@@ -32,6 +32,10 @@ bool IsElement(IXMLDOMNode* node) {
     return type == NODE_ELEMENT;
 }
 
+std::wstring NamespaceOf(IXMLDOMNode* node) {
+    return Get(node, &IXMLDOMNode::get_namespaceURI);
+}
+
 NodeMap AttributesOf(IXMLDOMNode* element) {
     IXMLDOMNamedNodeMap* attributes = nullptr;
     Check(element->get_attributes(&attributes));
@@ -78,11 +82,14 @@ std::optional<std::wstring> ReadAttribute(IXMLDOMNode* element, const wchar_t* n
 }
 
 std::vector<Attribute> ReadAttributes(IXMLDOMNode* element) {
+    constexpr wchar_t schemaInstance[] = L"http://www.w3.org/2001/XMLSchema-instance";
     std::vector<Attribute> attributes;
     const NodeMap map = AttributesOf(element);
     IXMLDOMNode* found = nullptr;
     for (long i = 0; map->get_item(i, &found) == S_OK; ++i) {
         const Node attribute{found};
+        if (NamespaceOf(attribute.get()) == schemaInstance)
+            continue;
         attributes.push_back({NameOf(attribute.get()), TextOf(attribute.get())});
     }
     return attributes;
@@ -97,7 +104,7 @@ std::wstring TextOf(IXMLDOMNode* node) {
 }
 
 bool HasNamespace(IXMLDOMNode* node) {
-    return !Get(node, &IXMLDOMNode::get_namespaceURI).empty();
+    return !NamespaceOf(node).empty();
 }
 
 }  // namespace ZOTDam::Client

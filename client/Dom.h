@@ -24,6 +24,7 @@ struct Attribute {
     std::wstring value;
 };
 
+// Omits the attributes with which a document names its schema.
 std::vector<Attribute> ReadAttributes(IXMLDOMNode* element);
 
 // Returns the qualified name, with its prefix.

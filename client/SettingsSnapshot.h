@@ -5,9 +5,9 @@
 #include <string>
 
 #include "DataFileContent.h"
+#include "Library.h"
 #include "StoredSettings.h"
 #include "TemporaryFolder.h"
-#include "ZOTDamClient.h"
 
 namespace ZOTDam::Client {
 

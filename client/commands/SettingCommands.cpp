@@ -3,6 +3,7 @@
 
 #include "commands/Commands.h"
 #include "Error.h"
+#include "Library.h"
 #include "SettingsSnapshot.h"
 #include "Suggestion.h"
 #include "Text.h"

@@ -10,8 +10,6 @@ namespace {
 constexpr char ReadingStops[] =
     "the library reads neither this function nor the following ones, and lists no unsupported functions";
 
-const When IfAdopted = "if the function is adopted, ";
-
 // Checks the functions with the working records that the library reads them into.
 class BaseFunctions {
 public:
@@ -36,7 +34,7 @@ private:
         const std::int32_t id = working.Number(function, Attributes::ID, findings);
         if (id < 0)
             findings.Add(function, "negative-id", "the id " + std::to_string(id) + " is negative",
-                         IfAdopted + CatalogueNotLoaded);
+                         When{IfAdopted} + CatalogueNotLoaded);
         if (function.FindAttribute(Attributes::ID) != nullptr)
             ids.Check(function, id, "the library lists both; if both are adopted, it drops this one",
                       findings);

@@ -1,7 +1,8 @@
-// Examines the data files for problems that the library does not report.
+// Examines the installation for problems that the library does not report.
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,14 +11,24 @@
 
 namespace ZOTDam::Client {
 
-// The findings of all four files, in the order of examination.
+// The findings of each file, in the order of examination.
 using Diagnosis = std::vector<Findings>;
 
-Diagnosis ExamineDataFiles(const std::filesystem::path& stringTable);
+// Examines the library and its files. Without a language, examines the string tables of all languages.
+Diagnosis ExamineInstallation(const std::optional<std::string>& language);
 
-// Returns the first problem that prevents the library from loading the catalogue from this file, or an empty
-// string if the file has none. Like a finding's problem, it is a clause without a full stop.
-std::string FindCatalogueProblem(const std::filesystem::path& file);
+// Examines the content of one data file in any folder. The name of the file, or else its root element,
+// determines the kind of file.
+Diagnosis ExamineFile(const std::filesystem::path& file);
+
+// A problem that prevents the library from loading the catalogue.
+struct CatalogueProblem {
+    std::string kind;  // of the finding
+    std::string text;  // like a finding's problem, a clause without a full stop
+};
+
+// Returns the first such problem of a file, or nothing if the file has none.
+std::optional<CatalogueProblem> FindCatalogueProblem(const std::filesystem::path& file);
 
 // The exit code is 0 if there are no findings, 2 if a file could not be examined, and 1 otherwise.
 Report ReportOf(const Diagnosis& diagnosis);

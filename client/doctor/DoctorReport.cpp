@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "doctor/Doctor.h"
 #include "Style.h"
 #include "ZOTDamClient.h"
@@ -10,29 +8,21 @@ namespace {
 
 enum DoctorExitCode : int { Clean = 0, Found = 1, NotExamined = 2 };
 
-// Returns the kind followed by the problem, and the consequence on a second line.
-std::string LinesOf(const Finding& finding, std::size_t kindWidth) {
-    constexpr char indentation[] = "        ";
-    return indentation + finding.kind + std::string(kindWidth - finding.kind.size() + 2, ' ') +
-           finding.problem + "\n" +  //
-           indentation + std::string(kindWidth + 2, ' ') + finding.consequence + "\n";
+// Returns "file:line: kind: problem; consequence", the form that editors recognise.
+std::string LineOf(const Finding& finding, const Findings& file) {
+    const std::string line = finding.position.line != 0 ? ":" + std::to_string(finding.position.line) : "";
+    return Heading(Utf8(file.Path()) + line + ":") + " " + finding.kind + ": " + finding.problem + "; " +
+           finding.consequence + "\n";
 }
 
-// Returns the findings grouped by element; those of the file as a whole come first.
-std::string LinesOf(const Findings& file, std::size_t kindWidth) {
-    std::string text = Heading(file.Title() + " " + Utf8(file.Path())) + "\n";
-    std::string element;
-    for (const Finding& finding : file.InOrder()) {
-        if (finding.element != element)
-            text += "    " + finding.element + "\n";
-        element = finding.element;
-        text += LinesOf(finding, kindWidth);
-    }
-    return text + "\n";
+Json CountJson(std::size_t count) {
+    return count != 0 ? Json(count) : Json();
 }
 
 Json JsonOf(const Finding& finding, const Findings& file) {
     return {{"file", Utf8(file.Path())},
+            {"line", CountJson(finding.position.line)},
+            {"column", CountJson(finding.position.column)},
             {"element", finding.element.empty() ? Json() : Json(finding.element)},
             {"kind", finding.kind},
             {"problem", finding.problem},
@@ -55,25 +45,20 @@ std::string Summary(std::size_t findings, std::size_t files, std::size_t notExam
 }  // namespace
 
 Report ReportOf(const Diagnosis& diagnosis) {
-    std::size_t findings = 0;
-    std::size_t kindWidth = 0;
-    Json list = Json::array();
-    for (const Findings& file : diagnosis)
-        for (const Finding& finding : file.InOrder()) {
-            ++findings;
-            kindWidth = std::max(kindWidth, finding.kind.size());
-            list.push_back(JsonOf(finding, file));
-        }
     std::string text;
+    Json list = Json::array();
     std::size_t files = 0;
     std::size_t notExamined = 0;
     for (const Findings& file : diagnosis) {
-        text += file.IsEmpty() ? "" : LinesOf(file, kindWidth);
+        for (const Finding& finding : file.InOrder()) {
+            text += LineOf(finding, file);
+            list.push_back(JsonOf(finding, file));
+        }
         files += file.IsEmpty() ? 0 : 1;
         notExamined += file.IsExamined() ? 0 : 1;
     }
-    const int exitCode = notExamined != 0 ? NotExamined : findings != 0 ? Found : Clean;
-    return {text + Summary(findings, files, notExamined), {{"findings", list}}, exitCode};
+    const int exitCode = notExamined != 0 ? NotExamined : files != 0 ? Found : Clean;
+    return {text + Summary(list.size(), files, notExamined), {{"findings", list}}, exitCode};
 }
 
 }  // namespace ZOTDam::Client

@@ -12,16 +12,16 @@ namespace ZOTDam::Client {
 
 namespace {
 
-// The library reads no element below this depth, so deeper ones are not examined.
-constexpr std::size_t MaxDepth = 8;
-
-Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number) {
+Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number,
+                  const std::vector<Position>& positions) {
     Element element;
     element.name = NameOf(node);
     element.hasNamespace = HasNamespace(node);
     element.attributes = ReadAttributes(node);
     element.path = std::move(path);
     element.number = number;
+    if (number < positions.size())
+        element.position = positions[number];
     if (element.name == Elements::TextValue)
         element.text = TextOf(node);
     return element;
@@ -30,21 +30,21 @@ Element ElementOf(IXMLDOMNode* node, std::string path, std::size_t number) {
 // An element to which children are still being added.
 class OpenElement {
 public:
-    OpenElement(IXMLDOMNode* node, std::string path, std::size_t number)
-        : element{ElementOf(node, std::move(path), number)}, nodes{ChildElements(node)} {
+    OpenElement(IXMLDOMNode* node, Element elementOfNode)
+        : element{std::move(elementOfNode)}, nodes{ChildElements(node)} {
         for (const Node& child : nodes)
             ++totals[NameOf(child.get())];
     }
 
     bool HasMoreChildren() const noexcept { return next < nodes.size(); }
 
-    OpenElement OpenNextChild(std::size_t number) {
+    OpenElement OpenNextChild(std::size_t number, const std::vector<Position>& positionsOfTags) {
         IXMLDOMNode* const child = nodes[next++].get();
         const std::wstring name = NameOf(child);
         std::string path = element.path + "/" + ToUtf8(name);
         if (totals[name] > 1)
             path += "[" + std::to_string(++positions[name]) + "]";
-        return {child, std::move(path), number};
+        return {child, ElementOf(child, std::move(path), number, positionsOfTags)};
     }
 
     void Add(Element child) { element.children.push_back(std::move(child)); }
@@ -80,14 +80,14 @@ const std::wstring* Element::FindAttribute(std::wstring_view sought) const {
     return found != attributes.end() ? &found->value : nullptr;
 }
 
-Element BuildElement(IXMLDOMNode* root) {
+Element BuildElement(IXMLDOMNode* root, const std::vector<Position>& positions) {
     std::size_t elements = 0;
     // Not a vector, which moves its items: with some compilers, moving a map can throw.
     std::stack<OpenElement> open;
-    open.emplace(root, "/" + ToUtf8(NameOf(root)), elements);
+    open.emplace(root, ElementOf(root, "/" + ToUtf8(NameOf(root)), elements, positions));
     while (true) {
         if (open.top().HasMoreChildren() && open.size() < MaxDepth) {
-            open.push(open.top().OpenNextChild(++elements));
+            open.push(open.top().OpenNextChild(++elements, positions));
             continue;
         }
         Element closed = std::move(open.top()).Close();

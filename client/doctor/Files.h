@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "doctor/Function.h"
 
@@ -27,8 +28,15 @@ using TextKeys = std::set<std::wstring>;
 
 TextKeys CheckStringTable(const Element& root, Findings& findings);
 
-// Reports the keys of the defaults file that are missing from a string table.
-void CheckTranslations(const Element& defaultsRoot, const TextKeys& keys, const std::string& stringTable,
+// The keys of a string table, with the name of its file for sentences.
+struct NamedKeys {
+    std::string file;
+    TextKeys keys;
+};
+
+// Reports the keys of the functions in the base catalogue or in the defaults file that are missing from a
+// string table.
+void CheckTranslations(const Element& root, const std::vector<NamedKeys>& tables, const When& when,
                        Findings& findings);
 
 // Checks "CommonSettings", which has the same form in all three files. `consequence` applies to a value that

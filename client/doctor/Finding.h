@@ -17,7 +17,8 @@ struct Finding {
     std::string element;      // the path; empty for the file as a whole
     std::string problem;      // a clause without a full stop
     std::string consequence;  // the library's behaviour, likewise
-    std::size_t number = 0;   // position of the element in the file
+    std::size_t number = 0;   // of the element, in the order of the file
+    Position position;        // of the element, or of the problem in a file without elements
 };
 
 // The findings of one file.
@@ -27,18 +28,18 @@ public:
         : title{std::move(fileTitle)}, path{std::move(filePath)} {}
 
     void Add(const Element& element, std::string kind, std::string problem, std::string consequence) {
-        list.push_back(
-            {std::move(kind), element.path, std::move(problem), std::move(consequence), element.number});
+        list.push_back({std::move(kind), element.path, std::move(problem), std::move(consequence),
+                        element.number, element.position});
     }
 
-    void AddToFile(std::string kind, std::string problem, std::string consequence) {
-        list.push_back({std::move(kind), {}, std::move(problem), std::move(consequence)});
+    void AddToFile(std::string kind, std::string problem, std::string consequence, Position position = {}) {
+        list.push_back({std::move(kind), {}, std::move(problem), std::move(consequence), 0, position});
     }
 
     // The same for a problem that prevents the examination of the file.
-    void AddObstacle(std::string kind, std::string problem, std::string consequence) {
+    void AddObstacle(std::string kind, std::string problem, std::string consequence, Position position = {}) {
         examined = false;
-        AddToFile(std::move(kind), std::move(problem), std::move(consequence));
+        AddToFile(std::move(kind), std::move(problem), std::move(consequence), position);
     }
 
     const std::string& Title() const noexcept { return title; }

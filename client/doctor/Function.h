@@ -20,6 +20,8 @@ inline constexpr char CatalogueNotLoaded[] = "the library cannot load the catalo
 // if the function is adopted.
 using When = std::string;
 
+inline constexpr char IfAdopted[] = "if the function is adopted, ";
+
 OptionCounts CheckDisplay(const Element& function, const When& when, Findings& findings);
 
 void CheckDefault(const Element& function, const OptionCounts& options, const When& when, Findings& findings);

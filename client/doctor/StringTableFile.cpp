@@ -2,6 +2,7 @@
 #include "platform/AsciiCase.h"
 #include "Text.h"
 #include "xml/DataFileElements.h"
+#include "ZOTDam.h"
 
 namespace ZOTDam::Client {
 
@@ -52,24 +53,33 @@ private:
 
 class Translations {
 public:
-    Translations(const TextKeys& tableKeys, std::string table, Findings& fileFindings)
-        : keys{tableKeys}, stringTable{std::move(table)}, findings{fileFindings} {}
+    Translations(const std::vector<NamedKeys>& stringTables, When whenUsed, Findings& fileFindings)
+        : tables{stringTables}, when{std::move(whenUsed)}, findings{fileFindings} {}
 
-    // Reports each key only at its first occurrence.
+    // Reports each key only at its first occurrence. A key that is too long has its own finding.
     void Check(const Element& element, const wchar_t* attribute, const char* consequence) {
         const std::wstring* const key = element.FindAttribute(attribute);
-        if (key == nullptr || key->empty())
+        if (key == nullptr || key->empty() || key->size() >= TextCapacity)
             return;
         const std::wstring lowerCase = ToLowerAscii(*key);
-        if (!keys.contains(lowerCase) && reported.insert(lowerCase).second)
+        const std::string files = FilesWithout(lowerCase);
+        if (!files.empty() && reported.insert(lowerCase).second)
             findings.Add(element, "missing-translation",
-                         Quoted(attribute) + " is " + Quoted(*key) + ", which is missing from " + stringTable,
-                         consequence);
+                         Quoted(attribute) + " is " + Quoted(*key) + ", which is missing from " + files,
+                         when + consequence);
     }
 
 private:
-    const TextKeys& keys;
-    std::string stringTable;
+    std::string FilesWithout(const std::wstring& key) const {
+        std::string files;
+        for (const NamedKeys& table : tables)
+            if (!table.keys.contains(key))
+                files += (files.empty() ? "" : ", ") + table.file;
+        return files;
+    }
+
+    const std::vector<NamedKeys>& tables;
+    When when;
     Findings& findings;
     TextKeys reported;
 };
@@ -84,12 +94,12 @@ TextKeys CheckStringTable(const Element& root, Findings& findings) {
     return std::move(entries).Keys();
 }
 
-void CheckTranslations(const Element& defaultsRoot, const TextKeys& keys, const std::string& stringTable,
+void CheckTranslations(const Element& root, const std::vector<NamedKeys>& tables, const When& when,
                        Findings& findings) {
-    const Element* const functions = defaultsRoot.ChildNamed(Elements::Functions);
+    const Element* const functions = root.ChildNamed(Elements::Functions);
     if (functions == nullptr)
         return;
-    Translations translations{keys, stringTable, findings};
+    Translations translations{tables, when, findings};
     for (const Element* const function : functions->ChildrenNamed(Elements::Function)) {
         for (const wchar_t* const attribute : {Attributes::Name, Attributes::Group})
             translations.Check(*function, attribute, "the user sees the key");

@@ -4,9 +4,11 @@
 
 #include <system_error>
 
-#include "Error.h"
+#include "doctor/FileUsers.h"
+#include "doctor/ParseError.h"
+#include "doctor/StartTags.h"
+#include "Msxml.h"
 #include "platform/File.h"
-#include "Text.h"
 #include "xml/FileContent.h"
 #include "xml/Prolog.h"
 
@@ -14,34 +16,9 @@ namespace ZOTDam::Client {
 
 namespace {
 
-using Document = OwnedInterface<IXMLDOMDocument>;
-
-Document NewDocument() {
-    void* created = nullptr;
-    if (FAILED(CoCreateInstance(DomDocument60, nullptr, CLSCTX_ALL, __uuidof(IXMLDOMDocument), &created)))
-        throw Error{"MSXML 6 is not installed."};
-    Document document{static_cast<IXMLDOMDocument*>(created)};
-    document->put_async(VARIANT_FALSE);
-    return document;
-}
-
 bool Load(IXMLDOMDocument& document, CFileContent& content) {
     VARIANT_BOOL loaded = VARIANT_FALSE;
     return document.load(content.AsSource(), &loaded) == S_OK && loaded == VARIANT_TRUE;
-}
-
-// Returns " at line 3, column 7", as far as the parser reports the position.
-std::string PositionOfError(IXMLDOMDocument& document) {
-    IXMLDOMParseError* parseError = nullptr;
-    if (document.get_parseError(&parseError) != S_OK)
-        return {};
-    const OwnedInterface<IXMLDOMParseError> error{parseError};
-    long line = 0;
-    long column = 0;
-    if (error->get_line(&line) != S_OK || line == 0)
-        return {};
-    return " at line " + std::to_string(line) +
-           (error->get_linepos(&column) == S_OK && column != 0 ? ", column " + std::to_string(column) : "");
 }
 
 Node RootOf(IXMLDOMDocument& document) {
@@ -57,13 +34,16 @@ std::optional<Element> ReadDocument(CFileContent& content, const FileToExamine& 
         findings.AddObstacle("document-type", "the file has a document type", file.failure.notWellFormed);
         return {};
     }
-    const Document document = NewDocument();
+    const Document document = CreateDocument();
     if (prolog == Prolog::Invalid || !Load(*document, content)) {
-        findings.AddObstacle("not-well-formed", "the file is not well-formed" + PositionOfError(*document),
-                             file.failure.notWellFormed);
+        const auto [position, reason] =
+            prolog == Prolog::Invalid ? ParseError{} : FindParseError(content.AsSource());
+        findings.AddObstacle("not-well-formed",
+                             "the file is not well-formed" + (reason.empty() ? "" : ": " + reason),
+                             file.failure.notWellFormed, position);
         return {};
     }
-    return BuildElement(RootOf(*document).get());
+    return BuildElement(RootOf(*document).get(), FindStartTags(content.View(), MaxDepth));
 }
 
 bool IsMissing(const FileToExamine& file, Findings& findings) {
@@ -94,10 +74,11 @@ std::optional<Element> ReadXmlFile(const FileToExamine& file, Findings& findings
         return {};
     const CFile opened{OpenForReading(findings.Path())};
     if (!opened.IsOpen()) {
-        const bool isInUse = GetLastError() == ERROR_SHARING_VIOLATION;
-        findings.AddObstacle("unreadable-file",
-                             isInUse ? "the file is in use by another program" : "the file cannot be opened",
-                             file.failure.unreadable);
+        if (GetLastError() == ERROR_SHARING_VIOLATION)
+            findings.AddObstacle("file-in-use", "the file is in use by " + ProgramsUsing(findings.Path()),
+                                 file.failure.unreadable);
+        else
+            findings.AddObstacle("unreadable-file", "the file cannot be opened", file.failure.unreadable);
         return {};
     }
     std::optional<CFileContent> content = ReadContent(opened);

@@ -53,6 +53,19 @@ const FunctionBaseRecord& Second(const List<FunctionBaseRecord>& records) {
 
 std::vector<Flaw> FlawsOfBaseFunctions() {
     return {
+        {"NameWithoutTranslation", File::Base, "SleepKey", "NapKey", "missing-translation", Function2,
+         "if the function is adopted, the user sees the key",
+         [](DoctorTest& test) {
+             test.AdoptAll();
+             EXPECT_EQ(test.GetFunctionInfo()[1].name, L"NapKey");
+         }},
+        {"LabelWithoutTranslation", File::Base, R"(Label="DarkKey")", R"(Label="DimKey")",
+         "missing-translation", Function1 + "/Display/AC/DisplayItem[2]",
+         "if the function is adopted, the user sees the key, or an empty text in a list of differences",
+         [](DoctorTest& test) {
+             test.AdoptAll();
+             EXPECT_EQ(test.GetFunctionInfo()[0].ac[1].second, L"DimKey");
+         }},
         {"NoId", File::Base, R"(ID="2" )", "", "inherited-attribute", Function2,
          "it inherits \"1\" from " + Function1,
          [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 1); }},

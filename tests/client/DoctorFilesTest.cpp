@@ -124,9 +124,9 @@ INSTANTIATE_TEST_SUITE_P(, DoctorDocumentTypeTest, testing::Values(Base, Catalog
 
 using DoctorUnreadableFileTest = DoctorFileTest;
 
-TEST_P(DoctorUnreadableFileTest, LockedFileIsReportedWithActualConsequence) {
+TEST_P(DoctorUnreadableFileTest, FileInUseIsReportedWithActualConsequence) {
     const OpenFile locked{PathOf(GetParam().file), GENERIC_READ, 0};
-    ExpectObstacle("unreadable-file");
+    ExpectObstacle("file-in-use");
 }
 
 TEST_P(DoctorUnreadableFileTest, FolderInPlaceOfFileIsReportedUnreadable) {

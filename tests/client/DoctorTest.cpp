@@ -9,12 +9,6 @@ std::string Replace(std::string text, const std::string& part, const std::string
     return text.replace(text.find(part), part.size(), replacement);
 }
 
-std::wstring LanguageOfUser() {
-    wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
-    LCIDToLocaleName(MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT), name, LOCALE_NAME_MAX_LENGTH, 0);
-    return name;
-}
-
 }  // namespace
 
 class DoctorReportTest : public DoctorTest {
@@ -38,6 +32,16 @@ protected:
         return findings.empty() ? "" : findings[0]["problem"];
     }
 
+    // For tests of the texts of the defaults, which the base catalogue otherwise contains as well.
+    void WriteBaseWithoutFunctions() const {
+        WriteBase("<ZOTBase><CommonSettings/><Functions/><SpecSchemes/></ZOTBase>");
+    }
+
+    void WriteTableFor(const std::wstring& language, const std::string& content) const {
+        std::filesystem::create_directories(CopyFor(language).parent_path());
+        WriteFile(CopyFor(language), content);
+    }
+
     std::map<File, std::string> AllFiles() const {
         std::map<File, std::string> files;
         for (const File file : {File::Base, File::Defaults, File::UserSettings, File::StringTable})
@@ -51,41 +55,33 @@ TEST_F(DoctorReportTest, ValidInstallationHasNoFindings) {
     EXPECT_EQ(OutputWith(0, {L"--json"}), "{\n  \"findings\": []\n}\n");
 }
 
-TEST_F(DoctorReportTest, TextGroupsFindingsByFileAndElement) {
+TEST_F(DoctorReportTest, TextHasLineForEachFinding) {
     Change(File::Defaults, R"(Flag="3" Type="4")", R"(Flag="x" Kind="4")");
     Change(File::UserSettings, R"(ACParamIndex="1" DCParamIndex="0"/><)",
            R"(ACParamIndex="2" DCParamIndex="0"/><)");
+    const std::string defaults = Utf8(installation.DefaultsFile());
     EXPECT_EQ(OutputWith(1),
-              "defaults file " + Utf8(installation.DefaultsFile()) +
-                  "\n"
-                  "    /ZOTDefault/Functions/Function[2]\n"
-                  "        unknown-attribute    the attribute \"Kind\" is unknown here\n"
-                  "                             the library ignores it\n"
-                  "        invalid-number       \"Flag\" is \"x\", which is not a 32-bit number\n"
-                  "                             the library reads it as 0\n"
-                  "        inherited-attribute  \"Type\" is missing\n"
-                  "                             it inherits \"2\" from "
-                  "/ZOTDefault/Functions/Function[1]\n"
-                  "\n"
-                  "user settings file " +
+              defaults +
+                  ":12: unknown-attribute: the attribute \"Kind\" is unknown here; the "
+                  "library ignores it\n" +
+                  defaults +
+                  ":12: invalid-number: \"Flag\" is \"x\", which is not a 32-bit "
+                  "number; the library reads it as 0\n" +
+                  defaults +
+                  ":12: inherited-attribute: \"Type\" is missing; it inherits \"2\" "
+                  "from /ZOTDefault/Functions/Function[1]\n" +
                   Utf8(installation.UserFile()) +
-                  "\n"
-                  "    /OrloPowerCfg/PowerSchemes/PowerScheme[1]/Function[1]\n"
-                  "        index-out-of-range   \"ACParamIndex\" is 2, but the function has 2 "
-                  "options\n"
-                  "                             it selects no option, and commands use 0\n"
-                  "\n"
+                  ":3: index-out-of-range: \"ACParamIndex\" is 2, but the function has 2 options; "
+                  "it selects no option, and commands use 0\n"
                   "4 findings in 2 files\n");
 }
 
-TEST_F(DoctorReportTest, FindingAboutWholeFileNamesNoElement) {
+TEST_F(DoctorReportTest, FindingAboutWholeFileHasNoLine) {
     std::filesystem::remove(installation.StringTableFile());
-    EXPECT_EQ(OutputWith(2), "string table " + Utf8(installation.StringTableFile()) +
-                                 "\n"
-                                 "        missing-file  the file does not exist\n"
-                                 "                      the user sees keys instead of texts\n"
-                                 "\n"
-                                 "1 finding in 1 file; 1 file could not be examined\n");
+    EXPECT_EQ(OutputWith(2),
+              Utf8(installation.StringTableFile()) +
+                  ": missing-file: the file does not exist; the user sees keys instead of texts\n"
+                  "1 finding in 1 file; 1 file could not be examined\n");
 }
 
 TEST_F(DoctorReportTest, JsonListsFindingsWithFieldsInOrder) {
@@ -95,6 +91,8 @@ TEST_F(DoctorReportTest, JsonListsFindingsWithFieldsInOrder) {
   "findings": [
     {
       "file": )" + file + R"(,
+      "line": 12,
+      "column": 3,
       "element": "/ZOTDefault/Functions/Function[2]",
       "kind": "missing-id",
       "problem": "\"ID\" is missing",
@@ -105,9 +103,11 @@ TEST_F(DoctorReportTest, JsonListsFindingsWithFieldsInOrder) {
 )");
 }
 
-TEST_F(DoctorReportTest, JsonElementIsNullForWholeFile) {
+TEST_F(DoctorReportTest, JsonHasNoPlaceForWholeFile) {
     std::filesystem::remove(installation.BaseFile());
-    EXPECT_EQ(FindingsWith(2)[0]["element"], Json());
+    const Json finding = FindingsWith(2)[0];
+    for (const char* const key : {"element", "line", "column"})
+        EXPECT_EQ(finding.at(key), Json());
 }
 
 TEST_F(DoctorReportTest, FindingsAreListedInDocumentOrder) {
@@ -130,10 +130,12 @@ TEST_F(DoctorReportTest, OtherFilesAreExaminedDespiteMalformedFile) {
     EXPECT_EQ(findings[1]["kind"], "not-well-formed");
 }
 
-TEST_F(DoctorReportTest, ProblemSaysFileIsNotWellFormed) {
+TEST_F(DoctorReportTest, ProblemSaysWhyAndWhereFileIsNotWellFormed) {
     WriteUserSettings("<OrloPowerCfg>\n<A></B></OrloPowerCfg>");
-    const std::string problem = FindingsWith(2)[0]["problem"];
-    EXPECT_TRUE(problem.starts_with("the file is not well-formed")) << problem;
+    const Json finding = FindingsWith(2)[0];
+    const std::string problem = finding["problem"];
+    EXPECT_TRUE(problem.starts_with("the file is not well-formed: ")) << problem;
+    EXPECT_EQ(finding["line"], 2);
 }
 
 TEST_F(DoctorReportTest, RejectedCatalogueCausesNoUnknownFunctionFindings) {
@@ -143,9 +145,18 @@ TEST_F(DoctorReportTest, RejectedCatalogueCausesNoUnknownFunctionFindings) {
 }
 
 TEST_F(DoctorReportTest, MissingTranslationOfKeyIsReportedOnce) {
+    WriteBaseWithoutFunctions();
     Change(File::StringTable, Entry("ScreenKey", "Screen text"), "");
     Change(File::Defaults, "PowerKey", "SCREENKEY");
     EXPECT_EQ(Problem(), "\"Group\" is \"ScreenKey\", which is missing from StringTable.xml");
+}
+
+TEST_F(DoctorReportTest, SchemaReferenceIsNoFinding) {
+    const std::string reference = R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" )"
+                                  R"(xsi:noNamespaceSchemaLocation="ZOTDefault.xsd">)";
+    Change(File::Defaults, "<ZOTDefault>", "<ZOTDefault" + reference);
+    EXPECT_EQ(OutputWith(0), "no findings\n");
+    EXPECT_EQ(FuncCount(), 2u) << "in the library";
 }
 
 TEST_F(DoctorReportTest, StringTableKeysAreCaseInsensitive) {
@@ -166,6 +177,7 @@ TEST_F(DoctorReportTest, OnlyInvalidNumbersAreReported) {
 }
 
 TEST_F(DoctorReportTest, TextsOfMaximumLengthHaveNoFindings) {
+    WriteBaseWithoutFunctions();
     const std::string longest(TextCapacity - 1, 'n');
     Change(File::Defaults, "SleepKey", longest);
     WriteStringTable(Replace(HealthyStringTable(), "SleepKey", longest));
@@ -219,11 +231,6 @@ TEST_F(DoctorReportTest, ExaminationChangesNoFile) {
     EXPECT_EQ(AllFiles(), before);
 }
 
-TEST_F(DoctorReportTest, FilesInUseAreExamined) {
-    const SecondProcess other{HoldMutex, {UserMarker}};
-    EXPECT_EQ(OutputWith(0), "no findings\n");
-}
-
 TEST_F(DoctorReportTest, HelpListsExitCodesAndLanguageOption) {
     const std::string help = Output({L"doctor", L"--help"});
     EXPECT_NE(
@@ -236,28 +243,110 @@ TEST_F(DoctorReportTest, HelpListsExitCodesAndLanguageOption) {
 
 // ---- The string tables ----
 
+TEST_F(DoctorReportTest, MissingTranslationNamesAllStringTables) {
+    WriteBaseWithoutFunctions();
+    Change(File::StringTable, Entry("SleepKey", "Sleep text"), "");
+    WriteTableFor(L"de-DE", HealthyStringTable());
+    WriteTableFor(L"fr-FR", Replace(HealthyStringTable(), Entry("SleepKey", "Sleep text"), ""));
+    EXPECT_EQ(Problem(),
+              "\"Name\" is \"SleepKey\", which is missing from StringTable.xml, fr-FR\\StringTable.xml");
+    EXPECT_EQ(Problem({L"--json", L"--all-languages"}), Problem());
+}
+
 TEST_F(DoctorReportTest, LanguageOptionSelectsStringTable) {
-    WriteCopy(L"de-DE", "");
-    EXPECT_EQ(OutputWith(0), "no findings\n") << "of the user's";
+    WriteBaseWithoutFunctions();
+    WriteTableFor(L"de-DE", StringTable(""));
+    WriteTableFor(L"fr-FR", HealthyStringTable());
+    EXPECT_EQ(OutputWith(0, {L"--language", L"fr-FR"}), "no findings\n");
     EXPECT_EQ(FindingsWith(1, {L"--json", L"--language", L"de-DE"}).size(), 10u);
 }
 
-TEST_F(DoctorReportTest, StringTableOfUserLanguageIsExamined) {
-    std::filesystem::create_directories(CopyFor(LanguageOfUser()).parent_path());
-    WriteFile(CopyFor(LanguageOfUser()), Replace(HealthyStringTable(), Entry("NeverKey", "Never"), ""));
-    EXPECT_EQ(Problem(), "\"Label\" is \"NeverKey\", which is missing from StringTable.xml");
-    EXPECT_EQ(GetFunctionInfo()[1].ac[1].second, L"NeverKey") << "in the library";
+TEST_F(DoctorReportTest, LanguageWithoutCopyUsesNeutralTable) {
+    WriteBaseWithoutFunctions();
+    Change(File::StringTable, Entry("SleepKey", "Sleep text"), "");
+    const Json findings = FindingsWith(1, {L"--json", L"--language", L"fr-FR"});
+    ASSERT_EQ(findings.size(), 2u);
+    EXPECT_EQ(findings[0]["kind"], "missing-translation");
+    EXPECT_EQ(findings[1]["file"], Utf8(CopyFor(L"fr-FR")));
+    EXPECT_EQ(findings[1]["kind"], "missing-file");
+    EXPECT_EQ(findings[1]["consequence"], "the library uses the neutral string table");
 }
 
-TEST_F(DoctorReportTest, MissingStringTableOfLanguageIsReported) {
-    const Json finding = FindingsWith(2, {L"--json", L"--language", L"fr-FR"})[0];
-    EXPECT_EQ(finding["file"], Utf8(CopyFor(L"fr-FR")));
-    EXPECT_EQ(finding["kind"], "missing-file");
+TEST_F(DoctorReportTest, UnreadableLanguageCopyIsReported) {
+    WriteTableFor(L"de-DE", "<root>");
+    const Json finding = FindingsWith(2)[0];
+    EXPECT_EQ(finding["file"], Utf8(CopyFor(L"de-DE")));
+    EXPECT_EQ(finding["consequence"], "users of this language see keys instead of texts");
+}
+
+TEST_F(DoctorReportTest, LanguageCopyWithMuiExtensionIsReported) {
+    WriteTableFor(L"de-DE", HealthyStringTable());
+    std::filesystem::rename(CopyFor(L"de-DE"), MuiCopyFor(L"de-DE"));
+    const Json finding = FindingsWith(1)[0];
+    EXPECT_EQ(finding["file"], Utf8(MuiCopyFor(L"de-DE")));
+    EXPECT_EQ(finding["kind"], "misnamed-copy");
+    EXPECT_EQ(finding["consequence"], "Windows does not find it; it must be named StringTable.xml");
+}
+
+TEST_F(DoctorReportTest, ContradictingArgumentsAreRejected) {
+    const std::string sentence = "--language cannot be combined with FILE or --all-languages.";
+    ExpectError({L"doctor", L"--language", L"de-DE", L"--all-languages"}, WrongUsage, sentence);
+    ExpectError({L"doctor", L"--language", L"de-DE", L"ZOTBase.xml"}, WrongUsage, sentence);
 }
 
 TEST_F(DoctorReportTest, InvalidLanguageNameIsRejected) {
     ExpectError({L"doctor", L"--language", L"../x"}, WrongUsage,
                 "\"../x\" is not a language name: specify a name such as de-DE.");
+}
+
+// ---- One file ----
+
+class DoctorOneFileTest : public DoctorReportTest {
+protected:
+    // The file is in a folder that has no other data files.
+    std::filesystem::path Write(const std::wstring& name, const std::string& content) const {
+        const std::filesystem::path path = installation.UserFile().parent_path() / name;
+        WriteFile(path, content);
+        return path;
+    }
+
+    Json Finding(const std::filesystem::path& file, DWORD exitStatus = 1) const {
+        const Json findings = FindingsWith(exitStatus, {L"--json", file});
+        EXPECT_EQ(findings.size(), 1u) << findings;
+        return findings.empty() ? Json() : findings[0];
+    }
+};
+
+TEST_F(DoctorOneFileTest, FilesOfAllKindsAreRecognisedByName) {
+    EXPECT_EQ(Finding(Write(L"ZOTDefault.xml", "<Any/>"))["kind"], "missing-section");
+    EXPECT_EQ(Finding(Write(L"zotpowercfg.XML", "<Any><Scheme/></Any>"))["kind"], "unknown-element");
+    EXPECT_EQ(Finding(Write(L"StringTable.xml", "<Any><data/></Any>"))["kind"], "missing-name");
+    EXPECT_EQ(Finding(Write(L"StringTable.xml.mui", "<Any><data/></Any>"))["kind"], "missing-name");
+}
+
+TEST_F(DoctorOneFileTest, FileWithOtherNameIsRecognisedByRoot) {
+    EXPECT_EQ(OutputWith(0, {Write(L"mine.xml", HealthyBase)}), "no findings\n");
+    const std::filesystem::path file = Write(L"mine.xml", Replace(HealthyBase, R"(Flag="3")", R"(Flag="x")"));
+    EXPECT_EQ(OutputWith(1, {file}),
+              Utf8(file) +
+                  ":10: invalid-number: \"Flag\" is \"x\", which is not a 32-bit number; the "
+                  "library reads it as 0\n1 finding in 1 file\n");
+}
+
+TEST_F(DoctorOneFileTest, OtherXmlFileIsNotExamined) {
+    EXPECT_EQ(Finding(Write(L"mine.xml", "<html/>"), 2)["kind"], "unknown-file");
+}
+
+TEST_F(DoctorOneFileTest, MissingFileIsReported) {
+    for (const wchar_t* const name : {L"none.xml", L"ZOTBase.xml", L"ZOTPowercfg.xml"}) {
+        std::filesystem::remove(installation.UserFile());
+        EXPECT_EQ(Finding(installation.UserFile().replace_filename(name), 2)["kind"], "missing-file") << name;
+    }
+}
+
+TEST_F(DoctorOneFileTest, InstallationIsNotExamined) {
+    std::filesystem::remove(installation.DefaultsFile());
+    EXPECT_EQ(OutputWith(0, {installation.UserFile()}), "no findings\n");
 }
 
 // ---- The samples ----
@@ -266,14 +355,9 @@ TEST_F(DoctorReportTest, SamplesHaveNoFindings) {
     const std::filesystem::path samples = ZOTDAM_SAMPLES;
     const Arguments folders = {L"doctor", L"--program-files", samples / L"Program Files", L"--program-data",
                                samples / L"ProgramData"};
-    for (const wchar_t* const language : {L"", L"de-DE", L"ja-JP"}) {
-        Arguments arguments = folders;
-        if (*language != L'\0')
-            arguments.insert(arguments.end(), {L"--language", language});
-        const Outcome outcome = RunProgram(Client(), arguments, Library::ProgramFolder());
-        EXPECT_EQ(outcome.output, "no findings\n");
-        EXPECT_EQ(outcome.exitStatus, Success);
-    }
+    const Outcome outcome = RunProgram(Client(), folders, Library::ProgramFolder());
+    EXPECT_EQ(outcome.output, "no findings\n");
+    EXPECT_EQ(outcome.exitStatus, Success);
 }
 
 }  // namespace ZOTDam::Test

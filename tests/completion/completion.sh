@@ -36,6 +36,7 @@ check '--pro' completes '--program-files --program-data' --pro
 check '--json sp' completes 'spec-schemes' --json sp
 check '--color al' completes 'always' --color al
 check '--program-files x' completes '' --program-files x
+check 'doctor --la' completes '--language' doctor --la
 check 'completion b' completes 'bash' completion b
 
 report_checks
