@@ -117,6 +117,7 @@ public:
         AddDiffCommand(commands);
         AddSettingCommands(commands);
         AddDoctorCommand(commands);
+        AddReportCommand(commands);
         AddTransferCommands(commands);
         AddCompletionCommand(commands);
         AddHelpCommand(commands);

@@ -100,7 +100,7 @@ std::string BashCompletion(const CLI::App& app) {
            R"(    esac
     case "${COMP_WORDS[COMP_CWORD-1]}" in
         --color) words='auto always never' ;;
-        --program-files | --program-data | --wait | --with) words= ;;
+        --program-files | --program-data | --output | --wait | --with) words= ;;
     esac
     COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}"))
 }

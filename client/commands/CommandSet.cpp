@@ -95,6 +95,11 @@ void AddOption(CLI::App& command, const char* name, const char* type, std::optio
     command.add_option(name, text, description)->type_name(type);
 }
 
+void AddRequiredOption(CLI::App& command, const char* name, const char* type, std::string& text,
+                       const char* description) {
+    command.add_option(name, text, description)->required()->type_name(type);
+}
+
 void AddToHelp(CLI::App& command, const char* paragraph) {
     command.footer(paragraph + command.get_footer());
 }

@@ -78,6 +78,10 @@ void AddFlag(CLI::App& command, const char* name, bool& flag, const char* descri
 void AddOption(CLI::App& command, const char* name, const char* type, std::optional<std::string>& text,
                const char* description);
 
+// The same for an option that must be specified.
+void AddRequiredOption(CLI::App& command, const char* name, const char* type, std::string& text,
+                       const char* description);
+
 // Adds a paragraph to the help of a command, before its examples.
 void AddToHelp(CLI::App& command, const char* paragraph);
 

@@ -15,5 +15,6 @@ void AddDiffCommand(CommandSet& commands);
 void AddSettingCommands(CommandSet& commands);
 void AddTransferCommands(CommandSet& commands);
 void AddDoctorCommand(CommandSet& commands);
+void AddReportCommand(CommandSet& commands);
 
 }  // namespace ZOTDam::Client

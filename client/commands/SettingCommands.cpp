@@ -1,10 +1,8 @@
 // setting get, setting list, setting set, setting init.
-#include <map>
-
 #include "commands/Commands.h"
+#include "EffectiveSettings.h"
 #include "Error.h"
 #include "Library.h"
-#include "SettingsSnapshot.h"
 #include "Suggestion.h"
 #include "Text.h"
 #include "xml/XmlCharacters.h"
@@ -21,31 +19,6 @@ struct SetSettingArguments {
     std::string name;
     std::string value;
 };
-
-// A common setting with its value, and the file that it comes from.
-struct EffectiveSetting {
-    std::string value;
-    const char* source;
-};
-
-using EffectiveSettings = std::map<std::string, EffectiveSetting>;
-
-// The library ignores values that do not fit into the caller's buffer.
-void AddSettings(EffectiveSettings& all, const CommonSettings& settings, const char* source) {
-    for (const auto& [name, value] : settings)
-        if (ToUtf16(value).size() < TextCapacity)
-            all.try_emplace(name, EffectiveSetting{value, source});
-}
-
-// The library skips a file in use and returns the value of the next file.
-EffectiveSettings ReadEffectiveSettings(const SettingsSnapshot& snapshot) {
-    RequireIdle(Defaults);
-    EffectiveSettings settings;
-    AddSettings(settings, snapshot.Stored().commonSettings, "user");
-    AddSettings(settings, ReadCommonSettings(PathOf(Defaults)), "default");
-    AddSettings(settings, ReadCommonSettings(PathOf(BaseCatalogue)), "base");
-    return settings;
-}
 
 std::vector<std::string> NamesOf(const EffectiveSettings& settings) {
     std::vector<std::string> names;

@@ -120,6 +120,7 @@ TEST_F(CommandLineTest, EachCommandHasExamples) {
                                      {L"commands"},
                                      {L"diff"},
                                      {L"doctor"},
+                                     {L"report"},
                                      {L"setting", L"get"},
                                      {L"setting", L"list"},
                                      {L"setting", L"set"},

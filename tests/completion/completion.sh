@@ -37,6 +37,8 @@ check '--json sp' completes 'spec-schemes' --json sp
 check '--color al' completes 'always' --color al
 check '--program-files x' completes '' --program-files x
 check 'doctor --la' completes '--language' doctor --la
+check 'report --out' completes '--output' report --out
+check 'report --output -' completes '' report --output -
 check 'completion b' completes 'bash' completion b
 
 report_checks
