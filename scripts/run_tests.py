@@ -23,7 +23,7 @@ import time
 # The number of shards of each program. Shards of similar length keep all workers busy until the end.
 PROGRAMS = {'stress_tests': 8, 'export_tests': 8, 'client_tests': 8, 'inside_tests': 1}
 CHECKS = ['package', 'examples', 'schemas', 'access', 'completion', 'docs', 'licenses', 'debugger', 'header',
-          'msvc', 'windows', 'report', 'runner']
+          'msvc', 'windows', 'json', 'report', 'runner']
 TIME_LIMIT = 1800  # seconds for a shard or a check; a program that takes longer counts as hung
 SPACE_FOR_FILES = 2 << 30  # bytes
 

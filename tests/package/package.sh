@@ -140,6 +140,7 @@ schemas/ZOTBase.xsd
 schemas/ZOTDefault.xsd
 schemas/ZOTPowercfg.xsd
 schemas/export.schema.json
+schemas/zotdamctl.schema.json
 NAMES
 find "${documents[@]}" -type f >"$folder/documentation.txt"
 cat >"$folder/symbols.txt" <<'NAMES'
