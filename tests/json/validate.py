@@ -2,6 +2,7 @@
 """Validates a JSON document against one definition of the schema of zotdamctl's output.
 
     validate.py DEFINITION DOCUMENT
+    validate.py --list      prints the definitions of commands and of errors
 """
 import json
 import sys
@@ -17,8 +18,11 @@ def read(path):
 
 
 def main():
-    definition, path = sys.argv[1:]
     schema = read(SCHEMA)
+    if sys.argv[1:] == ['--list']:
+        print('\n'.join(definition['$ref'].removeprefix('#/$defs/') for definition in schema['anyOf']))
+        return
+    definition, path = sys.argv[1:]
     assert definition in schema['$defs'], f'{SCHEMA} does not define {definition}'
     validator = jsonschema.validators.validator_for(schema)
     validator.check_schema(schema)
