@@ -48,9 +48,14 @@ install_packages() {
     say "Installing ${missing[*]}"
     local as_root=()
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-    "${as_root[@]}" apt-get update -qq
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
-        "${missing[@]}" >/dev/null
+    mkdir -p build
+    (
+        # Scripts that run in parallel install their packages one after another.
+        flock 9
+        "${as_root[@]}" apt-get update -qq
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+            "${missing[@]}" >/dev/null
+    ) 9>build/packages.lock
 }
 
 install_toolchain() {
