@@ -29,7 +29,7 @@ start_timestamp_server() {
 sign_packages() { scripts/sign.sh "$@" -pkcs12 "$keys/publisher.p12" -readpass "$keys/password"; }
 unpack_signed() { mkdir "$folder/signed" && (cd "$folder/signed" && cmake -E tar xf "$1"); }
 signature_of() { osslsigncode verify -CAfile "$keys/$1.pem" -TSA-CAfile "$keys/timestamps.pem" -in "$2"; }
-has_timestamp() { signature_of publisher "$1" | grep '^Timestamp verified'; }
+has_timestamp() { signature_of publisher "$1" | grep -i '^Timestamp verified'; }
 
 # Prints the files of the installer whose content differs from the signed package.
 differing_files_of_installer() {
