@@ -15,20 +15,13 @@ namespace {
 // be accessed.
 alignas(ParamMap) std::byte cacheStorage[sizeof(ParamMap)];
 
-// Returns null when the construction fails. The maps of some standard libraries allocate memory in their
-// default constructors, which `new (std::nothrow)` would let fail with an exception.
+// Creates an object on the heap, or in the storage if there is one. Returns null when the construction fails.
+// The maps of some standard libraries allocate memory in their default constructors, which
+// `new (std::nothrow)` would let fail with an exception.
 template <class Object>
-Object* Create() noexcept {
+Object* Create(void* storage = nullptr) noexcept {
     try {
-        return new Object;
-    } catch (...) {
-        return nullptr;
-    }
-}
-
-ParamMap* CreateCache() noexcept {
-    try {
-        return new (cacheStorage) ParamMap;
+        return storage != nullptr ? new (storage) Object : new Object;
     } catch (...) {
         return nullptr;
     }
@@ -44,7 +37,7 @@ void Delete(Object*& global) noexcept {
 CSpecSchemeReader* SpecSchemeReader = Create<CSpecSchemeReader>();
 CCommonSettingStore* CommonSettingStore = Create<CCommonSettingStore>();
 CFunctionTable* FunctionTable = Create<CFunctionTable>();
-ParamMap* const CurrentParamCache = CreateCache();
+ParamMap* const CurrentParamCache = Create<ParamMap>(cacheStorage);
 
 void ReleaseGlobals() noexcept {
     Delete(FunctionTable);
