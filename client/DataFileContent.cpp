@@ -76,8 +76,7 @@ void ReplaceDataFile(const DataFile& file, const std::string& content) {
     if (!marker.IsAcquired())
         ThrowInUse(file);
     const std::wstring path = ZOTDam::PathOf(file.location);
-    if (HasRedoFile(path))
-        CompleteInterruptedWrite(path);
+    CompleteInterruptedWrite(path);
     if (path.empty() || !ReplaceAtomically(path, content))
         throw Error{ErrorKind::NotStored, "The " + TitleOf(file) + " cannot be written.", PathOf(file)};
 }
