@@ -146,10 +146,13 @@ def read_results(path):
 
 def list_tests(build, program, pattern, environment):
     """Returns the names of the tests in the order in which they run, or None if the program does not list them."""
-    path = os.path.join(build, 'tests', 'results', f'{program}-list.json')
+    base = os.path.join(build, 'tests', 'results', f'{program}-list')
+    path = f'{base}.json'
     remove(path)
-    subprocess.run([*test_command(build, program, pattern, path), '--gtest_list_tests'], env=environment,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL, timeout=TIME_LIMIT)
+    # Not to the null device: a Windows program writes each character separately to a device, which takes seconds.
+    with open(f'{base}.log', 'wb') as log:
+        subprocess.run([*test_command(build, program, pattern, path), '--gtest_list_tests'], env=environment,
+                       stdout=log, stderr=log, stdin=subprocess.DEVNULL, timeout=TIME_LIMIT)
     document = read_json(path)
     return None if document is None else [name for name, _ in tests_in(document)]
 
