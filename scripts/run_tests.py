@@ -2,9 +2,10 @@
 """Runs the tests of a build folder in parallel and counts them. scripts/test.sh calls it after the build.
 
 Each test program is split into shards. A worker runs one shard at a time in a separate wine prefix, because the tests
-use named objects that all programs of one wine server share. The counts come from the test lists and results of the
-programs (--gtest_output=json). A test without a result has failed. The checks (tests/NAME/NAME.sh) print their own
-counts in their last line.
+use named objects that all programs of one wine server share. A program and its server mostly wait for each other, which
+takes half the time if both run on the same processor, so each worker uses one processor. The counts come from the test
+lists and results of the programs (--gtest_output=json). A test without a result has failed. The checks
+(tests/NAME/NAME.sh) print their own counts in their last line.
 """
 import argparse
 import fnmatch
@@ -22,16 +23,19 @@ import time
 
 # The number of shards of each program. Shards of similar length keep all workers busy until the end.
 PROGRAMS = {'stress_tests': 8, 'export_tests': 8, 'client_tests': 8, 'inside_tests': 1}
+CONCURRENT_PROGRAMS = {'stress_tests'}  # their processes run at the same time
 CHECKS = ['package', 'examples', 'schemas', 'access', 'completion', 'docs', 'licenses', 'debugger', 'header',
           'msvc', 'windows', 'json', 'report', 'runner']
 TIME_LIMIT = 1800  # seconds for a shard or a check; a program that takes longer counts as hung
 SPACE_FOR_FILES = 2 << 30  # bytes
+PROCESSORS = os.sched_getaffinity(0)
 
 
 class Job:
     """A shard of a test program, or a check, and its result."""
 
     processes = set()  # the running ones
+    uses_all_processors = True
 
     def __init__(self, name, command, log, tests=()):
         self.name = name
@@ -74,6 +78,7 @@ class Shard(Job):
         base = os.path.join(folder, f'{program}-{index + 1}')
         super().__init__(program, test_command(build, program, pattern, f'{base}.json'), f'{base}.log', tests[index::count])
         self.results = f'{base}.json'
+        self.uses_all_processors = program in CONCURRENT_PROGRAMS
         self.shard = {'GTEST_TOTAL_SHARDS': str(count), 'GTEST_SHARD_INDEX': str(index)}
 
     def execute(self, environment):
@@ -224,53 +229,67 @@ class Progress:
             print('\r\033[K', end='', file=sys.stderr, flush=True)
 
 
-class Workers:
-    """Threads with separate wine prefixes."""
+class Worker:
+    """Runs tasks one after another in a separate wine prefix."""
 
+    def __init__(self, index, files):
+        folder = os.path.join(files, str(index))
+        os.mkdir(folder)
+        self.environment = {**os.environ, 'ZOTDAM_WINEPREFIX': os.path.abspath(f'build/wine-{index + 1}'),
+                            'ZOTDAM_TEST_FILES': folder}
+        self.processor = {sorted(PROCESSORS)[index % len(PROCESSORS)]}
+
+    def run(self, waiting):
+        """Calls the waiting tasks in the current thread."""
+        self.use_processors(self.processor)
+        subprocess.run(['bash', '-c', 'source scripts/common.sh && make_prefix && wineserver --persistent'],
+                       env=self.environment, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
+        while True:
+            try:
+                task = waiting.get_nowait()
+            except queue.Empty:
+                return
+            task(self)
+
+    @staticmethod
+    def use_processors(processors):
+        """Selects the processors of the current thread and of the processes that it starts."""
+        os.sched_setaffinity(0, processors)
+
+    def close(self):
+        if os.path.exists(self.environment['ZOTDAM_WINEPREFIX']):
+            stop_server(self.environment)
+
+
+class Workers:
     def __init__(self, count, files):
-        self.environments = []
-        for index in range(count):
-            folder = os.path.join(files, str(index))
-            os.mkdir(folder)
-            self.environments.append({**os.environ, 'ZOTDAM_WINEPREFIX': os.path.abspath(f'build/wine-{index + 1}'),
-                                      'ZOTDAM_TEST_FILES': folder})
+        self.workers = [Worker(index, files) for index in range(count)]
 
     def run(self, tasks, while_running=lambda: None):
-        """Calls each task with the environment of the worker that runs it. Returns after the last one."""
+        """Calls each task with the worker that runs it. Returns after the last one."""
         waiting = queue.SimpleQueue()
         for task in tasks:
             waiting.put(task)
-        threads = [threading.Thread(target=self.work, args=(waiting, environment), daemon=True)
-                   for environment in self.environments]
+        threads = [threading.Thread(target=worker.run, args=(waiting,), daemon=True) for worker in self.workers]
         for thread in threads:
             thread.start()
         while any(thread.is_alive() for thread in threads):
             while_running()
             time.sleep(0.2)
 
-    @staticmethod
-    def work(waiting, environment):
-        while True:
-            try:
-                task = waiting.get_nowait()
-            except queue.Empty:
-                return
-            task(environment)
-
     def close(self):
         for process in Job.processes:
             if process.poll() is None:
                 kill(process)
-        for environment in self.environments:
-            if os.path.exists(environment['ZOTDAM_WINEPREFIX']):
-                stop_server(environment)
+        for worker in self.workers:
+            worker.close()
 
 
 def collect_lists(build, pattern, workers):
     lists = {}
 
     def task(program):
-        return lambda environment: lists.update({program: list_tests(build, program, pattern, environment)})
+        return lambda worker: lists.update({program: list_tests(build, program, pattern, worker.environment)})
     workers.run([task(program) for program in PROGRAMS])
     return {program: lists.get(program) for program in PROGRAMS}
 
@@ -287,9 +306,10 @@ def run_jobs(jobs, workers):
     progress = Progress(jobs)
 
     def task(job):
-        def run(environment):
+        def run(worker):
+            worker.use_processors(PROCESSORS if job.uses_all_processors else worker.processor)
             progress.begin(job)
-            job.execute(environment)
+            job.execute(worker.environment)
             progress.end(job)
         return run
     workers.run([task(job) for job in jobs], progress.show)
