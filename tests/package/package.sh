@@ -3,7 +3,7 @@
 # correct and installed in the right folders, and that independent projects build and run with them. The last line
 # counts the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
-install_packages libxml2-utils llvm msitools openssl osslsigncode
+install_packages libxml2-utils llvm msitools openssl osslsigncode wixl
 
 # Checks whether the command fails.
 fails() { ! "$@"; }
@@ -21,10 +21,12 @@ nupkg=ZOTDam.$version.nupkg
 
 # ---- A second build ------------------------------------------------------------------------------------------------
 
-second="$folder/a second build"
+# It is kept. If the sources have not changed since, as their times tell, the next run compiles nothing.
+second="$PWD/build/a second build"
+rm -rf "$second/source"
 mkdir -p "$second/source"
 documents=(CHANGELOG.md CONTRIBUTING.md README.md SECURITY.md docs examples)
-cp -r CMakeLists.txt LICENSE THIRD-PARTY-NOTICES.txt "${documents[@]}" \
+cp -a CMakeLists.txt LICENSE THIRD-PARTY-NOTICES.txt "${documents[@]}" \
     client cmake debug include package samples schemas src "$second/source"
 
 build_again() {
@@ -216,10 +218,10 @@ add_executable(consumer ${headers}/../examples/quickstart/quickstart.c)
 target_link_libraries(consumer PRIVATE ZOTDam::ZOTDam uuid)
 PROJECT
 
-# Links a program with mingw's linker and the import library for MSVC.
+# Links the program of the first project with mingw's linker and the import library for MSVC.
 link_with_library_for_msvc() {
     mkdir "$folder/msvc" && cp "$build/bin/ZOTDam.dll" "$folder/msvc" &&
-        tool g++-posix -std=c++20 -static -I "$installation/$package/include" "$folder/consumer/main.cpp" \
+        tool g++-posix -static "$folder"/consumer/build/CMakeFiles/consumer.dir/Unity/*.obj \
             "$installation/$package/lib/ZOTDam.lib" -lole32 -o "$folder/msvc/consumer.exe"
 }
 
