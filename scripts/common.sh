@@ -38,20 +38,26 @@ fi
 
 say() { printf '== %s\n' "$*" >&2; }
 
+# Prints those of the given Debian packages that are not installed.
+missing_packages() {
+    local package
+    for package in "$@"; do
+        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || echo "$package"
+    done
+}
+
 # Installs the given Debian packages that are not installed yet.
 install_packages() {
-    local missing=() package
-    for package in "$@"; do
-        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
-    done
-    [ ${#missing[@]} -gt 0 ] || return 0
-    say "Installing ${missing[*]}"
-    local as_root=()
-    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    [ -n "$(missing_packages "$@")" ] || return 0
     mkdir -p build
     (
         # Scripts that run in parallel install their packages one after another.
         flock 9
+        local missing as_root=()
+        mapfile -t missing < <(missing_packages "$@")
+        [ ${#missing[@]} -gt 0 ] || return 0
+        say "Installing ${missing[*]}"
+        [ "$(id -u)" -eq 0 ] || as_root=(sudo)
         "${as_root[@]}" apt-get update -qq
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
             "${missing[@]}" >/dev/null

@@ -18,17 +18,27 @@ if [[ ${1:-} == [a-z]* ]]; then
     shift
 fi
 
+# The checks install their packages themselves. While the build runs, this takes almost no extra time.
+install_packages_of_checks() {
+    local packages
+    mapfile -t packages < <(sed -n 's/^install_packages //p' tests/*/*.sh | xargs -n 1 | sort -u)
+    install_packages "${packages[@]}"
+}
+
 install_toolchain
 install_packages python3
 [ "$preset" != clang ] || install_packages clang
 [ "$preset" != ucrt ] || install_packages g++-mingw-w64-ucrt64
 options=(--build "$build")
 if [ "$preset" = release ]; then
-    install_packages libxml2-utils llvm msitools openssl osslsigncode wixl
+    # The build makes the import library for MSVC only if it finds llvm.
+    install_packages llvm
+    install_packages_of_checks &
     options+=(--checks)
 fi
 build_targets
 make_prefix
+wait
 
 export ZOTDAM_BUILT=$build
 say "Running the tests"
