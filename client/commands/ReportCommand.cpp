@@ -1,6 +1,9 @@
 // report.
+#include <optional>
+
 #include "commands/Commands.h"
 #include "DataFileContent.h"
+#include "Error.h"
 #include "report/Page.h"
 #include "Text.h"
 #include "ZOTDamClient.h"
@@ -13,21 +16,29 @@ struct ReportArguments {
     std::string output;
 };
 
-// A report on a damaged installation contains at least the findings.
-void ReadOverviewInto(ReportContent& content) {
+// A report on a damaged installation contains at least the findings. Returns the error that a later attempt
+// may not encounter, if there is one: another program is using a file.
+std::optional<Error> ReadOverviewInto(ReportContent& content) {
     try {
         content.overview = ReadOverview();
+    } catch (const Error& error) {
+        content.problem = error.what();
+        if (error.Kind() == ErrorKind::InUse)
+            return error;
     } catch (const std::exception& error) {
         content.problem = error.what();
     }
+    return {};
 }
 
 Report WriteReport(const ReportArguments& arguments) {
     const std::filesystem::path file = ToUtf16(arguments.output);
     ReportContent content;
     content.diagnosis = ExamineInstallation({});
-    ReadOverviewInto(content);
+    const std::optional<Error> inUse = ReadOverviewInto(content);
     WriteNamedFile(file, PageOf(content));
+    if (inUse)
+        throw *inUse;
     return {"The report was written to " + Utf8(file) + ".\n", {{"file", Utf8(absolute(file))}}};
 }
 

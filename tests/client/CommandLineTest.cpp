@@ -250,6 +250,20 @@ TEST_F(CommandLineTest, CommandSucceedsWhenFileBecomesFree) {
     EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 5, 6));
 }
 
+TEST_F(CommandLineTest, ReportOnFileInUseIsWrittenAndFails) {
+    WriteDefaults(ThreeFunctions);
+    const std::filesystem::path page = installation.ProgramData() / L"page.html";
+    SecondProcess other{HoldMutex, {UserMarker}};
+    EXPECT_EQ(Run({L"report", L"--output", page}).exitStatus, InUse);
+    EXPECT_TRUE(std::filesystem::exists(page));
+    std::thread release{[&] {
+        Sleep(500);
+        other.Kill();
+    }};
+    EXPECT_EQ(Run({L"report", L"--output", page, L"--wait", L"60"}).exitStatus, Success);
+    release.join();
+}
+
 TEST_F(CommandLineTest, InvalidWaitingTimeIsRejected) {
     for (const wchar_t* const time : {L"-1", L"soon", L""})
         ExpectError({L"count", L"--wait", time}, WrongUsage,
