@@ -44,8 +44,14 @@ DWORD ExitCodeOfTests(const std::wstring& filter) {
 
 }  // namespace
 
+// All tests of this program except those that compare the bytes of files, or whose files are not well-formed.
+constexpr wchar_t ReadingTests[] =
+    L"-MsxmlFilesTest.*:UnreadableFileTest.*:MalformedDefaultsTest.*:SaveProtocolTest.*:SavedFileTest.*:"
+    L"FailedSaveTest.*:NoTemporaryFileTest.*:LongFolderTest.*:WrittenFormTest.*:*WritesNoFile:"
+    L"*.CompletionKeepsAllOtherContent:*.ContentOutsideSectionIsPreserved";
+
 TEST(MsxmlFilesTest, ReadingTestsPassOnFilesOfMsxml) {
-    EXPECT_EQ(ExitCodeOfTests(L"FILTER"), 0u);
+    EXPECT_EQ(ExitCodeOfTests(ReadingTests), 0u);
 }
 
 }  // namespace ZOTDam::Test

@@ -24,7 +24,7 @@ protected:
 
     bool HasUserFile() const { return std::filesystem::exists(installation.UserFile()); }
     bool HasDefaultsFile() const { return std::filesystem::exists(installation.DefaultsFile()); }
-    std::string Base() const { return ReadFile(installation.BaseFile()); }
+    std::string Base() const { return FromSelectedForm(ReadFile(installation.BaseFile())); }
 
     // Returns the value that GetCommonSetting finds. On a miss the whole buffer must be unchanged, and
     // nothing may be written past its end.

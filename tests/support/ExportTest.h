@@ -53,17 +53,17 @@ protected:
     void Unload() { library.reset(); }
 
     void WriteDefaults(std::string_view xml) const {
-        WriteFile(installation.DefaultsFile(), AsSelected(xml));
+        WriteFile(installation.DefaultsFile(), InSelectedForm(xml));
     }
     void WriteUserSettings(std::string_view xml) const {
-        WriteFile(installation.UserFile(), AsSelected(xml));
+        WriteFile(installation.UserFile(), InSelectedForm(xml));
     }
-    void WriteBase(std::string_view xml) const { WriteFile(installation.BaseFile(), AsSelected(xml)); }
+    void WriteBase(std::string_view xml) const { WriteFile(installation.BaseFile(), InSelectedForm(xml)); }
     void WriteStringTable(std::string_view xml) const {
-        WriteFile(installation.StringTableFile(), AsSelected(xml));
+        WriteFile(installation.StringTableFile(), InSelectedForm(xml));
     }
-    std::string UserSettings() const { return ReadFile(installation.UserFile()); }
-    std::string Defaults() const { return ReadFile(installation.DefaultsFile()); }
+    std::string UserSettings() const { return FromSelectedForm(ReadFile(installation.UserFile())); }
+    std::string Defaults() const { return FromSelectedForm(ReadFile(installation.DefaultsFile())); }
 
     // Collects the items that the export enumerates. The test fails if the export returns false.
     Params GetParameter(const GUID& scheme) { return Collect(Dll().GetParameter, scheme); }

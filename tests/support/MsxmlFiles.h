@@ -24,11 +24,24 @@ inline std::string AsMsxmlWrites(std::string_view xml) {
     return text;
 }
 
+inline constexpr std::string_view AddedDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n";
+
 // Returns a file of a test in the selected form. Files that do not begin with an element stay unchanged.
-inline std::string AsSelected(std::string_view xml) {
+inline std::string InSelectedForm(std::string_view xml) {
     if (!ImitatesMsxml() || !xml.starts_with('<') || xml.substr(1, 1).find_first_of("?!") == 0)
         return std::string{xml};
-    return AsMsxmlWrites("<?xml version='1.0' encoding='UTF-8'?>\n" + std::string{xml} + "\n");
+    return std::string{AddedDeclaration} + AsMsxmlWrites(std::string{xml} + "\n");
+}
+
+// Returns the content of a file without what the selected form has added to it.
+inline std::string FromSelectedForm(std::string_view xml) {
+    if (!ImitatesMsxml() || !xml.starts_with(AddedDeclaration))
+        return std::string{xml};
+    std::string text{xml.substr(AddedDeclaration.size())};
+    std::erase(text, '\r');
+    if (text.ends_with('\n'))
+        text.pop_back();
+    return text;
 }
 
 }  // namespace ZOTDam::Test
