@@ -40,10 +40,12 @@ else()
 endif()
 
 # Compiles the sources of a target in batches in the release build. Most of the time goes into the headers of Windows
-# and of the standard library, which each batch reads once. All other builds compile each source separately, so that
-# missing includes are detected.
-function(compile_in_batches target)
+# and of the standard library, which each batch reads once, and into their templates. All other builds compile each
+# source separately, so that missing includes are detected.
+function(compile_in_batches target size)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release")
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 17)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
+    # In a batch, the compiler takes the sources for headers. This warning is about headers only.
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
   endif()
 endfunction()

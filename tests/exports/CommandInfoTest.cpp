@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t LongestText = TextCapacity - 1;
 
 // A command whose first option is the one for AC and whose second option is the one for DC.
-std::string Command(std::int32_t id) {
+std::string CommandItem(std::int32_t id) {
     return "<CommandItem ID=\"" + std::to_string(id) + "\" ParamIndex1=\"0\" ParamIndex2=\"1\"/>";
 }
 
@@ -31,7 +31,7 @@ std::string CommandingFunction(std::int32_t id, const std::string& commands,
 }
 
 // A refresh-rate function whose options are two rates.
-std::string RateFunction(std::int32_t id, const std::string& commands) {
+std::string RateFunctionWithCommands(std::int32_t id, const std::string& commands) {
     return FunctionWith(id, {.acItems = Options({"60", "48"}), .commands = commands});
 }
 
@@ -217,22 +217,22 @@ TEST_F(CommandInfoTest, AcAndDcUseSeparateValuesAndItems) {
 }
 
 TEST_F(CommandInfoTest, MissingItemsYieldOptionZero) {
-    WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = Command(1)}) +
-                   FunctionWith(2, {.dcItems = Options({"20"}), .commands = Command(2)}));
+    WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = CommandItem(1)}) +
+                   FunctionWith(2, {.dcItems = Options({"20"}), .commands = CommandItem(2)}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}, {2, 0, 20}}));
 }
 
 TEST_F(CommandInfoTest, ExtremeOptionsAreReturnedUnchanged) {
-    WriteFunctions(FunctionWith(
-        1,
-        {.acItems = Options({"-2147483648"}), .dcItems = Options({"2147483647"}), .commands = Command(1)}));
+    WriteFunctions(FunctionWith(1, {.acItems = Options({"-2147483648"}),
+                                    .dcItems = Options({"2147483647"}),
+                                    .commands = CommandItem(1)}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, INT_MIN, INT_MAX}}));
 }
 
 TEST_F(CommandInfoTest, ItemWithoutOptionInheritsFromSamePowerSource) {
     WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}) + "<DisplayItem/>",
                                     .dcItems = "<DisplayItem/>",
-                                    .commands = Command(1),
+                                    .commands = CommandItem(1),
                                     .defaults = {1, 0}}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}}));
 }
@@ -240,26 +240,27 @@ TEST_F(CommandInfoTest, ItemWithoutOptionInheritsFromSamePowerSource) {
 // ---- Selection and order of the commands ----
 
 TEST_F(CommandInfoTest, CommandsFollowFunctionIdThenFileOrder) {
-    EXPECT_EQ(IdsOf(CommandingFunction(300, Command(1)) + CommandingFunction(0, Command(9) + Command(2)) +
-                    CommandingFunction(20, Command(8) + Command(3) + Command(5))),
+    EXPECT_EQ(IdsOf(CommandingFunction(300, CommandItem(1)) +
+                    CommandingFunction(0, CommandItem(9) + CommandItem(2)) +
+                    CommandingFunction(20, CommandItem(8) + CommandItem(3) + CommandItem(5))),
               (std::vector<std::int32_t>{9, 2, 8, 3, 5, 1}));
 }
 
 TEST_F(CommandInfoTest, CommandHasOptionsOfItsFunction) {
-    WriteFunctions(CommandingFunction(2, Command(1) + Command(2), {1, 1}) +
-                   CommandingFunction(1, Command(1), {2, 0}));
+    WriteFunctions(CommandingFunction(2, CommandItem(1) + CommandItem(2), {1, 1}) +
+                   CommandingFunction(1, CommandItem(1), {2, 0}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 120}, {1, 211, 221}, {2, 211, 221}}));
 }
 
 TEST_F(CommandInfoTest, DuplicateCommandsAreAllEnumerated) {
-    EXPECT_EQ(IdsOf(CommandingFunction(1, Command(4) + Command(5) + Command(4)) +
-                    CommandingFunction(2, Command(4))),
+    EXPECT_EQ(IdsOf(CommandingFunction(1, CommandItem(4) + CommandItem(5) + CommandItem(4)) +
+                    CommandingFunction(2, CommandItem(4))),
               (std::vector<std::int32_t>{4, 5, 4, 4}));
 }
 
 TEST_F(CommandInfoTest, FunctionWithoutCommandsAddsNothing) {
-    EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + CommandingFunction(2, "") +
-                    CommandingFunction(3, Command(3))),
+    EXPECT_EQ(IdsOf(CommandingFunction(1, CommandItem(1)) + CommandingFunction(2, "") +
+                    CommandingFunction(3, CommandItem(3))),
               (std::vector<std::int32_t>{1, 3}));
 }
 
@@ -270,13 +271,13 @@ TEST_F(CommandInfoTest, CommandsWithZeroOrNegativeFieldsAreEnumerated) {
 }
 
 TEST_F(CommandInfoTest, FirstFunctionWithSameIdProvidesCommands) {
-    WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = Command(1)}) +
-                   CommandingFunction(1, Command(2) + Command(3)));
+    WriteFunctions(FunctionWith(1, {.acItems = Options({"10"}), .commands = CommandItem(1)}) +
+                   CommandingFunction(1, CommandItem(2) + CommandItem(3)));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 10, 0}}));
 }
 
 TEST_F(CommandInfoTest, FunctionMissingFromCatalogueAddsNoCommands) {
-    WriteFunctions(CommandingFunction(1, Command(1)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1)));
     WriteBalanced(OldFunction(99, 0, 0) + OldFunction(1, 1, 1) + OldFunction(-1, 0, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 121}}));
 }
@@ -284,7 +285,7 @@ TEST_F(CommandInfoTest, FunctionMissingFromCatalogueAddsNoCommands) {
 TEST_F(CommandInfoTest, NodesOtherThanCommandsAreIgnored) {
     EXPECT_EQ(IdsOf(FunctionWith(1, {.commands = R"(text<!--<CommandItem ID="2"/>--><commanditem ID="3"/>
         <CommandItem xmlns="urn:other" ID="4"/><Family><CommandItem ID="5"/></Family>)" +
-                                                 Command(1)})),
+                                                 CommandItem(1)})),
               (std::vector<std::int32_t>{1}));
 }
 
@@ -329,7 +330,7 @@ TEST_F(CommandInfoTest, AttributesAreNotInheritedAcrossFunctions) {
 // ---- The scheme ----
 
 TEST_F(CommandInfoTest, StoredSchemeValuesOverrideDefaults) {
-    WriteFunctions(CommandingFunction(1, Command(1), {1, 1}));
+    WriteFunctions(CommandingFunction(1, CommandItem(1), {1, 1}));
     WriteSchemes(OldScheme(HighPerformanceText, OldFunction(1, 0, 0)) +
                  OldScheme(BalancedText, OldFunction(1, 2, 0)));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 120}}));
@@ -337,13 +338,14 @@ TEST_F(CommandInfoTest, StoredSchemeValuesOverrideDefaults) {
 }
 
 TEST_F(CommandInfoTest, FirstReadOfSchemeAdoptsAndStoresDefaults) {
-    WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
+    WriteFunctions(CommandingFunction(1, CommandItem(1), {2, 1}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
     EXPECT_EQ(UserSettings(), SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 1)))});
 }
 
 TEST_F(CommandInfoTest, IncompleteSchemeIsCompletedAndStored) {
-    WriteFunctions(CommandingFunction(1, Command(1), {2, 1}) + CommandingFunction(2, Command(2), {2, 1}));
+    WriteFunctions(CommandingFunction(1, CommandItem(1), {2, 1}) +
+                   CommandingFunction(2, CommandItem(2), {2, 1}));
     WriteBalanced(OldFunction(1, 0, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 110, 120}, {2, 212, 221}}));
     EXPECT_EQ(UserSettings(),
@@ -351,7 +353,7 @@ TEST_F(CommandInfoTest, IncompleteSchemeIsCompletedAndStored) {
 }
 
 TEST_F(CommandInfoTest, SchemeIsReadAgainForEachCall) {
-    WriteFunctions(CommandingFunction(1, Command(1)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1)));
     WriteBalanced(OldFunction(1, 1, 0));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 111, 120}}));
     WriteBalanced(OldFunction(1, 2, 1));
@@ -360,12 +362,12 @@ TEST_F(CommandInfoTest, SchemeIsReadAgainForEachCall) {
 
 TEST_F(CommandInfoTest, SchemeThatCannotBeSavedIsUsed) {
     std::filesystem::remove_all(installation.UserFile().parent_path());
-    WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
+    WriteFunctions(CommandingFunction(1, CommandItem(1), {2, 1}));
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
 }
 
 TEST_F(CommandInfoTest, BusyFileYieldsSettingsInMemory) {
-    WriteFunctions(CommandingFunction(1, Command(1)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1)));
     WriteBalanced(OldFunction(1, 1, 0));
     CommandIds();
     const SecondProcess other{HoldMutex, {UserMarker}};
@@ -374,7 +376,7 @@ TEST_F(CommandInfoTest, BusyFileYieldsSettingsInMemory) {
 }
 
 TEST_F(CommandInfoTest, BusyFileAdoptsDefaultsWithoutStoring) {
-    WriteFunctions(CommandingFunction(1, Command(1), {2, 1}));
+    WriteFunctions(CommandingFunction(1, CommandItem(1), {2, 1}));
     const SecondProcess other{HoldMutex, {UserMarker}};
     EXPECT_EQ(ResolveCommands(), (Resolved{{1, 112, 121}}));
     EXPECT_FALSE(HasUserSettings());
@@ -387,12 +389,12 @@ TEST_F(CommandInfoTest, MissingCatalogueYieldsNoCommands) {
 
 TEST_F(CommandInfoTest, InvalidCatalogueYieldsNoCommands) {
     WriteBalanced(OldFunction(1, 0, 0));
-    EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + R"(<Function ID="2"><Display/></Function>)"),
+    EXPECT_EQ(IdsOf(CommandingFunction(1, CommandItem(1)) + R"(<Function ID="2"><Display/></Function>)"),
               std::vector<std::int32_t>{});
 }
 
 TEST_F(CommandInfoTest, UnreadableSchemeAndDefaultsYieldNoCommands) {
-    EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) +
+    EXPECT_EQ(IdsOf(CommandingFunction(1, CommandItem(1)) +
                     R"(<Function ID="2"><Display/><Commands/><Default ACParamIndex="0"/></Function>)"),
               std::vector<std::int32_t>{});
     EXPECT_FALSE(HasUserSettings());
@@ -401,7 +403,7 @@ TEST_F(CommandInfoTest, UnreadableSchemeAndDefaultsYieldNoCommands) {
 // A function without "ID" cannot be matched, so the completed scheme cannot be stored.
 TEST_F(CommandInfoTest, SchemeThatCannotBeCompletedYieldsNoCommands) {
     const std::string nameless = R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
-    WriteFunctions(CommandingFunction(1, Command(1)) + CommandingFunction(2, Command(2)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1)) + CommandingFunction(2, CommandItem(2)));
     WriteBalanced(OldFunction(1, 0, 0) + nameless);
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {}}, {2, {}}}));
     EXPECT_EQ(CommandIds(), std::vector<std::int32_t>{});
@@ -413,28 +415,29 @@ TEST_F(CommandInfoTest, SchemeThatCannotBeCompletedYieldsNoCommands) {
 
 TEST_F(CommandInfoTest, FunctionHiddenByDisplayAddsNoCommands) {
     const FakeDisplay display{Dll().Handle(), {60}};
-    EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + RateFunction(7, Command(7)) +
-                    RateFunction(8, Command(8)) + CommandingFunction(9, Command(9))),
+    EXPECT_EQ(IdsOf(CommandingFunction(1, CommandItem(1)) + RateFunctionWithCommands(7, CommandItem(7)) +
+                    RateFunctionWithCommands(8, CommandItem(8)) + CommandingFunction(9, CommandItem(9))),
               (std::vector<std::int32_t>{1, 9}));
 }
 
 TEST_F(CommandInfoTest, FunctionSupportedByDisplayAddsCommands) {
     const FakeDisplay display{Dll().Handle(), {60, 48}};
-    EXPECT_EQ(IdsOf(CommandingFunction(1, Command(1)) + RateFunction(7, Command(7))),
+    EXPECT_EQ(IdsOf(CommandingFunction(1, CommandItem(1)) + RateFunctionWithCommands(7, CommandItem(7))),
               (std::vector<std::int32_t>{1, 7}));
 }
 
 TEST_F(CommandInfoTest, EmptySchemeSelectsFirstFunctionWithCommands) {
     const std::string scheme = OldScheme(BalancedText, "");
-    WriteFunctions(CommandingFunction(1, "") + CommandingFunction(2, Command(4) + Command(5), {2, 1}) +
-                   CommandingFunction(3, Command(6)));
+    WriteFunctions(CommandingFunction(1, "") +
+                   CommandingFunction(2, CommandItem(4) + CommandItem(5), {2, 1}) +
+                   CommandingFunction(3, CommandItem(6)));
     WriteSchemes(scheme);
     EXPECT_EQ(ResolveCommands(), (Resolved{{4, 210, 220}, {5, 210, 220}}));
     EXPECT_EQ(UserSettings(), SavedXml{OldUserFile(scheme)});
 }
 
 TEST_F(CommandInfoTest, EmptySchemeStaysEmpty) {
-    WriteFunctions(CommandingFunction(1, Command(1)) + CommandingFunction(2, Command(2)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1)) + CommandingFunction(2, CommandItem(2)));
     WriteSchemes(OldScheme(BalancedText, ""));
     CommandIds();
     EXPECT_EQ(CommandIds(), (std::vector<std::int32_t>{1}));
@@ -450,7 +453,7 @@ TEST_F(CommandInfoTest, EmptySchemeAndNoCommandsYieldNothing) {
 // which is the hidden function itself.
 TEST_F(CommandInfoTest, SchemeEmptiedByDisplaySelectsFirstFunction) {
     const FakeDisplay display{Dll().Handle(), {60}};
-    WriteFunctions(RateFunction(7, Command(7)) + CommandingFunction(9, Command(9)));
+    WriteFunctions(RateFunctionWithCommands(7, CommandItem(7)) + CommandingFunction(9, CommandItem(9)));
     WriteBalanced(OldFunction(7, 1, 1));
     EXPECT_EQ(ResolveCommands(), (Resolved{{7, 60, 0}}));
 }
@@ -458,7 +461,7 @@ TEST_F(CommandInfoTest, SchemeEmptiedByDisplaySelectsFirstFunction) {
 // ---- The callback ----
 
 TEST_F(CommandInfoTest, CallbackMayCallGetCommandInfo) {
-    WriteFunctions(CommandingFunction(1, Command(1) + Command(2)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1) + CommandItem(2)));
     std::vector<std::int32_t> ids;
     auto callAgain = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* command) {
         EXPECT_EQ(CommandIds(HighPerformance), (std::vector<std::int32_t>{1, 2}));
@@ -469,7 +472,7 @@ TEST_F(CommandInfoTest, CallbackMayCallGetCommandInfo) {
 }
 
 TEST_F(CommandInfoTest, CallbackMayCallZOTDamExit) {
-    WriteFunctions(CommandingFunction(1, Command(1) + Command(2)));
+    WriteFunctions(CommandingFunction(1, CommandItem(1) + CommandItem(2)));
     std::vector<std::int32_t> ids;
     auto exit = MakeCallback<IGetCommandInfoCallback>([&](const CommandInfoRecord* command) {
         Dll().ZOTDamExit();

@@ -25,7 +25,7 @@ std::string OptionFunction(std::int32_t id, const ParamValue& defaults = {}) {
 }
 
 // A refresh-rate function that a display with only 60 Hz does not support.
-std::string RateFunction(std::int32_t id, const ParamValue& defaults = {}) {
+std::string UnsupportedRateFunction(std::int32_t id, const ParamValue& defaults = {}) {
     return FunctionWith(
         id, {.acItems = Options({"60", "48"}), .dcItems = Options({"61", "49"}), .defaults = defaults});
 }
@@ -63,7 +63,7 @@ protected:
     // Loads a scheme and hides its function 7, the second function of the catalogue.
     void LoadWithHiddenFunction() {
         const FakeDisplay display{Dll().Handle(), {60}};
-        Load(OptionFunction(1) + RateFunction(7), OldFunction(1, 1, 1) + OldFunction(7, 1, 1));
+        Load(OptionFunction(1) + UnsupportedRateFunction(7), OldFunction(1, 1, 1) + OldFunction(7, 1, 1));
     }
 
 private:
@@ -218,13 +218,13 @@ TEST_F(CurrentValuesTest, LoadedDefaultsWithoutCatalogueHaveNoValues) {
 
 TEST_F(CurrentValuesTest, FunctionEightReportsIdSeven) {
     const FakeDisplay display{Dll().Handle(), {60, 48}};
-    LoadDefaults(RateFunction(8, {1, 0}));
+    LoadDefaults(UnsupportedRateFunction(8, {1, 0}));
     EXPECT_EQ(CurrentValue(0), (Values{7, 48, 61}));
 }
 
 TEST_F(CurrentValuesTest, FunctionsSevenAndEightReportIdSeven) {
     const FakeDisplay display{Dll().Handle(), {60, 48}};
-    LoadDefaults(RateFunction(7, {0, 1}) + RateFunction(8, {1, 0}));
+    LoadDefaults(UnsupportedRateFunction(7, {0, 1}) + UnsupportedRateFunction(8, {1, 0}));
     EXPECT_EQ(CurrentValue(0), (Values{7, 60, 49}));
     EXPECT_EQ(CurrentValue(1), (Values{7, 48, 61}));
 }
@@ -250,13 +250,13 @@ TEST_F(CurrentValuesTest, HiddenFunctionHasItsFirstOptions) {
 
 TEST_F(CurrentValuesTest, HiddenFunctionDoesNotUseItsDefaults) {
     const FakeDisplay display{Dll().Handle(), {60}};
-    LoadDefaults(OptionFunction(1) + RateFunction(8, {1, 1}));
+    LoadDefaults(OptionFunction(1) + UnsupportedRateFunction(8, {1, 1}));
     EXPECT_EQ(CurrentValue(1), (Values{7, 60, 61}));
 }
 
 TEST_F(CurrentValuesTest, HiddenFunctionAloneHasNoValues) {
     const FakeDisplay display{Dll().Handle(), {60}};
-    LoadDefaults(RateFunction(7));
+    LoadDefaults(UnsupportedRateFunction(7));
     ExpectNoValue(0);
 }
 
@@ -285,7 +285,7 @@ TEST_F(CurrentValuesTest, FunctionShownAtNextLoadUsesStoredValues) {
 
 TEST_F(CurrentValuesTest, FunctionHiddenAtNextLoadUsesFirstOptions) {
     std::optional<FakeDisplay> display{std::in_place, Dll().Handle(), std::vector<DWORD>{60, 48}};
-    Load(OptionFunction(1) + RateFunction(7), OldFunction(1, 1, 1) + OldFunction(7, 1, 1));
+    Load(OptionFunction(1) + UnsupportedRateFunction(7), OldFunction(1, 1, 1) + OldFunction(7, 1, 1));
     EXPECT_EQ(CurrentValue(1), (Values{7, 48, 49}));
     display.reset();
     LoadWithHiddenFunction();
@@ -361,7 +361,7 @@ TEST_F(CurrentValuesTest, FailedLoadKeepsDefaultsAlreadyRead) {
 TEST_F(CurrentValuesTest, DefaultsCompleteSchemeThatCannotBeStored) {
     const FakeDisplay display{Dll().Handle(), {60}};
     const std::string stored = OldFunction(1, 2, 1) + R"(<Function ACParamIndex="0" DCParamIndex="0"/>)";
-    Load(OptionFunction(1) + OptionFunction(2, {1, 2}) + RateFunction(7, {1, 1}), stored);
+    Load(OptionFunction(1) + OptionFunction(2, {1, 2}) + UnsupportedRateFunction(7, {1, 1}), stored);
     EXPECT_EQ(CurrentValue(0), (Values{1, 112, 121}));
     EXPECT_EQ(CurrentValue(1), (Values{2, 211, 222}));
     EXPECT_EQ(CurrentValue(2), (Values{7, 48, 49}));

@@ -12,7 +12,7 @@ constexpr GUID AllZero = {};
 constexpr char AllZeroText[] = "00000000-0000-0000-0000-000000000000";
 
 // A refresh-rate function that a display with only 60 Hz supports.
-std::string RateFunction(std::int32_t id) {
+std::string SupportedRateFunction(std::int32_t id) {
     return FunctionWith(id, {.attributes = R"(Name="Rate")", .acItems = Options({"60", "60"})});
 }
 
@@ -128,14 +128,14 @@ TEST_F(DifferencesTest, EmptySecondSchemeHasNoDifferences) {
 
 TEST_F(DifferencesTest, FunctionHiddenByDisplayIsNotListed) {
     const FakeDisplay display{Dll().Handle(), {}};
-    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    WriteFunctions(NamedFunction(1, "Dim") + SupportedRateFunction(7));
     StoreDifferent({1, 7});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
 }
 
 TEST_F(DifferencesTest, FunctionSupportedByDisplayIsListed) {
     const FakeDisplay display{Dll().Handle(), {60}};
-    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    WriteFunctions(NamedFunction(1, "Dim") + SupportedRateFunction(7));
     StoreDifferent({1, 7});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r- Rate\n\r");
 }
@@ -144,7 +144,7 @@ TEST_F(DifferencesTest, FunctionSupportedByDisplayIsListed) {
 TEST_F(DifferencesTest, FunctionOnlyInSecondSchemeIsNotListed) {
     FakeDisplay display{Dll().Handle(), {}};
     display.ChangeAfterFirstMode({60});
-    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    WriteFunctions(NamedFunction(1, "Dim") + SupportedRateFunction(7));
     StoreDifferent({1, 7});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     EXPECT_EQ(display.QueriedNumbers(), (std::vector<DWORD>{0, 0}));
@@ -153,7 +153,7 @@ TEST_F(DifferencesTest, FunctionOnlyInSecondSchemeIsNotListed) {
 TEST_F(DifferencesTest, FunctionOnlyInFirstSchemeIsNotListed) {
     FakeDisplay display{Dll().Handle(), {60}};
     display.ChangeAfterFirstMode({});
-    WriteFunctions(NamedFunction(1, "Dim") + RateFunction(7));
+    WriteFunctions(NamedFunction(1, "Dim") + SupportedRateFunction(7));
     StoreDifferent({1, 7});
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
     EXPECT_EQ(display.QueriedNumbers(), (std::vector<DWORD>{0, 0}));

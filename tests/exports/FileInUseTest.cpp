@@ -16,12 +16,12 @@ namespace ZOTDam::Test {
 
 namespace {
 
-enum class DataFile { UserSettings, Defaults };
+enum class SavedFile { UserSettings, Defaults };
 
 // A call that saves one of the two files.
 struct SavingCall {
     std::string name;
-    DataFile file;
+    SavedFile file;
     bool (*call)(const Library& dll);
     bool whenSaved;
     bool whenNotSaved;
@@ -48,8 +48,8 @@ bool ReplaceFunctions(const Library& dll) {
 
 // The exports that read a scheme save too: they store the defaults of a scheme that is not stored yet.
 std::vector<SavingCall> SavingCalls() {
-    constexpr DataFile user = DataFile::UserSettings;
-    constexpr DataFile defaults = DataFile::Defaults;
+    constexpr SavedFile user = SavedFile::UserSettings;
+    constexpr SavedFile defaults = SavedFile::Defaults;
     return {
         {"SetParameter", user,
          [](const Library& dll) {
@@ -152,11 +152,11 @@ protected:
         before = Everything();
     }
 
-    std::filesystem::path PathOf(DataFile file) const {
-        return file == DataFile::Defaults ? installation.DefaultsFile() : installation.UserFile();
+    std::filesystem::path PathOf(SavedFile file) const {
+        return file == SavedFile::Defaults ? installation.DefaultsFile() : installation.UserFile();
     }
-    static const std::string& OldContentOf(DataFile file) {
-        return file == DataFile::Defaults ? OldDefaultsFile : OldSettings;
+    static const std::string& OldContentOf(SavedFile file) {
+        return file == SavedFile::Defaults ? OldDefaultsFile : OldSettings;
     }
 
     void ReadBothFiles() {
@@ -247,7 +247,7 @@ TEST_P(SavingCallTest, ReadOnlyFileIsUnchanged) {
 // Only the user settings are read again before a save. If they cannot be read, the save is skipped as for a
 // busy file, which is not a failure.
 TEST_P(SavingCallTest, FileThatCannotBeReadIsUnchanged) {
-    const bool isSkipped = Saving().file == DataFile::UserSettings;
+    const bool isSkipped = Saving().file == SavedFile::UserSettings;
     ExpectUnchangedWhileOpen(BlockingReads, isSkipped ? Saving().whenSaved : Saving().whenNotSaved);
 }
 
@@ -377,7 +377,7 @@ protected:
 
 TEST_F(LongFolderSaveTest, LongestUserFolderAllowsEverySave) {
     for (const SavingCall& saving : SavingCalls())
-        if (saving.file == DataFile::UserSettings) {
+        if (saving.file == SavedFile::UserSettings) {
             SaveInUserPathOf(255, saving, saving.whenSaved);
             EXPECT_NE(UserSettings(), OldSettings) << saving.name;
         }
@@ -385,7 +385,7 @@ TEST_F(LongFolderSaveTest, LongestUserFolderAllowsEverySave) {
 
 TEST_F(LongFolderSaveTest, OverlongUserFolderPreventsEverySave) {
     for (const SavingCall& saving : SavingCalls())
-        if (saving.file == DataFile::UserSettings) {
+        if (saving.file == SavedFile::UserSettings) {
             SaveInUserPathOf(256, saving, saving.whenNotSaved && saving.name != "ResetDefault");
             EXPECT_EQ(UserSettings(), OldSettings) << saving.name;
         }

@@ -118,7 +118,7 @@ TEST_F(ReplacedCatalogueTest, ThousandCommandsOfOneFunctionArePreserved) {
     FunctionBaseRecord record = LoadableRecord(1);
     record.commandFamilies.clear();
     for (std::int32_t id = 0; id < 1000; ++id)
-        record.commandFamilies.push_back(Family({id}));
+        record.commandFamilies.push_back(FamilyWith({id}));
     Replace({record});
     Unload();
     const Commands commands = GetCommandInfo();

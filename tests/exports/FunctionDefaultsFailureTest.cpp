@@ -50,7 +50,7 @@ TEST_P(InvalidCharacterTest, InvalidGroupStopsWriting) {
 }
 
 TEST_P(InvalidCharacterTest, InvalidCommandStringStopsWriting) {
-    record.commandFamilies.push_back(Family({6}));
+    record.commandFamilies.push_back(FamilyWith({6}));
     record.commandFamilies.begin()->commandItems.push_back(Command(7, GetParam().text));
     ExpectTwoRecordsBefore(record);
 }

@@ -15,7 +15,7 @@ protected:
     }
 
     static CommandFamily FamilyWithCheck() {
-        CommandFamily family = Family({1});
+        CommandFamily family = FamilyWith({1});
         family.checkExistItems.push_back({1, L"a", L"b", L"c", L"d"});
         return family;
     }
@@ -95,21 +95,21 @@ TEST_F(FunctionDefaultsInputTest, FamiliesWithZeroCountAreIgnored) {
 }
 
 TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitFamilies) {
-    FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1}), Family({2})})});
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {FamilyWith({1}), FamilyWith({2})})});
     const ClaimedCount many{holder.records.begin()->commandFamilies, 1000};
     Replace(holder);
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2)))});
 }
 
 TEST_F(FunctionDefaultsInputTest, CommandsWithZeroCountAreIgnored) {
-    FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2}), Family({3})})});
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {FamilyWith({1, 2}), FamilyWith({3})})});
     const ClaimedCount none{holder.records.begin()->commandFamilies.begin()->commandItems, 0};
     Replace(holder);
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(3)))});
 }
 
 TEST_F(FunctionDefaultsInputTest, NonzeroCountDoesNotLimitCommands) {
-    FunctionBaseHolder holder = HolderOf({RecordWith(1, {Family({1, 2})})});
+    FunctionBaseHolder holder = HolderOf({RecordWith(1, {FamilyWith({1, 2})})});
     const ClaimedCount one{holder.records.begin()->commandFamilies.begin()->commandItems, 1};
     Replace(holder);
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(2)))});
@@ -128,7 +128,7 @@ TEST_F(FunctionDefaultsInputTest, CountOfChecksIsIgnored) {
 
 TEST_F(FunctionDefaultsInputTest, ReadOnlyListIsAccepted) {
     const FunctionBaseHolder holder =
-        HolderOf({RecordWith(1, {FamilyWithCheck(), Family({})}), RecordWith(2, {}), Record(3)});
+        HolderOf({RecordWith(1, {FamilyWithCheck(), FamilyWith({})}), RecordWith(2, {}), Record(3)});
     const ReadOnlyRecords records{holder.records};
     EXPECT_TRUE(Dll().AddFunctionDefault(records.get()));
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(Written(1) + Written(3))});

@@ -61,7 +61,7 @@ TEST_F(WrittenFormTest, ExtremeNumbersAreWrittenInDecimal) {
 }
 
 TEST_F(WrittenFormTest, FamiliesAreMergedIntoOneCommandsElement) {
-    Replace({RecordWith(1, {Family({1, 2, 3}), Family({6, 5, 4})})});
+    Replace({RecordWith(1, {FamilyWith({1, 2, 3}), FamilyWith({6, 5, 4})})});
     std::string commands;
     for (const std::int32_t id : {1, 2, 3, 6, 5, 4})
         commands += WrittenCommand(id);
@@ -69,14 +69,14 @@ TEST_F(WrittenFormTest, FamiliesAreMergedIntoOneCommandsElement) {
 }
 
 TEST_F(WrittenFormTest, EqualCommandsAreAllWritten) {
-    Replace({RecordWith(1, {Family({7, 7}), Family({7})})});
+    Replace({RecordWith(1, {FamilyWith({7, 7}), FamilyWith({7})})});
     EXPECT_EQ(
         Defaults(),
         SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(7) + WrittenCommand(7) + WrittenCommand(7)))});
 }
 
 TEST_F(WrittenFormTest, ChecksAreNotWritten) {
-    CommandFamily family = Family({1});
+    CommandFamily family = FamilyWith({1});
     family.checkExistItems.push_back({5, L"check", L"check", L"check", L"check"});
     Replace({RecordWith(1, {family, family})});
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(1) + WrittenCommand(1)))});
@@ -255,7 +255,7 @@ TEST_F(BaseCatalogueCopyTest, RecordsRemainValidAfterUnload) {
 
 class RecordWithoutCommandsTest : public FunctionDefaultsTest {
 protected:
-    static FunctionBaseRecord WithoutCommands(std::int32_t id) { return RecordWith(id, {Family({})}); }
+    static FunctionBaseRecord WithoutCommands(std::int32_t id) { return RecordWith(id, {FamilyWith({})}); }
 };
 
 TEST_F(RecordWithoutCommandsTest, FirstRecordWithoutCommandsIsOmitted) {
@@ -292,7 +292,7 @@ TEST_F(RecordWithoutCommandsTest, RecordWithOnlyChecksIsOmitted) {
 }
 
 TEST_F(RecordWithoutCommandsTest, RecordWithCommandInLastFamilyIsWritten) {
-    Replace({RecordWith(1, {Family({}), Family({}), Family({5})})});
+    Replace({RecordWith(1, {FamilyWith({}), FamilyWith({}), FamilyWith({5})})});
     EXPECT_EQ(Defaults(), SavedXml{OldDefaults(WrittenWith(1, WrittenCommand(5)))});
 }
 

@@ -22,14 +22,14 @@ constexpr DWORD SharesWriting = FILE_SHARE_READ | FILE_SHARE_WRITE;
 // ---- Both files ----
 
 // A writable file, and calls that save and load it.
-struct DataFile {
+struct WritableFile {
     std::string name;
     std::filesystem::path (Installation::*path)() const;
     bool (*save)(const Library& dll);
     void (*load)(const Library& dll);
 };
 
-void PrintTo(const DataFile& file, std::ostream* out) {
+void PrintTo(const WritableFile& file, std::ostream* out) {
     *out << file.name;
 }
 
@@ -37,16 +37,16 @@ void ReadMissingSetting(const Library& dll) {
     dll.GetCommonSetting(L"Missing", nullptr);
 }
 
-const std::vector<DataFile> dataFiles = {
+const std::vector<WritableFile> writableFiles = {
     {"UserSettings", &Installation::UserFile,
      [](const Library& dll) { return dll.SetCommonSetting(L"New", L"stored"); }, ReadMissingSetting},
     {"Defaults", &Installation::DefaultsFile, [](const Library& dll) { return dll.InitCommonSetting(); },
      ReadMissingSetting},
 };
 
-const DataFile& FileNamed(const std::wstring& name) {
+const WritableFile& FileNamed(const std::wstring& name) {
     return *std::ranges::find_if(
-        dataFiles, [&](const DataFile& file) { return std::filesystem::path{name} == file.name; });
+        writableFiles, [&](const WritableFile& file) { return std::filesystem::path{name} == file.name; });
 }
 
 // ---- Processes that end ----
@@ -106,7 +106,7 @@ const RegisterRole usesFileInOwnSession{UsesFileInOwnSession, [](const std::vect
                                             EnterInstallation(arguments);
                                             const Library dll;
                                             EnterOwnSession(dll.Handle());
-                                            const DataFile& file = FileNamed(arguments.at(2));
+                                            const WritableFile& file = FileNamed(arguments.at(2));
                                             file.load(dll);
                                             file.save(dll);
                                             return 0;
@@ -118,7 +118,7 @@ const RegisterRole usesFileInOwnSession{UsesFileInOwnSession, [](const std::vect
 
 class RedoFileTest : public FunctionDefaultsTest {
 protected:
-    virtual const DataFile& Tested() const = 0;
+    virtual const WritableFile& Tested() const = 0;
 
     void SetUp() override {
         WriteUserSettings("<OrloPowerCfg><CommonSettings Old=\"a text that is longer\"/></OrloPowerCfg>\n");
@@ -168,12 +168,12 @@ protected:
 
 // ---- The write in place ----
 
-class WriteInPlaceTest : public RedoFileTest, public testing::WithParamInterface<DataFile> {
+class WriteInPlaceTest : public RedoFileTest, public testing::WithParamInterface<WritableFile> {
 protected:
-    const DataFile& Tested() const override { return GetParam(); }
+    const WritableFile& Tested() const override { return GetParam(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(, WriteInPlaceTest, testing::ValuesIn(dataFiles), CaseName<DataFile>);
+INSTANTIATE_TEST_SUITE_P(, WriteInPlaceTest, testing::ValuesIn(writableFiles), CaseName<WritableFile>);
 
 TEST_P(WriteInPlaceTest, SaveInPlaceMakesTheseCalls) {
     Load();
@@ -250,7 +250,7 @@ TEST_P(WriteInPlaceTest, RedoFileRemainsIfNoContentIsWritten) {
 // ---- Termination at each call ----
 
 // The parameters are the file and the index of the call before which the process ends.
-using InterruptedCall = std::tuple<DataFile, std::size_t>;
+using InterruptedCall = std::tuple<WritableFile, std::size_t>;
 
 std::string NameOfInterruptedCall(const testing::TestParamInfo<InterruptedCall>& info) {
     const auto& [file, index] = info.param;
@@ -258,12 +258,12 @@ std::string NameOfInterruptedCall(const testing::TestParamInfo<InterruptedCall>&
 }
 
 auto CallsOf(std::size_t count) {
-    return testing::Combine(testing::ValuesIn(dataFiles), testing::Range(std::size_t{0}, count));
+    return testing::Combine(testing::ValuesIn(writableFiles), testing::Range(std::size_t{0}, count));
 }
 
 class TerminationTest : public RedoFileTest, public testing::WithParamInterface<InterruptedCall> {
 protected:
-    const DataFile& Tested() const override { return std::get<DataFile>(GetParam()); }
+    const WritableFile& Tested() const override { return std::get<WritableFile>(GetParam()); }
     static std::size_t Index() { return std::get<std::size_t>(GetParam()); }
 
     // Expects that a process reads this content, and that the next save succeeds.
@@ -301,7 +301,7 @@ TEST_P(TerminationInRecoveryTest, NextLoadFindsNewContent) {
 
 class RecoveryTest : public WriteInPlaceTest {};
 
-INSTANTIATE_TEST_SUITE_P(, RecoveryTest, testing::ValuesIn(dataFiles), CaseName<DataFile>);
+INSTANTIATE_TEST_SUITE_P(, RecoveryTest, testing::ValuesIn(writableFiles), CaseName<WritableFile>);
 
 TEST_P(RecoveryTest, RecoveryMakesTheseCalls) {
     WriteInterrupted("");

@@ -78,18 +78,18 @@ const std::vector<Condition> conditions = {
     {"WithAFailingDom", &FailDomCalls, true},
 };
 
-struct Case {
+struct LeakCase {
     std::string name;
     ExportCall call;
     Condition condition;
 };
 
-void PrintTo(const Case& testCase, std::ostream* out) {
+void PrintTo(const LeakCase& testCase, std::ostream* out) {
     *out << testCase.name;
 }
 
-std::vector<Case> Cases() {
-    std::vector<Case> cases;
+std::vector<LeakCase> LeakCases() {
+    std::vector<LeakCase> cases;
     for (const Condition& condition : conditions)
         for (const ExportCall& call : callsOfAllExports)
             cases.push_back({call.exportName + condition.name, call, condition});
@@ -98,7 +98,7 @@ std::vector<Case> Cases() {
 
 }  // namespace
 
-class LeakTest : public ExportCallsTest, public testing::WithParamInterface<Case> {
+class LeakTest : public ExportCallsTest, public testing::WithParamInterface<LeakCase> {
 protected:
     static void SetUpTestSuite() { domCalls.emplace(); }
     static void TearDownTestSuite() { domCalls.reset(); }
@@ -171,7 +171,7 @@ private:
     inline static std::optional<DomCalls> domCalls;
 };
 
-INSTANTIATE_TEST_SUITE_P(, LeakTest, testing::ValuesIn(Cases()), CaseName<Case>);
+INSTANTIATE_TEST_SUITE_P(, LeakTest, testing::ValuesIn(LeakCases()), CaseName<LeakCase>);
 
 TEST_P(LeakTest, ManyCallsHoldNoMoreResourcesThanFew) {
     const int calls = Rounds(2 * fewCalls, condition.begin == &BeginNone ? 10000 : 1000);

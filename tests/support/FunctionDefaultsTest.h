@@ -22,7 +22,7 @@ inline BaseCommandItem Command(std::int32_t id, std::wstring_view specInfo1 = {}
     return item;
 }
 
-inline CommandFamily Family(std::initializer_list<std::int32_t> commandIds) {
+inline CommandFamily FamilyWith(std::initializer_list<std::int32_t> commandIds) {
     CommandFamily family;
     for (const std::int32_t id : commandIds)
         family.commandItems.push_back(Command(id));
@@ -40,7 +40,7 @@ inline FunctionBaseRecord RecordWith(std::int32_t id, std::initializer_list<Comm
 
 // The smallest record that is written. Its only command has the same ID as the record.
 inline FunctionBaseRecord Record(std::int32_t id) {
-    return RecordWith(id, {Family({id})});
+    return RecordWith(id, {FamilyWith({id})});
 }
 
 inline FunctionBaseHolder HolderOf(std::initializer_list<FunctionBaseRecord> records) {
