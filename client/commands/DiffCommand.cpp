@@ -62,7 +62,8 @@ std::vector<Difference> Compare(const Comparison& comparison, const PowerSource&
         if (indexA != valueB.*source.index)
             differences.push_back({id, indexA, valueB.*source.index});
     }
-    std::ranges::stable_partition(differences, [&](const Difference& difference) {
+    // Not std::ranges::stable_partition, which clang 14 does not compile with the library of g++ 12.
+    std::stable_partition(differences.begin(), differences.end(), [&](const Difference& difference) {
         return comparison.leadingFunctions.contains(difference.id);
     });
     return differences;

@@ -89,11 +89,10 @@ std::string FunctionTitle(const FunctionCatalogue& catalogue, std::int32_t id) {
 // Converts the values of the assignments to parameters.
 class Resolver {
 public:
-    Resolver(const SettingsSnapshot& snapshot, const GUID& powerScheme, bool acceptAll)
-        : scheme{powerScheme},
-          catalogue{ReadCatalogue(snapshot.Dll())},
-          stored{snapshot.Stored().Find(powerScheme)},
-          visible{CollectParams(snapshot.Dll().GetParameter, powerScheme)},
+    Resolver(const SettingsSnapshot& snapshot, const GUID& scheme, bool acceptAll)
+        : catalogue{ReadCatalogue(snapshot.Dll())},
+          stored{snapshot.Stored().Find(scheme)},
+          visible{CollectParams(snapshot.Dll().GetParameter, scheme)},
           force{acceptAll} {}
 
     Params Resolve(const std::vector<Assignment>& assignments) const {
@@ -158,7 +157,6 @@ private:
                                                  ". --force stores any index."};
     }
 
-    GUID scheme;
     FunctionCatalogue catalogue;
     const Params* stored;
     Params visible;
