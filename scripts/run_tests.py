@@ -241,15 +241,19 @@ class Worker:
 
     def run(self, waiting):
         """Calls the waiting tasks in the current thread."""
-        self.use_processors(self.processor)
-        subprocess.run(['bash', '-c', 'source scripts/common.sh && make_prefix && wineserver --persistent'],
-                       env=self.environment, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
         while True:
             try:
                 task = waiting.get_nowait()
             except queue.Empty:
                 return
+            self.start_server()
             task(self)
+
+    def start_server(self):
+        """Starts the wine server on the processor of the worker if it does not run: a task may have ended it."""
+        self.use_processors(self.processor)
+        subprocess.run(['bash', '-c', 'source scripts/common.sh && make_prefix && wineserver --persistent'],
+                       env=self.environment, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
 
     @staticmethod
     def use_processors(processors):
