@@ -37,6 +37,12 @@ else()
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=/ZOTDam/build/release
     -ffile-prefix-map=${PROJECT_BINARY_DIR}/=>)
   target_link_options(zotdam_compiler INTERFACE -Wl,--no-insert-timestamp)
+
+  # clang can also write types and lines in the format of Windows, which only its own linker puts into PDB files.
+  option(ZOTDAM_CODEVIEW "Write types and lines for the debuggers of Windows (clang and lld)" OFF)
+  if(ZOTDAM_CODEVIEW)
+    target_compile_options(zotdam_compiler INTERFACE -gdwarf -gcodeview)
+  endif()
 endif()
 
 # Compiles the sources of a target in batches in the release build. Most of the time goes into the headers of Windows

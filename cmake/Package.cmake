@@ -18,7 +18,12 @@ function(ship target)
   elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(symbols ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_NAME:${target}>.debug)
     set(pdb ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/$<TARGET_FILE_BASE_NAME:${target}>.pdb)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    if(ZOTDAM_CODEVIEW)
+      target_link_options(${target} PRIVATE -fuse-ld=lld -Wl,--pdb=${pdb}
+        -Wl,-Xlink=-pdbaltpath:%_PDB% -Wl,-Xlink=-pdbsourcepath:/ZOTDam/build/release
+        -Wl,-Xlink=-natvis:${PROJECT_SOURCE_DIR}/debug/ZOTDam.natvis)
+      install(FILES ${pdb} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
+    elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
       # The identifier of the build connects the program with its PDB file.
       target_link_options(${target} PRIVATE -Wl,--build-id -Wl,--pdb=${pdb})
       install(FILES ${pdb} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
