@@ -243,21 +243,30 @@ bool RemoveChildren(IXMLDOMNode* parent) {
     return removed;
 }
 
+std::vector<IXMLDOMNodePtr> SelectAttributes(IXMLDOMNode* element) {
+    // The attribute map is not used: some DOMs count declarations in it that they do not return.
+    IXMLDOMNodeListPtr selection;
+    long length = 0;
+    Check(RequireNode(element)->selectNodes(CXmlName{L"@*"}.AsBstr(), &selection), element);
+    Check(selection->get_length(&length), selection.GetInterfacePtr());
+    std::vector<IXMLDOMNodePtr> attributes;
+    for (long i = 0; i < length; ++i) {
+        IXMLDOMNodePtr attribute;
+        Check(selection->get_item(i, &attribute), selection.GetInterfacePtr());
+        attributes.push_back(attribute);
+    }
+    return attributes;
+}
+
 void RemoveAttributes(IXMLDOMNode* element) {
     ++domChanges;
-    IXMLDOMNamedNodeMapPtr attributes;
-    Check(RequireNode(element)->get_attributes(&attributes), element);
-    long count = 0;
-    Check(attributes->get_length(&count), attributes.GetInterfacePtr());
-    for (long i = count - 1; i >= 0; --i) {
-        IXMLDOMNodePtr attribute;
+    IXMLDOMNamedNodeMapPtr map;
+    Check(RequireNode(element)->get_attributes(&map), element);
+    for (const IXMLDOMNodePtr& attribute : SelectAttributes(element)) {
         CBstr name;
-        Check(attributes->get_item(i, &attribute), attributes.GetInterfacePtr());
         Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
-        if (IsNamespaceDeclaration(name.View()))
-            continue;
         IXMLDOMNodePtr removed;
-        Check(attributes->removeNamedItem(*name.Receive(), &removed), attributes.GetInterfacePtr());
+        Check(map->removeNamedItem(*name.Receive(), &removed), map.GetInterfacePtr());
     }
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "xml/Com.h"
 #include "xml/XmlName.h"
@@ -89,6 +90,9 @@ void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child);
 
 // Removes all child nodes, not only the elements. Returns false when the node has no children.
 bool RemoveChildren(IXMLDOMNode* parent);
+
+// Returns all attributes except namespace declarations, which XPath does not count as attributes.
+std::vector<IXMLDOMNodePtr> SelectAttributes(IXMLDOMNode* element);
 
 // Removes all attributes except namespace declarations.
 void RemoveAttributes(IXMLDOMNode* element);

@@ -6,8 +6,8 @@
 
 #include "xml/Bstr.h"
 #include "xml/Com.h"
+#include "xml/Dom.h"
 #include "xml/Prolog.h"
-#include "xml/XmlName.h"
 
 namespace ZOTDam {
 
@@ -49,18 +49,12 @@ std::wstring ValueOf(IXMLDOMNode* attribute) {
     return {V_BSTR(&value), SysStringLen(V_BSTR(&value))};
 }
 
-// Returns the names and values of the attributes. XPath does not count namespace declarations as attributes.
-// A save adds the declarations that a copied element needs, and some DOMs do not return all of them.
+// Returns the names and values of the attributes, without namespace declarations: a save adds those that a
+// copied element needs.
 std::vector<std::pair<std::wstring, std::wstring>> AttributesOf(IXMLDOMElement* element) {
     std::vector<std::pair<std::wstring, std::wstring>> attributes;
-    IXMLDOMNodeListPtr selection;
-    long length = 0;
-    Check(element->selectNodes(CXmlName{L"@*"}.AsBstr(), &selection), element);
-    Check(selection->get_length(&length), selection.GetInterfacePtr());
-    for (long i = 0; i < length; ++i) {
-        IXMLDOMNodePtr attribute;
+    for (const IXMLDOMNodePtr& attribute : SelectAttributes(element)) {
         CBstr name;
-        Check(selection->get_item(i, &attribute), selection.GetInterfacePtr());
         Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
         attributes.emplace_back(name.View(), ValueOf(attribute));
     }

@@ -68,6 +68,17 @@ TEST_F(ResetTest, NamespaceDeclarationsOfCommonSettingsAreKept) {
                        "\n"});
 }
 
+// wine counts this declaration in the attribute map, but does not return it.
+TEST_F(ResetTest, EmptyDefaultNamespaceDeclarationIsKept) {
+    WriteUserSettings(
+        "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes>"
+        R"(<CommonSettings xmlns="" xmlns:p="urn:p" A="a" p:B="b"/></OrloPowerCfg>)");
+    EXPECT_TRUE(Reset());
+    EXPECT_EQ(UserSettings(),
+              SavedXml{R"(<OrloPowerCfg><PowerSchemes/><CommonSettings xmlns="" xmlns:p="urn:p"/>)"
+                       "</OrloPowerCfg>\n"});
+}
+
 TEST_F(ResetTest, NamespaceDeclarationListedAsAttributeIsKept) {
     WriteUserSettings(
         "<OrloPowerCfg><PowerSchemes><PowerScheme/></PowerSchemes>"
