@@ -250,9 +250,12 @@ class Worker:
             task(self)
 
     def start_server(self):
-        """Starts the wine server on the processor of the worker if it does not run: a task may have ended it."""
+        """Starts the wine server on the processor of the worker if it does not run: a task may have ended it.
+
+        Without programs, it ends after a minute.
+        """
         self.use_processors(self.processor)
-        subprocess.run(['bash', '-c', 'source scripts/common.sh && make_prefix && wineserver --persistent'],
+        subprocess.run(['bash', '-c', 'source scripts/common.sh && make_prefix && wineserver --persistent=60'],
                        env=self.environment, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
 
     @staticmethod
@@ -344,6 +347,7 @@ def main():
     arguments = parse_arguments()
     os.makedirs(os.path.join(arguments.build, 'tests', 'results'), exist_ok=True)
     checks = [name for name in CHECKS if arguments.checks and fnmatch.fnmatchcase(name, arguments.filter or '*')]
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
     files = folder_for_files()
     workers = Workers(arguments.jobs, files)
     try:
