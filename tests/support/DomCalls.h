@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    enum class Class { Document, Element, Attributes, OtherNode, ErrorSupport };
+    enum class Class { Document, Element, Attributes, Selection, OtherNode, ErrorSupport };
 
     using Method = HRESULT WINAPI(void*, void*, void*, void*);
     static constexpr std::size_t AddRefSlot = 1;
@@ -70,6 +70,7 @@ private:
             case 20:  // removeChild
             case 21:  // appendChild
             case 24:  // cloneNode
+            case 36:  // selectNodes
                 return 2;
             case 23:  // get_ownerDocument
                 return 1;
@@ -102,6 +103,8 @@ private:
                 return slot >= 47 && slot <= 49 ? 2 : ReceiverOfAnyNode(slot);
             case Class::Attributes:  // getNamedItem, setNamedItem, removeNamedItem, get_item
                 return slot == 0 || (slot >= 7 && slot <= 10) ? 2 : 0;
+            case Class::Selection:  // QueryInterface, get_item
+                return slot == 0 || slot == 7 ? 2 : 0;
             case Class::ErrorSupport:  // QueryInterface
                 return slot == 0 ? 2 : 0;
             default:
@@ -220,6 +223,12 @@ private:
         return OwnedInterface<IXMLDOMNamedNodeMap>{attributes};
     }
 
+    static OwnedInterface<IXMLDOMNodeList> AttributeSelectionOf(const Node& element) {
+        IXMLDOMNodeList* selection = nullptr;
+        element.get()->selectNodes(OwnedBstr{SysAllocString(L"@*")}.get(), &selection);
+        return OwnedInterface<IXMLDOMNodeList>{selection};
+    }
+
     // Returns null if the object does not support ISupportErrorInfo.
     static OwnedInterface<IUnknown> ErrorSupportOf(IUnknown* object) {
         void* support = nullptr;
@@ -232,7 +241,7 @@ private:
     inline static long long acquired = 0;
     inline static long long released = 0;
     inline static bool isCallInProgress = false;
-    inline static std::array<void**, 16> tables = {};
+    inline static std::array<void**, 18> tables = {};
 
     // One object of each kind. They live as long as the patches, because unloading the DOM unloads its
     // tables.
@@ -246,6 +255,7 @@ private:
     Node comment = tree.Find(L"/E/comment()");
     Node cdata = tree.Find(L"/E/text()[2]");
     OwnedInterface<IXMLDOMNamedNodeMap> attributes = AttributesOf(element);
+    OwnedInterface<IXMLDOMNodeList> selection = AttributeSelectionOf(element);
 
     Table<0, Class::Document, 84> documentTable{document.get()};
     Table<1, Class::OtherNode, 46> instructionTable{instruction.get()};
@@ -255,18 +265,20 @@ private:
     Table<5, Class::OtherNode, 43> commentTable{comment.get()};
     Table<6, Class::OtherNode, 43> cdataTable{cdata.get()};
     Table<7, Class::Attributes, 13> attributesTable{attributes.get()};
+    Table<8, Class::Selection, 12> selectionTable{selection.get()};
 
     // For ISupportErrorInfo, an object returns a reference to another object or to a part of itself.
     template <std::size_t Kind>
     using ErrorSupportTable = Table<Kind, Class::ErrorSupport, 4>;
-    ErrorSupportTable<8> documentErrors{ErrorSupportOf(document.get()).get()};
-    ErrorSupportTable<9> instructionErrors{ErrorSupportOf(instruction.get()).get()};
-    ErrorSupportTable<10> elementErrors{ErrorSupportOf(element.get()).get()};
-    ErrorSupportTable<11> attributeErrors{ErrorSupportOf(attribute.get()).get()};
-    ErrorSupportTable<12> textErrors{ErrorSupportOf(text.get()).get()};
-    ErrorSupportTable<13> commentErrors{ErrorSupportOf(comment.get()).get()};
-    ErrorSupportTable<14> cdataErrors{ErrorSupportOf(cdata.get()).get()};
-    ErrorSupportTable<15> attributesErrors{ErrorSupportOf(attributes.get()).get()};
+    ErrorSupportTable<9> documentErrors{ErrorSupportOf(document.get()).get()};
+    ErrorSupportTable<10> instructionErrors{ErrorSupportOf(instruction.get()).get()};
+    ErrorSupportTable<11> elementErrors{ErrorSupportOf(element.get()).get()};
+    ErrorSupportTable<12> attributeErrors{ErrorSupportOf(attribute.get()).get()};
+    ErrorSupportTable<13> textErrors{ErrorSupportOf(text.get()).get()};
+    ErrorSupportTable<14> commentErrors{ErrorSupportOf(comment.get()).get()};
+    ErrorSupportTable<15> cdataErrors{ErrorSupportOf(cdata.get()).get()};
+    ErrorSupportTable<16> attributesErrors{ErrorSupportOf(attributes.get()).get()};
+    ErrorSupportTable<17> selectionErrors{ErrorSupportOf(selection.get()).get()};
 };
 
 }  // namespace ZOTDam::Test
