@@ -243,17 +243,20 @@ bool RemoveChildren(IXMLDOMNode* parent) {
     return removed;
 }
 
-std::vector<IXMLDOMNodePtr> SelectAttributes(IXMLDOMNode* element) {
+std::vector<NamedAttribute> SelectAttributes(IXMLDOMNode* element) {
     // The attribute map is not used: some DOMs count declarations in it that they do not return.
     IXMLDOMNodeListPtr selection;
     long length = 0;
     Check(RequireNode(element)->selectNodes(CXmlName{L"@*"}.AsBstr(), &selection), element);
     Check(selection->get_length(&length), selection.GetInterfacePtr());
-    std::vector<IXMLDOMNodePtr> attributes;
+    std::vector<NamedAttribute> attributes;
     for (long i = 0; i < length; ++i) {
-        IXMLDOMNodePtr attribute;
-        Check(selection->get_item(i, &attribute), selection.GetInterfacePtr());
-        attributes.push_back(attribute);
+        IXMLDOMNodePtr node;
+        CBstr name;
+        Check(selection->get_item(i, &node), selection.GetInterfacePtr());
+        Check(node->get_nodeName(name.Receive()), node.GetInterfacePtr());
+        if (!IsNamespaceDeclaration(name.View()))
+            attributes.push_back({std::wstring{name.View()}, node});
     }
     return attributes;
 }
@@ -262,11 +265,9 @@ void RemoveAttributes(IXMLDOMNode* element) {
     ++domChanges;
     IXMLDOMNamedNodeMapPtr map;
     Check(RequireNode(element)->get_attributes(&map), element);
-    for (const IXMLDOMNodePtr& attribute : SelectAttributes(element)) {
-        CBstr name;
-        Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
+    for (const NamedAttribute& attribute : SelectAttributes(element)) {
         IXMLDOMNodePtr removed;
-        Check(map->removeNamedItem(*name.Receive(), &removed), map.GetInterfacePtr());
+        Check(map->removeNamedItem(CBstr{attribute.name.c_str()}.AsBstr(), &removed), map.GetInterfacePtr());
     }
 }
 

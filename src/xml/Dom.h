@@ -91,8 +91,13 @@ void RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child);
 // Removes all child nodes, not only the elements. Returns false when the node has no children.
 bool RemoveChildren(IXMLDOMNode* parent);
 
-// Returns all attributes except namespace declarations, which XPath does not count as attributes.
-std::vector<IXMLDOMNodePtr> SelectAttributes(IXMLDOMNode* element);
+struct NamedAttribute {
+    std::wstring name;
+    IXMLDOMNodePtr node;
+};
+
+// Returns all attributes except namespace declarations, even if the DOM selects these too.
+std::vector<NamedAttribute> SelectAttributes(IXMLDOMNode* element);
 
 // Removes all attributes except namespace declarations.
 void RemoveAttributes(IXMLDOMNode* element);

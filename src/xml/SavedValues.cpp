@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "xml/Bstr.h"
 #include "xml/Com.h"
 #include "xml/Dom.h"
 #include "xml/Prolog.h"
@@ -53,11 +52,8 @@ std::wstring ValueOf(IXMLDOMNode* attribute) {
 // copied element needs.
 std::vector<std::pair<std::wstring, std::wstring>> AttributesOf(IXMLDOMElement* element) {
     std::vector<std::pair<std::wstring, std::wstring>> attributes;
-    for (const IXMLDOMNodePtr& attribute : SelectAttributes(element)) {
-        CBstr name;
-        Check(attribute->get_nodeName(name.Receive()), attribute.GetInterfacePtr());
-        attributes.emplace_back(name.View(), ValueOf(attribute));
-    }
+    for (NamedAttribute& attribute : SelectAttributes(element))
+        attributes.emplace_back(std::move(attribute.name), ValueOf(attribute.node));
     return attributes;
 }
 

@@ -28,6 +28,8 @@ enum class DomMethod {
     RemoveNamedItem,
     GetItem,
     GetLength,
+    GetSelectionItem,
+    GetSelectionLength,
     CreateElement,
     Load,
     Save,
@@ -44,6 +46,7 @@ public:
     DomMethodPatch& operator=(const DomMethodPatch&) = delete;
     ~DomMethodPatch() {
         patch.reset();
+        selection->Release();
         attribute->Release();
         attributes->Release();
         element->Release();
@@ -87,6 +90,10 @@ private:
                 return Table(attributes) + 10;
             case DomMethod::GetLength:
                 return Table(attributes) + 11;
+            case DomMethod::GetSelectionItem:
+                return Table(selection) + 7;
+            case DomMethod::GetSelectionLength:
+                return Table(selection) + 8;
             case DomMethod::CreateElement:
                 return Table(document) + 47;
             case DomMethod::Load:
@@ -112,12 +119,16 @@ private:
         document->createAttribute(name, &attribute);
         SysFreeString(name);
         element->get_attributes(&attributes);
+        const BSTR allAttributes = SysAllocString(L"@*");
+        element->selectNodes(allAttributes, &selection);
+        SysFreeString(allAttributes);
     }
 
     IXMLDOMDocument2* document = nullptr;
     IXMLDOMElement* element = nullptr;
     IXMLDOMNamedNodeMap* attributes = nullptr;
     IXMLDOMAttribute* attribute = nullptr;
+    IXMLDOMNodeList* selection = nullptr;
     std::optional<SlotPatch> patch;
 };
 

@@ -1,6 +1,8 @@
 // Changes the output of each save to a stream, for a scope. COM must be initialised.
 #pragma once
 
+#include <windows.h>
+
 #include <oleauto.h>
 #include <shlwapi.h>
 

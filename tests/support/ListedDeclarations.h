@@ -1,6 +1,8 @@
-// Makes the DOM list a namespace declaration as the first attribute of every element, for a scope. The DOM
-// does not remove the declaration. COM must be initialised.
+// Makes the DOM list a namespace declaration as the first attribute of every element, in the attribute map
+// and in every selection, for a scope. The DOM does not remove the declaration. COM must be initialised.
 #pragma once
+
+#include <windows.h>
 
 #include <oleauto.h>
 
@@ -20,6 +22,7 @@ public:
 
 private:
     using Map = IXMLDOMNamedNodeMap;
+    using Selection = IXMLDOMNodeList;
     using Node = IXMLDOMNode;
 
     static OwnedInterface<IXMLDOMAttribute> NewAttribute() {
@@ -42,15 +45,18 @@ private:
         return S_OK;
     }
 
-    static HRESULT WINAPI GetLength(Map* map, long* length) {
-        const HRESULT result = current->lengthPatch.Original<decltype(GetLength)>()(map, length);
+    template <class List, DomMethodPatch ListedDeclarations::*Patch>
+    static HRESULT WINAPI GetLength(List* list, long* length) {
+        const HRESULT result =
+            (current->*Patch).template Original<HRESULT WINAPI(List*, long*)>()(list, length);
         ++*length;
         return result;
     }
 
-    static HRESULT WINAPI GetItem(Map* map, long index, Node** item) {
-        return index == 0 ? ReturnDeclaration(item)
-                          : current->itemPatch.Original<decltype(GetItem)>()(map, index - 1, item);
+    template <class List, DomMethodPatch ListedDeclarations::*Patch>
+    static HRESULT WINAPI GetItem(List* list, long index, Node** item) {
+        const auto original = (current->*Patch).template Original<HRESULT WINAPI(List*, long, Node**)>();
+        return index == 0 ? ReturnDeclaration(item) : original(list, index - 1, item);
     }
 
     static HRESULT WINAPI GetNamedItem(Map* map, BSTR name, Node** item) {
@@ -68,8 +74,12 @@ private:
     std::wstring name;
     OwnedInterface<IXMLDOMAttribute> declaration = NewAttribute();
     DomMethodPatch namePatch{DomMethod::GetAttributeName, &GetName};
-    DomMethodPatch lengthPatch{DomMethod::GetLength, &GetLength};
-    DomMethodPatch itemPatch{DomMethod::GetItem, &GetItem};
+    DomMethodPatch lengthPatch{DomMethod::GetLength, &GetLength<Map, &ListedDeclarations::lengthPatch>};
+    DomMethodPatch itemPatch{DomMethod::GetItem, &GetItem<Map, &ListedDeclarations::itemPatch>};
+    DomMethodPatch selectionLengthPatch{DomMethod::GetSelectionLength,
+                                        &GetLength<Selection, &ListedDeclarations::selectionLengthPatch>};
+    DomMethodPatch selectionItemPatch{DomMethod::GetSelectionItem,
+                                      &GetItem<Selection, &ListedDeclarations::selectionItemPatch>};
     DomMethodPatch findPatch{DomMethod::GetNamedItem, &GetNamedItem};
     DomMethodPatch removePatch{DomMethod::RemoveNamedItem, &RemoveNamedItem};
 };

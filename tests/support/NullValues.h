@@ -2,6 +2,8 @@
 // must be initialised.
 #pragma once
 
+#include <windows.h>
+
 #include <oleauto.h>
 
 #include "support/DomMethods.h"

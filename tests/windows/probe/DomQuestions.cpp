@@ -220,6 +220,16 @@ std::string NamespaceDeclarationsInMap() {
     return count == 2 ? "listed" : "not listed";
 }
 
+std::string NamespaceDeclarationsInSelection() {
+    const Document document = DocumentOf("<E xmlns='' xmlns:p='urn:p' A=''/>");
+    IXMLDOMNodeList* attributes = nullptr;
+    RootOf(*document)->selectNodes(OwnedBstr{SysAllocString(L"@*")}.get(), &attributes);
+    const OwnedInterface<IXMLDOMNodeList> owned{attributes};
+    long count = 0;
+    attributes->get_length(&count);
+    return count == 1 ? "not listed" : "listed";
+}
+
 std::string ErrorInfoOfNode() {
     const Document document = DocumentOf("<E/>");
     void* support = nullptr;
@@ -337,6 +347,8 @@ std::vector<Question> DomQuestions() {
         {"missing-attribute", InApartment<MissingAttribute>, "0x00000001", "0x00000001"},
         {"plain-element-has-namespace", InApartment<NamespaceOfPlainElement>, "no", "no"},
         {"namespace-declarations-in-map", InApartment<NamespaceDeclarationsInMap>, "?", "any"},
+        {"namespace-declarations-in-selection", InApartment<NamespaceDeclarationsInSelection>, "not listed",
+         "any"},
         {"error-info-of-node", InApartment<ErrorInfoOfNode>, "yes", "any"},
         {"import-node", InApartment<ImportNode>, "0x00000000", "0x00000000 or not implemented"},
         {"name-with-space", InApartment<NameWithSpace>, "not set", "any"},
