@@ -22,9 +22,9 @@ namespace ZOTDam {
 
 namespace {
 
-template <class Records, class Callback>
-void Enumerate(const Records& records, Callback& callback) {
-    for (const auto& record : records)
+template <class Record, class Callback>
+void Enumerate(const List<Record>& records, Callback& callback) {
+    for (const Record& record : records)
         callback.OnItem(&record);
 }
 
@@ -144,7 +144,7 @@ bool GetFuncCurValue(std::uint32_t position, FuncCurValue* value) {
 bool GetCommandInfo(const GUID* scheme, IGetCommandInfoCallback* callback) {
     if (callback == nullptr || FunctionTable == nullptr)
         return false;
-    std::vector<CommandInfoRecord> commands;
+    List<CommandInfoRecord> commands;
     if (!IsZero(*scheme))
         CollectCommandInfo(*FunctionTable, *scheme, commands);
     Enumerate(commands, *callback);

@@ -1,7 +1,5 @@
 #include "params/CommandInfo.h"
 
-#include <cstddef>
-
 #include "params/PowerSource.h"
 #include "params/SchemeReader.h"
 #include "platform/FalseOnException.h"
@@ -31,17 +29,9 @@ CommandInfoRecord ResolveCommand(const CommandItem& command, const FunctionRecor
     return record;
 }
 
-std::size_t CountCommands(const CFunctionTable& table) noexcept {
-    std::size_t count = 0;
-    for (const auto& [functionId, commands] : table.commands)
-        count += commands.size();
-    return count;
-}
-
 }  // namespace
 
-bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme,
-                        std::vector<CommandInfoRecord>& output) noexcept {
+bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandInfoRecord>& output) noexcept {
     return FalseOnException([&] {
         ParamMap params;
         if (!EnsureFunctionTable(table) || !LoadSchemeParameters(table, scheme, params))
@@ -51,10 +41,7 @@ bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme,
     });
 }
 
-void ResolveCommands(CFunctionTable& table, ParamMap& params, std::vector<CommandInfoRecord>& output) {
-    // One allocation for all records, because a record is large and most schemes need the records of all
-    // commands.
-    output.reserve(CountCommands(table));
+void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output) {
     for (const auto& [functionId, commands] : table.commands) {
         // Checked again for each function: the first command adds an entry to an empty map.
         // Compatibility: C43.

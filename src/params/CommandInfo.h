@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "catalogue/FunctionTable.h"
 #include "params/ParamMap.h"
 
@@ -9,12 +7,11 @@ namespace ZOTDam {
 
 // Appends the commands of every function for which the scheme has parameters, with the options that these
 // parameters select. Returns false and appends nothing when the catalogue or the scheme cannot be loaded.
-bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme,
-                        std::vector<CommandInfoRecord>& output) noexcept;
+bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandInfoRecord>& output) noexcept;
 
 // Appends the commands for parameters that are already loaded. If `params` is empty, appends only the
 // commands of the first function that has any, with the function's first options, and adds this function to
 // `params`. Compatibility: C43.
-void ResolveCommands(CFunctionTable& table, ParamMap& params, std::vector<CommandInfoRecord>& output);
+void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output);
 
 }  // namespace ZOTDam

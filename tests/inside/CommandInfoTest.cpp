@@ -10,7 +10,7 @@ TEST(CommandResolutionTest, FunctionMissingFromTableIsAddedWithoutOptions) {
     CFunctionTable table;
     table.commands[3].resize(1);
     ParamMap params{{3, {0, 0}}};
-    std::vector<CommandInfoRecord> commands;
+    List<CommandInfoRecord> commands;
     ResolveCommands(table, params, commands);
     ASSERT_EQ(commands.size(), 1u);
     EXPECT_EQ(commands.begin()->option1, 0);
@@ -22,7 +22,7 @@ TEST(CommandResolutionTest, FunctionWithoutCommandItemsAddsNothing) {
     CFunctionTable table;
     table.commands[3] = {};
     ParamMap params;
-    std::vector<CommandInfoRecord> commands;
+    List<CommandInfoRecord> commands;
     ResolveCommands(table, params, commands);
     EXPECT_TRUE(commands.empty());
     EXPECT_TRUE(params.empty());
@@ -35,7 +35,7 @@ TEST(CommandResolutionTest, EmptyParametersReceiveFirstFunctionWithCommands) {
     table.commands[3].resize(2);
     table.commands[4].resize(1);
     ParamMap params;
-    std::vector<CommandInfoRecord> commands;
+    List<CommandInfoRecord> commands;
     ResolveCommands(table, params, commands);
     EXPECT_EQ(commands.size(), 2u);
     EXPECT_EQ(params, (ParamMap{{3, {0, 0}}}));
