@@ -339,7 +339,7 @@ def parse_arguments():
     parser.add_argument('--checks', action='store_true', help=argparse.SUPPRESS)
     parser.add_argument('--filter', metavar='PATTERN')
     parser.add_argument('--list', action='store_true')
-    parser.add_argument('--jobs', type=int, default=max(2, os.cpu_count() or 1), metavar='N')
+    parser.add_argument('--jobs', type=int, default=max(2, len(PROCESSORS)), metavar='N')
     return parser.parse_args()
 
 

@@ -9,7 +9,7 @@ class CommandLineTest : public ClientTest {
 protected:
     // Creates a second installation with one function.
     std::filesystem::path MakeProgramFiles(const std::wstring& name) const {
-        const std::filesystem::path folder = installation.ProgramData() / name;
+        std::filesystem::path folder = installation.ProgramData() / name;
         std::filesystem::create_directories(DefaultsFile(folder).parent_path());
         WriteFile(DefaultsFile(folder), R"(<ZOTDefault><Functions><Function ID="1"><Display/><Commands/>
             <Default ACParamIndex="2" DCParamIndex="3"/></Function></Functions></ZOTDefault>)");

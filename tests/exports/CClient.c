@@ -440,7 +440,7 @@ static void CallSetCommonSetting(AnyFunction called, const struct CClientInput* 
 static const struct {
     const char* exportName;
     Caller caller;
-} callers[] = {
+} Callers[] = {
     {"GetFuncCount", CallGetFuncCount},
     {"GetFunctionBase", CallGetFunctionBase},
     {"GetFunctionBaseUnSupported", CallGetFunctionBase},
@@ -464,7 +464,7 @@ static const struct {
 void CClientCall(HMODULE dll, const char* exportName, const struct CClientInput* input,
                  struct CClientOutput* output) {
     size_t i;
-    for (i = 0; i < sizeof callers / sizeof *callers; ++i)
-        if (strcmp(callers[i].exportName, exportName) == 0)
-            callers[i].caller((AnyFunction)GetProcAddress(dll, exportName), input, output);
+    for (i = 0; i < sizeof Callers / sizeof *Callers; ++i)
+        if (strcmp(Callers[i].exportName, exportName) == 0)
+            Callers[i].caller((AnyFunction)GetProcAddress(dll, exportName), input, output);
 }

@@ -4,8 +4,8 @@
 #define ZOTDAM_TESTS_CCLIENT_H
 
 #include <guiddef.h>
-#include <stddef.h>
-#include <stdint.h>
+#include <stddef.h> /* NOLINT(modernize-deprecated-headers): C has no other */
+#include <stdint.h> /* NOLINT(modernize-deprecated-headers) */
 #include <windows.h>
 
 #ifdef __cplusplus

@@ -9,7 +9,8 @@ namespace {
 constexpr std::size_t LongestText = TextCapacity - 1;
 
 std::string CodeUnits(std::size_t count) {
-    return std::string(count, 'n');
+    std::string units(count, 'n');
+    return units;
 }
 
 // Returns characters of two UTF-16 code units each.

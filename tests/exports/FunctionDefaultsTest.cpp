@@ -49,10 +49,10 @@ TEST_F(WrittenFormTest, RecordsAreWrittenInListOrder) {
 }
 
 TEST_F(WrittenFormTest, ExtremeNumbersAreWrittenInDecimal) {
-    constexpr std::int32_t Largest = std::numeric_limits<std::int32_t>::max();
-    constexpr std::int32_t Smallest = std::numeric_limits<std::int32_t>::min();
-    FunctionBaseRecord record = Record(Largest);
-    record.flag = Smallest;
+    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
+    FunctionBaseRecord record = Record(largest);
+    record.flag = smallest;
     record.type = -1;
     Replace({record});
     EXPECT_NE(Defaults().find(R"(<Function ID="2147483647" Flag="-2147483648" Type="-1" )"),

@@ -81,8 +81,8 @@ TEST_F(GuardedHeapTest, AllocationOfDllEndsAtGuardPage) {
         accesses.push_back(AccessTo(value + 2));
     });
     EXPECT_TRUE(Dll().GetParameter(&Balanced, &collect));
-    constexpr DWORD Guard = 0;  // reserved, but not committed
-    EXPECT_EQ(accesses, (std::vector<DWORD>{PAGE_READWRITE, Guard, PAGE_READWRITE, Guard}));
+    constexpr DWORD guard = 0;  // reserved, but not committed
+    EXPECT_EQ(accesses, (std::vector<DWORD>{PAGE_READWRITE, guard, PAGE_READWRITE, guard}));
 }
 
 TEST_F(GuardedHeapTest, FreedMemoryOfDllIsInaccessible) {

@@ -20,8 +20,8 @@ inline void PrintTo(const NumberText& number, std::ostream* out) {
 }
 
 inline std::vector<NumberText> NumberTexts() {
-    constexpr std::int32_t Largest = std::numeric_limits<std::int32_t>::max();
-    constexpr std::int32_t Smallest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
     return {
         {"Digits", "42", 42},
         {"LeadingZeros", "007", 7},
@@ -42,13 +42,13 @@ inline std::vector<NumberText> NumberTexts() {
         {"SignAlone", "-", 0},
         {"TwoSigns", "+-5", 0},
         {"SpaceBehindTheSign", "- 5", 0},
-        {"Largest", "2147483647", Largest},
-        {"OneMoreThanTheLargest", "2147483648", Largest},
-        {"Smallest", "-2147483648", Smallest},
-        {"OneLessThanTheSmallest", "-2147483649", Smallest},
-        {"LargestPlusTheRangeOf32Bits", "6442450943", Largest},
-        {"FarAboveTheRangeOf64Bits", "184467440737095516170", Largest},
-        {"FarBelowTheRangeOf64Bits", "-184467440737095516170", Smallest},
+        {"Largest", "2147483647", largest},
+        {"OneMoreThanTheLargest", "2147483648", largest},
+        {"Smallest", "-2147483648", smallest},
+        {"OneLessThanTheSmallest", "-2147483649", smallest},
+        {"LargestPlusTheRangeOf32Bits", "6442450943", largest},
+        {"FarAboveTheRangeOf64Bits", "184467440737095516170", largest},
+        {"FarBelowTheRangeOf64Bits", "-184467440737095516170", smallest},
         {"MoreZerosThanATextFieldHolds", std::string(300, '0') + "5", 5},
         {"MoreSpacesThanATextFieldHolds", std::string(300, ' ') + "-6", -6},
     };
