@@ -126,7 +126,7 @@ TEST_P(UnreadableFileTest, ReadCopiesUnreadableUserSettingsAndStoresDefaults) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(GetParam().xml);
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
-    EXPECT_EQ(ReadFile(KeptFile()), GetParam().xml);
+    EXPECT_EQ(Content(KeptFile()), GetParam().xml);
     EXPECT_EQ(UserSettings(),
               SavedXml{NewUserFile(NewScheme(BalancedText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)))});
 }
@@ -135,7 +135,7 @@ TEST_P(UnreadableFileTest, WriteCopiesUnreadableUserSettingsBeforeReplacing) {
     WriteDefaults(TwoFunctions);
     WriteUserSettings(GetParam().xml);
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
-    EXPECT_EQ(ReadFile(KeptFile()), GetParam().xml);
+    EXPECT_EQ(Content(KeptFile()), GetParam().xml);
     EXPECT_EQ(GetParameter(Balanced), (Params{{1, {11, 12}}, {2, {4, 5}}}));
 }
 
@@ -156,7 +156,7 @@ TEST_P(UnreadableFileTest, UnreadableBaseOrStringTableAffectsNothingElse) {
     ExpectTwoFunctionCatalogue();
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
     CallEveryExport(Dll(), Balanced);
-    EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
+    EXPECT_EQ(Content(installation.BaseFile()), GetParam().xml);
     EXPECT_EQ(ReadFile(installation.StringTableFile()), GetParam().xml);
 }
 
@@ -184,7 +184,7 @@ TEST_F(BadInputTest, TruncatedUserSettingsAreCopiedAndReplaced) {
         SCOPED_TRACE(length);
         WriteUserSettings(whole.substr(0, length));
         EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
-        EXPECT_EQ(ReadFile(KeptFile()), whole.substr(0, length));
+        EXPECT_EQ(Content(KeptFile()), whole.substr(0, length));
     }
 }
 
@@ -194,7 +194,7 @@ TEST_F(BadInputTest, UserSettingsThatBecomeUnreadableDiscardOldValues) {
     EXPECT_EQ(GetParameter(Balanced), StoredForTwoFunctions);
     WriteUserSettings("<broken");
     EXPECT_EQ(GetParameter(Balanced), DefaultsOfTwoFunctions);
-    EXPECT_EQ(ReadFile(KeptFile()), "<broken");
+    EXPECT_EQ(Content(KeptFile()), "<broken");
 }
 
 TEST_F(BadInputTest, ReadableUserSettingsAreReplacedWithoutCopy) {
@@ -208,7 +208,7 @@ TEST_F(BadInputTest, LaterUnreadableFileReplacesEarlierCopy) {
     WriteFile(KeptFile(), "<earlier");
     WriteUserSettings("<later");
     EXPECT_TRUE(SetParameter(Balanced, {{1, {11, 12}}}));
-    EXPECT_EQ(ReadFile(KeptFile()), "<later");
+    EXPECT_EQ(Content(KeptFile()), "<later");
 }
 
 TEST_F(BadInputTest, UnreadableFileIsNotReplacedIfCopyFails) {

@@ -185,7 +185,7 @@ TEST_F(CommonSettingInitTest, NotWellFormedDefaultsAreCopiedAndReplaced) {
     WriteDefaults("<broken");
     EXPECT_TRUE(Init());
     EXPECT_EQ(Defaults(), SavedXml{NewFile});
-    EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.DefaultsFile())), "<broken");
+    EXPECT_EQ(Content(UnreadableCopyOf(installation.DefaultsFile())), "<broken");
 }
 
 TEST_F(CommonSettingInitTest, ExitReleasesBothDocuments) {

@@ -117,7 +117,7 @@ TEST_F(CommonSettingWritingTest, WriteKeepsAllOtherContent) {
         "><Inner C=\"c\"/>text<![CDATA[d < e]]><!--note--></CommonSettings><Last/></Any>\n<!--tail-->\n";
     WriteUserSettings(before + "Name=\"old\"" + behind);
     EXPECT_TRUE(Set(L"Name", L"new"));
-    EXPECT_EQ(UserSettings(), before + "Name=\"new\"" + behind);
+    EXPECT_EQ(UserSettings(), SavedXml{before + "Name=\"new\"" + behind});
 }
 
 TEST_F(CommonSettingWritingTest, WriteLeavesOtherFilesUnchanged) {
@@ -140,7 +140,7 @@ TEST_F(CommonSettingWritingTest, NotWellFormedFileIsCopiedAndReplaced) {
     WriteUserSettings("<broken");
     EXPECT_TRUE(Set(L"Name", L"value"));
     EXPECT_EQ(UserSettings(), SavedXml{NewFileWith(R"(Name="value")")});
-    EXPECT_EQ(ReadFile(UnreadableCopyOf(installation.UserFile())), "<broken");
+    EXPECT_EQ(Content(UnreadableCopyOf(installation.UserFile())), "<broken");
 }
 
 TEST_F(CommonSettingWritingTest, SettingsAndSchemesShareOneFile) {

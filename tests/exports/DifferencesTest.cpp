@@ -40,7 +40,7 @@ class UnknownModeTest : public DifferencesTest, public testing::WithParamInterfa
 TEST_P(UnknownModeTest, UnknownModeListsNothingButLoadsSchemes) {
     WriteDifferentDefaults();
     EXPECT_EQ(Compare(GetParam()), None);
-    EXPECT_EQ(UserSettings(), BothAdopted());
+    EXPECT_EQ(UserSettings(), SavedXml{BothAdopted()});
 }
 
 TEST_P(UnknownModeTest, UnknownModeTranslatesNoName) {
@@ -99,7 +99,7 @@ TEST_F(DifferencesTest, ZeroSchemeIsComparedLikeAnyOther) {
 TEST_F(DifferencesTest, ZeroSchemeIsAdoptedAndStored) {
     WriteDifferentDefaults();
     EXPECT_EQ(Compare(Ac, AllZero, HighPerformance).names, L"- Dim\n\r");
-    EXPECT_EQ(UserSettings(), BothAdopted(AllZeroText));
+    EXPECT_EQ(UserSettings(), SavedXml{BothAdopted(AllZeroText)});
 }
 
 TEST_F(DifferencesTest, FunctionMissingFromCatalogueIsNotListed) {
@@ -247,7 +247,7 @@ TEST_F(DifferencesTest, EqualSchemesLeaveOtherBufferUnchanged) {
 TEST_F(DifferencesTest, NullBuffersStillStoreBothSchemes) {
     WriteDifferentDefaults();
     EXPECT_FALSE(Dll().GetDiffFuncList(&Balanced, &HighPerformance, Ac, nullptr, nullptr));
-    EXPECT_EQ(UserSettings(), BothAdopted());
+    EXPECT_EQ(UserSettings(), SavedXml{BothAdopted()});
 }
 
 TEST_F(DifferencesTest, NullBuffersStillTranslateNames) {
@@ -262,7 +262,7 @@ TEST_F(DifferencesTest, NullBuffersStillTranslateNames) {
 TEST_F(DifferencesTest, BothMissingSchemesAreAdoptedAndStored) {
     WriteDifferentDefaults();
     EXPECT_EQ(CompareNames(), L"- Dim\n\r");
-    EXPECT_EQ(UserSettings(), BothAdopted());
+    EXPECT_EQ(UserSettings(), SavedXml{BothAdopted()});
 }
 
 TEST_F(DifferencesTest, BothIncompleteSchemesAreCompletedAndStored) {

@@ -105,7 +105,10 @@ TEST_F(DocumentsTest, NestedFunctionsSectionIsIgnored) {
 
 TEST_F(DocumentsTest, FirstSaveCreatesDeclarationAndRoot) {
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings().find("<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg>"), 0u);
+    std::string saved = ReadFile(installation.UserFile());
+    std::ranges::replace(saved, '"', '\'');
+    std::erase(saved, '\r');
+    EXPECT_TRUE(saved.starts_with("<?xml version='1.0' encoding='UTF-8'?>\n<OrloPowerCfg>")) << saved;
 }
 
 TEST_F(DocumentsTest, ReadOfMissingSettingCreatesNoFile) {
@@ -191,7 +194,7 @@ TEST_F(DocumentsTest, UnknownContentSurvivesWrite) {
         "<![CDATA[ ]]><CommonSettings C=\"c\"/></OrloPowerCfg>\n<!-- tail -->\n";
     WriteUserSettings(head + before + OldFunction(1, 2, 3) + behind);
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), head + before + OldFunction(1, 5, 6) + behind);
+    EXPECT_EQ(UserSettings(), SavedXml{head + before + OldFunction(1, 5, 6) + behind});
 }
 
 TEST_F(DocumentsTest, DeletedFileClearsSchemesInMemory) {
@@ -276,7 +279,7 @@ protected:
 TEST_F(LongFolderTest, UserFolderOf255UnitsIsUsed) {
     SetLongUserPath(255);
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_EQ(UserSettings(), SavedXml{Created});
 }
 
 TEST_F(LongFolderTest, UserFolderOf256UnitsStoresNothing) {
@@ -363,7 +366,7 @@ TEST_F(DocumentSaveTest, NewContentIsCompleteBeforeReplacingOldFile) {
         return ERROR_SUCCESS;
     };
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(newContent, Updated);
+    EXPECT_EQ(newContent, SavedXml{Updated});
     EXPECT_EQ(oldContent, Stored);
 }
 
@@ -395,14 +398,14 @@ TEST_F(DocumentSaveTest, SavedFileDeclaresAndUsesUtf8) {
 TEST_F(DocumentSaveTest, SaveLeavesNoTemporaryFileOrCopy) {
     WriteStored();
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Updated);
+    EXPECT_EQ(UserSettings(), SavedXml{Updated});
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_FALSE(std::filesystem::exists(Backup()));
 }
 
 TEST_F(DocumentSaveTest, FirstSaveLeavesNoTemporaryFileOrCopy) {
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_EQ(UserSettings(), SavedXml{Created});
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_FALSE(std::filesystem::exists(Backup()));
 }
@@ -411,7 +414,7 @@ TEST_F(DocumentSaveTest, LeftoverTemporaryFileIsReplaced) {
     WriteStored();
     WriteFile(TemporaryFile(), std::string(10000, 'x'));
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Updated);
+    EXPECT_EQ(UserSettings(), SavedXml{Updated});
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
@@ -434,7 +437,7 @@ TEST_F(DocumentSaveTest, FileOpenWithoutSharingStaysUnchanged) {
     EXPECT_EQ(UserSettings(), Stored);
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Updated);
+    EXPECT_EQ(UserSettings(), SavedXml{Updated});
 }
 
 TEST_F(DocumentSaveTest, FileOpenForReadingStaysUnchanged) {
@@ -470,21 +473,21 @@ TEST_F(DocumentSaveTest, FileThatBecomesAccessibleIsReplaced) {
     SetFunctionOne();
     CloseHandle(holder);
     SetFunctionOne();
-    EXPECT_EQ(UserSettings(), Updated);
+    EXPECT_EQ(UserSettings(), SavedXml{Updated});
 }
 
 TEST_F(DocumentSaveTest, NotWellFormedFileIsCopied) {
     WriteUserSettings("<OrloPowerCfg><PowerSchemes>");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Created);
-    EXPECT_EQ(ReadFile(Backup()), "<OrloPowerCfg><PowerSchemes>");
+    EXPECT_EQ(UserSettings(), SavedXml{Created});
+    EXPECT_EQ(Content(Backup()), "<OrloPowerCfg><PowerSchemes>");
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
 }
 
 TEST_F(DocumentSaveTest, EmptyFileIsCopied) {
     WriteUserSettings("");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_EQ(UserSettings(), SavedXml{Created});
     EXPECT_TRUE(std::filesystem::exists(Backup()));
 }
 
@@ -515,7 +518,7 @@ TEST_F(DocumentSaveTest, FileThatBecomesUnreadableIsCopied) {
     EXPECT_TRUE(SetFunctionOne());
     WriteUserSettings("broken");
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), Created);
+    EXPECT_EQ(UserSettings(), SavedXml{Created});
     EXPECT_EQ(ReadFile(Backup()), "broken");
 }
 

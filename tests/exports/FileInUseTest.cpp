@@ -159,6 +159,8 @@ protected:
         return file == SavedFile::Defaults ? OldDefaultsFile : OldSettings;
     }
 
+    void RestoreFile(SavedFile file) const { WriteFile(PathOf(file), InSelectedForm(OldContentOf(file))); }
+
     void ReadBothFiles() {
         EXPECT_EQ(Dll().GetFuncCount(), 2u);
         EXPECT_FALSE(Dll().GetCommonSetting(L"Missing", nullptr));
@@ -169,9 +171,9 @@ protected:
         ReadBothFiles();
         EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
         Unload();
-        std::string content = ReadFile(PathOf(saving.file));
+        std::string content = Content(PathOf(saving.file));
         EXPECT_NE(content, OldContentOf(saving.file));
-        WriteFile(PathOf(saving.file), OldContentOf(saving.file));
+        RestoreFile(saving.file);
         return content;
     }
 
@@ -198,7 +200,7 @@ protected:
         Unload();
         ReadBothFiles();
         EXPECT_EQ(saving.call(Dll()), saving.whenSaved);
-        EXPECT_EQ(ReadFile(PathOf(saving.file)), saved);
+        EXPECT_EQ(Content(PathOf(saving.file)), saved);
         EXPECT_EQ(Everything(), before);
     }
 
@@ -215,14 +217,14 @@ protected:
     static const SavingCall& Saving() { return GetParam(); }
     std::filesystem::path Path() const { return PathOf(Saving().file); }
     const std::string& OldContent() const { return OldContentOf(Saving().file); }
-    std::string Content() const { return ReadFile(Path()); }
+    std::string CurrentContent() const { return Content(Path()); }
 
     void ExpectUnchangedWhileOpen(std::span<const OpenMode> modes, bool result) {
         const std::string saved = ContentSavedBy(Saving());
         for (const OpenMode& mode : modes) {
             SCOPED_TRACE(mode.name);
             EXPECT_EQ(CallWhileOpen(mode, Saving()), result);
-            EXPECT_EQ(Content(), OldContent());
+            EXPECT_EQ(CurrentContent(), OldContent());
             EXPECT_EQ(Everything(), before);
             Unload();
         }
@@ -238,7 +240,7 @@ TEST_P(SavingCallTest, ReadOnlyFileIsUnchanged) {
         ReadBothFiles();
         const ReadOnlyFile file{Path()};
         EXPECT_EQ(Saving().call(Dll()), Saving().whenNotSaved);
-        EXPECT_EQ(Content(), OldContent());
+        EXPECT_EQ(CurrentContent(), OldContent());
         EXPECT_EQ(Everything(), before);
     }
     ExpectNextSaveWorks(Saving(), saved);
@@ -260,10 +262,10 @@ TEST_P(SavingCallTest, FileSharedForWritingIsSaved) {
     for (const OpenMode& mode : AllowingWrites) {
         SCOPED_TRACE(mode.name);
         EXPECT_EQ(CallWhileOpen(mode, Saving()), Saving().whenSaved);
-        EXPECT_EQ(Content(), saved);
+        EXPECT_EQ(CurrentContent(), saved);
         EXPECT_EQ(Everything(), before);
         Unload();
-        WriteFile(Path(), OldContent());
+        RestoreFile(Saving().file);
     }
 }
 
@@ -272,11 +274,12 @@ TEST_P(SavingCallTest, FileInUseIsSavedCompletelyOrUnchanged) {
     for (const OpenMode& mode : SystemDependent) {
         SCOPED_TRACE(mode.name);
         const bool result = CallWhileOpen(mode, Saving());
-        const bool isSaved = Content() != OldContent();
-        EXPECT_TRUE(!isSaved || (result == Saving().whenSaved && Content() == saved)) << Content();
+        const bool isSaved = CurrentContent() != OldContent();
+        EXPECT_TRUE(!isSaved || (result == Saving().whenSaved && CurrentContent() == saved))
+            << CurrentContent();
         EXPECT_EQ(Everything(), before);
         Unload();
-        WriteFile(Path(), OldContent());
+        RestoreFile(Saving().file);
     }
 }
 

@@ -21,7 +21,7 @@ class MissingBaseFunctionsTest : public FunctionBaseFileTest, public testing::Wi
 TEST_P(MissingBaseFunctionsTest, FileWithoutFunctionsYieldsNoRecords) {
     WriteBase(GetParam().xml);
     EXPECT_EQ(GetFunctionBase(), Records{});
-    EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
+    EXPECT_EQ(Content(installation.BaseFile()), GetParam().xml);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -145,7 +145,7 @@ TEST_F(FunctionBaseFileTest, MarkersOfAnotherProcessDoNotBlockRead) {
 TEST_F(FunctionBaseFileTest, ReadWritesNoFile) {
     RecordsOf(BaseFunction(1));
     Unload();
-    EXPECT_EQ(ReadFile(installation.BaseFile()),
+    EXPECT_EQ(Content(installation.BaseFile()),
               "<ZOTBase><Functions>" + BaseFunction(1) + "</Functions></ZOTBase>");
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
     EXPECT_FALSE(HasUserSettings());

@@ -121,7 +121,7 @@ protected:
             failed = DomMethodFailingOnce::HasFailed();
         }
         for (std::int32_t last = 0; last <= 3; ++last)
-            if (Defaults() == OldDefaults(WrittenUpTo(last)))
+            if (SavedXml{OldDefaults(WrittenUpTo(last))} == Defaults())
                 return last;
         return -1;
     }
@@ -218,7 +218,7 @@ protected:
 
     void ExpectNextSaveWorks(const std::string& kept) {
         Replace({Record(20)});
-        EXPECT_EQ(Defaults(), kept);
+        EXPECT_EQ(Defaults(), SavedXml{kept});
     }
 
     inline static const std::string Replaced = OldDefaults(Written(20));
@@ -342,7 +342,7 @@ TEST_F(BusyDefaultsTest, FileBusyAtLoadIsCreatedAfterDeletion) {
     Replace({Record(1)});
     std::filesystem::remove(installation.DefaultsFile());
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
+    EXPECT_EQ(Defaults(), SavedXml{NewDefaults(Written(1))});
 }
 
 TEST_F(BusyDefaultsTest, FileIsSavedWhileMarkerExists) {
@@ -379,8 +379,8 @@ protected:
 
 TEST_F(MalformedDefaultsTest, MalformedFileIsReplacedAndCopied) {
     Replace({Record(1)});
-    EXPECT_EQ(Defaults(), NewDefaults(Written(1)));
-    EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
+    EXPECT_EQ(Defaults(), SavedXml{NewDefaults(Written(1))});
+    EXPECT_EQ(Content(KeptDefaults()), "<ZOTDefault><Functions>");
 }
 
 TEST_F(MalformedDefaultsTest, LaterSavesKeepCopyOfMalformedFile) {
@@ -388,7 +388,7 @@ TEST_F(MalformedDefaultsTest, LaterSavesKeepCopyOfMalformedFile) {
     Replace({Record(2)});
     Unload();
     Replace({Record(3)});
-    EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
+    EXPECT_EQ(Content(KeptDefaults()), "<ZOTDefault><Functions>");
 }
 
 TEST_F(MalformedDefaultsTest, FailedCopyPreventsReplacementOfMalformedFile) {
@@ -400,8 +400,8 @@ TEST_F(MalformedDefaultsTest, FailedCopyPreventsReplacementOfMalformedFile) {
 
 TEST_F(MalformedDefaultsTest, MalformedFileIsReplacedEvenWithoutRecords) {
     Replace({RecordWith(1, {})});
-    EXPECT_EQ(Defaults(), NewDefaults(""));
-    EXPECT_EQ(ReadFile(KeptDefaults()), "<ZOTDefault><Functions>");
+    EXPECT_EQ(Defaults(), SavedXml{NewDefaults("")});
+    EXPECT_EQ(Content(KeptDefaults()), "<ZOTDefault><Functions>");
 }
 
 }  // namespace ZOTDam::Test

@@ -35,7 +35,7 @@ protected:
 TEST_F(WrittenFormTest, RecordIsWrittenToNewFile) {
     RemoveDefaults();
     Replace({DistinctRecord()});
-    EXPECT_EQ(Defaults(), NewDefaults(Distinct));
+    EXPECT_EQ(Defaults(), SavedXml{NewDefaults(Distinct)});
 }
 
 TEST_F(WrittenFormTest, RecordIsWrittenToExistingFile) {
@@ -339,7 +339,7 @@ TEST_F(FunctionDefaultsTest, ContentOutsideSectionIsPreserved) {
         "</Functions><![CDATA[d < e]]><Function ID=\"9\"/><Last/></Any>\n<!--tail-->\n";
     WriteDefaults(before + Functions({1, 2}) + behind);
     Replace({Record(3)});
-    EXPECT_EQ(Defaults(), before + Written(3) + behind);
+    EXPECT_EQ(Defaults(), SavedXml{before + Written(3) + behind});
 }
 
 TEST_F(FunctionDefaultsTest, OnlyFirstSectionIsReplaced) {

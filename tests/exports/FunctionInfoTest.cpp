@@ -337,7 +337,7 @@ TEST_F(FunctionInfoTest, EnumerationWritesNoFile) {
     WriteEntries(German());
     InfoOf(DimAndRate);
     Unload();
-    EXPECT_EQ(ReadFile(installation.StringTableFile()), StringTable(German()));
+    EXPECT_EQ(Content(installation.StringTableFile()), StringTable(German()));
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>" + std::string{DimAndRate} + "</Functions></ZOTDefault>");
     EXPECT_FALSE(HasUserSettings());
 }

@@ -200,7 +200,7 @@ TEST_P(TerminationDuringSaveTest, FirstFileIsMissingOrComplete) {
 TEST_P(TerminationDuringSaveTest, DefaultsHaveOldOrNewFunctions) {
     const std::string before = Defaults();
     SaveInExitingProcess(ReplaceAndExit);
-    EXPECT_EQ(Defaults(), GetParam().isStored ? FileOfFunctions(100) : before);
+    EXPECT_EQ(Defaults(), SavedXml{GetParam().isStored ? FileOfFunctions(100) : before});
     ReplaceFunctions(Dll(), 200);
     EXPECT_EQ(Defaults(), SavedXml{FileOfFunctions(200)});
     EXPECT_FALSE(std::filesystem::exists(TemporaryFileOf(installation.DefaultsFile())));
@@ -216,7 +216,7 @@ TEST_P(TerminationDuringCopyTest, MalformedFileIsUnchanged) {
     SaveInExitingProcess();
     EXPECT_EQ(UserSettings(), "<unreadable");
     ExpectNextSaveWorks();
-    EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
+    EXPECT_EQ(Content(KeptFile()), "<unreadable");
 }
 
 // ---- Leftover files ----
@@ -318,14 +318,14 @@ TEST_F(FailedFileOperationTest, FailedCopyLeavesMalformedFileUnchanged) {
     EXPECT_EQ(UserSettings(), "<unreadable");
     EXPECT_FALSE(std::filesystem::exists(TemporaryFile()));
     ExpectNextSaveWorks();
-    EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
+    EXPECT_EQ(Content(KeptFile()), "<unreadable");
 }
 
 TEST_F(FailedFileOperationTest, FailedMoveLeavesMalformedFileAndItsCopy) {
     WriteUserSettings("<unreadable");
     SaveWithFailing(Replacements);
     EXPECT_EQ(UserSettings(), "<unreadable");
-    EXPECT_EQ(ReadFile(KeptFile()), "<unreadable");
+    EXPECT_EQ(Content(KeptFile()), "<unreadable");
     ExpectNextSaveWorks();
 }
 

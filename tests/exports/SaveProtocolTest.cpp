@@ -34,13 +34,13 @@ protected:
     }
 
     void ExpectOnlyNewFile() const {
-        EXPECT_EQ(UserSettings(), New);
+        EXPECT_EQ(UserSettings(), SavedXml{New});
         EXPECT_EQ(FileCount(), 1);
     }
 
     // Expects that the file was replaced, not written.
     void ExpectAtomicSave(const SaveCalls& calls) const {
-        EXPECT_EQ(UserSettings(), New);
+        EXPECT_EQ(UserSettings(), SavedXml{New});
         EXPECT_TRUE(calls.AreAtomic()) << testing::PrintToString(calls.made);
     }
 
@@ -141,7 +141,7 @@ TEST_P(OpenTargetTest, SaveReportsWhatTheFileContains) {
         };
         const bool isSaved = Save();
         program.reset();
-        EXPECT_EQ(UserSettings(), isSaved ? New : Old);
+        EXPECT_EQ(UserSettings(), SavedXml{isSaved ? New : Old});
         EXPECT_EQ(FileCount(), 1);
         calls.after = [](SaveCall) {};
         EXPECT_TRUE(Save());

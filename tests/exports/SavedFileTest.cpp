@@ -54,7 +54,7 @@ protected:
 
     // Expects that the folder contains only the file.
     void ExpectOnlyFile(const std::string& content) const {
-        EXPECT_EQ(UserSettings(), content);
+        EXPECT_EQ(UserSettings(), SavedXml{content});
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator{File().parent_path()}, {}), 1);
     }
 
@@ -171,7 +171,7 @@ TEST_P(ProtectedLeftoverFileTest, ProtectedOldCopyIsReplacedByNewCopy) {
     WriteFile(UnreadableCopy(), "an older one");
     SetFileAttributesW(UnreadableCopy().c_str(), GetParam());
     EXPECT_TRUE(Save());
-    EXPECT_EQ(ReadFile(UnreadableCopy()), "<unreadable");
+    EXPECT_EQ(Content(UnreadableCopy()), "<unreadable");
 }
 
 TEST_F(SavedFileTest, MalformedFileIsUnchangedIfCopyFlushFails) {

@@ -423,7 +423,7 @@ TEST_F(SchemeReadingTest, CompletionKeepsAllOtherContent) {
     WriteFunctions(ThreeDefaults);
     WriteUserSettings(before + after);
     GetParameter(Balanced);
-    EXPECT_EQ(UserSettings(), before + NewFunction(2, 21, 22) + NewFunction(3, 31, 32) + after);
+    EXPECT_EQ(UserSettings(), SavedXml{before + NewFunction(2, 21, 22) + NewFunction(3, 31, 32) + after});
 }
 
 TEST_F(SchemeReadingTest, CompletionUsesDefaultItemOfScheme) {

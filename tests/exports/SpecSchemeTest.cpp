@@ -177,7 +177,7 @@ class MissingSpecSchemesTest : public SpecSchemeTest, public testing::WithParamI
 TEST_P(MissingSpecSchemesTest, NoSchemesAreReturnedAndFileIsUnchanged) {
     WriteBase(GetParam().xml);
     EXPECT_EQ(GetSpecScheme(), Schemes{});
-    EXPECT_EQ(ReadFile(installation.BaseFile()), GetParam().xml);
+    EXPECT_EQ(Content(installation.BaseFile()), GetParam().xml);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -448,7 +448,7 @@ TEST_F(SpecSchemeTest, BusyMarkersDoNotPreventRead) {
 TEST_F(SpecSchemeTest, EnumerationWritesNoFile) {
     SchemesOf(FullSection());
     Unload();
-    EXPECT_EQ(ReadFile(installation.BaseFile()), FileWith(FullSection()));
+    EXPECT_EQ(Content(installation.BaseFile()), FileWith(FullSection()));
     EXPECT_FALSE(std::filesystem::exists(installation.DefaultsFile()));
     EXPECT_FALSE(HasUserSettings());
 }

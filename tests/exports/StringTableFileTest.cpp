@@ -352,7 +352,7 @@ class MalformedStringTableTest : public StringTableTest, public testing::WithPar
 
 TEST_P(MalformedStringTableTest, MalformedFileMakesTableEmpty) {
     EXPECT_EQ(TextInTable(GetParam().xml), L"Key");
-    EXPECT_EQ(ReadFile(installation.StringTableFile()), GetParam().xml);
+    EXPECT_EQ(Content(installation.StringTableFile()), GetParam().xml);
 }
 
 INSTANTIATE_TEST_SUITE_P(, MalformedStringTableTest,

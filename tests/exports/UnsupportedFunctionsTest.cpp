@@ -316,7 +316,7 @@ TEST_F(UnsupportedFunctionsTest, EnumerationWritesNoFile) {
     WriteFunctions(Function(1));
     EXPECT_EQ(UnsupportedIds(), IdList{2});
     Unload();
-    EXPECT_EQ(ReadFile(installation.BaseFile()), "<ZOTBase><Functions>" + base + "</Functions></ZOTBase>");
+    EXPECT_EQ(Content(installation.BaseFile()), "<ZOTBase><Functions>" + base + "</Functions></ZOTBase>");
     EXPECT_EQ(Defaults(), "<ZOTDefault><Functions>" + Function(1) + "</Functions></ZOTDefault>");
     EXPECT_FALSE(HasUserSettings());
 }

@@ -1,4 +1,5 @@
-// Changes the output of each save to a stream, for a scope. COM must be initialised.
+// Changes the output of each save to a stream, for a scope. An object inside the scope of another one changes
+// the output of that one. COM must be initialised.
 #pragma once
 
 #include <windows.h>
@@ -7,8 +8,10 @@
 #include <shlwapi.h>
 
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "support/DomMethods.h"
 #include "xml/ComOwners.h"
@@ -19,12 +22,13 @@ class DomOutput {
 public:
     using Change = std::string (*)(std::string_view text);
 
-    explicit DomOutput(Change outputChange) : patch{DomMethod::Save, &Save} {
-        change = outputChange;
-        original = patch.Original<Method>();
+    explicit DomOutput(Change outputChange) : change{outputChange}, outer{std::exchange(current, this)} {
+        if (outer == nullptr)
+            original = patch.emplace(DomMethod::Save, &Save).Original<Method>();
     }
     DomOutput(const DomOutput&) = delete;
     DomOutput& operator=(const DomOutput&) = delete;
+    ~DomOutput() { current = outer; }
 
 private:
     using Method = HRESULT WINAPI(IXMLDOMDocument*, VARIANT);
@@ -37,8 +41,12 @@ private:
         V_VT(&stream) = VT_UNKNOWN;
         V_UNKNOWN(&stream) = memory.get();
         const HRESULT result = original(document, stream);
-        Write(V_UNKNOWN(&target), change(ReadAll(*memory)));
+        Write(V_UNKNOWN(&target), current->Changed(ReadAll(*memory)));
         return result;
+    }
+
+    std::string Changed(const std::string& text) const {
+        return change(outer != nullptr ? outer->Changed(text) : text);
     }
 
     static std::string ReadAll(IStream& stream) {
@@ -58,9 +66,11 @@ private:
         output->Write(text.data(), static_cast<ULONG>(text.size()), nullptr);
     }
 
-    inline static Change change = nullptr;
+    inline static DomOutput* current = nullptr;
     inline static Method* original = nullptr;
-    DomMethodPatch patch;
+    Change change;
+    DomOutput* outer;
+    std::optional<DomMethodPatch> patch;
 };
 
 }  // namespace ZOTDam::Test

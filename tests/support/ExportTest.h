@@ -62,8 +62,9 @@ protected:
     void WriteStringTable(std::string_view xml) const {
         WriteFile(installation.StringTableFile(), InSelectedForm(xml));
     }
-    std::string UserSettings() const { return FromSelectedForm(ReadFile(installation.UserFile())); }
-    std::string Defaults() const { return FromSelectedForm(ReadFile(installation.DefaultsFile())); }
+    static std::string Content(const std::filesystem::path& file) { return FromSelectedForm(ReadFile(file)); }
+    std::string UserSettings() const { return Content(installation.UserFile()); }
+    std::string Defaults() const { return Content(installation.DefaultsFile()); }
 
     // Collects the items that the export enumerates. The test fails if the export returns false.
     Params GetParameter(const GUID& scheme) { return Collect(Dll().GetParameter, scheme); }

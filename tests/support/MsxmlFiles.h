@@ -26,9 +26,11 @@ inline std::string AsMsxmlWrites(std::string_view xml) {
 
 inline constexpr std::string_view AddedDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n";
 
-// Returns a file of a test in the selected form. Files that do not begin with an element stay unchanged.
+// Returns a file of a test in the selected form. Files that do not begin with an element in UTF-8 stay
+// unchanged.
 inline std::string InSelectedForm(std::string_view xml) {
-    if (!ImitatesMsxml() || !xml.starts_with('<') || xml.substr(1, 1).find_first_of("?!") == 0)
+    constexpr std::string_view otherBeginnings{"?!\0", 3};
+    if (!ImitatesMsxml() || !xml.starts_with('<') || xml.substr(1, 1).find_first_of(otherBeginnings) == 0)
         return std::string{xml};
     return std::string{AddedDeclaration} + AsMsxmlWrites(std::string{xml} + "\n");
 }
