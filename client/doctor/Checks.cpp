@@ -55,7 +55,7 @@ bool IsNumber(std::wstring_view text) {
 
 // Uses the same function as the library.
 std::int32_t ReadNumber(const std::wstring& text) {
-    return static_cast<std::int32_t>(_wtol(text.c_str()));
+    return static_cast<std::int32_t>(std::wcstol(text.c_str(), nullptr, 10));
 }
 
 // Returns whether a string has the form that the library accepts: 36 characters without braces.

@@ -1,6 +1,7 @@
 #include "xml/VariantFromString.h"
 
 #include <cstdlib>
+#include <cwchar>
 
 namespace ZOTDam {
 
@@ -11,16 +12,21 @@ const wchar_t* OrEmpty(const wchar_t* text) noexcept {
     return text != nullptr ? text : L"";
 }
 
+// Not _wtoi or _wtol: in some C runtimes, they wrap around instead of saturating.
+long ToLong(BSTR text) noexcept {
+    return std::wcstol(OrEmpty(text), nullptr, 10);
+}
+
 }  // namespace
 
 void FillFromString(_variant_t& value, BSTR text) {
     switch (V_VT(&value)) {
         case VT_I2:
         case VT_BOOL:
-            V_I2(&value) = static_cast<SHORT>(_wtoi(OrEmpty(text)));
+            V_I2(&value) = static_cast<SHORT>(ToLong(text));
             break;
         case VT_I4:
-            V_I4(&value) = _wtol(OrEmpty(text));
+            V_I4(&value) = ToLong(text);
             break;
         case VT_R4:
             V_R4(&value) = static_cast<float>(_wtof(OrEmpty(text)));

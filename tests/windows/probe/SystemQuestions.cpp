@@ -3,7 +3,6 @@
 #include <rpc.h>
 
 #include <climits>
-#include <cstdlib>
 #include <cwchar>
 #include <fstream>
 #include <string_view>
@@ -152,7 +151,8 @@ std::string FormatGuid() {
 }
 
 std::string NumberTooLarge() {
-    return YesOrNo(_wtol(L"99999999999") == LONG_MAX && _wtol(L"-99999999999") == LONG_MIN);
+    return YesOrNo(std::wcstol(L"99999999999", nullptr, 10) == LONG_MAX &&
+                   std::wcstol(L"-99999999999", nullptr, 10) == LONG_MIN);
 }
 
 std::string CaseOfOtherLetters() {
