@@ -30,14 +30,17 @@ bool UpdateFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
     return true;
 }
 
+// A function is appended when it is complete, because one without an ID would prevent all later saves of its
+// scheme (Compatibility: C35).
 void AppendFunctions(IXMLDOMElement* schemeElement, const ParamMap& params,
                      const std::set<std::int32_t>& handledIds) {
     for (const auto& [id, value] : params) {
         if (handledIds.contains(id))
             continue;
-        const IXMLDOMElementPtr function = CreateChild(schemeElement, Elements::Function);
+        const IXMLDOMElementPtr function = CreateElement(schemeElement, Elements::Function);
         WriteAttribute(function, Attributes::ID, id);
         WriteParamValue(function, value);
+        AppendChild(schemeElement, function);
     }
 }
 
@@ -71,8 +74,10 @@ bool WriteSchemeParameters(const GUID& scheme, IXMLDOMElement* powerSchemes, con
     const CGuidString guid{scheme};
     IXMLDOMElementPtr schemeElement = FindScheme(powerSchemes, guid);
     if (!schemeElement) {
-        schemeElement = CreateChild(powerSchemes, Elements::PowerScheme);
+        schemeElement = CreateElement(powerSchemes, Elements::PowerScheme);
         WriteAttribute(schemeElement, Attributes::GUID, guid.c_str());
+        // Appended when it is complete, because a scheme without a GUID hides later ones. Compatibility: C33.
+        AppendChild(powerSchemes, schemeElement);
     }
     return WriteFunctionParameters(schemeElement, params);
 }
