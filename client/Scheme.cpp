@@ -56,7 +56,7 @@ GUID ParseScheme(std::string_view text) {
     if (IsSameIgnoringCase(text, ActiveSchemeAlias))
         return RequireActiveScheme();
     GUID scheme = {};
-    // The library does not accept the all-zero GUID as a scheme.
+    // For the all-zero GUID, four exports do nothing and report no error. Compatibility: C5.
     if (!ParseGuid(text, scheme) || scheme == GUID{})
         throw UsageError{"\"" + std::string{text} + "\" is not a power scheme: specify its GUID, or " +
                          SchemeNames() + SuggestionFor(text, SchemeWords())};

@@ -416,8 +416,7 @@ bool TEVGetParam(const GUID* scheme);
 // Retrieves the selected options of one function in the scheme that TEVGetParam loaded. For a function that
 // is missing from the scheme, retrieves the first options of its lists. Compatibility: C39, C40, C41, C42.
 //  - position: the zero-based position of the function in the catalogue, by ascending id. A position of 2^31
-//  or
-//    more means the first function if the catalogue has more than one.
+//    or more means the first function if the catalogue has more than one.
 //  - value: receives the options, 12 bytes. A field is left unchanged when the parameter is not a position in
 //    the list of options.
 // Returns false and leaves `value` unchanged when no parameters are loaded, when the catalogue has no such

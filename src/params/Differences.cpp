@@ -36,7 +36,8 @@ const PowerSource* ComparedSource(std::uint32_t mode) noexcept {
     }
 }
 
-// The value of a label without a text is an empty line. Compatibility: C47.
+// Appends the name of a function and the label of the option that scheme B selects. Without a text for the
+// label, its line is empty. Compatibility: C47.
 void AppendDifference(FunctionRecord& function, const DisplayItem* selected, DifferenceTexts& texts) {
     Text value = {};
     if (CStringTableControler* const stringTable = StringTableDocument.Get()) {

@@ -220,11 +220,12 @@ bool IsPartOf(std::string_view found, std::string_view content) noexcept {
                       [](char byte, char expected) { return byte == expected || byte == '\0'; });
 }
 
-// Returns whether the redo file is no longer needed.
+// Completes a write in place with the content of the redo file, unless the target is complete. Returns
+// whether the redo file is no longer needed.
 bool Redo(const std::wstring& path, std::string_view content) {
     const CFile target{OpenForWriting(path)};
     std::string found;
-    // A complete file is an older one that was not yet written to, or a newer one.
+    // Other content is the old one, of which nothing was overwritten, or a newer one.
     return target.IsOpen() && target.Read(found) && (!IsPartOf(found, content) || Overwrite(target, content));
 }
 

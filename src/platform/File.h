@@ -53,7 +53,7 @@ private:
 // path, not the file that the link names, which can be a file of another user.
 inline constexpr DWORD DoNotFollowLinks = FILE_FLAG_OPEN_REPARSE_POINT;
 
-// Returns false also for a folder.
+// Returns whether the path names an existing file, not a folder.
 bool IsFile(const std::wstring& path) noexcept;
 
 // Opens an existing file for reading. While it is open, other programs can read, rename and delete the file,

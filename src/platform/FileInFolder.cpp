@@ -6,10 +6,9 @@ namespace ZOTDam {
 
 namespace {
 
-// Some paths become longer by an extension such as ".unreadable". The prefix is only valid before an
-// absolute, normalised path.
+// The prefix is only valid before an absolute, normalised path.
 bool NeedsPrefix(std::wstring_view path) noexcept {
-    constexpr std::size_t longestExtension = 12;
+    constexpr std::size_t longestExtension = 12;  // ".unreadable" and the terminating zero
     const auto contains = [path](std::wstring_view part) {
         return path.find(part) != std::wstring_view::npos;
     };

@@ -43,11 +43,13 @@ bool CGuardedProfile::Save() noexcept {
         if (!marker.IsAcquired())
             return true;
         CompleteInterruptedWrite(Path());
-        // If the file does not exist, for whatever reason, a save cannot destroy data.
-        const LoadResult contentAtRisk = IsFile(Path()) ? loadResult : LoadResult::Loaded;
-        if (contentAtRisk == LoadResult::NotRead)
+        // Without a file, a save cannot destroy content that this process has not read.
+        const bool replacesFile = IsFile(Path());
+        if (replacesFile && loadResult == LoadResult::NotRead)
             return true;
-        return contentAtRisk != LoadResult::Failed && ReplaceFile();
+        if (replacesFile && loadResult == LoadResult::Failed)
+            return false;
+        return ReplaceFile();
     });
 }
 
@@ -67,7 +69,7 @@ bool CGuardedProfile::ReplaceFile() {
     return true;
 }
 
-// A file without loadable content is about to be overwritten, so a copy of it is kept.
+// A file that is not well-formed is about to be replaced, so a copy of it is kept.
 bool CGuardedProfile::BackUpUnreadableFile() const {
     return loadResult != LoadResult::NotWellFormed || !FileExists() ||
            CopyAndFlush(Path(), Path() + L".unreadable");

@@ -63,11 +63,11 @@ bool CZOTProfile::FileExists() const noexcept {
 CZOTProfile::LoadResult CZOTProfile::Load() noexcept {
     ForgetFileState();
     LoadResult result = LoadResult::Failed;
-    const bool isKnown = FalseOnException([&] {
+    const bool isLoadedOrEmpty = FalseOnException([&] {
         result = ReadAndParse();
         return result == LoadResult::Loaded || Clear();
     });
-    return isKnown ? result : LoadResult::Failed;
+    return isLoadedOrEmpty ? result : LoadResult::Failed;
 }
 
 CZOTProfile::LoadResult CZOTProfile::ReadAndParse() {
@@ -101,7 +101,7 @@ CZOTProfile::LoadResult CZOTProfile::Parse(CFileContent& content) {
     return isLoaded == VARIANT_TRUE ? LoadResult::Loaded : LoadResult::NotWellFormed;
 }
 
-// A failed load does not empty the document if the DOM did not see the file.
+// The DOM empties the document at a failed load, but it does not receive every file that cannot be loaded.
 bool CZOTProfile::Clear() {
     VARIANT_BOOL isLoaded = VARIANT_FALSE;
     return document && SUCCEEDED(document->loadXML(CXmlName{L""}.AsBstr(), &isLoaded));

@@ -27,7 +27,9 @@ public:
     IXMLDOMElementPtr FindRoot() const;
 
 protected:
+    // Returns true also for a folder.
     bool FileExists() const noexcept;
+
     const std::wstring& Path() const noexcept { return path; }
 
     enum class LoadResult : unsigned char {

@@ -63,7 +63,8 @@ void NoteWrittenValue(std::wstring_view value) noexcept {
     hasCriticalValues = hasCriticalValues || value.find_first_of(L"\t\n\r") != std::wstring_view::npos;
 }
 
-// In UTF-8, an attribute contains these characters only as character references.
+// In a file in UTF-8, only a character reference puts a tab or a line break into an attribute. Files in other
+// encodings are not searched.
 void NoteLoadedContent(std::string_view bytes) {
     hasCriticalValues = hasCriticalValues || bytes.find("&#") != std::string_view::npos || !IsUtf8(bytes);
 }

@@ -28,7 +28,7 @@ bool CStringTableControler::Lookup(const wchar_t* key, Text& output) noexcept {
     });
 }
 
-// FNV-1a of the characters with their ASCII letters in lower case.
+// The FNV-1a hash of the key with its ASCII letters in lower case.
 std::size_t CStringTableControler::HashOfKey::operator()(std::wstring_view key) const noexcept {
     std::uint64_t hash = 0xCBF29CE484222325;
     for (const wchar_t character : key)
@@ -48,7 +48,8 @@ void CStringTableControler::ReadEntries() {
     }
 }
 
-// Reads the text on the first lookup, because a table also contains texts for other machines.
+// Reads the text on the first lookup, because a table also contains the texts of functions that are not in
+// use on this machine.
 bool CStringTableControler::ReadText(Entry& entry) {
     if (entry.text)
         return true;
