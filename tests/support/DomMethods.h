@@ -59,6 +59,7 @@ public:
     }
 
 private:
+    // The numbers are the positions of the methods in the function tables of their interfaces.
     void** Slot(DomMethod method) {
         MakeObjects();
         switch (method) {

@@ -65,7 +65,7 @@ inline constexpr UINT InjectedExitCode = 77;
     std::abort();
 }
 
-// The renames of an open file that the system has. Systems differ, and wine has only the plain one.
+// The renames of an open file that the imitated system supports. wine supports only the plain one.
 enum class Renames { OfThisSystem, Posix, Plain, None };
 
 // ---- A rename that replaces open files ----
