@@ -140,7 +140,7 @@ std::vector<Flaw> FlawsOfDefaultParameters() {
              R"(<DefaultItem GUID="8C5E7FDA-E8BF-4A96-9A85-A6E23A8C635C" ACParamIndex="0" DCParamIndex="0"/>)",
          "duplicate-guid", DefaultItem1 + "[2]", OnlyTheFirst,
          [](DoctorTest& test) { ExpectDefaults(test, DefaultsOfHighPerformance, DefaultsOfBalanced); }},
-        {"IndexBehindTheOptions", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="1">)",
+        {"IndexAfterTheOptions", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="1">)",
          R"(<Default ACParamIndex="2" DCParamIndex="1">)", "index-out-of-range", Function1 + "/Default",
          SelectsNone, [](DoctorTest& test) { ExpectOptions(test, PowerSaver, 0, 10); }},
         {"NegativeIndex", File::Defaults, R"(<Default ACParamIndex="0" DCParamIndex="1">)",
@@ -262,7 +262,7 @@ std::vector<Flaw> FlawsOfUserSchemes() {
              EXPECT_EQ(test.GetParameter(Balanced), Params{});
              ExpectNothingStored(test);
          }},
-        {"NoIdBehindOthers", File::UserSettings, second, R"(<Function ACParamIndex="1" DCParamIndex="0"/>)",
+        {"NoIdAfterOthers", File::UserSettings, second, R"(<Function ACParamIndex="1" DCParamIndex="0"/>)",
          "missing-id", UserScheme1 + "/Function[2]", rest + "; it cannot store values in the scheme",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), (Params{{1, {1, 0}}, {2, {0, 0}}}));
@@ -271,7 +271,7 @@ std::vector<Flaw> FlawsOfUserSchemes() {
         {"NoIndex", File::UserSettings, first, R"(<Function ID="1" DCParamIndex="0"/>)", "missing-parameter",
          UserScheme1 + "/Function[1]", empty,
          [](DoctorTest& test) { EXPECT_EQ(test.GetParameter(Balanced), Params{}); }},
-        {"NoIndexBehindOthers", File::UserSettings, second, R"(<Function ID="2" ACParamIndex="1"/>)",
+        {"NoIndexAfterOthers", File::UserSettings, second, R"(<Function ID="2" ACParamIndex="1"/>)",
          "missing-parameter", UserScheme1 + "/Function[2]", rest + ", and stores them",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameter(Balanced), (Params{{1, {1, 0}}, {2, {0, 0}}}));
@@ -293,7 +293,7 @@ std::vector<Flaw> FlawsOfUserSchemes() {
          first + R"(<Function ID="1" ACParamIndex="0" DCParamIndex="1"/>)", "duplicate-id",
          UserScheme1 + "/Function[2]", "the library uses the first one",
          [](DoctorTest& test) { EXPECT_EQ(test.GetParameter(Balanced), StoredForBalanced); }},
-        {"IndexBehindTheOptions", File::UserSettings, first,
+        {"IndexAfterTheOptions", File::UserSettings, first,
          R"(<Function ID="1" ACParamIndex="2" DCParamIndex="0"/>)", "index-out-of-range",
          UserScheme1 + "/Function[1]", SelectsNone,
          [](DoctorTest& test) { ExpectOptions(test, Balanced, 0, 80); }},

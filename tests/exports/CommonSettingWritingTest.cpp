@@ -113,11 +113,11 @@ TEST_F(CommonSettingWritingTest, WriteKeepsAllOtherContent) {
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--head-->\n<Any A=\"a\"><Other/>"
         "<PowerSchemes>" +
         OldScheme(BalancedText, OldFunction(1, 2, 3)) + "</PowerSchemes><CommonSettings B=\"&lt;b&gt;\" ";
-    const std::string behind =
+    const std::string after =
         "><Inner C=\"c\"/>text<![CDATA[d < e]]><!--note--></CommonSettings><Last/></Any>\n<!--tail-->\n";
-    WriteUserSettings(before + "Name=\"old\"" + behind);
+    WriteUserSettings(before + "Name=\"old\"" + after);
     EXPECT_TRUE(Set(L"Name", L"new"));
-    EXPECT_EQ(UserSettings(), SavedXml{before + "Name=\"new\"" + behind});
+    EXPECT_EQ(UserSettings(), SavedXml{before + "Name=\"new\"" + after});
 }
 
 TEST_F(CommonSettingWritingTest, WriteLeavesOtherFilesUnchanged) {

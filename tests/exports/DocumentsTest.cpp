@@ -189,12 +189,12 @@ TEST_F(DocumentsTest, UnknownContentSurvivesWrite) {
         "<Other A=\"a\"><Deep>text</Deep></Other><!-- note --><PowerSchemes B=\"b\">"
         "<Unknown/><PowerScheme GUID=\"" +
         std::string{BalancedText} + "\" Name=\"mine\">";
-    const std::string behind =
+    const std::string after =
         "<![CDATA[a < b]]><!-- in --><Extra/></PowerScheme></PowerSchemes>"
         "<![CDATA[ ]]><CommonSettings C=\"c\"/></OrloPowerCfg>\n<!-- tail -->\n";
-    WriteUserSettings(head + before + OldFunction(1, 2, 3) + behind);
+    WriteUserSettings(head + before + OldFunction(1, 2, 3) + after);
     EXPECT_TRUE(SetFunctionOne());
-    EXPECT_EQ(UserSettings(), SavedXml{head + before + OldFunction(1, 5, 6) + behind});
+    EXPECT_EQ(UserSettings(), SavedXml{head + before + OldFunction(1, 5, 6) + after});
 }
 
 TEST_F(DocumentsTest, DeletedFileClearsSchemesInMemory) {

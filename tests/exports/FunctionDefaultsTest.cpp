@@ -335,11 +335,10 @@ TEST_F(FunctionDefaultsTest, ContentOutsideSectionIsPreserved) {
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!--head-->\n<?tool x=\"1\"?>\n<Any A=\"&lt;a&gt;\">"
         "<CommonSettings B=\"b\"><Inner/></CommonSettings><!--note--><Other>text</Other>"
         "<Functions C=\"c\">";
-    const std::string behind =
-        "</Functions><![CDATA[d < e]]><Function ID=\"9\"/><Last/></Any>\n<!--tail-->\n";
-    WriteDefaults(before + Functions({1, 2}) + behind);
+    const std::string after = "</Functions><![CDATA[d < e]]><Function ID=\"9\"/><Last/></Any>\n<!--tail-->\n";
+    WriteDefaults(before + Functions({1, 2}) + after);
     Replace({Record(3)});
-    EXPECT_EQ(Defaults(), SavedXml{before + Written(3) + behind});
+    EXPECT_EQ(Defaults(), SavedXml{before + Written(3) + after});
 }
 
 TEST_F(FunctionDefaultsTest, OnlyFirstSectionIsReplaced) {

@@ -74,7 +74,7 @@ const Border FurtherBorders[] = {
 const Border TextBorders[] = {
     {"WhiteSpace", U"\t\n\r ", U"\x1\x8\xB\xC\xE\x1F"},
     {"BelowTheSurrogates", U"\xD7FF", U"\xD800\xDBFF"},
-    {"BehindTheSurrogates", U"\xE000", U"\xDC00\xDFFF"},
+    {"AfterTheSurrogates", U"\xE000", U"\xDC00\xDFFF"},
     {"EndOfTheFirstPlane", U"\xFFFD", U"\xFFFE\xFFFF"},
     {"OtherPlanes", U"\x10000\x1FFFE\x1FFFF\x10FFFF", U""},
 };

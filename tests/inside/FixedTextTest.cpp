@@ -47,7 +47,7 @@ std::vector<FixedText> FixedTexts() {
         {"APairAcrossTheCutAndMore", X(258) + Pair + Pair, X(258)},
         {"PairsOnlyAcrossTheCut", L"x" + std::wstring{Pair} + X(255) + Pair + Pair,
          L"x" + std::wstring{Pair} + X(255)},
-        {"APairBehindTheCut", X(259) + Pair, X(259)},
+        {"APairAfterTheCut", X(259) + Pair, X(259)},
         {"HalfAPairBeforeTheCut", X(258) + High + L"x", X(258)},
         {"HalfAPairThatJustFits", X(258) + High, X(258) + High},
         {"TheOtherHalfBeforeTheCut", X(258) + Low + L"x", X(258) + Low},

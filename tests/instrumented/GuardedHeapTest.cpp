@@ -37,9 +37,9 @@ void UseFreed(Action&& action) {
 
 const std::vector<Fault>& Faults() {
     static const std::vector<Fault> faults = {
-        {"ReadingBehindABlock", [] { unit = NewText()[length]; }},
-        {"WritingBehindABlock", [] { NewText()[length] = unit; }},
-        {"ReadingBehindATextOfTheRuntime",
+        {"ReadingAfterABlock", [] { unit = NewText()[length]; }},
+        {"WritingAfterABlock", [] { NewText()[length] = unit; }},
+        {"ReadingAfterATextOfTheRuntime",
          [] {
              const std::wstring text = NewText() + std::wstring(100, unit);
              unit = text.c_str()[text.capacity() + 1];

@@ -37,7 +37,7 @@ const std::vector<Fault>& Faults() {
         {"Overflow", [] { result = largest + one; }},
         {"ShiftByTheWidth", [] { result = one << width; }},
         {"DivisionByZero", [] { result = largest / (one - 1); }},
-        {"IndexBehindAnArray",
+        {"IndexAfterAnArray",
          [] {
              const int numbers[8] = {one};
              result = numbers[count];
@@ -59,8 +59,8 @@ const std::vector<Fault>& Faults() {
              std::memcpy(&truth, const_cast<unsigned char*>(&two), 1);
              result = truth;
          }},
-        {"IndexBehindAVector", [] { result = std::vector<int>(count)[count]; }},
-        {"IndexBehindAText", [] { result = std::wstring(count, L'x')[count + one]; }},
+        {"IndexAfterAVector", [] { result = std::vector<int>(count)[count]; }},
+        {"IndexAfterAText", [] { result = std::wstring(count, L'x')[count + one]; }},
         {"BackOfAnEmptyView",
          [] {
              result = std::wstring_view{L"x", count - 8}.back();

@@ -132,7 +132,7 @@ accepts ZOTPowercfg.xml 'a new file, as the library writes it' <<XML
 XML
 accepts ZOTPowercfg.xml 'no section' <<<'<OrloPowerCfg/>'
 rejects ZOTPowercfg.xml 'another root element' 'No matching global declaration' <<<'<PowerCfg/>'
-rejects ZOTPowercfg.xml 'a scheme without a GUID, which hides those behind it' "The attribute 'GUID' is required" \
+rejects ZOTPowercfg.xml 'a scheme without a GUID, which hides those after it' "The attribute 'GUID' is required" \
     <<<"$(user '<PowerScheme/>')"
 rejects ZOTPowercfg.xml 'a GUID with white space, which is another text' 'is not accepted by the pattern' \
     <<<"$(user "<PowerScheme GUID=' $balanced'/>")"
@@ -141,7 +141,7 @@ rejects ZOTPowercfg.xml 'two schemes with one GUID' 'Duplicate key-sequence' \
 rejects ZOTPowercfg.xml 'two functions with one id in a scheme' 'Duplicate key-sequence' \
     <<<"$(user "<PowerScheme GUID='$balanced'><Function ID='1' ACParamIndex='0' DCParamIndex='0'/>
     <Function ID='1' ACParamIndex='1' DCParamIndex='1'/></PowerScheme>")"
-rejects ZOTPowercfg.xml 'a function without a value, which hides those behind it' \
+rejects ZOTPowercfg.xml 'a function without a value, which hides those after it' \
     "The attribute 'DCParamIndex' is required" \
     <<<"$(user "<PowerScheme GUID='$balanced'><Function ID='1' ACParamIndex='0'/></PowerScheme>")"
 rejects ZOTPowercfg.xml 'a number that does not fit' 'is not a valid value' \

@@ -26,11 +26,11 @@ inline std::string CommandFamilies(const std::string& items) {
 struct TextField {
     std::string name;
     std::string before;
-    std::string behind;
+    std::string after;
     std::wstring (*find)(const FunctionBase& function);
 
     // A function that contains only this text.
-    std::string Function(const std::string& text) const { return before + text + behind; }
+    std::string Function(const std::string& text) const { return before + text + after; }
 };
 
 inline void PrintTo(const TextField& field, std::ostream* out) {
@@ -44,20 +44,20 @@ inline std::vector<TextField> TextFields() {
     const auto ofItem = [](const std::string& item) {
         return "<Function ID=\"2\"><Commands><CommandFamily><" + item + "=\"";
     };
-    const std::string behindFunction = "\"><Commands/></Function>";
-    const std::string behindItem = "\"/></CommandFamily></Commands></Function>";
+    const std::string afterFunction = "\"><Commands/></Function>";
+    const std::string afterItem = "\"/></CommandFamily></Commands></Function>";
     return {
-        {"Name", ofFunction("Name"), behindFunction, [](const FunctionBase& f) { return f.name; }},
-        {"Group", ofFunction("Group"), behindFunction, [](const FunctionBase& f) { return f.group; }},
-        {"SpecInfo1", ofItem("CommandItem SpecInfo1"), behindItem,
+        {"Name", ofFunction("Name"), afterFunction, [](const FunctionBase& f) { return f.name; }},
+        {"Group", ofFunction("Group"), afterFunction, [](const FunctionBase& f) { return f.group; }},
+        {"SpecInfo1", ofItem("CommandItem SpecInfo1"), afterItem,
          [](const FunctionBase& f) { return f.families.at(0).commands.at(0).specInfo1; }},
-        {"Param1", ofItem("CheckExistItem Param1"), behindItem,
+        {"Param1", ofItem("CheckExistItem Param1"), afterItem,
          [](const FunctionBase& f) { return f.families.at(0).checks.at(0).param1; }},
-        {"Param2", ofItem("CheckExistItem Param2"), behindItem,
+        {"Param2", ofItem("CheckExistItem Param2"), afterItem,
          [](const FunctionBase& f) { return f.families.at(0).checks.at(0).param2; }},
-        {"Param3", ofItem("CheckExistItem Param3"), behindItem,
+        {"Param3", ofItem("CheckExistItem Param3"), afterItem,
          [](const FunctionBase& f) { return f.families.at(0).checks.at(0).param3; }},
-        {"Param4", ofItem("CheckExistItem Param4"), behindItem,
+        {"Param4", ofItem("CheckExistItem Param4"), afterItem,
          [](const FunctionBase& f) { return f.families.at(0).checks.at(0).param4; }},
     };
 }

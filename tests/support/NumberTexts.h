@@ -41,7 +41,7 @@ inline std::vector<NumberText> NumberTexts() {
         {"NoText", "", 0},
         {"SignAlone", "-", 0},
         {"TwoSigns", "+-5", 0},
-        {"SpaceBehindTheSign", "- 5", 0},
+        {"SpaceAfterTheSign", "- 5", 0},
         {"Largest", "2147483647", largest},
         {"OneMoreThanTheLargest", "2147483648", largest},
         {"Smallest", "-2147483648", smallest},
