@@ -377,7 +377,8 @@ bool AddFunctionDefault(const FunctionBaseHolder* holder);
 // Enumerates the parameters of a scheme by ascending function id. Reads them from the user settings file. If
 // the scheme or a function of the catalogue is missing there, adds it with its default parameters to the
 // file. A scheme that contains no readable function is not completed, so nothing is enumerated for it.
-// Function 7 or 8 is left out unless the primary display supports both refresh rates of this function.
+// Function 7 or 8 is left out if the primary display does not support one of the first two rates in its list
+// of AC options.
 // Compatibility: C5, C30, C31, C36.
 //  - scheme: the GUID of the scheme. For the all-zero GUID, the export enumerates nothing.
 //  - callback: receives the id and the parameters of each function. Null is allowed.
@@ -415,8 +416,8 @@ bool TEVGetParam(const GUID* scheme);
 
 // Retrieves the selected options of one function in the scheme that TEVGetParam loaded. For a function that
 // is missing from the scheme, retrieves the first options of its lists. Compatibility: C39, C40, C41, C42.
-//  - position: the zero-based position of the function in the catalogue, by ascending id. A position of 2^31
-//    or more means the first function if the catalogue has more than one.
+//  - position: the zero-based position of the function in the catalogue, by ascending id. If the catalogue
+//    has more than one function, a position of 2^31 or more means the first one.
 //  - value: receives the options, 12 bytes. A field is left unchanged when the parameter is not a position in
 //    the list of options.
 // Returns false and leaves `value` unchanged when no parameters are loaded, when the catalogue has no such
