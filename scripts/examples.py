@@ -2,13 +2,13 @@
 """Keeps the examples in docs/clients.md the same as the code in examples/, from which they are taken.
 
     scripts/examples.py --check     fails when they differ
-    scripts/examples.py --update    takes them over
+    scripts/examples.py --update    copies the code to the document
 
-The document names a region of a file in a comment, and the fenced block behind it holds the region's lines:
+The document names a region of a file in a comment, and the fenced block after it contains the region's lines:
 
     <!-- examples/cpp/Settings.cpp: GetSpecScheme -->
 
-In the file, the region lies between "[begin GetSpecScheme]" and "[end GetSpecScheme]".
+In the file, the region is between the lines with "[begin GetSpecScheme]" and "[end GetSpecScheme]".
 """
 import pathlib
 import re

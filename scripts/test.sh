@@ -4,7 +4,7 @@
 # PRESET      another build than the release: debug, clang, guarded, sanitized, ucrt (only on Debian 13)
 # --filter    runs the tests whose names match, as in 'ResetTest.*', or one of the checks in tests/NAME/NAME.sh
 # --list      prints the names of the tests and checks, and runs none
-# --jobs      how many programs run at the same time (default: the number of processors)
+# --jobs      how many programs run at the same time (default: the number of processors, at least 2)
 case " $* " in
     *' --help '* | *' -h '*)
         sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
