@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs all tests and reports the lines and branches of src/ that they reach: a table, and then each line that they do
-# not reach, with its reason from unreached-lines.txt. Fails if a reason is missing or if less than 98 % of the lines
-# are reached.
+# Runs the test programs and reports the lines and branches of src/ that they reach: a table, and then each line that
+# they do not reach, with its reason from unreached-lines.txt. Fails if a reason is missing or if less than 98 % of the
+# lines are reached.
 source "$(dirname "$0")/common.sh"
 preset=coverage
 build=build/$preset
