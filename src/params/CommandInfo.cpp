@@ -32,13 +32,17 @@ CommandInfoRecord ResolveCommand(const CommandItem& command, const FunctionRecor
 }  // namespace
 
 bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandInfoRecord>& output) noexcept {
-    return FalseOnException([&] {
+    const bool isComplete = FalseOnException([&] {
         ParamMap params;
         if (!EnsureFunctionTable(table) || !LoadSchemeParameters(table, scheme, params))
             return false;
         ResolveCommands(table, params, output);
         return true;
     });
+    // A client must not apply a part of a scheme. Compatibility: C36.
+    if (!isComplete)
+        output.clear();
+    return isComplete;
 }
 
 void ResolveCommands(CFunctionTable& table, ParamMap& params, List<CommandInfoRecord>& output) {

@@ -6,7 +6,8 @@
 namespace ZOTDam {
 
 // Appends the commands of every function for which the scheme has parameters, with the options that these
-// parameters select. Returns false and appends nothing when the catalogue or the scheme cannot be loaded.
+// parameters select. Returns false and leaves `output` empty when the catalogue or the scheme cannot be
+// loaded, or when memory is exhausted.
 bool CollectCommandInfo(CFunctionTable& table, const GUID& scheme, List<CommandInfoRecord>& output) noexcept;
 
 // Appends the commands for parameters that are already loaded. If `params` is empty, appends only the

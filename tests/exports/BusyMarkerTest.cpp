@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "support/DataFiles.h"
+#include "support/DomMethods.h"
 #include "support/ExportTest.h"
 #include "support/ImportPatch.h"
 #include "support/MarkerCalls.h"
@@ -272,6 +273,22 @@ TEST_F(BusyMarkerTest, FileBusyDuringLoadIsSavedFromMemory) {
     EXPECT_EQ(UserSettings(),
               SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 52, 53)))});
     EXPECT_TRUE(calls.openHandles.empty());
+}
+
+// A half-built scheme would hide the schemes after it.
+TEST_F(BusyMarkerTest, SchemeThatFailedToBeAddedIsNotSavedLater) {
+    const ComScope com;
+    WriteFiles();
+    {
+        const DomMethodFailingOnce failure{DomMethod::SetAttribute, 1};
+        SetParameter(HighPerformance, {{1, {5, 6}}});
+        EXPECT_TRUE(DomMethodFailingOnce::HasFailed());
+    }
+    MarkerCalls calls{Dll().Handle()};
+    calls.BeBusyAtOpen(1);
+    EXPECT_TRUE(SetParameter(Balanced, {{1, {5, 6}}}));
+    EXPECT_EQ(UserSettings(),
+              SavedXml{OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6) + OldFunction(2, 52, 53)))});
 }
 
 // Changes parameters in memory while the file is busy, so that they are not saved.
