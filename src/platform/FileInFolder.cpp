@@ -13,7 +13,7 @@ bool NeedsPrefix(std::wstring_view path) noexcept {
         return path.find(part) != std::wstring_view::npos;
     };
     return path.size() + longestExtension >= MAX_PATH && path.substr(1, 2) == L":\\" && !contains(L"/") &&
-           !contains(L"\\.\\") && !contains(L"\\..\\");
+           !contains(L"\\\\") && !contains(L"\\.\\") && !contains(L"\\..\\");
 }
 
 }  // namespace
