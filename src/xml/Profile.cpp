@@ -63,11 +63,11 @@ bool CZOTProfile::FileExists() const noexcept {
 CZOTProfile::LoadResult CZOTProfile::Load() noexcept {
     ForgetFileState();
     LoadResult result = LoadResult::Failed;
-    const bool isLoadedOrEmpty = FalseOnException([&] {
+    const bool isLoaded = FalseOnException([&] {
         result = ReadAndParse();
-        return result == LoadResult::Loaded || Clear();
+        return result == LoadResult::Loaded;
     });
-    return isLoadedOrEmpty ? result : LoadResult::Failed;
+    return isLoaded || FalseOnException([&] { return Clear(); }) ? result : LoadResult::Failed;
 }
 
 CZOTProfile::LoadResult CZOTProfile::ReadAndParse() {
@@ -118,13 +118,15 @@ bool CZOTProfile::Write() noexcept {
         DeclareUtf8(document);
         CTextStream stream;
         return document->save(_variant_t{&stream}) == S_OK && stream.IsComplete() &&
-               IsReadBack(stream.Text()) && ReplaceAtomically(path, stream.Text());
+               IsLoadable(stream.Text()) && ReplaceAtomically(path, stream.Text());
     });
 }
 
+bool CZOTProfile::IsLoadable(std::string_view text) const {
+    return text.size() <= MaxFileSize && (!HasCriticalValues() || IsReadBack(text));
+}
+
 bool CZOTProfile::IsReadBack(std::string_view text) const {
-    if (!HasCriticalValues())
-        return true;
     const IXMLDOMDocument2Ptr copy = CreateDocument();
     CFileContent content{static_cast<ULONG>(text.size())};
     std::ranges::copy(text, content.Data());
@@ -140,6 +142,8 @@ IXMLDOMElementPtr CZOTProfile::FindSection(const CXmlName& name) const {
 IXMLDOMElementPtr CZOTProfile::CreateRoot(const CXmlName& name) {
     if (!document)
         return {};
+    // An earlier call that failed may have left a declaration.
+    RemoveChildren(document);
     AppendDeclaration(document);
     return AppendElement(document, document, name);
 }

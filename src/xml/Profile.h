@@ -39,8 +39,7 @@ protected:
         Failed,         // the DOM or memory is not available
     };
 
-    // Loads the file into the document. After NotRead and NotWellFormed, the document is empty. After Failed,
-    // its content is unspecified.
+    // Loads the file into the document. If this fails, the document is empty, unless the DOM cannot empty it.
     LoadResult Load() noexcept;
 
     // Returns whether the file and the document are unchanged since the last load. Returns false when this is
@@ -69,7 +68,8 @@ private:
     // other process can write to it.
     virtual bool IsIncomplete() const { return false; }
 
-    // Returns whether a load of the serialized document would read the values of the document.
+    // Returns whether a load accepts the serialized document and would read its values.
+    bool IsLoadable(std::string_view text) const;
     bool IsReadBack(std::string_view text) const;
 
     LoadResult ReadAndParse();

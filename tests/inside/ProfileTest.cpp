@@ -6,8 +6,10 @@
 #include <optional>
 #include <thread>
 
+#include "platform/File.h"
 #include "platform/FileInFolder.h"
 #include "support/DomLoads.h"
+#include "support/DomOutput.h"
 #include "support/FileTimes.h"
 #include "support/Installation.h"
 #include "support/Markup.h"
@@ -130,6 +132,31 @@ TEST_F(ProfileTest, EmptyPathNamesNoFile) {
 TEST_F(ProfileTest, CreatedRootFollowsXmlDeclaration) {
     profile.CreateRoot(L"Root");
     EXPECT_EQ(Save(), SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n"});
+}
+
+TEST_F(ProfileTest, FailedRootCreationLeavesNoSecondDeclaration) {
+    {
+        const FailingDomMethod failure{DomMethod::CreateElement};
+        EXPECT_THROW(profile.CreateRoot(L"Root"), _com_error);
+    }
+    profile.CreateRoot(L"Root");
+    EXPECT_EQ(Save(), SavedXml{"<?xml version='1.0' encoding='UTF-8'?>\n<Root/>\n"});
+}
+
+TEST_F(ProfileTest, FailedDomLoadLeavesEmptyDocument) {
+    Load("<Old/>");
+    WriteFile(file, "<New/>");
+    const FailingDomMethod failure{DomMethod::Load};
+    EXPECT_EQ(profile.Load(), Result::Failed);
+    EXPECT_EQ(profile.FindRoot(), nullptr);
+}
+
+TEST_F(ProfileTest, DocumentTooLargeToLoadIsNotSaved) {
+    Load("<R/>");
+    const DomOutput spaces{
+        [](std::string_view xml) { return std::string{xml}.append(std::size_t{MaxFileSize}, ' '); }};
+    EXPECT_FALSE(profile.Write());
+    EXPECT_EQ(std::filesystem::file_size(file), 4u);
 }
 
 // ---- Children and sections ----
@@ -368,6 +395,13 @@ TEST_F(UnchangedProfileTest, FailedSaveWithoutChangeCausesLoad) {
 TEST_F(ProfileTest, FolderIsExpandedAndFileNameAppended) {
     SetEnvironmentVariableW(L"ZOTDamTest", L"C:\\Folder");
     EXPECT_EQ(FileInFolder(L"%ZOTDamTest%\\", L"file.xml", 256), L"C:\\Folder\\file.xml");
+}
+
+// The prefix of long paths disables the replacement of two backslashes by one.
+TEST_F(ProfileTest, LongPathIsPrefixedOnlyIfNormalised) {
+    const std::wstring folder = L"C:\\" + std::wstring(240, L'f');
+    EXPECT_EQ(FileInFolder((folder + L"\\").c_str(), L"file.xml", 256), L"\\\\?\\" + folder + L"\\file.xml");
+    EXPECT_EQ(FileInFolder((folder + L"\\\\").c_str(), L"file.xml", 256), folder + L"\\\\file.xml");
 }
 
 TEST_F(ProfileTest, TooLongFolderReturnsEmptyPath) {
