@@ -180,6 +180,7 @@ cmake_minimum_required(VERSION 3.25)
 project(consumer LANGUAGES CXX)
 find_package(ZOTDam 1.0 REQUIRED)
 add_executable(consumer main.cpp)
+target_compile_features(consumer PRIVATE cxx_std_20)
 target_link_libraries(consumer PRIVATE ZOTDam::ZOTDam)
 add_custom_command(TARGET consumer POST_BUILD COMMAND_EXPAND_LISTS
   COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_RUNTIME_DLLS:consumer> $<TARGET_FILE_DIR:consumer>)
