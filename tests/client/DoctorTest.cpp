@@ -1,5 +1,6 @@
 // Tests of zotdamctl doctor: the files that it examines, and its report.
 #include "client/DoctorTest.h"
+#include "support/Repeat.h"
 
 namespace ZOTDam::Test {
 
@@ -217,10 +218,7 @@ TEST_F(DoctorReportTest, Utf16FileIsRead) {
 }
 
 TEST_F(DoctorReportTest, DeeplyNestedFileIsRead) {
-    std::string nested;
-    for (int depth = 0; depth < 200; ++depth)
-        nested = "<A>" + nested + "</A>";
-    Change(File::Defaults, "</Functions>", "</Functions>" + nested);
+    Change(File::Defaults, "</Functions>", "</Functions>" + Repeat("<A>", 200) + Repeat("</A>", 200));
     EXPECT_EQ(FindingsWith(1)[0]["element"], "/ZOTDefault/A");
 }
 
