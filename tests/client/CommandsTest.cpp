@@ -4,7 +4,7 @@
 namespace ZOTDam::Test {
 
 // A function with two options on each power source, and with two commands.
-constexpr char Brightness[] = R"(<Function ID="1" Name="Brightness"><Display>
+constexpr char BrightnessWithCommands[] = R"(<Function ID="1" Name="Brightness"><Display>
     <AC><DisplayItem Option="1000" Label="Bright"/><DisplayItem Option="-20" Label="Dark"/></AC>
     <DC><DisplayItem Option="30" Label="Dim"/><DisplayItem Option="40" Label="Off"/></DC>
 </Display><Commands>
@@ -14,7 +14,7 @@ constexpr char Brightness[] = R"(<Function ID="1" Name="Brightness"><Display>
 
 class CommandsTest : public ClientTest {
 protected:
-    CommandsTest() { WriteFunctions(Brightness); }
+    CommandsTest() { WriteFunctions(BrightnessWithCommands); }
 
     Json Commands() const { return JsonOutput({L"commands", L"balanced"})["commands"]; }
 };
@@ -71,7 +71,8 @@ TEST_F(CommandsTest, JsonListsCommandsWithFieldsInOrder) {
 TEST_F(CommandsTest, CommandsNameTheirFunctions) {
     WriteFunctions(R"(<Function ID="2" Name="Sleep"><Display/><Commands><CommandItem ID="7"/></Commands>
         <Default ACParamIndex="0" DCParamIndex="0"/></Function>)" +
-                   std::string{Brightness} + Function(3, R"(<Default ACParamIndex="0" DCParamIndex="0"/>)"));
+                   std::string{BrightnessWithCommands} +
+                   Function(3, R"(<Default ACParamIndex="0" DCParamIndex="0"/>)"));
     const Json commands = Commands();
     ASSERT_EQ(commands.size(), 3);
     EXPECT_EQ(commands[1]["name"], "Brightness");
@@ -83,7 +84,7 @@ TEST_F(CommandsTest, CommandsNameTheirFunctions) {
 TEST_F(CommandsTest, EmptySchemeNamesFunctionOfItsCommands) {
     WriteFunctions(R"(<Function ID="2" Name="Sleep"><Display/><Commands><CommandItem ID="7"/></Commands>
         <Default ACParamIndex="0" DCParamIndex="0"/></Function>)" +
-                   std::string{Brightness});
+                   std::string{BrightnessWithCommands});
     WriteBalanced("");
     const Json commands = Commands();
     ASSERT_EQ(commands.size(), 2);

@@ -1,16 +1,14 @@
 // Tests that zotdamctl doctor reports each flaw of the base catalogue, and that the library behaves as
 // reported.
-#include "client/DoctorTest.h"
+#include "client/Flaws.h"
 
 namespace ZOTDam::Test {
 
 namespace {
 
-const std::string TooLong(TextCapacity, 't');
-
-const std::string Function1 = "/ZOTBase/Functions/Function[1]";
-const std::string Function2 = "/ZOTBase/Functions/Function[2]";
-const std::string Command2 = Function2 + "/Commands/CommandFamily/CommandItem";
+const std::string BaseFunction1 = "/ZOTBase/Functions/Function[1]";
+const std::string BaseFunction2 = "/ZOTBase/Functions/Function[2]";
+const std::string Command2 = BaseFunction2 + "/Commands/CommandFamily/CommandItem";
 const std::string SpecScheme1 = "/ZOTBase/SpecSchemes/SchemeItem[1]";
 const std::string SubGroup1 = SpecScheme1 + "/SubGroup[1]";
 
@@ -18,9 +16,6 @@ const std::string ReadingEnds =
     "the library reads neither this function nor the following ones, and lists no unsupported functions";
 const std::string RejectedWhenAdopted = "if the function is adopted, the library cannot load the catalogue";
 const std::string SchemeLeftOut = "the library skips the whole spec scheme";
-const std::string Ignored = "the library ignores it";
-const std::string IgnoredWithAll = "the library ignores it and its content";
-const std::string OnlyTheFirst = "the library reads only the first one";
 
 // Writes a catalogue that makes the functions of the base catalogue unsupported.
 void WriteOtherCatalogue(const DoctorTest& test) {
@@ -53,27 +48,27 @@ const FunctionBaseRecord& Second(const List<FunctionBaseRecord>& records) {
 
 std::vector<Flaw> FlawsOfBaseFunctions() {
     return {
-        {"NameWithoutTranslation", File::Base, "SleepKey", "NapKey", "missing-translation", Function2,
+        {"NameWithoutTranslation", File::Base, "SleepKey", "NapKey", "missing-translation", BaseFunction2,
          "if the function is adopted, the user sees the key",
          [](DoctorTest& test) {
              test.AdoptAll();
              EXPECT_EQ(test.GetFunctionInfo()[1].name, L"NapKey");
          }},
         {"LabelWithoutTranslation", File::Base, R"(Label="DarkKey")", R"(Label="DimKey")",
-         "missing-translation", Function1 + "/Display/AC/DisplayItem[2]",
+         "missing-translation", BaseFunction1 + "/Display/AC/DisplayItem[2]",
          "if the function is adopted, the user sees the key, or an empty text in a list of differences",
          [](DoctorTest& test) {
              test.AdoptAll();
              EXPECT_EQ(test.GetFunctionInfo()[0].ac[1].second, L"DimKey");
          }},
-        {"NoId", File::Base, R"(ID="2" )", "", "inherited-attribute", Function2,
-         "it inherits \"1\" from " + Function1,
+        {"NoId", File::Base, R"(ID="2" )", "", "inherited-attribute", BaseFunction2,
+         "it inherits \"1\" from " + BaseFunction1,
          [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 1); }},
-        {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", Function1, "the library uses 0",
+        {"NoIdAtAll", File::Base, R"(ID="1" )", "", "missing-attribute", BaseFunction1, "the library uses 0",
          [](DoctorTest& test) { EXPECT_EQ(test.BaseFunctions().begin()->id, 0); }},
-        {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", Function2, RejectedWhenAdopted,
-         ExpectNoCatalogueAfterAdopt},
-        {"SameId", File::Base, R"(ID="2" )", R"(ID="1" )", "duplicate-id", Function2,
+        {"NegativeId", File::Base, R"(ID="2" )", R"(ID="-2" )", "negative-id", BaseFunction2,
+         RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
+        {"SameId", File::Base, R"(ID="2" )", R"(ID="1" )", "duplicate-id", BaseFunction2,
          "the library lists both; if both are adopted, it drops this one",
          [](DoctorTest& test) {
              EXPECT_EQ(Second(test.BaseFunctions()).id, 1);
@@ -81,37 +76,37 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
              ASSERT_EQ(test.Dll().GetFuncCount(), 1u);
              EXPECT_EQ(test.GetFunctionInfo()[0].name, L"Light text");
          }},
-        {"IdWithATail", File::Base, R"(ID="2" )", R"(ID="2;" )", "invalid-number", Function2,
+        {"IdWithATail", File::Base, R"(ID="2" )", R"(ID="2;" )", "invalid-number", BaseFunction2,
          "the library reads it as 2",
          [](DoctorTest& test) { EXPECT_EQ(Second(test.BaseFunctions()).id, 2); }},
-        {"NoGroup", File::Base, R"( Group="PowerKey")", "", "inherited-attribute", Function2,
-         "it inherits \"ScreenKey\" from " + Function1,
+        {"NoGroup", File::Base, R"( Group="PowerKey")", "", "inherited-attribute", BaseFunction2,
+         "it inherits \"ScreenKey\" from " + BaseFunction1,
          [](DoctorTest& test) { EXPECT_STREQ(Second(test.BaseFunctions()).group, L"ScreenKey"); }},
         {"NoEventOfACommand", File::Base, R"( Event="22")", "", "inherited-attribute", Command2,
-         "it inherits \"12\" from " + Function1 + "/Commands/CommandFamily/CommandItem",
+         "it inherits \"12\" from " + BaseFunction1 + "/Commands/CommandFamily/CommandItem",
          [](DoctorTest& test) {
              const auto records = test.BaseFunctions();
              EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.begin()->event, 12);
          }},
         {"NoParamOfACheck", File::Base, R"( Param2="f")", "", "inherited-attribute",
-         Function2 + "/Commands/CommandFamily/CheckExistItem",
-         "it inherits \"b\" from " + Function1 + "/Commands/CommandFamily/CheckExistItem",
+         BaseFunction2 + "/Commands/CommandFamily/CheckExistItem",
+         "it inherits \"b\" from " + BaseFunction1 + "/Commands/CommandFamily/CheckExistItem",
          [](DoctorTest& test) {
              const auto records = test.BaseFunctions();
              EXPECT_STREQ(Second(records).commandFamilies.begin()->checkExistItems.begin()->param2, L"b");
          }},
-        {"TooLongName", File::Base, "SleepKey", TooLong, "text-too-long", Function2, ReadingEnds,
+        {"TooLongName", File::Base, "SleepKey", TooLong, "text-too-long", BaseFunction2, ReadingEnds,
          ExpectReadingEndsAtSecond},
         {"TooLongSpecInfo", File::Base, "Doze", TooLong, "text-too-long", Command2, ReadingEnds,
          ExpectReadingEndsAtSecond},
         {"TooLongParam", File::Base, R"(Param4="h")", "Param4=\"" + TooLong + "\"", "text-too-long",
-         Function2 + "/Commands/CommandFamily/CheckExistItem", ReadingEnds, ExpectReadingEndsAtSecond},
+         BaseFunction2 + "/Commands/CommandFamily/CheckExistItem", ReadingEnds, ExpectReadingEndsAtSecond},
         {"TooLongLabel", File::Base, "DarkKey", TooLong, "text-too-long",
-         Function1 + "/Display/AC/DisplayItem[2]", RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
-        {"NoDisplay", File::Base, "<Display><AC/><DC/></Display>", "", "missing-display", Function2,
+         BaseFunction1 + "/Display/AC/DisplayItem[2]", RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
+        {"NoDisplay", File::Base, "<Display><AC/><DC/></Display>", "", "missing-display", BaseFunction2,
          RejectedWhenAdopted, ExpectNoCatalogueAfterAdopt},
         {"NoDefault", File::Base, R"(<Default ACParamIndex="0" DCParamIndex="1"/>)", "", "missing-default",
-         Function1,
+         BaseFunction1,
          "if the function is adopted, this function and the following ones have no default parameters",
          [](DoctorTest& test) {
              EXPECT_EQ(test.GetParameterDefault(Balanced), DefaultsOfBalanced);
@@ -128,20 +123,21 @@ std::vector<Flaw> FlawsOfBaseFunctions() {
          }},
         {"NoCommandItem", File::Base,
          R"(<CommandItem ID="21" Event="22" Flag="23" State="24" ParamIndex1="0" ParamIndex2="1" SpecInfo1="Doze"/>)",
-         "", "empty-commands", Function2 + "/Commands", "if the function is adopted, the library skips it",
+         "", "empty-commands", BaseFunction2 + "/Commands",
+         "if the function is adopted, the library skips it",
          [](DoctorTest& test) {
              test.AdoptAll();
              EXPECT_EQ(test.Dll().GetFuncCount(), 1u);
          }},
         {"CommandBesideTheFamilies", File::Base, "<CommandFamily>\n      <CommandItem ID=\"21\"",
          "<CommandItem ID=\"20\"/><CommandFamily>\n      <CommandItem ID=\"21\"", "unknown-element",
-         Function2 + "/Commands/CommandItem", IgnoredWithAll,
+         BaseFunction2 + "/Commands/CommandItem", IgnoredWithAll,
          [](DoctorTest& test) {
              const auto records = test.BaseFunctions();
              EXPECT_EQ(Second(records).commandFamilies.begin()->commandItems.size(), 1u);
          }},
         {"UnknownAttribute", File::Base, R"(Param4="h")", R"(Param4="h" Param5="i")", "unknown-attribute",
-         Function2 + "/Commands/CommandFamily/CheckExistItem", Ignored, ExpectTwoBaseFunctions},
+         BaseFunction2 + "/Commands/CommandFamily/CheckExistItem", Ignored, ExpectTwoBaseFunctions},
     };
 }
 

@@ -1,11 +1,9 @@
 // Tests that zotdamctl doctor reports each flaw of the data files, and that the library behaves as reported.
-#include "client/DoctorTest.h"
+#include "client/Flaws.h"
 
 namespace ZOTDam::Test {
 
 namespace {
-
-const std::string TooLong(TextCapacity, 't');
 
 // ---- Elements ----
 
@@ -18,9 +16,6 @@ const std::string UserScheme1 = "/OrloPowerCfg/PowerSchemes/PowerScheme[1]";
 // ---- Consequences, and checks of them ----
 
 const std::string Rejected = "the library cannot load the catalogue";
-const std::string Ignored = "the library ignores it";
-const std::string IgnoredWithAll = "the library ignores it and its content";
-const std::string OnlyTheFirst = "the library reads only the first one";
 const std::string SelectsNone = "it selects no option, and commands use 0";
 
 void ExpectNoCatalogue(DoctorTest& test) {
