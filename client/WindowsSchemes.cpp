@@ -2,47 +2,43 @@
 
 #include <windows.h>
 
+#include <powrprof.h>
+
+#include "SystemFunction.h"
 #include "Text.h"
 
 namespace ZOTDam::Client {
 
 namespace {
 
-using GetActiveSchemeFunction = DWORD(WINAPI*)(HKEY, GUID**);
-using EnumerateFunction = DWORD(WINAPI*)(HKEY, const GUID*, const GUID*, DWORD, ULONG, UCHAR*, DWORD*);
-using ReadNameFunction = DWORD(WINAPI*)(HKEY, const GUID*, const GUID*, const GUID*, UCHAR*, DWORD*);
-
-// The module stays loaded until the process ends. Returns null if Windows does not have the function.
 template <class Function>
-Function PowerFunction(const char* name) {
-    const HMODULE module = LoadLibraryExW(L"powrprof.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    if (module == nullptr)
-        return nullptr;
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+Function FindPowerFunction(const char* name) {
+    return FindSystemFunction<Function>(L"powrprof.dll", name);
 }
 
 std::string ReadName(const GUID& scheme) {
-    wchar_t name[260] = {};
-    DWORD size = sizeof name - sizeof *name;  // in bytes; the last character stays zero
-    const auto readName = PowerFunction<ReadNameFunction>("PowerReadFriendlyName");
-    if (readName == nullptr ||
-        readName(nullptr, &scheme, nullptr, nullptr, reinterpret_cast<UCHAR*>(name), &size) != ERROR_SUCCESS)
+    const auto readName = FindPowerFunction<decltype(&PowerReadFriendlyName)>("PowerReadFriendlyName");
+    DWORD size = 0;  // in bytes
+    if (readName == nullptr || readName(nullptr, &scheme, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
         return {};
-    return ToUtf8(name);
+    std::wstring name(size / sizeof(wchar_t), L'\0');
+    if (readName(nullptr, &scheme, nullptr, nullptr, reinterpret_cast<UCHAR*>(name.data()), &size) !=
+        ERROR_SUCCESS)
+        return {};
+    return ToUtf8(name.c_str());
 }
 
 }  // namespace
 
 std::vector<WindowsScheme> EnumerateWindowsSchemes() {
-    constexpr DWORD accessScheme = 16;
     std::vector<WindowsScheme> schemes;
-    const auto enumerate = PowerFunction<EnumerateFunction>("PowerEnumerate");
+    const auto enumerate = FindPowerFunction<decltype(&PowerEnumerate)>("PowerEnumerate");
     if (enumerate == nullptr)
         return schemes;
     GUID scheme = {};
     for (ULONG index = 0;; ++index) {
         DWORD size = sizeof scheme;
-        if (enumerate(nullptr, nullptr, nullptr, accessScheme, index, reinterpret_cast<UCHAR*>(&scheme),
+        if (enumerate(nullptr, nullptr, nullptr, ACCESS_SCHEME, index, reinterpret_cast<UCHAR*>(&scheme),
                       &size) != ERROR_SUCCESS)
             return schemes;
         schemes.push_back({scheme, ReadName(scheme)});
@@ -51,7 +47,7 @@ std::vector<WindowsScheme> EnumerateWindowsSchemes() {
 
 std::optional<GUID> FindActiveScheme() {
     GUID* active = nullptr;
-    const auto getActiveScheme = PowerFunction<GetActiveSchemeFunction>("PowerGetActiveScheme");
+    const auto getActiveScheme = FindPowerFunction<decltype(&PowerGetActiveScheme)>("PowerGetActiveScheme");
     if (getActiveScheme == nullptr || getActiveScheme(nullptr, &active) != ERROR_SUCCESS || active == nullptr)
         return {};
     const GUID scheme = *active;

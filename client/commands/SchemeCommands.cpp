@@ -139,12 +139,14 @@ void AddUnlessListed(std::vector<ListedScheme>& schemes, const ListedScheme& sch
         schemes.push_back(scheme);
 }
 
-std::vector<ListedScheme> CollectSchemes(const StoredSettings& stored) {
+std::vector<ListedScheme> CollectSchemes(const std::optional<GUID>& active, const StoredSettings& stored) {
     std::vector<ListedScheme> schemes;
     for (const NamedScheme& named : WindowsSchemes)
         schemes.push_back({named.scheme, std::string{named.name}, std::string{named.alias}});
     for (const WindowsScheme& known : EnumerateWindowsSchemes())
         AddUnlessListed(schemes, {known.scheme, known.name, {}});
+    if (active)
+        AddUnlessListed(schemes, {*active, {}, {}});
     for (const StoredScheme& scheme : stored.schemes)
         AddUnlessListed(schemes, {scheme.scheme, {}, {}});
     return schemes;
@@ -163,7 +165,7 @@ Report ListSchemes() {
                  {"Alias", Align::Left},
                  {"Stored functions"}}};
     Json list = Json::array();
-    for (const auto& [scheme, name, alias] : CollectSchemes(settings.Stored())) {
+    for (const auto& [scheme, name, alias] : CollectSchemes(active, settings.Stored())) {
         const Params* const stored = settings.Stored().Find(scheme);
         const bool isActive = active && *active == scheme;
         table.Add({isActive ? "*" : "", SchemeGuid(scheme), name, alias,

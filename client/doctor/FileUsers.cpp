@@ -6,54 +6,60 @@
 
 #include <vector>
 
+#include "SystemFunction.h"
 #include "Text.h"
-#include "ZOTDamClient.h"
 
 namespace ZOTDam::Client {
 
 namespace {
 
-std::filesystem::path SystemFolder() {
-    wchar_t folder[MAX_PATH] = {};
-    GetSystemDirectoryW(folder, MAX_PATH);
-    return folder;
+template <class Function>
+Function FindRmFunction(const char* name) {
+    return FindSystemFunction<Function>(L"rstrtmgr.dll", name);
 }
 
-// A session of the Restart Manager, which is loaded only when a file is in use.
+// A session of the Restart Manager, which is loaded only when a file is in use. If the system has the first
+// function, it also has the others.
 class RestartManager {
 public:
-    RestartManager() : module{SystemFolder() / L"rstrtmgr.dll"} {
+    RestartManager() {
+        const auto start = FindRmFunction<decltype(&RmStartSession)>("RmStartSession");
         wchar_t key[CCH_RM_SESSION_KEY + 1] = {};
-        isStarted =
-            module.Export<decltype(&RmStartSession)>("RmStartSession")(&session, 0, key) == ERROR_SUCCESS;
+        isStarted = start != nullptr && start(&session, 0, key) == ERROR_SUCCESS;
     }
     RestartManager(const RestartManager&) = delete;
     RestartManager& operator=(const RestartManager&) = delete;
     ~RestartManager() {
         if (isStarted)
-            module.Export<decltype(&RmEndSession)>("RmEndSession")(session);
+            FindRmFunction<decltype(&RmEndSession)>("RmEndSession")(session);
     }
 
+    // `file` is an absolute path. Returns no processes if the Restart Manager reports an error.
     std::vector<RM_PROCESS_INFO> UsersOf(const std::filesystem::path& file) const {
         const wchar_t* path = file.c_str();
-        const auto addFile = module.Export<decltype(&RmRegisterResources)>("RmRegisterResources");
-        const auto getList = module.Export<decltype(&RmGetList)>("RmGetList");
-        if (!isStarted || addFile(session, 1, &path, 0, nullptr, 0, nullptr) != ERROR_SUCCESS)
+        if (!isStarted || FindRmFunction<decltype(&RmRegisterResources)>("RmRegisterResources")(
+                              session, 1, &path, 0, nullptr, 0, nullptr) != ERROR_SUCCESS)
             return {};
-        std::vector<RM_PROCESS_INFO> users;
-        DWORD result = ERROR_MORE_DATA;
-        for (UINT needed = 8; result == ERROR_MORE_DATA;) {
-            users.resize(needed);
-            auto count = static_cast<UINT>(users.size());
-            DWORD reasons = 0;
-            result = getList(session, &needed, &count, users.data(), &reasons);
-            users.resize(result == ERROR_SUCCESS ? count : 0);
-        }
-        return users;
+        return ReadList();
     }
 
 private:
-    Module module;
+    // Programs may open the file between two calls, so that the list again does not fit.
+    std::vector<RM_PROCESS_INFO> ReadList() const {
+        constexpr int attempts = 10;
+        const auto getList = FindRmFunction<decltype(&RmGetList)>("RmGetList");
+        std::vector<RM_PROCESS_INFO> users(8);
+        DWORD result = ERROR_MORE_DATA;
+        for (int i = 0; i < attempts && result == ERROR_MORE_DATA; ++i) {
+            UINT needed = 0;
+            auto count = static_cast<UINT>(users.size());
+            DWORD reasons = 0;
+            result = getList(session, &needed, &count, users.data(), &reasons);
+            users.resize(result == ERROR_MORE_DATA ? needed : count);
+        }
+        return result == ERROR_SUCCESS ? users : std::vector<RM_PROCESS_INFO>{};
+    }
+
     DWORD session = 0;
     bool isStarted = false;
 };
@@ -62,14 +68,10 @@ private:
 
 std::string ProgramsUsing(const std::filesystem::path& file) {
     std::string programs;
-    try {
-        for (const RM_PROCESS_INFO& user : RestartManager{}.UsersOf(file))
-            if (user.Process.dwProcessId != 0)  // some systems return empty records
-                programs += (programs.empty() ? "" : ", ") + ToUtf8(user.strAppName) + " (process " +
-                            std::to_string(user.Process.dwProcessId) + ")";
-    } catch (const LibraryError&) {
-        // This system has no Restart Manager.
-    }
+    for (const RM_PROCESS_INFO& user : RestartManager{}.UsersOf(absolute(file)))
+        if (user.Process.dwProcessId != 0)  // some systems return empty records
+            programs += (programs.empty() ? "" : ", ") + ToUtf8(user.strAppName) + " (process " +
+                        std::to_string(user.Process.dwProcessId) + ")";
     return programs.empty() ? "another program" : programs;
 }
 

@@ -32,7 +32,7 @@ inline constexpr char ThreeFunctions[] = R"(<ZOTDefault><Functions>
 
 class ClientTest : public TranslationTest {
 protected:
-    static std::filesystem::path Client() { return Library::ProgramFolder() / L"zotdamctl.exe"; }
+    virtual std::filesystem::path Client() const { return Library::ProgramFolder() / L"zotdamctl.exe"; }
 
     // Passes the folders of the installation as options, because the system sets %ProgramFiles% for each
     // process.
@@ -40,7 +40,7 @@ protected:
         Arguments all = {L"--program-files", installation.ProgramFiles(), L"--program-data",
                          installation.ProgramData()};
         all.insert(all.end(), arguments.begin(), arguments.end());
-        return RunProgram(Client(), all, Library::ProgramFolder());
+        return RunProgram(Client(), all, Client().parent_path());
     }
 
     std::string Output(const Arguments& arguments) const {

@@ -7,29 +7,9 @@ namespace ZOTDam::Test {
 
 // ---- The library ----
 
-// The client and the library are in the folder of the installation, as on a user's machine.
-class DoctorLibraryTest : public DoctorTest {
+class DoctorLibraryTest : public InstalledClientTest {
 protected:
-    DoctorLibraryTest() {
-        std::filesystem::copy_file(Client(), Folder() / L"zotdamctl.exe");
-        std::filesystem::copy_file(Library::ProgramFolder() / L"ZOTDam.dll", LibraryFile());
-    }
-
-    std::filesystem::path Folder() const { return installation.DefaultsFile().parent_path(); }
     std::filesystem::path LibraryFile() const { return Folder() / L"ZOTDam.dll"; }
-
-    Outcome RunInstalled(const Arguments& arguments) const {
-        Arguments all = {L"--program-files", installation.ProgramFiles(), L"--program-data",
-                         installation.ProgramData()};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        return RunProgram(Folder() / L"zotdamctl.exe", all, Folder());
-    }
-
-    Json LibraryFindings(DWORD exitStatus) const {
-        const Outcome outcome = RunInstalled({L"doctor", L"--json"});
-        EXPECT_EQ(outcome.exitStatus, exitStatus);
-        return Json::parse(outcome.output)["findings"];
-    }
 
     void ExpectFinding(const Json& finding, const std::string& kind, const std::string& problem,
                        const std::string& consequence) const {
@@ -51,16 +31,16 @@ protected:
         WriteFile(LibraryFile(), content);
     }
 
-    void ExpectCountFails() const { EXPECT_EQ(RunInstalled({L"count"}).exitStatus, Failure); }
+    void ExpectCountFails() const { EXPECT_EQ(Run({L"count"}).exitStatus, Failure); }
 };
 
 TEST_F(DoctorLibraryTest, CompleteInstallationHasNoFindings) {
-    EXPECT_EQ(LibraryFindings(0), Json::array());
+    EXPECT_EQ(FindingsWith(0), Json::array());
 }
 
 TEST_F(DoctorLibraryTest, MissingLibraryIsReported) {
     std::filesystem::remove(LibraryFile());
-    const Json findings = LibraryFindings(2);
+    const Json findings = FindingsWith(2);
     ASSERT_EQ(findings.size(), 1u);
     ExpectFinding(findings[0], "missing-library", "the library does not exist",
                   "no program can read or change the settings");
@@ -69,7 +49,7 @@ TEST_F(DoctorLibraryTest, MissingLibraryIsReported) {
 
 TEST_F(DoctorLibraryTest, FileThatIsNoLibraryIsReportedWithSystemCode) {
     WriteFile(LibraryFile(), "junk");
-    const Json findings = LibraryFindings(2);
+    const Json findings = FindingsWith(2);
     ASSERT_EQ(findings.size(), 2u);
     ExpectFinding(findings[0], "library-not-loadable", "the system cannot load the library (error 193)",
                   "no program can read or change the settings");
@@ -81,7 +61,7 @@ TEST_F(DoctorLibraryTest, FileThatIsNoLibraryIsReportedWithSystemCode) {
 
 TEST_F(DoctorLibraryTest, MissingExportIsReportedByName) {
     Patch({"\0TEVGetParam\0", 13}, {"\0TEVGetParax\0", 13});
-    const Json findings = LibraryFindings(2);
+    const Json findings = FindingsWith(2);
     ASSERT_EQ(findings.size(), 1u);
     ExpectFinding(findings[0], "missing-export", "the library does not export TEVGetParam",
                   "programs that need these functions fail");
@@ -93,7 +73,7 @@ TEST_F(DoctorLibraryTest, LibraryOfOtherProgramIsReported) {
     GetSystemDirectoryW(folder, MAX_PATH);
     std::filesystem::remove(LibraryFile());
     std::filesystem::copy_file(std::filesystem::path{folder} / L"version.dll", LibraryFile());
-    const Json findings = LibraryFindings(2);
+    const Json findings = FindingsWith(2);
     ASSERT_EQ(findings.size(), 2u);
     EXPECT_EQ(findings[0]["kind"], "missing-export");
     const std::string problem = findings[0]["problem"];
@@ -107,7 +87,7 @@ TEST_F(DoctorLibraryTest, OtherVersionOfLibraryIsReported) {
     const std::string_view signature{reinterpret_cast<const char*>(version), 2 * sizeof(DWORD)};
     old = old.substr(old.find(signature), sizeof version);
     Patch(old, {reinterpret_cast<const char*>(version), sizeof version});
-    const Json findings = LibraryFindings(1);
+    const Json findings = FindingsWith(1);
     ASSERT_EQ(findings.size(), 1u);
     const std::string problem = findings[0]["problem"];
     EXPECT_EQ(findings[0]["kind"], "version-mismatch");

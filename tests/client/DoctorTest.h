@@ -202,6 +202,18 @@ private:
     }
 };
 
+// The client and the library are in the folder of the installation, as on a user's machine.
+class InstalledClientTest : public DoctorTest {
+protected:
+    InstalledClientTest() {
+        for (const wchar_t* const file : {L"zotdamctl.exe", L"ZOTDam.dll"})
+            std::filesystem::copy_file(Library::ProgramFolder() / file, Folder() / file);
+    }
+
+    std::filesystem::path Folder() const { return installation.DefaultsFile().parent_path(); }
+    std::filesystem::path Client() const override { return Folder() / L"zotdamctl.exe"; }
+};
+
 // A flaw in a file, and the resulting behaviour of the library.
 struct Flaw {
     std::string name;
