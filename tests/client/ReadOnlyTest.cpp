@@ -1,7 +1,10 @@
-// Tests that the commands that read do not change the user settings: no content, no time and no file.
+// Tests that the commands that read do not change an installation: no content, no time and no file.
+#include <iterator>
 #include <map>
+#include <utility>
 
 #include "client/ClientTest.h"
+#include "support/KillAtCall.h"
 
 namespace ZOTDam::Test {
 
@@ -33,15 +36,32 @@ protected:
     }
     ~ReadOnlyTest() override { SetEnvironmentVariableW(L"TMP", oldTemporaryFolder.c_str()); }
 
-    // Runs each command that reads the user settings. The exit code is the expected one, and everything in
-    // the folders of the installation is the same before and after.
+    // Runs each command that reads the user settings.
     void ExpectNoChange(DWORD exitStatus) const {
-        for (const Arguments& command : ReadingCommands()) {
-            const auto before = Everything();
-            EXPECT_EQ(Run(command).exitStatus, exitStatus) << Utf8(command.front());
-            EXPECT_EQ(Everything(), before) << Utf8(command.front());
-        }
+        for (const Arguments& command : ReadingCommands())
+            ExpectNoChange(exitStatus, command);
     }
+
+    // The exit code is the expected one, and everything in the folders of the installation is the same before
+    // and after.
+    void ExpectNoChange(DWORD exitStatus, const Arguments& command) const {
+        const auto before = Everything();
+        EXPECT_EQ(Run(command).exitStatus, exitStatus) << Utf8(command.front());
+        EXPECT_EQ(Everything(), before) << Utf8(command.front());
+    }
+
+    using Copies = std::map<std::filesystem::path, FileCopy>;
+
+    Copies Everything() const {
+        Copies everything;
+        for (const std::filesystem::path& folder : {installation.ProgramFiles(), installation.ProgramData()})
+            for (const auto& entry : std::filesystem::recursive_directory_iterator{folder})
+                everything[entry.path()] = Copy(entry);
+        return everything;
+    }
+
+    // Returns a folder that is not a part of the installation.
+    std::filesystem::path Outside() const { return installation.ProgramData().parent_path(); }
 
     std::filesystem::path TemporaryFolder() const { return installation.ProgramFiles() / L"Temp"; }
 
@@ -54,14 +74,6 @@ private:
                 {L"diff", L"balanced", L"power-saver"},
                 {L"setting", L"list"},
                 {L"list"}};
-    }
-
-    std::map<std::filesystem::path, FileCopy> Everything() const {
-        std::map<std::filesystem::path, FileCopy> everything;
-        for (const std::filesystem::path& folder : {installation.ProgramFiles(), installation.ProgramData()})
-            for (const auto& entry : std::filesystem::recursive_directory_iterator{folder})
-                everything[entry.path()] = Copy(entry);
-        return everything;
     }
 
     FileCopy Copy(const std::filesystem::directory_entry& entry) const {
@@ -129,6 +141,51 @@ TEST_F(ReadOnlyTest, InterruptedSaveIsReadButNotCompleted) {
               OldUserFile(OldScheme(BalancedText, OldFunction(1, 5, 6))));
     ExpectNoChange(Success);
     EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 5, 6));
+}
+
+TEST_F(ReadOnlyTest, OtherReadingCommandsChangeNothing) {
+    WriteBase("<ZOTBase><Functions/><SpecSchemes/></ZOTBase>");
+    WriteUserSettings(R"(<OrloPowerCfg><CommonSettings Warning="15"/><PowerSchemes/></OrloPowerCfg>)");
+    const std::filesystem::path exported = Outside() / L"export.json";
+    for (const Arguments& command : {Arguments{L"export", exported},
+                                     {L"import", exported, L"--dry-run"},
+                                     {L"diff", L"balanced", L"--with", exported},
+                                     {L"count"},
+                                     {L"functions"},
+                                     {L"base"},
+                                     {L"spec-schemes"},
+                                     {L"aliases"},
+                                     {L"setting", L"get", L"Warning"},
+                                     {L"doctor", installation.UserFile()}})
+        ExpectNoChange(Success, command);
+}
+
+// These commands create and delete a file in the folder of the user settings.
+TEST_F(ReadOnlyTest, DoctorAndReportLeaveNoFile) {
+    WriteBalanced(OldFunction(1, 5, 6));
+    const std::filesystem::path folder = installation.UserFile().parent_path();
+    for (const Arguments& command :
+         {Arguments{L"doctor"}, {L"report", L"--output", Outside() / L"page.html"}}) {
+        Copies before = Everything();
+        Run(command);
+        Copies after = Everything();
+        EXPECT_NE(std::exchange(after[folder], {}), std::exchange(before[folder], {}));
+        EXPECT_EQ(after, before);
+    }
+}
+
+TEST_F(ReadOnlyTest, KilledDoctorLeavesNoFile) {
+    WriteBalanced(OldFunction(1, 5, 6));
+    const auto filesInFolder = [folder = installation.UserFile().parent_path()] {
+        return std::distance(std::filesystem::directory_iterator{folder}, {});
+    };
+    // At this call, doctor closes the file that it has created.
+    KillAtCall debugger{reinterpret_cast<void*>(&CloseHandle), [&] { return filesInFolder() == 2; }};
+    const std::wstring commandLine = L"zotdamctl --program-files \"" + installation.ProgramFiles().native() +
+                                     L"\" --program-data \"" + installation.ProgramData().native() +
+                                     L"\" doctor";
+    EXPECT_TRUE(debugger.Run({Client().native(), commandLine}));
+    EXPECT_EQ(filesInFolder(), 1);
 }
 
 TEST_F(ReadOnlyTest, FolderWithNameOfFileIsAnError) {
