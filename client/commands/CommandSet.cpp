@@ -26,6 +26,13 @@ std::int32_t ParseNumber(const std::string& name, const std::string& text) {
     return *number;
 }
 
+void CommandSet::Add(const char* name, const char* description,
+                     std::initializer_list<std::string_view> examples, Report (*run)(const GUID& scheme)) {
+    const auto scheme = std::make_shared<GUID>();
+    AddArgument(AddCommand(name, description, examples, [scheme, run] { return run(*scheme); }), "SCHEME",
+                *scheme, "The power scheme");
+}
+
 CommandSet CommandSet::AddSet(const char* name, const char* description) {
     CLI::App& command = *parent.add_subcommand(name, description);
     command.require_subcommand(1);

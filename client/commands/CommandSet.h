@@ -41,6 +41,10 @@ public:
         AddCommand(name, description, examples, run);
     }
 
+    // Adds a command whose only argument is a power scheme.
+    void Add(const char* name, const char* description, std::initializer_list<std::string_view> examples,
+             Report (*run)(const GUID& scheme));
+
     // Adds a command that consists only of subcommands.
     CommandSet AddSet(const char* name, const char* description);
 

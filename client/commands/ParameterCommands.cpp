@@ -16,10 +16,6 @@ struct ParamsArguments {
     bool defaults;
 };
 
-struct CurrentArguments {
-    GUID scheme;
-};
-
 Report ListDefaults(const GUID& scheme) {
     const Library library;
     const FunctionCatalogue catalogue = ReadCatalogue(library);
@@ -122,8 +118,7 @@ private:
     Json list = Json::array();
 };
 
-Report ListCurrentOptions(const CurrentArguments& arguments) {
-    const GUID& scheme = arguments.scheme;
+Report ListCurrentOptions(const GUID& scheme) {
     const SettingsSnapshot settings;
     const FunctionCatalogue catalogue = ReadCatalogue(settings.Dll());
     CurrentOptions options{settings.Dll(), scheme};
@@ -149,13 +144,8 @@ void AddParameterCommands(CommandSet& commands) {
                     "List the defaults instead of the user's values");
         },
         ListParams);
-    commands.Add<CurrentArguments>(
-        "current", "List the options that a power scheme selects; \"-\" if a value selects none",
-        {"current balanced"},
-        [](CLI::App& command, CurrentArguments& arguments) {
-            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to list");
-        },
-        ListCurrentOptions);
+    commands.Add("current", "List the options that a power scheme selects; \"-\" if a value selects none",
+                 {"current balanced"}, ListCurrentOptions);
 }
 
 }  // namespace ZOTDam::Client

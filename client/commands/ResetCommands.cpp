@@ -8,10 +8,6 @@ namespace ZOTDam::Client {
 
 namespace {
 
-struct ForgetArguments {
-    GUID scheme;
-};
-
 bool ResetUserSettings() {
     const Library library;
     // The library resets the settings that this process last read, so they must be read first.
@@ -49,8 +45,7 @@ void Remove(const GUID& scheme) {
                     PathOf(UserSettings)};
 }
 
-Report Forget(const ForgetArguments& arguments) {
-    const GUID& scheme = arguments.scheme;
+Report Forget(const GUID& scheme) {
     Json json = {{"scheme", SchemeGuid(scheme)}, {"schemeName", SchemeNameJson(scheme)}};
     if (!IsStored(scheme)) {
         json.update({{"forgotten", false}, {"backup", nullptr}});
@@ -67,13 +62,8 @@ Report Forget(const ForgetArguments& arguments) {
 
 void AddResetCommands(CommandSet& commands) {
     commands.Add("reset", "Reset all user settings to the defaults, and keep a backup", {"reset"}, Reset);
-    commands.Add<ForgetArguments>(
-        "forget", "Remove the stored values of one power scheme, so that the defaults apply",
-        {"forget balanced", "forget 0a1b2c3d-1111-2222-3333-444455556666"},
-        [](CLI::App& command, ForgetArguments& arguments) {
-            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to remove");
-        },
-        Forget);
+    commands.Add("forget", "Remove the stored values of one power scheme, so that the defaults apply",
+                 {"forget balanced", "forget 0a1b2c3d-1111-2222-3333-444455556666"}, Forget);
 }
 
 }  // namespace ZOTDam::Client

@@ -14,10 +14,6 @@ namespace ZOTDam::Client {
 
 namespace {
 
-struct CommandsArguments {
-    GUID scheme;
-};
-
 // A command as the library reports it, with its function and the labels of its options.
 struct LabelledCommand {
     CommandInfoRecord record;
@@ -90,8 +86,7 @@ Json CommandJson(const LabelledCommand& command, const FunctionCatalogue& catalo
             {"specInfo1", ToUtf8(record.specInfo1)}};
 }
 
-Report ListCommands(const CommandsArguments& arguments) {
-    const GUID& scheme = arguments.scheme;
+Report ListCommands(const GUID& scheme) {
     const SettingsSnapshot settings;
     const FunctionCatalogue catalogue = ReadCatalogue(settings.Dll());
     std::vector<LabelledCommand> commands = CollectCommands(settings.Dll(), scheme);
@@ -189,13 +184,8 @@ void AddSchemeCommands(CommandSet& commands) {
                  {"list", "list --json"}, ListSchemes);
     commands.Add("aliases", "List the power schemes of Windows with their names and the aliases of powercfg",
                  {"aliases"}, ListAliases);
-    commands.Add<CommandsArguments>(
-        "commands", "List the commands that apply a power scheme, with their options",
-        {"commands balanced", "commands power-saver --json"},
-        [](CLI::App& command, CommandsArguments& arguments) {
-            AddArgument(command, "SCHEME", arguments.scheme, "The power scheme to apply");
-        },
-        ListCommands);
+    commands.Add("commands", "List the commands that apply a power scheme, with their options",
+                 {"commands balanced", "commands power-saver --json"}, ListCommands);
 }
 
 }  // namespace ZOTDam::Client
