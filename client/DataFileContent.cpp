@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
 #include <cwchar>
 #include <fstream>
 #include <iterator>
@@ -49,6 +50,16 @@ std::filesystem::path NewBackupPath(const DataFile& file) {
     for (int number = 2; exists(path); ++number)
         path = start + L"-" + std::to_wstring(number) + L".backup";
     return path;
+}
+
+// Returns whether a path refers to a data file of the suite, in any spelling.
+bool IsDataFile(const std::filesystem::path& path) {
+    const std::array files = {PathOf(BaseCatalogue), PathOf(Defaults), PathOf(UserSettings),
+                              NeutralStringTable()};
+    return std::ranges::any_of(files, [&](const std::filesystem::path& file) {
+        std::error_code ignored;
+        return equivalent(path, file, ignored);
+    });
 }
 
 bool HaveSameContent(const std::filesystem::path& a, const std::filesystem::path& b) {
@@ -116,6 +127,8 @@ std::string ReadNamedFile(const std::filesystem::path& path) {
 }
 
 void WriteNamedFile(const std::filesystem::path& path, const std::string& content) {
+    if (IsDataFile(path))
+        throw UsageError{"The file " + Utf8(path) + " is a data file of the suite: specify another one."};
     std::ofstream stream{path, std::ios::binary | std::ios::trunc};
     stream.write(content.data(), static_cast<std::streamsize>(content.size()));
     if (!stream.flush())

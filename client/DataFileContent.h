@@ -54,7 +54,8 @@ private:
     bool isKept = false;
 };
 
-// Read and write a file that the user has named. Throw an Error that names the file.
+// Read and write a file that the user has named. Throw an Error that names the file. A data file of the suite
+// is not written.
 std::string ReadNamedFile(const std::filesystem::path& path);
 void WriteNamedFile(const std::filesystem::path& path, const std::string& content);
 

@@ -265,7 +265,7 @@ void AddTransferCommands(CommandSet& commands) {
         "export", "Write the stored schemes and common settings to a JSON file for another machine",
         {"export settings.json"},
         [](CLI::App& command, ExportArguments& arguments) {
-            AddArgument(command, "FILE", arguments.file, "The file to write");
+            AddArgument(command, "FILE", arguments.file, "The file to write; it is replaced if it exists");
         },
         Export);
     commands.Add<ImportArguments>(
@@ -282,7 +282,9 @@ void AddTransferCommands(CommandSet& commands) {
         "backup", "Copy the user settings file", {"backup", "backup D:\\ZOTPowercfg.xml"},
         [](CLI::App& command, BackupArguments& arguments) {
             AddArgument(command, "FILE", arguments.file,
-                        "The file to write; by default, a file in the same folder with the time in its name");
+                        "The file to write, which is replaced if it exists; by default, a new file in the "
+                        "same folder "
+                        "with the time in its name");
         },
         MakeBackup);
     commands.Add<RestoreArguments>(

@@ -197,6 +197,24 @@ TEST_F(BackupCommandTest, FileCanBeSpecified) {
     EXPECT_EQ(ReadFile(File(L"copy.xml")), UserSettings());
 }
 
+TEST_F(BackupCommandTest, DataFilesAreNotOverwritten) {
+    WriteBase("<ZOTBase/>");
+    WriteEntries("");
+    for (const std::filesystem::path& file : {installation.UserFile(), installation.DefaultsFile(),
+                                              installation.BaseFile(), installation.StringTableFile()}) {
+        const std::string before = ReadFile(file);
+        const std::filesystem::path otherSpelling = file.parent_path() / L"." / file.filename();
+        for (const Arguments& arguments : {Arguments{L"backup", otherSpelling},
+                                           {L"export", otherSpelling},
+                                           {L"report", L"--output", otherSpelling}})
+            EXPECT_EQ(Run(arguments).exitStatus, WrongUsage);
+        EXPECT_EQ(ReadFile(file), before);
+    }
+    ExpectError(
+        {L"export", installation.UserFile()}, WrongUsage,
+        "The file " + Utf8(installation.UserFile()) + " is a data file of the suite: specify another one.");
+}
+
 TEST_F(BackupCommandTest, MissingUserSettingsAreAnError) {
     std::filesystem::remove(installation.UserFile());
     ExpectError({L"backup"}, Failure, UserFile() + " does not exist.");
