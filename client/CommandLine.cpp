@@ -89,6 +89,24 @@ std::string FindUnknownCommand(const CLI::App& app) {
     return found == unexpected.end() ? std::string{} : *found;
 }
 
+// The text of CLI11 lists unexpected arguments in the opposite order.
+std::string UnexpectedText(const std::vector<std::string>& arguments) {
+    std::string text = arguments.size() == 1 ? "The following argument was not expected:"
+                                             : "The following arguments were not expected:";
+    for (const std::string& argument : arguments)
+        text += " " + argument;
+    return text + ".";
+}
+
+std::string UsageErrorText(const CLI::App& app, const CLI::ParseError& error) {
+    const std::string unknown = FindUnknownCommand(app);
+    if (!unknown.empty())
+        return UnknownCommandText(LastCommand(app), unknown);
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
+        return UnexpectedText(app.remaining(true));
+    return error.what() + std::string{"."};
+}
+
 class Parser {
 public:
     Parser() {
@@ -105,7 +123,7 @@ public:
             "Print the licences and exit");
         app.footer("SCHEME and OTHER are the GUID of a power scheme, " + SchemeNames() + ",\n" +
                    "or an alias of powercfg such as SCHEME_CURRENT.\n" +
-                   "The options of zotdamctl may also follow the command.");
+                   "The options that \"zotdamctl --help\" lists may also follow the command.");
         AddGeneralOptions();
         CommandSet commands{app, invocation.action};
         AddCatalogueCommands(commands);
@@ -136,16 +154,12 @@ public:
             app.exit(request, text, text);
             return text.str();
         } catch (const CLI::ParseError& error) {
-            const std::string unknown = FindUnknownCommand(app);
-            const CLI::App& command = LastCommand(app);
-            throw WithHelp(UsageError{unknown.empty() ? std::string{error.what()} + "."
-                                                      : UnknownCommandText(command, unknown)},
-                           CommandPath(command));
+            throw WithHelp(UsageError{UsageErrorText(app, error)}, CommandPath(LastCommand(app)));
         } catch (const UsageError& error) {
             throw WithHelp(error, CommandPath(LastCommand(app)));
         }
         if (!invocation.action)
-            throw UsageError{"No command is specified.\n\n" + app.help()};
+            ThrowMissingCommand();
         invocation.command = CommandPath(LastCommand(app));
         invocation.programFiles = FolderOf(programFiles);
         invocation.programData = FolderOf(programData);
@@ -153,6 +167,14 @@ public:
     }
 
 private:
+    // The message of a JSON error is one sentence.
+    [[noreturn]] void ThrowMissingCommand() const {
+        const std::string sentence = "No command is specified.";
+        if (invocation.json)
+            throw WithHelp(UsageError{sentence}, {});
+        throw UsageError{sentence + "\n\n" + app.help()};
+    }
+
     void AddCompletionCommand(CommandSet& commands) {
         commands.Add<CompletionArguments>(
             "completion", "Write a completion script for a shell",

@@ -47,7 +47,8 @@ StoredScheme ParseSchemeExport(const Json& json) {
 }
 
 SettingsExport ParseJson(const Json& json) {
-    if (json.at("format") != Format || json.at("version") != Version)
+    if (!json.is_object() || json.value("format", Json()) != Format ||
+        json.value("version", Json()) != Version)
         throw Error{"it has another format or version"};
     SettingsExport exported{json.at("catalogue").at("fingerprint"), {}};
     for (const Json& scheme : json.at("schemes"))
@@ -55,6 +56,16 @@ SettingsExport ParseJson(const Json& json) {
     for (const Json& setting : json.at("commonSettings"))
         exported.settings.commonSettings.emplace_back(setting.at("name"), setting.at("value"));
     return exported;
+}
+
+// Returns the reason of a failure as a clause, without the internal name of the exception.
+std::string ReasonOf(const std::exception& error) {
+    std::string reason = error.what();
+    if (dynamic_cast<const Json::exception*>(&error) != nullptr)
+        reason.erase(0, reason.find("] ") + 2);
+    if (reason.ends_with('.'))
+        reason.pop_back();
+    return reason;
 }
 
 }  // namespace
@@ -91,7 +102,8 @@ SettingsExport ParseExport(const std::string& content, const std::filesystem::pa
         return ParseJson(Json::parse(content));
     } catch (const std::exception& error) {
         throw Error{ErrorKind::UnreadableFile,
-                    "The file " + Utf8(file) + " is not an export of zotdamctl: " + error.what() + ".", file};
+                    "The file " + Utf8(file) + " is not an export of zotdamctl: " + ReasonOf(error) + ".",
+                    file};
     }
 }
 

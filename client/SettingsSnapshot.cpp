@@ -91,6 +91,10 @@ SettingsSnapshot::~SettingsSnapshot() {
     SetFileAttributesW(copy.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
+std::string ProblemNotice(const SettingsSnapshot& settings) {
+    return settings.Problem().empty() ? "" : "\nThere are no user settings: " + settings.Problem() + ".\n";
+}
+
 std::string SourceHeading(const SettingsSnapshot& settings, const GUID& scheme) {
     std::string source = "user settings";
     if (settings.Stored().Find(scheme) == nullptr)

@@ -44,6 +44,9 @@ private:
     std::string problem;
 };
 
+// Returns a paragraph that states why there are no user settings, or an empty string if there are some.
+std::string ProblemNotice(const SettingsSnapshot& settings);
+
 // Describe a scheme and the source of its values: the user settings, or the defaults because the scheme is
 // not stored.
 std::string SourceHeading(const SettingsSnapshot& settings, const GUID& scheme);

@@ -32,14 +32,14 @@ std::optional<Error> ReadOverviewInto(ReportContent& content) {
 }
 
 Report WriteReport(const ReportArguments& arguments) {
-    const std::filesystem::path file = ToUtf16(arguments.output);
+    const std::filesystem::path file = std::filesystem::absolute(ToUtf16(arguments.output));
     ReportContent content;
     content.diagnosis = ExamineInstallation({});
     const std::optional<Error> inUse = ReadOverviewInto(content);
     WriteNamedFile(file, PageOf(content));
     if (inUse)
         throw *inUse;
-    return {"The report was written to " + Utf8(file) + ".\n", {{"file", Utf8(absolute(file))}}};
+    return {"The report was written to " + Utf8(file) + ".\n", {{"file", Utf8(file)}}};
 }
 
 }  // namespace

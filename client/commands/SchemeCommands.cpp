@@ -172,7 +172,8 @@ Report ListSchemes() {
                         {"stored", stored != nullptr},
                         {"storedCount", stored == nullptr ? 0 : stored->size()}});
     }
-    return {table.Text() + (active ? "\n* active\n" : "\nWindows does not report the active scheme.\n"),
+    return {table.Text() + (active ? "\n* active\n" : "\nWindows does not report the active scheme.\n") +
+                ProblemNotice(settings),
             {{"schemes", list}}};
 }
 

@@ -44,7 +44,7 @@ Assignment ParseAssignment(const std::string& text) {
     const std::string value = text.substr(equals + 1);
     for (auto comma = value.find(','); comma != std::string::npos; comma = value.find(',', comma + 1))
         assignment.values.push_back({value.substr(0, comma), value.substr(comma + 1)});
-    if (assignment.values.empty())
+    if (assignment.values.empty() || value == ",")
         throw UsageError{"\"" + text + "\" is not a value: specify ID=AC,DC."};
     return assignment;
 }

@@ -47,7 +47,7 @@ Report ListSettings() {
         table.Add({name, setting.value, setting.source});
         list.push_back({{"name", name}, {"value", setting.value}, {"source", setting.source}});
     }
-    return {table.Text(), {{"settings", list}}};
+    return {table.Text() + ProblemNotice(snapshot), {{"settings", list}}};
 }
 
 // Throws if the library would reject the setting.

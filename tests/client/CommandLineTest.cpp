@@ -181,6 +181,13 @@ TEST_F(CommandLineTest, MissingCommandIsRejectedWithHelp) {
     EXPECT_EQ(outcome.errors, "zotdamctl: No command is specified.\n\n" + Output({L"--help"}) + "\n");
 }
 
+TEST_F(CommandLineTest, MissingCommandIsOneSentenceInJson) {
+    const Outcome outcome = Run({L"--json"});
+    EXPECT_EQ(outcome.exitStatus, WrongUsage);
+    EXPECT_EQ(Json::parse(outcome.output)["error"]["message"],
+              "No command is specified. See \"zotdamctl --help\".");
+}
+
 TEST_F(CommandLineTest, MissingSubcommandIsRejected) {
     ExpectError({L"setting"}, WrongUsage, "A subcommand is required.");
 }
@@ -198,7 +205,7 @@ TEST_F(CommandLineTest, OptionWithoutArgumentIsRejected) {
 
 TEST_F(CommandLineTest, OptionOfOtherCommandIsRejected) {
     ExpectError({L"count", L"--language", L"de-DE"}, WrongUsage,
-                "The following arguments were not expected: de-DE --language.");
+                "The following arguments were not expected: --language de-DE.");
 }
 
 TEST_F(CommandLineTest, UnknownCommandIsRejectedWithSuggestion) {
@@ -262,6 +269,18 @@ TEST_F(CommandLineTest, ReportOnFileInUseIsWrittenAndFails) {
     }};
     EXPECT_EQ(Run({L"report", L"--output", page, L"--wait", L"60"}).exitStatus, Success);
     release.join();
+}
+
+TEST_F(CommandLineTest, ReportIsNamedWithAbsolutePath) {
+    WriteDefaults(ThreeFunctions);
+    const std::filesystem::path page = installation.ProgramData() / L"page.html";
+    const Arguments arguments = {L"--program-files", installation.ProgramFiles(),
+                                 L"--program-data",  installation.ProgramData(),
+                                 L"report",          L"--output",
+                                 L"page.html"};
+    const Outcome outcome = RunProgram(Client(), arguments, page.parent_path());
+    EXPECT_EQ(outcome.output, "The report was written to " + Utf8(page) + ".\n");
+    EXPECT_TRUE(exists(page));
 }
 
 TEST_F(CommandLineTest, InvalidWaitingTimeIsRejected) {

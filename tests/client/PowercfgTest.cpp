@@ -60,6 +60,15 @@ TEST_F(PowercfgTest, ListContainsSchemesOfWindowsAndUserSettings) {
     EXPECT_NE(Output({L"list"}).find("\n  0a1b2c3d-1111-2222-3333-444455556666 "), std::string::npos);
 }
 
+TEST_F(PowercfgTest, ListStatesWhyThereAreNoUserSettings) {
+    EXPECT_TRUE(Output({L"list"}).ends_with("\n\nThere are no user settings: the user settings file " +
+                                            Utf8(installation.UserFile()) + " does not exist.\n"));
+    WriteUserSettings("<OrloPowerCfg>");
+    EXPECT_TRUE(Output({L"list"}).ends_with(" is not well-formed.\n"));
+    WriteBalanced(OldFunction(1, 5, 6));
+    EXPECT_EQ(Output({L"list"}).find("There are no user settings"), std::string::npos);
+}
+
 TEST_F(PowercfgTest, AcIndexIsSetAndDcIndexKept) {
     EXPECT_EQ(IndexesOf({L"setacvalueindex", L"SCHEME_BALANCED", L"1", L"7", L"--force"}),
               Json({Param(1, 7, 3)}));

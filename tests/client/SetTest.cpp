@@ -138,6 +138,7 @@ TEST_F(SetCommandTest, ForceAcceptsOnlyNumbersAndLabels) {
 
 TEST_F(SetCommandTest, MalformedAssignmentIsRejected) {
     ExpectNotStored({L"1=0"}, WrongUsage, "\"1=0\" is not a value: specify ID=AC,DC.");
+    ExpectNotStored({L"1=,"}, WrongUsage, "\"1=,\" is not a value: specify ID=AC,DC.");
     ExpectNotStored({L"1=0,0", L"2"}, WrongUsage, "\"2\" is not a value: specify ID=AC,DC.");
     ExpectNotStored({L"1=0,0", L"1=1,1"}, WrongUsage, "Function 1 is specified more than once.");
 }

@@ -95,6 +95,14 @@ TEST_F(SettingGetTest, ListShowsEffectiveValuesWithSource) {
               Json({{"name", "B"}, {"value", "default"}, {"source", "default"}}));
 }
 
+TEST_F(SettingGetTest, ListStatesWhyThereAreNoUserSettings) {
+    WriteUserSettings("<OrloPowerCfg>");
+    EXPECT_EQ(Output({L"setting", L"list"}),
+              "Name  Value  Source\n\n"
+              "There are no user settings: the user settings file " +
+                  Utf8(installation.UserFile()) + " is not well-formed.\n");
+}
+
 TEST_F(SettingGetTest, TooLongUserValueIsNotEffective) {
     WriteUserSetting("A=\"" + std::string(260, '1') + "\"");
     WriteBaseSetting(R"(A="base")");

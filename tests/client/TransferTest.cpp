@@ -167,6 +167,23 @@ TEST_F(ImportCommandTest, FileThatIsNoExportIsAnError) {
     }
 }
 
+TEST_F(ImportCommandTest, MessageStatesWhyFileIsNoExport) {
+    const std::string start = R"({"format": "zotdamctl-export", "version": 1)";
+    const std::string beforeSchemes = start + R"(, "catalogue": {"fingerprint": ""}, "schemes": )";
+    const std::vector<std::pair<std::string, std::string>> reasons = {
+        {"[]", "it has another format or version"},
+        {"{}", "it has another format or version"},
+        {start + "}", "key 'catalogue' not found"},
+        {beforeSchemes + R"([{"scheme": "any"}]})",
+         "\"any\" is not a power scheme: specify its GUID, or balanced, high-performance or power-saver"},
+    };
+    for (const auto& [content, reason] : reasons) {
+        WriteFile(File(L"a.json"), content);
+        ExpectError({L"import", File(L"a.json")}, Failure,
+                    "The file " + Utf8(File(L"a.json")) + " is not an export of zotdamctl: " + reason + ".");
+    }
+}
+
 TEST_F(ImportCommandTest, ReadOnlyUserSettingsAreAnError) {
     Export(L"a.json");
     Output({L"reset"});
