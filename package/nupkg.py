@@ -18,6 +18,7 @@ NUGET = pathlib.Path(__file__).resolve().parent / 'nuget'
 # The files of the tree, each with its path in the package.
 FILES = {
     'include/ZOTDam.h': 'build/native/include/ZOTDam.h',
+    'include/ZOTDamTypes.h': 'build/native/include/ZOTDamTypes.h',
     'include/ZOTDamClient.h': 'build/native/include/ZOTDamClient.h',
     'lib/ZOTDam.lib': 'build/native/lib/x64/ZOTDam.lib',
     'bin/ZOTDam.dll': 'build/native/bin/x64/ZOTDam.dll',

@@ -9,6 +9,8 @@ unpack_nupkg() { mkdir "$folder/nuget" && (cd "$folder/nuget" && cmake -E tar xf
 validate_nupkg() { PYTHONDONTWRITEBYTECODE=1 python3 tests/package/nupkg_test.py "$1" "$2"; }
 validate_xml() { xmllint --nonet --noout "$folder/nuget"/{*.nuspec,*.xml,_rels/.rels} "$native"/*.{natvis,props,targets}; }
 
+compiles_with_nupkg() { tool gcc-posix -std=c11 -fsyntax-only -I "$native/include" examples/quickstart/quickstart.c; }
+
 is_same_nupkg() {
     package/nupkg.py --tree "$installation/$package" --version "$version" --output "$folder/$nupkg" &&
         cmp "$folder/$nupkg" "$build/$nupkg"
@@ -38,6 +40,7 @@ build/native/ZOTDam.targets
 build/native/bin/x64/ZOTDam.dll
 build/native/include/ZOTDam.h
 build/native/include/ZOTDamClient.h
+build/native/include/ZOTDamTypes.h
 build/native/lib/x64/ZOTDam.lib
 NAMES
 check 'the XML of the NuGet package is well-formed' validate_xml
@@ -46,8 +49,9 @@ check 'another version is detected' fails validate_nupkg "$build/$nupkg" 99.0.0
 check 'a missing file is detected' lists problems_of_damaged_nupkg <<'PROBLEM'
 build/native/ZOTDam.targets names lib\x64\ZOTDam.lib, which does not exist
 PROBLEM
-for file in include/ZOTDam.h include/ZOTDamClient.h; do
+for file in include/*.h; do
     check "the NuGet package has ${file##*/}" cmp "$native/$file" "include/${file##*/}"
 done
+check 'a program compiles with the headers of the NuGet package' compiles_with_nupkg
 check 'the NuGet package has ZOTDam.dll' cmp "$native/bin/x64/ZOTDam.dll" "$build/bin/ZOTDam.dll"
 check 'the NuGet package has ZOTDam.lib' cmp "$native/lib/x64/ZOTDam.lib" "$build/ZOTDam.lib"
