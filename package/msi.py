@@ -5,18 +5,18 @@
 
 The same tree always produces the same file. SOURCE_DATE_EPOCH is the time of the installer and of its files.
 """
-import argparse
 import hashlib
 import os
 import pathlib
 import re
 import shutil
 import subprocess
-import sys
 import tempfile
 import time
 import uuid
 from xml.etree import ElementTree
+
+import packing
 
 PACKAGE = pathlib.Path(__file__).resolve().parent
 SCHEMA = 'http://schemas.microsoft.com/wix/2006/wi'
@@ -166,16 +166,5 @@ def make_msi(tree, version, output, seconds):
         shutil.move(database, output)
 
 
-def main():
-    parser = argparse.ArgumentParser(description='Makes the installer.')
-    parser.add_argument('--tree', type=pathlib.Path, required=True)
-    parser.add_argument('--version', required=True)
-    parser.add_argument('--output', type=pathlib.Path, required=True)
-    arguments = parser.parse_args()
-    make_msi(arguments.tree.resolve(), arguments.version, arguments.output.resolve(),
-             int(os.environ.get('SOURCE_DATE_EPOCH', time.time())))
-    return 0
-
-
 if __name__ == '__main__':
-    sys.exit(main())
+    packing.main('Makes the installer.', make_msi)

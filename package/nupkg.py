@@ -5,13 +5,12 @@
 
 The same tree always produces the same file. SOURCE_DATE_EPOCH is the time of its entries.
 """
-import argparse
 import hashlib
-import os
 import pathlib
-import sys
 import time
 import zipfile
+
+import packing
 
 NUGET = pathlib.Path(__file__).resolve().parent / 'nuget'
 
@@ -67,16 +66,5 @@ def make_nupkg(tree, version, output, seconds):
             package.writestr(entry, data)
 
 
-def main():
-    parser = argparse.ArgumentParser(description='Makes the NuGet package.')
-    parser.add_argument('--tree', type=pathlib.Path, required=True)
-    parser.add_argument('--version', required=True)
-    parser.add_argument('--output', type=pathlib.Path, required=True)
-    arguments = parser.parse_args()
-    make_nupkg(arguments.tree, arguments.version, arguments.output,
-               int(os.environ.get('SOURCE_DATE_EPOCH', time.time())))
-    return 0
-
-
 if __name__ == '__main__':
-    sys.exit(main())
+    packing.main('Makes the NuGet package.', make_nupkg)

@@ -22,6 +22,8 @@ import time
 import urllib.parse
 import uuid
 
+import packing
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 NAMESPACE = uuid.UUID('c0f4bb1c-6d0a-4d0e-8d7b-0f3d9a4f5b11')
 COMPILER = 'x86_64-w64-mingw32-g++-posix'
@@ -170,7 +172,7 @@ def main():
     arguments = parser.parse_args()
     contents = {program: packages_of(arguments.build, program) for program in PROGRAMS}
     versions = versions_of(set(TOOLS).union(*contents.values()))
-    document = bill_of_materials(arguments, contents, versions, int(os.environ.get('SOURCE_DATE_EPOCH', time.time())))
+    document = bill_of_materials(arguments, contents, versions, packing.time_of_build())
     output = arguments.output or arguments.build
     (output / 'BUILDINFO').write_text(buildinfo(arguments, versions), encoding='utf-8')
     (output / 'ZOTDam.spdx.json').write_text(json.dumps(document, indent=2) + '\n', encoding='utf-8')

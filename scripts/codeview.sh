@@ -8,7 +8,7 @@ build=build/$preset
 # check_pdb PROGRAM PDB_FILE SOURCE: checks that the file belongs to the program and has types, and lines of the source.
 check_pdb() {
     say "Checking $2"
-    PYTHONDONTWRITEBYTECODE=1 python3 tests/package/symbols_test.py "$build/bin/$1" "$build/bin/$2" &&
+    python3 tests/package/symbols_test.py "$build/bin/$1" "$build/bin/$2" &&
         llvm-pdbutil dump --types "$build/bin/$2" | grep 'LF_CLASS.*`ZOTDam::' >/dev/null &&
         llvm-pdbutil dump -l "$build/bin/$2" | grep "/ZOTDam/.*/$3" >/dev/null
 }

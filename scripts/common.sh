@@ -13,6 +13,7 @@ export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 # Without a UTF-8 locale, wine does not support file names in all writing systems.
 export LC_ALL=C.UTF-8
+export PYTHONDONTWRITEBYTECODE=1
 
 # Linux places the heap of a process at a random address. In about one of 2,000 processes it covers a page that wine
 # needs at a fixed address, and the process ends before it runs. Some containers cannot disable the randomisation: there,

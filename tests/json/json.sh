@@ -17,7 +17,6 @@ zotdamctl() {
 }
 
 # One validator for all outputs: its start takes longer than a command.
-export PYTHONDONTWRITEBYTECODE=1
 coproc validator { exec python3 tests/json/validate.py; }
 
 # matches DEFINITION: validates the output of the last command.

@@ -21,7 +21,7 @@ make_keys() {
 }
 
 start_timestamp_server() {
-    PYTHONDONTWRITEBYTECODE=1 python3 tests/package/timestamp_server.py "$keys" >"$folder/port" 2>/dev/null &
+    python3 tests/package/timestamp_server.py "$keys" >"$folder/port" 2>/dev/null &
     timestamp_server=$!
     until [ -s "$folder/port" ]; do sleep 0.1; done
 }

@@ -2,7 +2,7 @@
 # Checks of the PDB files and of the debugger views, which tests/package/package.sh sources.
 # shellcheck disable=SC2154  # package.sh sets the variables
 
-belongs_to() { PYTHONDONTWRITEBYTECODE=1 python3 tests/package/symbols_test.py "$build/bin/$2" "$build/bin/$1"; }
+belongs_to() { python3 tests/package/symbols_test.py "$build/bin/$2" "$build/bin/$1"; }
 public_names() { llvm-pdbutil dump --publics "$build/bin/$1" | sed -n 's/.*S_PUB32 .*`\(.*\)`$/\1/p'; }
 public_exports() { public_names ZOTDam.pdb | grep -xFf "$folder/exports"; }
 internal_names() { public_names ZOTDam.pdb | grep '^_ZN6ZOTDam'; }

@@ -29,8 +29,7 @@ cells_equal_params() {
         zotdamctl params "$scheme" --json >"$folder/$scheme.json" || return
         zotdamctl params "$scheme" --default --json >"$folder/$scheme-default.json" || return
     done
-    PYTHONDONTWRITEBYTECODE=1 \
-        python3 tests/report/report_test.py "$page" "$folder" balanced high-performance power-saver
+    python3 tests/report/report_test.py "$page" "$folder" balanced high-performance power-saver
 }
 
 cp "$user_settings" "$folder/before.xml"
