@@ -1,15 +1,6 @@
 # Cross-compilation with Debian's mingw-w64 g++ for the Universal C Runtime (UCRT), which is part of Windows 10 and
 # later. All other builds use msvcrt.dll.
-set(CMAKE_SYSTEM_NAME Windows)
-set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(CMAKE_C_COMPILER x86_64-w64-mingw32ucrt-gcc)
-set(CMAKE_CXX_COMPILER x86_64-w64-mingw32ucrt-g++)
-set(CMAKE_RC_COMPILER x86_64-w64-mingw32ucrt-windres)
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32ucrt)
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-
-# CTest runs the test programs on the build machine.
-set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine.sh)
+set(triple x86_64-w64-mingw32ucrt)
+include(${CMAKE_CURRENT_LIST_DIR}/windows-target.cmake)
+set(CMAKE_C_COMPILER ${triple}-gcc)
+set(CMAKE_CXX_COMPILER ${triple}-g++)
