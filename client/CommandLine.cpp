@@ -8,6 +8,7 @@
 #include "commands/Commands.h"
 #include "Completion.h"
 #include "Error.h"
+#include "HelpPage.h"
 #include "Licenses.h"
 #include "Scheme.h"
 #include "Suggestion.h"
@@ -89,28 +90,47 @@ std::string FindUnknownCommand(const CLI::App& app) {
     return found == unexpected.end() ? std::string{} : *found;
 }
 
-// The text of CLI11 lists unexpected arguments in the opposite order.
-std::string UnexpectedText(const std::vector<std::string>& arguments) {
-    std::string text = arguments.size() == 1 ? "The following argument was not expected:"
-                                             : "The following arguments were not expected:";
-    for (const std::string& argument : arguments)
+// Returns the error about arguments that the command does not have.
+std::string UnexpectedArgumentsText(const CLI::App& app) {
+    const std::vector<std::string> unexpected = app.remaining(true);
+    std::string text = unexpected.size() == 1 ? "The following argument was not expected:"
+                                              : "The following arguments were not expected:";
+    for (const std::string& argument : unexpected)
         text += " " + argument;
     return text + ".";
 }
 
-std::string UsageErrorText(const CLI::App& app, const CLI::ParseError& error) {
+// Returns the sentence that describes an error of the parser's library.
+std::string MessageOf(const CLI::ParseError& error, const CLI::App& app) {
     const std::string unknown = FindUnknownCommand(app);
     if (!unknown.empty())
         return UnknownCommandText(LastCommand(app), unknown);
-    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
-        return UnexpectedText(app.remaining(true));
-    return error.what() + std::string{"."};
+    // The message of the library has the arguments in an order that differs between its versions.
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError))
+        return UnexpectedArgumentsText(app);
+    return std::string{error.what()} + ".";
+}
+
+// Returns the argument in the notation of the parser's library, which since version 2.5 reads "[[aabb]]" as
+// "[ab]".
+std::string Escaped(const std::string& argument) {
+    constexpr bool hasNotation = CLI11_VERSION_MAJOR > 2 || CLI11_VERSION_MINOR >= 5;
+    if (!hasNotation || !argument.starts_with("[[") || !argument.ends_with("]]"))
+        return argument;
+    std::string escaped = "[[";
+    for (const char unit : argument.substr(1, argument.size() - 2))
+        escaped.append(2, unit);
+    return escaped + "]]";
 }
 
 class Parser {
 public:
     Parser() {
         app.require_subcommand(0, 1);
+        // The page of the parser's library differs between its versions.
+        app.formatter_fn([](const CLI::App* command, const std::string& path, CLI::AppFormatMode) {
+            return HelpPage(*command, path);
+        });
         // Set before the commands are added, because commands inherit these settings. General options may
         // also follow the command, and a slash begins a path, not an option.
         app.fallthrough()->allow_windows_style_options(false);
@@ -146,6 +166,7 @@ public:
     std::variant<Invocation, Information> Parse(std::vector<std::string> arguments) {
         if (!arguments.empty() && arguments.back() == "/?")
             arguments.back() = "--help";
+        std::ranges::transform(arguments, arguments.begin(), Escaped);
         std::ranges::reverse(arguments);  // the order that CLI11 expects
         try {
             app.parse(std::move(arguments));
@@ -154,7 +175,7 @@ public:
             app.exit(request, text, text);
             return text.str();
         } catch (const CLI::ParseError& error) {
-            throw WithHelp(UsageError{UsageErrorText(app, error)}, CommandPath(LastCommand(app)));
+            throw WithHelp(UsageError{MessageOf(error, app)}, CommandPath(LastCommand(app)));
         } catch (const UsageError& error) {
             throw WithHelp(error, CommandPath(LastCommand(app)));
         }

@@ -5,6 +5,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 preset=release
 build=build/$preset
+cmake_options=()
 
 # The wine prefix. Programs that run in parallel use separate copies of the first one, which ZOTDAM_WINEPREFIX names.
 first_prefix=$PWD/build/wine
@@ -77,7 +78,7 @@ build_targets() {
     say "Building ($preset)"
     local log=$build/build.log
     mkdir -p "$build"
-    if ! { cmake --preset "$preset" && cmake --build "$build" ${1:+--target "$@"}; } >"$log" 2>&1; then
+    if ! { cmake --preset "$preset" -B "$build" "${cmake_options[@]}" && cmake --build "$build" ${1:+--target "$@"}; } >"$log" 2>&1; then
         cat "$log" >&2
         exit 1
     fi

@@ -182,8 +182,8 @@ TEST_F(SettingSetTest, NonAsciiNameAndValueAreStored) {
 }
 
 TEST_F(SettingSetTest, ValuesWithSpecialSyntaxAreStoredUnchanged) {
-    for (const wchar_t* const value : {L"", L" ", L"-5", L"--json", L"/x", L"[a,b]", L"{}", L"reset", L"<&'>",
-                                       L"%ProgramFiles%", L"a\tb\r\nc"})
+    for (const wchar_t* const value : {L"", L" ", L"-5", L"--json", L"/x", L"[a,b]", L"[[aabb]]", L"{}",
+                                       L"reset", L"<&'>", L"%ProgramFiles%", L"a\tb\r\nc"})
         ExpectStored(value);
 }
 
