@@ -1,5 +1,5 @@
 // The widths of characters on a terminal, in ascending order. Written by scripts/widths.py from the data of
-// utf8proc for Unicode 15.0.0.
+// utf8proc 2.8.0 for Unicode 15.0.0.
 #pragma once
 
 #include "platform/CharacterRange.h"

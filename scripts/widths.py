@@ -13,6 +13,7 @@ import subprocess
 
 HEADER = 'client/CharacterWidths.h'
 LIBRARY = ctypes.CDLL(ctypes.util.find_library('utf8proc') or 'libutf8proc.so')
+LIBRARY.utf8proc_version.restype = ctypes.c_char_p
 LIBRARY.utf8proc_unicode_version.restype = ctypes.c_char_p
 SURROGATES = range(0xD800, 0xE000)
 # Control characters have no width, but texts that are printed do not contain them.
@@ -43,10 +44,11 @@ def table(name, width):
 
 
 def main():
-    version = LIBRARY.utf8proc_unicode_version().decode()
+    version = LIBRARY.utf8proc_version().decode()
+    unicode_version = LIBRARY.utf8proc_unicode_version().decode()
     text = f'''\
 // The widths of characters on a terminal, in ascending order. Written by scripts/widths.py from the data of
-// utf8proc for Unicode {version}.
+// utf8proc {version} for Unicode {unicode_version}.
 #pragma once
 
 #include "platform/CharacterRange.h"

@@ -16,6 +16,11 @@ license() {
         inside { sub(/^ /, ""); print $0 == "." ? "" : $0 }' "/usr/share/doc/$1/copyright"
 }
 
+# copyright_of PACKAGE FILE: prints the copyright of a file from the package's copyright file.
+copyright_of() {
+    sed -n "/^Files: $2\$/,/^License:/s/^Copyright: /Copyright /p" "/usr/share/doc/$1/copyright"
+}
+
 runtime_library_exception() {
     sed -n '/^GCC RUNTIME LIBRARY EXCEPTION$/,/^requirements of the license of GCC\.$/p' \
         /usr/share/doc/gcc-mingw-w64-base/copyright
@@ -39,7 +44,8 @@ contains() {
 check 'CLI11' contains license libcli11-dev BSD-3-clause
 check 'JSON for Modern C++' contains license nlohmann-json3-dev Expat
 check 'utf8proc' contains license libutf8proc-dev Expat
-check 'utf8proc: the data of Unicode' contains license libutf8proc-dev Unicode
+check 'the data files of Unicode' contains license libutf8proc-dev Unicode
+check 'the data files of Unicode: the copyright' contains copyright_of libutf8proc-dev utf8proc_data.c
 for name in ZPL-2.1 public-domain Lucent David-Gay Keith-Marshall expat BSD-3-clause-Lockless; do
     check "mingw-w64: $name" contains license mingw-w64-x86-64-dev "$name"
 done

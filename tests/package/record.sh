@@ -11,18 +11,34 @@ installed_packages() {
     recorded_packages | cut -d ' ' -f 1 | xargs dpkg-query -W -f '${Package} ${Version}\n'
 }
 
-# Prints the packages of which the bill says that their code is in the program.
-linked_packages() {
-    python3 - "$bill" "$1" <<'PROGRAM'
+# related_packages ELEMENT TYPE: prints the packages in the relationships of this type.
+related_packages() {
+    python3 - "$bill" "$@" <<'PROGRAM'
 import json, sys
 document = json.load(open(sys.argv[1], encoding='utf-8'))
 names = {package['SPDXID']: package['name'] for package in document['packages']}
 for item in document['relationships']:
-    if item['relationshipType'] == 'STATIC_LINK' and item['spdxElementId'] == 'SPDXRef-' + sys.argv[2]:
+    if item['relationshipType'] == sys.argv[3] and item['spdxElementId'] == 'SPDXRef-' + sys.argv[2]:
         print(names[item['relatedSpdxElement']])
 PROGRAM
 }
-links() { linked_packages "$1" | grep -x "$2"; }
+links() { related_packages "$1" STATIC_LINK | grep -x "$2"; }
+# The project's own libraries in the bill, and those that the linker read.
+linked_libraries() { related_packages "$1" STATIC_LINK | grep '^zotdam_'; }
+read_libraries() { sed -n 's,^LOAD src/lib\(zotdam_.*\)\.a\r\{0\,1\}$,\1,p' "$build/bin/$1.map" | sort -u; }
+
+# field_of_package NAME FIELD
+field_of_package() {
+    python3 -c 'import json, sys
+for package in json.load(open(sys.argv[1], encoding="utf-8"))["packages"]:
+    if package["name"] == sys.argv[2]: print(package[sys.argv[3]])' "$bill" "$@"
+}
+first_line_of_licence() {
+    python3 -c 'import json, sys
+for licence in json.load(open(sys.argv[1], encoding="utf-8"))["hasExtractedLicensingInfos"]:
+    if licence["licenseId"] == sys.argv[2]: print(licence["extractedText"].splitlines()[0])' "$bill" "$1"
+}
+version_in_header() { sed -n "s/^.*$1 \([0-9.]*[0-9]\).*/\1/p" client/CharacterWidths.h; }
 names_package() { recorded_packages | grep "^$1 "; }
 
 # Validates a bill of the programs in $unpacked.
@@ -32,7 +48,8 @@ damage_bill() { sed "$1" "$bill" >"$folder/damaged.json" && fails validate_bill 
 # Prints the linked packages for whose source package THIRD-PARTY-NOTICES.txt has no row.
 packages_without_notice() {
     local package
-    for package in $(linked_packages ZOTDam.dll) $(linked_packages zotdamctl.exe); do
+    for package in $({ related_packages ZOTDam.dll STATIC_LINK && related_packages zotdamctl.exe STATIC_LINK; } |
+        grep -v '^zotdam_'); do
         case $(dpkg-query -W -f '${source:Package}' "$package") in
             cli11 | nlohmann-json3 | mingw-w64 | gcc-mingw-w64) ;;
             *) echo "$package" ;;
@@ -64,6 +81,26 @@ check 'a relationship without an end is detected' \
 check 'the bill has the code of the compiler in the DLL' links ZOTDam.dll g++-mingw-w64-x86-64-win32
 check 'the bill has the parser of the command line in the client' links zotdamctl.exe libcli11-dev
 check 'the DLL does not contain the parser of the command line' fails links ZOTDam.dll libcli11-dev
+for program in ZOTDam.dll zotdamctl.exe; do
+    check "the bill has the static libraries in $program" lists linked_libraries "$program" < <(read_libraries "$program")
+done
+check 'the bill has the data of utf8proc in the client' lists related_packages zotdamctl.exe CONTAINS <<<utf8proc
+check 'the DLL does not contain the data of utf8proc' lists related_packages ZOTDam.dll CONTAINS </dev/null
+check 'the data of utf8proc come from the data files of Unicode' \
+    lists related_packages utf8proc GENERATED_FROM <<<'Unicode data files'
+check 'the bill has the version of utf8proc' \
+    lists field_of_package utf8proc versionInfo < <(version_in_header utf8proc)
+check 'the bill has the version of Unicode' \
+    lists field_of_package 'Unicode data files' versionInfo < <(version_in_header Unicode)
+check 'the bill has the licence of the data files of Unicode' \
+    lists field_of_package 'Unicode data files' licenseConcluded <<<LicenseRef-Unicode
+while read -r licence line; do
+    check "the bill has the text of $licence" lists first_line_of_licence "LicenseRef-$licence" <<<"$line"
+done <<'LINES'
+mingw-w64 Copyright (c) 2009-2016 the mingw-w64 project
+libstdcxx Copyright (c) Free Software Foundation, Inc.
+Unicode client/CharacterWidths.h contains data of these files in another form. They come
+LINES
 check 'each linked package has a notice' lists packages_without_notice </dev/null
 check 'the client contains winpthreads, as the notices say' has_winpthreads zotdamctl.exe
 check 'the DLL does not contain winpthreads, as the notices say' fails has_winpthreads ZOTDam.dll

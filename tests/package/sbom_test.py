@@ -11,7 +11,7 @@ import sys
 DOCUMENT = {'spdxVersion', 'dataLicense', 'SPDXID', 'name', 'documentNamespace', 'creationInfo'}
 PACKAGE = {'SPDXID', 'name', 'versionInfo', 'downloadLocation', 'licenseConcluded', 'licenseDeclared', 'copyrightText'}
 FILE = {'SPDXID', 'fileName', 'checksums', 'licenseConcluded', 'copyrightText'}
-RELATIONSHIPS = {'DESCRIBES', 'CONTAINS', 'STATIC_LINK', 'BUILD_TOOL_OF'}
+RELATIONSHIPS = {'DESCRIBES', 'CONTAINS', 'STATIC_LINK', 'GENERATED_FROM', 'BUILD_TOOL_OF'}
 LICENCES = {'BSD-3-Clause', 'GPL-3.0-or-later', 'MIT', 'NOASSERTION', 'ZPL-2.1'}
 EXCEPTIONS = {'GCC-exception-3.1'}
 TERM = re.compile(r'^(\S+)(?: WITH (\S+))?$')
