@@ -8,8 +8,8 @@ UPDATE `Property` SET `Value` = 'NEWERVERSION;OLDERVERSION' WHERE `Property` = '
 -- The runtime cannot be deselected (16).
 UPDATE `Feature` SET `Attributes` = 16 WHERE `Feature` = 'runtime';
 
--- An action that sets a property (51), without the flag for deferred actions that wixl adds.
-UPDATE `CustomAction` SET `Type` = 51 WHERE `Action` = 'RepairInstallation';
+-- The actions set properties (51). wixl adds the flag for deferred actions.
+UPDATE `CustomAction` SET `Type` = 51;
 
 -- The settings folder: full access for the system and for administrators, "Modify" for users.
 CREATE TABLE `MsiLockPermissionsEx` (`MsiLockPermissionsEx` CHAR(72) NOT NULL, `LockObject` CHAR(72) NOT NULL,

@@ -41,6 +41,7 @@ PERMANENT, NEVER_OVERWRITE, WIN64 = 0x10, 0x80, 0x100
 
 IS_REPAIR = 'Installed AND NOT (REINSTALL OR REMOVE OR ADDLOCAL OR ADDDEFAULT OR ADDSOURCE OR ADVERTISE OR ' \
             'UPGRADINGPRODUCTCODE)'
+OMITS_RUNTIME = 'ADDLOCAL AND ADDLOCAL <> "ALL" AND NOT (ADDLOCAL >< "runtime" OR Installed)'
 
 
 class File:
@@ -151,7 +152,8 @@ def make_msi(tree, version, output, seconds):
     content = checksum(files)
     upgrade_code = guid('upgrade')
     variables = {'Version': version, 'UpgradeCode': upgrade_code, 'ProductCode': guid('product', version, content),
-                 'SettingsFolderGuid': guid('component', 'SettingsFolder'), 'IsRepair': IS_REPAIR}
+                 'SettingsFolderGuid': guid('component', 'SettingsFolder'), 'IsRepair': IS_REPAIR,
+                 'OmitsRuntime': OMITS_RUNTIME}
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         copy_sources(files, folder, seconds)

@@ -57,7 +57,9 @@ version_in_apps() {
     installed reg query 'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall' /s | tr -d '\r' |
         sed -n -e '/DisplayName .* ZOTDam for QUEN Power Management$/,/^$/s/.*DisplayVersion *REG_SZ *//p'
 }
+has_files() { (cd "$programs/ZOTDam" && ls "$@"); }
 client() { installed 'C:\Program Files\Orlo\QUEN Power Management\zotdamctl.exe' "$@"; }
+is_last_line_of_licence() { [ "$(tail -n 1 "$programs/ZOTDam/LICENSE")" = "$1" ]; }
 is_program() { cmp "$build/bin/$1" "$programs/$1"; }
 
 # The base catalogue of an OEM, which is on the machine before the installation.
@@ -73,15 +75,24 @@ change_data() {
 }
 data_files() { (cd "$drive" && find 'Program Files/Orlo' ProgramData -name '*.xml*' -exec sha256sum {} +); }
 
-damage_programs() {
-    rm "$programs/ZOTDam.dll"
+# Damages the programs, and deletes a data file whose content is that of the samples.
+damage_installation() {
+    rm "$programs/ZOTDam.dll" "$programs/de-DE/StringTable.xml"
     echo damaged >"$programs/zotdamctl.exe"
 }
 
-# The next version, with other samples, which must not replace the data files.
-make_next_version() {
+check_repair() {
+    check "$1: a missing file is installed again" is_program ZOTDam.dll
+    check "$1: a damaged file is replaced" is_program zotdamctl.exe
+    check "$1: existing data files are kept, and a missing one is installed again" lists data_files <"$folder/data"
+}
+
+# Another build of the same version, and the next version, with other samples, which must not replace the data files.
+make_next_versions() {
     cp -r "$installation/$package" "$folder/next"
     find "$folder/next/samples" -type f -exec sed -i '$s/$/<!-- next -->/' {} +
+    echo rebuilt >>"$folder/next/LICENSE"
+    make_installer "$folder/next" "$version"
     echo next >>"$folder/next/LICENSE"
     make_installer "$folder/next" 99.0.0
 }
@@ -89,6 +100,7 @@ make_next_version() {
 say 'Installing'
 check 'the package and the installer have the same content' is_same_installer
 check 'the installer installs for all users' lists property ALLUSERS <<<1
+check 'the guide for administrators names the upgrade code' grep -qF "$(property UpgradeCode)" docs/deploy.md
 check 'users may change the settings, and only the system and administrators have full access' \
     lists rights_of_settings <<'RIGHTS'
 SettingsFolder	CreateFolder	D:PAI(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1301bf;;;BU)
@@ -97,7 +109,7 @@ check 'data files are never overwritten and never removed' lists unprotected_sam
 check 'the programs have their version' lists programs_without_version </dev/null
 make_installer_prefix
 write_own_catalogue
-check 'the installer of the next version is made' make_next_version
+check 'the installers of the next versions are made' make_next_versions
 
 check 'the installation' msi /i "$PWD/$build/$installer"
 { names_of_runtime && echo data/ZOTBase.xml; } >"$folder/installed"
@@ -113,14 +125,20 @@ check 'an existing base catalogue is kept' grep -q 'An OEM' "$programs/data/ZOTB
 check 'the data files are changed' change_data
 data_files >"$folder/data"
 
-damage_programs
+damage_installation
 check 'the second installation' msi /i "$PWD/$build/$installer"
-check 'it installs a missing file again' is_program ZOTDam.dll
-check 'it replaces a damaged file' is_program zotdamctl.exe
-check 'it keeps the data files' lists data_files <"$folder/data"
+check_repair 'the second installation'
+damage_installation
+# These properties are those that "msiexec /fa" sets on Windows. The msiexec of wine does not have this option.
+check 'the repair' msi /i "$PWD/$build/$installer" REINSTALL=ALL REINSTALLMODE=a
+check_repair 'the repair'
+
+check 'another build of the version is installed' msi /i "$folder/ZOTDam-$version.msi"
+check 'it replaces the files' is_last_line_of_licence rebuilt
+check 'it replaces the entry in "Apps"' lists version_in_apps <<<"$version"
 
 check 'the update' msi /i "$folder/ZOTDam-99.0.0.msi"
-check 'it replaces the files' grep -qx next "$programs/ZOTDam/LICENSE"
+check 'it replaces the files' is_last_line_of_licence next
 check 'it replaces the entry in "Apps"' lists version_in_apps <<<99.0.0
 check 'the update keeps the data files' lists data_files <"$folder/data"
 
@@ -132,4 +150,11 @@ names_of_samples >"$folder/installed"
 check 'it removes the programs' lists files_in "$programs" <"$folder/installed"
 check 'it removes the entry in "Apps"' lists version_in_apps </dev/null
 check 'the removal keeps the data files' lists data_files <"$folder/data"
+
+check 'the installation of one feature' msi /i "$PWD/$build/$installer" ADDLOCAL=development
+check 'it installs the feature and the programs' has_files include/ZOTDam.h ../ZOTDam.dll ../zotdamctl.exe
+check 'it keeps the data files of an earlier installation' lists data_files <"$folder/data"
+check 'the feature is removed' msi /i "$PWD/$build/$installer" REMOVE=development
+{ names_of_runtime && names_of_samples; } >"$folder/installed"
+check 'the programs and the data files remain' lists files_in "$programs" <"$folder/installed"
 stop_installer_prefix
