@@ -137,7 +137,7 @@ void AddUnlessListed(std::vector<ListedScheme>& schemes, const ListedScheme& sch
 std::vector<ListedScheme> CollectSchemes(const std::optional<GUID>& active, const StoredSettings& stored) {
     std::vector<ListedScheme> schemes;
     for (const NamedScheme& named : WindowsSchemes)
-        schemes.push_back({named.scheme, std::string{named.name}, std::string{named.alias}});
+        AddUnlessListed(schemes, {named.scheme, std::string{named.name}, std::string{named.alias}});
     for (const WindowsScheme& known : EnumerateWindowsSchemes())
         AddUnlessListed(schemes, {known.scheme, known.name, {}});
     if (active)

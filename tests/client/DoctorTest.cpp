@@ -303,7 +303,7 @@ class DoctorOneFileTest : public DoctorReportTest {
 protected:
     // The file is in a folder that has no other data files.
     std::filesystem::path Write(const std::wstring& name, const std::string& content) const {
-        const std::filesystem::path path = installation.UserFile().parent_path() / name;
+        std::filesystem::path path = installation.UserFile().parent_path() / name;
         WriteFile(path, content);
         return path;
     }

@@ -44,11 +44,11 @@ DWORD WINAPI PowerGetActiveScheme(HKEY, GUID** active) {
     return ERROR_SUCCESS;
 }
 
-DWORD WINAPI PowerEnumerate(HKEY, const GUID*, const GUID*, POWER_DATA_ACCESSOR accessor, ULONG index,
+DWORD WINAPI PowerEnumerate(HKEY, const GUID*, const GUID*, POWER_DATA_ACCESSOR accessFlags, ULONG index,
                             UCHAR* buffer, DWORD* size) {
     const auto schemes = Pairs(L"FAKE_SCHEMES");
     GUID scheme = {};
-    if (accessor != ACCESS_SCHEME || index >= schemes.size() || !Parse(schemes[index].first, scheme))
+    if (accessFlags != ACCESS_SCHEME || index >= schemes.size() || !Parse(schemes[index].first, scheme))
         return ERROR_NO_MORE_ITEMS;
     return Copy(&scheme, sizeof scheme, buffer, size);
 }

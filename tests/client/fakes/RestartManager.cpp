@@ -71,15 +71,16 @@ DWORD WINAPI RmStartSession(DWORD* handle, DWORD flags, WCHAR key[]) {
     return ERROR_SUCCESS;
 }
 
-DWORD WINAPI RmRegisterResources(DWORD handle, UINT fileCount, LPCWSTR files[], UINT, RM_UNIQUE_PROCESS[],
+DWORD WINAPI RmRegisterResources(DWORD handle, UINT nFiles, LPCWSTR fileNames[], UINT, RM_UNIQUE_PROCESS[],
                                  UINT, LPCWSTR[]) {
     if (!IsSession(handle))
         return ERROR_INVALID_HANDLE;
-    isFileRegistered = fileCount == 1 && IsPathOfFile(*files);
+    isFileRegistered = nFiles == 1 && IsPathOfFile(*fileNames);
     return ErrorOf(L"RmRegisterResources");
 }
 
-DWORD WINAPI RmGetList(DWORD handle, UINT* needed, UINT* count, RM_PROCESS_INFO list[], DWORD* reasons) {
+DWORD WINAPI RmGetList(DWORD handle, UINT* needed, UINT* pnProcInfo, RM_PROCESS_INFO affectedApps[],
+                       DWORD* reasons) {
     if (!IsSession(handle))
         return ERROR_INVALID_HANDLE;
     if (const DWORD error = ErrorOf(L"RmGetList"); error != ERROR_SUCCESS)
@@ -87,10 +88,10 @@ DWORD WINAPI RmGetList(DWORD handle, UINT* needed, UINT* count, RM_PROCESS_INFO 
     const std::vector<RM_PROCESS_INFO> users = UsersOfRegisteredFile();
     *needed = static_cast<UINT>(users.size());
     *reasons = RmRebootReasonNone;
-    if (*count < users.size())
+    if (*pnProcInfo < users.size())
         return ERROR_MORE_DATA;
-    std::ranges::copy(users, list);
-    *count = *needed;
+    std::ranges::copy(users, affectedApps);
+    *pnProcInfo = *needed;
     return ERROR_SUCCESS;
 }
 
