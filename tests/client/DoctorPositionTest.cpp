@@ -55,10 +55,13 @@ TEST_F(DoctorPositionTest, Utf16FilesHavePlaces) {
 }
 
 TEST_F(DoctorPositionTest, ElementsAfterDeeplyNestedOnesHaveTheirPlaces) {
-    std::string nested;
-    for (int depth = 0; depth < 50; ++depth)
-        nested = "<A>" + nested + "</A>";
-    WriteDefaults("<ZOTDefault>\n" + nested + "\n<Functions/><Other/></ZOTDefault>");
+    std::string startTags;
+    std::string endTags;
+    for (int depth = 0; depth < 50; ++depth) {
+        startTags += "<A>";
+        endTags += "</A>";
+    }
+    WriteDefaults("<ZOTDefault>\n" + startTags + endTags + "\n<Functions/><Other/></ZOTDefault>");
     std::filesystem::remove(installation.UserFile());
     const Json findings = FindingsWith(1);
     ASSERT_EQ(findings.size(), 2u);

@@ -32,7 +32,7 @@ std::vector<XmlCase> UnreadableContents() {
         {"EmptyFile", ""},
         {"WhiteSpace", " \r\n\t "},
         {"PlainText", "ACParamIndex=1"},
-        {"BinaryData", std::string{"\x7f\x45\x4c\x46\x00\x01\xff\xfe\x80\x00<R/>", 15}},
+        {"BinaryData", std::string{"\x7f\x45\x4c\x46\x00\x01\xff\xfe\x80\x00<R/>", 14}},
         {"ZerosOnly", std::string(4096, '\0')},
         {"DeclarationOnly", "<?xml version=\"1.0\"?>"},
         {"CommentOnly", "<!--nothing-->"},

@@ -30,7 +30,7 @@ public:
 
     std::vector<std::string> ImportedModules() const {
         std::vector<std::string> names;
-        for (auto* import = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
+        for (const auto* import = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
              import->Name != 0; ++import)
             names.emplace_back(At<char>(import->Name));
         return names;
