@@ -107,21 +107,21 @@ protected:
         return CBusyMarker{Name}.IsAcquired();
     }
 
-    static inline const HANDLE someHandle = reinterpret_cast<HANDLE>(0x1234);
+    static inline const HANDLE SomeHandle = reinterpret_cast<HANDLE>(0x1234);
 };
 
 TEST_F(BusyMarkerMutexTest, MutexIsOpenedToSynchronizeAndModify) {
-    platform.created = someHandle;
+    platform.created = SomeHandle;
     EXPECT_TRUE(IsOurs());
     EXPECT_EQ(platform.openAccess, 0x00100001u);
     EXPECT_FALSE(platform.openInheritable);
     EXPECT_TRUE(platform.initialOwner);
-    EXPECT_EQ(platform.closed, std::vector{someHandle});
+    EXPECT_EQ(platform.closed, std::vector{SomeHandle});
 }
 
 TEST_F(BusyMarkerMutexTest, DeniedOpenMeansBusy) {
     platform.openError = ERROR_ACCESS_DENIED;
-    platform.created = someHandle;
+    platform.created = SomeHandle;
     EXPECT_FALSE(IsOurs());
 }
 
@@ -132,10 +132,10 @@ TEST_F(BusyMarkerMutexTest, DeniedCreationMeansBusy) {
 }
 
 TEST_F(BusyMarkerMutexTest, MutexCreatedMeanwhileMeansBusy) {
-    platform.created = someHandle;
+    platform.created = SomeHandle;
     platform.createError = ERROR_ALREADY_EXISTS;
     EXPECT_FALSE(IsOurs());
-    EXPECT_EQ(platform.closed, std::vector{someHandle});
+    EXPECT_EQ(platform.closed, std::vector{SomeHandle});
 }
 
 TEST_F(BusyMarkerMutexTest, AllocationFailureDoesNotMeanBusy) {

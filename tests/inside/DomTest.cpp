@@ -189,10 +189,10 @@ TEST_F(ReadAttributeTest, SurrogatePairCountsAsTwoCodeUnits) {
 }
 
 TEST_F(ReadAttributeTest, StringHasNoLengthLimit) {
-    const std::wstring long_(100000, L'x');
+    const std::wstring longText(100000, L'x');
     std::wstring text;
-    EXPECT_TRUE(ReadAttribute(ElementWith(long_).Root(), L"A", text));
-    EXPECT_EQ(text, long_);
+    EXPECT_TRUE(ReadAttribute(ElementWith(longText).Root(), L"A", text));
+    EXPECT_EQ(text, longText);
 }
 
 TEST_F(ReadAttributeTest, NullElementThrows) {

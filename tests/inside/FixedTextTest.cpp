@@ -25,7 +25,8 @@ void PrintTo(const FixedText& fixedText, std::ostream* out) {
 }
 
 std::wstring X(std::size_t count) {
-    return std::wstring(count, L'x');
+    std::wstring text(count, L'x');
+    return text;
 }
 
 constexpr wchar_t Pair[] = L"\xd83d\xde00";
