@@ -34,8 +34,8 @@ std::string FindSimilar(std::string_view mistyped, const std::vector<std::string
     std::string similar;
     if (sought.empty())
         return similar;
-    // One character, or a quarter of the characters, may differ.
-    std::size_t limit = std::max<std::size_t>(sought.size() / 4, 1) + 1;
+    // A quarter of the characters may differ: at least one, and two of six.
+    std::size_t limit = std::max<std::size_t>(sought.size() / 4, sought.size() < 6 ? 1 : 2) + 1;
     for (const std::string& word : words) {
         const std::size_t distance = DistanceBetween(sought, ToLowerAscii(word));
         if (distance < limit) {

@@ -145,6 +145,7 @@ TEST_F(ParamsTest, NamesAreCaseInsensitive) {
 
 TEST_F(ParamsTest, SimilarNameIsSuggested) {
     ExpectUnknownScheme({L"params", L"ballanced"}, "ballanced", ". Did you mean \"balanced\"?");
+    ExpectUnknownScheme({L"params", L"balncd"}, "balncd", ". Did you mean \"balanced\"?");
     ExpectUnknownScheme({L"params", L"scheme_mim"}, "scheme_mim", ". Did you mean \"SCHEME_MIN\"?");
 }
 
