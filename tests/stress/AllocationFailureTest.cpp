@@ -202,7 +202,7 @@ void PrintTo(const Case& testCase, std::ostream* out) {
 std::vector<Case> Cases() {
     std::vector<Case> cases;
     for (const Use& use : uses)
-        for (const AllocationFailure& kind : allocationFailures)
+        for (const AllocationFailure& kind : KindsOfAllocationFailures)
             cases.push_back({use.name + "Without" + kind.name, kind, use});
     return cases;
 }

@@ -182,7 +182,7 @@ inline void FailMarkers(PatchedImports& imports) {
 
 }  // namespace AllocationFailures
 
-inline const std::vector<AllocationFailure> allocationFailures = {
+inline const std::vector<AllocationFailure> KindsOfAllocationFailures = {
     {"Memory", &AllocationFailures::FailMemory, 3},    {"Texts", &AllocationFailures::FailStrings},
     {"Variants", &AllocationFailures::FailVariants},   {"GuidTexts", &AllocationFailures::FailGuidStrings},
     {"Documents", &AllocationFailures::FailDocuments}, {"DomCalls", &AllocationFailures::FailDom, 7},

@@ -102,7 +102,7 @@ private:
 
     template <class Record>
     RawList Copied(const List<Record>& list) {
-        ListLinks* const sentinel = New<ListLinks>();
+        auto* const sentinel = New<ListLinks>();
         *sentinel = {sentinel, sentinel};
         for (const Record& record : list) {
             auto* const links = static_cast<ListLinks*>(New(sizeof(Node<Record>)));

@@ -107,6 +107,7 @@ protected:
 
     static std::vector<std::int32_t> Ids(const std::vector<FunctionBase>& records) {
         std::vector<std::int32_t> ids;
+        ids.reserve(records.size());
         for (const FunctionBase& record : records)
             ids.push_back(record.id);
         return ids;

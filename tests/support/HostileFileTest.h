@@ -56,7 +56,7 @@ inline const std::vector<Target>& Targets() {
     return targets;
 }
 
-inline std::string Replace(std::string text, std::string_view word, const std::string& replacement) {
+inline std::string Replace(const std::string& text, std::string_view word, const std::string& replacement) {
     std::string result;
     std::size_t begin = 0;
     for (std::size_t end = 0; (end = text.find(word, begin)) != std::string::npos; begin = end + word.size())
