@@ -54,17 +54,18 @@ Report WriteHelp(const HelpArguments& arguments);
 
 // The commands that the command line contains, from the program to the last subcommand.
 const CLI::App& LastCommand(const CLI::App& app) {
-    const std::vector<CLI::App*> parsed = app.get_subcommands();
-    return parsed.empty() ? app : LastCommand(*parsed.front());
+    const CLI::App* command = &app;
+    while (!command->get_subcommands().empty())
+        command = command->get_subcommands().front();
+    return *command;
 }
 
 // Returns the names of the commands without the name of the program: "setting get".
 std::string CommandPath(const CLI::App& command) {
-    const CLI::App* const parent = command.get_parent();
-    if (parent == nullptr)
-        return {};
-    const std::string path = CommandPath(*parent);
-    return path.empty() ? command.get_name() : path + " " + command.get_name();
+    std::string path;
+    for (const CLI::App* part = &command; part->get_parent() != nullptr; part = part->get_parent())
+        path = part->get_name() + (path.empty() ? "" : " ") + path;
+    return path;
 }
 
 std::vector<std::string> SubcommandNames(const CLI::App& command) {

@@ -65,6 +65,7 @@ GUID ParseScheme(std::string_view text) {
 
 std::vector<std::string> SchemeWords() {
     std::vector<std::string> words;
+    words.reserve(2 * std::size(WindowsSchemes) + 1);
     for (const NamedScheme& named : WindowsSchemes)
         words.emplace_back(named.name);
     for (const NamedScheme& named : WindowsSchemes)

@@ -38,7 +38,7 @@ Report WriteReport(const ReportArguments& arguments) {
     const std::optional<Error> inUse = ReadOverviewInto(content);
     WriteNamedFile(file, PageOf(content));
     if (inUse)
-        throw *inUse;
+        throw Error{*inUse};
     return {"The report was written to " + Utf8(file) + ".\n", {{"file", Utf8(file)}}};
 }
 

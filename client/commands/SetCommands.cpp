@@ -63,6 +63,7 @@ std::vector<Assignment> ParseAssignments(const std::vector<std::string>& values)
     if (values.empty() || values.front().find('=') == std::string::npos)
         return {ParseSingle(values)};
     std::vector<Assignment> assignments;
+    assignments.reserve(values.size());
     for (const std::string& text : values)
         assignments.push_back(ParseAssignment(text));
     return assignments;

@@ -16,7 +16,7 @@ namespace {
 
 std::string MachineName() {
     wchar_t name[256] = {};
-    DWORD size = static_cast<DWORD>(std::size(name));
+    auto size = static_cast<DWORD>(std::size(name));
     GetComputerNameExW(ComputerNameDnsHostname, name, &size);
     return ToUtf8(name);
 }

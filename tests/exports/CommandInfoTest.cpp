@@ -107,7 +107,7 @@ TEST_F(CommandInfoTest, MissingAttributesYieldZerosAndEmptyString) {
     const std::vector<CommandInfoRecord> commands = GetCommandInfo();
     ASSERT_EQ(commands.size(), 1u);
     const CommandInfoRecord zeros = {};
-    EXPECT_EQ(std::memcmp(&commands[0], &zeros, sizeof zeros), 0);
+    EXPECT_EQ(std::memcmp(commands.data(), &zeros, sizeof zeros), 0);
 }
 
 TEST_F(CommandInfoTest, ShortStringOverwritesLongStringCompletely) {
@@ -297,8 +297,8 @@ TEST_F(CommandInfoTest, CommandWithoutAttributesInheritsAllFromPrevious) {
     const std::vector<CommandInfoRecord> commands = GetCommandInfo();
     ASSERT_EQ(commands.size(), 3u);
     EXPECT_EQ(commands[0].option2, 120);
-    EXPECT_EQ(std::memcmp(&commands[1], &commands[0], sizeof commands[0]), 0);
-    EXPECT_EQ(std::memcmp(&commands[2], &commands[0], sizeof commands[0]), 0);
+    EXPECT_EQ(std::memcmp(&commands[1], commands.data(), sizeof commands[0]), 0);
+    EXPECT_EQ(std::memcmp(&commands[2], commands.data(), sizeof commands[0]), 0);
 }
 
 TEST_F(CommandInfoTest, EachAttributeIsInheritedSeparately) {

@@ -17,14 +17,14 @@ namespace {
 constexpr wchar_t ReadSetting[] = L"read-setting";
 constexpr wchar_t StoreSetting[] = L"store-setting";
 
-const RegisterRole readSetting{
+const RegisterRole ReadSettingRole{
     ReadSetting, [](const std::vector<std::wstring>& arguments) {
         const Library dll;
         Text value = {};
         return dll.GetCommonSetting(arguments.at(0).c_str(), value) && arguments.at(1) == value ? 0 : 1;
     }};
 
-const RegisterRole storeSetting{
+const RegisterRole StoreSettingRole{
     StoreSetting, [](const std::vector<std::wstring>& arguments) {
         const Library dll;
         return dll.SetCommonSetting(arguments.at(0).c_str(), arguments.at(1).c_str()) ? 0 : 1;
@@ -299,10 +299,9 @@ TEST_F(CommonSettingWritingTest, NamespaceDeclarationNameIsRejected) {
 
 TEST_F(CommonSettingWritingTest, NamesWithInvalidSurrogatesAreRejected) {
     WriteUserValues(R"(Old="1")");
-    for (const wchar_t* const name : {L"\xd83d", L"\xde00", L"a\xd83d", L"a\xde00", L"\xde00\xd83d",
-                                      L"\xd83d"
-                                      L"a",
-                                      L"\xd83d\xd83d\xde00", L"\xdb80\xdc00", L"a\xdbff\xdfff"})
+    for (const wchar_t* const name :
+         {L"\xd83d", L"\xde00", L"a\xd83d", L"a\xde00", L"\xde00\xd83d", L"\xd83d\x61", L"\xd83d\xd83d\xde00",
+          L"\xdb80\xdc00", L"a\xdbff\xdfff"})
         ExpectRejected(name, L"value");
 }
 

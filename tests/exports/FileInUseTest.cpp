@@ -133,12 +133,12 @@ const OpenMode SystemDependent[] = {
 constexpr wchar_t KeepFileOpen[] = L"keep-file-open";
 
 // A second process that keeps the file open until it is terminated.
-const RegisterRole keepFileOpen{KeepFileOpen, [](const std::vector<std::wstring>& arguments) {
-                                    const OpenFile open{arguments.at(0), Reading, SharesReading};
-                                    SignalReady();
-                                    Sleep(INFINITE);
-                                    return 0;
-                                }};
+const RegisterRole KeepFileOpenRole{KeepFileOpen, [](const std::vector<std::wstring>& arguments) {
+                                        const OpenFile open{arguments.at(0), Reading, SharesReading};
+                                        SignalReady();
+                                        Sleep(INFINITE);
+                                        return 0;
+                                    }};
 
 }  // namespace
 

@@ -41,7 +41,7 @@ constexpr char DimAndRate[] = R"(
         </Commands>
     </Function>)";
 
-const Records dimAndRate = {
+const Records DimAndRateRecords = {
     {3,
      4,
      5,
@@ -78,13 +78,13 @@ IdList CheckFlags(const Family& family) {
 // ---- Functions ----
 
 TEST_F(FunctionBaseTest, RecordsContainEveryField) {
-    EXPECT_EQ(RecordsOf(DimAndRate), dimAndRate);
+    EXPECT_EQ(RecordsOf(DimAndRate), DimAndRateRecords);
 }
 
 TEST_F(FunctionBaseTest, RepeatedCallsReturnSameRecords) {
-    EXPECT_EQ(RecordsOf(DimAndRate), dimAndRate);
-    EXPECT_EQ(GetFunctionBase(), dimAndRate);
-    EXPECT_EQ(GetFunctionBase(), dimAndRate);
+    EXPECT_EQ(RecordsOf(DimAndRate), DimAndRateRecords);
+    EXPECT_EQ(GetFunctionBase(), DimAndRateRecords);
+    EXPECT_EQ(GetFunctionBase(), DimAndRateRecords);
 }
 
 TEST_F(FunctionBaseTest, RecordsFollowFileOrder) {
@@ -271,8 +271,8 @@ TEST_P(UnreadableBaseFunctionTest, UnreadableFirstFunctionYieldsNoRecords) {
 }
 
 TEST_P(UnreadableBaseFunctionTest, UnreadableFunctionKeepsPreviousRecordsComplete) {
-    EXPECT_EQ(RecordsOf(DimAndRate + GetParam().xml), dimAndRate);
-    EXPECT_EQ(GetFunctionBase(), dimAndRate);
+    EXPECT_EQ(RecordsOf(DimAndRate + GetParam().xml), DimAndRateRecords);
+    EXPECT_EQ(GetFunctionBase(), DimAndRateRecords);
 }
 
 INSTANTIATE_TEST_SUITE_P(, UnreadableBaseFunctionTest, testing::ValuesIn(UnreadableFunctions()),
@@ -305,8 +305,8 @@ TEST_F(FunctionBaseTest, RecordLayoutMatchesRawOffsets) {
         EXPECT_EQ(At<std::int32_t>(record, 8), 5);
         EXPECT_STREQ(TextAt(record, 12), L"Dim");
         EXPECT_STREQ(TextAt(record, 532), L"Display");
-        EXPECT_EQ(XmlOf(At<IXMLDOMNode*>(record, 1056)), dimAndRate[0].display);
-        EXPECT_EQ(XmlOf(At<IXMLDOMNode*>(record, 1064)), dimAndRate[0].defaults);
+        EXPECT_EQ(XmlOf(At<IXMLDOMNode*>(record, 1056)), DimAndRateRecords[0].display);
+        EXPECT_EQ(XmlOf(At<IXMLDOMNode*>(record, 1064)), DimAndRateRecords[0].defaults);
         const std::vector<const void*> families = ListAt(record, 1072);
         ASSERT_EQ(families.size(), 2u);
         const std::vector<const void*> commands = ListAt(families[0], 0);
@@ -370,7 +370,7 @@ protected:
 };
 
 TEST_F(BaseOnItemTest, CallbackMayEnumerateAgain) {
-    EXPECT_EQ(RecordsWhile([this] { EXPECT_EQ(GetFunctionBase(), dimAndRate); }), dimAndRate);
+    EXPECT_EQ(RecordsWhile([this] { EXPECT_EQ(GetFunctionBase(), DimAndRateRecords); }), DimAndRateRecords);
 }
 
 TEST_F(BaseOnItemTest, CallbackMayCallOtherExports) {
@@ -379,18 +379,18 @@ TEST_F(BaseOnItemTest, CallbackMayCallOtherExports) {
                   EXPECT_TRUE(SetParameter(Balanced, {{3, {1, 0}}}));
                   EXPECT_FALSE(Dll().InitCommonSetting());
               }),
-              dimAndRate);
+              DimAndRateRecords);
 }
 
 TEST_F(BaseOnItemTest, ExitDuringEnumerationKeepsRemainingItems) {
-    EXPECT_EQ(RecordsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), dimAndRate);
+    EXPECT_EQ(RecordsWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), DimAndRateRecords);
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
 TEST_F(BaseOnItemTest, ExceptionReachesClientAndEndsEnumeration) {
     ThrowAtItem(1);
     ThrowAtItem(2);
-    EXPECT_EQ(GetFunctionBase(), dimAndRate);
+    EXPECT_EQ(GetFunctionBase(), DimAndRateRecords);
 }
 
 TEST_F(BaseOnItemTest, ExceptionInOnItemLeaksNoAllocations) {

@@ -90,8 +90,14 @@ protected:
         std::string functions;
         for (std::int32_t id = 1; id <= last; ++id) {
             const std::string value = "=\"" + std::to_string(id) + "\"";
-            const std::string node = "<Default ACParamIndex" + value + " DCParamIndex" + value + "/>";
-            functions += Written(id, node + node);
+            std::string nodes;
+            for (int copy = 0; copy < 2; ++copy)
+                nodes.append("<Default ACParamIndex")
+                    .append(value)
+                    .append(" DCParamIndex")
+                    .append(value)
+                    .append("/>");
+            functions += Written(id, nodes);
         }
         return functions;
     }

@@ -33,12 +33,12 @@ constexpr char DimAndRate[] = R"(
         <DC><DisplayItem Label="Slow" Option="60"/></DC>
     </Display><Commands/></Function>)";
 
-const std::vector<FunctionInfo> dimAndRateAsKeys = {
+const std::vector<FunctionInfo> DimAndRateAsKeys = {
     {3, 1, 2, L"Dim", L"Display", {{0, L"Never"}, {60, L"Soon"}}, {{30, L"Soon"}}},
     {7, -3, -4, L"Rate", L"Panel", {{120, L"Fast"}}, {{60, L"Slow"}}},
 };
 
-const std::vector<FunctionInfo> dimAndRateInGerman = {
+const std::vector<FunctionInfo> DimAndRateInGerman = {
     {3, 1, 2, L"Abdunkeln", L"Anzeige", {{0, L"Nie"}, {60, L"Bald"}}, {{30, L"Bald"}}},
     {7, -3, -4, L"Bildrate", L"Bildschirm", {{120, L"Schnell"}}, {{60, L"Langsam"}}},
 };
@@ -86,12 +86,12 @@ protected:
 // ---- Functions ----
 
 TEST_F(FunctionInfoTest, AllFieldsOfEachFunctionAreReturned) {
-    EXPECT_EQ(InfoOf(DimAndRate), dimAndRateAsKeys);
+    EXPECT_EQ(InfoOf(DimAndRate), DimAndRateAsKeys);
 }
 
 TEST_F(FunctionInfoTest, StringsAreReturnedInUserLanguage) {
     WriteEntries(German());
-    EXPECT_EQ(InfoOf(DimAndRate), dimAndRateInGerman);
+    EXPECT_EQ(InfoOf(DimAndRate), DimAndRateInGerman);
 }
 
 TEST_F(FunctionInfoTest, FunctionsAreReturnedByAscendingId) {
@@ -251,8 +251,8 @@ TEST_F(FunctionInfoTest, TranslatedStringIsNotTranslatedAgain) {
 
 TEST_F(FunctionInfoTest, SecondCallReturnsSameStrings) {
     WriteEntries(German());
-    EXPECT_EQ(InfoOf(DimAndRate), dimAndRateInGerman);
-    EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
+    EXPECT_EQ(InfoOf(DimAndRate), DimAndRateInGerman);
+    EXPECT_EQ(GetFunctionInfo(), DimAndRateInGerman);
 }
 
 // A string that the first call translated in the catalogue would be translated again by the second call.
@@ -327,8 +327,8 @@ TEST_F(FunctionInfoTest, FailedDomCreationReturnsNoFunctions) {
 }
 
 TEST_F(FunctionInfoTest, ChangedDefaultsAreIgnoredUntilReload) {
-    EXPECT_EQ(InfoOf(DimAndRate), dimAndRateAsKeys);
-    EXPECT_EQ(InfoOf(Function(1)), dimAndRateAsKeys);
+    EXPECT_EQ(InfoOf(DimAndRate), DimAndRateAsKeys);
+    EXPECT_EQ(InfoOf(Function(1)), DimAndRateAsKeys);
     Unload();
     EXPECT_EQ(OnlyInfo(), (FunctionInfo{1, 0, 0, L"", L"", {}, {}}));
 }
@@ -378,7 +378,7 @@ protected:
 };
 
 TEST_F(InfoOnItemTest, CallbackCanEnumerateAgain) {
-    EXPECT_EQ(InfosWhile([this] { EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman); }), dimAndRateInGerman);
+    EXPECT_EQ(InfosWhile([this] { EXPECT_EQ(GetFunctionInfo(), DimAndRateInGerman); }), DimAndRateInGerman);
 }
 
 TEST_F(InfoOnItemTest, CallbackCanCallOtherExports) {
@@ -386,18 +386,18 @@ TEST_F(InfoOnItemTest, CallbackCanCallOtherExports) {
                   EXPECT_EQ(Dll().GetFuncCount(), 2u);
                   EXPECT_TRUE(SetParameter(Balanced, {{3, {1, 0}}}));
               }),
-              dimAndRateInGerman);
+              DimAndRateInGerman);
 }
 
 TEST_F(InfoOnItemTest, ExitInOnItemDoesNotEndEnumeration) {
-    EXPECT_EQ(InfosWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), dimAndRateInGerman);
+    EXPECT_EQ(InfosWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), DimAndRateInGerman);
     EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
 }
 
 TEST_F(InfoOnItemTest, ExceptionReachesClientAndEndsEnumeration) {
     ThrowAtItem(1);
     ThrowAtItem(2);
-    EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
+    EXPECT_EQ(GetFunctionInfo(), DimAndRateInGerman);
 }
 
 TEST_F(InfoOnItemTest, ExceptionLeaksNoHeapAllocation) {
@@ -417,7 +417,7 @@ TEST_F(InfoOnItemTest, EnumerationLeaksNoHeapAllocation) {
 }
 
 TEST_F(InfoOnItemTest, CallbackIsNotCalledAfterExit) {
-    EXPECT_EQ(GetFunctionInfo(), dimAndRateInGerman);
+    EXPECT_EQ(GetFunctionInfo(), DimAndRateInGerman);
     EXPECT_TRUE(Dll().ZOTDamExit());
     int items = 0;
     auto count =

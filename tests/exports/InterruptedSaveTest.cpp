@@ -117,15 +117,15 @@ int SaveAndTerminate(const std::vector<std::wstring>& arguments, Save save) {
     return 0;
 }
 
-const RegisterRole saveAndExit{SaveAndExit, [](const std::vector<std::wstring>& arguments) {
-                                   return SaveAndTerminate(
-                                       arguments, [](const Library& dll) { Store(dll, Balanced, 2); });
-                               }};
+const RegisterRole SaveAndExitRole{SaveAndExit, [](const std::vector<std::wstring>& arguments) {
+                                       return SaveAndTerminate(
+                                           arguments, [](const Library& dll) { Store(dll, Balanced, 2); });
+                                   }};
 
-const RegisterRole replaceAndExit{ReplaceAndExit, [](const std::vector<std::wstring>& arguments) {
-                                      return SaveAndTerminate(
-                                          arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
-                                  }};
+const RegisterRole ReplaceAndExitRole{
+    ReplaceAndExit, [](const std::vector<std::wstring>& arguments) {
+        return SaveAndTerminate(arguments, [](const Library& dll) { ReplaceFunctions(dll, 100); });
+    }};
 
 }  // namespace
 

@@ -464,11 +464,11 @@ void ForbidRelease(IUnknown* document) {
     *release = reinterpret_cast<void*>(&ForbiddenRelease);
 }
 
-const RegisterRole justEnds{L"just-ends", [](const Folders& folders) {
-                                return LoadPermanently(folders).TEVGetParam(&Balanced) ? 0 : 1;
-                            }};
+const RegisterRole JustEndsRole{L"just-ends", [](const Folders& folders) {
+                                    return LoadPermanently(folders).TEVGetParam(&Balanced) ? 0 : 1;
+                                }};
 
-const RegisterRole endsWatched{
+const RegisterRole EndsWatchedRole{
     L"ends-watched", [](const Folders& folders) {
         EnterInstallation(folders);
         Library& dll = *new Library;
@@ -482,29 +482,29 @@ const RegisterRole endsWatched{
         return 0;
     }};
 
-const RegisterRole endsAfterExit{L"ends-after-exit", [](const Folders& folders) {
-                                     Library& dll = LoadPermanently(folders);
-                                     return dll.TEVGetParam(&Balanced) && dll.ZOTDamExit() ? 0 : 1;
-                                 }};
+const RegisterRole EndsAfterExitRole{L"ends-after-exit", [](const Folders& folders) {
+                                         Library& dll = LoadPermanently(folders);
+                                         return dll.TEVGetParam(&Balanced) && dll.ZOTDamExit() ? 0 : 1;
+                                     }};
 
-const RegisterRole endsInOnItem{L"ends-in-on-item", [](const Folders& folders) {
-                                    auto end = MakeCallback<IGetParameterCallback>(
-                                        [](std::int32_t, const ParamValue*) { ExitProcess(0); });
-                                    LoadPermanently(folders).GetParameter(&Balanced, &end);
-                                    return 1;
-                                }};
-
-const RegisterRole endsDuringOnItem{L"ends-during-on-item", [](const Folders& folders) {
-                                        BlockThreadInside([&dll = LoadPermanently(folders)] {
-                                            auto stay = MakeCallback<IGetParameterCallback>(
-                                                [](std::int32_t, const ParamValue*) { BlockInside(); });
-                                            dll.GetParameter(&Balanced, &stay);
-                                        });
-                                        return 0;
+const RegisterRole EndsInOnItemRole{L"ends-in-on-item", [](const Folders& folders) {
+                                        auto end = MakeCallback<IGetParameterCallback>(
+                                            [](std::int32_t, const ParamValue*) { ExitProcess(0); });
+                                        LoadPermanently(folders).GetParameter(&Balanced, &end);
+                                        return 1;
                                     }};
 
+const RegisterRole EndsDuringOnItemRole{L"ends-during-on-item", [](const Folders& folders) {
+                                            BlockThreadInside([&dll = LoadPermanently(folders)] {
+                                                auto stay = MakeCallback<IGetParameterCallback>(
+                                                    [](std::int32_t, const ParamValue*) { BlockInside(); });
+                                                dll.GetParameter(&Balanced, &stay);
+                                            });
+                                            return 0;
+                                        }};
+
 // The other thread holds the critical section of the document that it creates.
-const RegisterRole endsDuringCreation{
+const RegisterRole EndsDuringCreationRole{
     L"ends-during-creation", [](const Folders& folders) {
         Library& dll = LoadPermanently(folders);
         PatchPermanently(dll.Handle(), "CoCreateInstance",
@@ -514,7 +514,7 @@ const RegisterRole endsDuringCreation{
     }};
 
 // The other thread holds the busy marker of the file that it saves.
-const RegisterRole endsDuringASave{
+const RegisterRole EndsDuringASaveRole{
     L"ends-during-a-save", [](const Folders& folders) {
         Library& dll = LoadPermanently(folders);
         PatchPermanently(dll.Handle(), "FlushFileBuffers", [](HANDLE) -> BOOL { BlockInside(); });

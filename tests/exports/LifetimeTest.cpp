@@ -139,11 +139,11 @@ bool RunLifetime(const Lifetime& lifetime) {
 }
 
 // The arguments are the folders and the index of the lifetime.
-const RegisterRole runLifetime{L"run-lifetime", [](const std::vector<std::wstring>& arguments) {
-                                   EnterInstallation(arguments);
-                                   return RunLifetime(Lifetimes().at(std::stoul(arguments.at(2)))) ? Success
-                                                                                                   : 1;
-                               }};
+const RegisterRole RunLifetimeRole{
+    L"run-lifetime", [](const std::vector<std::wstring>& arguments) {
+        EnterInstallation(arguments);
+        return RunLifetime(Lifetimes().at(std::stoul(arguments.at(2)))) ? Success : 1;
+    }};
 
 // ---- Special cases ----
 
@@ -284,10 +284,10 @@ const std::map<std::wstring, Sequence> Sequences = {
     {L"ProcessEndedWhileOtherThreadWorks", ExitWhileAnotherThreadWorks},
 };
 
-const RegisterRole runSequence{L"run-sequence", [](const std::vector<std::wstring>& arguments) {
-                                   EnterInstallation(arguments);
-                                   return Sequences.at(arguments.at(2))(NewClient()) ? Success : 1;
-                               }};
+const RegisterRole RunSequenceRole{L"run-sequence", [](const std::vector<std::wstring>& arguments) {
+                                       EnterInstallation(arguments);
+                                       return Sequences.at(arguments.at(2))(NewClient()) ? Success : 1;
+                                   }};
 
 }  // namespace
 
@@ -332,6 +332,7 @@ TEST_P(LifetimeCaseTest, ProcessEndsNormallyAndFileIsComplete) {
 
 std::vector<std::wstring> SequenceNames() {
     std::vector<std::wstring> names;
+    names.reserve(std::size(Sequences));
     for (const auto& [name, sequence] : Sequences)
         names.push_back(name);
     return names;

@@ -71,7 +71,8 @@ private:
         const std::filesystem::path parent = PathOf(File()).parent_path();
         const std::size_t length =
             (folder.parent_path() / name / parent.lexically_relative(folder)).wstring().size() + 1;
-        return std::wstring(parent.wstring().starts_with(folder.wstring()) ? 255 - length : 1, L'n');
+        std::wstring missing(parent.wstring().starts_with(folder.wstring()) ? 255 - length : 1, L'n');
+        return missing;
     }
 };
 

@@ -37,7 +37,7 @@ void ReadMissingSetting(const Library& dll) {
     dll.GetCommonSetting(L"Missing", nullptr);
 }
 
-const std::vector<WritableFile> writableFiles = {
+const std::vector<WritableFile> WritableFiles = {
     {"UserSettings", &Installation::UserFile,
      [](const Library& dll) { return dll.SetCommonSetting(L"New", L"stored"); }, ReadMissingSetting},
     {"Defaults", &Installation::DefaultsFile, [](const Library& dll) { return dll.InitCommonSetting(); },
@@ -46,7 +46,7 @@ const std::vector<WritableFile> writableFiles = {
 
 const WritableFile& FileNamed(const std::wstring& name) {
     return *std::ranges::find_if(
-        writableFiles, [&](const WritableFile& file) { return std::filesystem::path{name} == file.name; });
+        WritableFiles, [&](const WritableFile& file) { return std::filesystem::path{name} == file.name; });
 }
 
 // ---- Processes that end ----
@@ -84,33 +84,34 @@ constexpr wchar_t Recovers[] = L"recovers";
 constexpr wchar_t UsesFileInOwnSession[] = L"uses-file-in-own-session";
 
 // Arguments: the folders, the file, and the index of the call before which the process ends.
-const RegisterRole savesInPlace{SavesInPlace, [](const std::vector<std::wstring>& arguments) {
+const RegisterRole SavesInPlaceRole{SavesInPlace, [](const std::vector<std::wstring>& arguments) {
+                                        EnterInstallation(arguments);
+                                        const Library dll;
+                                        SaveCalls calls{dll.Handle()};
+                                        RefuseReplacement(calls);
+                                        ExitBefore(calls, std::stoul(arguments.at(3)));
+                                        return FileNamed(arguments.at(2)).save(dll) ? 0 : 1;
+                                    }};
+
+const RegisterRole RecoversRole{Recovers, [](const std::vector<std::wstring>& arguments) {
                                     EnterInstallation(arguments);
                                     const Library dll;
                                     SaveCalls calls{dll.Handle()};
-                                    RefuseReplacement(calls);
                                     ExitBefore(calls, std::stoul(arguments.at(3)));
-                                    return FileNamed(arguments.at(2)).save(dll) ? 0 : 1;
+                                    FileNamed(arguments.at(2)).load(dll);
+                                    return 0;
                                 }};
 
-const RegisterRole recovers{Recovers, [](const std::vector<std::wstring>& arguments) {
-                                EnterInstallation(arguments);
-                                const Library dll;
-                                SaveCalls calls{dll.Handle()};
-                                ExitBefore(calls, std::stoul(arguments.at(3)));
-                                FileNamed(arguments.at(2)).load(dll);
-                                return 0;
-                            }};
-
-const RegisterRole usesFileInOwnSession{UsesFileInOwnSession, [](const std::vector<std::wstring>& arguments) {
-                                            EnterInstallation(arguments);
-                                            const Library dll;
-                                            EnterOwnSession(dll.Handle());
-                                            const WritableFile& file = FileNamed(arguments.at(2));
-                                            file.load(dll);
-                                            file.save(dll);
-                                            return 0;
-                                        }};
+const RegisterRole UsesFileInOwnSessionRole{UsesFileInOwnSession,
+                                            [](const std::vector<std::wstring>& arguments) {
+                                                EnterInstallation(arguments);
+                                                const Library dll;
+                                                EnterOwnSession(dll.Handle());
+                                                const WritableFile& file = FileNamed(arguments.at(2));
+                                                file.load(dll);
+                                                file.save(dll);
+                                                return 0;
+                                            }};
 
 }  // namespace
 
@@ -173,7 +174,7 @@ protected:
     const WritableFile& Tested() const override { return GetParam(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(, WriteInPlaceTest, testing::ValuesIn(writableFiles), CaseName<WritableFile>);
+INSTANTIATE_TEST_SUITE_P(, WriteInPlaceTest, testing::ValuesIn(WritableFiles), CaseName<WritableFile>);
 
 TEST_P(WriteInPlaceTest, SaveInPlaceMakesTheseCalls) {
     Load();
@@ -258,7 +259,7 @@ std::string NameOfInterruptedCall(const testing::TestParamInfo<InterruptedCall>&
 }
 
 auto CallsOf(std::size_t count) {
-    return testing::Combine(testing::ValuesIn(writableFiles), testing::Range(std::size_t{0}, count));
+    return testing::Combine(testing::ValuesIn(WritableFiles), testing::Range(std::size_t{0}, count));
 }
 
 class TerminationTest : public RedoFileTest, public testing::WithParamInterface<InterruptedCall> {
@@ -301,7 +302,7 @@ TEST_P(TerminationInRecoveryTest, NextLoadFindsNewContent) {
 
 class RecoveryTest : public WriteInPlaceTest {};
 
-INSTANTIATE_TEST_SUITE_P(, RecoveryTest, testing::ValuesIn(writableFiles), CaseName<WritableFile>);
+INSTANTIATE_TEST_SUITE_P(, RecoveryTest, testing::ValuesIn(WritableFiles), CaseName<WritableFile>);
 
 TEST_P(RecoveryTest, RecoveryMakesTheseCalls) {
     WriteInterrupted("");

@@ -43,7 +43,7 @@ class SavedFileTest : public FunctionDefaultsTest {
 protected:
     void SetUp() override {
         WriteFunctions(Functions({1}));
-        WriteUserSettings(before);
+        WriteUserSettings(Before);
     }
 
     bool Save() { return Dll().SetCommonSetting(L"Name", L"value"); }
@@ -58,10 +58,10 @@ protected:
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator{File().parent_path()}, {}), 1);
     }
 
-    inline static const std::string before =
+    inline static const std::string Before =
         "<OrloPowerCfg><PowerSchemes/><CommonSettings Other=\"a value that makes the file longer\"/>"
         "</OrloPowerCfg>\n";
-    inline static const std::string after =
+    inline static const std::string After =
         "<OrloPowerCfg><PowerSchemes/><CommonSettings Other=\"a value that makes the file longer\" "
         "Name=\"value\"/></OrloPowerCfg>\n";
 };
@@ -79,7 +79,7 @@ TEST_P(FileAttributeTest, SaveKeepsAttributes) {
     const DWORD attributes = GetFileAttributesW(File().c_str());
     EXPECT_TRUE(Save());
     EXPECT_EQ(GetFileAttributesW(File().c_str()), attributes);
-    ExpectOnlyFile(after);
+    ExpectOnlyFile(After);
 }
 
 TEST_F(SavedFileTest, SaveDoesNotHideVisibleFile) {
@@ -162,7 +162,7 @@ TEST_P(ProtectedLeftoverFileTest, ProtectedTemporaryFileDoesNotPreventSave) {
     WriteFile(TemporaryFile(), "left");
     SetFileAttributesW(TemporaryFile().c_str(), GetParam());
     EXPECT_TRUE(Save());
-    ExpectOnlyFile(after);
+    ExpectOnlyFile(After);
     EXPECT_EQ(GetFileAttributesW(File().c_str()) & (GetParam() | FILE_ATTRIBUTE_HIDDEN), 0u);
 }
 
@@ -202,7 +202,7 @@ protected:
 
 TEST_F(NoTemporaryFileTest, FileIsOverwritten) {
     EXPECT_TRUE(Save());
-    ExpectOnlyFile(after);
+    ExpectOnlyFile(After);
     EXPECT_EQ(calls->CountOf(SaveCall::OpenUnguarded), 1);
 }
 
@@ -215,7 +215,7 @@ TEST_F(NoTemporaryFileTest, FileIsCreated) {
 TEST_F(NoTemporaryFileTest, LongerFileIsTruncated) {
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     const std::string content = UserSettings();
-    WriteUserSettings(before);
+    WriteUserSettings(Before);
     EXPECT_TRUE(Dll().SetCommonSetting(L"Other", L"short"));
     EXPECT_EQ(UserSettings(), content);
 }
@@ -228,7 +228,7 @@ TEST_F(NoTemporaryFileTest, DefaultsAreOverwritten) {
 TEST_F(NoTemporaryFileTest, FileInUseIsUnchanged) {
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ};
     EXPECT_FALSE(Save());
-    EXPECT_EQ(UserSettings(), before);
+    EXPECT_EQ(UserSettings(), Before);
 }
 
 // ---- The file cannot be replaced ----
@@ -237,13 +237,13 @@ TEST_F(SavedFileTest, FileIsOverwrittenIfReplacementIsDenied) {
     SaveCalls calls{Dll().Handle()};
     calls.Fail(Replacements, ERROR_ACCESS_DENIED);
     EXPECT_TRUE(Save());
-    ExpectOnlyFile(after);
+    ExpectOnlyFile(After);
 }
 
 TEST_F(SavedFileTest, FileSharedForWritingIsSaved) {
     const OpenFile program{File(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE};
     EXPECT_TRUE(Save());
-    ExpectOnlyFile(after);
+    ExpectOnlyFile(After);
 }
 
 class FileNotSharedForWritingTest : public SavedFileTest, public testing::WithParamInterface<DWORD> {};
@@ -256,7 +256,7 @@ TEST_P(FileNotSharedForWritingTest, FileInUseIsUnchangedUntilClosed) {
         const OpenFile program{File(), GENERIC_READ, GetParam()};
         EXPECT_EQ(Save(), GetParam() == 0);
     }
-    ExpectOnlyFile(before);
+    ExpectOnlyFile(Before);
     EXPECT_TRUE(Save());
 }
 
@@ -280,7 +280,7 @@ class OverwriteOnFullDiskTest : public NoTemporaryFileTest {
 protected:
     void SetUp() override {
         NoTemporaryFileTest::SetUp();
-        spaceForAFile = static_cast<DWORD>(before.size());
+        spaceForAFile = static_cast<DWORD>(Before.size());
         fullDisk.emplace(Dll().Handle(), "WriteFile", &WriteAsFarAsThereIsSpace);
     }
     void TearDown() override {
@@ -294,7 +294,7 @@ private:
 
 TEST_F(OverwriteOnFullDiskTest, FullDiskKeepsOldContent) {
     EXPECT_FALSE(Save());
-    EXPECT_EQ(UserSettings(), before);
+    EXPECT_EQ(UserSettings(), Before);
 }
 
 TEST_F(OverwriteOnFullDiskTest, FullDiskLeavesNoPartialFirstFile) {

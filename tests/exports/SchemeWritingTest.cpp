@@ -239,7 +239,12 @@ TEST_F(SchemeWritingTest, MapWithOneEntryIsAccepted) {
 
 // The nodes are linked as a red-black tree. Their colours belong to the client, so they may have any value.
 TEST_F(SchemeWritingTest, ColoursOfTreeNodesAreIgnored) {
-    ParamTreeNode nil{}, two{}, one{}, four{}, three{}, five{};
+    ParamTreeNode nil{};
+    ParamTreeNode one{};
+    ParamTreeNode two{};
+    ParamTreeNode three{};
+    ParamTreeNode four{};
+    ParamTreeNode five{};
     nil = {&one, &two, &five, 1, 1, 0, {}};
     two = {&one, &nil, &four, 1, 0, 2, {2, 20}};
     one = {&nil, &two, &nil, 1, 0, 1, {1, 10}};

@@ -28,7 +28,7 @@ std::string FullSection() {
            SchemeXml(B, SubGroupXml(A, SettingXml(B, "-7", "-8")));
 }
 
-const Schemes fullSchemes = {{A, {{B, {{C, 1, 2}, {D, 3, 4}}}, {C, {{D, 5, 6}}}}}, {B, {{A, {{B, -7, -8}}}}}};
+const Schemes FullSchemes = {{A, {{B, {{C, 1, 2}, {D, 3, 4}}}, {C, {{D, 5, 6}}}}}, {B, {{A, {{B, -7, -8}}}}}};
 
 // Returns the usual cases and more malformed GUIDs.
 std::vector<GuidCase> MoreGuidCases() {
@@ -90,12 +90,12 @@ private:
 // ---- All levels ----
 
 TEST_F(SpecSchemeTest, AllLevelsAreReturnedInFileOrder) {
-    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
+    EXPECT_EQ(SchemesOf(FullSection()), FullSchemes);
 }
 
 TEST_F(SpecSchemeTest, EachCallReturnsSameSchemes) {
-    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
-    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(SchemesOf(FullSection()), FullSchemes);
+    EXPECT_EQ(GetSpecScheme(), FullSchemes);
 }
 
 TEST_F(SpecSchemeTest, SchemeCanHaveNoSubGroups) {
@@ -297,7 +297,7 @@ TEST_P(InvalidSettingTest, InvalidSettingInMalformedSubGroupOmitsScheme) {
 
 TEST_P(InvalidSettingTest, InvalidSettingOmitsNoOtherScheme) {
     WriteBase(FileWith(FullSection() + SchemeXml(D, SubGroupXml(A, GetParam().xml)) + SchemeXml(C)));
-    Schemes expected = fullSchemes;
+    Schemes expected = FullSchemes;
     expected.push_back({C});
     EXPECT_EQ(GetSpecScheme(), expected);
 }
@@ -404,8 +404,8 @@ TEST_F(FailingSpecReadTest, FailedReadOfSchemeGuidOmitsAllSchemes) {
 // ---- When the file is read ----
 
 TEST_F(SpecSchemeTest, ChangedFileIsIgnoredUntilReload) {
-    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
-    EXPECT_EQ(SchemesOf(SchemeXml(C)), fullSchemes);
+    EXPECT_EQ(SchemesOf(FullSection()), FullSchemes);
+    EXPECT_EQ(SchemesOf(SchemeXml(C)), FullSchemes);
     Unload();
     EXPECT_EQ(GetSpecScheme(), (Schemes{{C}}));
 }
@@ -418,8 +418,8 @@ TEST_F(SpecSchemeTest, FileCreatedLaterIsNotRead) {
 TEST_F(SpecSchemeTest, DocumentIsSharedWithGetFunctionBase) {
     WriteBase(FileWith(FullSection()));
     DomDocuments documents{Dll().Handle()};
-    EXPECT_EQ(GetSpecScheme(), fullSchemes);
-    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(GetSpecScheme(), FullSchemes);
+    EXPECT_EQ(GetSpecScheme(), FullSchemes);
     auto ignore = MakeCallback<IGetFunctionBaseCallback>([](const FunctionBaseRecord*) {});
     EXPECT_TRUE(Dll().GetFunctionBase(&ignore));
     EXPECT_EQ(documents.CreatedCount(), 1u);
@@ -442,7 +442,7 @@ TEST_F(SpecSchemeTest, FailedDomCreationReturnsNoSchemes) {
 TEST_F(SpecSchemeTest, BusyMarkersDoNotPreventRead) {
     const SecondProcess one{HoldMutex, {DefaultsMarker}};
     const SecondProcess other{HoldMutex, {UserMarker}};
-    EXPECT_EQ(SchemesOf(FullSection()), fullSchemes);
+    EXPECT_EQ(SchemesOf(FullSection()), FullSchemes);
 }
 
 TEST_F(SpecSchemeTest, EnumerationWritesNoFile) {
@@ -456,7 +456,7 @@ TEST_F(SpecSchemeTest, EnumerationWritesNoFile) {
 TEST_F(SpecSchemeTest, EnumerationLeaksNoHeapAllocation) {
     SchemesOf(FullSection() + SchemeXml(A, SubGroupXml(B, "<PowerSetting/>")));
     HeapAllocations::Track(Dll().Handle());
-    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(GetSpecScheme(), FullSchemes);
     EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 
@@ -508,15 +508,15 @@ protected:
 
 TEST_F(SpecOnItemTest, CallbackCanCallExportsAndEnumerateAgain) {
     EXPECT_EQ(SchemesWhile([this] {
-                  EXPECT_EQ(GetSpecScheme(), fullSchemes);
+                  EXPECT_EQ(GetSpecScheme(), FullSchemes);
                   EXPECT_TRUE(SetParameter(Balanced, {{1, {2, 3}}}));
                   EXPECT_EQ(Dll().GetFuncCount(), CatalogueUnavailable);
               }),
-              fullSchemes);
+              FullSchemes);
 }
 
 TEST_F(SpecOnItemTest, ExitInOnItemDoesNotEndEnumeration) {
-    EXPECT_EQ(SchemesWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), fullSchemes);
+    EXPECT_EQ(SchemesWhile([this] { EXPECT_TRUE(Dll().ZOTDamExit()); }), FullSchemes);
     EXPECT_FALSE(Dll().ResetDefault());
 }
 
@@ -525,7 +525,7 @@ TEST_F(SpecOnItemTest, ExceptionReachesClientWithoutHeapLeak) {
     HeapAllocations::Track(Dll().Handle());
     auto fail = MakeCallback<IGetSpecSchemeCallback>([](const SpecSchemeRecord*) { throw 1; });
     EXPECT_THROW(Dll().GetSpecScheme(&fail), int);
-    EXPECT_EQ(GetSpecScheme(), fullSchemes);
+    EXPECT_EQ(GetSpecScheme(), FullSchemes);
     EXPECT_EQ(HeapAllocations::Count(), 0u);
 }
 

@@ -199,7 +199,9 @@ TEST_F(UnchangedFileTest, LastAccessTimeIsIgnored) {
 
 TEST_F(UnchangedFileTest, FileOfUnknownStateIsLoadedAgain) {
     LoadOnce();
-    queries.onAnswer = [](NTSTATUS, FileStateAnswer&) -> NTSTATUS { return 0xC0000022L; };
+    queries.onAnswer = [](NTSTATUS, FileStateAnswer&) -> NTSTATUS {
+        return static_cast<NTSTATUS>(0xC0000022);
+    };
     EXPECT_EQ(LoadsForReading(L"old"), 1u);
 }
 

@@ -17,11 +17,11 @@ constexpr DWORD Aborted = 3;
 
 constexpr wchar_t CommitFault[] = L"commit-fault";
 
-const RegisterRole commitFault{CommitFault, [](const std::vector<std::wstring>& arguments) {
-                                   const std::string name{arguments.at(0).begin(), arguments.at(0).end()};
-                                   std::ranges::find(Faults(), name, &Fault::name)->commit();
-                                   return 0;
-                               }};
+const RegisterRole CommitFaultRole{CommitFault, [](const std::vector<std::wstring>& arguments) {
+                                       const std::string name{arguments.at(0).begin(), arguments.at(0).end()};
+                                       std::ranges::find(Faults(), name, &Fault::name)->commit();
+                                       return 0;
+                                   }};
 
 }  // namespace
 

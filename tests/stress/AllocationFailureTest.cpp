@@ -127,11 +127,11 @@ struct Use {
 
 Use UseOf(const std::string& exportName, bool (*isAllowed)(const Answer&, const Answer&),
           Use::Effect effect = Use::OldOrNew) {
-    const auto call = std::ranges::find(callsOfAllExports, exportName, &ExportCall::exportName);
+    const auto call = std::ranges::find(CallsOfAllExports, exportName, &ExportCall::exportName);
     return {exportName, *call, isAllowed, effect};
 }
 
-const std::vector<Use> uses = {
+const std::vector<Use> UsesOfExports = {
     UseOf("GetFuncCount", &IsUnavailable),
     UseOf("GetFunctionBase", &IsPrefix),
     UseOf("GetFunctionBaseUnSupported", &IsEmpty),
@@ -201,7 +201,7 @@ void PrintTo(const Case& testCase, std::ostream* out) {
 
 std::vector<Case> Cases() {
     std::vector<Case> cases;
-    for (const Use& use : uses)
+    for (const Use& use : UsesOfExports)
         for (const AllocationFailure& kind : KindsOfAllocationFailures)
             cases.push_back({use.name + "Without" + kind.name, kind, use});
     return cases;
@@ -210,7 +210,8 @@ std::vector<Case> Cases() {
 std::vector<Case> CasesWithAllocatingMaps() {
     const AllocationFailure memory = {"Memory", &AllocationFailures::FailMemory};
     std::vector<Case> cases;
-    for (const Use& use : uses)
+    cases.reserve(UsesOfExports.size());
+    for (const Use& use : UsesOfExports)
         cases.push_back({use.name, memory, use, AllocatingDll});
     return cases;
 }
@@ -249,7 +250,7 @@ protected:
 
     static void TearDownTestSuite() {
         domCalls.reset();
-        for (const ExportCall& call : callsOfAllExports)
+        for (const ExportCall& call : CallsOfAllExports)
             ShowFigure("failures injected into " + call.exportName,
                        testing::PrintToString(injections[call.exportName]));
     }
@@ -259,7 +260,7 @@ protected:
     void SetUp() override {
         const auto [known, isNew] = knownFiles.try_emplace(use.name);
         if (isNew) {
-            const Session session{noFailure, GetParam().dll};
+            const Session session{NoFailure, GetParam().dll};
             use.call.before(session.Dll());
             EXPECT_EQ(Call(session), whole);
             known->second = Files();
@@ -349,7 +350,7 @@ protected:
     FileTexts wholeFiles;
 
 private:
-    inline static const AllocationFailure noFailure = {"Nothing", [](PatchedImports&) {}};
+    inline static const AllocationFailure NoFailure = {"Nothing", [](PatchedImports&) {}};
     inline static std::optional<DomCalls> domCalls;
     inline static std::map<std::string, Injections> injections;
     inline static std::map<std::string, FileTexts> knownFiles;

@@ -44,7 +44,7 @@ struct Saver {
     std::filesystem::path (Installation::*file)() const;
 };
 
-const std::vector<Saver> savers = {
+const std::vector<Saver> Savers = {
     {"SetParameter", StoreParameters, &Installation::UserFile},
     {"SetCommonSetting", StoreSetting, &Installation::UserFile},
     {"AddFunctionDefault", StoreFunctions, &Installation::DefaultsFile},
@@ -56,7 +56,7 @@ void PrintTo(const Saver& saver, std::ostream* out) {
 
 const Saver& SaverOf(const std::wstring& name) {
     return *std::ranges::find_if(
-        savers, [&](const Saver& saver) { return std::filesystem::path{name} == saver.name; });
+        Savers, [&](const Saver& saver) { return std::filesystem::path{name} == saver.name; });
 }
 
 [[noreturn]] void SaveInALoop(const std::function<void(State)>& save) {
@@ -71,12 +71,12 @@ const Saver& SaverOf(const std::wstring& name) {
 constexpr wchar_t SavesInALoop[] = L"saves-in-a-loop";
 constexpr wchar_t SavesWithTheDomInALoop[] = L"saves-with-the-dom-in-a-loop";
 
-const RegisterRole savesInALoop{SavesInALoop, [](const std::vector<std::wstring>& arguments) -> int {
-                                    EnterInstallation(arguments);
-                                    const Library dll;
-                                    const Saver& saver = SaverOf(arguments.at(2));
-                                    SaveInALoop([&](State state) { saver.save(dll, state); });
-                                }};
+const RegisterRole SavesInALoopRole{SavesInALoop, [](const std::vector<std::wstring>& arguments) -> int {
+                                        EnterInstallation(arguments);
+                                        const Library dll;
+                                        const Saver& saver = SaverOf(arguments.at(2));
+                                        SaveInALoop([&](State state) { saver.save(dll, state); });
+                                    }};
 
 VARIANT AsVariant(const OwnedBstr& text) {
     VARIANT variant;
@@ -87,7 +87,7 @@ VARIANT AsVariant(const OwnedBstr& text) {
 
 // Saves as a program that uses only the DOM does. The two states are read from files next to the one that it
 // saves.
-const RegisterRole savesWithTheDomInALoop{
+const RegisterRole SavesWithTheDomInALoopRole{
     SavesWithTheDomInALoop, [](const std::vector<std::wstring>& arguments) -> int {
         const ComScope com;
         const std::wstring& file = arguments.at(3);
@@ -170,7 +170,7 @@ protected:
     int interrupted = 0;  // kills that left a temporary file
 };
 
-INSTANTIATE_TEST_SUITE_P(, KilledSaveTest, testing::ValuesIn(savers), CaseName<Saver>);
+INSTANTIATE_TEST_SUITE_P(, KilledSaveTest, testing::ValuesIn(Savers), CaseName<Saver>);
 
 TEST_P(KilledSaveTest, KilledProcessLeavesOldOrNewFile) {
     const int kills = Rounds(12, 1000);

@@ -69,7 +69,7 @@ void FailDomCalls(Environment& environment) {
     AllocationFailures::FailDom(environment.imports);
 }
 
-const std::vector<Condition> conditions = {
+const std::vector<Condition> Conditions = {
     {"WithSuccess", &BeginNone},
     {"WithBusyFiles", &HoldMarkers},
     {"WithReadOnlyFiles", &ProtectFiles},
@@ -90,8 +90,8 @@ void PrintTo(const LeakCase& testCase, std::ostream* out) {
 
 std::vector<LeakCase> LeakCases() {
     std::vector<LeakCase> cases;
-    for (const Condition& condition : conditions)
-        for (const ExportCall& call : callsOfAllExports)
+    for (const Condition& condition : Conditions)
+        for (const ExportCall& call : CallsOfAllExports)
             cases.push_back({call.exportName + condition.name, call, condition});
     return cases;
 }
@@ -188,7 +188,8 @@ TEST_P(LeakTest, ManyCallsHoldNoMoreResourcesThanFew) {
 
 TEST(AllExportCallsTest, ListOfCallsNamesEveryExport) {
     std::vector<std::string> names;
-    for (const ExportCall& call : callsOfAllExports)
+    names.reserve(std::size(CallsOfAllExports));
+    for (const ExportCall& call : CallsOfAllExports)
         names.push_back(call.exportName);
     std::ranges::sort(names);
     EXPECT_EQ(names, LoadedImage{Library{}.Handle()}.ExportedNames());

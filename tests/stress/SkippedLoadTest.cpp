@@ -235,8 +235,8 @@ private:
         if (random.OneIn(5))
             return [](const Library& dll) { return CommonSetting(dll, L"user"); };
         // The last call is ZOTDamExit.
-        const std::size_t last = callsOfAllExports.size() - 1;
-        return callsOfAllExports[static_cast<std::size_t>(random.Below(last))].call;
+        const std::size_t last = CallsOfAllExports.size() - 1;
+        return CallsOfAllExports[static_cast<std::size_t>(random.Below(last))].call;
     }
 
     ComScope com;

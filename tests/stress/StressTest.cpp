@@ -279,7 +279,7 @@ private:
 
 // Arguments: the folders, the name of the synchronization, the number of the process, its number of rounds,
 // and whether it has its own logon session. With 0 rounds, the process runs until the test ends.
-const RegisterRole writeAndRead{
+const RegisterRole WriteAndReadRole{
     WriteAndRead, [](const std::vector<std::wstring>& arguments) {
         EnterInstallation(arguments);
         const Synchronization sync{arguments.at(2)};
@@ -340,7 +340,7 @@ protected:
         SetEvent(sync.start);
     }
 
-    void WaitForRound() { ASSERT_EQ(WaitForSingleObject(sync.progress, Timeout), WAIT_OBJECT_0); }
+    void WaitForRound() const { ASSERT_EQ(WaitForSingleObject(sync.progress, Timeout), WAIT_OBJECT_0); }
 
     // Checks a copy, because a DOM cannot open the file while a suspended process is replacing it.
     bool IsCopyWellFormed(const std::string& content) const {
@@ -519,18 +519,18 @@ namespace {
 constexpr wchar_t ScanInALoop[] = L"scan-in-a-loop";
 
 // Opens the file again and again for 30 ms, as a virus scanner or a backup program does.
-const RegisterRole scanInALoop{ScanInALoop, [](const std::vector<std::wstring>& arguments) -> int {
-                                   const auto shared = static_cast<DWORD>(std::stoul(arguments.at(1)));
-                                   SignalReady();
-                                   for (;;) {
-                                       const HANDLE file =
-                                           CreateFileW(arguments.at(0).c_str(), GENERIC_READ, shared, nullptr,
-                                                       OPEN_EXISTING, 0, nullptr);
-                                       Sleep(30);
-                                       CloseHandle(file);
-                                       Sleep(5);
-                                   }
-                               }};
+const RegisterRole ScanInALoopRole{ScanInALoop, [](const std::vector<std::wstring>& arguments) -> int {
+                                       const auto shared = static_cast<DWORD>(std::stoul(arguments.at(1)));
+                                       SignalReady();
+                                       for (;;) {
+                                           const HANDLE file =
+                                               CreateFileW(arguments.at(0).c_str(), GENERIC_READ, shared,
+                                                           nullptr, OPEN_EXISTING, 0, nullptr);
+                                           Sleep(30);
+                                           CloseHandle(file);
+                                           Sleep(5);
+                                       }
+                                   }};
 
 }  // namespace
 

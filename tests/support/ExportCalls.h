@@ -165,7 +165,7 @@ inline void PrintTo(const ExportCall& call, std::ostream* out) {
 // The position of the function that is hidden because the display supports only a rate of 60.
 inline constexpr std::uint32_t HiddenFunctionPosition = 2;
 
-inline const std::vector<ExportCall> callsOfAllExports = {
+inline const std::vector<ExportCall> CallsOfAllExports = {
     {"GetFuncCount", {3}, [](const Library& dll) { return Answer{dll.GetFuncCount()}; }},
     {"GetFunctionBase",
      {1,

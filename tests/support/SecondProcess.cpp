@@ -20,12 +20,12 @@ std::wstring ReadyEventName(DWORD processId) {
     return L"zotdam-test-ready-" + std::to_wstring(processId);
 }
 
-const RegisterRole holdMutex{HoldMutex, [](const std::vector<std::wstring>& arguments) {
-                                 CreateMutexW(nullptr, TRUE, arguments.at(0).c_str());
-                                 SignalReady();
-                                 Sleep(INFINITE);
-                                 return 0;
-                             }};
+const RegisterRole HoldMutexRole{HoldMutex, [](const std::vector<std::wstring>& arguments) {
+                                     CreateMutexW(nullptr, TRUE, arguments.at(0).c_str());
+                                     SignalReady();
+                                     Sleep(INFINITE);
+                                     return 0;
+                                 }};
 
 }  // namespace
 
