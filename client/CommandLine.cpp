@@ -64,7 +64,7 @@ const CLI::App& LastCommand(const CLI::App& app) {
 std::string CommandPath(const CLI::App& command) {
     std::string path;
     for (const CLI::App* part = &command; part->get_parent() != nullptr; part = part->get_parent())
-        path = part->get_name() + (path.empty() ? "" : " ") + path;
+        path.insert(0, part->get_name() + (path.empty() ? "" : " "));
     return path;
 }
 

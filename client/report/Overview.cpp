@@ -1,6 +1,7 @@
 #include "report/Overview.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "Scheme.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 std::vector<GUID> SchemesOf(const StoredSettings& stored) {
     std::vector<GUID> schemes;
+    schemes.reserve(std::size(WindowsSchemes) + stored.schemes.size());
     for (const NamedScheme& named : WindowsSchemes)
         schemes.push_back(named.scheme);
     for (const StoredScheme& other : stored.schemes)

@@ -14,7 +14,6 @@ namespace ZOTDam::Test {
 template <class Value>
 Value At(const void* record, std::size_t offset) {
     Value value;
-    // NOLINTNEXTLINE(bugprone-sizeof-expression): a field can be a pointer
     std::memcpy(&value, static_cast<const char*>(record) + offset, sizeof value);
     return value;
 }
