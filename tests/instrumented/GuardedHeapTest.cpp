@@ -95,7 +95,7 @@ TEST_F(GuardedHeapTest, FreedMemoryOfDllIsInaccessible) {
 }
 
 TEST_F(GuardedHeapTest, NewAndFreedMemoryIsFilled) {
-    unsigned char* volatile memory = static_cast<unsigned char*>(::operator new(length));
+    auto* volatile memory = static_cast<unsigned char*>(::operator new(length));
     EXPECT_EQ(std::count(memory, memory + length, 0xcd), 5);
     ::operator delete(memory);
     DWORD previous = 0;

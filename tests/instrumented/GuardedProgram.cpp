@@ -18,7 +18,7 @@ __attribute__((init_priority(102))) const struct Registration {
         guardsNewBlocks = false;
         testing::UnitTest::GetInstance()->listeners().Append(new GuardTests);
     }
-} registration;
+} RegistrationOfGuards;
 
 }  // namespace
 

@@ -71,7 +71,7 @@ const std::vector<Fault>& Faults() {
          [] {
              char buffer[8];
              Fill(buffer, count + 16);
-             result = buffer[0];
+             result = static_cast<unsigned char>(buffer[0]);
          }},
     };
     return faults;

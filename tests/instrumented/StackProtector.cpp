@@ -2,7 +2,7 @@
 // DLL would then import another module.
 #include <cstdint>
 
-// NOLINTBEGIN(bugprone-reserved-identifier): The compiler requires these names.
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming): the runtime has these names
 
 extern "C" {
 
@@ -15,4 +15,4 @@ const std::uintptr_t __stack_chk_guard = 0x00a50dff5a0a3c96;
 
 }  // extern "C"
 
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)

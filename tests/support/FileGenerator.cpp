@@ -377,6 +377,7 @@ template <class MakePart>
 std::vector<std::string> FileGenerator::Several(MakePart makePart) {
     std::vector<std::string> parts;
     const int count = random.OneIn(200) ? random.Below(60) : random.ElementOf({0, 1, 1, 2, 2, 3, 3, 4});
+    parts.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         parts.push_back(makePart());
     return parts;

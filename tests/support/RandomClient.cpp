@@ -128,6 +128,8 @@ void RandomClient::StoreParameters() {
     EXPECT_EQ(CheckingClient::Call(dll.SetParameter, &scheme, ClientMap{entries}.get()), !entries.empty());
 }
 
+// A step, like the functions that change the client.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void RandomClient::Reset() {
     CheckingClient::Call(dll.ResetDefault);
 }
@@ -162,6 +164,7 @@ void RandomClient::StoreSetting() {
     CheckingClient::Call(dll.SetCommonSetting, Name().c_str(), Value().c_str());
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): as for Reset
 void RandomClient::CopySettings() {
     CheckingClient::Call(dll.InitCommonSetting);
 }
