@@ -61,7 +61,7 @@ TEST_F(ActiveSchemeTest, LongNameIsComplete) {
     EXPECT_EQ(JsonOutput({L"list"})["schemes"][3]["schemeName"], std::string(1000, 'n'));
 }
 
-TEST_F(ActiveSchemeTest, ListContainsActiveSchemeThatWindowsDoesNotList) {
+TEST_F(ActiveSchemeTest, ListAddsActiveSchemeUnknownToWindows) {
     SetAnswer(L"FAKE_ACTIVE_SCHEME", Braced(OfficeText));
     EXPECT_EQ(LineWith(OfficeText, Output({L"list"})).substr(0, 40),
               "*  0a1b2c3d-1111-2222-3333-444455556666 ");

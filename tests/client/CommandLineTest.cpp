@@ -257,7 +257,7 @@ TEST_F(CommandLineTest, CommandSucceedsWhenFileBecomesFree) {
     EXPECT_EQ(IndexesOf({L"params", L"balanced"})[0], Param(1, 5, 6));
 }
 
-TEST_F(CommandLineTest, ReportOnFileInUseIsWrittenAndFails) {
+TEST_F(CommandLineTest, ReportOnBusyFileIsWrittenButFails) {
     WriteDefaults(ThreeFunctions);
     const std::filesystem::path page = installation.ProgramData() / L"page.html";
     SecondProcess other{HoldMutex, {UserMarker}};

@@ -104,7 +104,7 @@ TEST_F(CurrentCommandTest, NegativeIndexSelectsNoOption) {
     EXPECT_EQ(Current()[0], Options(1, 1000, nullptr));
 }
 
-TEST_F(CurrentCommandTest, SecondRefreshRateIsReportedWithIdOfFirst) {
+TEST_F(CurrentCommandTest, SecondRefreshRateHasIdOfFirst) {
     WriteFunctions(std::string{Brightness} + R"(<Function ID="8"><Display>
         <AC><DisplayItem Option="60"/></AC><DC><DisplayItem Option="60"/></DC>
         </Display><Commands/><Default ACParamIndex="0" DCParamIndex="0"/></Function>)");

@@ -47,7 +47,7 @@ TEST_F(DoctorLibraryTest, MissingLibraryIsReported) {
     ExpectCountFails();
 }
 
-TEST_F(DoctorLibraryTest, FileThatIsNoLibraryIsReportedWithSystemCode) {
+TEST_F(DoctorLibraryTest, InvalidLibraryIsReportedWithSystemCode) {
     WriteFile(LibraryFile(), "junk");
     const Json findings = FindingsWith(2);
     ASSERT_EQ(findings.size(), 2u);

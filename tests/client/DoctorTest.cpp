@@ -131,7 +131,7 @@ TEST_F(DoctorReportTest, OtherFilesAreExaminedDespiteMalformedFile) {
     EXPECT_EQ(findings[1]["kind"], "not-well-formed");
 }
 
-TEST_F(DoctorReportTest, ProblemSaysWhyAndWhereFileIsNotWellFormed) {
+TEST_F(DoctorReportTest, MalformedFileIsReportedWithReasonAndPlace) {
     WriteUserSettings("<OrloPowerCfg>\n<A></B></OrloPowerCfg>");
     const Json finding = FindingsWith(2)[0];
     const std::string problem = finding["problem"];

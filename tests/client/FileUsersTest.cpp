@@ -61,7 +61,7 @@ TEST_F(FileUsersTest, ListThatGrowsBetweenCallsIsComplete) {
     EXPECT_TRUE(programs.ends_with(", program (process 11)")) << programs;
 }
 
-TEST_F(FileUsersTest, ListThatGrowsAtEachCallIsGivenUp) {
+TEST_F(FileUsersTest, ListThatKeepsGrowingIsGivenUp) {
     SetGrowingList(100);
     EXPECT_EQ(NamedPrograms(), "another program");
 }

@@ -224,7 +224,7 @@ TEST_F(AllZeroSchemeTest, ZeroSchemeCallsCreateNoDocument) {
     EXPECT_EQ(documents.CreatedCount(), 0u);
 }
 
-TEST_F(AllZeroSchemeTest, TEVGetParamLoadsAndStoresZeroScheme) {
+TEST_F(AllZeroSchemeTest, ZeroSchemeBecomesCurrentAndIsStored) {
     EXPECT_TRUE(Dll().TEVGetParam(&AllZero));
     EXPECT_EQ(UserSettings(),
               SavedXml{NewUserFile(NewScheme(AllZeroText, NewFunction(1, 2, 3) + NewFunction(2, 4, 5)))});

@@ -276,7 +276,7 @@ TEST_F(BusyMarkerTest, FileBusyDuringLoadIsSavedFromMemory) {
 }
 
 // A half-built scheme would hide the schemes after it.
-TEST_F(BusyMarkerTest, SchemeThatFailedToBeAddedIsNotSavedLater) {
+TEST_F(BusyMarkerTest, IncompleteNewSchemeIsNotSavedLater) {
     const ComScope com;
     WriteFiles();
     {

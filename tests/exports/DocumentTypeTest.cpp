@@ -116,7 +116,7 @@ TEST_P(EncodingTest, DomReceivesNoDocumentType) {
     EXPECT_FALSE(isRead);
 }
 
-TEST_P(EncodingTest, FileWithoutDocumentTypeIsLoadedIfDomSupportsEncoding) {
+TEST_P(EncodingTest, SupportedEncodingWithoutDocumentTypeIsLoaded) {
     const std::string content = Encode(Beginning() + Root, FileEncoding());
     EXPECT_TRUE(DomReceives(content));
     EXPECT_EQ(isRead, IsLoadedByDom(content));

@@ -198,7 +198,7 @@ TEST_P(WriteInPlaceTest, RedoFileExistsWheneverFileIsIncomplete) {
     EXPECT_GT(incomplete, 0);
 }
 
-TEST_P(WriteInPlaceTest, OtherProgramsCannotOpenRedoFileOrWriteFile) {
+TEST_P(WriteInPlaceTest, OtherProgramsCannotWriteEitherFile) {
     SaveCalls calls{Dll().Handle()};
     RefuseReplacement(calls);
     calls.after = [&](SaveCall call) {

@@ -162,7 +162,7 @@ TEST_F(SaveProtocolTest, FileSharedForWritingIsWrittenAfterAttempts) {
 
 class RefusedReplacementTest : public SaveProtocolTest, public testing::WithParamInterface<DWORD> {
 protected:
-    static constexpr int Patience = 100;  // milliseconds
+    static constexpr int Timeout = 100;  // milliseconds
 
     static DWORD Error() { return GetParam(); }
 
@@ -197,8 +197,8 @@ TEST_P(FileInUseErrorTest, AttemptsTakeAtMostPatience) {
         calls.minimumSleep = sleep;
         calls.Fail({SaveCall::PosixRename}, Error());
         Save();
-        EXPECT_GE(calls.time, ULONGLONG{Patience});
-        EXPECT_LT(calls.time, Patience + sleep);
+        EXPECT_GE(calls.time, ULONGLONG{Timeout});
+        EXPECT_LT(calls.time, Timeout + sleep);
     }
 }
 

@@ -80,7 +80,7 @@ TEST_F(SharedFolderTest, DeniedCopyOfMalformedFileLeavesFile) {
 }
 
 // The temporary files of another user stay, because this user may not delete them.
-TEST_F(SharedFolderTest, TemporaryFileOfOtherUserDoesNotPreventSave) {
+TEST_F(SharedFolderTest, ForeignTemporaryFileDoesNotPreventSave) {
     WriteFile(TemporaryFileOf(UserFile()), "of another user");
     SaveCalls calls{Dll().Handle()};
     calls.Fail({SaveCall::OpenLeftOver}, ERROR_ACCESS_DENIED);
@@ -147,7 +147,7 @@ TEST_F(LinkTest, LinkInPlaceOfFileIsNotReplaced) {
     EXPECT_EQ(calls.made, std::vector<SaveCall>{});
 }
 
-TEST_F(LinkTest, LinkCreatedDuringSaveIsNotWrittenInPlace) {
+TEST_F(LinkTest, LinkCreatedDuringSaveIsNotFollowed) {
     SaveCalls calls{Dll().Handle()};
     calls.Fail(Replacements, ERROR_ACCESS_DENIED);
     const FakeLink link{Dll().Handle(), UserFile(), FakeLink::OnlyByHandle};

@@ -89,7 +89,7 @@ TEST_F(StringTableTest, LastOfTenThousandEntriesIsFound) {
     EXPECT_EQ(TextOf("Key9999", Entries(10000)), L"Text 9999");
 }
 
-TEST_F(StringTableTest, FirstOfEqualKeysAmongTenThousandIsUsed) {
+TEST_F(StringTableTest, FirstOfManyEqualKeysIsUsed) {
     EXPECT_EQ(TextOf("Key", Entries(5000) + Entry("kEY", "first") + Entries(5000) + Entry("Key", "second")),
               L"first");
 }

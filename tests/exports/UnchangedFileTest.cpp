@@ -225,7 +225,7 @@ TEST_F(UnchangedFileTest, FileWithoutChangeTimeIsLoadedAgain) {
 // ---- Times ----
 
 // A file that was written shortly before its load may be written again within the resolution of its times.
-TEST_F(UnchangedFileTest, FileChangedLessThanTwoSecondsBeforeIsLoadedAgain) {
+TEST_F(UnchangedFileTest, RecentlyChangedFileIsLoadedAgain) {
     Clock().StopAt(ChangeTimeOf(Path()) + 2 * OneSecond - 1);
     LoadOnce();
     Clock().StopAt(ChangeTimeOf(Path()) + 60 * OneSecond);
@@ -233,7 +233,7 @@ TEST_F(UnchangedFileTest, FileChangedLessThanTwoSecondsBeforeIsLoadedAgain) {
     EXPECT_EQ(LoadsForReading(L"old"), 0u);
 }
 
-TEST_F(UnchangedFileTest, FileChangedTwoSecondsBeforeIsNotLoadedAgain) {
+TEST_F(UnchangedFileTest, FileUnchangedForTwoSecondsIsNotReloaded) {
     const LONGLONG change = ChangeTimeOf(Path());
     SetTimes(Path(), change, change - OneSecond);
     Clock().StopAt(ChangeTimeOf(Path()) + 2 * OneSecond);
@@ -241,7 +241,7 @@ TEST_F(UnchangedFileTest, FileChangedTwoSecondsBeforeIsNotLoadedAgain) {
     EXPECT_EQ(LoadsForReading(L"old"), 0u);
 }
 
-TEST_F(UnchangedFileTest, FileWrittenLessThanTwoSecondsBeforeIsLoadedAgain) {
+TEST_F(UnchangedFileTest, RecentlyWrittenFileIsLoadedAgain) {
     const LONGLONG later = ChangeTimeOf(Path()) + 60 * OneSecond;
     SetTimes(Path(), later, later);
     Clock().StopAt(later + 2 * OneSecond - 1);

@@ -99,7 +99,7 @@ class BusyMarkerMutexTest : public testing::Test {
 protected:
     BusyMarkerMutexTest() { platform = {}; }
 
-    static bool IsOurs() {
+    static bool MarkerIsAcquired() {
         const HMODULE program = GetModuleHandleW(nullptr);
         const ImportPatch open{program, "OpenMutexW", OpenMutexHook};
         const ImportPatch create{program, "CreateMutexW", CreateMutexHook};
@@ -112,7 +112,7 @@ protected:
 
 TEST_F(BusyMarkerMutexTest, MutexIsOpenedToSynchronizeAndModify) {
     platform.created = SomeHandle;
-    EXPECT_TRUE(IsOurs());
+    EXPECT_TRUE(MarkerIsAcquired());
     EXPECT_EQ(platform.openAccess, 0x00100001u);
     EXPECT_FALSE(platform.openInheritable);
     EXPECT_TRUE(platform.initialOwner);
@@ -122,25 +122,25 @@ TEST_F(BusyMarkerMutexTest, MutexIsOpenedToSynchronizeAndModify) {
 TEST_F(BusyMarkerMutexTest, DeniedOpenMeansBusy) {
     platform.openError = ERROR_ACCESS_DENIED;
     platform.created = SomeHandle;
-    EXPECT_FALSE(IsOurs());
+    EXPECT_FALSE(MarkerIsAcquired());
 }
 
 TEST_F(BusyMarkerMutexTest, DeniedCreationMeansBusy) {
     platform.createError = ERROR_ACCESS_DENIED;
-    EXPECT_FALSE(IsOurs());
+    EXPECT_FALSE(MarkerIsAcquired());
     EXPECT_TRUE(platform.closed.empty());
 }
 
 TEST_F(BusyMarkerMutexTest, MutexCreatedMeanwhileMeansBusy) {
     platform.created = SomeHandle;
     platform.createError = ERROR_ALREADY_EXISTS;
-    EXPECT_FALSE(IsOurs());
+    EXPECT_FALSE(MarkerIsAcquired());
     EXPECT_EQ(platform.closed, std::vector{SomeHandle});
 }
 
 TEST_F(BusyMarkerMutexTest, AllocationFailureDoesNotMeanBusy) {
     platform.createError = ERROR_NOT_ENOUGH_MEMORY;
-    EXPECT_TRUE(IsOurs());
+    EXPECT_TRUE(MarkerIsAcquired());
     EXPECT_TRUE(platform.closed.empty());
 }
 
