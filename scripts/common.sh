@@ -78,7 +78,8 @@ build_targets() {
     say "Building ($preset)"
     local log=$build/build.log
     mkdir -p "$build"
-    if ! { cmake --preset "$preset" -B "$build" "${cmake_options[@]}" && cmake --build "$build" ${1:+--target "$@"}; } >"$log" 2>&1; then
+    if ! { cmake --preset "$preset" -B "$build" "${cmake_options[@]}" &&
+        cmake --build "$build" ${1:+--target "$@"}; } >"$log" 2>&1; then
         cat "$log" >&2
         exit 1
     fi

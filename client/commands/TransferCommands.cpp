@@ -283,8 +283,7 @@ void AddTransferCommands(CommandSet& commands) {
         [](CLI::App& command, BackupArguments& arguments) {
             AddArgument(command, "FILE", arguments.file,
                         "The file to write, which is replaced if it exists; by default, a new file in the "
-                        "same folder "
-                        "with the time in its name");
+                        "same folder with the time in its name");
         },
         MakeBackup);
     commands.Add<RestoreArguments>(

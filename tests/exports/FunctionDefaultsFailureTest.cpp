@@ -89,15 +89,12 @@ protected:
     static std::string WrittenUpTo(std::int32_t last) {
         std::string functions;
         for (std::int32_t id = 1; id <= last; ++id) {
-            const std::string value = "=\"" + std::to_string(id) + "\"";
-            std::string nodes;
-            for (int copy = 0; copy < 2; ++copy)
-                nodes.append("<Default ACParamIndex")
-                    .append(value)
-                    .append(" DCParamIndex")
-                    .append(value)
-                    .append("/>");
-            functions += Written(id, nodes);
+            std::string node = "<Default ACParamIndex=\"";
+            node.append(std::to_string(id))
+                .append("\" DCParamIndex=\"")
+                .append(std::to_string(id))
+                .append("\"/>");
+            functions += Written(id, node + node);
         }
         return functions;
     }
