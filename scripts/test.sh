@@ -26,16 +26,18 @@ install_packages_of_checks() {
 }
 
 install_toolchain
-install_packages python3
-[ "$preset" != clang ] || install_packages clang
-[ "$preset" != ucrt ] || install_packages g++-mingw-w64-ucrt64
 options=(--build "$build")
-if [ "$preset" = release ]; then
+case $preset in
     # The build makes the import library for MSVC only if it finds llvm.
-    install_packages llvm
-    install_packages_of_checks &
-    options+=(--checks)
-fi
+    release)
+        install_packages python3 llvm
+        install_packages_of_checks &
+        options+=(--checks)
+        ;;
+    clang) install_packages python3 clang ;;
+    ucrt) install_packages python3 g++-mingw-w64-ucrt64 ;;
+    *) install_packages python3 ;;
+esac
 build_targets
 make_prefix
 wait
