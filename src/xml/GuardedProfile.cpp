@@ -44,12 +44,13 @@ bool CGuardedProfile::Save() noexcept {
             return true;
         CompleteInterruptedWrite(Path());
         // Without a file, a save cannot destroy content that this process has not read.
-        const bool replacesFile = IsFile(Path());
+        const bool replacesFile = MayBeFile(Path());
         if (replacesFile && loadResult == LoadResult::NotRead)
             return true;
-        if (replacesFile && loadResult == LoadResult::Failed)
+        if ((replacesFile && !PrepareToReplaceFile()) || !Write())
             return false;
-        return ReplaceFile();
+        loadResult = LoadResult::Loaded;
+        return true;
     });
 }
 
@@ -62,17 +63,10 @@ IXMLDOMElementPtr CGuardedProfile::Root() {
     return root ? root : CreateRoot(rootName);
 }
 
-bool CGuardedProfile::ReplaceFile() {
-    if (!BackUpUnreadableFile() || !Write())
-        return false;
-    loadResult = LoadResult::Loaded;
-    return true;
-}
-
-// A file that is not well-formed is about to be replaced, so a copy of it is kept.
-bool CGuardedProfile::BackUpUnreadableFile() const {
-    return loadResult != LoadResult::NotWellFormed || !FileExists() ||
-           CopyAndFlush(Path(), Path() + L".unreadable");
+bool CGuardedProfile::PrepareToReplaceFile() const {
+    // A copy of a file that is not well-formed is kept.
+    return loadResult == LoadResult::Loaded ||
+           (loadResult == LoadResult::NotWellFormed && CopyAndFlush(Path(), Path() + L".unreadable"));
 }
 
 }  // namespace ZOTDam

@@ -33,8 +33,8 @@ private:
 
     void Reload();
 
-    bool BackUpUnreadableFile() const;
-    bool ReplaceFile();
+    // Returns whether a file that was read may be replaced now.
+    bool PrepareToReplaceFile() const;
 
     const wchar_t* markerName;
     CXmlName rootName;

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "support/FunctionDefaultsTest.h"
+#include "support/ImportPatch.h"
 #include "support/LongPaths.h"
 #include "support/MarkerCalls.h"
 #include "support/OpenFile.h"
@@ -75,6 +76,11 @@ std::vector<SavingCall> SavingCalls() {
 }
 
 // ---- Conflicting attributes and handles ----
+
+DWORD WINAPI RefuseAttributes(const wchar_t*) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_FILE_ATTRIBUTES;
+}
 
 class ReadOnlyFile {
 public:
@@ -331,9 +337,10 @@ TEST_F(FileInUseTest, DefaultsAreSavedAfterReadingProcessEnds) {
     EXPECT_NE(Defaults().find(R"(Base="b")"), std::string::npos);
 }
 
-// A file that is in use must not be handled like a file that is not well-formed, which the library replaces.
-TEST_F(FileInUseTest, UserSettingsInUseAtLoadArePreserved) {
-    for (const DWORD shared : {SharesReading, SharesWriting, SharesAll}) {
+// The user settings are in use when they are loaded, but not when they are saved.
+class UserSettingsInUseAtLoadTest : public FileInUseTest {
+protected:
+    void ExpectNoSave(DWORD shared) {
         std::optional<OpenFile> writer{std::in_place, installation.UserFile(), Writing, shared};
         MarkerCalls calls{Dll().Handle()};
         calls.onOpen = [&]() -> std::optional<HANDLE> {
@@ -345,8 +352,19 @@ TEST_F(FileInUseTest, UserSettingsInUseAtLoadArePreserved) {
         EXPECT_EQ(calls.opened.size(), 2u);
         EXPECT_NE(UserSettings().find(BalancedText), std::string::npos) << UserSettings();
         EXPECT_EQ(Everything(), before);
-        WriteUserSettings(OldSettings);
     }
+};
+
+// A file that is in use must not be handled like a file that is not well-formed, which the library replaces.
+TEST_F(UserSettingsInUseAtLoadTest, FileIsPreserved) {
+    for (const DWORD shared : {SharesReading, SharesWriting, SharesAll})
+        ExpectNoSave(shared);
+}
+
+// Only a missing file may be created.
+TEST_F(UserSettingsInUseAtLoadTest, FileWithUnknownAttributesIsPreserved) {
+    const ImportPatch refusal{Dll().Handle(), "GetFileAttributesW", &RefuseAttributes};
+    ExpectNoSave(SharesAll);
 }
 
 TEST_F(FileInUseTest, DefaultsInUseAtLoadArePreserved) {
