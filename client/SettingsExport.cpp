@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
+#include <utility>
 
 #include "Error.h"
 #include "Scheme.h"
@@ -39,10 +40,21 @@ Json SchemeExport(const StoredScheme& stored, const FunctionCatalogue& catalogue
             {"parameters", params}};
 }
 
+// The conversion of the JSON library would change a number that does not fit.
+std::int32_t ParseNumber(const Json& json) {
+    const bool fits = json.is_number_unsigned()
+                          ? std::in_range<std::int32_t>(json.get<std::uint64_t>())
+                          : json.is_number_integer() && std::in_range<std::int32_t>(json.get<std::int64_t>());
+    if (json.is_number() && !fits)
+        throw Error{json.dump() + " is not a 32-bit integer"};
+    return json.get<std::int32_t>();
+}
+
 StoredScheme ParseSchemeExport(const Json& json) {
     StoredScheme stored{ParseScheme(json.at("scheme").get<std::string>()), {}};
     for (const Json& param : json.at("parameters"))
-        stored.params[param.at("id")] = {param.at("acIndex"), param.at("dcIndex")};
+        stored.params[ParseNumber(param.at("id"))] = {ParseNumber(param.at("acIndex")),
+                                                      ParseNumber(param.at("dcIndex"))};
     return stored;
 }
 

@@ -170,12 +170,17 @@ TEST_F(ImportCommandTest, FileThatIsNoExportIsAnError) {
 TEST_F(ImportCommandTest, MessageStatesWhyFileIsNoExport) {
     const std::string start = R"({"format": "zotdamctl-export", "version": 1)";
     const std::string beforeSchemes = start + R"(, "catalogue": {"fingerprint": ""}, "schemes": )";
+    const std::string beforeId = beforeSchemes + R"([{"scheme": "balanced", "parameters": [{"id": )";
     const std::vector<std::pair<std::string, std::string>> reasons = {
         {"[]", "it has another format or version"},
         {"{}", "it has another format or version"},
         {start + "}", "key 'catalogue' not found"},
         {beforeSchemes + R"([{"scheme": "any"}]})",
          "\"any\" is not a power scheme: specify its GUID, or balanced, high-performance or power-saver"},
+        {beforeId + R"(4294967297, "acIndex": 0, "dcIndex": 0}]}]})", "4294967297 is not a 32-bit integer"},
+        {beforeId + R"(1, "acIndex": 18446744073709551615, "dcIndex": 0}]}]})",
+         "18446744073709551615 is not a 32-bit integer"},
+        {beforeId + R"(1, "acIndex": 0, "dcIndex": 1.5}]}]})", "1.5 is not a 32-bit integer"},
     };
     for (const auto& [content, reason] : reasons) {
         WriteFile(File(L"a.json"), content);
