@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Records a build in two files of the build folder, which become part of the packages: BUILDINFO, the commit and the
-versions of the tools and libraries, and ZOTDam.spdx.json, a software bill of materials (SPDX 2.3) with the libraries and
-the data in the programs and their licences. scripts/package.sh calls it after the build.
+versions of the tools and libraries, and ZOTDam.spdx.json, a software bill of materials (SPDX 2.3) with the libraries
+and the data in the programs and their licences. scripts/package.sh calls it after the build.
 
     package/record.py --build FOLDER --version 1.0.0 --commit HASH [--programs FOLDER] [--output FOLDER]
 

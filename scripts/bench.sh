@@ -39,4 +39,5 @@ say "Measuring memory"
 } | tee -a "$build/performance.md"
 
 # Replaces the figures between the two marks in the document.
-sed -i -e "/<!-- figures -->/,/<!-- end of figures -->/{//!d}" -e "/<!-- figures -->/r $build/performance.md" docs/performance.md
+sed -i -e "/<!-- figures -->/,/<!-- end of figures -->/{//!d}" -e "/<!-- figures -->/r $build/performance.md" \
+    docs/performance.md

@@ -17,7 +17,8 @@ source "$(dirname "$0")/common.sh"
 system=$PWD/build/debian/$release
 
 inside() {
-    chroot "$system" env -i HOME=/root TERM="${TERM:-dumb}" PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
+    chroot "$system" env -i HOME=/root TERM="${TERM:-dumb}" \
+        PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
         bash -c "cd /root/ZOTDam && $*"
 }
 

@@ -24,7 +24,8 @@ log=$build/fuzz.log
 exit_code=0
 ZOTDAM_FUZZ_ROUNDS=$rounds ZOTDAM_FUZZ_SEED=$first \
     ZOTDAM_FUZZ_FOLDER='T:\inputs' \
-    wine "$build/bin/stress_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 | tee "$log" | grep --line-buffered FIGURE || exit_code=$?
+    wine "$build/bin/stress_tests.exe" --gtest_filter='FuzzTest.*' 2>&1 |
+    tee "$log" | grep --line-buffered FIGURE || exit_code=$?
 seconds=$(($(date +%s) - begin))
 
 # Requires the line of the passed test, because wine may return any exit code for a program that crashes.

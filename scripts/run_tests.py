@@ -76,7 +76,8 @@ class Shard(Job):
     def __init__(self, build, program, tests, index, count, pattern):
         folder = os.path.join(build, 'tests', 'results')
         base = os.path.join(folder, f'{program}-{index + 1}')
-        super().__init__(program, test_command(build, program, pattern, f'{base}.json'), f'{base}.log', tests[index::count])
+        command = test_command(build, program, pattern, f'{base}.json')
+        super().__init__(program, command, f'{base}.log', tests[index::count])
         self.results = f'{base}.json'
         self.uses_all_processors = program in CONCURRENT_PROGRAMS
         self.shard = {'GTEST_TOTAL_SHARDS': str(count), 'GTEST_SHARD_INDEX': str(index)}

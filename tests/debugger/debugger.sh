@@ -27,7 +27,8 @@ check 'a list that is empty by its count' prints noneByCount.object 'list of 0 Z
 check 'a map of parameters, in the order of the ids' prints parameters \
     'parameters of 3 functions = {[2] = {ACParamIndex = 0, DCParamIndex = 1}, [7] = {ACParamIndex = 2, DCParamIndex = 3}, [9] = {ACParamIndex = 4, DCParamIndex = 5}}'
 check 'an empty map of parameters' prints noParameters 'parameters of 0 functions'
-check 'a pointer' prints pointer.object "Interface at $(gdb -nx -batch -ex 'output &nil' "$folder/objects.exe" | grep -o '0x[0-9a-f]*')"
+address=$(gdb -nx -batch -ex 'output &nil' "$folder/objects.exe" | grep -o '0x[0-9a-f]*')
+check 'a pointer' prints pointer.object "Interface at $address"
 check 'a null pointer' prints nullPointer.object 'no Interface'
 check 'the views for Visual Studio are well-formed XML' xmllint --noout debug/ZOTDam.natvis
 

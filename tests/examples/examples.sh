@@ -121,7 +121,8 @@ check_rust() {
 
 build_rust() {
     /usr/bin/rustc --edition 2021 -O -D warnings --target x86_64-pc-windows-gnu \
-        -C linker=x86_64-w64-mingw32-gcc-posix -L "$build/src" -o "$build/bin/quickstart_rs.exe" "$sources/quickstart.rs"
+        -C linker=x86_64-w64-mingw32-gcc-posix -L "$build/src" \
+        -o "$build/bin/quickstart_rs.exe" "$sources/quickstart.rs"
 }
 
 build_go() (

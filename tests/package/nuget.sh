@@ -7,7 +7,9 @@ native=$folder/nuget/build/native
 names_in_nupkg() { cmake -E tar tf "$build/$nupkg"; }
 unpack_nupkg() { mkdir "$folder/nuget" && (cd "$folder/nuget" && cmake -E tar xf "$1"); }
 validate_nupkg() { python3 tests/package/nupkg_test.py "$1" "$2"; }
-validate_xml() { xmllint --nonet --noout "$folder/nuget"/{*.nuspec,*.xml,_rels/.rels} "$native"/*.{natvis,props,targets}; }
+validate_xml() {
+    xmllint --nonet --noout "$folder/nuget"/{*.nuspec,*.xml,_rels/.rels} "$native"/*.{natvis,props,targets}
+}
 
 compiles_with_nupkg() { tool gcc-posix -std=c11 -fsyntax-only -I "$native/include" examples/quickstart/quickstart.c; }
 

@@ -33,7 +33,8 @@ def type_problems(root, names):
     extensions = {item.get('Extension') for item in root.iter(f'{TYPES}Default')}
     parts = {item.get('PartName') for item in root.iter(f'{TYPES}Override')}
     for name in sorted(names - {'[Content_Types].xml'}):
-        if pathlib.PurePosixPath(name).suffix[1:] not in extensions and f'/{name}' not in parts and name != '_rels/.rels':
+        has_type = pathlib.PurePosixPath(name).suffix[1:] in extensions or f'/{name}' in parts
+        if not has_type and name != '_rels/.rels':
             yield f'{name} has no content type'
 
 

@@ -82,7 +82,8 @@ check 'the bill has the code of the compiler in the DLL' links ZOTDam.dll g++-mi
 check 'the bill has the parser of the command line in the client' links zotdamctl.exe libcli11-dev
 check 'the DLL does not contain the parser of the command line' fails links ZOTDam.dll libcli11-dev
 for program in ZOTDam.dll zotdamctl.exe; do
-    check "the bill has the static libraries in $program" lists linked_libraries "$program" < <(read_libraries "$program")
+    check "the bill has the static libraries in $program" \
+        lists linked_libraries "$program" < <(read_libraries "$program")
 done
 check 'the bill has the data of utf8proc in the client' lists related_packages zotdamctl.exe CONTAINS <<<utf8proc
 check 'the DLL does not contain the data of utf8proc' lists related_packages ZOTDam.dll CONTAINS </dev/null
