@@ -56,8 +56,7 @@ inline constexpr DWORD DoNotFollowLinks = FILE_FLAG_OPEN_REPARSE_POINT;
 // Returns whether the path names an existing file, not a folder.
 bool IsFile(const std::wstring& path) noexcept;
 
-// Returns whether the path may name an existing file: also when the system does not report the attributes of
-// what it names.
+// Returns true as IsFile does, and also when the system does not report whether the file exists.
 bool MayBeFile(const std::wstring& path) noexcept;
 
 // Opens an existing file for reading. While it is open, other programs can read, rename and delete the file,

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks that include/ZOTDam.h compiles without warnings in all supported versions of C and C++, with g++, with clang,
-# and with clang for the binary interface of MSVC. The assertions in the header verify the layouts. The last line counts the
-# checks; the exit code is 0 if all of them have passed.
+# and with clang for the binary interface of MSVC. The assertions in the header verify the layouts. The last line counts
+# the checks; the exit code is 0 if all of them have passed.
 source "$(dirname "$0")/../support/checks.sh"
 
 install_toolchain
