@@ -55,8 +55,8 @@ Report WriteHelp(const HelpArguments& arguments);
 // The commands that the command line contains, from the program to the last subcommand.
 const CLI::App& LastCommand(const CLI::App& app) {
     const CLI::App* command = &app;
-    while (!command->get_subcommands().empty())
-        command = command->get_subcommands().front();
+    for (auto parsed = app.get_subcommands(); !parsed.empty(); parsed = command->get_subcommands())
+        command = parsed.front();
     return *command;
 }
 
